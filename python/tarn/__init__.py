@@ -1,0 +1,81 @@
+"""Tarn, the data layer of an HVAC design program.
+
+    import tarn
+    project = tarn.COM_ProjectData()
+    project.WorkPath, project.FilePrefix = "/jobs/mall", "MALL"
+    tarn.create_index(project.IndexDBName)
+    window = project.NewWindow()
+    window.Height = 4.0
+    window.GlassTrans[2] = 0.78
+    window.Save()
+"""
+
+import contextlib
+import ctypes
+import logging
+import types
+
+from . import _library as _c
+from . import _objects
+from ._library import Error
+
+__all__ = ["Error", "classes", "create_index", "members", "on_log", "open_database", "transaction"]
+
+on_log = None  # a handler of log entries; unset, they go to logging.getLogger("tarn")
+
+
+def _entry(_context, text, component, class_name, procedure, detail):
+    def decoded(value):
+        return None if value is None else value.decode("utf-8", "replace")
+
+    entry = types.SimpleNamespace(kind="error" if class_name else "message", text=decoded(text), component=decoded(component),
+                                  class_name=decoded(class_name), procedure=decoded(procedure), detail=decoded(detail))
+    if on_log:
+        on_log(entry)
+    else:
+        logging.getLogger("tarn").log(logging.ERROR if class_name else logging.WARNING, "%s", entry.text)
+
+
+_log = _c.Log(_entry)
+_c.library.tarn_set_log(_log, None)
+
+
+def classes():
+    """The names of all classes."""
+    return [name for name in _objects.classes if name != "Database"]
+
+
+def members(class_name):
+    """The members of a class in interface order: name, kind, type, bounds, read_only, by_reference, parameters, unit."""
+    return _objects.member_list(class_name)
+
+
+def create_index(path):
+    """Makes a new index database with every table; refuses an existing file."""
+    _c.check(_c.library.tarn_create_index(str(path).encode()))
+
+
+def open_database(path):
+    """The shared handle of an existing index database, for SetDBHandle and for queries of one's own."""
+    place = ctypes.c_void_p()
+    _c.check(_c.library.tarn_open_database(str(path).encode(), ctypes.byref(place)))
+    return _objects.wrap(place.value)
+
+
+@contextlib.contextmanager
+def transaction(project=None):
+    """Many saves, one commit; an exception rolls all of it back, files included. Nested ones are undone alone."""
+    _c.check(_c.library.tarn_begin())
+    try:
+        yield project
+    except BaseException:
+        _c.check(_c.library.tarn_rollback())
+        raise
+    _c.check(_c.library.tarn_commit())
+
+
+def __getattr__(name):
+    for class_name, made in _objects.classes.items():
+        if class_name.lower() == name.lower():
+            return made
+    raise AttributeError(f"module 'tarn' has no attribute '{name}'")

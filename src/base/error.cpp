@@ -1,0 +1,7 @@
+#include "base/error.h"
+
+namespace tarn {
+
+void fail(ErrorNumber number, const std::string& description) { throw Error(number, description); }
+
+}  // namespace tarn

@@ -1,0 +1,86 @@
+#include "base/members.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+
+#include "base/nearest.h"
+
+namespace tarn {
+namespace {
+
+uint64_t folded_word(const char* at, size_t size) {
+  uint64_t word = 0;
+  std::memcpy(&word, at, size);
+  return word | 0x2020202020202020ULL;
+}
+
+/// A hash that ignores the case of letters: head, tail and length tell the names of one class well apart.
+size_t folded_hash(std::string_view name) {
+  const size_t span = std::min<size_t>(name.size(), 8);
+  const uint64_t head = folded_word(name.data(), span);
+  const uint64_t tail = folded_word(name.data() + name.size() - span, span);
+  uint64_t hash = (head ^ (tail << 7 | tail >> 57) ^ name.size()) * 0x9E3779B97F4A7C15ULL;
+  return static_cast<size_t>(hash ^ hash >> 29);
+}
+
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
+bool same_name(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  if (std::memcmp(a.data(), b.data(), a.size()) == 0) return true;
+  return std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return lower(x) == lower(y); });
+}
+
+}  // namespace
+
+size_t Member::elements() const {
+  size_t count = 1;
+  for (const Bounds& b : bounds) count *= static_cast<size_t>(b.size());
+  return count;
+}
+
+void ClassInfo::index_names() {
+  size_t capacity = 8;
+  while (capacity < members.size() * 4) capacity *= 2;
+  slots_.assign(capacity, -1);
+  for (size_t i = 0; i < members.size(); ++i) {
+    size_t slot = folded_hash(members[i].name) & (capacity - 1);
+    while (slots_[slot] >= 0) slot = (slot + 1) & (capacity - 1);
+    slots_[slot] = static_cast<int16_t>(i);
+  }
+}
+
+int ClassInfo::number(std::string_view member) const {
+  if (slots_.empty() || member.empty()) return -1;
+  for (size_t slot = folded_hash(member) & (slots_.size() - 1); slots_[slot] >= 0; slot = (slot + 1) & (slots_.size() - 1)) {
+    if (same_name(members[static_cast<size_t>(slots_[slot])].name, member)) return slots_[slot];
+  }
+  return -1;
+}
+
+const Member& ClassInfo::find(std::string_view member) const {
+  const int found = number(member);
+  if (found >= 0) return members[static_cast<size_t>(found)];
+  std::vector<std::string_view> names;
+  for (const Member& m : members) names.push_back(m.name);
+  fail(ErrorNumber::NoSuchMember,
+       std::string(name) + " has no member " + std::string(member) + "; " + did_you_mean(member, names));
+}
+
+void for_each_element(const Member& member, const std::function<void(Subscripts)>& action) {
+  std::vector<int> at;
+  for (const Bounds& b : member.bounds) at.push_back(b.first);
+  for (size_t left = member.elements(); left > 0; --left) {
+    action(at);
+    for (size_t d = 0; d < at.size() && ++at[d] > member.bounds[d].last; ++d) at[d] = member.bounds[d].first;
+  }
+}
+
+std::string element_name(const Member& member, Subscripts subscripts) {
+  std::string text(member.name);
+  for (size_t i = 0; i < subscripts.size(); ++i) text += (i == 0 ? "(" : ",") + std::to_string(subscripts[i]);
+  return subscripts.empty() ? text : text + ")";
+}
+
+}  // namespace tarn

@@ -1,0 +1,87 @@
+// The public face of a class as data: its members in interface order. Every by-name face - C, Python, JSON, command
+// line, reference pages - reads this table and nothing else. `base/describe.h` makes it from member pointers.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/labels.h"
+#include "base/object.h"
+#include "base/wire.h"
+
+namespace tarn {
+
+enum class MemberKind : uint8_t { Property, Method, Event };
+
+/// Subscripts of an indexed property, in the order of its bounds.
+using Subscripts = std::span<const int>;
+using Arguments = std::span<Value>;
+using Listener = std::function<void(Arguments)>;
+
+struct Parameter {
+  std::string_view name;
+  ValueType type = ValueType::Empty;
+  bool optional = false;
+  bool by_reference = false;
+  bool in_out = false;  // by reference, and comes back changed
+};
+
+struct Member {
+  std::string_view name;
+  std::string_view unit;                   // "ft"; empty where the value has none or the name says it
+  MemberKind kind = MemberKind::Property;
+  ValueType type = ValueType::Empty;       // of the property, or of the method's result
+  bool read_only = false;
+  bool by_reference = false;               // the setter takes its argument by reference
+  bool trimmed = false;                    // the text is read without its blanks
+  std::span<const Bounds> bounds;          // of an indexed property; empty for a plain one
+  std::vector<Parameter> parameters;       // of a method or event
+  std::span<const Label> labels;           // of a property that holds an enumeration's code
+  ptrdiff_t offset = -1;                   // in the record, for a stored field; -1 for the others
+  size_t size = 0;                         // of the stored field, all elements
+  size_t width = 0;                        // of one text, in characters
+
+  void (*get)(const Object&, Subscripts, Value&) = nullptr;
+  void (*let)(Object&, Subscripts, const Value&) = nullptr;
+  std::byte* (*place)(Object&) = nullptr;  // of a stored field, for moves of whole arrays
+  void (*call)(Object&, Arguments, Value&) = nullptr;
+  void (*listen)(Object&, Listener) = nullptr;
+
+  std::string get_label, let_label, call_label;  // procedure labels of the diagnostic log
+
+  bool stored() const { return offset >= 0; }
+  bool indexed() const { return !bounds.empty(); }
+  size_t elements() const;
+};
+
+/// How errors leave the members of a class when they are called by name.
+enum class Failures : uint8_t { Trapped, Raised };
+
+struct ClassInfo {
+  std::string_view name;
+  Failures failures = Failures::Trapped;
+  std::vector<Member> members;  // interface order
+  size_t record_size = 0;
+
+  /// Number of a member in interface order, from 0; -1 for a name that the class has not. Letter case does not matter.
+  int number(std::string_view member) const;
+  /// As `number`; error `NoSuchMember` names the nearest right name.
+  const Member& find(std::string_view member) const;
+
+  void index_names();
+
+ private:
+  std::vector<int16_t> slots_;  // open addressing over the folded names
+};
+
+/// Calls `action` on every element's subscripts, the first varying fastest; once with none for a plain property.
+void for_each_element(const Member& member, const std::function<void(Subscripts)>& action);
+
+/// "Name(2)" as a person writes one element.
+std::string element_name(const Member& member, Subscripts subscripts);
+
+}  // namespace tarn

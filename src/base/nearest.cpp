@@ -1,0 +1,43 @@
+#include "base/nearest.h"
+
+#include <algorithm>
+#include <cctype>
+#include <numeric>
+#include <vector>
+
+namespace tarn {
+namespace {
+
+int folded(char c) { return std::tolower(static_cast<unsigned char>(c)); }
+
+/// Levenshtein's distance.
+size_t edits(std::string_view a, std::string_view b) {
+  std::vector<size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), size_t{0});
+  for (size_t i = 0; i < a.size(); ++i) {
+    size_t diagonal = row[0];
+    row[0] = i + 1;
+    for (size_t j = 0; j < b.size(); ++j) {
+      const size_t replaced = diagonal + (folded(a[i]) == folded(b[j]) ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+    }
+  }
+  return row.back();
+}
+
+}  // namespace
+
+std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates) {
+  const auto best = std::min_element(candidates.begin(), candidates.end(), [word](std::string_view a, std::string_view b) {
+    return edits(word, a) < edits(word, b);
+  });
+  return best == candidates.end() ? std::string_view{} : *best;
+}
+
+std::string did_you_mean(std::string_view word, std::span<const std::string_view> candidates) {
+  const auto best = nearest(word, candidates);
+  return best.empty() ? "there is none." : "did you mean " + std::string(best) + "?";
+}
+
+}  // namespace tarn

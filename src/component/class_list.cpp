@@ -1,0 +1,49 @@
+#include "component/class_list.h"
+
+#include <algorithm>
+#include <cctype>
+#include <vector>
+
+#include "base/error.h"
+#include "base/nearest.h"
+#include "envelope/window.h"
+#include "storage/project.h"
+
+namespace tarn {
+namespace {
+
+template <typename C>
+constexpr ClassEntry entry() {
+  return {[]() -> ObjectPtr { return std::make_shared<C>(); },
+          []() -> const ClassInfo& { static const C sample; return sample.info(); }};
+}
+
+constexpr ClassEntry kClasses[]{
+    entry<COM_ProjectData>(),
+    entry<WIN_Window>(),
+};
+
+bool same_word(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+    return std::toupper(static_cast<unsigned char>(x)) == std::toupper(static_cast<unsigned char>(y));
+  });
+}
+
+const ClassEntry& find(std::string_view name) {
+  std::vector<std::string_view> names;
+  for (const ClassEntry& entry : kClasses) {
+    names.push_back(entry.info().name);
+    if (same_word(names.back(), name)) return entry;
+  }
+  fail(ErrorNumber::CannotCreateObject, "There is no class " + std::string(name) + "; " + did_you_mean(name, names));
+}
+
+}  // namespace
+
+std::span<const ClassEntry> class_list() { return kClasses; }
+
+ObjectPtr create(std::string_view class_name) { return find(class_name).create(); }
+
+const ClassInfo& class_info(std::string_view class_name) { return find(class_name).info(); }
+
+}  // namespace tarn

@@ -1,0 +1,142 @@
+#include "component/json.h"
+
+#include <charconv>
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "base/value.h"
+
+namespace tarn {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// The shortest decimal that reads back as the same 4-byte real, so that 0.78 is written 0.78.
+double shortest(float value) {
+  char text[32];
+  const auto end = std::to_chars(std::begin(text), std::end(text), value).ptr;
+  double out = 0;
+  std::from_chars(text, end, out);
+  return out;
+}
+
+Json real_json(double value) {
+  if (std::isnan(value)) return "NaN";
+  if (std::isinf(value)) return value > 0 ? "Infinity" : "-Infinity";
+  return value;
+}
+
+double real_of_text(const std::string& text) {
+  if (text == "NaN") return std::nan("");
+  if (text == "Infinity") return HUGE_VAL;
+  if (text == "-Infinity") return -HUGE_VAL;
+  fail(ErrorNumber::TypeMismatch, "found the text \"" + text + "\", wanted a number");
+}
+
+std::string without_padding(const std::string& text) { return text.substr(0, text.find_last_not_of(' ') + 1); }
+
+/// Visits the elements of a nested array with their subscripts, the first subscript outermost.
+void nest(const Member& member, Json& json, std::vector<int>& at, const std::function<void(Json&, Subscripts)>& action) {
+  if (at.size() == member.bounds.size()) return action(json, at);
+  const Bounds& bounds = member.bounds[at.size()];
+  for (int s = bounds.first; s <= bounds.last; ++s) {
+    at.push_back(s);
+    nest(member, json[static_cast<size_t>(s - bounds.first)], at, action);
+    at.pop_back();
+  }
+}
+
+void check_shape(const Member& member, const Json& json, size_t dimension) {
+  if (dimension == member.bounds.size()) return;
+  const auto size = static_cast<size_t>(member.bounds[dimension].size());
+  if (!json.is_array() || json.size() != size) {
+    fail(ErrorNumber::TypeMismatch, "found " + std::string(json.type_name()) + (json.is_array() ? " of " + std::to_string(json.size()) : "") +
+                                        ", wanted an array of " + std::to_string(size));
+  }
+  for (const Json& inner : json) check_shape(member, inner, dimension + 1);
+}
+
+void set_element(Object& object, const Member& member, const Json& json, Subscripts at) {
+  const Value value = from_json(json, member.type);
+  if (member.width > 0) {
+    const std::string& text = std::get<std::string>(value);
+    if (const size_t length = page_from_utf8(text).size(); length > member.width) {
+      fail(ErrorNumber::TypeMismatch, "\"" + text + "\" has " + std::to_string(length) + " characters, allowed are " + std::to_string(member.width));
+    }
+  }
+  member.let(object, at, value);
+}
+
+}  // namespace
+
+Json to_json(const Value& value) {
+  switch (type_of(value)) {
+    case ValueType::Boolean: return std::get<bool>(value);
+    case ValueType::Int16: return std::get<int16_t>(value);
+    case ValueType::Int32: return std::get<int32_t>(value);
+    case ValueType::Real32: {
+      const float real = std::get<float>(value);
+      return real_json(std::isfinite(real) ? shortest(real) : static_cast<double>(real));
+    }
+    case ValueType::Real64: return real_json(std::get<double>(value));
+    case ValueType::Text: return std::get<std::string>(value);
+    default: return nullptr;
+  }
+}
+
+Value from_json(const Json& json, ValueType type) {
+  const std::string found = "found " + std::string(json.type_name()) + ", wanted ";
+  switch (type) {
+    case ValueType::Boolean:
+      if (!json.is_boolean()) fail(ErrorNumber::TypeMismatch, found + "true or false");
+      return json.get<bool>();
+    case ValueType::Text:
+      if (!json.is_string()) fail(ErrorNumber::TypeMismatch, found + "a text");
+      return json.get<std::string>();
+    case ValueType::Real32:
+    case ValueType::Real64:
+      if (json.is_string()) return real_of_text(json.get<std::string>());
+      if (!json.is_number()) fail(ErrorNumber::TypeMismatch, found + "a number");
+      return json.get<double>();
+    case ValueType::Int16:
+    case ValueType::Int32:
+      if (!json.is_number_integer()) fail(ErrorNumber::TypeMismatch, found + "a whole number");
+      if (const auto n = json.get<int64_t>(); n >= INT32_MIN && n <= INT32_MAX) return static_cast<int32_t>(n);
+      fail(ErrorNumber::Overflow, "found " + json.dump() + ", which is too large");
+    default: fail(ErrorNumber::TypeMismatch, found + "nothing");
+  }
+}
+
+Json to_json(Object& object, const Member& property) {
+  Json json;
+  std::vector<int> at;
+  nest(property, json, at, [&](Json& element, Subscripts subscripts) {
+    Value value;
+    property.get(object, subscripts, value);
+    if (auto* text = std::get_if<std::string>(&value)) *text = without_padding(*text);
+    element = to_json(value);
+  });
+  return json;
+}
+
+Json stored_fields(Object& object) {
+  Json json = Json::object();
+  for (const Member& member : object.info().members) {
+    if (member.stored()) json[std::string(member.name)] = to_json(object, member);
+  }
+  return json;
+}
+
+void set_from_json(Object& object, const Member& property, const Json& json) {
+  try {
+    if (property.kind != MemberKind::Property || property.read_only) fail(ErrorNumber::NoSuchMember, "it cannot be set");
+    check_shape(property, json, 0);
+    Json copy = json;
+    std::vector<int> at;
+    nest(property, copy, at, [&](Json& element, Subscripts subscripts) { set_element(object, property, element, subscripts); });
+  } catch (const Error& error) {
+    throw Error(error.number(), error.source(), std::string(object.info().name) + "." + std::string(property.name) + ": " + error.what());
+  }
+}
+
+}  // namespace tarn

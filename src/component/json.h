@@ -1,0 +1,24 @@
+// Values and whole objects as JSON, by their members tables: every stored field once, under its name.
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "base/members.h"
+
+namespace tarn {
+
+/// A value as JSON: 4-byte reals in their shortest form that reads back the same, NaN and infinities as texts.
+nlohmann::ordered_json to_json(const Value& value);
+/// Error `TypeMismatch` for what the type cannot hold.
+Value from_json(const nlohmann::ordered_json& json, ValueType type);
+
+/// A property's value, arrays nested with the first subscript outermost. Texts are trimmed of their padding.
+nlohmann::ordered_json to_json(Object& object, const Member& property);
+/// All stored fields of an object.
+nlohmann::ordered_json stored_fields(Object& object);
+
+/// Sets a property from JSON. A text that is too long, a number that does not fit and a wrong shape are refused, and
+/// the message names class, property and what is allowed.
+void set_from_json(Object& object, const Member& property, const nlohmann::ordered_json& json);
+
+}  // namespace tarn

@@ -1,0 +1,162 @@
+#include "platform/commit.h"
+
+#include <cstring>
+#include <filesystem>
+
+#include "base/error.h"
+#include "platform/host.h"
+
+namespace tarn {
+namespace {
+
+// Journal: magic, then for each file its path (relative to the journal's folder), whether it existed, its size and the
+// old bytes; an FNV-1a sum over all of it last. Numbers are 64-bit.
+constexpr std::string_view kMagic = "TarnUndo1\n";
+
+uint64_t checksum(std::string_view bytes) {
+  uint64_t sum = 0xCBF29CE484222325ULL;
+  for (const char c : bytes) sum = (sum ^ static_cast<unsigned char>(c)) * 0x100000001B3ULL;
+  return sum;
+}
+
+void put_number(std::string& out, uint64_t n) { out.append(reinterpret_cast<const char*>(&n), sizeof n); }
+void put_text(std::string& out, std::string_view text) {
+  put_number(out, text.size());
+  out += text;
+}
+
+/// Reads what `put_*` wrote; the checksum was right, so lengths are.
+struct JournalReader {
+  std::string_view rest;
+  uint64_t number() {
+    uint64_t n = 0;
+    std::memcpy(&n, rest.data(), sizeof n);
+    rest.remove_prefix(sizeof n);
+    return n;
+  }
+  std::string text() {
+    const size_t size = number();
+    std::string out(rest.substr(0, size));
+    rest.remove_prefix(size);
+    return out;
+  }
+};
+
+std::span<const std::byte> bytes_of(std::string_view text) { return std::as_bytes(std::span(text)); }
+
+std::string folder_of(const std::string& path) { return std::filesystem::path(path).parent_path().string(); }
+
+}  // namespace
+
+FileCommit::FileCommit(std::string journal, std::vector<std::pair<std::string, const Extents*>> writes)
+    : journal_(std::move(journal)), writes_(std::move(writes)) {}
+
+void FileCommit::read_before() {
+  for (const auto& [path, extents] : writes_) {
+    Before before{path, host().files->exists(path), 0, {}};
+    if (before.existed) {
+      const auto file = host().files->open(path, OpenMode::Read);
+      before.size = file->size();
+      for (const auto& [offset, bytes] : extents->pieces()) {
+        Piece piece{offset, std::string(bytes.size(), '\0')};
+        piece.bytes.resize(file->read(offset, std::as_writable_bytes(std::span(piece.bytes))));
+        before.pieces.push_back(std::move(piece));
+      }
+    }
+    before_.push_back(std::move(before));
+  }
+}
+
+std::string FileCommit::written_journal() const {
+  std::string out(kMagic);
+  put_number(out, before_.size());
+  for (const Before& before : before_) {
+    put_text(out, std::filesystem::path(before.path).lexically_proximate(folder_of(journal_)).string());
+    put_number(out, before.existed ? 1 : 0);
+    put_number(out, before.size);
+    put_number(out, before.pieces.size());
+    for (const Piece& piece : before.pieces) {
+      put_number(out, piece.offset);
+      put_text(out, piece.bytes);
+    }
+  }
+  put_number(out, checksum(out));
+  return out;
+}
+
+std::vector<FileCommit::Before> FileCommit::parsed_journal(const std::string& text, const std::string& folder) {
+  std::vector<Before> all;
+  if (text.size() < kMagic.size() + 2 * sizeof(uint64_t) || !text.starts_with(kMagic)) return all;
+  const std::string_view body(text.data(), text.size() - sizeof(uint64_t));
+  JournalReader tail{std::string_view(text).substr(body.size())};
+  if (tail.number() != checksum(body)) return all;
+  JournalReader reader{body.substr(kMagic.size())};
+  for (uint64_t files = reader.number(); files > 0; --files) {
+    Before before;
+    before.path = (std::filesystem::path(folder) / reader.text()).lexically_normal().string();
+    before.existed = reader.number() != 0;
+    before.size = reader.number();
+    for (uint64_t pieces = reader.number(); pieces > 0; --pieces) {
+      const uint64_t offset = reader.number();
+      before.pieces.push_back({offset, reader.text()});
+    }
+    all.push_back(std::move(before));
+  }
+  return all;
+}
+
+void FileCommit::restore(const std::vector<Before>& all) {
+  for (const Before& before : all) {
+    if (!before.existed) {
+      host().files->remove(before.path);
+      continue;
+    }
+    const auto file = host().files->open(before.path, OpenMode::Write);
+    file->truncate(before.size);
+    for (const Piece& piece : before.pieces) file->write(piece.offset, bytes_of(piece.bytes));
+    file->sync();
+  }
+}
+
+void FileCommit::apply() {
+  read_before();
+  if (!journal_.empty()) {
+    const auto file = host().files->open(journal_, OpenMode::Create);
+    file->truncate(0);
+    file->write(0, bytes_of(written_journal()));
+    file->sync();
+    host().files->sync_folder(folder_of(journal_));
+  }
+  try {
+    for (const auto& [path, extents] : writes_) {
+      const auto file = host().files->open(path, OpenMode::Create);
+      for (const auto& [offset, bytes] : extents->pieces()) file->write(offset, bytes);
+      file->sync();
+    }
+  } catch (...) {
+    undo();
+    throw;
+  }
+}
+
+void FileCommit::undo() {
+  restore(before_);
+  forget();
+}
+
+void FileCommit::forget() {
+  if (!journal_.empty()) host().files->remove(journal_);
+}
+
+void undo_interrupted_commit(const std::string& journal) {
+  std::string text;
+  {
+    const auto file = host().files->open(journal, OpenMode::Read);
+    text.resize(file->size());
+    text.resize(file->read(0, std::as_writable_bytes(std::span(text))));
+  }
+  FileCommit::restore(FileCommit::parsed_journal(text, folder_of(journal)));
+  host().files->remove(journal);
+}
+
+}  // namespace tarn

@@ -1,0 +1,277 @@
+#include "platform/database.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "base/describe.h"
+#include "platform/commit.h"
+#include "platform/host.h"
+#include "platform/statement.h"
+#include "platform/workspace.h"
+
+namespace tarn {
+namespace {
+
+constexpr int kBusyMilliseconds = 1000;  // how long a statement waits for another program before it gives up
+
+[[noreturn]] void fail_with(sqlite3* handle, const std::string& path, const std::string& sql) {
+  const std::string cause = sqlite3_errmsg(handle);
+  switch (sqlite3_errcode(handle) & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      fail(ErrorNumber::DatabaseLocked, "The database " + path + " is in use by another program; close it there and try again.");
+    case SQLITE_NOTADB:
+    case SQLITE_CORRUPT:
+      fail(ErrorNumber::UnknownFormat, path + " is damaged or is no database: " + cause + ".");
+    case SQLITE_READONLY:
+      fail(ErrorNumber::DatabaseReadOnly, "The database " + path + " cannot be written: " + cause + ".");
+    case SQLITE_ERROR:
+    case SQLITE_RANGE:
+    case SQLITE_CONSTRAINT:
+    case SQLITE_MISMATCH:
+      fail(ErrorNumber::StatementRejected, "The database rejects a statement: " + cause + ". SQL: " + sql);
+    default:
+      fail(ErrorNumber::DatabaseFailure, "The database " + path + " failed: " + cause + ".");
+  }
+}
+
+/// Refuses what is no database of this engine before the engine sees it, so that the message says what the file is.
+void check_signature(const std::string& path) {
+  if (!host().files->exists(path)) {
+    fail(ErrorNumber::DatabaseNotFound, "The index database " + path + " does not exist; make it with 'tarn project new'.");
+  }
+  std::string head(20, '\0');
+  head.resize(host().files->open(path, OpenMode::Read)->read(0, std::as_writable_bytes(std::span(head))));
+  if (head.starts_with("SQLite format 3")) return;
+  const std::string_view at_four = std::string_view(head).substr(std::min<size_t>(4, head.size()));
+  if (at_four.starts_with("Standard Jet DB") || at_four.starts_with("Standard ACE DB")) {
+    fail(ErrorNumber::UnknownFormat, path + " is an index database of the older engine (" + std::string(at_four.substr(9, 3)) +
+                                         " format), which this version does not read; make a new index and bring its rows over.");
+  }
+  fail(ErrorNumber::UnknownFormat, path + " is no index database.");
+}
+
+/// Deletes without a condition are made row by row, so that the update hook sees each.
+int see_every_delete(void*, int action, const char*, const char*, const char*, const char*) {
+  return action == SQLITE_DELETE ? SQLITE_IGNORE : SQLITE_OK;
+}
+
+}  // namespace
+
+Cell cell(const Value& value) {
+  switch (type_of(value)) {
+    case ValueType::Empty:
+    case ValueType::Object: return {};
+    case ValueType::Boolean: return cell(std::get<bool>(value));
+    case ValueType::Text: return std::get<std::string>(value);
+    case ValueType::Int16:
+    case ValueType::Int32: return integer_from(value, INT32_MIN, INT32_MAX);
+    default: return real_from(value);
+  }
+}
+
+Value value_of(const Cell& cell) {
+  if (const auto* number = std::get_if<int64_t>(&cell)) {
+    return *number >= INT32_MIN && *number <= INT32_MAX ? Value(static_cast<int32_t>(*number)) : Value(static_cast<double>(*number));
+  }
+  if (const auto* real = std::get_if<double>(&cell)) return *real;
+  if (const auto* text = std::get_if<std::string>(&cell)) return *text;
+  return {};
+}
+
+Statement::Statement(Database& database, const std::string& sql, std::span<const Cell> parameters)
+    : database_(database), sql_(sql) {
+  auto& idle = database.idle_[sql];
+  if (!idle.empty()) {
+    statement_ = idle.back();
+    idle.pop_back();
+  } else if (sqlite3_prepare_v3(database.handle_, sql.c_str(), static_cast<int>(sql.size()) + 1, SQLITE_PREPARE_PERSISTENT,
+                                &statement_, nullptr) != SQLITE_OK || !statement_) {
+    fail_with(database.handle_, database.path_, sql);
+  }
+  for (size_t i = 0; i < parameters.size(); ++i) {
+    const int place = static_cast<int>(i) + 1;
+    const Cell& value = parameters[i];
+    if (const auto* number = std::get_if<int64_t>(&value)) sqlite3_bind_int64(statement_, place, *number);
+    else if (const auto* real = std::get_if<double>(&value)) sqlite3_bind_double(statement_, place, *real);
+    else if (const auto* text = std::get_if<std::string>(&value))
+      sqlite3_bind_text(statement_, place, text->data(), static_cast<int>(text->size()), SQLITE_TRANSIENT);
+    else sqlite3_bind_null(statement_, place);
+  }
+}
+
+Statement::~Statement() {
+  sqlite3_reset(statement_);
+  sqlite3_clear_bindings(statement_);
+  database_.idle_[sql_].push_back(statement_);
+}
+
+bool Statement::step() {
+  const int result = sqlite3_step(statement_);
+  if (result == SQLITE_ROW) return true;
+  if (result != SQLITE_DONE) fail_with(database_.handle_, database_.path_, sql_);
+  return false;
+}
+
+Cell Statement::column(int column) const {
+  switch (sqlite3_column_type(statement_, column)) {
+    case SQLITE_INTEGER: return sqlite3_column_int64(statement_, column);
+    case SQLITE_FLOAT: return sqlite3_column_double(statement_, column);
+    case SQLITE_NULL: return {};
+    default:
+      return std::string(reinterpret_cast<const char*>(sqlite3_column_text(statement_, column)),
+                         static_cast<size_t>(sqlite3_column_bytes(statement_, column)));
+  }
+}
+
+Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move(path)), handle_(handle) {
+  sqlite3_extended_result_codes(handle_, 1);
+  sqlite3_busy_timeout(handle_, kBusyMilliseconds);
+  sqlite3_set_authorizer(handle_, see_every_delete, nullptr);
+  sqlite3_update_hook(
+      handle_,
+      [](void* self, int action, const char*, const char* table, sqlite3_int64 row) {
+        if (action != SQLITE_DELETE) return;
+        auto& marks = static_cast<Database*>(self)->free_marks_;
+        if (const auto mark = marks.find(table); mark != marks.end()) mark->second = std::min<int64_t>(mark->second, std::max<int64_t>(row, 1));
+      },
+      this);
+}
+
+Database::~Database() {
+  for (const auto& [sql, statements] : idle_) {
+    for (sqlite3_stmt* statement : statements) sqlite3_finalize(statement);
+  }
+  sqlite3_close(handle_);
+}
+
+const ClassInfo& Database::info() const {
+  static const ClassInfo info = describe<Database>(Failures::Raised, property<&Database::Name>);
+  return info;
+}
+
+Ptr<Database> Database::open(const std::string& path, Access access) {
+  check_signature(path);
+  sqlite3* handle = nullptr;
+  const int flags = access == Access::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+  const int result = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
+  auto database = std::make_shared<Database>(Private(), path, handle);
+  if (result != SQLITE_OK) fail_with(handle, path, {});
+  database->read_only_ = sqlite3_db_readonly(handle, "main") == 1;
+  // Savepoints and sorting need no files of their own: lists fit memory, and a read-only folder stays usable.
+  if (sqlite3_exec(handle, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr) != SQLITE_OK) fail_with(handle, path, {});
+  database->recover();
+  return database;
+}
+
+void Database::create(const std::string& path, std::string_view script) {
+  if (host().files->exists(path)) {
+    fail(ErrorNumber::FileExists, path + " exists already; remove it first, or choose another file prefix.");
+  }
+  sqlite3* handle = nullptr;
+  const int opened = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+  const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> closed_after(handle, &sqlite3_close);
+  const std::string whole = "BEGIN;" + std::string(script) + "COMMIT;";
+  if (opened != SQLITE_OK || sqlite3_exec(handle, whole.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) fail_with(handle, path, {});
+}
+
+std::string Database::journal_name(int64_t token) const { return path_ + "-undo" + std::to_string(token); }
+
+void Database::recover() {
+  // A commit numbers itself one above the database's last. Its journal is there still: it died before the database
+  // committed, or is at work in another program and holds the write lock.
+  const int64_t last = pragma("user_version");
+  if (host().files->exists(journal_name(last + 1))) {
+    if (read_only_) {
+      fail(ErrorNumber::UnfinishedCommit, "A save in " + path_ + " was interrupted; open the project once for writing to undo it.");
+    }
+    run("BEGIN IMMEDIATE");
+    const std::string journal = journal_name(pragma("user_version") + 1);
+    if (host().files->exists(journal)) undo_interrupted_commit(journal);
+    run("ROLLBACK");
+  }
+  if (!read_only_) host().files->remove(journal_name(last));
+}
+
+std::string Database::claim_journal() {
+  const int64_t token = pragma("user_version") + 1;
+  run("PRAGMA user_version = " + std::to_string(token));
+  const std::string journal = journal_name(token);
+  if (host().files->exists(journal)) undo_interrupted_commit(journal);
+  return journal;
+}
+
+void Database::run(const std::string& sql) {
+  if (sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) fail_with(handle_, path_, sql);
+}
+
+int64_t Database::pragma(const std::string& name) {
+  const std::string sql = "PRAGMA " + name;
+  Statement statement(*this, sql, {});
+  return statement.step() ? statement.integer(0) : 0;
+}
+
+void Database::join() {
+  const size_t depth = Engine::of_thread().Workspaces(0).depth();
+  while (level_ < depth) {
+    if (level_ == 0) {
+      Statement(*this, "BEGIN", {}).step();
+      Engine::of_thread().Workspaces(0).enlist(std::static_pointer_cast<Database>(shared_from_this()));
+    } else {
+      Statement(*this, "SAVEPOINT s" + std::to_string(level_ + 1), {}).step();
+    }
+    ++level_;
+  }
+}
+
+void Database::release_level(size_t level) {
+  if (level_ < level) return;
+  Statement(*this, "RELEASE s" + std::to_string(level), {}).step();
+  level_ = level - 1;
+}
+
+void Database::rollback_level(size_t level) {
+  if (level_ < level) return;
+  level_ = level - 1;
+  free_marks_.clear();
+  if (sqlite3_get_autocommit(handle_) != 0) return;  // the engine has rolled back by itself, after a full disk say
+  if (level == 1) return run("ROLLBACK");
+  const std::string point = "s" + std::to_string(level);
+  run("ROLLBACK TO " + point + "; RELEASE " + point);
+}
+
+void Database::commit() {
+  Statement(*this, "COMMIT", {}).step();
+  level_ = 0;
+}
+
+Recordset Database::OpenRecordset(const std::string& sql, std::vector<Cell> parameters) {
+  return {std::static_pointer_cast<Database>(shared_from_this()), sql, std::move(parameters)};
+}
+
+int Database::Execute(const std::string& sql, std::span<const Cell> parameters) {
+  join();
+  Statement statement(*this, sql, parameters);
+  while (statement.step()) {}
+  return sqlite3_changes(handle_);
+}
+
+int64_t Database::lowest_free_index(const std::string& table) {
+  join();
+  if (const int64_t version = pragma("data_version"); version != data_version_) {
+    data_version_ = version;
+    free_marks_.clear();
+  }
+  int64_t& mark = free_marks_.try_emplace(table, 1).first->second;
+  const std::string sql = "SELECT nIndex FROM " + table + " WHERE nIndex >= ? ORDER BY nIndex ASC";
+  const Cell from[]{mark};
+  Statement rows(*this, sql, from);
+  int64_t free = mark;
+  while (rows.step() && rows.integer(0) == free) ++free;
+  mark = free;
+  return free;
+}
+
+}  // namespace tarn

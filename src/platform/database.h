@@ -1,0 +1,154 @@
+// The index database engine in the shape the data layer was made for - recordsets that are searched, edited, added to
+// and deleted from, and statements - over embedded SQLite. Numbers and texts are bound to the '?' of a statement, never
+// written into it, and prepared statements are kept, so that a search by a key is one index step.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <variant>
+#include <vector>
+
+#include "base/object.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace tarn {
+
+/// One column's value in a row.
+using Cell = std::variant<std::monostate, int64_t, double, std::string>;
+
+/// Booleans are -1 and 0, as in the files.
+inline Cell cell(bool value) { return int64_t{value ? -1 : 0}; }
+inline Cell cell(int64_t value) { return value; }
+inline Cell cell(int value) { return int64_t{value}; }
+inline Cell cell(double value) { return value; }
+inline Cell cell(std::string value) { return value; }
+/// A by-name value as a cell.
+Cell cell(const Value& value);
+Value value_of(const Cell& cell);
+
+class Recordset;
+
+class Database final : public Object {
+ public:
+  enum class Access : uint8_t { ReadWrite, ReadOnly };
+
+  /// Opens an existing database, read-only where the file does not take writes.
+  /// Errors `DatabaseNotFound`, `UnknownFormat`, `DatabaseLocked`, `UnfinishedCommit`, each naming the file.
+  static Ptr<Database> open(const std::string& path, Access access = Access::ReadWrite);
+  /// Makes a new database by a script; error `FileExists` where the file is there.
+  static void create(const std::string& path, std::string_view script);
+  ~Database() override;
+
+  const ClassInfo& info() const override;
+  std::string Name() const { return path_; }
+  bool read_only() const { return read_only_; }
+
+  Recordset OpenRecordset(const std::string& sql, std::vector<Cell> parameters = {});
+  /// Runs a statement without rows; returns the rows that it changed. Error `StatementRejected` holds the statement.
+  int Execute(const std::string& sql, std::span<const Cell> parameters = {});
+
+  /// The lowest positive number that is no row's `nIndex`, in constant time over a run of new rows.
+  int64_t lowest_free_index(const std::string& table);
+
+  // For the workspace:
+  void join();
+  void release_level(size_t level);
+  void rollback_level(size_t level);
+  void commit();
+  /// The journal of the commit that is about to be made; takes the write lock.
+  std::string claim_journal();
+
+ private:
+  friend class Recordset;
+  friend class Statement;
+  struct Private {};
+
+ public:
+  Database(Private, std::string path, sqlite3* handle);
+
+ private:
+  void run(const std::string& sql);
+  int64_t pragma(const std::string& name);
+  void recover();
+  std::string journal_name(int64_t token) const;
+
+  std::string path_;
+  sqlite3* handle_ = nullptr;
+  bool read_only_ = false;
+  size_t level_ = 0;  // of the workspace's transaction that this database has joined
+  std::unordered_map<std::string, std::vector<sqlite3_stmt*>> idle_;  // prepared statements by text
+  // Every index of a table below its mark is in use. Deletes here lower a mark; rollbacks and other writers clear all.
+  std::unordered_map<std::string, int64_t> free_marks_;
+  int64_t data_version_ = -1;
+};
+
+/// A column of a recordset's current row, or of the row being edited or added.
+class Field {
+ public:
+  Field(Recordset& rows, size_t column) : rows_(rows), column_(column) {}
+  const Cell& Value() const;
+  int64_t integer() const;  // 0 for no value
+  double real() const;
+  std::string text() const;
+  /// Error `EditNotStarted` outside `AddNew` or `Edit`.
+  void operator=(Cell value);
+
+ private:
+  Recordset& rows_;
+  size_t column_;
+};
+
+/// Rows of one statement. They are read when they are first walked; a search reads the row that it finds only.
+class Recordset {
+ public:
+  Recordset(Ptr<Database> database, const std::string& sql, std::vector<Cell> parameters);
+
+  bool AtEof();
+  void MoveNext();
+  /// The first row that also satisfies the criteria ("nIndex = ?"); `NoMatch` tells whether there was none.
+  void FindFirst(std::string_view criteria, std::vector<Cell> parameters);
+  bool NoMatch() const { return no_match_; }
+  /// Errors `NoCurrentRecord`, `ItemNotFound`.
+  Field Fields(std::string_view column);
+  const std::vector<std::string>& columns();
+
+  void AddNew();
+  void Edit();
+  void Update();
+  void Delete();
+
+ private:
+  friend class Field;
+  struct Row {
+    int64_t id = 0;
+    std::vector<Cell> cells;
+  };
+  enum class Editing : uint8_t { No, Changed, Added };
+
+  void parse(const std::string& sql);
+  std::string select(std::string_view more_where) const;
+  std::vector<Row> fetch(const std::string& sql, std::span<const Cell> parameters);
+  void walk();
+  Row& current();
+  void require_table() const;
+
+  Ptr<Database> database_;
+  std::string sql_, table_, where_, order_;  // no table where the rows are not plain rows of one; they cannot be edited
+  std::vector<Cell> parameters_;
+  std::vector<std::string> columns_;
+  std::vector<Row> rows_;
+  size_t at_ = 0;
+  bool walked_ = false;
+  bool no_match_ = false;
+  std::optional<Row> found_;  // by a search, while the rows are not walked
+  Editing editing_ = Editing::No;
+  std::vector<Cell> buffer_;
+};
+
+}  // namespace tarn

@@ -1,0 +1,28 @@
+// Bytes that are written but not yet on the disk, by position. Never overlapping; the newest write wins.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <span>
+#include <vector>
+
+namespace tarn {
+
+class Extents {
+ public:
+  void write(uint64_t offset, std::span<const std::byte> bytes);
+  /// Lays what is held over `into`, which stands for the bytes from `offset`.
+  void overlay(uint64_t offset, std::span<std::byte> into) const;
+  /// One past the last byte held.
+  uint64_t end() const;
+  const std::map<uint64_t, std::vector<std::byte>>& pieces() const { return pieces_; }
+
+ private:
+  /// No piece reaches across this position afterwards.
+  void split(uint64_t at);
+
+  std::map<uint64_t, std::vector<std::byte>> pieces_;
+};
+
+}  // namespace tarn

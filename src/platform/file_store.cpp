@@ -1,0 +1,92 @@
+#include "platform/file_store.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "base/error.h"
+#include "platform/database.h"
+#include "platform/host.h"
+
+namespace tarn {
+namespace {
+
+bool is(const Error& error, ErrorNumber number) { return error.number() == static_cast<int>(number); }
+
+}  // namespace
+
+File* FileStore::for_reading(const std::string& path, OpenMode mode, Handle& once) {
+  const auto kept = handles_.find(path);
+  if (kept != handles_.end()) return kept->second.file.get();
+  FileService& files = *host().files;
+  // A new file of an open transaction is not on the disk yet, and a reader must not put it there.
+  if (!levels_.empty() && mode == OpenMode::Create && std::any_of(levels_.begin(), levels_.end(), [&](const Level& level) {
+        return level.contains(path);
+      })) {
+    mode = OpenMode::Read;
+  }
+  Handle handle;
+  try {
+    handle = {files.open(path, mode), mode != OpenMode::Read};
+  } catch (const Error& refused) {
+    if (is(refused, ErrorNumber::FileNotFound)) return nullptr;
+    if (mode == OpenMode::Read || !is(refused, ErrorNumber::PermissionDenied)) throw;
+    handle = {files.open(path, OpenMode::Read), false};
+  }
+  Handle& place = levels_.empty() ? once : handles_[path];
+  place = std::move(handle);
+  return place.file.get();
+}
+
+size_t FileStore::read(const std::string& path, uint64_t offset, std::span<std::byte> into, OpenMode mode) {
+  Handle once;
+  File* file = for_reading(path, mode, once);
+  size_t got = file ? file->read(offset, into) : 0;
+  std::fill(into.begin() + static_cast<ptrdiff_t>(got), into.end(), std::byte{0});
+  for (const Level& level : levels_) {
+    const auto found = level.find(path);
+    if (found == level.end()) continue;
+    const Extents& extents = found->second.extents;
+    extents.overlay(offset, into);
+    if (extents.end() > offset) got = std::max<size_t>(got, std::min<uint64_t>(extents.end() - offset, into.size()));
+  }
+  return got;
+}
+
+void FileStore::write(const std::string& path, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner) {
+  if (levels_.empty()) fail(ErrorNumber::NoTransaction, "Record bytes are written inside a transaction only: " + path);
+  const auto kept = handles_.find(path);
+  if (kept == handles_.end() || !kept->second.writable) {
+    const std::string folder = std::filesystem::path(path).parent_path().string();
+    if (host().files->exists(path)) handles_[path] = {host().files->open(path, OpenMode::Write), true};
+    else if (!folder.empty() && !host().files->exists(folder)) fail(ErrorNumber::PathNotFound, "The folder of " + path + " does not exist.");
+  }
+  levels_.back().try_emplace(path, Pending{std::move(owner), {}}).first->second.extents.write(offset, bytes);
+}
+
+uint64_t FileStore::size(const std::string& path) {
+  Handle once;
+  File* file = for_reading(path, OpenMode::Read, once);
+  uint64_t end = file ? file->size() : 0;
+  for (const Level& level : levels_) {
+    const auto found = level.find(path);
+    if (found != level.end()) end = std::max(end, found->second.extents.end());
+  }
+  return end;
+}
+
+void FileStore::merge_down() {
+  Level top = std::move(levels_.back());
+  levels_.pop_back();
+  for (auto& [path, pending] : top) {
+    const auto [below, fresh] = levels_.back().try_emplace(path, std::move(pending));
+    if (fresh) continue;
+    for (const auto& [offset, bytes] : pending.extents.pieces()) below->second.extents.write(offset, bytes);
+  }
+}
+
+void FileStore::drop() {
+  levels_.pop_back();
+  if (levels_.empty()) handles_.clear();
+}
+
+}  // namespace tarn

@@ -1,0 +1,52 @@
+// Where record bytes live. Writes belong to the workspace's transaction: later reads inside it see them, they reach the
+// disk at the outermost commit, and a rollback drops them, level by level. See docs/transactions.md for the commit.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "base/object.h"
+#include "platform/extents.h"
+#include "platform/files.h"
+
+namespace tarn {
+
+class Database;
+
+class FileStore {
+ public:
+  /// A file's writes at one level, with the database whose commit they belong to (none: committed on their own).
+  struct Pending {
+    Ptr<Database> owner;
+    Extents extents;
+  };
+  using Level = std::unordered_map<std::string, Pending>;
+
+  /// Bytes that the file holds from `offset`, as the open transaction sees it; fewer than asked at its end.
+  size_t read(const std::string& path, uint64_t offset, std::span<std::byte> into, OpenMode mode);
+  /// Error where the file, or the folder of a new one, does not take writes; found here, not at the commit.
+  void write(const std::string& path, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner);
+  uint64_t size(const std::string& path);
+
+  // For the workspace:
+  void begin() { levels_.emplace_back(); }
+  void merge_down();
+  void drop();
+  /// The writes of the outermost level.
+  const Level& outermost() const { return levels_.front(); }
+
+ private:
+  struct Handle {
+    std::unique_ptr<File> file;
+    bool writable = false;
+  };
+  /// The file for reading, null where there is none; kept open while a transaction runs, else in `once`.
+  File* for_reading(const std::string& path, OpenMode mode, Handle& once);
+
+  std::vector<Level> levels_;
+  std::unordered_map<std::string, Handle> handles_;  // until the outermost level ends
+};
+
+}  // namespace tarn

@@ -1,0 +1,104 @@
+#include "platform/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "base/error.h"
+
+namespace tarn {
+namespace {
+
+[[noreturn]] void fail_on(const std::string& path, const std::string& action) {
+  const int cause = errno;
+  const std::string text = "Cannot " + action + " " + path + ": " + std::strerror(cause) + ".";
+  switch (cause) {
+    case ENOENT: fail(ErrorNumber::FileNotFound, text);
+    case ENOTDIR: fail(ErrorNumber::PathNotFound, text);
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR: fail(ErrorNumber::PermissionDenied, text);
+    default: fail(ErrorNumber::DeviceError, text);
+  }
+}
+
+class SystemFile final : public File {
+ public:
+  SystemFile(std::string path, int descriptor) : path_(std::move(path)), descriptor_(descriptor) {}
+  ~SystemFile() override { ::close(descriptor_); }
+  SystemFile(const SystemFile&) = delete;
+  SystemFile& operator=(const SystemFile&) = delete;
+
+  size_t read(uint64_t offset, std::span<std::byte> into) override {
+    size_t done = 0;
+    while (done < into.size()) {
+      const ssize_t got = ::pread(descriptor_, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
+      if (got < 0 && errno == EINTR) continue;
+      if (got < 0) fail_on(path_, "read");
+      if (got == 0) break;
+      done += static_cast<size_t>(got);
+    }
+    return done;
+  }
+  void write(uint64_t offset, std::span<const std::byte> bytes) override {
+    size_t done = 0;
+    while (done < bytes.size()) {
+      const ssize_t put = ::pwrite(descriptor_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
+      if (put < 0 && errno == EINTR) continue;
+      if (put < 0) fail_on(path_, "write");
+      done += static_cast<size_t>(put);
+    }
+  }
+  uint64_t size() override {
+    struct stat status {};
+    if (::fstat(descriptor_, &status) != 0) fail_on(path_, "examine");
+    return static_cast<uint64_t>(status.st_size);
+  }
+  void truncate(uint64_t size) override {
+    if (::ftruncate(descriptor_, static_cast<off_t>(size)) != 0) fail_on(path_, "shorten");
+  }
+  void sync() override {
+    if (::fsync(descriptor_) != 0) fail_on(path_, "store");
+  }
+
+ private:
+  std::string path_;
+  int descriptor_;
+};
+
+class SystemFiles final : public FileService {
+ public:
+  bool exists(const std::string& path) override { return ::access(path.c_str(), F_OK) == 0; }
+
+  std::unique_ptr<File> open(const std::string& path, OpenMode mode) override {
+    const int flags = mode == OpenMode::Read ? O_RDONLY : mode == OpenMode::Write ? O_RDWR : O_RDWR | O_CREAT;
+    const int descriptor = ::open(path.c_str(), flags | O_CLOEXEC, 0666);
+    if (descriptor < 0) {
+      if (errno == ENOENT && mode == OpenMode::Create) errno = ENOTDIR;  // the folder is what is missing
+      fail_on(path, "open");
+    }
+    return std::make_unique<SystemFile>(path, descriptor);
+  }
+  void remove(const std::string& path) override {
+    if (::unlink(path.c_str()) != 0 && errno != ENOENT) fail_on(path, "remove");
+  }
+  void sync_folder(const std::string& folder) override {
+    const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) fail_on(folder, "open");
+    ::fsync(descriptor);  // some file systems cannot; the data itself is safe by then
+    ::close(descriptor);
+  }
+};
+
+}  // namespace
+
+FileService& system_files() {
+  static SystemFiles files;
+  return files;
+}
+
+}  // namespace tarn

@@ -1,0 +1,41 @@
+// The file service: every byte of a record file goes through it, so that a client (or a test) can stand between.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace tarn {
+
+class File {
+ public:
+  virtual ~File() = default;
+  /// Bytes read, fewer than asked at the end of the file. Error `DeviceError`.
+  virtual size_t read(uint64_t offset, std::span<std::byte> into) = 0;
+  virtual void write(uint64_t offset, std::span<const std::byte> bytes) = 0;
+  virtual uint64_t size() = 0;
+  virtual void truncate(uint64_t size) = 0;
+  /// Returns when the bytes are on the disk.
+  virtual void sync() = 0;
+};
+
+enum class OpenMode : uint8_t { Read, Write, Create };
+
+class FileService {
+ public:
+  virtual ~FileService() = default;
+  virtual bool exists(const std::string& path) = 0;
+  /// Errors `FileNotFound`, `PathNotFound`, `PermissionDenied`, `DeviceError`, each naming the file.
+  virtual std::unique_ptr<File> open(const std::string& path, OpenMode mode) = 0;
+  /// Removes a file; a missing one is no error.
+  virtual void remove(const std::string& path) = 0;
+  /// Makes the names in a folder durable.
+  virtual void sync_folder(const std::string& folder) = 0;
+};
+
+/// The operating system's files.
+FileService& system_files();
+
+}  // namespace tarn

@@ -1,0 +1,49 @@
+#include "platform/host.h"
+
+#include <filesystem>
+#include <unordered_map>
+
+#include "platform/database.h"
+
+namespace tarn {
+namespace {
+
+/// A path as drive-letter systems write it ("C:\Jobs"): kept apart from '/' paths, so that its names come out in its own form.
+bool has_drive(const std::string& path) { return path.size() > 1 && path[1] == ':'; }
+
+std::string without_trailing(std::string path, char separator) {
+  while (path.size() > 1 && path.back() == separator) path.pop_back();
+  return path;
+}
+
+std::string normalise(const std::string& path) {
+  if (path.empty()) return path;
+  if (has_drive(path)) return without_trailing(path, '\\');
+  return without_trailing(std::filesystem::absolute(path).lexically_normal().string(), '/');
+}
+
+std::string directory(const std::string& path) {
+  if (path.empty()) return path;
+  const char separator = has_drive(path) ? '\\' : '/';
+  std::string bare = without_trailing(path, separator);
+  if (bare.back() != separator) bare += separator;
+  return bare;
+}
+
+Ptr<Database> shared_database(const std::string& path) {
+  thread_local std::unordered_map<std::string, std::weak_ptr<Database>> open;
+  auto& entry = open[path];
+  auto handle = entry.lock();
+  if (!handle) entry = handle = Database::open(path);
+  return handle;
+}
+
+}  // namespace
+
+Host& host() {
+  thread_local Host services{normalise, directory, shared_database,
+                             [](const std::string& name) { return "Copy of " + name; }};
+  return services;
+}
+
+}  // namespace tarn

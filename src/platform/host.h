@@ -1,0 +1,30 @@
+// The services that the host program gives to the data layer, each replaceable by the client, each with a default.
+// One set a thread. The diagnostic log is the fifth service (`base/log.h`).
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "base/object.h"
+#include "platform/files.h"
+
+namespace tarn {
+
+class Database;
+
+struct Host {
+  /// A working path in its normal form: absolute, no dots, no doubled separators. Empty stays empty.
+  std::function<std::string(const std::string&)> normalise_path;
+  /// A working path in directory form: ends in exactly one separator. Empty stays empty.
+  std::function<std::string(const std::string&)> directory_form;
+  /// The open handle of the database in a file, opened on first demand and shared after.
+  std::function<Ptr<Database>(const std::string&)> database;
+  /// The name of a copy, made from the name of its original (no blanks at the ends).
+  std::function<std::string(const std::string&)> copy_name;
+  FileService* files = &system_files();
+};
+
+/// This thread's services.
+Host& host();
+
+}  // namespace tarn

@@ -1,0 +1,30 @@
+// A prepared statement of the embedded engine, borrowed from its database for one use.
+#pragma once
+
+#include <sqlite3.h>
+
+#include "platform/database.h"
+
+namespace tarn {
+
+class Statement {
+ public:
+  Statement(Database& database, const std::string& sql, std::span<const Cell> parameters);
+  ~Statement();
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+
+  /// True while there is a row.
+  bool step();
+  int columns() const { return sqlite3_column_count(statement_); }
+  std::string column_name(int column) const { return sqlite3_column_name(statement_, column); }
+  Cell column(int column) const;
+  int64_t integer(int column) const { return sqlite3_column_int64(statement_, column); }
+
+ private:
+  Database& database_;
+  const std::string& sql_;
+  sqlite3_stmt* statement_;
+};
+
+}  // namespace tarn

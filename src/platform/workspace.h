@@ -1,0 +1,59 @@
+// The database engine of a thread and its workspace: transactions over every open database and the record files.
+// Transactions nest; an inner one that is rolled back leaves what the outer one did before it.
+#pragma once
+
+#include <vector>
+
+#include "base/object.h"
+#include "platform/file_store.h"
+
+namespace tarn {
+
+class Database;
+
+class Workspace {
+ public:
+  void BeginTrans();
+  /// Ends the innermost transaction; the outermost reaches the disk here. A failure rolls it back and throws.
+  void CommitTrans();
+  void Rollback();
+  /// Transactions open now, 0 for none.
+  size_t depth() const { return depth_; }
+  FileStore& files() { return files_; }
+
+  /// A database takes part in the open transaction from its first statement on.
+  void enlist(Ptr<Database> database) { enlisted_.push_back(std::move(database)); }
+
+ private:
+  void commit_outermost();
+
+  size_t depth_ = 0;
+  FileStore files_;
+  std::vector<Ptr<Database>> enlisted_;
+};
+
+class Engine {
+ public:
+  static Engine& of_thread();
+  /// The engine's workspaces; only 0 exists.
+  Workspace& Workspaces(int number);
+
+ private:
+  Workspace workspace_;
+};
+
+/// A transaction on the first workspace: rolled back unless committed.
+class Transaction {
+ public:
+  Transaction() : workspace_(Engine::of_thread().Workspaces(0)) { workspace_.BeginTrans(); }
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void commit();
+
+ private:
+  Workspace& workspace_;
+  bool open_ = true;
+};
+
+}  // namespace tarn

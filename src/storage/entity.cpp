@@ -1,0 +1,181 @@
+#include "storage/entity.h"
+
+#include <algorithm>
+
+#include "base/log.h"
+#include "platform/host.h"
+#include "platform/workspace.h"
+
+namespace tarn {
+namespace {
+
+FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
+
+}  // namespace
+
+Database& StoredEntity::database() const {
+  if (!database_) {
+    fail(ErrorNumber::ObjectNotSet, "The " + std::string(kind().class_name) + " has no database handle; give it one with SetDBHandle.");
+  }
+  return *database_;
+}
+
+const std::string& StoredEntity::file_name() const {
+  if (FileName.empty()) {
+    fail(ErrorNumber::FileNotFound, "The " + std::string(kind().class_name) + " has no record file; set its FileName.");
+  }
+  return FileName;
+}
+
+Recordset StoredEntity::index_rows() const {
+  return database().OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " ORDER BY nIndex ASC");
+}
+
+void StoredEntity::read_record(int16_t index) {
+  const auto bytes = record();
+  if (index < 0) fail(ErrorNumber::SubscriptOutOfRange, "There is no record " + std::to_string(index) + " in " + file_name() + ".");
+  const OpenMode mode = database_ && database_->read_only() ? OpenMode::Read : OpenMode::Create;
+  const size_t got = files().read(file_name(), static_cast<uint64_t>(index) * bytes.size(), bytes, mode);
+  if (got > 0 && got < bytes.size()) {
+    log().message("Record " + std::to_string(index) + " of " + FileName + " is cut short: " + std::to_string(got) + " of " +
+                  std::to_string(bytes.size()) + " bytes; the rest reads as zeros.");
+  }
+}
+
+void StoredEntity::write_record(int16_t index) {
+  const auto bytes = record();
+  const uint64_t offset = static_cast<uint64_t>(index) * bytes.size();
+  const uint64_t size = files().size(file_name());
+  if (offset >= size && size % bytes.size() != 0) {
+    log().message(FileName + " ends in a partial record (" + std::to_string(size / bytes.size()) + "), which is filled up with zeros.");
+  }
+  files().write(FileName, offset, bytes, database_);
+}
+
+void StoredEntity::mark_dependants() {
+  bool override_default = false;
+  OnUpdateDependencies.raise(override_default);
+  if (!override_default) kind().reach.mark(database(), Index);
+}
+
+void StoredEntity::Load(int16_t nRecNum) {
+  Transaction transaction;
+  Recordset rows = index_rows();
+  rows.FindFirst("nIndex = ?", {cell(nRecNum)});
+  if (rows.NoMatch()) {
+    log().message(std::string(kind().missing_row_message) + std::to_string(nRecNum));
+  } else {
+    Index = static_cast<int16_t>(rows.Fields("nIndex").integer());
+    store_name(rows.Fields("szName").text());
+    for (const SummaryColumn& column : kind().columns) {
+      if (column.let) column.let(*this, rows.Fields(column.name).Value());
+    }
+  }
+  read_record(Index);
+  transaction.commit();
+  if (m_bCloning) Index = 0;
+}
+
+void StoredEntity::make_name_valid() {
+  const std::string name = stored_name();
+  const bool valid = !name.empty() && name.front() != '\0';
+  // The number's sign has its blank: "Window  3", which names are compared by, to the character.
+  store_name(valid ? name : std::string(kind().default_word) + "  " + std::to_string(Index));
+}
+
+void StoredEntity::Save() {
+  const int16_t index_before = Index;
+  const std::vector<std::byte> record_before(record().begin(), record().end());
+  try {
+    Transaction transaction;
+    Recordset rows = index_rows();
+    if (Index == 0) {
+      Index = GetFreeIndex();
+      rows.AddNew();
+    } else {
+      rows.FindFirst("nIndex = ?", {cell(Index)});
+      rows.Edit();
+    }
+    make_name_valid();
+    rows.Fields("nIndex") = cell(Index);
+    rows.Fields("szName") = stored_name();
+    for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
+    rows.Update();
+    mark_dependants();
+    write_record(Index);
+    transaction.commit();
+  } catch (...) {
+    Index = index_before;
+    std::copy(record_before.begin(), record_before.end(), record().begin());
+    throw;
+  }
+}
+
+void StoredEntity::SaveDefault() {
+  Transaction transaction;
+  write_record(0);
+  transaction.commit();
+}
+
+void StoredEntity::CreateDefault() {
+  read_record(0);
+  Index = 0;
+}
+
+void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
+  const int16_t index_before = Index;
+  try {
+    if (nRecNum) Index = *nRecNum;
+    Transaction transaction;
+    mark_dependants();
+    const Cell id[]{cell(Index)};
+    database().Execute("DELETE FROM " + std::string(kind().index_table) + " WHERE nIndex = ?", id);
+    for (const LinkColumn& link : kind().links) {
+      database().Execute("DELETE FROM " + std::string(link.table) + " WHERE " + std::string(link.column) + " = ?", id);
+    }
+    transaction.commit();
+  } catch (...) {
+    Index = index_before;
+    throw;
+  }
+  Reset();
+}
+
+int16_t StoredEntity::GetFreeIndex() const {
+  const int64_t free = database().lowest_free_index(std::string(kind().index_table));
+  if (free > INT16_MAX) {
+    fail(ErrorNumber::Overflow, "Overflow: every index of " + std::string(kind().index_table) + " up to 32767 is in use.");
+  }
+  return static_cast<int16_t>(free);
+}
+
+bool StoredEntity::IsNameUnique(const std::optional<std::string>& sName) const {
+  std::string name(trimmed(sName.value_or("")));
+  if (name.empty()) name = stored_name();
+  if (name.find('\'') != std::string::npos) {
+    log().error(kComponent, kind().class_name, "IsNameUnique()",
+                "A name that holds an apostrophe cannot be checked, and counts as not unique: " + name);
+    return false;
+  }
+  return database()
+      .OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?", {name, cell(Index)})
+      .AtEof();
+}
+
+void StoredEntity::Reset(std::optional<bool> bResetAll) {
+  Index = 0;
+  if (bResetAll.value_or(false)) store_name(std::string_view("\0", 1));
+}
+
+void StoredEntity::fill_clone(StoredEntity& clone, std::optional<int16_t> index) {
+  clone.FileName = FileName;
+  clone.database_ = database_;
+  clone.m_bCloning = true;
+  if (index) clone.Load(*index);
+  else std::copy_n(record().begin(), record().size(), clone.record().begin());
+  clone.m_bCloning = false;
+  const std::string name = stored_name();
+  if (!name.starts_with('\0')) clone.store_name(host().copy_name(name));
+}
+
+}  // namespace tarn

@@ -1,0 +1,91 @@
+// The life of a stored entity: one record in the kind's record file and one summary row in its index table, both written
+// by `Save` in one transaction. Property setters change memory only. Index 0 is a new entity; record 0 is the kind's default.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+
+#include "base/object.h"
+#include "storage/kind.h"
+
+namespace tarn {
+
+class StoredEntity : public Object {
+ public:
+  std::string FileName;     // full path of the kind's record file
+  int16_t Index = 0;
+  bool m_bCloning = false;  // while being filled as a clone: `Load` forgets the index
+  Event<bool&> OnUpdateDependencies;  // OverrideDefault: true keeps the layer from marking dependants
+
+  Ptr<Database> GetDBHandle() const { return database_; }
+  void SetDBHandle(Ptr<Database> DB) { database_ = std::move(DB); }
+
+  /// Reads the summary row and the record. A missing row is logged, and the record at the object's own index read.
+  void Load(int16_t nRecNum);
+  /// Writes row and record and marks what rests on the entity; a new entity gets the lowest free index and, without a
+  /// name, its default name. A failure leaves rows, file and index as they were.
+  void Save();
+  /// Writes the object as the kind's default record.
+  void SaveDefault();
+  void CreateDefault();
+  /// Removes the summary row and every link row that names the entity, after marking; the record's bytes stay.
+  void Delete(std::optional<int16_t> nRecNum = {});
+  /// The lowest positive index not in use. Error `Overflow` past 32767.
+  int16_t GetFreeIndex() const;
+  /// No other entity of the kind has the name (its own, where none is given). False, and logged, for an apostrophe.
+  bool IsNameUnique(const std::optional<std::string>& sName = {}) const;
+  void Reset(std::optional<bool> bResetAll = {});
+
+  virtual const Kind& kind() const = 0;
+
+ protected:
+  virtual std::span<std::byte> record() = 0;
+  virtual std::string stored_name() const = 0;  // trimmed
+  virtual void store_name(std::string_view name) = 0;
+
+  void fill_clone(StoredEntity& clone, std::optional<int16_t> index);
+
+ private:
+  Database& database() const;
+  const std::string& file_name() const;
+  Recordset index_rows() const;
+  void read_record(int16_t index);
+  void write_record(int16_t index);
+  void mark_dependants();
+  void make_name_valid();
+
+  Ptr<Database> database_;
+};
+
+/// A kind's class: its record's fields, and copies of its own type. `R` is the record, with the name first.
+template <typename C, typename R>
+class Entity : public StoredEntity, public R {
+ public:
+  using Record = R;
+
+  Entity() { Reset(true); }
+
+  /// An unsaved copy, of this object or of the stored entity of an index, under a copy's name.
+  Ptr<C> Clone(std::optional<int16_t> nIndex = {}) {
+    auto clone = std::make_shared<C>();
+    fill_clone(*clone, nIndex);
+    return clone;
+  }
+  /// An exact twin, index and name included.
+  Ptr<C> CopyInstance() {
+    auto twin = Clone();
+    static_cast<R&>(*twin) = *this;
+    twin->Index = Index;
+    return twin;
+  }
+
+ protected:
+  std::span<std::byte> record() override {
+    return std::as_writable_bytes(std::span<R, 1>(static_cast<R*>(this), 1));
+  }
+  std::string stored_name() const override { return this->Name.trimmed(); }
+  void store_name(std::string_view name) override { this->Name = name; }
+};
+
+}  // namespace tarn

@@ -1,0 +1,55 @@
+// What one kind of stored entity declares of its own; everything else of its life is `StoredEntity`.
+#pragma once
+
+#include "base/describe.h"
+#include "platform/database.h"
+#include "storage/staleness.h"
+
+namespace tarn {
+
+/// A column of the index table that follows a property.
+struct SummaryColumn {
+  std::string_view name;
+  Cell (*get)(const Object&);
+  void (*let)(Object&, const Cell&);  // null: written by `Save`, not read by `Load`
+};
+
+/// Column of a field, written by `Save` only.
+template <typename C, auto P>
+SummaryColumn written(std::string_view name) {
+  return {name,
+          [](const Object& o) {
+            Value value;
+            detail::read_field(static_cast<const C&>(o).*P, true, value);
+            return cell(value);
+          },
+          nullptr};
+}
+
+/// Column of a field, written by `Save` and read by `Load`.
+template <typename C, auto P>
+SummaryColumn summary(std::string_view name) {
+  using N = typename detail::NativeOf<typename detail::FieldOf<decltype(P)>::Type>::type;
+  SummaryColumn column = written<C, P>(name);
+  column.let = [](Object& o, const Cell& c) {
+    if (c.index() != 0) static_cast<C&>(o).*P = native<N>(value_of(c));
+  };
+  return column;
+}
+
+/// Rows of a link table that name the entity.
+struct LinkColumn {
+  std::string_view table, column;
+};
+
+struct Kind {
+  std::string_view class_name;
+  std::string_view index_table;
+  std::string_view default_word;         // of names given to nameless entities: "Window  3"
+  std::string_view missing_row_message;  // of `Load`; the number follows
+  std::vector<SummaryColumn> columns;    // besides nIndex and szName
+  std::vector<LinkColumn> links;         // cleaned by `Delete`
+  Reach reach;
+};
+
+}  // namespace tarn

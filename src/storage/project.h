@@ -1,0 +1,60 @@
+// The project object: where a project lives and under which prefix. Every file name of a project is built here, from the
+// working path in directory form, the prefix and a fixed suffix; the factories hand out entities that know their files.
+#pragma once
+
+#include <string>
+
+#include "base/object.h"
+
+namespace tarn {
+
+class WIN_Window;
+struct FactoryRow;
+
+class COM_ProjectData final : public Object {
+ public:
+  const ClassInfo& info() const override;  // in component/, which knows the classes that the factories make
+
+  std::string IndexDBName() const { return CreateFilespec("INX.MDB"); }
+  std::string SimWeatherInputsFilename() const { return CreateFilespec("HW1.DAT"); }
+  std::string SimWeatherFilename() const { return CreateFilespec("WTA.DAT"); }
+  std::string DesWeatherFilename() const { return CreateFilespec("WTD.DAT"); }
+  std::string ReportOptionsFilename() const { return CreateFilespec("RPT.DAT"); }
+  std::string SpaceFilename() const { return CreateFilespec("SPC.DAT"); }
+  std::string ScheduleFilename() const { return CreateFilespec("SCH.DAT"); }
+  std::string ShadeFilename() const { return CreateFilespec("SHD.DAT"); }
+  std::string DoorFilename() const { return CreateFilespec("DOR.DAT"); }
+  std::string WallFilename() const { return CreateFilespec("WAL.DAT"); }
+  std::string WindowFilename() const { return CreateFilespec("WIN.DAT"); }
+  std::string RoofFilename() const { return CreateFilespec("ROF.DAT"); }
+  std::string TowerFilename() const { return CreateFilespec("TWR.DAT"); }
+  std::string BoilerFilename() const { return CreateFilespec("BLR.DAT"); }
+  std::string ChillerFilename() const { return CreateFilespec("CHL.DAT"); }
+  std::string FuelRateFilename() const { return CreateFilespec("FRT.DAT"); }
+  std::string ElecRateFilename() const { return CreateFilespec("ERT.DAT"); }
+  std::string ProjectPrefFilename() const { return CreateFilespec("PRF.DAT"); }
+  std::string AirSystemDefaultFilename() const { return CreateFilespec("A00.DAT"); }
+  std::string BuildingDefaultFileName() const { return CreateFilespec("B00.DAT"); }
+  std::string PlantDefaultFilename() const { return CreateFilespec("P00.DAT"); }
+
+  std::string WorkPath() const { return work_path_; }
+  /// Stored as the path service normalises it.
+  void SetWorkPath(const std::string& path);
+  std::string FilePrefix;  // as given
+
+  Ptr<WIN_Window> NewWindow();
+
+  /// The file prefix of a kind that keeps one file for each object: the project's, and the kind's one-letter code.
+  std::string CreateFilePrefix(const std::string& code) const;
+
+  /// A new object of a factory's class with its settings made, in their order.
+  ObjectPtr make(const FactoryRow& factory);
+
+ private:
+  std::string CreateFilespec(const std::string& suffix) const;
+  void SetDatabaseHandleOfDataObject(Object& object) const;
+
+  std::string work_path_;
+};
+
+}  // namespace tarn

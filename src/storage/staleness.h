@@ -1,0 +1,42 @@
+// What becomes stale when an entity changes. A kind declares its reach as data: the link tables that lead from it to
+// spaces, systems, plants and buildings. From each of these the way outward is the same for every kind:
+// spaces to the systems that serve them, systems to their plants, systems and plants to the buildings that hold them.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarn {
+
+class Database;
+
+enum class Stage : uint8_t { Spaces, Systems, Plants, Buildings };
+
+/// Rows of a link table by one of its columns, giving another.
+struct LinkStep {
+  std::string_view table, by, gives;
+};
+
+/// A way from the entity into a stage, of one link table or of two in a row.
+struct Route {
+  Stage stage;
+  std::vector<LinkStep> steps;
+};
+
+enum class Results : uint8_t { DesignAndSimulation, SimulationOnly };
+
+class Reach {
+ public:
+  Reach(Results results, std::initializer_list<Route> routes);
+
+  /// Sets the changed flags of everything that rests on the entity: one statement a table, linear in what it marks.
+  void mark(Database& database, int index) const;
+  const std::vector<std::string>& statements() const { return statements_; }
+
+ private:
+  std::vector<std::string> statements_;  // the entity's index is ?1
+};
+
+}  // namespace tarn
