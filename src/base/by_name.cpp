@@ -23,12 +23,12 @@ void check_call(const ClassInfo& info, const Member& member, MemberKind kind, si
   const std::string name = std::string(info.name) + "." + std::string(member.name);
   if (member.kind != kind) {
     constexpr std::string_view kinds[]{"property", "method", "event"};
-    fail(ErrorNumber::NoSuchMember, name + " is a " + std::string(kinds[static_cast<size_t>(member.kind)]) + ", not a " +
-                                        std::string(kinds[static_cast<size_t>(kind)]) + ".");
+    fail(ErrorNumber::NoSuchMember, name + " is a " + std::string(kinds[static_cast<size_t>(member.kind)]) +
+                                        ", not a " + std::string(kinds[static_cast<size_t>(kind)]) + ".");
   }
   if (kind == MemberKind::Property && subscripts != member.bounds.size()) {
-    fail(ErrorNumber::WrongArgumentCount, name + " takes " + std::to_string(member.bounds.size()) + " subscripts, not " +
-                                              std::to_string(subscripts) + ".");
+    fail(ErrorNumber::WrongArgumentCount, name + " takes " + std::to_string(member.bounds.size()) +
+                                              " subscripts, not " + std::to_string(subscripts) + ".");
   }
 }
 
@@ -36,13 +36,20 @@ void check_call(const ClassInfo& info, const Member& member, MemberKind kind, si
 
 Value empty_value(ValueType type) {
   switch (type) {
-    case ValueType::Boolean: return false;
-    case ValueType::Int16: return int16_t{0};
-    case ValueType::Int32: return int32_t{0};
-    case ValueType::Real32: return 0.0F;
-    case ValueType::Real64: return 0.0;
-    case ValueType::Text: return std::string();
-    default: return std::monostate();
+    case ValueType::Boolean:
+      return false;
+    case ValueType::Int16:
+      return int16_t{0};
+    case ValueType::Int32:
+      return int32_t{0};
+    case ValueType::Real32:
+      return 0.0F;
+    case ValueType::Real64:
+      return 0.0;
+    case ValueType::Text:
+      return std::string();
+    default:
+      return std::monostate();
   }
 }
 
@@ -61,7 +68,8 @@ void get_property(Object& object, const Member& member, Subscripts subscripts, V
 void let_property(Object& object, const Member& member, Subscripts subscripts, const Value& value) {
   check_call(object.info(), member, MemberKind::Property, subscripts.size());
   if (member.read_only) {
-    fail(ErrorNumber::NoSuchMember, std::string(object.info().name) + "." + std::string(member.name) + " is read-only.");
+    fail(ErrorNumber::NoSuchMember,
+         std::string(object.info().name) + "." + std::string(member.name) + " is read-only.");
   }
   try {
     member.let(object, subscripts, value);

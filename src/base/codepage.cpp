@@ -12,10 +12,10 @@ namespace {
 
 // Unicode values of the bytes 0x80 to 0x9F.
 // Source: the Unicode Consortium's mapping table of code page 1252 (best fit for the five undefined bytes).
-constexpr std::array<char32_t, 32> kHigh{
-    0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
+constexpr std::array<char32_t, 32> kHigh{0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                         0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x8D,   0x017D, 0x8F,
+                                         0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                         0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
 bool ascii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
@@ -46,7 +46,8 @@ char32_t next_code(std::string_view text, size_t& at) {
     code = code << 6 | (byte & 0x3F);
   }
   constexpr char32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
-  if (code < kLeast[extra] || (code >= 0xD800 && code < 0xE000)) fail(ErrorNumber::TypeMismatch, "Text is not valid UTF-8.");
+  if (code < kLeast[extra] || (code >= 0xD800 && code < 0xE000))
+    fail(ErrorNumber::TypeMismatch, "Text is not valid UTF-8.");
   at += 1 + extra;
   return code;
 }
@@ -57,8 +58,9 @@ char page_byte(char32_t code, std::string_view character) {
   if (found != kHigh.end()) return static_cast<char>(0x80 + (found - kHigh.begin()));
   char number[16];
   std::snprintf(number, sizeof number, "U+%04X", static_cast<unsigned>(code));
-  fail(ErrorNumber::TypeMismatch, "The character '" + std::string(character) + "' (" + number +
-                                      ") has no place in code page 1252, in which texts are stored; use another character.");
+  fail(ErrorNumber::TypeMismatch,
+       "The character '" + std::string(character) + "' (" + number +
+           ") has no place in code page 1252, in which texts are stored; use another character.");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Texts are UTF-8 in memory and one byte a character (code page 1252) in the files.
-// The five bytes that the page leaves undefined map to the control characters of the same value, so every byte survives a round trip.
+// The five bytes that the page leaves undefined map to the control characters of the same value, so every byte survives
+// a round trip.
 #pragma once
 
 #include <span>
@@ -11,7 +12,8 @@ namespace tarn {
 /// One-byte text as UTF-8.
 std::string utf8_from_page(std::string_view bytes);
 
-/// UTF-8 text as one byte a character. Error `TypeMismatch` names a character that the page lacks or a malformed sequence.
+/// UTF-8 text as one byte a character. Error `TypeMismatch` names a character that the page lacks or a malformed
+/// sequence.
 std::string page_from_utf8(std::string_view text);
 
 /// Without the blanks at both ends.

@@ -1,6 +1,7 @@
 // Makes a class's members table from member pointers, so that no name is typed as a string:
 //
-//   describe<WIN_Window>(Failures::Trapped, property<&WindowRecord::Height>("ft"), method<&WIN_Window::Load>("nRecNum"), ...)
+//   describe<WIN_Window>(Failures::Trapped, property<&WindowRecord::Height>("ft"),
+//   method<&WIN_Window::Load>("nRecNum"), ...)
 //
 // A field of the record that is left out or listed twice does not compile.
 #pragma once
@@ -74,7 +75,9 @@ template <typename T, Bounds... D>
 struct is_array<Array<T, D...>> : std::true_type {};
 
 template <typename T>
-concept Wire = requires { typename T::Native; };
+concept Wire = requires {
+  typename T::Native;
+};
 
 /// The native type behind a wire field, or the type itself.
 template <typename T>
@@ -88,14 +91,18 @@ struct NativeOf<T> {
 
 template <typename F>
 void read_field(const F& field, bool trimmed, Value& out) {
-  if constexpr (requires { F::width; }) out = trimmed ? field.trimmed() : field.str();
-  else put(out, static_cast<typename NativeOf<F>::type>(field));
+  if constexpr (requires { F::width; })
+    out = trimmed ? field.trimmed() : field.str();
+  else
+    put(out, static_cast<typename NativeOf<F>::type>(field));
 }
 
 template <typename T>
 constexpr size_t text_width() {
-  if constexpr (requires { T::width; }) return T::width;
-  else return 0;
+  if constexpr (requires { T::width; })
+    return T::width;
+  else
+    return 0;
 }
 
 template <typename T>
@@ -117,19 +124,30 @@ Parameter parameter(std::string_view name) {
 
 }  // namespace detail
 
-/// A property: a field (`property<&Record::Field>`), a computed value (`property<&C::Getter>`), or a getter and a setter of its own.
+/// A property: a field (`property<&Record::Field>`), a computed value (`property<&C::Getter>`), or a getter and a
+/// setter of its own.
 template <auto Get, auto Let = nullptr>
 struct Property {
   static constexpr auto pointer = Get;
   using Pointer = decltype(Get);
   static constexpr bool is_field = !std::is_member_function_pointer_v<Pointer>;
 
-  constexpr Property operator()(std::string_view text) const { return with([&](Property& p) { p.unit = text; }); }
-  constexpr Property read_only() const { return with([](Property& p) { p.fixed = true; }); }
-  constexpr Property by_reference() const { return with([](Property& p) { p.reference = true; }); }
-  constexpr Property trimmed() const { return with([](Property& p) { p.trim = true; }); }
+  constexpr Property operator()(std::string_view text) const {
+    return with([&](Property& p) { p.unit = text; });
+  }
+  constexpr Property read_only() const {
+    return with([](Property& p) { p.fixed = true; });
+  }
+  constexpr Property by_reference() const {
+    return with([](Property& p) { p.reference = true; });
+  }
+  constexpr Property trimmed() const {
+    return with([](Property& p) { p.trim = true; });
+  }
   /// The procedure label of the getter where it differs from "Name [PropertyGet]".
-  constexpr Property label(std::string_view text) const { return with([&](Property& p) { p.get_label = text; }); }
+  constexpr Property label(std::string_view text) const {
+    return with([&](Property& p) { p.get_label = text; });
+  }
 
   template <typename C>
   Member make() const {
@@ -140,8 +158,10 @@ struct Property {
     m.trimmed = trim;
     m.get_label = get_label.empty() ? std::string(m.name) + " [PropertyGet]" : std::string(get_label);
     m.let_label = std::string(m.name) + " [PropertyLet]";
-    if constexpr (is_field) make_field<C>(m);
-    else make_accessors<C>(m);
+    if constexpr (is_field)
+      make_field<C>(m);
+    else
+      make_accessors<C>(m);
     m.read_only = fixed || !m.let;
     return m;
   }
@@ -172,7 +192,9 @@ struct Property {
       element<C, typename F::Element>(m);
       m.bounds = F::bounds;
       m.get = trim ? array_get<C, F, true> : array_get<C, F, false>;
-      m.let = [](Object& o, Subscripts s, const Value& v) { store((static_cast<C&>(o).*Get).items[F::place(s.data())], v); };
+      m.let = [](Object& o, Subscripts s, const Value& v) {
+        store((static_cast<C&>(o).*Get).items[F::place(s.data())], v);
+      };
     } else {
       element<C, F>(m);
       m.get = trim ? field_get<C, F, true> : field_get<C, F, false>;
@@ -234,7 +256,8 @@ struct Method {
     m.call_label = std::string(m.name) + "()";
     [&]<size_t... I>(std::index_sequence<I...>) {
       (m.parameters.push_back(detail::parameter<std::tuple_element_t<I, typename S::List>>(names[I])), ...);
-    }(std::make_index_sequence<arity>());
+    }
+    (std::make_index_sequence<arity>());
     for (Parameter& p : m.parameters) p.by_reference |= reference;
     m.call = call<C>;
     return m;
@@ -252,10 +275,13 @@ struct Method {
       std::tuple<std::remove_cvref_t<std::tuple_element_t<I, List>>...> natives{
           native<std::remove_cvref_t<std::tuple_element_t<I, List>>>(arguments[I])...};
       C& self = static_cast<C&>(object);
-      if constexpr (std::is_void_v<typename S::Result>) (self.*P)(std::get<I>(natives)...);
-      else put(result, (self.*P)(std::get<I>(natives)...));
+      if constexpr (std::is_void_v<typename S::Result>)
+        (self.*P)(std::get<I>(natives)...);
+      else
+        put(result, (self.*P)(std::get<I>(natives)...));
       (bring_back<std::tuple_element_t<I, List>>(std::get<I>(natives), arguments[I]), ...);
-    }(std::make_index_sequence<std::tuple_size_v<List>>());
+    }
+    (std::make_index_sequence<std::tuple_size_v<List>>());
   }
 
   template <typename A, typename N2>
@@ -285,12 +311,14 @@ struct EventForm {
     m.parameters.push_back({argument_name, ValueType::Boolean, false, true, true});
     m.listen = [](Object& object, Listener listener) {
       auto& event = static_cast<C&>(object).*P;
-      if (!listener) event.listener = nullptr;
-      else event.listener = [listener = std::move(listener)](bool& argument) {
-        Value values[1]{argument};
-        listener(values);
-        argument = native<bool>(values[0]);
-      };
+      if (!listener)
+        event.listener = nullptr;
+      else
+        event.listener = [listener = std::move(listener)](bool& argument) {
+          Value values[1]{argument};
+          listener(values);
+          argument = native<bool>(values[0]);
+        };
     };
     return m;
   }
@@ -319,8 +347,10 @@ constexpr size_t covered_bytes() {
 
 template <typename Record, typename M>
 constexpr const void* field_address(const Record& record) {
-  if constexpr (covered_bytes<Record, M>() > 0) return &(record.*M::pointer);
-  else return nullptr;
+  if constexpr (covered_bytes<Record, M>() > 0)
+    return &(record.*M::pointer);
+  else
+    return nullptr;
 }
 
 template <typename Record, typename... M>

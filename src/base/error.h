@@ -40,8 +40,7 @@ enum class ErrorNumber : int {
 
 class Error : public std::runtime_error {
  public:
-  Error(ErrorNumber number, const std::string& description)
-      : Error(static_cast<int>(number), {}, description) {}
+  Error(ErrorNumber number, const std::string& description) : Error(static_cast<int>(number), {}, description) {}
   Error(int number, std::string source, const std::string& description)
       : std::runtime_error(description), number_(number), source_(std::move(source)) {}
 

@@ -5,7 +5,8 @@
 namespace tarn {
 
 std::string_view text_of(std::span<const Label> table, int32_t code) {
-  const auto found = std::find_if(table.begin(), table.end(), [code](const Label& label) { return label.code == code; });
+  const auto found =
+      std::find_if(table.begin(), table.end(), [code](const Label& label) { return label.code == code; });
   return found == table.end() ? std::string_view{} : found->text;
 }
 

@@ -1,5 +1,6 @@
 // Enumerations beside their records: each code with the name that code uses and the text that a person reads.
-// Neither need be an identifier, either may be empty, and two may share a code (the first wins when a code is looked up).
+// Neither need be an identifier, either may be empty, and two may share a code (the first wins when a code is looked
+// up).
 #pragma once
 
 #include <cstdint>

@@ -53,7 +53,8 @@ void ClassInfo::index_names() {
 
 int ClassInfo::number(std::string_view member) const {
   if (slots_.empty() || member.empty()) return -1;
-  for (size_t slot = folded_hash(member) & (slots_.size() - 1); slots_[slot] >= 0; slot = (slot + 1) & (slots_.size() - 1)) {
+  for (size_t slot = folded_hash(member) & (slots_.size() - 1); slots_[slot] >= 0;
+       slot = (slot + 1) & (slots_.size() - 1)) {
     if (same_name(members[static_cast<size_t>(slots_[slot])].name, member)) return slots_[slot];
   }
   return -1;

@@ -32,18 +32,18 @@ struct Parameter {
 
 struct Member {
   std::string_view name;
-  std::string_view unit;                   // "ft"; empty where the value has none or the name says it
+  std::string_view unit;  // "ft"; empty where the value has none or the name says it
   MemberKind kind = MemberKind::Property;
-  ValueType type = ValueType::Empty;       // of the property, or of the method's result
+  ValueType type = ValueType::Empty;  // of the property, or of the method's result
   bool read_only = false;
-  bool by_reference = false;               // the setter takes its argument by reference
-  bool trimmed = false;                    // the text is read without its blanks
-  std::span<const Bounds> bounds;          // of an indexed property; empty for a plain one
-  std::vector<Parameter> parameters;       // of a method or event
-  std::span<const Label> labels;           // of a property that holds an enumeration's code
-  ptrdiff_t offset = -1;                   // in the record, for a stored field; -1 for the others
-  size_t size = 0;                         // of the stored field, all elements
-  size_t width = 0;                        // of one text, in characters
+  bool by_reference = false;          // the setter takes its argument by reference
+  bool trimmed = false;               // the text is read without its blanks
+  std::span<const Bounds> bounds;     // of an indexed property; empty for a plain one
+  std::vector<Parameter> parameters;  // of a method or event
+  std::span<const Label> labels;      // of a property that holds an enumeration's code
+  ptrdiff_t offset = -1;              // in the record, for a stored field; -1 for the others
+  size_t size = 0;                    // of the stored field, all elements
+  size_t width = 0;                   // of one text, in characters
 
   void (*get)(const Object&, Subscripts, Value&) = nullptr;
   void (*let)(Object&, Subscripts, const Value&) = nullptr;

@@ -29,9 +29,9 @@ size_t edits(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates) {
-  const auto best = std::min_element(candidates.begin(), candidates.end(), [word](std::string_view a, std::string_view b) {
-    return edits(word, a) < edits(word, b);
-  });
+  const auto best =
+      std::min_element(candidates.begin(), candidates.end(),
+                       [word](std::string_view a, std::string_view b) { return edits(word, a) < edits(word, b); });
   return best == candidates.end() ? std::string_view{} : *best;
 }
 

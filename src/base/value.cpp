@@ -11,8 +11,8 @@ std::string_view type_name(ValueType type) {
 
 void type_mismatch(const Value& found, std::string_view wanted) {
   const auto name = type_name(type_of(found));
-  fail(ErrorNumber::TypeMismatch,
-       "Type mismatch: found " + std::string(name.empty() ? "nothing" : name) + ", wanted " + std::string(wanted) + ".");
+  fail(ErrorNumber::TypeMismatch, "Type mismatch: found " + std::string(name.empty() ? "nothing" : name) + ", wanted " +
+                                      std::string(wanted) + ".");
 }
 
 namespace {
@@ -20,12 +20,23 @@ namespace {
 /// The numeric alternatives as a double, which holds every one of them exactly; false for the others.
 bool numeric(const Value& value, double& out) {
   switch (type_of(value)) {
-    case ValueType::Boolean: out = std::get<bool>(value) ? -1 : 0; return true;
-    case ValueType::Int16: out = std::get<int16_t>(value); return true;
-    case ValueType::Int32: out = std::get<int32_t>(value); return true;
-    case ValueType::Real32: out = static_cast<double>(std::get<float>(value)); return true;
-    case ValueType::Real64: out = std::get<double>(value); return true;
-    default: return false;
+    case ValueType::Boolean:
+      out = std::get<bool>(value) ? -1 : 0;
+      return true;
+    case ValueType::Int16:
+      out = std::get<int16_t>(value);
+      return true;
+    case ValueType::Int32:
+      out = std::get<int32_t>(value);
+      return true;
+    case ValueType::Real32:
+      out = static_cast<double>(std::get<float>(value));
+      return true;
+    case ValueType::Real64:
+      out = std::get<double>(value);
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -35,7 +46,8 @@ int64_t integer_from(const Value& value, int64_t least, int64_t most) {
   double number = 0;
   if (!numeric(value, number) || number != std::floor(number)) type_mismatch(value, "whole number");
   if (number < static_cast<double>(least) || number > static_cast<double>(most)) {
-    fail(ErrorNumber::Overflow, "Overflow: the number must lie between " + std::to_string(least) + " and " + std::to_string(most) + ".");
+    fail(ErrorNumber::Overflow,
+         "Overflow: the number must lie between " + std::to_string(least) + " and " + std::to_string(most) + ".");
   }
   return static_cast<int64_t>(number);
 }

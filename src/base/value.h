@@ -35,15 +35,24 @@ struct is_pointer<Ptr<T>> : std::true_type {
 
 template <typename T>
 constexpr ValueType value_type() {
-  if constexpr (std::is_void_v<T>) return ValueType::Empty;
-  else if constexpr (is_optional<T>::value) return value_type<typename T::value_type>();
-  else if constexpr (std::is_same_v<T, bool>) return ValueType::Boolean;
-  else if constexpr (std::is_enum_v<T> || std::is_same_v<T, int16_t>) return ValueType::Int16;
-  else if constexpr (std::is_same_v<T, int32_t>) return ValueType::Int32;
-  else if constexpr (std::is_same_v<T, float>) return ValueType::Real32;
-  else if constexpr (std::is_same_v<T, double>) return ValueType::Real64;
-  else if constexpr (is_pointer<T>::value) return ValueType::Object;
-  else return ValueType::Text;
+  if constexpr (std::is_void_v<T>)
+    return ValueType::Empty;
+  else if constexpr (is_optional<T>::value)
+    return value_type<typename T::value_type>();
+  else if constexpr (std::is_same_v<T, bool>)
+    return ValueType::Boolean;
+  else if constexpr (std::is_enum_v<T> || std::is_same_v<T, int16_t>)
+    return ValueType::Int16;
+  else if constexpr (std::is_same_v<T, int32_t>)
+    return ValueType::Int32;
+  else if constexpr (std::is_same_v<T, float>)
+    return ValueType::Real32;
+  else if constexpr (std::is_same_v<T, double>)
+    return ValueType::Real64;
+  else if constexpr (is_pointer<T>::value)
+    return ValueType::Object;
+  else
+    return ValueType::Text;
 }
 
 /// A native value from a by-name one. Errors `TypeMismatch`, `Overflow`.
@@ -61,7 +70,8 @@ T native(const Value& value) {
   } else if constexpr (std::is_floating_point_v<T>) {
     const double wide = real_from(value);
     const auto narrow = static_cast<T>(wide);
-    if (narrow - narrow != 0 && wide - wide == 0) fail(ErrorNumber::Overflow, "Overflow: the number is too large for the property.");
+    if (narrow - narrow != 0 && wide - wide == 0)
+      fail(ErrorNumber::Overflow, "Overflow: the number is too large for the property.");
     return narrow;
   } else if constexpr (is_pointer<T>::value) {
     if (std::holds_alternative<std::monostate>(value)) return nullptr;
@@ -78,9 +88,12 @@ T native(const Value& value) {
 template <typename T>
 void put(Value& out, T&& value) {
   using V = std::remove_cvref_t<T>;
-  if constexpr (std::is_enum_v<V>) out = static_cast<int16_t>(value);
-  else if constexpr (is_pointer<V>::value) out = std::static_pointer_cast<Object>(std::forward<T>(value));
-  else out = std::forward<T>(value);
+  if constexpr (std::is_enum_v<V>)
+    out = static_cast<int16_t>(value);
+  else if constexpr (is_pointer<V>::value)
+    out = std::static_pointer_cast<Object>(std::forward<T>(value));
+  else
+    out = std::forward<T>(value);
 }
 
 }  // namespace tarn

@@ -122,7 +122,8 @@ struct Array {
     size_t at = 0;
     size_t stride = 1;
     for (size_t d = 0; d < bounds.size(); ++d) {
-      if (subscripts[d] < bounds[d].first || subscripts[d] > bounds[d].last) subscript_out_of_range(subscripts[d], bounds[d]);
+      if (subscripts[d] < bounds[d].first || subscripts[d] > bounds[d].last)
+        subscript_out_of_range(subscripts[d], bounds[d]);
       at += stride * static_cast<size_t>(subscripts[d] - bounds[d].first);
       stride *= static_cast<size_t>(bounds[d].size());
     }

@@ -27,9 +27,12 @@ tarn_status remember(LastError& place, int32_t number, const std::string& source
   place = {number, source, description};
   if (&place != &thread_error) thread_error = place;
   switch (static_cast<ErrorNumber>(number)) {
-    case ErrorNumber::NoSuchMember: return TARN_NO_MEMBER;
-    case ErrorNumber::WrongArgumentCount: return TARN_BAD_ARGUMENT;
-    default: return TARN_ERROR;
+    case ErrorNumber::NoSuchMember:
+      return TARN_NO_MEMBER;
+    case ErrorNumber::WrongArgumentCount:
+      return TARN_BAD_ARGUMENT;
+    default:
+      return TARN_ERROR;
   }
 }
 
@@ -52,7 +55,8 @@ template <typename F>
 tarn_status on_object(tarn_object* handle, F action) {
   HandleSlot* slot = slot_of(handle);
   if (!slot) {
-    remember(thread_error, static_cast<int32_t>(ErrorNumber::ObjectNotSet), {}, "The object is not set, was released, or belongs to another thread.");
+    remember(thread_error, static_cast<int32_t>(ErrorNumber::ObjectNotSet), {},
+             "The object is not set, was released, or belongs to another thread.");
     return TARN_BAD_HANDLE;
   }
   return guarded(slot->error, [&] { action(*slot); });
@@ -62,7 +66,8 @@ tarn_status on_object(tarn_object* handle, F action) {
 
 const Member& member_at(const ClassInfo& info, int32_t number) {
   if (number < 0 || static_cast<size_t>(number) >= info.members.size()) {
-    fail(ErrorNumber::NoSuchMember, std::string(info.name) + " has no member of number " + std::to_string(number) + ".");
+    fail(ErrorNumber::NoSuchMember,
+         std::string(info.name) + " has no member of number " + std::to_string(number) + ".");
   }
   return info.members[static_cast<size_t>(number)];
 }
@@ -78,32 +83,52 @@ void give(const Value& value, tarn_value& out, std::string& text) {
   out.type = static_cast<int32_t>(value.index());
   out.length = 0;
   switch (type_of(value)) {
-    case ValueType::Empty: out.as.r8 = 0; break;
-    case ValueType::Boolean: out.as.boolean = std::get<bool>(value) ? 1 : 0; break;
-    case ValueType::Int16: out.as.i2 = std::get<int16_t>(value); break;
-    case ValueType::Int32: out.as.i4 = std::get<int32_t>(value); break;
-    case ValueType::Real32: out.as.r4 = std::get<float>(value); break;
-    case ValueType::Real64: out.as.r8 = std::get<double>(value); break;
+    case ValueType::Empty:
+      out.as.r8 = 0;
+      break;
+    case ValueType::Boolean:
+      out.as.boolean = std::get<bool>(value) ? 1 : 0;
+      break;
+    case ValueType::Int16:
+      out.as.i2 = std::get<int16_t>(value);
+      break;
+    case ValueType::Int32:
+      out.as.i4 = std::get<int32_t>(value);
+      break;
+    case ValueType::Real32:
+      out.as.r4 = std::get<float>(value);
+      break;
+    case ValueType::Real64:
+      out.as.r8 = std::get<double>(value);
+      break;
     case ValueType::Text:
       text = std::get<std::string>(value);
       give_text(out, text);
       break;
     case ValueType::Object:
       out.as.object = nullptr;
-      if (const auto& object = std::get<ObjectPtr>(value)) out.as.object = new_handle(object);
-      else out.type = TARN_EMPTY;
+      if (const auto& object = std::get<ObjectPtr>(value))
+        out.as.object = new_handle(object);
+      else
+        out.type = TARN_EMPTY;
       break;
   }
 }
 
 Value taken(const tarn_value& in) {
   switch (in.type) {
-    case TARN_EMPTY: return {};
-    case TARN_BOOLEAN: return in.as.boolean != 0;
-    case TARN_INT16: return in.as.i2;
-    case TARN_INT32: return in.as.i4;
-    case TARN_REAL32: return in.as.r4;
-    case TARN_REAL64: return in.as.r8;
+    case TARN_EMPTY:
+      return {};
+    case TARN_BOOLEAN:
+      return in.as.boolean != 0;
+    case TARN_INT16:
+      return in.as.i2;
+    case TARN_INT32:
+      return in.as.i4;
+    case TARN_REAL32:
+      return in.as.r4;
+    case TARN_REAL64:
+      return in.as.r8;
     case TARN_TEXT:
       if (!in.as.text || in.length < 0) bad_argument("A text without characters was given.");
       return std::string(in.as.text, static_cast<size_t>(in.length));
@@ -113,7 +138,8 @@ Value taken(const tarn_value& in) {
       if (!slot) bad_argument("An object argument is not set, was released, or belongs to another thread.");
       return slot->object;
     }
-    default: bad_argument("There is no value type " + std::to_string(in.type) + ".");
+    default:
+      bad_argument("There is no value type " + std::to_string(in.type) + ".");
   }
 }
 
@@ -153,7 +179,8 @@ void call_into(HandleSlot& slot, const Member& member, tarn_value* arguments, in
   call_method(*kept_alive, member, values, value);
   kept_texts.clear();
   for (int32_t i = 0; i < count; ++i) {
-    if (member.parameters[static_cast<size_t>(i)].in_out) give(values[static_cast<size_t>(i)], arguments[i], kept_texts.emplace_back());
+    if (member.parameters[static_cast<size_t>(i)].in_out)
+      give(values[static_cast<size_t>(i)], arguments[i], kept_texts.emplace_back());
   }
   if (result) give(value, *result, returned_text);
 }
@@ -173,20 +200,26 @@ std::vector<Cell> cells_of(const tarn_value* parameters, int32_t count) {
 size_t element_bytes(ValueType type) {
   switch (type) {
     case ValueType::Boolean:
-    case ValueType::Int16: return 2;
+    case ValueType::Int16:
+      return 2;
     case ValueType::Int32:
-    case ValueType::Real32: return 4;
-    case ValueType::Real64: return 8;
-    default: return 0;
+    case ValueType::Real32:
+      return 4;
+    case ValueType::Real64:
+      return 8;
+    default:
+      return 0;
   }
 }
 
 /// Checks that a member's whole array lies in one piece of `bytes` bytes, and gives its place.
 std::byte* block_of(HandleSlot& slot, const Member& member, size_t bytes) {
   const size_t size = member.elements() * element_bytes(member.type);
-  if (!member.place || size == 0) fail(ErrorNumber::NoSuchMember, std::string(member.name) + " does not move as a block.");
+  if (!member.place || size == 0)
+    fail(ErrorNumber::NoSuchMember, std::string(member.name) + " does not move as a block.");
   if (bytes != size) {
-    bad_argument(std::string(member.name) + " is a block of " + std::to_string(size) + " bytes, not " + std::to_string(bytes) + ".");
+    bad_argument(std::string(member.name) + " is a block of " + std::to_string(size) + " bytes, not " +
+                 std::to_string(bytes) + ".");
   }
   return member.place(*slot.fast);
 }
@@ -196,9 +229,11 @@ class CallbackLog final : public Log {
   tarn_log callback = nullptr;
   void* context = nullptr;
   void message(std::string_view text) override {
-    if (callback) callback(context, std::string(text).c_str(), std::string(kComponent).c_str(), nullptr, nullptr, nullptr);
+    if (callback)
+      callback(context, std::string(text).c_str(), std::string(kComponent).c_str(), nullptr, nullptr, nullptr);
   }
-  void error(std::string_view component, std::string_view class_name, std::string_view procedure, std::string_view detail) override {
+  void error(std::string_view component, std::string_view class_name, std::string_view procedure,
+             std::string_view detail) override {
     const std::string c(component), n(class_name), p(procedure), d(detail);
     if (callback) callback(context, (n + "." + p + ": " + d).c_str(), c.c_str(), n.c_str(), p.c_str(), d.c_str());
   }
@@ -210,7 +245,8 @@ thread_local CallbackLog callback_log;
 int32_t tarn_class_count(void) { return static_cast<int32_t>(class_list().size()); }
 
 const char* tarn_class_name(int32_t number) {
-  return number < 0 || number >= tarn_class_count() ? nullptr : class_list()[static_cast<size_t>(number)].info().name.data();
+  return number < 0 || number >= tarn_class_count() ? nullptr
+                                                    : class_list()[static_cast<size_t>(number)].info().name.data();
 }
 
 int32_t tarn_member_count(const char* class_name) {
@@ -222,8 +258,14 @@ int32_t tarn_member_count(const char* class_name) {
 tarn_status tarn_describe(const char* class_name, int32_t number, tarn_member* out) {
   return guarded(thread_error, [&] {
     const Member& m = member_at(class_info(required_text(class_name)), number);
-    required(out) = {m.name.data(), m.unit.data() ? m.unit.data() : "", static_cast<int32_t>(m.kind), static_cast<int32_t>(m.type),
-                     m.read_only, m.by_reference, static_cast<int32_t>(m.bounds.size()), static_cast<int32_t>(m.parameters.size()),
+    required(out) = {m.name.data(),
+                     m.unit.data() ? m.unit.data() : "",
+                     static_cast<int32_t>(m.kind),
+                     static_cast<int32_t>(m.type),
+                     m.read_only,
+                     m.by_reference,
+                     static_cast<int32_t>(m.bounds.size()),
+                     static_cast<int32_t>(m.parameters.size()),
                      static_cast<int32_t>(m.width)};
   });
 }
@@ -240,7 +282,8 @@ tarn_status tarn_describe_bounds(const char* class_name, int32_t number, int32_t
 tarn_status tarn_describe_parameter(const char* class_name, int32_t number, int32_t parameter, tarn_parameter* out) {
   return guarded(thread_error, [&] {
     const Member& m = member_at(class_info(required_text(class_name)), number);
-    if (parameter < 0 || static_cast<size_t>(parameter) >= m.parameters.size()) bad_argument("There is no such parameter.");
+    if (parameter < 0 || static_cast<size_t>(parameter) >= m.parameters.size())
+      bad_argument("There is no such parameter.");
     const Parameter& p = m.parameters[static_cast<size_t>(parameter)];
     required(out) = {p.name.data(), static_cast<int32_t>(p.type), p.optional, p.by_reference, p.in_out};
   });
@@ -268,31 +311,41 @@ int32_t tarn_member_number(tarn_object* object, const char* name) {
 }
 
 tarn_status tarn_get(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count, tarn_value* out) {
-  return on_object(object, [&](HandleSlot& slot) { get_into(slot, member_at(*slot.info, member), subscripts, count, out); });
+  return on_object(object,
+                   [&](HandleSlot& slot) { get_into(slot, member_at(*slot.info, member), subscripts, count, out); });
 }
 
-tarn_status tarn_let(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count, const tarn_value* value) {
+tarn_status tarn_let(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count,
+                     const tarn_value* value) {
   return on_object(object, [&](HandleSlot& slot) {
     let_property(*slot.fast, member_at(*slot.info, member), subscripts_of(subscripts, count), taken(required(value)));
   });
 }
 
 tarn_status tarn_call(tarn_object* object, int32_t member, tarn_value* arguments, int32_t count, tarn_value* result) {
-  return on_object(object, [&](HandleSlot& slot) { call_into(slot, member_at(*slot.info, member), arguments, count, result); });
+  return on_object(object,
+                   [&](HandleSlot& slot) { call_into(slot, member_at(*slot.info, member), arguments, count, result); });
 }
 
-tarn_status tarn_get_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count, tarn_value* out) {
-  return on_object(object, [&](HandleSlot& slot) { get_into(slot, slot.info->find(required_text(name)), subscripts, count, out); });
+tarn_status tarn_get_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count,
+                             tarn_value* out) {
+  return on_object(
+      object, [&](HandleSlot& slot) { get_into(slot, slot.info->find(required_text(name)), subscripts, count, out); });
 }
 
-tarn_status tarn_let_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count, const tarn_value* value) {
+tarn_status tarn_let_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count,
+                             const tarn_value* value) {
   return on_object(object, [&](HandleSlot& slot) {
-    let_property(*slot.fast, slot.info->find(required_text(name)), subscripts_of(subscripts, count), taken(required(value)));
+    let_property(*slot.fast, slot.info->find(required_text(name)), subscripts_of(subscripts, count),
+                 taken(required(value)));
   });
 }
 
-tarn_status tarn_call_by_name(tarn_object* object, const char* name, tarn_value* arguments, int32_t count, tarn_value* result) {
-  return on_object(object, [&](HandleSlot& slot) { call_into(slot, slot.info->find(required_text(name)), arguments, count, result); });
+tarn_status tarn_call_by_name(tarn_object* object, const char* name, tarn_value* arguments, int32_t count,
+                              tarn_value* result) {
+  return on_object(object, [&](HandleSlot& slot) {
+    call_into(slot, slot.info->find(required_text(name)), arguments, count, result);
+  });
 }
 
 tarn_status tarn_get_block(tarn_object* object, int32_t member, void* data, size_t bytes) {
@@ -312,13 +365,14 @@ tarn_status tarn_let_block(tarn_object* object, int32_t member, const void* data
 tarn_status tarn_listen(tarn_object* object, int32_t event, tarn_listener listener, void* context) {
   return on_object(object, [&](HandleSlot& slot) {
     Listener forward;
-    if (listener) forward = [listener, context](Arguments arguments) {
-      std::list<std::string> texts;
-      std::vector<tarn_value> values(arguments.size());
-      for (size_t i = 0; i < values.size(); ++i) give(arguments[i], values[i], texts.emplace_back());
-      listener(context, values.data(), static_cast<int32_t>(values.size()));
-      for (size_t i = 0; i < values.size(); ++i) arguments[i] = taken(values[i]);
-    };
+    if (listener)
+      forward = [listener, context](Arguments arguments) {
+        std::list<std::string> texts;
+        std::vector<tarn_value> values(arguments.size());
+        for (size_t i = 0; i < values.size(); ++i) give(arguments[i], values[i], texts.emplace_back());
+        listener(context, values.data(), static_cast<int32_t>(values.size()));
+        for (size_t i = 0; i < values.size(); ++i) arguments[i] = taken(values[i]);
+      };
     listen(*slot.fast, member_at(*slot.info, event), std::move(forward));
   });
 }
@@ -345,14 +399,16 @@ tarn_status tarn_open_database(const char* path, tarn_object** out) {
   return guarded(thread_error, [&] { required(out) = new_handle(host().database(required_text(path))); });
 }
 
-tarn_status tarn_execute(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count, int32_t* changed) {
+tarn_status tarn_execute(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
+                         int32_t* changed) {
   return on_object(database, [&](HandleSlot& slot) {
     const int rows = database_of(slot).Execute(required_text(sql), cells_of(parameters, count));
     if (changed) *changed = rows;
   });
 }
 
-tarn_status tarn_query(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count, tarn_row row, void* context) {
+tarn_status tarn_query(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
+                       tarn_row row, void* context) {
   return on_object(database, [&](HandleSlot& slot) {
     if (!row) bad_argument("There is no receiver for the rows.");
     Recordset rows = database_of(slot).OpenRecordset(required_text(sql), cells_of(parameters, count));
@@ -361,7 +417,8 @@ tarn_status tarn_query(tarn_object* database, const char* sql, const tarn_value*
     for (; !rows.AtEof(); rows.MoveNext()) {
       std::list<std::string> texts;
       std::vector<tarn_value> values(names.size());
-      for (size_t i = 0; i < values.size(); ++i) give(value_of(rows.Fields(names[i]).Value()), values[i], texts.emplace_back());
+      for (size_t i = 0; i < values.size(); ++i)
+        give(value_of(rows.Fields(names[i]).Value()), values[i], texts.emplace_back());
       row(context, names.data(), values.data(), static_cast<int32_t>(values.size()));
     }
   });

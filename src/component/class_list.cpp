@@ -15,7 +15,10 @@ namespace {
 template <typename C>
 constexpr ClassEntry entry() {
   return {[]() -> ObjectPtr { return std::make_shared<C>(); },
-          []() -> const ClassInfo& { static const C sample; return sample.info(); }};
+          []() -> const ClassInfo& {
+            static const C sample;
+            return sample.info();
+          }};
 }
 
 constexpr ClassEntry kClasses[]{

@@ -19,8 +19,10 @@ void write_default_records(COM_ProjectData& project) {
     std::vector<Value> nothing;
     call_method(project, project.info().find(entry.at("factory").get<std::string>()), nothing, made);
     const auto object = std::get<ObjectPtr>(made);
-    for (const auto& [name, value] : entry.at("values").items()) set_from_json(*object, object->info().find(name), value);
-    if (entry.contains("then")) call_method(*object, object->info().find(entry["then"].get<std::string>()), nothing, made);
+    for (const auto& [name, value] : entry.at("values").items())
+      set_from_json(*object, object->info().find(name), value);
+    if (entry.contains("then"))
+      call_method(*object, object->info().find(entry["then"].get<std::string>()), nothing, made);
     std::dynamic_pointer_cast<StoredEntity>(object)->SaveDefault();
   }
   transaction.commit();

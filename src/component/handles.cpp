@@ -42,7 +42,8 @@ tarn_object* new_handle(ObjectPtr object) {
   slot.info = &object->info();
   slot.object = std::move(object);
   slot.error = {};
-  const uint64_t bits = t.thread << (kSlotBits + kGenerationBits) | uint64_t{slot.generation} << kSlotBits | (number + 1);
+  const uint64_t bits =
+      t.thread << (kSlotBits + kGenerationBits) | uint64_t{slot.generation} << kSlotBits | (number + 1);
   return reinterpret_cast<tarn_object*>(bits);
 }
 

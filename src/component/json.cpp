@@ -36,7 +36,8 @@ double real_of_text(const std::string& text) {
 std::string without_padding(const std::string& text) { return text.substr(0, text.find_last_not_of(' ') + 1); }
 
 /// Visits the elements of a nested array with their subscripts, the first subscript outermost.
-void nest(const Member& member, Json& json, std::vector<int>& at, const std::function<void(Json&, Subscripts)>& action) {
+void nest(const Member& member, Json& json, std::vector<int>& at,
+          const std::function<void(Json&, Subscripts)>& action) {
   if (at.size() == member.bounds.size()) return action(json, at);
   const Bounds& bounds = member.bounds[at.size()];
   for (int s = bounds.first; s <= bounds.last; ++s) {
@@ -50,7 +51,8 @@ void check_shape(const Member& member, const Json& json, size_t dimension) {
   if (dimension == member.bounds.size()) return;
   const auto size = static_cast<size_t>(member.bounds[dimension].size());
   if (!json.is_array() || json.size() != size) {
-    fail(ErrorNumber::TypeMismatch, "found " + std::string(json.type_name()) + (json.is_array() ? " of " + std::to_string(json.size()) : "") +
+    fail(ErrorNumber::TypeMismatch, "found " + std::string(json.type_name()) +
+                                        (json.is_array() ? " of " + std::to_string(json.size()) : "") +
                                         ", wanted an array of " + std::to_string(size));
   }
   for (const Json& inner : json) check_shape(member, inner, dimension + 1);
@@ -61,7 +63,8 @@ void set_element(Object& object, const Member& member, const Json& json, Subscri
   if (member.width > 0) {
     const std::string& text = std::get<std::string>(value);
     if (const size_t length = page_from_utf8(text).size(); length > member.width) {
-      fail(ErrorNumber::TypeMismatch, "\"" + text + "\" has " + std::to_string(length) + " characters, allowed are " + std::to_string(member.width));
+      fail(ErrorNumber::TypeMismatch, "\"" + text + "\" has " + std::to_string(length) + " characters, allowed are " +
+                                          std::to_string(member.width));
     }
   }
   member.let(object, at, value);
@@ -71,16 +74,22 @@ void set_element(Object& object, const Member& member, const Json& json, Subscri
 
 Json to_json(const Value& value) {
   switch (type_of(value)) {
-    case ValueType::Boolean: return std::get<bool>(value);
-    case ValueType::Int16: return std::get<int16_t>(value);
-    case ValueType::Int32: return std::get<int32_t>(value);
+    case ValueType::Boolean:
+      return std::get<bool>(value);
+    case ValueType::Int16:
+      return std::get<int16_t>(value);
+    case ValueType::Int32:
+      return std::get<int32_t>(value);
     case ValueType::Real32: {
       const float real = std::get<float>(value);
       return real_json(std::isfinite(real) ? shortest(real) : static_cast<double>(real));
     }
-    case ValueType::Real64: return real_json(std::get<double>(value));
-    case ValueType::Text: return std::get<std::string>(value);
-    default: return nullptr;
+    case ValueType::Real64:
+      return real_json(std::get<double>(value));
+    case ValueType::Text:
+      return std::get<std::string>(value);
+    default:
+      return nullptr;
   }
 }
 
@@ -103,7 +112,8 @@ Value from_json(const Json& json, ValueType type) {
       if (!json.is_number_integer()) fail(ErrorNumber::TypeMismatch, found + "a whole number");
       if (const auto n = json.get<int64_t>(); n >= INT32_MIN && n <= INT32_MAX) return static_cast<int32_t>(n);
       fail(ErrorNumber::Overflow, "found " + json.dump() + ", which is too large");
-    default: fail(ErrorNumber::TypeMismatch, found + "nothing");
+    default:
+      fail(ErrorNumber::TypeMismatch, found + "nothing");
   }
 }
 
@@ -127,16 +137,40 @@ Json stored_fields(Object& object) {
   return json;
 }
 
-void set_from_json(Object& object, const Member& property, const Json& json) {
+namespace {
+
+/// Runs a setting, and puts class and property before what went wrong.
+template <typename F>
+void naming(Object& object, const Member& property, Subscripts at, F set) {
   try {
-    if (property.kind != MemberKind::Property || property.read_only) fail(ErrorNumber::NoSuchMember, "it cannot be set");
+    if (property.kind != MemberKind::Property || property.read_only)
+      fail(ErrorNumber::NoSuchMember, "it cannot be set");
+    set();
+  } catch (const Error& error) {
+    throw Error(error.number(), error.source(),
+                std::string(object.info().name) + "." + element_name(property, at) + ": " + error.what());
+  }
+}
+
+}  // namespace
+
+void set_from_json(Object& object, const Member& property, const Json& json) {
+  naming(object, property, {}, [&] {
     check_shape(property, json, 0);
     Json copy = json;
     std::vector<int> at;
-    nest(property, copy, at, [&](Json& element, Subscripts subscripts) { set_element(object, property, element, subscripts); });
-  } catch (const Error& error) {
-    throw Error(error.number(), error.source(), std::string(object.info().name) + "." + std::string(property.name) + ": " + error.what());
-  }
+    nest(property, copy, at, [&](Json& element, Subscripts place) { set_element(object, property, element, place); });
+  });
+}
+
+void set_from_json(Object& object, const Member& property, Subscripts at, const Json& json) {
+  naming(object, property, at, [&] {
+    if (at.size() != property.bounds.size()) {
+      fail(ErrorNumber::WrongArgumentCount,
+           "found " + std::to_string(at.size()) + " subscripts, wanted " + std::to_string(property.bounds.size()));
+    }
+    set_element(object, property, json, at);
+  });
 }
 
 }  // namespace tarn

@@ -20,5 +20,7 @@ nlohmann::ordered_json stored_fields(Object& object);
 /// Sets a property from JSON. A text that is too long, a number that does not fit and a wrong shape are refused, and
 /// the message names class, property and what is allowed.
 void set_from_json(Object& object, const Member& property, const nlohmann::ordered_json& json);
+/// As above for one element of an indexed property, or the one of a plain property.
+void set_from_json(Object& object, const Member& property, Subscripts at, const nlohmann::ordered_json& json);
 
 }  // namespace tarn

@@ -40,19 +40,27 @@ Setting rate_type() {
 
 const Setting kWorkPath = take<&Project::WorkPath>("WorkPath");
 constexpr int32_t kMaskOfAllConstituents = 0x7FFFFFF;
-const Setting kWholeMask{"SetMask", [](const Project&) { return std::vector<Value>{kMaskOfAllConstituents, int32_t{0}}; }};
+const Setting kWholeMask{"SetMask", [](const Project&) {
+                           return std::vector<Value>{kMaskOfAllConstituents, int32_t{0}};
+                         }};
 
 const FactoryRow kFactories[]{
     {"NewAirSystem", "AS_AirSystem", true, {kWorkPath, file_prefix<'A'>(), kWholeMask}},
     {"NewAirSystemDesign", "ADL_AirSystemDesign", false, {kWorkPath, file_prefix<'D'>()}},
     {"NewBoiler", "BLR_Boiler", true, {take<&Project::BoilerFilename>("FileName")}},
-    {"NewBuilding", "BLD_Building", true, {kWorkPath, file_prefix<'B'>(), take<&Project::BuildingDefaultFileName>("DefFileName")}},
+    {"NewBuilding",
+     "BLD_Building",
+     true,
+     {kWorkPath, file_prefix<'B'>(), take<&Project::BuildingDefaultFileName>("DefFileName")}},
     {"NewChiller", "CHL_Chiller", true, {take<&Project::ChillerFilename>("FileName")}},
     {"NewCoolingTower", "TWR_CoolingTower", true, {take<&Project::TowerFilename>("FileName")}},
     {"NewDoor", "DOR_Door", true, {take<&Project::DoorFilename>("FileName")}},
     {"NewElectricRate", "URT_UtilityRate", true, {take<&Project::ElecRateFilename>("FileName"), rate_type<0>()}},
     {"NewFuelRate", "URT_UtilityRate", true, {take<&Project::FuelRateFilename>("FileName"), rate_type<1>()}},
-    {"NewPlant", "PLT_Plant", true, {kWorkPath, file_prefix<'P'>(), take<&Project::PlantDefaultFilename>("DefFileName")}},
+    {"NewPlant",
+     "PLT_Plant",
+     true,
+     {kWorkPath, file_prefix<'P'>(), take<&Project::PlantDefaultFilename>("DefFileName")}},
     {"NewProjectPrefs", "PRF_ProjectPrefs", false, {take<&Project::ProjectPrefFilename>("FileName")}},
     {"NewReportOptions", "RPT_ReportOptions", false, {take<&Project::ReportOptionsFilename>("FileName")}},
     {"NewRoof", "CA_ConstructionAssly", true, {take<&Project::RoofFilename>("FileName")}},
@@ -60,14 +68,17 @@ const FactoryRow kFactories[]{
     {"NewShade", "SHD_Shade", true, {take<&Project::ShadeFilename>("FileName")}},
     {"NewSpace", "SPC_Space", true, {take<&Project::SpaceFilename>("FileName")}},
     {"NewWall", "CA_ConstructionAssly", true, {take<&Project::WallFilename>("FileName")}},
-    {"NewWeather", "WTH_Weather", true,
+    {"NewWeather",
+     "WTH_Weather",
+     true,
      {take<&Project::DesWeatherFilename>("DesFileName"), take<&Project::SimWeatherFilename>("SimFileName"),
       take<&Project::SimWeatherInputsFilename>("SimInputFileName")}},
     {"NewWindow", "WIN_Window", true, {take<&Project::WindowFilename>("FileName")}},
 };
 
 const FactoryRow& factory(std::string_view method) {
-  return *std::find_if(std::begin(kFactories), std::end(kFactories), [method](const FactoryRow& row) { return row.method == method; });
+  return *std::find_if(std::begin(kFactories), std::end(kFactories),
+                       [method](const FactoryRow& row) { return row.method == method; });
 }
 
 /// The members-table form of a factory: its row is all there is to say.
@@ -98,20 +109,25 @@ ObjectPtr COM_ProjectData::make(const FactoryRow& row) {
     const Member& member = object->info().find(setting.member);
     std::vector<Value> values = setting.values(*this);
     Value nothing;
-    if (member.kind == MemberKind::Method) call_method(*object, member, values, nothing);
-    else let_property(*object, member, {}, values.front());
+    if (member.kind == MemberKind::Method)
+      call_method(*object, member, values, nothing);
+    else
+      let_property(*object, member, {}, values.front());
   }
   if (row.database_handle) SetDatabaseHandleOfDataObject(*object);
   return object;
 }
 
-Ptr<WIN_Window> COM_ProjectData::NewWindow() { return std::static_pointer_cast<WIN_Window>(make(factory("NewWindow"))); }
+Ptr<WIN_Window> COM_ProjectData::NewWindow() {
+  return std::static_pointer_cast<WIN_Window>(make(factory("NewWindow")));
+}
 
 const ClassInfo& COM_ProjectData::info() const {
   // The last four file names have no blank in their labels, which log readers have always seen so.
   static const ClassInfo info = describe_with_factories(
-      std::make_index_sequence<std::size(kFactories)>(), property<&Project::IndexDBName>, property<&Project::SimWeatherInputsFilename>,
-      property<&Project::SimWeatherFilename>, property<&Project::DesWeatherFilename>, property<&Project::ReportOptionsFilename>,
+      std::make_index_sequence<std::size(kFactories)>(), property<&Project::IndexDBName>,
+      property<&Project::SimWeatherInputsFilename>, property<&Project::SimWeatherFilename>,
+      property<&Project::DesWeatherFilename>, property<&Project::ReportOptionsFilename>,
       property<&Project::SpaceFilename>, property<&Project::ScheduleFilename>, property<&Project::ShadeFilename>,
       property<&Project::DoorFilename>, property<&Project::WallFilename>, property<&Project::WindowFilename>,
       property<&Project::RoofFilename>, property<&Project::TowerFilename>, property<&Project::BoilerFilename>,

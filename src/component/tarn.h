@@ -1,9 +1,9 @@
 /* The C interface: objects by class name, members by name or number, values as a tagged union, a status from each call.
  *
  * Objects are opaque handles, counted by their holders' calls of tarn_release. A handle that is null, released, made up
- * or of another thread is answered with TARN_BAD_HANDLE, never with a crash. One engine a thread: an object stays on the
- * thread that made it. Texts are UTF-8, ended by a NUL that their length does not count; texts handed out stay valid
- * until the next call on the same thread. */
+ * or of another thread is answered with TARN_BAD_HANDLE, never with a crash. One engine a thread: an object stays on
+ * the thread that made it. Texts are UTF-8, ended by a NUL that their length does not count; texts handed out stay
+ * valid until the next call on the same thread. */
 #ifndef TARN_H
 #define TARN_H
 
@@ -83,7 +83,8 @@ TARN_API const char* tarn_class_name(int32_t number);
 TARN_API int32_t tarn_member_count(const char* class_name); /* -1: no such class */
 TARN_API tarn_status tarn_describe(const char* class_name, int32_t member, tarn_member* out);
 TARN_API tarn_status tarn_describe_bounds(const char* class_name, int32_t member, int32_t dimension, tarn_bounds* out);
-TARN_API tarn_status tarn_describe_parameter(const char* class_name, int32_t member, int32_t parameter, tarn_parameter* out);
+TARN_API tarn_status tarn_describe_parameter(const char* class_name, int32_t member, int32_t parameter,
+                                             tarn_parameter* out);
 
 /* Objects. */
 TARN_API tarn_status tarn_create(const char* class_name, tarn_object** out);
@@ -92,14 +93,20 @@ TARN_API const char* tarn_class_of(tarn_object* object); /* NULL for a bad handl
 
 /* Members by number: their place in interface order, from 0; -1 where there is none. Letter case does not matter. */
 TARN_API int32_t tarn_member_number(tarn_object* object, const char* name);
-TARN_API tarn_status tarn_get(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count, tarn_value* out);
-TARN_API tarn_status tarn_let(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count, const tarn_value* value);
+TARN_API tarn_status tarn_get(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count,
+                              tarn_value* out);
+TARN_API tarn_status tarn_let(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count,
+                              const tarn_value* value);
 /* In/out arguments come back in place: pass one value for every parameter, missing optional ones as TARN_EMPTY. */
-TARN_API tarn_status tarn_call(tarn_object* object, int32_t member, tarn_value* arguments, int32_t count, tarn_value* result);
+TARN_API tarn_status tarn_call(tarn_object* object, int32_t member, tarn_value* arguments, int32_t count,
+                               tarn_value* result);
 /* Members by name. */
-TARN_API tarn_status tarn_get_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count, tarn_value* out);
-TARN_API tarn_status tarn_let_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count, const tarn_value* value);
-TARN_API tarn_status tarn_call_by_name(tarn_object* object, const char* name, tarn_value* arguments, int32_t count, tarn_value* result);
+TARN_API tarn_status tarn_get_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count,
+                                      tarn_value* out);
+TARN_API tarn_status tarn_let_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count,
+                                      const tarn_value* value);
+TARN_API tarn_status tarn_call_by_name(tarn_object* object, const char* name, tarn_value* arguments, int32_t count,
+                                       tarn_value* result);
 
 /* A whole array of numbers or Booleans as one block, the first subscript varying fastest: int16_t for TARN_INT16 and
  * TARN_BOOLEAN (0 and -1), int32_t, float or double. `bytes` must be the array's exact size. */
@@ -113,9 +120,10 @@ TARN_API tarn_status tarn_listen(tarn_object* object, int32_t event, tarn_listen
 /* The last error of an object, or of the thread's last call for a null object. Returns its number, 0 for none. */
 TARN_API int32_t tarn_last_error(tarn_object* object, const char** source, const char** description);
 
-/* The diagnostic log of this thread. A plain message has class_name, procedure and detail NULL, and its text in `text`. */
-typedef void (*tarn_log)(void* context, const char* text, const char* component, const char* class_name, const char* procedure,
-                         const char* detail);
+/* The diagnostic log of this thread. A plain message has class_name, procedure and detail NULL, and its text in `text`.
+ */
+typedef void (*tarn_log)(void* context, const char* text, const char* component, const char* class_name,
+                         const char* procedure, const char* detail);
 TARN_API void tarn_set_log(tarn_log log, void* context);
 
 /* The client's step: a new index database with every table; an existing file is refused. */
@@ -123,10 +131,12 @@ TARN_API tarn_status tarn_create_index(const char* path);
 /* The shared handle of an existing index database, for SetDBHandle. */
 TARN_API tarn_status tarn_open_database(const char* path, tarn_object** out);
 /* Statements of the client's own; the rows changed come back. Values are bound to the '?' of the statement. */
-TARN_API tarn_status tarn_execute(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count, int32_t* changed);
+TARN_API tarn_status tarn_execute(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
+                                  int32_t* changed);
 /* Rows of a query: `row` is called for each with its column names and values. */
 typedef void (*tarn_row)(void* context, const char* const* names, const tarn_value* values, int32_t count);
-TARN_API tarn_status tarn_query(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count, tarn_row row, void* context);
+TARN_API tarn_status tarn_query(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
+                                tarn_row row, void* context);
 
 /* Transactions over all saves of this thread, files included; they nest. */
 TARN_API tarn_status tarn_begin(void);

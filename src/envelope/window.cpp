@@ -12,7 +12,8 @@ const Kind& WIN_Window::kind() const {
       .missing_row_message = "Invalid ID number for window: ",
       .columns = {summary<WIN_Window, &WindowRecord::OverallUValue>("fOverallUValue"),
                   summary<WIN_Window, &WindowRecord::OverallShadeCo>("fOverallShadeCo"),
-                  written<WIN_Window, &WindowRecord::Height>("fHeight"), written<WIN_Window, &WindowRecord::Width>("fWidth")},
+                  written<WIN_Window, &WindowRecord::Height>("fHeight"),
+                  written<WIN_Window, &WindowRecord::Width>("fWidth")},
       .links = {{"Space_Window_Links", "Window_ID"}},
       .reach = {Results::DesignAndSimulation, {{Stage::Spaces, {{"Space_Window_Links", "Window_ID", "Space_ID"}}}}}};
   return kind;
@@ -22,15 +23,16 @@ const ClassInfo& WIN_Window::info() const {
   using R = WindowRecord;
   using C = WIN_Window;
   static const ClassInfo info = describe<C>(
-      Failures::Trapped, property<&R::Name>, property<&R::WindowType>, property<&R::Height>("ft"), property<&R::Width>("ft"),
-      property<&R::FrameType>, property<&R::ShadeType>, property<&R::OverallUValue>("Btu/(hr.ft2.F)"), property<&R::OverallShadeCo>,
-      property<&R::GlassTypeID>, property<&R::GlassNameEnglish>, property<&R::GlassNameMetric>, property<&R::GlassTrans>,
+      Failures::Trapped, property<&R::Name>, property<&R::WindowType>, property<&R::Height>("ft"),
+      property<&R::Width>("ft"), property<&R::FrameType>, property<&R::ShadeType>,
+      property<&R::OverallUValue>("Btu/(hr.ft2.F)"), property<&R::OverallShadeCo>, property<&R::GlassTypeID>,
+      property<&R::GlassNameEnglish>, property<&R::GlassNameMetric>, property<&R::GlassTrans>,
       property<&R::GlassReflect>, property<&R::GlassAbsorp>, property<&R::GlassThickness>("in"),
       property<&R::GlassConductivity>("Btu/(hr.ft.F)"), property<&R::GapTypeID>, property<&R::GapNameEnglish>,
       property<&R::GapNameMetric>, property<&C::Index>, property<&C::FileName>, method<&C::Reset>("bResetAll"),
       method<&C::CalculatePerformance>, method<&C::CopyInstance>, method<&C::Clone>("nIndex"), method<&C::GetFreeIndex>,
-      method<&C::Delete>("nRecNum"), method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"), method<&C::Load>("nRecNum"),
-      method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"),
+      method<&C::Delete>("nRecNum"), method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"),
+      method<&C::Load>("nRecNum"), method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"),
       event<&C::OnUpdateDependencies>("OverrideDefault"));
   return info;
 }

@@ -10,15 +10,15 @@ namespace tarn {
 struct WindowRecord {
   Text<255> Name;
   Bool WindowType;
-  R4 Height, Width;                    // ft
+  R4 Height, Width;  // ft
   I2 FrameType, ShadeType;
-  R4 OverallUValue;                    // Btu/(hr.ft2.F)
+  R4 OverallUValue;  // Btu/(hr.ft2.F)
   R4 OverallShadeCo;
-  Array<I2, 3> GlassTypeID;            // below 1: no layer
+  Array<I2, 3> GlassTypeID;  // below 1: no layer
   Array<Text<25>, 3> GlassNameEnglish, GlassNameMetric;
   Array<R4, 3> GlassTrans, GlassReflect, GlassAbsorp;
-  Array<R4, 3> GlassThickness;         // in
-  Array<R4, 3> GlassConductivity;      // Btu/(hr.ft.F)
+  Array<R4, 3> GlassThickness;     // in
+  Array<R4, 3> GlassConductivity;  // Btu/(hr.ft.F)
   I2 GapTypeID;
   Text<30> GapNameEnglish, GapNameMetric;
 };

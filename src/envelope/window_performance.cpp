@@ -9,14 +9,14 @@
 namespace tarn {
 namespace {
 
-constexpr double kInsideFilm = 1.46;         // Btu/(hr.ft2.F)
+constexpr double kInsideFilm = 1.46;  // Btu/(hr.ft2.F)
 constexpr double kOutsideFilmWinter = 5.1;
 constexpr double kOutsideFilmSummer = 4.0;
-constexpr double kLeast = 0.0001;            // conductivities, resistances and determinants below count as none
-constexpr double kEdgeBand = 2.5 / 12.0;     // ft
-constexpr double kEdgeBelow = 0.7;           // centre U-value under which the edge of the glass differs
+constexpr double kLeast = 0.0001;         // conductivities, resistances and determinants below count as none
+constexpr double kEdgeBand = 2.5 / 12.0;  // ft
+constexpr double kEdgeBelow = 0.7;        // centre U-value under which the edge of the glass differs
 constexpr double kShadeResistance = 0.3;
-constexpr double kReferenceGain = 0.87;      // solar heat gain of the reference glass
+constexpr double kReferenceGain = 0.87;  // solar heat gain of the reference glass
 constexpr double kFrameAbsorptance = 0.9;
 
 struct GapResistance {
@@ -124,13 +124,16 @@ double glazing_solar_factor(const Glazing& g, const Shade& shade) {
 
 WindowPerformance window_performance(const WindowRecord& window) {
   const Glazing g = glazing_of(window);
-  const int frame_type = window.FrameType >= 0 && window.FrameType < static_cast<int>(std::size(kFrames)) ? window.FrameType : 0;
+  const int frame_type =
+      window.FrameType >= 0 && window.FrameType < static_cast<int>(std::size(kFrames)) ? window.FrameType : 0;
   const Frame frame = kFrames[frame_type];
   const bool edged = g.layers > 1 && frame_type != 0;
   const double centre_u = centre_u_value(g, kOutsideFilmWinter);
-  const double edge_u = edged && centre_u < kEdgeBelow ? 0.7321 * centre_u * centre_u + 0.0375 * centre_u + 0.4057 : centre_u;
+  const double edge_u =
+      edged && centre_u < kEdgeBelow ? 0.7321 * centre_u * centre_u + 0.0375 * centre_u + 0.4057 : centre_u;
   const Areas a = areas_of(window.Height, window.Width, frame_type > 0, edged, frame.area_share);
-  if (a.gross == 0) fail(ErrorNumber::DivisionByZero, "Division by zero: the window has no area; set its Height and Width.");
+  if (a.gross == 0)
+    fail(ErrorNumber::DivisionByZero, "Division by zero: the window has no area; set its Height and Width.");
 
   const double u = (a.centre * centre_u + a.edge * edge_u + a.frame * frame.u_value) / a.gross;
   const double shade_resistance = window.ShadeType > 0 ? kShadeResistance : 0;

@@ -1,5 +1,6 @@
 // Brings a transaction's file writes to the disk together with its database's commit: both or neither, also when the
-// process dies in between. The old bytes go to a journal beside the database first; docs/transactions.md tells the steps.
+// process dies in between. The old bytes go to a journal beside the database first; docs/transactions.md tells the
+// steps.
 #pragma once
 
 #include <string>

@@ -21,7 +21,8 @@ constexpr int kBusyMilliseconds = 1000;  // how long a statement waits for anoth
   switch (sqlite3_errcode(handle) & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      fail(ErrorNumber::DatabaseLocked, "The database " + path + " is in use by another program; close it there and try again.");
+      fail(ErrorNumber::DatabaseLocked,
+           "The database " + path + " is in use by another program; close it there and try again.");
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
       fail(ErrorNumber::UnknownFormat, path + " is damaged or is no database: " + cause + ".");
@@ -40,15 +41,17 @@ constexpr int kBusyMilliseconds = 1000;  // how long a statement waits for anoth
 /// Refuses what is no database of this engine before the engine sees it, so that the message says what the file is.
 void check_signature(const std::string& path) {
   if (!host().files->exists(path)) {
-    fail(ErrorNumber::DatabaseNotFound, "The index database " + path + " does not exist; make it with 'tarn project new'.");
+    fail(ErrorNumber::DatabaseNotFound,
+         "The index database " + path + " does not exist; make it with 'tarn project new'.");
   }
   std::string head(20, '\0');
   head.resize(host().files->open(path, OpenMode::Read)->read(0, std::as_writable_bytes(std::span(head))));
   if (head.starts_with("SQLite format 3")) return;
   const std::string_view at_four = std::string_view(head).substr(std::min<size_t>(4, head.size()));
   if (at_four.starts_with("Standard Jet DB") || at_four.starts_with("Standard ACE DB")) {
-    fail(ErrorNumber::UnknownFormat, path + " is an index database of the older engine (" + std::string(at_four.substr(9, 3)) +
-                                         " format), which this version does not read; make a new index and bring its rows over.");
+    fail(ErrorNumber::UnknownFormat,
+         path + " is an index database of the older engine (" + std::string(at_four.substr(9, 3)) +
+             " format), which this version does not read; make a new index and bring its rows over.");
   }
   fail(ErrorNumber::UnknownFormat, path + " is no index database.");
 }
@@ -63,18 +66,24 @@ int see_every_delete(void*, int action, const char*, const char*, const char*, c
 Cell cell(const Value& value) {
   switch (type_of(value)) {
     case ValueType::Empty:
-    case ValueType::Object: return {};
-    case ValueType::Boolean: return cell(std::get<bool>(value));
-    case ValueType::Text: return std::get<std::string>(value);
+    case ValueType::Object:
+      return {};
+    case ValueType::Boolean:
+      return cell(std::get<bool>(value));
+    case ValueType::Text:
+      return std::get<std::string>(value);
     case ValueType::Int16:
-    case ValueType::Int32: return integer_from(value, INT32_MIN, INT32_MAX);
-    default: return real_from(value);
+    case ValueType::Int32:
+      return integer_from(value, INT32_MIN, INT32_MAX);
+    default:
+      return real_from(value);
   }
 }
 
 Value value_of(const Cell& cell) {
   if (const auto* number = std::get_if<int64_t>(&cell)) {
-    return *number >= INT32_MIN && *number <= INT32_MAX ? Value(static_cast<int32_t>(*number)) : Value(static_cast<double>(*number));
+    return *number >= INT32_MIN && *number <= INT32_MAX ? Value(static_cast<int32_t>(*number))
+                                                        : Value(static_cast<double>(*number));
   }
   if (const auto* real = std::get_if<double>(&cell)) return *real;
   if (const auto* text = std::get_if<std::string>(&cell)) return *text;
@@ -87,18 +96,22 @@ Statement::Statement(Database& database, const std::string& sql, std::span<const
   if (!idle.empty()) {
     statement_ = idle.back();
     idle.pop_back();
-  } else if (sqlite3_prepare_v3(database.handle_, sql.c_str(), static_cast<int>(sql.size()) + 1, SQLITE_PREPARE_PERSISTENT,
-                                &statement_, nullptr) != SQLITE_OK || !statement_) {
+  } else if (sqlite3_prepare_v3(database.handle_, sql.c_str(), static_cast<int>(sql.size()) + 1,
+                                SQLITE_PREPARE_PERSISTENT, &statement_, nullptr) != SQLITE_OK ||
+             !statement_) {
     fail_with(database.handle_, database.path_, sql);
   }
   for (size_t i = 0; i < parameters.size(); ++i) {
     const int place = static_cast<int>(i) + 1;
     const Cell& value = parameters[i];
-    if (const auto* number = std::get_if<int64_t>(&value)) sqlite3_bind_int64(statement_, place, *number);
-    else if (const auto* real = std::get_if<double>(&value)) sqlite3_bind_double(statement_, place, *real);
+    if (const auto* number = std::get_if<int64_t>(&value))
+      sqlite3_bind_int64(statement_, place, *number);
+    else if (const auto* real = std::get_if<double>(&value))
+      sqlite3_bind_double(statement_, place, *real);
     else if (const auto* text = std::get_if<std::string>(&value))
       sqlite3_bind_text(statement_, place, text->data(), static_cast<int>(text->size()), SQLITE_TRANSIENT);
-    else sqlite3_bind_null(statement_, place);
+    else
+      sqlite3_bind_null(statement_, place);
   }
 }
 
@@ -117,9 +130,12 @@ bool Statement::step() {
 
 Cell Statement::column(int column) const {
   switch (sqlite3_column_type(statement_, column)) {
-    case SQLITE_INTEGER: return sqlite3_column_int64(statement_, column);
-    case SQLITE_FLOAT: return sqlite3_column_double(statement_, column);
-    case SQLITE_NULL: return {};
+    case SQLITE_INTEGER:
+      return sqlite3_column_int64(statement_, column);
+    case SQLITE_FLOAT:
+      return sqlite3_column_double(statement_, column);
+    case SQLITE_NULL:
+      return {};
     default:
       return std::string(reinterpret_cast<const char*>(sqlite3_column_text(statement_, column)),
                          static_cast<size_t>(sqlite3_column_bytes(statement_, column)));
@@ -135,7 +151,8 @@ Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move
       [](void* self, int action, const char*, const char* table, sqlite3_int64 row) {
         if (action != SQLITE_DELETE) return;
         auto& marks = static_cast<Database*>(self)->free_marks_;
-        if (const auto mark = marks.find(table); mark != marks.end()) mark->second = std::min<int64_t>(mark->second, std::max<int64_t>(row, 1));
+        if (const auto mark = marks.find(table); mark != marks.end())
+          mark->second = std::min<int64_t>(mark->second, std::max<int64_t>(row, 1));
       },
       this);
 }
@@ -161,7 +178,8 @@ Ptr<Database> Database::open(const std::string& path, Access access) {
   if (result != SQLITE_OK) fail_with(handle, path, {});
   database->read_only_ = sqlite3_db_readonly(handle, "main") == 1;
   // Savepoints and sorting need no files of their own: lists fit memory, and a read-only folder stays usable.
-  if (sqlite3_exec(handle, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr) != SQLITE_OK) fail_with(handle, path, {});
+  if (sqlite3_exec(handle, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr) != SQLITE_OK)
+    fail_with(handle, path, {});
   database->recover();
   return database;
 }
@@ -174,7 +192,8 @@ void Database::create(const std::string& path, std::string_view script) {
   const int opened = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
   const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> closed_after(handle, &sqlite3_close);
   const std::string whole = "BEGIN;" + std::string(script) + "COMMIT;";
-  if (opened != SQLITE_OK || sqlite3_exec(handle, whole.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) fail_with(handle, path, {});
+  if (opened != SQLITE_OK || sqlite3_exec(handle, whole.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
+    fail_with(handle, path, {});
 }
 
 std::string Database::journal_name(int64_t token) const { return path_ + "-undo" + std::to_string(token); }
@@ -185,7 +204,8 @@ void Database::recover() {
   const int64_t last = pragma("user_version");
   if (host().files->exists(journal_name(last + 1))) {
     if (read_only_) {
-      fail(ErrorNumber::UnfinishedCommit, "A save in " + path_ + " was interrupted; open the project once for writing to undo it.");
+      fail(ErrorNumber::UnfinishedCommit,
+           "A save in " + path_ + " was interrupted; open the project once for writing to undo it.");
     }
     run("BEGIN IMMEDIATE");
     const std::string journal = journal_name(pragma("user_version") + 1);
@@ -254,7 +274,8 @@ Recordset Database::OpenRecordset(const std::string& sql, std::vector<Cell> para
 int Database::Execute(const std::string& sql, std::span<const Cell> parameters) {
   join();
   Statement statement(*this, sql, parameters);
-  while (statement.step()) {}
+  while (statement.step()) {
+  }
   return sqlite3_changes(handle_);
 }
 

@@ -19,9 +19,8 @@ File* FileStore::for_reading(const std::string& path, OpenMode mode, Handle& onc
   if (kept != handles_.end()) return kept->second.file.get();
   FileService& files = *host().files;
   // A new file of an open transaction is not on the disk yet, and a reader must not put it there.
-  if (!levels_.empty() && mode == OpenMode::Create && std::any_of(levels_.begin(), levels_.end(), [&](const Level& level) {
-        return level.contains(path);
-      })) {
+  if (!levels_.empty() && mode == OpenMode::Create &&
+      std::any_of(levels_.begin(), levels_.end(), [&](const Level& level) { return level.contains(path); })) {
     mode = OpenMode::Read;
   }
   Handle handle;
@@ -57,8 +56,10 @@ void FileStore::write(const std::string& path, uint64_t offset, std::span<const 
   const auto kept = handles_.find(path);
   if (kept == handles_.end() || !kept->second.writable) {
     const std::string folder = std::filesystem::path(path).parent_path().string();
-    if (host().files->exists(path)) handles_[path] = {host().files->open(path, OpenMode::Write), true};
-    else if (!folder.empty() && !host().files->exists(folder)) fail(ErrorNumber::PathNotFound, "The folder of " + path + " does not exist.");
+    if (host().files->exists(path))
+      handles_[path] = {host().files->open(path, OpenMode::Write), true};
+    else if (!folder.empty() && !host().files->exists(folder))
+      fail(ErrorNumber::PathNotFound, "The folder of " + path + " does not exist.");
   }
   levels_.back().try_emplace(path, Pending{std::move(owner), {}}).first->second.extents.write(offset, bytes);
 }

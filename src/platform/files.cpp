@@ -16,13 +16,17 @@ namespace {
   const int cause = errno;
   const std::string text = "Cannot " + action + " " + path + ": " + std::strerror(cause) + ".";
   switch (cause) {
-    case ENOENT: fail(ErrorNumber::FileNotFound, text);
-    case ENOTDIR: fail(ErrorNumber::PathNotFound, text);
+    case ENOENT:
+      fail(ErrorNumber::FileNotFound, text);
+    case ENOTDIR:
+      fail(ErrorNumber::PathNotFound, text);
     case EACCES:
     case EPERM:
     case EROFS:
-    case EISDIR: fail(ErrorNumber::PermissionDenied, text);
-    default: fail(ErrorNumber::DeviceError, text);
+    case EISDIR:
+      fail(ErrorNumber::PermissionDenied, text);
+    default:
+      fail(ErrorNumber::DeviceError, text);
   }
 }
 
@@ -36,7 +40,8 @@ class SystemFile final : public File {
   size_t read(uint64_t offset, std::span<std::byte> into) override {
     size_t done = 0;
     while (done < into.size()) {
-      const ssize_t got = ::pread(descriptor_, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
+      const ssize_t got =
+          ::pread(descriptor_, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
       if (got < 0 && errno == EINTR) continue;
       if (got < 0) fail_on(path_, "read");
       if (got == 0) break;
@@ -47,7 +52,8 @@ class SystemFile final : public File {
   void write(uint64_t offset, std::span<const std::byte> bytes) override {
     size_t done = 0;
     while (done < bytes.size()) {
-      const ssize_t put = ::pwrite(descriptor_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
+      const ssize_t put =
+          ::pwrite(descriptor_, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
       if (put < 0 && errno == EINTR) continue;
       if (put < 0) fail_on(path_, "write");
       done += static_cast<size_t>(put);

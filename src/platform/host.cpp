@@ -8,7 +8,8 @@
 namespace tarn {
 namespace {
 
-/// A path as drive-letter systems write it ("C:\Jobs"): kept apart from '/' paths, so that its names come out in its own form.
+/// A path as drive-letter systems write it ("C:\Jobs"): kept apart from '/' paths, so that its names come out in its
+/// own form.
 bool has_drive(const std::string& path) { return path.size() > 1 && path[1] == ':'; }
 
 std::string without_trailing(std::string path, char separator) {

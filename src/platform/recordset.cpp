@@ -39,7 +39,8 @@ std::string Field::text() const {
 }
 
 void Field::operator=(Cell value) {
-  if (rows_.editing_ == Recordset::Editing::No) fail(ErrorNumber::EditNotStarted, "A column is set without AddNew or Edit.");
+  if (rows_.editing_ == Recordset::Editing::No)
+    fail(ErrorNumber::EditNotStarted, "A column is set without AddNew or Edit.");
   rows_.buffer_[column_] = std::move(value);
 }
 
@@ -141,7 +142,8 @@ const std::vector<std::string>& Recordset::columns() {
 
 Field Recordset::Fields(std::string_view column) {
   const auto& names = columns();
-  const auto found = std::find_if(names.begin(), names.end(), [column](const std::string& name) { return same_column(name, column); });
+  const auto found =
+      std::find_if(names.begin(), names.end(), [column](const std::string& name) { return same_column(name, column); });
   if (found == names.end()) {
     fail(ErrorNumber::ItemNotFound, "There is no column " + std::string(column) + " in: " + sql_);
   }

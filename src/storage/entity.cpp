@@ -15,7 +15,8 @@ FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
 
 Database& StoredEntity::database() const {
   if (!database_) {
-    fail(ErrorNumber::ObjectNotSet, "The " + std::string(kind().class_name) + " has no database handle; give it one with SetDBHandle.");
+    fail(ErrorNumber::ObjectNotSet,
+         "The " + std::string(kind().class_name) + " has no database handle; give it one with SetDBHandle.");
   }
   return *database_;
 }
@@ -33,12 +34,13 @@ Recordset StoredEntity::index_rows() const {
 
 void StoredEntity::read_record(int16_t index) {
   const auto bytes = record();
-  if (index < 0) fail(ErrorNumber::SubscriptOutOfRange, "There is no record " + std::to_string(index) + " in " + file_name() + ".");
+  if (index < 0)
+    fail(ErrorNumber::SubscriptOutOfRange, "There is no record " + std::to_string(index) + " in " + file_name() + ".");
   const OpenMode mode = database_ && database_->read_only() ? OpenMode::Read : OpenMode::Create;
   const size_t got = files().read(file_name(), static_cast<uint64_t>(index) * bytes.size(), bytes, mode);
   if (got > 0 && got < bytes.size()) {
-    log().message("Record " + std::to_string(index) + " of " + FileName + " is cut short: " + std::to_string(got) + " of " +
-                  std::to_string(bytes.size()) + " bytes; the rest reads as zeros.");
+    log().message("Record " + std::to_string(index) + " of " + FileName + " is cut short: " + std::to_string(got) +
+                  " of " + std::to_string(bytes.size()) + " bytes; the rest reads as zeros.");
   }
 }
 
@@ -47,7 +49,8 @@ void StoredEntity::write_record(int16_t index) {
   const uint64_t offset = static_cast<uint64_t>(index) * bytes.size();
   const uint64_t size = files().size(file_name());
   if (offset >= size && size % bytes.size() != 0) {
-    log().message(FileName + " ends in a partial record (" + std::to_string(size / bytes.size()) + "), which is filled up with zeros.");
+    log().message(FileName + " ends in a partial record (" + std::to_string(size / bytes.size()) +
+                  "), which is filled up with zeros.");
   }
   files().write(FileName, offset, bytes, database_);
 }
@@ -144,7 +147,8 @@ void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
 int16_t StoredEntity::GetFreeIndex() const {
   const int64_t free = database().lowest_free_index(std::string(kind().index_table));
   if (free > INT16_MAX) {
-    fail(ErrorNumber::Overflow, "Overflow: every index of " + std::string(kind().index_table) + " up to 32767 is in use.");
+    fail(ErrorNumber::Overflow,
+         "Overflow: every index of " + std::string(kind().index_table) + " up to 32767 is in use.");
   }
   return static_cast<int16_t>(free);
 }
@@ -158,7 +162,8 @@ bool StoredEntity::IsNameUnique(const std::optional<std::string>& sName) const {
     return false;
   }
   return database()
-      .OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?", {name, cell(Index)})
+      .OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?",
+                     {name, cell(Index)})
       .AtEof();
 }
 
@@ -171,8 +176,10 @@ void StoredEntity::fill_clone(StoredEntity& clone, std::optional<int16_t> index)
   clone.FileName = FileName;
   clone.database_ = database_;
   clone.m_bCloning = true;
-  if (index) clone.Load(*index);
-  else std::copy_n(record().begin(), record().size(), clone.record().begin());
+  if (index)
+    clone.Load(*index);
+  else
+    std::copy_n(record().begin(), record().size(), clone.record().begin());
   clone.m_bCloning = false;
   const std::string name = stored_name();
   if (!name.starts_with('\0')) clone.store_name(host().copy_name(name));

@@ -1,5 +1,6 @@
-// The life of a stored entity: one record in the kind's record file and one summary row in its index table, both written
-// by `Save` in one transaction. Property setters change memory only. Index 0 is a new entity; record 0 is the kind's default.
+// The life of a stored entity: one record in the kind's record file and one summary row in its index table, both
+// written by `Save` in one transaction. Property setters change memory only. Index 0 is a new entity; record 0 is the
+// kind's default.
 #pragma once
 
 #include <optional>
@@ -13,9 +14,9 @@ namespace tarn {
 
 class StoredEntity : public Object {
  public:
-  std::string FileName;     // full path of the kind's record file
+  std::string FileName;  // full path of the kind's record file
   int16_t Index = 0;
-  bool m_bCloning = false;  // while being filled as a clone: `Load` forgets the index
+  bool m_bCloning = false;            // while being filled as a clone: `Load` forgets the index
   Event<bool&> OnUpdateDependencies;  // OverrideDefault: true keeps the layer from marking dependants
 
   Ptr<Database> GetDBHandle() const { return database_; }
@@ -81,9 +82,7 @@ class Entity : public StoredEntity, public R {
   }
 
  protected:
-  std::span<std::byte> record() override {
-    return std::as_writable_bytes(std::span<R, 1>(static_cast<R*>(this), 1));
-  }
+  std::span<std::byte> record() override { return std::as_writable_bytes(std::span<R, 1>(static_cast<R*>(this), 1)); }
   std::string stored_name() const override { return this->Name.trimmed(); }
   void store_name(std::string_view name) override { this->Name = name; }
 };

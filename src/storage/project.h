@@ -1,5 +1,6 @@
-// The project object: where a project lives and under which prefix. Every file name of a project is built here, from the
-// working path in directory form, the prefix and a fixed suffix; the factories hand out entities that know their files.
+// The project object: where a project lives and under which prefix. Every file name of a project is built here, from
+// the working path in directory form, the prefix and a fixed suffix; the factories hand out entities that know their
+// files.
 #pragma once
 
 #include <string>

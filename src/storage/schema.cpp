@@ -22,13 +22,15 @@ constexpr Table kIndexTables[]{
     {"RoofIndex", "nIndex szName fOverallUValue fOverallWeight fThickness"},
     {"ScheduleIndex", "nIndex szName nScheduleType"},
     {"SpaceIndex", "nIndex szName fFloorArea fNumPeople fLightingDensity"},
-    {"AirSystemIndex", "nIndex szName nEquipClass nSystemType bSized bCoilDataValid bSimulated bCWCoilsExist bHWCoilsExist "
-                       "bSTMCoilsExist bDesHasChanged bSimHasChanged"},
+    {"AirSystemIndex",
+     "nIndex szName nEquipClass nSystemType bSized bCoilDataValid bSimulated bCWCoilsExist bHWCoilsExist "
+     "bSTMCoilsExist bDesHasChanged bSimHasChanged"},
     {"PlantIndex", "nIndex szName nType bSized bSimulated bSimHasChanged bDesHasChanged"},
     {"BuildingIndex", "nIndex szName bSimulated bHasChanged"},
-    {"ChillerIndex", "nIndex szName nChillerType nFunctionType nFuelType bAutoSizeCapacity fFLCapacityClg fFLCapacityHtg "
-                     "fEvapFlowClg nEvapFlowUnitsClg fEvapFlowHtg nEvapFlowUnitsHtg fCondFlowClg nCondFlowUnitsClg "
-                     "fCondFlowHtg nCondFlowUnitsHTg"},
+    {"ChillerIndex",
+     "nIndex szName nChillerType nFunctionType nFuelType bAutoSizeCapacity fFLCapacityClg fFLCapacityHtg "
+     "fEvapFlowClg nEvapFlowUnitsClg fEvapFlowHtg nEvapFlowUnitsHtg fCondFlowClg nCondFlowUnitsClg "
+     "fCondFlowHtg nCondFlowUnitsHTg"},
     {"BoilerIndex", "nIndex szName fBoilerOutput nFuelType fHotWaterFlow nHWFlowUnits bAutoSizeCapacity"},
     {"TowerIndex", "nIndex szName nECWTModel fCondPumpFlow nCondPumpFlowUnits"},
     {"ElectricRateIndex", "nIndex szName"},
@@ -42,12 +44,28 @@ struct Link {
 };
 
 constexpr Link kLinks[]{
-    {"Space", "Wall"},          {"Space", "Window"},          {"Space", "Door"},           {"Space", "Roof"},
-    {"Space", "Shade"},         {"Space", "Schedule"},        {"System", "Space"},         {"System", "Schedule"},
-    {"System", "Boiler"},       {"System", "Tower"},          {"Plant", "System"},         {"Plant", "Chiller"},
-    {"Plant", "Boiler"},        {"Plant", "Tower"},           {"Plant", "Schedule"},       {"Building", "Plant"},
-    {"Building", "System"},     {"Building", "Schedule"},     {"Building", "ElectricRate"}, {"Building", "FuelRate"},
-    {"ElectricRate", "Schedule"}, {"FuelRate", "Schedule"},
+    {"Space", "Wall"},
+    {"Space", "Window"},
+    {"Space", "Door"},
+    {"Space", "Roof"},
+    {"Space", "Shade"},
+    {"Space", "Schedule"},
+    {"System", "Space"},
+    {"System", "Schedule"},
+    {"System", "Boiler"},
+    {"System", "Tower"},
+    {"Plant", "System"},
+    {"Plant", "Chiller"},
+    {"Plant", "Boiler"},
+    {"Plant", "Tower"},
+    {"Plant", "Schedule"},
+    {"Building", "Plant"},
+    {"Building", "System"},
+    {"Building", "Schedule"},
+    {"Building", "ElectricRate"},
+    {"Building", "FuelRate"},
+    {"ElectricRate", "Schedule"},
+    {"FuelRate", "Schedule"},
 };
 
 std::string_view sql_type(std::string_view column) {
@@ -70,8 +88,10 @@ void write_links(std::ostream& out, const Link& link) {
   std::ostringstream name;
   name << link.owner << '_' << link.member << "_Links";
   out << "CREATE TABLE " << name.str() << " (" << link.owner << "_ID INTEGER, " << link.member << "_ID INTEGER);\n";
-  out << "CREATE INDEX " << name.str() << "_Owner ON " << name.str() << " (" << link.owner << "_ID, " << link.member << "_ID);\n";
-  out << "CREATE INDEX " << name.str() << "_Member ON " << name.str() << " (" << link.member << "_ID, " << link.owner << "_ID);\n";
+  out << "CREATE INDEX " << name.str() << "_Owner ON " << name.str() << " (" << link.owner << "_ID, " << link.member
+      << "_ID);\n";
+  out << "CREATE INDEX " << name.str() << "_Member ON " << name.str() << " (" << link.member << "_ID, " << link.owner
+      << "_ID);\n";
 }
 
 }  // namespace

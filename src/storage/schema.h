@@ -1,5 +1,6 @@
 // The index database: an index table for every kind with a summary row for every entity, and a link table for every
-// pair of kinds of which one uses the other. The client makes the database; the layer itself never makes or alters tables.
+// pair of kinds of which one uses the other. The client makes the database; the layer itself never makes or alters
+// tables.
 #pragma once
 
 #include <string>

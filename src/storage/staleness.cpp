@@ -6,7 +6,8 @@ namespace tarn {
 namespace {
 
 std::string step_query(const LinkStep& step, const std::string& condition) {
-  return "SELECT " + std::string(step.gives) + " FROM " + std::string(step.table) + " WHERE " + std::string(step.by) + condition;
+  return "SELECT " + std::string(step.gives) + " FROM " + std::string(step.table) + " WHERE " + std::string(step.by) +
+         condition;
 }
 
 std::string route_query(const Route& route) {
@@ -33,14 +34,18 @@ std::string stage_query(std::initializer_list<Route> routes, Stage stage,
 
 Reach::Reach(Results results, std::initializer_list<Route> routes) {
   const std::string spaces = stage_query(routes, Stage::Spaces, {});
-  const std::string systems = stage_query(routes, Stage::Systems, {{{"System_Space_Links", "Space_ID", "System_ID"}, spaces}});
-  const std::string plants = stage_query(routes, Stage::Plants, {{{"Plant_System_Links", "System_ID", "Plant_ID"}, systems}});
+  const std::string systems =
+      stage_query(routes, Stage::Systems, {{{"System_Space_Links", "Space_ID", "System_ID"}, spaces}});
+  const std::string plants =
+      stage_query(routes, Stage::Plants, {{{"Plant_System_Links", "System_ID", "Plant_ID"}, systems}});
   const std::string buildings = stage_query(routes, Stage::Buildings,
                                             {{{"Building_Plant_Links", "Plant_ID", "Building_ID"}, plants},
                                              {{"Building_System_Links", "System_ID", "Building_ID"}, systems}});
-  const std::string changed = results == Results::SimulationOnly ? "bSimHasChanged = -1" : "bSimHasChanged = -1, bDesHasChanged = -1";
+  const std::string changed =
+      results == Results::SimulationOnly ? "bSimHasChanged = -1" : "bSimHasChanged = -1, bDesHasChanged = -1";
   const auto add = [this](std::string_view table, const std::string& flags, const std::string& ids) {
-    if (!ids.empty()) statements_.push_back("UPDATE " + std::string(table) + " SET " + flags + " WHERE nIndex IN (" + ids + ")");
+    if (!ids.empty())
+      statements_.push_back("UPDATE " + std::string(table) + " SET " + flags + " WHERE nIndex IN (" + ids + ")");
   };
   add("AirSystemIndex", changed, systems);
   add("PlantIndex", changed, plants);

@@ -1,0 +1,30 @@
+# The front door. `./run` and `./test` do the same on a bare machine.
+.PHONY: run test check bench build format
+
+build:
+	@scripts/setup
+	@cmake --preset release >/dev/null
+	@cmake --build build
+
+run: build
+	@examples/run.sh
+
+test: build
+	@scripts/format-check
+	ctest --test-dir build --output-on-failure
+	@cmake --preset sanitize >/dev/null
+	@cmake --build build-sanitize
+	ctest --test-dir build-sanitize --output-on-failure
+
+check: test
+	@scripts/setup check
+	@cmake --preset clang >/dev/null
+	@cmake --build build-clang
+	ctest --test-dir build-clang --output-on-failure
+	@scripts/tidy
+
+bench: build
+	build/bench/tarn_bench
+
+format:
+	@scripts/format-check fix

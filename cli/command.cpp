@@ -1,0 +1,107 @@
+#include "cli/command.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+
+#include "platform/host.h"
+
+namespace tarn::cli {
+namespace {
+
+namespace fs = std::filesystem;
+constexpr std::string_view kIndexSuffix = "INX.MDB";
+
+/// The prefixes of the projects in a folder.
+std::vector<std::string> projects_in(const fs::path& folder) {
+  std::vector<std::string> prefixes;
+  std::error_code failed;
+  for (const auto& entry : fs::directory_iterator(folder, failed)) {
+    const std::string name = entry.path().filename().string();
+    if (name.size() > kIndexSuffix.size() && name.ends_with(kIndexSuffix)) {
+      prefixes.push_back(name.substr(0, name.size() - kIndexSuffix.size()));
+    }
+  }
+  if (failed) throw UsageError("The folder " + folder.string() + " cannot be read: " + failed.message() + ".");
+  std::sort(prefixes.begin(), prefixes.end());
+  return prefixes;
+}
+
+}  // namespace
+
+void place_project(COM_ProjectData& project, const Call& call) {
+  const fs::path path = call.project.empty() ? fs::path(".") : fs::path(call.project);
+  if (!fs::is_directory(path)) {
+    project.SetWorkPath(path.has_parent_path() ? path.parent_path().string() : ".");
+    project.FilePrefix = path.filename().string();
+    return;
+  }
+  project.SetWorkPath(path.string());
+  const auto prefixes = projects_in(path);
+  if (prefixes.size() == 1) {
+    project.FilePrefix = prefixes.front();
+    return;
+  }
+  std::string found;
+  for (const std::string& prefix : prefixes) found += (found.empty() ? " " : ", ") + prefix;
+  throw UsageError("The folder " + path.string() + " holds " +
+                   (prefixes.empty() ? "no project" : "several projects:" + found) +
+                   "; name one with -p FOLDER/PREFIX.");
+}
+
+Ptr<Database> open_project(COM_ProjectData& project, const Call& call, Use use) {
+  place_project(project, call);
+  const auto access = use == Use::Reading ? Database::Access::ReadOnly : Database::Access::ReadWrite;
+  const auto database = Database::open(project.IndexDBName(), access);
+  host().database = [database](const std::string&) { return database; };
+  return database;
+}
+
+std::string shown(const Json& value) {
+  if (value.is_string()) return value.get<std::string>();
+  if (!value.is_number_float()) return value.dump();
+  char text[32];
+  std::snprintf(text, sizeof text, "%.6g", value.get<double>());
+  return text;
+}
+
+namespace {
+
+/// Columns that a terminal uses for UTF-8 text of the code page: one a character.
+size_t columns_of(const std::string& text) {
+  return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
+}
+
+void print_cell(const std::string& text, size_t width, bool right) {
+  const std::string fill(width - columns_of(text), ' ');
+  std::cout << (right ? fill + text : text + fill);
+}
+
+}  // namespace
+
+void print_table(const std::vector<std::string>& heads, const std::vector<std::vector<Json>>& rows) {
+  std::vector<size_t> widths;
+  for (const std::string& head : heads) widths.push_back(columns_of(head));
+  for (const auto& row : rows) {
+    for (size_t c = 0; c < row.size(); ++c) widths[c] = std::max(widths[c], columns_of(shown(row[c])));
+  }
+  const auto line = [&](const auto& cells, const auto& is_number) {
+    for (size_t c = 0; c < cells.size(); ++c) {
+      print_cell(cells[c], widths[c], is_number(c));
+      std::cout << (c + 1 < cells.size() ? "  " : "\n");
+    }
+  };
+  const auto& sample = rows.empty() ? std::vector<Json>(heads.size()) : rows.front();
+  const auto number = [&](size_t c) { return sample[c].is_number(); };
+  line(heads, number);
+  for (const auto& row : rows) {
+    std::vector<std::string> cells;
+    for (const Json& value : row) cells.push_back(shown(value));
+    line(cells, number);
+  }
+}
+
+void print_json(const Json& json) { std::cout << json.dump(2) << '\n'; }
+
+}  // namespace tarn::cli

@@ -1,0 +1,104 @@
+// tarn: projects, their entities and their classes from the command line.
+// Data go to standard output, messages to standard error; the exit code says how it went.
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "base/log.h"
+#include "base/nearest.h"
+#include "cli/command.h"
+#include "component/class_list.h"
+
+namespace {
+
+using namespace tarn;
+using namespace tarn::cli;
+
+class StandardErrorLog final : public Log {
+ public:
+  void message(std::string_view text) override { std::cerr << "tarn: " << text << '\n'; }
+  void error(std::string_view, std::string_view class_name, std::string_view procedure,
+             std::string_view detail) override {
+    std::cerr << "tarn: " << class_name << ' ' << procedure << ": " << detail << '\n';
+  }
+};
+
+std::vector<Group> groups() {
+  std::vector<Group> all{{"project",
+                          "a project on disk",
+                          {{"new", "makes the index database and the default records"},
+                           {"info", "what the project holds, and what is stale"}}}};
+  for (Group& group : kind_groups()) all.push_back(std::move(group));
+  Group describe{"describe", "[CLASS]: the members of the classes", {}};
+  for (const ClassEntry& entry : class_list()) describe.verbs.emplace_back(entry.info().name, "");
+  all.push_back(std::move(describe));
+  return all;
+}
+
+template <typename Range, typename Name>
+void check_word(const std::string& word, const Range& range, Name name, const std::string& what) {
+  std::vector<std::string_view> right;
+  for (const auto& each : range) right.push_back(name(each));
+  if (std::find(right.begin(), right.end(), word) == right.end()) {
+    throw UsageError("There is no " + what + " \"" + word + "\"; " + did_you_mean(word, right));
+  }
+}
+
+void help_text(CLI::App& app, const std::vector<Group>& all) {
+  std::string text = "\nGroups and verbs:\n";
+  for (const Group& group : all) {
+    text += "  " + group.name + "  " + group.help + "\n";
+    if (group.name == "describe") continue;
+    for (const auto& [verb, help] : group.verbs) text += "    " + verb + " " + help + "\n";
+  }
+  app.footer(text + "\nExit codes: 0 clean, 1 findings, 2 usage, 3 input or output, 4 internal.");
+}
+
+int dispatch(const Call& call, const std::vector<Group>& all) {
+  if (call.group.empty()) throw UsageError("What to do? Give a group and a verb; tarn --help lists them.");
+  check_word(
+      call.group, all, [](const Group& g) -> std::string_view { return g.name; }, "group");
+  const Group& group = *std::find_if(all.begin(), all.end(), [&](const Group& g) { return g.name == call.group; });
+  if (call.group == "describe") return run_describe(call);
+  if (call.verb.empty()) throw UsageError("What to do with " + call.group + "? tarn --help lists the verbs.");
+  check_word(
+      call.verb, group.verbs, [](const auto& v) -> std::string_view { return v.first; }, "verb of " + call.group);
+  return call.group == "project" ? run_project(call) : run_kind(call);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app{"tarn - the data layer of an HVAC design program", "tarn"};
+  Call call;
+  std::vector<std::string> words;
+  app.add_option("-p,--project", call.project, "the project: FOLDER or FOLDER/PREFIX (default: the current folder)");
+  app.add_flag("--json", call.json, "print JSON");
+  app.add_option("words", words, "GROUP VERB ...");
+  const auto all = groups();
+  help_text(app, all);
+  StandardErrorLog log;
+  set_log(&log);
+  try {
+    app.parse(argc, argv);
+    if (!words.empty()) call.group = words[0];
+    if (words.size() > 1) call.verb = words[1];
+    if (words.size() > 2) call.words.assign(words.begin() + 2, words.end());
+    return dispatch(call, all);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kClean : kUsage;
+  } catch (const UsageError& error) {
+    std::cerr << "tarn: " << error.what() << '\n';
+    return kUsage;
+  } catch (const Error& error) {
+    std::cerr << "tarn: " << error.what() << '\n';
+    const auto number = static_cast<ErrorNumber>(error.number());
+    const bool usage = number == ErrorNumber::TypeMismatch || number == ErrorNumber::Overflow ||
+                       number == ErrorNumber::SubscriptOutOfRange || number == ErrorNumber::NoSuchMember ||
+                       number == ErrorNumber::WrongArgumentCount || number == ErrorNumber::CannotCreateObject;
+    return usage ? kUsage : kInputOutput;
+  } catch (const std::exception& error) {
+    std::cerr << "tarn: internal error: " << error.what() << '\n';
+    return kInternal;
+  }
+}

@@ -1,0 +1,160 @@
+// Rows and record files change together or not at all: in nested transactions, when a write fails, when the process
+// dies.
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "support/temp_project.h"
+
+namespace tarn {
+namespace {
+
+using test::bytes_of;
+using test::FaultyFiles;
+
+class TransactionTest : public test::ProjectTest {
+ protected:
+  std::string state() { return rows("WindowIndex") + rows("AirSystemIndex") + bytes_of(project.WindowFilename()); }
+  void save_many(int count) {
+    for (int i = 0; i < count; ++i) saved_window("many");
+  }
+};
+
+TEST_F(TransactionTest, AnExceptionAmongAThousandSavesUndoesRowsAndBytes) {
+  saved_window("A");
+  const std::string before = state();
+  EXPECT_THROW(
+      {
+        Transaction outer;
+        save_many(500);
+        auto changed = project.NewWindow();
+        changed->Load(1);
+        changed->Name = "B";
+        changed->Save();
+        save_many(500);
+        throw std::runtime_error("in the middle");
+        outer.commit();
+      },
+      std::runtime_error);
+  EXPECT_EQ(state(), before);
+  EXPECT_EQ(project.NewWindow()->GetFreeIndex(), 2);
+}
+
+TEST_F(TransactionTest, ANewFileOfARolledBackTransactionIsNeverMade) {
+  {
+    Transaction undone;
+    save_many(3);
+    EXPECT_FALSE(std::filesystem::exists(project.WindowFilename()));
+  }
+  EXPECT_FALSE(std::filesystem::exists(project.WindowFilename()));
+}
+
+TEST_F(TransactionTest, AnInnerRollbackLeavesWhatTheOuterDid) {
+  {
+    Transaction outer;
+    auto window = saved_window("outer");
+    {
+      Transaction inner;
+      window->Name = "inner";
+      window->Save();
+      saved_window("gone");
+      auto read = project.NewWindow();
+      read->Load(1);
+      EXPECT_EQ(read->Name.trimmed(), "inner") << "reads inside see the writes";
+    }
+    {
+      Transaction inner;
+      saved_window("kept");
+      inner.commit();
+    }
+    outer.commit();
+  }
+  auto read = project.NewWindow();
+  read->Load(1);
+  EXPECT_EQ(read->Name.trimmed(), "outer");
+  read->Load(2);
+  EXPECT_EQ(read->Name.trimmed(), "kept");
+  EXPECT_EQ(bytes_of(project.WindowFilename()).size(), 3U * 555);
+  EXPECT_EQ(count("WindowIndex"), 2);
+}
+
+TEST_F(TransactionTest, AWriteThatFailsHalfWayUndoesTheSaveAndLeavesTheObjectUsable) {
+  auto window = saved_window("A");
+  const std::string before = state();
+  int failures = 0;
+  for (int operations = 0;; ++operations) {
+    FaultyFiles files(operations);
+    window->Height = 5.0F;
+    window->Name = "B";
+    const int failed = test::error_number([&] { window->Save(); });
+    files.left = -1;
+    if (failed == 0) break;
+    ++failures;
+    if (count("WindowIndex WHERE szName = 'B'") > 0) continue;  // only the removal of the journal failed
+    EXPECT_EQ(state(), before) << "operation " << operations;
+    EXPECT_EQ(Engine::of_thread().Workspaces(0).depth(), 0U);
+    EXPECT_EQ(window->Index, 1);
+  }
+  EXPECT_GT(failures, 4);
+  auto read = project.NewWindow();
+  read->Load(1);
+  EXPECT_EQ(read->Name.trimmed(), "B");
+}
+
+TEST_F(TransactionTest, AProcessThatDiesAnywhereLeavesTheOldStateOrTheNew) {
+  saved_window("old");
+  saved_window("other");
+  const std::string old_state = state();
+  database.reset();
+  std::string new_state;
+  int died = 0;
+  for (int operations = 0; new_state.empty(); ++operations) {
+    const pid_t child = fork();
+    if (child == 0) {
+      FaultyFiles files(operations, [] { _exit(7); });
+      Transaction outer;
+      auto window = project.NewWindow();
+      window->Load(1);
+      window->Name = "new";
+      window->Save();
+      saved_window("added");
+      outer.commit();
+      _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    database = host().database(project.IndexDBName());
+    const std::string now = state();
+    if (WEXITSTATUS(status) == 7) ++died;
+    if (now != old_state) {
+      EXPECT_EQ(count("WindowIndex WHERE szName IN ('new', 'added')"), 2);
+      EXPECT_NE(now.find("added"), std::string::npos);
+      EXPECT_EQ(bytes_of(project.WindowFilename()).size(), 4U * 555);
+      new_state = now;
+    }
+    database.reset();
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path)) {
+      EXPECT_EQ(entry.path().filename().string().find("-undo"), std::string::npos) << operations;
+    }
+  }
+  EXPECT_GT(died, 5);
+}
+
+TEST_F(TransactionTest, FilesThatCannotBeWrittenAreRefusedAtTheSave) {
+  auto window = project.NewWindow();
+  const struct {
+    std::string file;
+    ErrorNumber number;
+  } cases[]{{folder / "none/JOBWIN.DAT", ErrorNumber::PathNotFound},
+            {folder.path, ErrorNumber::PermissionDenied},
+            {"", ErrorNumber::FileNotFound}};
+  for (const auto& c : cases) {
+    window->FileName = c.file;
+    EXPECT_EQ(test::error_number([&] { window->Save(); }), test::number(c.number)) << c.file;
+    EXPECT_EQ(window->Index, 0) << c.file;
+  }
+  EXPECT_EQ(count("WindowIndex"), 0);
+}
+
+}  // namespace
+}  // namespace tarn

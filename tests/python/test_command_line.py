@@ -1,0 +1,70 @@
+"""The command line, run as a user runs it."""
+
+import json
+import os
+import pathlib
+import subprocess
+import tempfile
+import unittest
+
+TARN = os.environ["TARN_CLI"]
+
+
+class TestCommandLine(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+        self.at = pathlib.Path(self.folder.name)
+        self.tarn("project", "new", project=self.at / "MALL")
+
+    def tarn(self, *words, project=None, code=0):
+        run = subprocess.run([TARN, "-p", str(project or self.at), *words], capture_output=True, text=True, check=False)
+        self.assertEqual(run.returncode, code, run.stderr)
+        return run
+
+    def rows(self):
+        return json.loads(self.tarn("windows", "list", "--json").stdout)
+
+    def test_a_windows_life(self):
+        self.tarn("windows", "new", "Name=Küche", "Height=3", "GlassTrans(2)=0.5")
+        self.tarn("windows", "clone", "1", "Name=other")
+        computed = self.tarn("windows", "set", "1", "FrameType=0").stderr
+        self.assertIn("computed: OverallUValue", computed)
+        shown = json.loads(self.tarn("windows", "show", "1", "--json").stdout)
+        self.assertEqual((shown["class"], shown["index"], shown["Name"], shown["GlassTrans"][1]), ("WIN_Window", 1, "Küche", 0.5))
+        self.tarn("windows", "set", "1", "OverallUValue=0.25")
+        self.assertEqual([(r["nIndex"], r["szName"], r["fOverallUValue"]) for r in self.rows()][0], (1, "Küche", 0.25))
+        self.tarn("windows", "delete", "1")
+        self.assertEqual([r["szName"] for r in self.rows()], ["other"])
+        self.assertIn("windows: 1", self.tarn("project", "info").stdout)
+
+    def test_mistakes_name_the_right_word_and_change_nothing(self):
+        self.tarn("windows", "new", "Name=A")
+        before = {p.name: p.read_bytes() for p in self.at.iterdir()}
+        for words, code, says in [
+                (["windos", "list"], 2, "did you mean windows?"), (["windows", "lits"], 2, "did you mean list?"),
+                (["windows", "show", "3"], 2, "the nearest is 1"), (["windows", "set", "1", "Heigth=3"], 2, "did you mean Height?"),
+                (["windows", "set", "1", "Height=tall"], 2, "WIN_Window.Height: found the text \"tall\""),
+                (["windows", "set", "1", "FrameType=70000"], 2, "Overflow"), (["windows", "set", "1", "GlassTrans(4)=1"], 2, "allowed are 1 to 3"),
+                (["windows", "set", "1", "GlassTrans=1"], 2, "0 subscripts, wanted 1"), (["windows", "set", "1", "Name=日"], 2, "U+65E5"),
+                (["windows", "set", "1", "Name=" + "x" * 256], 2, "256 characters, allowed are 255"),
+                (["windows", "set", "1", "Index=4"], 2, "no property Index"), (["describe", "WIN_Windw"], 2, "did you mean WIN_Window?"),
+                (["--jsn"], 2, "--jsn")]:
+            with self.subTest(words):
+                self.assertIn(says, self.tarn(*words, code=code).stderr)
+        self.assertEqual({p.name: p.read_bytes() for p in self.at.iterdir()}, before)
+        self.tarn("project", "new", project=self.at / "MALL", code=3)
+        self.tarn("windows", "list", project=self.at / "NONE", code=3)
+        self.tarn("windows", "list", project=self.at / "nowhere" / "MALL", code=3)
+
+    def test_reading_creates_nothing(self):
+        self.tarn("windows", "new", "Name=A")
+        (self.at / "MALLWIN.DAT").unlink()
+        names = sorted(p.name for p in self.at.iterdir())
+        for words in (["windows", "list"], ["windows", "show", "1"], ["project", "info"]):
+            self.tarn(*words)
+        self.assertEqual(sorted(p.name for p in self.at.iterdir()), names)
+
+
+if __name__ == "__main__":
+    unittest.main()

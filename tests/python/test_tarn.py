@@ -1,0 +1,153 @@
+"""The Python package: what a client sees, against the built library."""
+
+import itertools
+import os
+import pathlib
+import tempfile
+import unittest
+
+import tarn
+
+
+class ProjectCase(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+        self.entries = []
+        tarn.on_log = self.entries.append
+        self.project = tarn.COM_ProjectData()
+        self.project.WorkPath, self.project.FilePrefix = self.folder.name, "JOB"
+        tarn.create_index(self.project.IndexDBName)
+        self.database = tarn.open_database(self.project.IndexDBName)
+
+    def file(self):
+        return pathlib.Path(self.project.WindowFilename).read_bytes()
+
+
+class TestObjects(ProjectCase):
+    def test_properties_arrays_and_methods(self):
+        window = self.project.NewWindow()
+        window.Height, window.width = 4, 5.5
+        window.GlassTrans[2] = 0.78
+        window.GlassTypeID[:] = [1, 2, 0]
+        window.GlassNameEnglish[:] = ["clear", "é", ""]
+        window.Name = "Käse"
+        self.assertEqual(window.HEIGHT, 4.0)
+        self.assertAlmostEqual(window.GlassTrans[:][1], 0.78, 6)
+        self.assertEqual(window.GlassTypeID[:], [1, 2, 0])
+        self.assertEqual([name.strip() for name in window.GlassNameEnglish[:]], ["clear", "é", ""])
+        self.assertEqual(window.Name, "Käse" + " " * 251)
+        window.Save()
+        self.assertEqual(window.Index, 1)
+        self.assertEqual(self.file()[555:560], "Käse ".encode("cp1252"))
+        twin = window.CopyInstance()
+        self.assertEqual((twin.Index, twin.Height), (1, 4.0))
+        self.assertIs(window.IsNameUnique("other"), True)
+        self.assertIsNone(window.Delete(nRecNum=1))
+        self.assertEqual(window.Index, 0)
+
+    def test_failures(self):
+        window = self.project.NewWindow()
+        with self.assertRaises(AttributeError):
+            window.Heigth = 3
+        with self.assertRaises(ValueError):
+            window.GlassTrans[:] = [1, 2]
+        with self.assertRaises(tarn.Error) as wrong:
+            tarn.create_index(self.project.IndexDBName)
+        self.assertEqual(wrong.exception.number, 3204)
+        window.Name = "before"
+        window.Name = "日"
+        self.assertEqual(window.Name.strip(), "before")
+        self.assertEqual(window.GlassTrans[4], 0.0)
+        window.SetDBHandle(None)
+        window.Save()
+        self.assertEqual([(e.kind, e.component, e.class_name, e.procedure) for e in self.entries],
+                         [("error", "TarnDataHandler52", "WIN_Window", p)
+                          for p in ("Name [PropertyLet]", "GlassTrans [PropertyGet]", "Save()")])
+
+    def test_events(self):
+        window = self.project.NewWindow()
+        self.database.execute("INSERT INTO AirSystemIndex (nIndex, bDesHasChanged) VALUES (1, 0)")
+        self.database.execute("INSERT INTO Space_Window_Links VALUES (9, 1)")
+        self.database.execute("INSERT INTO System_Space_Links VALUES (1, 9)")
+        asked = []
+        window.OnUpdateDependencies = lambda override: asked.append(override) or True
+        window.Save()
+        marked = "SELECT nIndex FROM AirSystemIndex WHERE bDesHasChanged <> 0"
+        self.assertEqual((asked, self.database.rows(marked)), ([False], []))
+        window.OnUpdateDependencies = None
+        window.Save()
+        self.assertEqual(self.database.rows(marked), [{"nIndex": 1}])
+
+    def test_transactions(self):
+        self.project.NewWindow().Save()
+        before = self.file()
+        with self.assertRaises(RuntimeError), tarn.transaction(self.project):
+            for _ in range(10):
+                self.project.NewWindow().Save()
+            raise RuntimeError
+        self.assertEqual((self.file(), len(self.database.rows("SELECT * FROM WindowIndex"))), (before, 1))
+        with tarn.transaction(self.project):
+            self.project.NewWindow().Save()
+        self.assertEqual(len(self.file()), 3 * 555)
+
+    def test_describes_itself(self):
+        self.assertIn("WIN_Window", tarn.classes())
+        members = {m.name: m for m in tarn.members("WIN_Window")}
+        self.assertEqual(members["GlassTrans"].bounds, [(1, 3)])
+        self.assertEqual((members["Height"].kind, members["Height"].type, members["Height"].unit), ("property", "R4", "ft"))
+        self.assertEqual(members["OnUpdateDependencies"].kind, "event")
+        self.assertIn("CalculatePerformance", dir(self.project.NewWindow()))
+
+
+GAPS = {True: (1.22549, 1.89394, 1.73611, 2.31481, 2.60417, 2.45098), False: (0.83333, 1.09649, 0.99206, 1.22549, 1.22549, 1.26263)}
+FRAMES = {0: (0, 0), 1: (0.15, 1.0), 2: (0.15, 1.9), 3: (0.18, 0.4), 4: (0.18, 0.3)}
+SHADES = ((1, 0), (.58, .06), (.49, .26), (.39, .54), (.41, .11), (.29, .39), (.18, .72), (.17, .20), (.11, .51), (.05, .81),
+          (.25, .15), (0, .35), (0, .80), (.05, .40), (.05, .60), (0, .23))
+
+
+def performance(w):
+    """U-value and shade coefficient from the properties, by a way of its own: rays traced through the slots."""
+    panes = [(w.GlassTypeID[i], w.GlassTrans[i], w.GlassReflect[i], w.GlassAbsorp[i], w.GlassThickness[i], w.GlassConductivity[i])
+             for i in (1, 2, 3)]
+    present = [p for p in panes if p[0] >= 1]
+    gaps = [GAPS[p[0] in (15, 16, 17)][w.GapTypeID] if 0 <= w.GapTypeID <= 5 else 0 for p in present[1:]]
+    solid = sum(p[4] / 12 / p[5] for p in present if p[5] > 1e-4) + sum(gaps)
+    centre, summer = 1 / (1 / 1.46 + 1 / 5.1 + solid), 1 / (1 / 1.46 + 1 / 4.0 + solid)
+    share, frame_u = FRAMES.get(w.FrameType, (0, 0))
+    height, width = w.Height, w.Width
+    area = height * width
+    edged = len(present) > 1 and w.FrameType in (1, 2, 3, 4)
+    edge_u = 0.7321 * centre**2 + 0.0375 * centre + 0.4057 if edged and centre < 0.7 else centre
+    band = ((height + width) - ((height + width)**2 - 4 * share * area)**0.5) / 4 + (2.5 / 12 if edged else 0)
+    centre_area = (height - 2 * band) * (width - 2 * band)
+    u = (centre_area * centre + (area - centre_area - share * area) * edge_u + share * area * frame_u) / area
+    u = 1 / (1 / u + (0.3 if w.ShadeType > 0 else 0))
+    t, r = zip(*[(p[1], p[2]) if p[0] >= 1 else (1.0, 0.0) for p in panes])
+    det = (1 - r[2] * r[1]) * (1 - r[1] * r[0]) - t[1]**2 * r[0] * r[2]
+    through, back = t[0] * t[1] * t[2] / det, r[0] + t[0]**2 * (t[1]**2 * r[2] + (1 - r[2] * r[1]) * r[1]) / det
+    inward = sum((sum(gaps[:k]) * summer + summer / 4) * p[3] for k, p in enumerate(present))
+    a, b = SHADES[w.ShadeType] if 0 <= w.ShadeType < 16 else (0, 0)
+    absorbed = 1 - a - b
+    gain = (1 + through * absorbed / (1 - back * absorbed)) * inward + (1 - absorbed) * through / (1 - back * absorbed)
+    return u, ((1 - share) * gain + share * frame_u * 0.9 / 4) / 0.87
+
+
+class TestWindowPerformance(unittest.TestCase):
+    def test_against_an_independent_calculation(self):
+        window = tarn.WIN_Window()
+        window.GlassReflect[:], window.GlassThickness[:] = [0.075, 0.19, 0.071], [0.118, 0.236, 0.5]
+        window.GlassTrans[:], window.GlassAbsorp[:] = [0.837, 0.63, 0.775], [0.088, 0.18, 0.154]
+        window.GlassConductivity[:] = [0.52, 0.52, 0.00005]
+        window.Height, window.Width = 4.5, 3.25
+        layers = [ids for ids in itertools.product((0, 1, 16), repeat=3)] + [(-3, 15, 17), (14, 18, 1)]
+        for ids, gap, frame, shade in itertools.product(layers, range(-1, 7), range(-1, 6), range(-1, 17)):
+            window.GlassTypeID[:], window.GapTypeID, window.FrameType, window.ShadeType = list(ids), gap, frame, shade
+            window.CalculatePerformance()
+            for name, expected in zip(("OverallUValue", "OverallShadeCo"), performance(window)):
+                if abs(getattr(window, name) - expected) > 2e-6 * max(abs(expected), 1):
+                    self.fail(f"{name} of layers {ids}, gap {gap}, frame {frame}, shade {shade}: {getattr(window, name)}, expected {expected}")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,158 @@
+// What the tests share: a folder of their own with a fresh project, a log that remembers, files that fail on demand.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "base/log.h"
+#include "envelope/window.h"
+#include "platform/database.h"
+#include "platform/host.h"
+#include "platform/workspace.h"
+#include "storage/project.h"
+#include "storage/schema.h"
+
+namespace tarn::test {
+
+class RecordingLog final : public Log {
+ public:
+  RecordingLog() : before_(set_log(this)) {}
+  ~RecordingLog() override { set_log(before_); }
+  void message(std::string_view text) override { messages.emplace_back(text); }
+  void error(std::string_view component, std::string_view class_name, std::string_view procedure,
+             std::string_view detail) override {
+    errors.push_back(std::string(component) + "|" + std::string(class_name) + "|" + std::string(procedure));
+    details.emplace_back(detail);
+  }
+  std::vector<std::string> messages, errors, details;
+
+ private:
+  Log* before_;
+};
+
+class TempFolder {
+ public:
+  TempFolder() {
+    std::string shape = (std::filesystem::temp_directory_path() / "tarn-test-XXXXXX").string();
+    path = mkdtemp(shape.data());
+  }
+  ~TempFolder() { std::filesystem::remove_all(path); }
+  std::string operator/(const std::string& name) const { return path + "/" + name; }
+  std::string path;
+};
+
+inline std::string bytes_of(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+inline void write_bytes(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+/// A fresh project with prefix JOB, its index database open.
+class ProjectTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    project.SetWorkPath(folder.path);
+    project.FilePrefix = "JOB";
+    create_index(project.IndexDBName());
+    database = host().database(project.IndexDBName());
+  }
+
+  Ptr<WIN_Window> saved_window(const std::string& name) {
+    auto window = project.NewWindow();
+    window->Name = name;
+    window->Save();
+    return window;
+  }
+  int64_t count(const std::string& from) {
+    return database->OpenRecordset("SELECT COUNT(*) AS CNT FROM " + from).Fields("CNT").integer();
+  }
+  /// All rows of a table as one text.
+  std::string rows(const std::string& table) {
+    std::string text;
+    auto all = database->OpenRecordset("SELECT * FROM " + table);
+    for (; !all.AtEof(); all.MoveNext()) {
+      for (const std::string& column : all.columns()) {
+        const auto field = all.Fields(column);
+        text += field.text() + "/" + std::to_string(field.real()) + " ";
+      }
+      text += "\n";
+    }
+    return text;
+  }
+
+  TempFolder folder;
+  RecordingLog log;
+  COM_ProjectData project;
+  Ptr<Database> database;
+};
+
+/// The system's files, until the n-th operation that changes something: there `at_fault` is called.
+class FaultyFiles final : public FileService {
+ public:
+  explicit FaultyFiles(
+      int operations, std::function<void()> at_fault = [] { fail(ErrorNumber::DeviceError, "the disk is full"); })
+      : left(operations), fault(std::move(at_fault)) {
+    host().files = this;
+  }
+  ~FaultyFiles() override { host().files = &system_files(); }
+
+  bool exists(const std::string& path) override { return system_files().exists(path); }
+  std::unique_ptr<File> open(const std::string& path, OpenMode mode) override {
+    if (mode == OpenMode::Create) step();
+    return std::make_unique<Faulty>(*this, system_files().open(path, mode));
+  }
+  void remove(const std::string& path) override {
+    step();
+    system_files().remove(path);
+  }
+  void sync_folder(const std::string& path) override { system_files().sync_folder(path); }
+
+  void step() {
+    if (left-- == 0) fault();
+  }
+  int left;
+  std::function<void()> fault;
+
+ private:
+  struct Faulty final : File {
+    Faulty(FaultyFiles& files, std::unique_ptr<File> file) : owner(files), real(std::move(file)) {}
+    size_t read(uint64_t offset, std::span<std::byte> into) override { return real->read(offset, into); }
+    void write(uint64_t offset, std::span<const std::byte> bytes) override {
+      const size_t half = bytes.size() / 2;
+      if (owner.left == 0) real->write(offset, bytes.first(half));
+      owner.step();
+      real->write(offset, bytes);
+    }
+    uint64_t size() override { return real->size(); }
+    void truncate(uint64_t size) override {
+      owner.step();
+      real->truncate(size);
+    }
+    void sync() override { owner.step(); }
+    FaultyFiles& owner;
+    std::unique_ptr<File> real;
+  };
+};
+
+/// The number of the error that an action throws, 0 for none.
+template <typename F>
+int error_number(F action) {
+  try {
+    action();
+    return 0;
+  } catch (const Error& error) {
+    return error.number();
+  }
+}
+
+inline int number(ErrorNumber n) { return static_cast<int>(n); }
+
+}  // namespace tarn::test
