@@ -111,7 +111,7 @@ void FileCommit::restore(const std::vector<Before>& all) {
       host().files->remove(before.path);
       continue;
     }
-    const auto file = host().files->open(before.path, OpenMode::Write);
+    const auto file = host().files->open(before.path, OpenMode::Create);
     file->truncate(before.size);
     for (const Piece& piece : before.pieces) file->write(piece.offset, bytes_of(piece.bytes));
     file->sync();

@@ -8,12 +8,6 @@
 #include "platform/host.h"
 
 namespace tarn {
-namespace {
-
-bool is(const Error& error, ErrorNumber number) { return error.number() == static_cast<int>(number); }
-
-}  // namespace
-
 File* FileStore::for_reading(const std::string& path, OpenMode mode, Handle& once) {
   const auto kept = handles_.find(path);
   if (kept != handles_.end()) return kept->second.file.get();
@@ -27,10 +21,10 @@ File* FileStore::for_reading(const std::string& path, OpenMode mode, Handle& onc
   try {
     handle = {files.open(path, mode), mode != OpenMode::Read};
   } catch (const Error& refused) {
-    if (is(refused, ErrorNumber::FileNotFound)) return nullptr;
-    if (mode == OpenMode::Read || !is(refused, ErrorNumber::PermissionDenied)) throw;
+    if (mode == OpenMode::Read || refused.number() != static_cast<int>(ErrorNumber::PermissionDenied)) throw;
     handle = {files.open(path, OpenMode::Read), false};
   }
+  if (!handle.file) return nullptr;
   Handle& place = levels_.empty() ? once : handles_[path];
   place = std::move(handle);
   return place.file.get();

@@ -84,7 +84,8 @@ class SystemFiles final : public FileService {
     const int flags = mode == OpenMode::Read ? O_RDONLY : mode == OpenMode::Write ? O_RDWR : O_RDWR | O_CREAT;
     const int descriptor = ::open(path.c_str(), flags | O_CLOEXEC, 0666);
     if (descriptor < 0) {
-      if (errno == ENOENT && mode == OpenMode::Create) errno = ENOTDIR;  // the folder is what is missing
+      if (errno == ENOENT && mode != OpenMode::Create) return nullptr;
+      if (errno == ENOENT) errno = ENOTDIR;  // the folder is what is missing
       fail_on(path, "open");
     }
     return std::make_unique<SystemFile>(path, descriptor);

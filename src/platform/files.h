@@ -27,7 +27,8 @@ class FileService {
  public:
   virtual ~FileService() = default;
   virtual bool exists(const std::string& path) = 0;
-  /// Errors `FileNotFound`, `PathNotFound`, `PermissionDenied`, `DeviceError`, each naming the file.
+  /// Null for a missing file unless it is to be created. Errors `PathNotFound`, `PermissionDenied`, `DeviceError`, each
+  /// naming the file.
   virtual std::unique_ptr<File> open(const std::string& path, OpenMode mode) = 0;
   /// Removes a file; a missing one is no error.
   virtual void remove(const std::string& path) = 0;

@@ -107,7 +107,8 @@ class FaultyFiles final : public FileService {
   bool exists(const std::string& path) override { return system_files().exists(path); }
   std::unique_ptr<File> open(const std::string& path, OpenMode mode) override {
     if (mode == OpenMode::Create) step();
-    return std::make_unique<Faulty>(*this, system_files().open(path, mode));
+    auto file = system_files().open(path, mode);
+    return file ? std::make_unique<Faulty>(*this, std::move(file)) : nullptr;
   }
   void remove(const std::string& path) override {
     step();
