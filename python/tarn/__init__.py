@@ -37,7 +37,8 @@ def _entry(_context, text, component, class_name, procedure, detail):
 
 
 _log = _c.Log(_entry)
-_c.library.tarn_set_log(_log, None)
+_objects.on_thread.append(lambda: _c.library.tarn_set_log(_log, None))  # the library keeps a log for each thread
+_objects.enter_thread()
 
 
 def classes():
@@ -47,7 +48,10 @@ def classes():
 
 def members(class_name):
     """The members of a class in interface order: name, kind, type, bounds, read_only, by_reference, parameters, unit."""
-    return _objects.member_list(class_name)
+    found = _objects.find_class(class_name)
+    if found is None:
+        raise Error(429, "", f"There is no class {class_name}; tarn.classes() lists them.")
+    return list(found._members.values())
 
 
 def create_index(path):
@@ -75,7 +79,7 @@ def transaction(project=None):
 
 
 def __getattr__(name):
-    for class_name, made in _objects.classes.items():
-        if class_name.lower() == name.lower():
-            return made
+    found = _objects.find_class(name)
+    if found is not None:
+        return found
     raise AttributeError(f"module 'tarn' has no attribute '{name}'")

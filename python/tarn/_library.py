@@ -3,6 +3,7 @@
 import ctypes
 import os
 import pathlib
+import threading
 
 EMPTY, BOOLEAN, INT16, INT32, REAL32, REAL64, TEXT, OBJECT = range(8)
 PROPERTY, METHOD, EVENT = range(3)
@@ -44,7 +45,7 @@ class Member(ctypes.Structure):
 
 
 ValuePointer = ctypes.POINTER(Value)
-Listener = ctypes.CFUNCTYPE(None, ctypes.c_void_p, ValuePointer, ctypes.c_int32)
+Listener = ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p, ValuePointer, ctypes.c_int32)
 Row = ctypes.CFUNCTYPE(None, ctypes.c_void_p, ctypes.POINTER(ctypes.c_char_p), ValuePointer, ctypes.c_int32)
 Log = ctypes.CFUNCTYPE(None, ctypes.c_void_p, *[ctypes.c_char_p] * 5)
 
@@ -103,8 +104,22 @@ class Error(Exception):
         self.number, self.source, self.description = number, source, description
 
 
+caught = threading.local()  # .exceptions: raised by handlers while the library was calling them
+
+
+def catch(exception):
+    """Keeps a handler's exception, which cannot cross the library, until the call that led to it is back."""
+    if not hasattr(caught, "exceptions"):
+        caught.exceptions = []
+    caught.exceptions.append(exception)
+
+
 def check(status, handle=None):
-    """Raises the error behind a status that is not OK."""
+    """Raises what a handler raised, else the error behind a status that is not OK."""
+    if getattr(caught, "exceptions", None):
+        first = caught.exceptions[0]
+        caught.exceptions.clear()
+        raise first
     if status == OK:
         return
     source, description = _text(), _text()

@@ -4,9 +4,11 @@ import array
 import ctypes
 import itertools
 import math
+import threading
 
 from . import _library as c
 
+_LARGEST_R4 = 3.4028234663852886e38
 _BLOCK_CODES = {c.BOOLEAN: "h", c.INT16: "h", c.INT32: "i", c.REAL32: "f", c.REAL64: "d"}
 
 
@@ -55,7 +57,10 @@ def to_c(value, keep):
         if -2**31 <= value < 2**31:
             out.type, out.as_.i4 = c.INT32, value
         else:
-            out.type, out.as_.r8 = c.REAL64, float(value)
+            try:
+                out.type, out.as_.r8 = c.REAL64, float(value)
+            except OverflowError as cause:
+                raise c.Error(6, "", f"Overflow: {cause}") from cause
     elif isinstance(value, float):
         out.type, out.as_.r8 = c.REAL64, value
     elif isinstance(value, str):
@@ -85,7 +90,7 @@ def from_c(value):
     if kind == c.REAL64:
         return value.as_.r8
     if kind == c.TEXT:
-        return ctypes.string_at(value.as_.text, value.length).decode("utf-8")
+        return ctypes.string_at(value.as_.text, value.length).decode("utf-8", "replace")
     return wrap(value.as_.object)
 
 
@@ -94,6 +99,9 @@ def _values(arguments, keep):
 
 
 def _subscripts(subscripts):
+    for subscript in subscripts:
+        if not -2**31 <= subscript < 2**31:
+            raise c.Error(9, "", f"Subscript out of range: {subscript}")
     return (ctypes.c_int32 * max(len(subscripts), 1))(*subscripts), len(subscripts)
 
 
@@ -147,19 +155,27 @@ class _Array:
     def _set_whole(self, values):
         sizes = self._sizes()
         _check_shape(values, sizes, self._member.name)
-        block = self._block()
+        block = self._filled(values, sizes)
         if block is None:
             for at in self._places():
                 self[at] = _at(values, at, self._member.bounds)
             return
-        flat = _to_first_fastest(values, sizes)
-        try:
-            block[:] = array.array(block.typecode, [-int(bool(v)) for v in flat] if self._member.type_code == c.BOOLEAN else flat)
-        except OverflowError as cause:
-            raise c.Error(6, self._member.name, f"Overflow: {cause}") from cause
         address, _ = block.buffer_info()
         c.check(c.library.tarn_let_block(self._owner._handle, self._member.number, address, len(block) * block.itemsize),
                 self._owner._handle)
+
+    def _filled(self, values, sizes):
+        """The values as a block; None where one of them needs the care of an element's own setting."""
+        block = self._block()
+        if block is None:
+            return None
+        flat = _to_first_fastest(values, sizes)
+        if block.typecode == "f" and any(_LARGEST_R4 < abs(v) < math.inf for v in flat):
+            return None
+        try:
+            return array.array(block.typecode, [-int(bool(v)) for v in flat] if self._member.type_code == c.BOOLEAN else flat)
+        except (OverflowError, TypeError):
+            return None
 
 
 def _nested(flat, sizes):
@@ -199,11 +215,14 @@ def _at(values, at, bounds):
 class Object:
     """An object of the component. Names of members are found without regard to case."""
 
-    __slots__ = ("_handle", "_listeners", "__weakref__")
+    __slots__ = ("_handle", "_listeners", "_thread", "__weakref__")
     _members = {}
+    _orphans = {}  # handles by the thread that must release them, of objects that ended on another
 
     def __init__(self, *, _handle=None):
         object.__setattr__(self, "_listeners", {})
+        object.__setattr__(self, "_thread", threading.get_ident())
+        enter_thread()
         if _handle is None:
             place = ctypes.c_void_p()
             object.__setattr__(self, "_handle", None)
@@ -212,8 +231,12 @@ class Object:
         object.__setattr__(self, "_handle", _handle)
 
     def __del__(self):
-        if getattr(self, "_handle", None) is not None and c is not None:
+        if getattr(self, "_handle", None) is None or c is None:
+            return
+        if threading.get_ident() == self._thread:
             c.library.tarn_release(self._handle)
+        else:
+            Object._orphans.setdefault(self._thread, []).append(self._handle)
 
     def __getattr__(self, name):
         member = type(self)._members.get(name.lower())
@@ -282,12 +305,21 @@ class Object:
             self._listeners.pop(member.name, None)
             return
 
+        keep = []  # texts of the answer, which the library reads after the handler is back
+
         def forward(_context, values, count):
-            answer = handler(*[from_c(values[i]) for i in range(count)])
-            if answer is not None:
-                keep = []
-                for i, new in enumerate(answer if isinstance(answer, tuple) else (answer,)):
+            try:
+                answer = handler(*[from_c(values[i]) for i in range(count)])
+                answers = answer if isinstance(answer, tuple) else () if answer is None else (answer,)
+                if len(answers) > count:
+                    raise TypeError(f"the handler of {member.name} answered {len(answers)} values, at most {count}")
+                keep.clear()
+                for i, new in enumerate(answers):
                     values[i] = to_c(new, keep)
+                return 0
+            except BaseException as exception:
+                c.catch(exception)
+                return 1
 
         callback = c.Listener(forward)
         c.check(c.library.tarn_listen(self._handle, member.number, callback, None), self._handle)
@@ -311,7 +343,10 @@ class Database(Object):
         keep, found = [], []
 
         def row(_context, names, values, count):
-            found.append({names[i].decode(): from_c(values[i]) for i in range(count)})
+            try:
+                found.append({names[i].decode(): from_c(values[i]) for i in range(count)})
+            except BaseException as exception:
+                c.catch(exception)
 
         c.check(c.library.tarn_query(self._handle, sql.encode(), _values(parameters, keep), len(parameters), c.Row(row), None),
                 self._handle)
@@ -319,6 +354,18 @@ class Database(Object):
 
 
 classes = {"Database": Database}
+_threads = threading.local()
+on_thread = []  # what a thread does before its first object: set by the package
+
+
+def enter_thread():
+    """A thread's first steps, and the release of its objects that ended elsewhere."""
+    if not hasattr(_threads, "entered"):
+        _threads.entered = True
+        for step in on_thread:
+            step()
+    for handle in Object._orphans.pop(threading.get_ident(), ()):
+        c.library.tarn_release(handle)
 
 
 def _make(class_name):
@@ -348,5 +395,8 @@ def wrap(handle):
     return classes[c.library.tarn_class_of(handle).decode()](_handle=handle)
 
 
-def member_list(class_name):
-    return list(classes[class_name]._members.values())
+def find_class(name):
+    for class_name, made in classes.items():
+        if class_name.lower() == name.lower():
+            return made
+    return None

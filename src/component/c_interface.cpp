@@ -53,6 +53,7 @@ tarn_status guarded(LastError& place, F action) {
 
 template <typename F>
 tarn_status on_object(tarn_object* handle, F action) {
+  if (thread_ended()) return TARN_BAD_HANDLE;
   HandleSlot* slot = slot_of(handle);
   if (!slot) {
     remember(thread_error, static_cast<int32_t>(ErrorNumber::ObjectNotSet), {},
@@ -357,7 +358,9 @@ tarn_status tarn_get_block(tarn_object* object, int32_t member, void* data, size
 
 tarn_status tarn_let_block(tarn_object* object, int32_t member, const void* data, size_t bytes) {
   return on_object(object, [&](HandleSlot& slot) {
-    std::byte* to = block_of(slot, member_at(*slot.info, member), bytes);
+    const Member& to_set = member_at(*slot.info, member);
+    if (to_set.read_only) fail(ErrorNumber::NoSuchMember, std::string(to_set.name) + " is read-only.");
+    std::byte* to = block_of(slot, to_set, bytes);
     std::memcpy(to, &required(static_cast<const char*>(data)), bytes);
   });
 }
@@ -370,7 +373,9 @@ tarn_status tarn_listen(tarn_object* object, int32_t event, tarn_listener listen
         std::list<std::string> texts;
         std::vector<tarn_value> values(arguments.size());
         for (size_t i = 0; i < values.size(); ++i) give(arguments[i], values[i], texts.emplace_back());
-        listener(context, values.data(), static_cast<int32_t>(values.size()));
+        if (listener(context, values.data(), static_cast<int32_t>(values.size())) != 0) {
+          fail(ErrorNumber::InvalidCall, "The listener of an event failed.");
+        }
         for (size_t i = 0; i < values.size(); ++i) arguments[i] = taken(values[i]);
       };
     listen(*slot.fast, member_at(*slot.info, event), std::move(forward));

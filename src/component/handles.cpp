@@ -14,11 +14,13 @@ constexpr uint64_t kSlotMask = (uint64_t{1} << kSlotBits) - 1;
 constexpr uint64_t kGenerationMask = (uint64_t{1} << kGenerationBits) - 1;
 
 std::atomic<uint64_t> threads{0};
+thread_local bool ended = false;  // outlives the table, having no destructor
 
 struct Table {
   std::deque<HandleSlot> slots;
   std::vector<uint32_t> free;
   uint64_t thread = ++threads & 0xFFFF;
+  ~Table() { ended = true; }
 };
 
 Table& table() {
@@ -47,7 +49,10 @@ tarn_object* new_handle(ObjectPtr object) {
   return reinterpret_cast<tarn_object*>(bits);
 }
 
+bool thread_ended() { return ended; }
+
 HandleSlot* slot_of(tarn_object* handle) {
+  if (ended) return nullptr;
   const auto bits = reinterpret_cast<uint64_t>(handle);
   Table& t = table();
   const uint64_t number = bits & kSlotMask;

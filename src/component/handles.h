@@ -30,5 +30,7 @@ tarn_object* new_handle(ObjectPtr object);
 /// Null for a handle that this thread did not give out, or that was released.
 HandleSlot* slot_of(tarn_object* handle);
 void release_handle(HandleSlot& slot);
+/// The thread's handles are gone already: a static object's destructor is calling.
+bool thread_ended();
 
 }  // namespace tarn

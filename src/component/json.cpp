@@ -110,7 +110,8 @@ Value from_json(const Json& json, ValueType type) {
     case ValueType::Int16:
     case ValueType::Int32:
       if (!json.is_number_integer()) fail(ErrorNumber::TypeMismatch, found + "a whole number");
-      if (const auto n = json.get<int64_t>(); n >= INT32_MIN && n <= INT32_MAX) return static_cast<int32_t>(n);
+      if (const auto n = json.get<int64_t>(); !(json.is_number_unsigned() && n < 0) && n >= INT32_MIN && n <= INT32_MAX)
+        return static_cast<int32_t>(n);
       fail(ErrorNumber::Overflow, "found " + json.dump() + ", which is too large");
     default:
       fail(ErrorNumber::TypeMismatch, found + "nothing");

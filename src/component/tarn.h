@@ -113,8 +113,9 @@ TARN_API tarn_status tarn_call_by_name(tarn_object* object, const char* name, ta
 TARN_API tarn_status tarn_get_block(tarn_object* object, int32_t member, void* data, size_t bytes);
 TARN_API tarn_status tarn_let_block(tarn_object* object, int32_t member, const void* data, size_t bytes);
 
-/* Events: the listener may change the arguments in place. A null listener stops listening. */
-typedef void (*tarn_listener)(void* context, tarn_value* arguments, int32_t count);
+/* Events: the listener may change the arguments in place, and returns 0; anything else makes the operation that raised
+ * the event fail. Texts among the arguments are valid during the call. A null listener stops listening. */
+typedef int32_t (*tarn_listener)(void* context, tarn_value* arguments, int32_t count);
 TARN_API tarn_status tarn_listen(tarn_object* object, int32_t event, tarn_listener listener, void* context);
 
 /* The last error of an object, or of the thread's last call for a null object. Returns its number, 0 for none. */

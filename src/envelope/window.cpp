@@ -12,8 +12,8 @@ const Kind& WIN_Window::kind() const {
       .missing_row_message = "Invalid ID number for window: ",
       .columns = {summary<WIN_Window, &WindowRecord::OverallUValue>("fOverallUValue"),
                   summary<WIN_Window, &WindowRecord::OverallShadeCo>("fOverallShadeCo"),
-                  written<WIN_Window, &WindowRecord::Height>("fHeight"),
-                  written<WIN_Window, &WindowRecord::Width>("fWidth")},
+                  summary<WIN_Window, &WindowRecord::Height>("fHeight"),
+                  summary<WIN_Window, &WindowRecord::Width>("fWidth")},
       .links = {{"Space_Window_Links", "Window_ID"}},
       .reach = {Results::DesignAndSimulation, {{Stage::Spaces, {{"Space_Window_Links", "Window_ID", "Space_ID"}}}}}};
   return kind;

@@ -140,7 +140,12 @@ WindowPerformance window_performance(const WindowRecord& window) {
   const double glass_factor = glazing_solar_factor(g, entry(kShades, window.ShadeType));
   const double frame_factor = frame.u_value * kFrameAbsorptance / kOutsideFilmSummer;
   const double gain = ((a.gross - a.frame) * glass_factor + a.frame * frame_factor) / a.gross;
-  return {static_cast<float>(1 / (1 / u + shade_resistance)), static_cast<float>(gain / kReferenceGain)};
+  const WindowPerformance result{static_cast<float>(1 / (1 / u + shade_resistance)),
+                                 static_cast<float>(gain / kReferenceGain)};
+  if (!std::isfinite(result.u_value) || !std::isfinite(result.shade_coefficient)) {
+    fail(ErrorNumber::Overflow, "Overflow: the window's layers, frame and size give no finite result; check them.");
+  }
+  return result;
 }
 
 }  // namespace tarn

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "base/error.h"
+#include "base/log.h"
 #include "platform/host.h"
 
 namespace tarn {
@@ -53,9 +54,9 @@ FileCommit::FileCommit(std::string journal, std::vector<std::pair<std::string, c
 
 void FileCommit::read_before() {
   for (const auto& [path, extents] : writes_) {
-    Before before{path, host().files->exists(path), 0, {}};
-    if (before.existed) {
-      const auto file = host().files->open(path, OpenMode::Read);
+    Before before{path, false, 0, {}};
+    if (const auto file = host().files->open(path, OpenMode::Read)) {
+      before.existed = true;
       before.size = file->size();
       for (const auto& [offset, bytes] : extents->pieces()) {
         Piece piece{offset, std::string(bytes.size(), '\0')};
@@ -145,13 +146,19 @@ void FileCommit::undo() {
 }
 
 void FileCommit::forget() {
-  if (!journal_.empty()) host().files->remove(journal_);
+  if (journal_.empty()) return;
+  try {
+    host().files->remove(journal_);
+  } catch (const Error& refused) {
+    log().message(refused.description() + " It is no longer needed.");
+  }
 }
 
 void undo_interrupted_commit(const std::string& journal) {
   std::string text;
   {
     const auto file = host().files->open(journal, OpenMode::Read);
+    if (!file) return;  // another program has just undone it
     text.resize(file->size());
     text.resize(file->read(0, std::as_writable_bytes(std::span(text))));
   }

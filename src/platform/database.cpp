@@ -40,12 +40,13 @@ constexpr int kBusyMilliseconds = 1000;  // how long a statement waits for anoth
 
 /// Refuses what is no database of this engine before the engine sees it, so that the message says what the file is.
 void check_signature(const std::string& path) {
-  if (!host().files->exists(path)) {
+  std::string head(20, '\0');
+  const auto file = host().files->open(path, OpenMode::Read);
+  if (!file) {
     fail(ErrorNumber::DatabaseNotFound,
          "The index database " + path + " does not exist; make it with 'tarn project new'.");
   }
-  std::string head(20, '\0');
-  head.resize(host().files->open(path, OpenMode::Read)->read(0, std::as_writable_bytes(std::span(head))));
+  head.resize(file->read(0, std::as_writable_bytes(std::span(head))));
   if (head.starts_with("SQLite format 3")) return;
   const std::string_view at_four = std::string_view(head).substr(std::min<size_t>(4, head.size()));
   if (at_four.starts_with("Standard Jet DB") || at_four.starts_with("Standard ACE DB")) {
@@ -54,11 +55,6 @@ void check_signature(const std::string& path) {
              " format), which this version does not read; make a new index and bring its rows over.");
   }
   fail(ErrorNumber::UnknownFormat, path + " is no index database.");
-}
-
-/// Deletes without a condition are made row by row, so that the update hook sees each.
-int see_every_delete(void*, int action, const char*, const char*, const char*, const char*) {
-  return action == SQLITE_DELETE ? SQLITE_IGNORE : SQLITE_OK;
 }
 
 }  // namespace
@@ -96,10 +92,13 @@ Statement::Statement(Database& database, const std::string& sql, std::span<const
   if (!idle.empty()) {
     statement_ = idle.back();
     idle.pop_back();
-  } else if (sqlite3_prepare_v3(database.handle_, sql.c_str(), static_cast<int>(sql.size()) + 1,
-                                SQLITE_PREPARE_PERSISTENT, &statement_, nullptr) != SQLITE_OK ||
-             !statement_) {
-    fail_with(database.handle_, database.path_, sql);
+  } else {
+    statement_ = database.prepared(sql);
+  }
+  if (const int wanted = sqlite3_bind_parameter_count(statement_); wanted != static_cast<int>(parameters.size())) {
+    idle.push_back(statement_);
+    fail(ErrorNumber::StatementRejected, "A statement takes " + std::to_string(wanted) + " parameters, not " +
+                                             std::to_string(parameters.size()) + ". SQL: " + sql);
   }
   for (size_t i = 0; i < parameters.size(); ++i) {
     const int place = static_cast<int>(i) + 1;
@@ -145,22 +144,53 @@ Cell Statement::column(int column) const {
 Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move(path)), handle_(handle) {
   sqlite3_extended_result_codes(handle_, 1);
   sqlite3_busy_timeout(handle_, kBusyMilliseconds);
-  sqlite3_set_authorizer(handle_, see_every_delete, nullptr);
+  sqlite3_set_authorizer(
+      handle_,
+      [](void* self, int action, const char* table, const char* column, const char*, const char*) {
+        // Deletes without a condition are made row by row, so that the update hook sees each.
+        if (action == SQLITE_DELETE) return SQLITE_IGNORE;
+        if (action == SQLITE_UPDATE && column && std::string_view(column) == "nIndex") {
+          static_cast<Database*>(self)->unmarked_.insert(table);
+        }
+        return SQLITE_OK;
+      },
+      this);
   sqlite3_update_hook(
       handle_,
       [](void* self, int action, const char*, const char* table, sqlite3_int64 row) {
         if (action != SQLITE_DELETE) return;
         auto& marks = static_cast<Database*>(self)->free_marks_;
-        if (const auto mark = marks.find(table); mark != marks.end())
+        if (const auto mark = marks.find(table); mark != marks.end()) {
           mark->second = std::min<int64_t>(mark->second, std::max<int64_t>(row, 1));
+        }
       },
       this);
 }
 
-Database::~Database() {
-  for (const auto& [sql, statements] : idle_) {
+sqlite3_stmt* Database::prepared(const std::string& sql) {
+  constexpr size_t kKept = 500;  // texts; a client that writes values into its statements must not fill the memory
+  if (idle_.size() > kKept) forget_idle();
+  sqlite3_stmt* statement = nullptr;
+  const char* rest = nullptr;
+  const int length = static_cast<int>(sql.size()) + 1;
+  const int result = sqlite3_prepare_v3(handle_, sql.c_str(), length, SQLITE_PREPARE_PERSISTENT, &statement, &rest);
+  if (result != SQLITE_OK) fail_with(handle_, path_, sql);
+  const bool more = std::string_view(rest).find_first_not_of(" \t\r\n;") != std::string_view::npos;
+  if (statement && !more) return statement;
+  sqlite3_finalize(statement);
+  fail(ErrorNumber::StatementRejected,
+       std::string(more ? "One statement at a time." : "There is no statement.") + " SQL: " + sql);
+}
+
+void Database::forget_idle() {
+  for (auto& [sql, statements] : idle_) {
     for (sqlite3_stmt* statement : statements) sqlite3_finalize(statement);
+    statements.clear();
   }
+}
+
+Database::~Database() {
+  forget_idle();
   sqlite3_close(handle_);
 }
 
@@ -169,7 +199,8 @@ const ClassInfo& Database::info() const {
   return info;
 }
 
-Ptr<Database> Database::open(const std::string& path, Access access) {
+Ptr<Database> Database::open(const std::string& name, Access access) {
+  const std::string path = std::filesystem::absolute(name).lexically_normal().string();
   check_signature(path);
   sqlite3* handle = nullptr;
   const int flags = access == Access::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
@@ -235,6 +266,10 @@ int64_t Database::pragma(const std::string& name) {
 
 void Database::join() {
   const size_t depth = Engine::of_thread().Workspaces(0).depth();
+  if (level_ > 0 && sqlite3_get_autocommit(handle_) != 0) {
+    fail(ErrorNumber::DatabaseFailure,
+         "A failure has ended the transaction of " + path_ + "; roll it back and begin again.");
+  }
   while (level_ < depth) {
     if (level_ == 0) {
       Statement(*this, "BEGIN", {}).step();
@@ -279,19 +314,37 @@ int Database::Execute(const std::string& sql, std::span<const Cell> parameters) 
   return sqlite3_changes(handle_);
 }
 
+bool Database::marks_hold(const std::string& table) {
+  if (unmarked_.contains(table)) return false;
+  // Deletes are seen by their row's key, which must be the index itself.
+  const std::string sql =
+      "SELECT 1 FROM pragma_table_info(?) WHERE name = 'nIndex' AND pk = 1 AND upper(type) = 'INTEGER'";
+  const Cell name[]{table};
+  return Statement(*this, sql, name).step();
+}
+
 int64_t Database::lowest_free_index(const std::string& table) {
   join();
   if (const int64_t version = pragma("data_version"); version != data_version_) {
     data_version_ = version;
     free_marks_.clear();
   }
-  int64_t& mark = free_marks_.try_emplace(table, 1).first->second;
-  const std::string sql = "SELECT nIndex FROM " + table + " WHERE nIndex >= ? ORDER BY nIndex ASC";
-  const Cell from[]{mark};
-  Statement rows(*this, sql, from);
-  int64_t free = mark;
-  while (rows.step() && rows.integer(0) == free) ++free;
-  mark = free;
+  auto mark = free_marks_.find(table);
+  if (mark != free_marks_.end() && unmarked_.contains(table)) {
+    free_marks_.erase(mark);
+    mark = free_marks_.end();
+  }
+  int64_t free = mark == free_marks_.end() ? 1 : mark->second;
+  {
+    const std::string sql = "SELECT nIndex FROM " + table + " WHERE nIndex >= ? ORDER BY nIndex ASC";
+    const Cell from[]{free};
+    Statement rows(*this, sql, from);
+    while (rows.step() && rows.integer(0) == free) ++free;
+  }
+  if (mark != free_marks_.end())
+    mark->second = free;
+  else if (marks_hold(table))
+    free_marks_.emplace(table, free);
   return free;
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <variant>
 #include <vector>
 
@@ -33,6 +34,7 @@ Cell cell(const Value& value);
 Value value_of(const Cell& cell);
 
 class Recordset;
+class Statement;
 
 class Database final : public Object {
  public:
@@ -73,7 +75,10 @@ class Database final : public Object {
   Database(Private, std::string path, sqlite3* handle);
 
  private:
+  sqlite3_stmt* prepared(const std::string& sql);
+  void forget_idle();
   void run(const std::string& sql);
+  bool marks_hold(const std::string& table);
   int64_t pragma(const std::string& name);
   void recover();
   std::string journal_name(int64_t token) const;
@@ -85,6 +90,7 @@ class Database final : public Object {
   std::unordered_map<std::string, std::vector<sqlite3_stmt*>> idle_;  // prepared statements by text
   // Every index of a table below its mark is in use. Deletes here lower a mark; rollbacks and other writers clear all.
   std::unordered_map<std::string, int64_t> free_marks_;
+  std::unordered_set<std::string> unmarked_;  // tables whose indexes a client's statement moves
   int64_t data_version_ = -1;
 };
 
@@ -128,11 +134,13 @@ class Recordset {
   struct Row {
     int64_t id = 0;
     std::vector<Cell> cells;
+    bool deleted = false;
   };
   enum class Editing : uint8_t { No, Changed, Added };
 
   void parse(const std::string& sql);
-  std::string select(std::string_view more_where) const;
+  std::string select(std::string_view criteria) const;
+  void name_columns(const Statement& statement);
   std::vector<Row> fetch(const std::string& sql, std::span<const Cell> parameters);
   void walk();
   Row& current();

@@ -8,15 +8,21 @@
 #include "platform/host.h"
 
 namespace tarn {
+namespace {
+
+/// One name a file, whatever the current folder.
+std::string absolute(const std::string& path) {
+  return path.starts_with('/') ? path : std::filesystem::absolute(path).lexically_normal().string();
+}
+
+}  // namespace
+
 File* FileStore::for_reading(const std::string& path, OpenMode mode, Handle& once) {
   const auto kept = handles_.find(path);
   if (kept != handles_.end()) return kept->second.file.get();
   FileService& files = *host().files;
-  // A new file of an open transaction is not on the disk yet, and a reader must not put it there.
-  if (!levels_.empty() && mode == OpenMode::Create &&
-      std::any_of(levels_.begin(), levels_.end(), [&](const Level& level) { return level.contains(path); })) {
-    mode = OpenMode::Read;
-  }
+  // Inside a client's transaction a reader makes no file: a rollback must leave none.
+  if (levels_.size() > 1) mode = OpenMode::Read;
   Handle handle;
   try {
     handle = {files.open(path, mode), mode != OpenMode::Read};
@@ -30,7 +36,8 @@ File* FileStore::for_reading(const std::string& path, OpenMode mode, Handle& onc
   return place.file.get();
 }
 
-size_t FileStore::read(const std::string& path, uint64_t offset, std::span<std::byte> into, OpenMode mode) {
+size_t FileStore::read(const std::string& name, uint64_t offset, std::span<std::byte> into, OpenMode mode) {
+  const std::string path = absolute(name);
   Handle once;
   File* file = for_reading(path, mode, once);
   size_t got = file ? file->read(offset, into) : 0;
@@ -45,20 +52,25 @@ size_t FileStore::read(const std::string& path, uint64_t offset, std::span<std::
   return got;
 }
 
-void FileStore::write(const std::string& path, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner) {
+void FileStore::write(const std::string& name, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner) {
+  const std::string path = absolute(name);
   if (levels_.empty()) fail(ErrorNumber::NoTransaction, "Record bytes are written inside a transaction only: " + path);
   const auto kept = handles_.find(path);
   if (kept == handles_.end() || !kept->second.writable) {
     const std::string folder = std::filesystem::path(path).parent_path().string();
-    if (host().files->exists(path))
-      handles_[path] = {host().files->open(path, OpenMode::Write), true};
-    else if (!folder.empty() && !host().files->exists(folder))
+    if (auto file = host().files->open(path, OpenMode::Write)) {
+      handles_[path] = {std::move(file), true};
+    } else if (!folder.empty() && !host().files->exists(folder)) {
       fail(ErrorNumber::PathNotFound, "The folder of " + path + " does not exist.");
+    }
   }
-  levels_.back().try_emplace(path, Pending{std::move(owner), {}}).first->second.extents.write(offset, bytes);
+  Pending& pending = levels_.back()[path];
+  if (!pending.owner) pending.owner = std::move(owner);
+  pending.extents.write(offset, bytes);
 }
 
-uint64_t FileStore::size(const std::string& path) {
+uint64_t FileStore::size(const std::string& name) {
+  const std::string path = absolute(name);
   Handle once;
   File* file = for_reading(path, OpenMode::Read, once);
   uint64_t end = file ? file->size() : 0;
@@ -75,6 +87,7 @@ void FileStore::merge_down() {
   for (auto& [path, pending] : top) {
     const auto [below, fresh] = levels_.back().try_emplace(path, std::move(pending));
     if (fresh) continue;
+    if (!below->second.owner) below->second.owner = pending.owner;
     for (const auto& [offset, bytes] : pending.extents.pieces()) below->second.extents.write(offset, bytes);
   }
 }

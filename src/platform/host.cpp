@@ -33,7 +33,7 @@ std::string directory(const std::string& path) {
 
 Ptr<Database> shared_database(const std::string& path) {
   thread_local std::unordered_map<std::string, std::weak_ptr<Database>> open;
-  auto& entry = open[path];
+  auto& entry = open[std::filesystem::weakly_canonical(path).string()];
   auto handle = entry.lock();
   if (!handle) entry = handle = Database::open(path);
   return handle;

@@ -49,47 +49,50 @@ Recordset::Recordset(Ptr<Database> database, const std::string& sql, std::vector
   parse(sql);
 }
 
-/// Takes "SELECT * FROM table [WHERE ...] [ORDER BY ...]" apart; anything else can be read only.
+/// Takes "SELECT * FROM table [WHERE ...] [ORDER BY ...]" apart; anything else is run as it is, and can be read only.
 void Recordset::parse(const std::string& sql) {
   constexpr std::string_view kHead = "SELECT * FROM ";
-  if (!sql.starts_with(kHead)) return;
+  if (!sql.starts_with(kHead) || sql.find_first_of("'\"();") != std::string::npos) return;
+  for (const char* other : {" LIMIT ", " GROUP ", " UNION ", " JOIN "}) {
+    if (sql.find(other) != std::string::npos) return;
+  }
   const size_t order = sql.find(" ORDER BY ");
   const size_t where = sql.find(" WHERE ");
   const size_t end = std::min({order, where, sql.size()});
   std::string table = sql.substr(kHead.size(), end - kHead.size());
-  if (table.find_first_of(" ,(") != std::string::npos) return;
+  if (table.find_first_of(" ,") != std::string::npos) return;
   table_ = std::move(table);
   if (where != std::string::npos) where_ = sql.substr(where + 7, std::min(order, sql.size()) - where - 7);
   if (order != std::string::npos) order_ = sql.substr(order);
 }
 
-std::string Recordset::select(std::string_view more_where) const {
-  if (table_.empty()) {
-    return more_where.empty() ? "SELECT 0, * FROM (" + sql_ + ")"
-                              : "SELECT 0, * FROM (" + sql_ + ") WHERE " + std::string(more_where) + " LIMIT 1";
-  }
-  std::string sql = "SELECT rowid, * FROM " + table_;
+std::string Recordset::select(std::string_view criteria) const {
+  if (table_.empty() && criteria.empty()) return sql_;
+  std::string sql = table_.empty() ? "SELECT * FROM (" + sql_ + ")" : "SELECT rowid, * FROM " + table_;
   if (!where_.empty()) sql += " WHERE (" + where_ + ")";
-  if (!more_where.empty()) (sql += where_.empty() ? " WHERE " : " AND ") += more_where;
+  if (!criteria.empty()) ((sql += where_.empty() ? " WHERE (" : " AND (") += criteria) += ")";
   sql += order_;
-  return more_where.empty() ? sql : sql + " LIMIT 1";
+  return criteria.empty() ? sql : sql + " LIMIT 1";
 }
 
 std::vector<Recordset::Row> Recordset::fetch(const std::string& sql, std::span<const Cell> parameters) {
   database_->join();
   Statement statement(*database_, sql, parameters);
-  const int count = statement.columns();
-  if (columns_.empty()) {
-    for (int c = 1; c < count; ++c) columns_.push_back(statement.column_name(c));
-  }
+  const int first = table_.empty() ? 0 : 1;  // behind the row's key
+  name_columns(statement);
   std::vector<Row> rows;
   while (statement.step()) {
     Row& row = rows.emplace_back();
-    row.id = statement.integer(0);
-    row.cells.reserve(static_cast<size_t>(count) - 1);
-    for (int c = 1; c < count; ++c) row.cells.push_back(statement.column(c));
+    if (first > 0) row.id = statement.integer(0);
+    row.cells.reserve(columns_.size());
+    for (int c = first; c < statement.columns(); ++c) row.cells.push_back(statement.column(c));
   }
   return rows;
+}
+
+void Recordset::name_columns(const Statement& statement) {
+  if (!columns_.empty()) return;
+  for (int c = table_.empty() ? 0 : 1; c < statement.columns(); ++c) columns_.push_back(statement.column_name(c));
 }
 
 void Recordset::walk() {
@@ -127,6 +130,7 @@ void Recordset::FindFirst(std::string_view criteria, std::vector<Cell> parameter
 Recordset::Row& Recordset::current() {
   if (found_) return *found_;
   if (no_match_ || AtEof()) fail(ErrorNumber::NoCurrentRecord, "No current record.");
+  if (rows_[at_].deleted) fail(ErrorNumber::RecordDeleted, "The current record is deleted; move to another.");
   return rows_[at_];
 }
 
@@ -135,7 +139,7 @@ const std::vector<std::string>& Recordset::columns() {
     const std::string sql = select({});
     database_->join();
     Statement statement(*database_, sql, parameters_);
-    for (int c = 1; c < statement.columns(); ++c) columns_.push_back(statement.column_name(c));
+    name_columns(statement);
   }
   return columns_;
 }
@@ -196,15 +200,11 @@ void Recordset::Update() {
 
 void Recordset::Delete() {
   require_table();
+  walk();  // the place among the rows stays, so that the next move steps off the deleted one
   const Cell id[]{current().id};
   database_->Execute("DELETE FROM " + table_ + " WHERE rowid = ?", id);
+  rows_[at_].deleted = true;
   editing_ = Editing::No;
-  if (found_) {
-    found_.reset();
-    no_match_ = true;
-  } else {
-    rows_.erase(rows_.begin() + static_cast<ptrdiff_t>(at_));
-  }
 }
 
 }  // namespace tarn

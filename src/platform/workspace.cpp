@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/error.h"
+#include "base/log.h"
 #include "platform/commit.h"
 #include "platform/database.h"
 
@@ -18,73 +19,102 @@ Workspace& Engine::Workspaces(int number) {
   return workspace_;
 }
 
-void Workspace::BeginTrans() {
-  files_.begin();
-  ++depth_;
+void Workspace::require_own() const {
+  if (levels_.empty()) fail(ErrorNumber::NoTransaction, "There is no transaction to end.");
+  if (levels_.back()) fail(ErrorNumber::NoTransaction, "The transaction cannot end while a save inside it is at work.");
 }
 
 void Workspace::CommitTrans() {
-  if (depth_ == 0) fail(ErrorNumber::NoTransaction, "There is no transaction to commit.");
-  if (depth_ == 1) return commit_outermost();
-  for (const auto& database : enlisted_) database->release_level(depth_);
-  files_.merge_down();
-  --depth_;
+  require_own();
+  commit();
 }
 
 void Workspace::Rollback() {
-  if (depth_ == 0) fail(ErrorNumber::NoTransaction, "There is no transaction to roll back.");
-  for (const auto& database : enlisted_) database->rollback_level(depth_);
+  require_own();
+  roll_back();
+}
+
+void Workspace::begin(bool scoped) {
+  files_.begin();
+  levels_.push_back(scoped);
+}
+
+void Workspace::commit() {
+  try {
+    if (depth() == 1) return commit_outermost();
+    for (const auto& database : enlisted_) database->release_level(depth());
+  } catch (...) {
+    roll_back();
+    throw;
+  }
+  files_.merge_down();
+  levels_.pop_back();
+}
+
+void Workspace::roll_back() {
+  const size_t level = depth();
   files_.drop();
-  if (--depth_ == 0) enlisted_.clear();
+  levels_.pop_back();
+  for (const auto& database : enlisted_) database->rollback_level(level);
+  if (level == 1) enlisted_.clear();
 }
 
 void Workspace::commit_outermost() {
-  using Writes = std::vector<std::pair<std::string, const Extents*>>;
-  try {
-    const auto writes_of = [this](const Database* owner) {
-      Writes writes;
-      for (const auto& [path, pending] : files_.outermost()) {
-        if (pending.owner.get() == owner) writes.emplace_back(path, &pending.extents);
-      }
-      std::sort(writes.begin(), writes.end());
-      return writes;
-    };
+  for (const auto& [path, pending] : files_.outermost()) {
+    if (pending.owner) pending.owner->join();
+  }
+  // Writes that belong to no database go with the first one that commits, and alone where there is none.
+  const auto writes_of = [this](const Database* owner) {
+    std::vector<std::pair<std::string, const Extents*>> writes;
+    const Database* first = enlisted_.empty() ? nullptr : enlisted_.front().get();
     for (const auto& [path, pending] : files_.outermost()) {
-      if (pending.owner) pending.owner->join();
+      if ((pending.owner ? pending.owner.get() : first) == owner) writes.emplace_back(path, &pending.extents);
     }
-    if (Writes free = writes_of(nullptr); !free.empty()) FileCommit({}, std::move(free)).apply();
-    for (const auto& database : enlisted_) {
-      Writes writes = writes_of(database.get());
-      if (writes.empty()) {
-        database->commit();
-        continue;
-      }
-      FileCommit files(database->claim_journal(), std::move(writes));
-      files.apply();
-      try {
-        database->commit();
-      } catch (...) {
-        files.undo();
-        throw;
-      }
-      files.forget();
+    std::sort(writes.begin(), writes.end());
+    return writes;
+  };
+  if (enlisted_.empty()) FileCommit({}, writes_of(nullptr)).apply();
+  for (const auto& database : enlisted_) {
+    auto writes = writes_of(database.get());
+    if (writes.empty()) {
+      database->commit();
+      continue;
     }
-  } catch (...) {
-    Rollback();
-    throw;
+    FileCommit files(database->claim_journal(), std::move(writes));
+    files.apply();
+    try {
+      database->commit();
+    } catch (...) {
+      files.undo();
+      throw;
+    }
+    files.forget();
   }
   files_.drop();
-  depth_ = 0;
+  levels_.pop_back();
   enlisted_.clear();
 }
 
+Transaction::Transaction() : workspace_(Engine::of_thread().Workspaces(0)), level_(workspace_.depth() + 1) {
+  workspace_.begin(true);
+}
+
 Transaction::~Transaction() {
-  if (open_) workspace_.Rollback();
+  while (level_ > 0 && workspace_.depth() >= level_) {
+    try {
+      workspace_.roll_back();
+    } catch (const std::exception&) {
+      log_current_exception("Transaction", "Rollback");
+    }
+  }
 }
 
 void Transaction::commit() {
-  open_ = false;  // a failed commit has rolled back
-  workspace_.CommitTrans();
+  if (workspace_.depth() != level_) {
+    fail(ErrorNumber::NoTransaction, "A transaction opened inside this one is still open; end it first.");
+  }
+  level_ = 0;  // a failed commit has rolled back
+  workspace_.commit();
 }
 
 }  // namespace tarn

@@ -13,21 +13,27 @@ class Database;
 
 class Workspace {
  public:
-  void BeginTrans();
-  /// Ends the innermost transaction; the outermost reaches the disk here. A failure rolls it back and throws.
+  void BeginTrans() { begin(false); }
+  /// Ends the client's innermost transaction; the outermost reaches the disk here. A failure rolls it back and throws.
+  /// Error `NoTransaction` where there is none, or a save inside it is still at work.
   void CommitTrans();
   void Rollback();
   /// Transactions open now, 0 for none.
-  size_t depth() const { return depth_; }
+  size_t depth() const { return levels_.size(); }
   FileStore& files() { return files_; }
 
   /// A database takes part in the open transaction from its first statement on.
   void enlist(Ptr<Database> database) { enlisted_.push_back(std::move(database)); }
 
  private:
+  friend class Transaction;
+  void begin(bool scoped);
+  void commit();
+  void roll_back();
+  void require_own() const;
   void commit_outermost();
 
-  size_t depth_ = 0;
+  std::vector<bool> levels_;  // of each open transaction: whether a `Transaction` ends it
   FileStore files_;
   std::vector<Ptr<Database>> enlisted_;
 };
@@ -42,10 +48,10 @@ class Engine {
   Workspace workspace_;
 };
 
-/// A transaction on the first workspace: rolled back unless committed.
+/// A transaction on the first workspace: rolled back unless committed, with those left open inside it.
 class Transaction {
  public:
-  Transaction() : workspace_(Engine::of_thread().Workspaces(0)) { workspace_.BeginTrans(); }
+  Transaction();
   ~Transaction();
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
@@ -53,7 +59,7 @@ class Transaction {
 
  private:
   Workspace& workspace_;
-  bool open_ = true;
+  size_t level_;
 };
 
 }  // namespace tarn

@@ -61,35 +61,43 @@ void StoredEntity::mark_dependants() {
   if (!override_default) kind().reach.mark(database(), Index);
 }
 
-void StoredEntity::Load(int16_t nRecNum) {
-  Transaction transaction;
-  Recordset rows = index_rows();
-  rows.FindFirst("nIndex = ?", {cell(nRecNum)});
-  if (rows.NoMatch()) {
-    log().message(std::string(kind().missing_row_message) + std::to_string(nRecNum));
-  } else {
-    Index = static_cast<int16_t>(rows.Fields("nIndex").integer());
-    store_name(rows.Fields("szName").text());
-    for (const SummaryColumn& column : kind().columns) {
-      if (column.let) column.let(*this, rows.Fields(column.name).Value());
-    }
+/// Runs an operation that fills or names the object; a failure leaves index and record as they were.
+template <typename F>
+void StoredEntity::or_as_before(F operation) {
+  const int16_t index_before = Index;
+  const std::vector<std::byte> record_before(record().begin(), record().end());
+  try {
+    operation();
+  } catch (...) {
+    Index = index_before;
+    std::copy(record_before.begin(), record_before.end(), record().begin());
+    throw;
   }
-  read_record(Index);
-  transaction.commit();
-  if (m_bCloning) Index = 0;
+}
+
+void StoredEntity::Load(int16_t nRecNum) {
+  or_as_before([&] {
+    Transaction transaction;
+    Recordset rows = index_rows();
+    rows.FindFirst("nIndex = ?", {cell(nRecNum)});
+    if (rows.NoMatch())
+      log().message(std::string(kind().missing_row_message) + std::to_string(nRecNum));
+    else
+      Index = static_cast<int16_t>(rows.Fields("nIndex").integer());
+    read_record(Index);  // holds all that the row summarises, and wins over it
+    transaction.commit();
+    if (m_bCloning) Index = 0;
+  });
 }
 
 void StoredEntity::make_name_valid() {
   const std::string name = stored_name();
-  const bool valid = !name.empty() && name.front() != '\0';
   // The number's sign has its blank: "Window  3", which names are compared by, to the character.
-  store_name(valid ? name : std::string(kind().default_word) + "  " + std::to_string(Index));
+  if (name.empty() || name.front() == '\0') store_name(std::string(kind().default_word) + "  " + std::to_string(Index));
 }
 
 void StoredEntity::Save() {
-  const int16_t index_before = Index;
-  const std::vector<std::byte> record_before(record().begin(), record().end());
-  try {
+  or_as_before([&] {
     Transaction transaction;
     Recordset rows = index_rows();
     if (Index == 0) {
@@ -107,11 +115,7 @@ void StoredEntity::Save() {
     mark_dependants();
     write_record(Index);
     transaction.commit();
-  } catch (...) {
-    Index = index_before;
-    std::copy(record_before.begin(), record_before.end(), record().begin());
-    throw;
-  }
+  });
 }
 
 void StoredEntity::SaveDefault() {
@@ -121,13 +125,12 @@ void StoredEntity::SaveDefault() {
 }
 
 void StoredEntity::CreateDefault() {
-  read_record(0);
+  or_as_before([&] { read_record(0); });
   Index = 0;
 }
 
 void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
-  const int16_t index_before = Index;
-  try {
+  or_as_before([&] {
     if (nRecNum) Index = *nRecNum;
     Transaction transaction;
     mark_dependants();
@@ -137,10 +140,7 @@ void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
       database().Execute("DELETE FROM " + std::string(link.table) + " WHERE " + std::string(link.column) + " = ?", id);
     }
     transaction.commit();
-  } catch (...) {
-    Index = index_before;
-    throw;
-  }
+  });
   Reset();
 }
 

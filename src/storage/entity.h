@@ -55,6 +55,8 @@ class StoredEntity : public Object {
   void write_record(int16_t index);
   void mark_dependants();
   void make_name_valid();
+  template <typename F>
+  void or_as_before(F operation);
 
   Ptr<Database> database_;
 };

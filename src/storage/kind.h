@@ -7,34 +7,19 @@
 
 namespace tarn {
 
-/// A column of the index table that follows a property.
+/// A column of the index table that shows a property; `Save` writes it.
 struct SummaryColumn {
   std::string_view name;
   Cell (*get)(const Object&);
-  void (*let)(Object&, const Cell&);  // null: written by `Save`, not read by `Load`
 };
 
-/// Column of a field, written by `Save` only.
 template <typename C, auto P>
-SummaryColumn written(std::string_view name) {
-  return {name,
-          [](const Object& o) {
+SummaryColumn summary(std::string_view name) {
+  return {name, [](const Object& o) {
             Value value;
             detail::read_field(static_cast<const C&>(o).*P, true, value);
             return cell(value);
-          },
-          nullptr};
-}
-
-/// Column of a field, written by `Save` and read by `Load`.
-template <typename C, auto P>
-SummaryColumn summary(std::string_view name) {
-  using N = typename detail::NativeOf<typename detail::FieldOf<decltype(P)>::Type>::type;
-  SummaryColumn column = written<C, P>(name);
-  column.let = [](Object& o, const Cell& c) {
-    if (c.index() != 0) static_cast<C&>(o).*P = native<N>(value_of(c));
-  };
-  return column;
+          }};
 }
 
 /// Rows of a link table that name the entity.

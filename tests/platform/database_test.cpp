@@ -36,6 +36,8 @@ TEST_F(DatabaseTest, RecordsetsWalkSearchEditAddAndDelete) {
   windows.MoveNext();
   EXPECT_EQ(windows.Fields("nIndex").integer(), 4);
   windows.Delete();
+  EXPECT_EQ(error_number([&] { windows.Edit(); }), 3167);
+  windows.MoveNext();
   EXPECT_TRUE(windows.AtEof());
 
   windows.FindFirst("nIndex = ?", {cell(4)});
@@ -68,6 +70,29 @@ TEST_F(DatabaseTest, MisuseIsAClearError) {
   EXPECT_EQ(error_number([&] { windows.Update(); }), 3167);
   EXPECT_EQ(error_number([] { Engine::of_thread().Workspaces(1); }), 3265);
   EXPECT_EQ(error_number([] { Engine::of_thread().Workspaces(0).CommitTrans(); }), 3034);
+}
+
+TEST_F(DatabaseTest, QueriesOfTheClientsOwnRunAsTheyAre) {
+  const struct {
+    const char* sql;
+    int64_t rows;
+  } cases[]{{"SELECT * FROM WindowIndex WHERE nIndex > 0 LIMIT 2", 2},
+            {"SELECT szName FROM WindowIndex GROUP BY szName;", 3},
+            {"SELECT * FROM WindowIndex WHERE szName = 'A ORDER BY B'", 0},
+            {"PRAGMA user_version", 1},
+            {"SELECT * FROM (SELECT nIndex FROM WindowIndex ORDER BY nIndex)", 3}};
+  for (const auto& c : cases) {
+    auto found = database->OpenRecordset(c.sql);
+    int64_t rows = 0;
+    for (; !found.AtEof(); found.MoveNext()) ++rows;
+    EXPECT_EQ(rows, c.rows) << c.sql;
+    EXPECT_EQ(error_number([&] { found.AddNew(); }), number(ErrorNumber::DatabaseReadOnly)) << c.sql;
+  }
+  auto one = database->OpenRecordset("SELECT * FROM WindowIndex WHERE nIndex = ?", {cell(1)});
+  one.FindFirst("nIndex = ? OR szName = ?", {cell(99), std::string("W2")});
+  EXPECT_TRUE(one.NoMatch()) << "a search stays inside its rows";
+  EXPECT_EQ(error_number([&] { database->Execute("DELETE FROM PlantIndex; DELETE FROM WindowIndex"); }), 3075);
+  EXPECT_EQ(error_number([&] { database->Execute("DELETE FROM WindowIndex WHERE nIndex = ?"); }), 3075);
 }
 
 TEST_F(DatabaseTest, FilesThatAreNoIndexDatabaseAreRefusedByWhatTheyAre) {
@@ -127,6 +152,8 @@ TEST_F(DatabaseTest, TheLowestFreeIndexFollowsEveryChange) {
   EXPECT_EQ(database->lowest_free_index("WindowIndex"), 1);
   database->Execute("INSERT INTO WindowIndex (nIndex) VALUES (1)");
   EXPECT_EQ(database->lowest_free_index("WindowIndex"), 2);
+  database->Execute("UPDATE WindowIndex SET nIndex = 7 WHERE nIndex = 1");
+  EXPECT_EQ(database->lowest_free_index("WindowIndex"), 1);
   sqlite3* other = nullptr;
   ASSERT_EQ(sqlite3_open(project.IndexDBName().c_str(), &other), SQLITE_OK);
   ASSERT_EQ(sqlite3_exec(other, "DELETE FROM WindowIndex", nullptr, nullptr, nullptr), SQLITE_OK);

@@ -140,6 +140,74 @@ TEST_F(TransactionTest, AProcessThatDiesAnywhereLeavesTheOldStateOrTheNew) {
   EXPECT_GT(died, 5);
 }
 
+TEST_F(TransactionTest, AFullDiskEndsTheWholeTransaction) {
+  saved_window("A");
+  const std::string before = state();
+  const int64_t pages = database->OpenRecordset("PRAGMA page_count").Fields("page_count").integer();
+  EXPECT_NE(0, test::error_number([&] {
+              Transaction outer;
+              database->OpenRecordset("PRAGMA max_page_count = " + std::to_string(pages)).AtEof();
+              std::string failed;
+              for (int i = 0; i < 2000 && failed.empty(); ++i) {
+                try {
+                  saved_window("W" + std::to_string(i));
+                } catch (const Error& full) {
+                  failed = full.what();
+                }
+              }
+              EXPECT_NE(failed, "") << "the limit was never reached";
+              database->OpenRecordset("PRAGMA max_page_count = 100000").AtEof();
+              saved_window("after");
+              outer.commit();
+            }));
+  EXPECT_EQ(state(), before);
+  saved_window("usable");
+  EXPECT_EQ(count("WindowIndex"), 2);
+}
+
+TEST_F(TransactionTest, AClientCannotEndTheTransactionOfASaveAtWork) {
+  auto window = saved_window("A");
+  window->OnUpdateDependencies.listener = [](bool&) {
+    EXPECT_EQ(test::error_number([] { Engine::of_thread().Workspaces(0).Rollback(); }), 3034);
+    Engine::of_thread().Workspaces(0).BeginTrans();  // left open: the save must not take it along
+  };
+  EXPECT_EQ(test::error_number([&] { window->Save(); }), 3034);
+  EXPECT_EQ(Engine::of_thread().Workspaces(0).depth(), 0U);
+}
+
+TEST_F(TransactionTest, WritesWithoutADatabaseFollowTheTransactionTheyAreIn) {
+  auto window = saved_window("A");
+  const std::string before = state();
+  WIN_Window loose;
+  loose.FileName = project.WindowFilename();
+  loose.Height = 9.0F;
+  {
+    Transaction undone;
+    loose.SaveDefault();
+    window->Height = 9.0F;
+    window->Save();
+  }
+  EXPECT_EQ(state(), before);
+  loose.SaveDefault();
+  EXPECT_EQ(bytes_of(project.WindowFilename()).substr(257, 4), std::string("\0\0\x10\x41", 4));
+}
+
+TEST_F(TransactionTest, OneFileUnderTwoNamesIsOneFile) {
+  const auto folder_before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.path);
+  EXPECT_EQ(host().database("JOBINX.MDB"), database);
+  {
+    Transaction undone;
+    auto window = saved_window("A");
+    WIN_Window relative;
+    relative.SetDBHandle(database);
+    relative.FileName = "JOBWIN.DAT";
+    relative.Load(1);
+    EXPECT_EQ(relative.Name.trimmed(), "A");
+  }
+  std::filesystem::current_path(folder_before);
+}
+
 TEST_F(TransactionTest, FilesThatCannotBeWrittenAreRefusedAtTheSave) {
   auto window = project.NewWindow();
   const struct {

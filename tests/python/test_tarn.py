@@ -4,6 +4,7 @@ import itertools
 import os
 import pathlib
 import tempfile
+import threading
 import unittest
 
 import tarn
@@ -78,6 +79,41 @@ class TestObjects(ProjectCase):
         window.OnUpdateDependencies = None
         window.Save()
         self.assertEqual(self.database.rows(marked), [{"nIndex": 1}])
+
+    def test_a_failing_handler_undoes_the_save_and_reaches_the_caller(self):
+        window = self.project.NewWindow()
+
+        def fails(override):
+            raise KeyError("handler")
+
+        for handler, raised in ((fails, KeyError), (lambda override: (True, 1), TypeError)):
+            window.OnUpdateDependencies = handler
+            with self.assertRaises(raised):
+                window.Save()
+            self.assertEqual((window.Index, self.database.rows("SELECT * FROM WindowIndex")), (0, []))
+
+    def test_whole_arrays_are_as_careful_as_elements(self):
+        window = self.project.NewWindow()
+        window.GlassTrans[:] = [0.5, 0.5, 0.5]
+        window.GlassTrans[:] = [1e300, 0.25, 0.125]
+        self.assertEqual(window.GlassTrans[:], [0.5, 0.25, 0.125])
+        window.GlassTypeID[:] = [1.0, 70000, 3]
+        self.assertEqual(window.GlassTypeID[:], [1, 0, 3])
+        with self.assertRaises(tarn.Error):
+            window.GlassTypeID[2**32 + 1]
+
+    def test_other_threads_log_and_may_end_objects(self):
+        holder = [self.project.NewWindow()]
+
+        def work():
+            holder.clear()
+            tarn.COM_ProjectData().WindowFilename
+
+        thread = threading.Thread(target=work)
+        thread.start()
+        thread.join()
+        self.assertEqual([e.text for e in self.entries], ["Invalid/blank working path", "Invalid/blank file prefix"])
+        self.project.NewWindow()
 
     def test_transactions(self):
         self.project.NewWindow().Save()

@@ -54,6 +54,15 @@ TEST_F(EntityTest, TheRecordWinsOverTheIndexRow) {
   EXPECT_EQ(window->OverallUValue, 0.0F);
 }
 
+TEST_F(EntityTest, AFailedLoadLeavesTheObjectAsItWas) {
+  saved_window("A");
+  auto window = saved_window("B");
+  window->FileName = folder / "none/W.DAT";
+  EXPECT_NE(error_number([&] { window->Load(1); }), 0);
+  EXPECT_EQ(window->Index, 2);
+  EXPECT_EQ(window->Name.trimmed(), "B");
+}
+
 TEST_F(EntityTest, AMissingRowIsLoggedAndTheRecordAtTheOwnIndexRead) {
   auto window = saved_window("A");
   window->Name = "changed";
