@@ -9,18 +9,25 @@
 namespace tarn {
 namespace {
 
-uint64_t folded_word(const char* at, size_t size) {
+uint64_t load(const char* at) {
   uint64_t word = 0;
-  std::memcpy(&word, at, size);
-  return word | 0x2020202020202020ULL;
+  std::memcpy(&word, at, sizeof word);
+  return word;
 }
 
 /// A hash that ignores the case of letters: head, tail and length tell the names of one class well apart.
 size_t folded_hash(std::string_view name) {
-  const size_t span = std::min<size_t>(name.size(), 8);
-  const uint64_t head = folded_word(name.data(), span);
-  const uint64_t tail = folded_word(name.data() + name.size() - span, span);
-  uint64_t hash = (head ^ (tail << 7 | tail >> 57) ^ name.size()) * 0x9E3779B97F4A7C15ULL;
+  uint64_t head = 0;
+  uint64_t tail = 0;
+  if (name.size() >= sizeof head) {
+    head = load(name.data());
+    tail = load(name.data() + name.size() - sizeof tail);
+  } else {
+    for (const char c : name) head = head << 8 | static_cast<unsigned char>(c);
+  }
+  constexpr uint64_t kFold = 0x2020202020202020ULL;
+  const uint64_t hash =
+      ((head | kFold) ^ ((tail | kFold) << 7 | (tail | kFold) >> 57) ^ name.size()) * 0x9E3779B97F4A7C15ULL;
   return static_cast<size_t>(hash ^ hash >> 29);
 }
 

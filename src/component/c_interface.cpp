@@ -167,6 +167,35 @@ const char* required_text(const char* text) {
   return text;
 }
 
+/// A plain field of the record, read in place; false for any other member, and for a call with subscripts.
+inline bool get_directly(const HandleSlot& slot, uint32_t member, int32_t count, tarn_value* out) {
+  if (member >= slot.member_count || count != 0 || !out) return false;
+  const DirectField field = slot.fields[member];
+  const auto* at = reinterpret_cast<const char*>(slot.fast) + field.offset;
+  switch (field.type) {
+    case TARN_BOOLEAN:
+      out->as.boolean = static_cast<bool>(*reinterpret_cast<const Bool*>(at)) ? 1 : 0;
+      break;
+    case TARN_INT16:
+      out->as.i2 = *reinterpret_cast<const I2*>(at);
+      break;
+    case TARN_INT32:
+      out->as.i4 = *reinterpret_cast<const I4*>(at);
+      break;
+    case TARN_REAL32:
+      out->as.r4 = *reinterpret_cast<const R4*>(at);
+      break;
+    case TARN_REAL64:
+      out->as.r8 = *reinterpret_cast<const R8*>(at);
+      break;
+    default:
+      return false;
+  }
+  out->type = field.type;
+  out->length = 0;
+  return true;
+}
+
 void get_into(HandleSlot& slot, const Member& member, const int32_t* subscripts, int32_t count, tarn_value* out) {
   Value value;
   get_property(*slot.fast, member, subscripts_of(subscripts, count), value);
@@ -312,8 +341,10 @@ int32_t tarn_member_number(tarn_object* object, const char* name) {
 }
 
 tarn_status tarn_get(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count, tarn_value* out) {
+  HandleSlot* slot = slot_of(object);
+  if (slot && get_directly(*slot, static_cast<uint32_t>(member), count, out)) return TARN_OK;
   return on_object(object,
-                   [&](HandleSlot& slot) { get_into(slot, member_at(*slot.info, member), subscripts, count, out); });
+                   [&](HandleSlot& found) { get_into(found, member_at(*found.info, member), subscripts, count, out); });
 }
 
 tarn_status tarn_let(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count,
@@ -330,8 +361,11 @@ tarn_status tarn_call(tarn_object* object, int32_t member, tarn_value* arguments
 
 tarn_status tarn_get_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count,
                              tarn_value* out) {
-  return on_object(
-      object, [&](HandleSlot& slot) { get_into(slot, slot.info->find(required_text(name)), subscripts, count, out); });
+  HandleSlot* slot = slot_of(object);
+  if (slot && name && get_directly(*slot, static_cast<uint32_t>(slot->info->number(name)), count, out)) return TARN_OK;
+  return on_object(object, [&](HandleSlot& found) {
+    get_into(found, found.info->find(required_text(name)), subscripts, count, out);
+  });
 }
 
 tarn_status tarn_let_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count,

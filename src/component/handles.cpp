@@ -1,26 +1,36 @@
 #include "component/handles.h"
 
 #include <atomic>
-#include <deque>
+#include <memory>
+#include <unordered_map>
 #include <vector>
 
+#include "base/members.h"
+
 namespace tarn {
+
+namespace detail {
+thread_local constinit ThreadSlots thread_slots{};
+}
+
 namespace {
 
-// A handle holds slot number + 1 (20 bits), the slot's generation (28 bits) and the thread's number (16 bits).
-constexpr unsigned kSlotBits = 20;
-constexpr unsigned kGenerationBits = 28;
-constexpr uint64_t kSlotMask = (uint64_t{1} << kSlotBits) - 1;
-constexpr uint64_t kGenerationMask = (uint64_t{1} << kGenerationBits) - 1;
+using namespace detail;
 
 std::atomic<uint64_t> threads{0};
-thread_local bool ended = false;  // outlives the table, having no destructor
+thread_local constinit bool ended = false;  // outlives the table, having no destructor
 
+/// Owner of what `thread_slots` shows.
 struct Table {
-  std::deque<HandleSlot> slots;
+  Table() { thread_slots.thread = ++threads & 0xFFFF; }
+  ~Table() {
+    thread_slots = {};
+    ended = true;
+  }
+  std::vector<std::unique_ptr<HandleSlot[]>> pages;
+  std::vector<HandleSlot*> page_list;
   std::vector<uint32_t> free;
-  uint64_t thread = ++threads & 0xFFFF;
-  ~Table() { ended = true; }
+  std::unordered_map<const ClassInfo*, std::vector<DirectField>> fields;
 };
 
 Table& table() {
@@ -28,45 +38,66 @@ Table& table() {
   return handles;
 }
 
-}  // namespace
-
-tarn_object* new_handle(ObjectPtr object) {
-  Table& t = table();
-  if (t.free.empty()) {
-    if (t.slots.size() >= kSlotMask) fail(ErrorNumber::CannotCreateObject, "Too many objects are held; release some.");
-    t.free.push_back(static_cast<uint32_t>(t.slots.size()));
-    t.slots.emplace_back().number = t.free.back();
-  }
-  const uint32_t number = t.free.back();
-  t.free.pop_back();
-  HandleSlot& slot = t.slots[number];
-  slot.fast = object.get();
-  slot.info = &object->info();
-  slot.object = std::move(object);
-  slot.error = {};
-  const uint64_t bits =
-      t.thread << (kSlotBits + kGenerationBits) | uint64_t{slot.generation} << kSlotBits | (number + 1);
-  return reinterpret_cast<tarn_object*>(bits);
+HandleSlot& slot_at(uint64_t number) {
+  return thread_slots.pages[number >> kPageBits][number & ((1U << kPageBits) - 1)];
 }
+
+void add_slot(Table& t) {
+  const uint64_t number = thread_slots.count;
+  if (number >= kSlotMask) fail(ErrorNumber::CannotCreateObject, "Too many objects are held; release some.");
+  if (number >> kPageBits == t.pages.size()) {
+    t.pages.push_back(std::make_unique<HandleSlot[]>(size_t{1} << kPageBits));
+    t.page_list.push_back(t.pages.back().get());
+    thread_slots.pages = t.page_list.data();
+  }
+  thread_slots.count = number + 1;
+  slot_at(number).number = static_cast<uint32_t>(number);
+  t.free.push_back(static_cast<uint32_t>(number));
+}
+
+bool is_direct(const Member& member) {
+  return member.place && member.bounds.empty() && member.type >= ValueType::Boolean && member.type <= ValueType::Real64;
+}
+
+/// Where the plain fields of a class lie, found on the first of its objects.
+const std::vector<DirectField>& direct_fields(Table& t, Object& object) {
+  auto [found, fresh] = t.fields.try_emplace(&object.info());
+  if (!fresh) return found->second;
+  for (const Member& member : object.info().members) {
+    DirectField& field = found->second.emplace_back();
+    if (!is_direct(member)) continue;
+    field.type = static_cast<int32_t>(member.type);
+    field.offset = static_cast<int32_t>(member.place(object) - reinterpret_cast<std::byte*>(&object));
+  }
+  return found->second;
+}
+
+}  // namespace
 
 bool thread_ended() { return ended; }
 
-HandleSlot* slot_of(tarn_object* handle) {
-  if (ended) return nullptr;
-  const auto bits = reinterpret_cast<uint64_t>(handle);
+tarn_object* new_handle(ObjectPtr object) {
   Table& t = table();
-  const uint64_t number = bits & kSlotMask;
-  if (number == 0 || number > t.slots.size() || bits >> (kSlotBits + kGenerationBits) != t.thread) return nullptr;
-  HandleSlot& slot = t.slots[number - 1];
-  return slot.fast && slot.generation == (bits >> kSlotBits & kGenerationMask) ? &slot : nullptr;
+  if (t.free.empty()) add_slot(t);
+  HandleSlot& slot = slot_at(t.free.back());
+  const auto& fields = direct_fields(t, *object);
+  t.free.pop_back();
+  slot.fast = object.get();
+  slot.info = &object->info();
+  slot.fields = fields.data();
+  slot.member_count = static_cast<uint32_t>(fields.size());
+  slot.object = std::move(object);
+  slot.error = {};
+  const uint64_t owner = thread_slots.thread << kGenerationBits | slot.generation;
+  return reinterpret_cast<tarn_object*>(owner << kSlotBits | (slot.number + 1));
 }
 
 void release_handle(HandleSlot& slot) {
-  Table& t = table();
   const ObjectPtr last = std::move(slot.object);
   slot.fast = nullptr;
+  slot.member_count = 0;
   slot.generation = static_cast<uint32_t>((slot.generation + 1) & kGenerationMask);
-  t.free.push_back(slot.number);
+  table().free.push_back(slot.number);
 }
 
 }  // namespace tarn

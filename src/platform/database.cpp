@@ -87,19 +87,16 @@ Value value_of(const Cell& cell) {
 }
 
 Statement::Statement(Database& database, const std::string& sql, std::span<const Cell> parameters)
-    : database_(database), sql_(sql) {
-  auto& idle = database.idle_[sql];
-  if (!idle.empty()) {
-    statement_ = idle.back();
-    idle.pop_back();
-  } else {
-    statement_ = database.prepared(sql);
-  }
+    : database_(database), home_(*database.prepared_.try_emplace(sql).first) {
+  auto& idle = home_.second.idle;
+  if (idle.empty()) idle.push_back(database.prepare(sql));
+  statement_ = idle.back();
   if (const int wanted = sqlite3_bind_parameter_count(statement_); wanted != static_cast<int>(parameters.size())) {
-    idle.push_back(statement_);
     fail(ErrorNumber::StatementRejected, "A statement takes " + std::to_string(wanted) + " parameters, not " +
                                              std::to_string(parameters.size()) + ". SQL: " + sql);
   }
+  idle.pop_back();
+  ++home_.second.borrowed;
   for (size_t i = 0; i < parameters.size(); ++i) {
     const int place = static_cast<int>(i) + 1;
     const Cell& value = parameters[i];
@@ -117,13 +114,15 @@ Statement::Statement(Database& database, const std::string& sql, std::span<const
 Statement::~Statement() {
   sqlite3_reset(statement_);
   sqlite3_clear_bindings(statement_);
-  database_.idle_[sql_].push_back(statement_);
+  home_.second.idle.push_back(statement_);
+  --home_.second.borrowed;
+  if (database_.prepared_.size() > Database::kKeptTexts) database_.forget_idle();
 }
 
 bool Statement::step() {
   const int result = sqlite3_step(statement_);
   if (result == SQLITE_ROW) return true;
-  if (result != SQLITE_DONE) fail_with(database_.handle_, database_.path_, sql_);
+  if (result != SQLITE_DONE) fail_with(database_.handle_, database_.path_, home_.first);
   return false;
 }
 
@@ -167,9 +166,7 @@ Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move
       this);
 }
 
-sqlite3_stmt* Database::prepared(const std::string& sql) {
-  constexpr size_t kKept = 500;  // texts; a client that writes values into its statements must not fill the memory
-  if (idle_.size() > kKept) forget_idle();
+sqlite3_stmt* Database::prepare(const std::string& sql) {
   sqlite3_stmt* statement = nullptr;
   const char* rest = nullptr;
   const int length = static_cast<int>(sql.size()) + 1;
@@ -183,10 +180,11 @@ sqlite3_stmt* Database::prepared(const std::string& sql) {
 }
 
 void Database::forget_idle() {
-  for (auto& [sql, statements] : idle_) {
-    for (sqlite3_stmt* statement : statements) sqlite3_finalize(statement);
-    statements.clear();
+  for (auto& [sql, prepared] : prepared_) {
+    for (sqlite3_stmt* statement : prepared.idle) sqlite3_finalize(statement);
+    prepared.idle.clear();
   }
+  std::erase_if(prepared_, [](const auto& entry) { return entry.second.borrowed == 0; });
 }
 
 Database::~Database() {
@@ -264,8 +262,9 @@ int64_t Database::pragma(const std::string& name) {
   return statement.step() ? statement.integer(0) : 0;
 }
 
-void Database::join() {
-  const size_t depth = Engine::of_thread().Workspaces(0).depth();
+void Database::join(Part part) {
+  Workspace& workspace = Engine::of_thread().Workspaces(0);
+  const size_t depth = part == Part::Writing ? workspace.depth() : std::min<size_t>(workspace.depth(), 1);
   if (level_ > 0 && sqlite3_get_autocommit(handle_) != 0) {
     fail(ErrorNumber::DatabaseFailure,
          "A failure has ended the transaction of " + path_ + "; roll it back and begin again.");
@@ -273,7 +272,7 @@ void Database::join() {
   while (level_ < depth) {
     if (level_ == 0) {
       Statement(*this, "BEGIN", {}).step();
-      Engine::of_thread().Workspaces(0).enlist(std::static_pointer_cast<Database>(shared_from_this()));
+      workspace.enlist(std::static_pointer_cast<Database>(shared_from_this()));
     } else {
       Statement(*this, "SAVEPOINT s" + std::to_string(level_ + 1), {}).step();
     }
@@ -324,7 +323,7 @@ bool Database::marks_hold(const std::string& table) {
 }
 
 int64_t Database::lowest_free_index(const std::string& table) {
-  join();
+  join(Part::Reading);
   if (const int64_t version = pragma("data_version"); version != data_version_) {
     data_version_ = version;
     free_marks_.clear();

@@ -36,6 +36,22 @@ Value value_of(const Cell& cell);
 class Recordset;
 class Statement;
 
+/// A query taken apart: "SELECT * FROM table [WHERE ...] [ORDER BY ...]". Other queries have no table; their rows can
+/// be read only.
+struct QueryShape {
+  explicit QueryShape(const std::string& query);
+  /// The statement for all rows, or for the first that also satisfies the criteria; the row's key stands before the
+  /// columns of a table.
+  std::string select(std::string_view criteria) const;
+  /// Names the columns, once a statement of the query is there.
+  void name_columns(const Statement& statement);
+
+  std::string sql, table, where, order;
+  std::vector<std::string> columns;
+  std::string all;                                        // select({})
+  std::unordered_map<std::string, std::string> searches;  // select(criteria), by the criteria
+};
+
 class Database final : public Object {
  public:
   enum class Access : uint8_t { ReadWrite, ReadOnly };
@@ -59,7 +75,9 @@ class Database final : public Object {
   int64_t lowest_free_index(const std::string& table);
 
   // For the workspace:
-  void join();
+  /// Takes part in the open transaction; a statement that only reads needs no savepoint of the inner ones.
+  enum class Part : uint8_t { Reading, Writing };
+  void join(Part part = Part::Writing);
   void release_level(size_t level);
   void rollback_level(size_t level);
   void commit();
@@ -70,14 +88,21 @@ class Database final : public Object {
   friend class Recordset;
   friend class Statement;
   struct Private {};
+  // A client that writes values into its statements must not fill the memory with their texts.
+  static constexpr size_t kKeptTexts = 500;
+  struct Prepared {
+    std::vector<sqlite3_stmt*> idle;
+    int borrowed = 0;
+  };
 
  public:
   Database(Private, std::string path, sqlite3* handle);
 
  private:
-  sqlite3_stmt* prepared(const std::string& sql);
+  sqlite3_stmt* prepare(const std::string& sql);
   void forget_idle();
   void run(const std::string& sql);
+  std::shared_ptr<QueryShape> shape_of(const std::string& sql);
   bool marks_hold(const std::string& table);
   int64_t pragma(const std::string& name);
   void recover();
@@ -86,8 +111,9 @@ class Database final : public Object {
   std::string path_;
   sqlite3* handle_ = nullptr;
   bool read_only_ = false;
-  size_t level_ = 0;  // of the workspace's transaction that this database has joined
-  std::unordered_map<std::string, std::vector<sqlite3_stmt*>> idle_;  // prepared statements by text
+  size_t level_ = 0;                                    // of the workspace's transaction that this database has joined
+  std::unordered_map<std::string, Prepared> prepared_;  // by text
+  std::unordered_map<std::string, std::shared_ptr<QueryShape>> shapes_;  // by query
   // Every index of a table below its mark is in use. Deletes here lower a mark; rollbacks and other writers clear all.
   std::unordered_map<std::string, int64_t> free_marks_;
   std::unordered_set<std::string> unmarked_;  // tables whose indexes a client's statement moves
@@ -118,7 +144,7 @@ class Recordset {
   bool AtEof();
   void MoveNext();
   /// The first row that also satisfies the criteria ("nIndex = ?"); `NoMatch` tells whether there was none.
-  void FindFirst(std::string_view criteria, std::vector<Cell> parameters);
+  void FindFirst(const std::string& criteria, std::vector<Cell> parameters);
   bool NoMatch() const { return no_match_; }
   /// Errors `NoCurrentRecord`, `ItemNotFound`.
   Field Fields(std::string_view column);
@@ -138,18 +164,14 @@ class Recordset {
   };
   enum class Editing : uint8_t { No, Changed, Added };
 
-  void parse(const std::string& sql);
-  std::string select(std::string_view criteria) const;
-  void name_columns(const Statement& statement);
   std::vector<Row> fetch(const std::string& sql, std::span<const Cell> parameters);
   void walk();
   Row& current();
   void require_table() const;
 
   Ptr<Database> database_;
-  std::string sql_, table_, where_, order_;  // no table where the rows are not plain rows of one; they cannot be edited
+  std::shared_ptr<QueryShape> shape_;
   std::vector<Cell> parameters_;
-  std::vector<std::string> columns_;
   std::vector<Row> rows_;
   size_t at_ = 0;
   bool walked_ = false;

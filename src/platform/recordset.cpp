@@ -44,60 +44,68 @@ void Field::operator=(Cell value) {
   rows_.buffer_[column_] = std::move(value);
 }
 
-Recordset::Recordset(Ptr<Database> database, const std::string& sql, std::vector<Cell> parameters)
-    : database_(std::move(database)), sql_(sql), parameters_(std::move(parameters)) {
-  parse(sql);
-}
-
-/// Takes "SELECT * FROM table [WHERE ...] [ORDER BY ...]" apart; anything else is run as it is, and can be read only.
-void Recordset::parse(const std::string& sql) {
+QueryShape::QueryShape(const std::string& query) : sql(query), all(query) {
   constexpr std::string_view kHead = "SELECT * FROM ";
   if (!sql.starts_with(kHead) || sql.find_first_of("'\"();") != std::string::npos) return;
   for (const char* other : {" LIMIT ", " GROUP ", " UNION ", " JOIN "}) {
     if (sql.find(other) != std::string::npos) return;
   }
-  const size_t order = sql.find(" ORDER BY ");
-  const size_t where = sql.find(" WHERE ");
-  const size_t end = std::min({order, where, sql.size()});
-  std::string table = sql.substr(kHead.size(), end - kHead.size());
-  if (table.find_first_of(" ,") != std::string::npos) return;
-  table_ = std::move(table);
-  if (where != std::string::npos) where_ = sql.substr(where + 7, std::min(order, sql.size()) - where - 7);
-  if (order != std::string::npos) order_ = sql.substr(order);
+  const size_t order_at = sql.find(" ORDER BY ");
+  const size_t where_at = sql.find(" WHERE ");
+  const size_t end = std::min({order_at, where_at, sql.size()});
+  table = sql.substr(kHead.size(), end - kHead.size());
+  if (table.find_first_of(" ,") != std::string::npos) {
+    table.clear();
+    return;
+  }
+  if (where_at != std::string::npos) where = sql.substr(where_at + 7, std::min(order_at, sql.size()) - where_at - 7);
+  if (order_at != std::string::npos) order = sql.substr(order_at);
+  all = select({});
 }
 
-std::string Recordset::select(std::string_view criteria) const {
-  if (table_.empty() && criteria.empty()) return sql_;
-  std::string sql = table_.empty() ? "SELECT * FROM (" + sql_ + ")" : "SELECT rowid, * FROM " + table_;
-  if (!where_.empty()) sql += " WHERE (" + where_ + ")";
-  if (!criteria.empty()) ((sql += where_.empty() ? " WHERE (" : " AND (") += criteria) += ")";
-  sql += order_;
-  return criteria.empty() ? sql : sql + " LIMIT 1";
+std::string QueryShape::select(std::string_view criteria) const {
+  std::string text = table.empty() ? "SELECT * FROM (" + sql + ")" : "SELECT rowid, * FROM " + table;
+  if (!where.empty()) text += " WHERE (" + where + ")";
+  if (!criteria.empty()) ((text += where.empty() ? " WHERE (" : " AND (") += criteria) += ")";
+  text += order;
+  return criteria.empty() ? text : text + " LIMIT 1";
 }
+
+void QueryShape::name_columns(const Statement& statement) {
+  const int first = table.empty() ? 0 : 1;
+  if (columns.size() == static_cast<size_t>(statement.columns() - first)) return;
+  columns.clear();
+  for (int c = first; c < statement.columns(); ++c) columns.push_back(statement.column_name(c));
+}
+
+std::shared_ptr<QueryShape> Database::shape_of(const std::string& sql) {
+  if (shapes_.size() > kKeptTexts) shapes_.clear();
+  auto& shape = shapes_[sql];
+  if (!shape) shape = std::make_shared<QueryShape>(sql);
+  return shape;
+}
+
+Recordset::Recordset(Ptr<Database> database, const std::string& sql, std::vector<Cell> parameters)
+    : database_(std::move(database)), shape_(database_->shape_of(sql)), parameters_(std::move(parameters)) {}
 
 std::vector<Recordset::Row> Recordset::fetch(const std::string& sql, std::span<const Cell> parameters) {
-  database_->join();
   Statement statement(*database_, sql, parameters);
-  const int first = table_.empty() ? 0 : 1;  // behind the row's key
-  name_columns(statement);
+  database_->join(statement.only_reads() ? Database::Part::Reading : Database::Part::Writing);
+  shape_->name_columns(statement);
+  const int first = shape_->table.empty() ? 0 : 1;
   std::vector<Row> rows;
   while (statement.step()) {
     Row& row = rows.emplace_back();
     if (first > 0) row.id = statement.integer(0);
-    row.cells.reserve(columns_.size());
+    row.cells.reserve(shape_->columns.size());
     for (int c = first; c < statement.columns(); ++c) row.cells.push_back(statement.column(c));
   }
   return rows;
 }
 
-void Recordset::name_columns(const Statement& statement) {
-  if (!columns_.empty()) return;
-  for (int c = table_.empty() ? 0 : 1; c < statement.columns(); ++c) columns_.push_back(statement.column_name(c));
-}
-
 void Recordset::walk() {
   if (walked_) return;
-  rows_ = fetch(select({}), parameters_);
+  rows_ = fetch(shape_->all, parameters_);
   walked_ = true;
   at_ = 0;
   if (!found_) return;
@@ -117,10 +125,12 @@ void Recordset::MoveNext() {
   ++at_;
 }
 
-void Recordset::FindFirst(std::string_view criteria, std::vector<Cell> parameters) {
+void Recordset::FindFirst(const std::string& criteria, std::vector<Cell> parameters) {
   editing_ = Editing::No;
   parameters.insert(parameters.begin(), parameters_.begin(), parameters_.end());
-  auto rows = fetch(select(criteria), parameters);
+  std::string& search = shape_->searches[criteria];
+  if (search.empty()) search = shape_->select(criteria);
+  auto rows = fetch(search, parameters);
   no_match_ = rows.empty();
   walked_ = false;
   found_.reset();
@@ -135,13 +145,8 @@ Recordset::Row& Recordset::current() {
 }
 
 const std::vector<std::string>& Recordset::columns() {
-  if (columns_.empty()) {
-    const std::string sql = select({});
-    database_->join();
-    Statement statement(*database_, sql, parameters_);
-    name_columns(statement);
-  }
-  return columns_;
+  if (shape_->columns.empty()) shape_->name_columns(Statement(*database_, shape_->all, parameters_));
+  return shape_->columns;
 }
 
 Field Recordset::Fields(std::string_view column) {
@@ -149,14 +154,14 @@ Field Recordset::Fields(std::string_view column) {
   const auto found =
       std::find_if(names.begin(), names.end(), [column](const std::string& name) { return same_column(name, column); });
   if (found == names.end()) {
-    fail(ErrorNumber::ItemNotFound, "There is no column " + std::string(column) + " in: " + sql_);
+    fail(ErrorNumber::ItemNotFound, "There is no column " + std::string(column) + " in: " + shape_->sql);
   }
   if (editing_ == Editing::No) current();
   return {*this, static_cast<size_t>(found - names.begin())};
 }
 
 void Recordset::require_table() const {
-  if (table_.empty()) fail(ErrorNumber::DatabaseReadOnly, "These rows cannot be changed: " + sql_);
+  if (shape_->table.empty()) fail(ErrorNumber::DatabaseReadOnly, "These rows cannot be changed: " + shape_->sql);
 }
 
 void Recordset::AddNew() {
@@ -180,18 +185,18 @@ void Recordset::Update() {
   for (size_t c = 0; c < buffer_.size(); ++c) {
     if (added ? buffer_[c].index() == 0 : buffer_[c] == current().cells[c]) continue;
     const std::string_view comma = values.empty() ? "" : ",";
-    ((names += comma) += columns_[c]) += added ? "" : " = ?";
+    ((names += comma) += shape_->columns[c]) += added ? "" : " = ?";
     (marks += comma) += "?";
     values.push_back(buffer_[c]);
   }
   if (added) {
-    database_->Execute(values.empty() ? "INSERT INTO " + table_ + " DEFAULT VALUES"
-                                      : "INSERT INTO " + table_ + " (" + names + ") VALUES (" + marks + ")",
+    database_->Execute(values.empty() ? "INSERT INTO " + shape_->table + " DEFAULT VALUES"
+                                      : "INSERT INTO " + shape_->table + " (" + names + ") VALUES (" + marks + ")",
                        values);
   } else if (!values.empty()) {
     values.emplace_back(current().id);
-    if (database_->Execute("UPDATE " + table_ + " SET " + names + " WHERE rowid = ?", values) == 0) {
-      fail(ErrorNumber::RecordDeleted, "The row was deleted meanwhile, in table " + table_ + ".");
+    if (database_->Execute("UPDATE " + shape_->table + " SET " + names + " WHERE rowid = ?", values) == 0) {
+      fail(ErrorNumber::RecordDeleted, "The row was deleted meanwhile, in table " + shape_->table + ".");
     }
     current().cells = buffer_;
   }
@@ -202,7 +207,7 @@ void Recordset::Delete() {
   require_table();
   walk();  // the place among the rows stays, so that the next move steps off the deleted one
   const Cell id[]{current().id};
-  database_->Execute("DELETE FROM " + table_ + " WHERE rowid = ?", id);
+  database_->Execute("DELETE FROM " + shape_->table + " WHERE rowid = ?", id);
   rows_[at_].deleted = true;
   editing_ = Editing::No;
 }

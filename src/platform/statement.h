@@ -16,6 +16,7 @@ class Statement {
 
   /// True while there is a row.
   bool step();
+  bool only_reads() const { return sqlite3_stmt_readonly(statement_) != 0; }
   int columns() const { return sqlite3_column_count(statement_); }
   std::string column_name(int column) const { return sqlite3_column_name(statement_, column); }
   Cell column(int column) const;
@@ -23,7 +24,7 @@ class Statement {
 
  private:
   Database& database_;
-  const std::string& sql_;
+  std::pair<const std::string, Database::Prepared>& home_;  // the text, and where the statement goes back to
   sqlite3_stmt* statement_;
 };
 

@@ -1,0 +1,45 @@
+// The measurements: ours beside a floor, which is the least that the same work can cost. Times differ between machines
+// and minutes, so the two run in turns and the median of their ratios is what counts.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tarn::bench {
+
+/// One of the two that are compared. Only `run` is timed.
+struct Side {
+  std::function<void()> run;
+  std::function<void()> before = [] {}, after = [] {};
+};
+
+struct Case {
+  std::string name;
+  size_t operations = 1;  // in one run
+  double allowed = 0;     // ratio
+  int repeats = 0;
+};
+
+class Report {
+ public:
+  Report();
+  /// Measures, prints the line, and returns the ratio.
+  double compare(const Case& what, const Side& ours, const Side& floor);
+  /// A ratio of two ratios: how cost grows with the table.
+  void growth(const std::string& name, double large, double small, double allowed);
+  void summary() const;
+
+ private:
+  void judge(const std::string& name, double ratio, double allowed);
+
+  std::vector<std::string> exceeded_;
+  size_t lines_ = 0;
+};
+
+void by_name_cases(Report& report);
+void staleness_cases(Report& report, const std::string& folder);
+void window_cases(Report& report, const std::string& folder);
+
+}  // namespace tarn::bench
