@@ -22,6 +22,7 @@ check: test
 	@cmake --build build-clang
 	ctest --test-dir build-clang --output-on-failure
 	@scripts/tidy
+	@scripts/install-check
 
 bench: build
 	build/bench/tarn_bench
