@@ -1,170 +1,23 @@
-// The C interface over the members tables. No class is known here.
+// The C interface to objects and their members, over the members tables. No class is known here.
 
-#include <algorithm>
 #include <cstring>
-#include <exception>
 #include <list>
 
 #include "base/by_name.h"
-#include "base/log.h"
 #include "base/value.h"
+#include "component/c_support.h"
 #include "component/class_list.h"
-#include "component/handles.h"
-#include "platform/database.h"
-#include "platform/host.h"
-#include "platform/workspace.h"
-#include "storage/schema.h"
 
 using namespace tarn;
 
 namespace {
 
-thread_local LastError thread_error;
 thread_local std::string returned_text;          // of the last get or result
-thread_local std::list<std::string> kept_texts;  // of in/out arguments, rows and event arguments
-
-tarn_status remember(LastError& place, int32_t number, const std::string& source, const std::string& description) {
-  place = {number, source, description};
-  if (&place != &thread_error) thread_error = place;
-  switch (static_cast<ErrorNumber>(number)) {
-    case ErrorNumber::NoSuchMember:
-      return TARN_NO_MEMBER;
-    case ErrorNumber::WrongArgumentCount:
-      return TARN_BAD_ARGUMENT;
-    default:
-      return TARN_ERROR;
-  }
-}
-
-/// Every entry point runs in here: no exception crosses the border.
-template <typename F>
-tarn_status guarded(LastError& place, F action) {
-  try {
-    action();
-    return TARN_OK;
-  } catch (const Error& error) {
-    return remember(place, error.number(), error.source(), error.description());
-  } catch (const std::exception& other) {
-    return remember(place, static_cast<int32_t>(ErrorNumber::DatabaseFailure), {}, other.what());
-  } catch (...) {
-    return remember(place, static_cast<int32_t>(ErrorNumber::DatabaseFailure), {}, "Unknown failure.");
-  }
-}
-
-template <typename F>
-tarn_status on_object(tarn_object* handle, F action) {
-  if (thread_ended()) return TARN_BAD_HANDLE;
-  HandleSlot* slot = slot_of(handle);
-  if (!slot) {
-    remember(thread_error, static_cast<int32_t>(ErrorNumber::ObjectNotSet), {},
-             "The object is not set, was released, or belongs to another thread.");
-    return TARN_BAD_HANDLE;
-  }
-  return guarded(slot->error, [&] { action(*slot); });
-}
-
-[[noreturn]] void bad_argument(const std::string& description) { fail(ErrorNumber::WrongArgumentCount, description); }
-
-const Member& member_at(const ClassInfo& info, int32_t number) {
-  if (number < 0 || static_cast<size_t>(number) >= info.members.size()) {
-    fail(ErrorNumber::NoSuchMember,
-         std::string(info.name) + " has no member of number " + std::to_string(number) + ".");
-  }
-  return info.members[static_cast<size_t>(number)];
-}
-
-void give_text(tarn_value& out, const std::string& text) {
-  out.type = TARN_TEXT;
-  out.length = static_cast<int32_t>(text.size());
-  out.as.text = text.c_str();
-}
-
-/// The C form of a value; texts stay valid while `text` does.
-void give(const Value& value, tarn_value& out, std::string& text) {
-  out.type = static_cast<int32_t>(value.index());
-  out.length = 0;
-  switch (type_of(value)) {
-    case ValueType::Empty:
-      out.as.r8 = 0;
-      break;
-    case ValueType::Boolean:
-      out.as.boolean = std::get<bool>(value) ? 1 : 0;
-      break;
-    case ValueType::Int16:
-      out.as.i2 = std::get<int16_t>(value);
-      break;
-    case ValueType::Int32:
-      out.as.i4 = std::get<int32_t>(value);
-      break;
-    case ValueType::Real32:
-      out.as.r4 = std::get<float>(value);
-      break;
-    case ValueType::Real64:
-      out.as.r8 = std::get<double>(value);
-      break;
-    case ValueType::Text:
-      text = std::get<std::string>(value);
-      give_text(out, text);
-      break;
-    case ValueType::Object:
-      out.as.object = nullptr;
-      if (const auto& object = std::get<ObjectPtr>(value))
-        out.as.object = new_handle(object);
-      else
-        out.type = TARN_EMPTY;
-      break;
-  }
-}
-
-Value taken(const tarn_value& in) {
-  switch (in.type) {
-    case TARN_EMPTY:
-      return {};
-    case TARN_BOOLEAN:
-      return in.as.boolean != 0;
-    case TARN_INT16:
-      return in.as.i2;
-    case TARN_INT32:
-      return in.as.i4;
-    case TARN_REAL32:
-      return in.as.r4;
-    case TARN_REAL64:
-      return in.as.r8;
-    case TARN_TEXT:
-      if (!in.as.text || in.length < 0) bad_argument("A text without characters was given.");
-      return std::string(in.as.text, static_cast<size_t>(in.length));
-    case TARN_OBJECT: {
-      if (!in.as.object) return ObjectPtr();
-      HandleSlot* slot = slot_of(in.as.object);
-      if (!slot) bad_argument("An object argument is not set, was released, or belongs to another thread.");
-      return slot->object;
-    }
-    default:
-      bad_argument("There is no value type " + std::to_string(in.type) + ".");
-  }
-}
-
-std::vector<Value> taken_all(const tarn_value* values, int32_t count) {
-  if (count < 0 || (count > 0 && !values)) bad_argument("Arguments are missing.");
-  std::vector<Value> out;
-  for (int32_t i = 0; i < count; ++i) out.push_back(taken(values[i]));
-  return out;
-}
+thread_local std::list<std::string> kept_texts;  // of in/out arguments
 
 Subscripts subscripts_of(const int32_t* subscripts, int32_t count) {
   if (count < 0 || (count > 0 && !subscripts)) bad_argument("Subscripts are missing.");
   return {subscripts, static_cast<size_t>(count)};
-}
-
-template <typename T>
-T& required(T* out) {
-  if (!out) bad_argument("There is no place for the result.");
-  return *out;
-}
-
-const char* required_text(const char* text) {
-  if (!text) bad_argument("A name is missing.");
-  return text;
 }
 
 /// A plain field of the record, read in place; false for any other member, and for a call with subscripts.
@@ -215,18 +68,6 @@ void call_into(HandleSlot& slot, const Member& member, tarn_value* arguments, in
   if (result) give(value, *result, returned_text);
 }
 
-Database& database_of(HandleSlot& slot) {
-  auto* database = dynamic_cast<Database*>(slot.fast);
-  if (!database) bad_argument("The object is no database handle.");
-  return *database;
-}
-
-std::vector<Cell> cells_of(const tarn_value* parameters, int32_t count) {
-  std::vector<Cell> cells;
-  for (const Value& value : taken_all(parameters, count)) cells.push_back(cell(value));
-  return cells;
-}
-
 size_t element_bytes(ValueType type) {
   switch (type) {
     case ValueType::Boolean:
@@ -254,70 +95,7 @@ std::byte* block_of(HandleSlot& slot, const Member& member, size_t bytes) {
   return member.place(*slot.fast);
 }
 
-class CallbackLog final : public Log {
- public:
-  tarn_log callback = nullptr;
-  void* context = nullptr;
-  void message(std::string_view text) override {
-    if (callback)
-      callback(context, std::string(text).c_str(), std::string(kComponent).c_str(), nullptr, nullptr, nullptr);
-  }
-  void error(std::string_view component, std::string_view class_name, std::string_view procedure,
-             std::string_view detail) override {
-    const std::string c(component), n(class_name), p(procedure), d(detail);
-    if (callback) callback(context, (n + "." + p + ": " + d).c_str(), c.c_str(), n.c_str(), p.c_str(), d.c_str());
-  }
-};
-thread_local CallbackLog callback_log;
-
 }  // namespace
-
-int32_t tarn_class_count(void) { return static_cast<int32_t>(class_list().size()); }
-
-const char* tarn_class_name(int32_t number) {
-  return number < 0 || number >= tarn_class_count() ? nullptr
-                                                    : class_list()[static_cast<size_t>(number)].info().name.data();
-}
-
-int32_t tarn_member_count(const char* class_name) {
-  int32_t count = -1;
-  guarded(thread_error, [&] { count = static_cast<int32_t>(class_info(required_text(class_name)).members.size()); });
-  return count;
-}
-
-tarn_status tarn_describe(const char* class_name, int32_t number, tarn_member* out) {
-  return guarded(thread_error, [&] {
-    const Member& m = member_at(class_info(required_text(class_name)), number);
-    required(out) = {m.name.data(),
-                     m.unit.data() ? m.unit.data() : "",
-                     static_cast<int32_t>(m.kind),
-                     static_cast<int32_t>(m.type),
-                     m.read_only,
-                     m.by_reference,
-                     static_cast<int32_t>(m.bounds.size()),
-                     static_cast<int32_t>(m.parameters.size()),
-                     static_cast<int32_t>(m.width)};
-  });
-}
-
-tarn_status tarn_describe_bounds(const char* class_name, int32_t number, int32_t dimension, tarn_bounds* out) {
-  return guarded(thread_error, [&] {
-    const Member& m = member_at(class_info(required_text(class_name)), number);
-    if (dimension < 0 || static_cast<size_t>(dimension) >= m.bounds.size()) bad_argument("There is no such dimension.");
-    const Bounds& b = m.bounds[static_cast<size_t>(dimension)];
-    required(out) = {b.first, b.last};
-  });
-}
-
-tarn_status tarn_describe_parameter(const char* class_name, int32_t number, int32_t parameter, tarn_parameter* out) {
-  return guarded(thread_error, [&] {
-    const Member& m = member_at(class_info(required_text(class_name)), number);
-    if (parameter < 0 || static_cast<size_t>(parameter) >= m.parameters.size())
-      bad_argument("There is no such parameter.");
-    const Parameter& p = m.parameters[static_cast<size_t>(parameter)];
-    required(out) = {p.name.data(), static_cast<int32_t>(p.type), p.optional, p.by_reference, p.in_out};
-  });
-}
 
 tarn_status tarn_create(const char* class_name, tarn_object** out) {
   return guarded(thread_error, [&] { required(out) = new_handle(create(required_text(class_name))); });
@@ -422,55 +200,4 @@ int32_t tarn_last_error(tarn_object* object, const char** source, const char** d
   if (source) *source = error.source.c_str();
   if (description) *description = error.description.c_str();
   return error.number;
-}
-
-void tarn_set_log(tarn_log log, void* context) {
-  callback_log.callback = log;
-  callback_log.context = context;
-  set_log(log ? &callback_log : nullptr);
-}
-
-tarn_status tarn_create_index(const char* path) {
-  return guarded(thread_error, [&] { create_index(required_text(path)); });
-}
-
-tarn_status tarn_open_database(const char* path, tarn_object** out) {
-  return guarded(thread_error, [&] { required(out) = new_handle(host().database(required_text(path))); });
-}
-
-tarn_status tarn_execute(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
-                         int32_t* changed) {
-  return on_object(database, [&](HandleSlot& slot) {
-    const int rows = database_of(slot).Execute(required_text(sql), cells_of(parameters, count));
-    if (changed) *changed = rows;
-  });
-}
-
-tarn_status tarn_query(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
-                       tarn_row row, void* context) {
-  return on_object(database, [&](HandleSlot& slot) {
-    if (!row) bad_argument("There is no receiver for the rows.");
-    Recordset rows = database_of(slot).OpenRecordset(required_text(sql), cells_of(parameters, count));
-    std::vector<const char*> names;
-    for (const std::string& name : rows.columns()) names.push_back(name.c_str());
-    for (; !rows.AtEof(); rows.MoveNext()) {
-      std::list<std::string> texts;
-      std::vector<tarn_value> values(names.size());
-      for (size_t i = 0; i < values.size(); ++i)
-        give(value_of(rows.Fields(names[i]).Value()), values[i], texts.emplace_back());
-      row(context, names.data(), values.data(), static_cast<int32_t>(values.size()));
-    }
-  });
-}
-
-tarn_status tarn_begin(void) {
-  return guarded(thread_error, [] { Engine::of_thread().Workspaces(0).BeginTrans(); });
-}
-
-tarn_status tarn_commit(void) {
-  return guarded(thread_error, [] { Engine::of_thread().Workspaces(0).CommitTrans(); });
-}
-
-tarn_status tarn_rollback(void) {
-  return guarded(thread_error, [] { Engine::of_thread().Workspaces(0).Rollback(); });
 }

@@ -208,21 +208,5 @@ TEST_F(TransactionTest, OneFileUnderTwoNamesIsOneFile) {
   std::filesystem::current_path(folder_before);
 }
 
-TEST_F(TransactionTest, FilesThatCannotBeWrittenAreRefusedAtTheSave) {
-  auto window = project.NewWindow();
-  const struct {
-    std::string file;
-    ErrorNumber number;
-  } cases[]{{folder / "none/JOBWIN.DAT", ErrorNumber::PathNotFound},
-            {folder.path, ErrorNumber::PermissionDenied},
-            {"", ErrorNumber::FileNotFound}};
-  for (const auto& c : cases) {
-    window->FileName = c.file;
-    EXPECT_EQ(test::error_number([&] { window->Save(); }), test::number(c.number)) << c.file;
-    EXPECT_EQ(window->Index, 0) << c.file;
-  }
-  EXPECT_EQ(count("WindowIndex"), 0);
-}
-
 }  // namespace
 }  // namespace tarn

@@ -173,14 +173,6 @@ TEST_F(EntityTest, PartialRecordsAreLoggedAndNeverExtendedSilently) {
   EXPECT_NE(log.messages[1].find("ends in a partial record (1)"), std::string::npos) << log.messages[1];
 }
 
-TEST_F(EntityTest, ARowWithoutARecordReadsAsZeros) {
-  database->Execute("INSERT INTO WindowIndex (nIndex, szName) VALUES (3, 'row only')");
-  auto window = project.NewWindow();
-  window->Load(3);
-  EXPECT_EQ(window->Index, 3);
-  EXPECT_EQ(window->Name.bytes().front(), '\0');
-}
-
 TEST_F(EntityTest, ATrappedFailureLeavesNoOpenFileAndNoTransaction) {
   auto window = project.NewWindow();
   window->FileName = folder / "none/W.DAT";
