@@ -13,7 +13,7 @@ namespace {
 class TemporaryFolder {
  public:
   explicit TemporaryFolder(const std::filesystem::path& parent)
-      : path_(parent / ("tarn_bench." + std::to_string(::getpid()))) {
+      : path_(std::filesystem::absolute(parent) / ("tarn_bench." + std::to_string(::getpid()))) {
     std::filesystem::create_directory(path_);
   }
   ~TemporaryFolder() {

@@ -27,7 +27,7 @@ class Report {
   Report();
   /// Measures, prints the line, and returns the ratio.
   double compare(const Case& what, const Side& ours, const Side& floor);
-  /// A ratio of two ratios: how cost grows with the table.
+  /// The ratio in a large table beside that in a small one: whether our part of the cost grows with the table.
   void growth(const std::string& name, double large, double small, double allowed);
   void summary() const;
 

@@ -10,6 +10,7 @@ namespace {
 
 constexpr int kWindows = 1000;  // in one run
 constexpr double kAllowed = 2.0;
+constexpr double kGrowth = 1.05;  // none, but for the noise of two medians
 
 /// A sample open on both sides, with the windows that are saved and loaded.
 class Bench {
@@ -132,11 +133,11 @@ void window_cases(Report& report, const std::string& folder) {
   Bench unused(folder + "/unused", {.windows = 1000});
   const double saved_small = small.saves(report, "save 1,000 windows, in a table of 1,000");
   const double saved_large = large.saves(report, "save 1,000 windows, in a table of 30,000");
-  report.growth("  ratio at 30,000 beside 1,000", saved_large, saved_small, 1.0);
+  report.growth("  ratio at 30,000 beside 1,000", saved_large, saved_small, kGrowth);
   unused.saves(report, "save 1,000 windows that nothing uses");
   const double added_small = small.additions(report, "save 1,000 new windows, to a table of 1,000");
   const double added_large = large.additions(report, "save 1,000 new windows, to a table of 30,000");
-  report.growth("  ratio at 30,000 beside 1,000", added_large, added_small, 1.0);
+  report.growth("  ratio at 30,000 beside 1,000", added_large, added_small, kGrowth);
   for (const auto& [bench, size] : {std::pair{&small, "1,000"}, std::pair{&large, "30,000"}}) {
     bench->loads(report, std::string("load 1,000 windows of ") + size + " in one transaction", true);
     bench->loads(report, std::string("load 1,000 windows of ") + size + ", each by itself", false);

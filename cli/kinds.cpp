@@ -22,6 +22,8 @@ struct KindCommands {
 
 constexpr KindCommands kKinds[]{
     {"windows", "window", "NewWindow", "CalculatePerformance"},
+    {"doors", "door", "NewDoor", ""},
+    {"shades", "shade", "NewShade", ""},
 };
 
 const KindCommands& kind_of(const Call& call) {

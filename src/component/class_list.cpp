@@ -6,7 +6,10 @@
 
 #include "base/error.h"
 #include "base/nearest.h"
+#include "envelope/door.h"
+#include "envelope/shade.h"
 #include "envelope/window.h"
+#include "storage/preferences.h"
 #include "storage/project.h"
 
 namespace tarn {
@@ -22,8 +25,8 @@ constexpr ClassEntry entry() {
 }
 
 constexpr ClassEntry kClasses[]{
-    entry<COM_ProjectData>(),
-    entry<WIN_Window>(),
+    entry<COM_ProjectData>(), entry<PRF_ProjectPrefs>(), entry<RPT_ReportOptions>(),
+    entry<WIN_Window>(),      entry<DOR_Door>(),         entry<SHD_Shade>(),
 };
 
 bool same_word(std::string_view a, std::string_view b) {

@@ -4,7 +4,10 @@
 #include "base/by_name.h"
 #include "base/describe.h"
 #include "component/class_list.h"
+#include "envelope/door.h"
+#include "envelope/shade.h"
 #include "envelope/window.h"
+#include "storage/preferences.h"
 #include "storage/project.h"
 
 namespace tarn {
@@ -118,9 +121,16 @@ ObjectPtr COM_ProjectData::make(const FactoryRow& row) {
   return object;
 }
 
-Ptr<WIN_Window> COM_ProjectData::NewWindow() {
-  return std::static_pointer_cast<WIN_Window>(make(factory("NewWindow")));
+template <typename C>
+Ptr<C> COM_ProjectData::made_by(std::string_view method) {
+  return std::static_pointer_cast<C>(make(factory(method)));
 }
+
+Ptr<DOR_Door> COM_ProjectData::NewDoor() { return made_by<DOR_Door>("NewDoor"); }
+Ptr<PRF_ProjectPrefs> COM_ProjectData::NewProjectPrefs() { return made_by<PRF_ProjectPrefs>("NewProjectPrefs"); }
+Ptr<RPT_ReportOptions> COM_ProjectData::NewReportOptions() { return made_by<RPT_ReportOptions>("NewReportOptions"); }
+Ptr<SHD_Shade> COM_ProjectData::NewShade() { return made_by<SHD_Shade>("NewShade"); }
+Ptr<WIN_Window> COM_ProjectData::NewWindow() { return made_by<WIN_Window>("NewWindow"); }
 
 const ClassInfo& COM_ProjectData::info() const {
   // The last four file names have no blank in their labels, which log readers have always seen so.

@@ -5,17 +5,16 @@
 namespace tarn {
 
 const Kind& WIN_Window::kind() const {
-  static const Kind kind{
-      .class_name = "WIN_Window",
-      .index_table = "WindowIndex",
-      .default_word = "Window",
-      .missing_row_message = "Invalid ID number for window: ",
-      .columns = {summary<WIN_Window, &WindowRecord::OverallUValue>("fOverallUValue"),
-                  summary<WIN_Window, &WindowRecord::OverallShadeCo>("fOverallShadeCo"),
-                  summary<WIN_Window, &WindowRecord::Height>("fHeight"),
-                  summary<WIN_Window, &WindowRecord::Width>("fWidth")},
-      .links = {{"Space_Window_Links", "Window_ID"}},
-      .reach = {Results::DesignAndSimulation, {{Stage::Spaces, {{"Space_Window_Links", "Window_ID", "Space_ID"}}}}}};
+  static const Kind kind{.class_name = "WIN_Window",
+                         .index_table = "WindowIndex",
+                         .default_word = "Window",
+                         .missing_row_message = "Invalid ID number for window: ",
+                         .columns = {summary<WIN_Window, &WindowRecord::OverallUValue>("fOverallUValue"),
+                                     summary<WIN_Window, &WindowRecord::OverallShadeCo>("fOverallShadeCo"),
+                                     summary<WIN_Window, &WindowRecord::Height>("fHeight"),
+                                     summary<WIN_Window, &WindowRecord::Width>("fWidth")},
+                         .links = {{"Space_Window_Links", "Window_ID"}},
+                         .reach = Reach::through_spaces("Space_Window_Links", "Window_ID")};
   return kind;
 }
 

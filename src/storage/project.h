@@ -9,6 +9,10 @@
 
 namespace tarn {
 
+class DOR_Door;
+class PRF_ProjectPrefs;
+class RPT_ReportOptions;
+class SHD_Shade;
 class WIN_Window;
 struct FactoryRow;
 
@@ -43,6 +47,10 @@ class COM_ProjectData final : public Object {
   void SetWorkPath(const std::string& path);
   std::string FilePrefix;  // as given
 
+  Ptr<DOR_Door> NewDoor();
+  Ptr<PRF_ProjectPrefs> NewProjectPrefs();
+  Ptr<RPT_ReportOptions> NewReportOptions();
+  Ptr<SHD_Shade> NewShade();
   Ptr<WIN_Window> NewWindow();
 
   /// The file prefix of a kind that keeps one file for each object: the project's, and the kind's one-letter code.
@@ -52,6 +60,8 @@ class COM_ProjectData final : public Object {
   ObjectPtr make(const FactoryRow& factory);
 
  private:
+  template <typename C>
+  Ptr<C> made_by(std::string_view method);
   std::string CreateFilespec(const std::string& suffix) const;
   void SetDatabaseHandleOfDataObject(Object& object) const;
 

@@ -52,6 +52,10 @@ Reach::Reach(Results results, std::initializer_list<Route> routes) {
   add("BuildingIndex", "bHasChanged = -1", buildings);
 }
 
+Reach Reach::through_spaces(std::string_view link_table, std::string_view id_column) {
+  return {Results::DesignAndSimulation, {{Stage::Spaces, {{link_table, id_column, "Space_ID"}}}}};
+}
+
 void Reach::mark(Database& database, int index) const {
   const Cell parameters[]{cell(index)};
   for (const std::string& statement : statements_) database.Execute(statement, parameters);

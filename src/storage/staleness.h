@@ -30,6 +30,8 @@ enum class Results : uint8_t { DesignAndSimulation, SimulationOnly };
 class Reach {
  public:
   Reach(Results results, std::initializer_list<Route> routes);
+  /// Of a kind that spaces use, design and simulation.
+  static Reach through_spaces(std::string_view link_table, std::string_view id_column);
 
   /// Sets the changed flags of everything that rests on the entity: one statement a table, linear in what it marks.
   void mark(Database& database, int index) const;
