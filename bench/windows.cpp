@@ -83,7 +83,7 @@ double Bench::saves(Report& report, const std::string& name) {
     }
     plain_.commit();
   }};
-  return report.compare({name, kWindows, kAllowed, 21}, ours, floor);
+  return report.compare({name, kWindows, kAllowed, 61}, ours, floor);
 }
 
 double Bench::additions(Report& report, const std::string& name) {
@@ -105,7 +105,7 @@ double Bench::additions(Report& report, const std::string& name) {
                          plain_.commit();
                        },
                    .after = [this] { cut_back_floor(); }};
-  return report.compare({name, kWindows, kAllowed, 21}, ours, floor);
+  return report.compare({name, kWindows, kAllowed, 61}, ours, floor);
 }
 
 void Bench::loads(Report& report, const std::string& name, bool in_transaction) {
@@ -122,7 +122,7 @@ void Bench::loads(Report& report, const std::string& name, bool in_transaction) 
     for (const int index : indexes_) plain_.load(index, record);
     if (in_transaction) plain_.commit();
   }};
-  report.compare({name, kWindows, kAllowed, 41}, ours, floor);
+  report.compare({name, kWindows, kAllowed, 61}, ours, floor);
 }
 
 }  // namespace

@@ -23,6 +23,7 @@ struct UsageError : std::runtime_error {
 struct Call {
   std::string project;  // of -p
   bool json = false;
+  std::string output;  // of --output
   std::string group, verb;
   std::vector<std::string> words;  // behind the verb
 };

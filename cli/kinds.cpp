@@ -1,5 +1,7 @@
 // list, show, new, set, clone and delete, for every kind of entity alike, by its members table.
 
+#include "component/kinds.h"
+
 #include <algorithm>
 #include <charconv>
 #include <iostream>
@@ -14,28 +16,9 @@
 namespace tarn::cli {
 namespace {
 
-struct KindCommands {
-  std::string_view group, one;   // "windows", "window"
-  std::string_view factory;      // of COM_ProjectData
-  std::string_view computation;  // run after an edit; empty where nothing is computed
-};
-
-constexpr KindCommands kKinds[]{
-    {"windows", "window", "NewWindow", "CalculatePerformance"},
-    {"doors", "door", "NewDoor", ""},
-    {"shades", "shade", "NewShade", ""},
-};
-
-const KindCommands& kind_of(const Call& call) {
-  return *std::find_if(std::begin(kKinds), std::end(kKinds),
-                       [&](const KindCommands& k) { return k.group == call.group; });
-}
-
-Ptr<StoredEntity> made(COM_ProjectData& project, const KindCommands& kind) {
-  Value result;
-  std::vector<Value> none;
-  project.info().find(kind.factory).call(project, none, result);
-  return std::dynamic_pointer_cast<StoredEntity>(std::get<ObjectPtr>(result));
+const EntityKind& kind_of(const Call& call) {
+  const auto kinds = entity_kinds();
+  return *std::find_if(kinds.begin(), kinds.end(), [&](const EntityKind& k) { return k.group == call.group; });
 }
 
 Json rows_json(Recordset rows) {
@@ -67,7 +50,7 @@ int list(const Call& call, Database& database, const StoredEntity& entity) {
 }
 
 /// The index behind the verb; an entity of it exists, or the nearest is named.
-int16_t index_of(const Call& call, Database& database, const StoredEntity& entity, const KindCommands& kind) {
+int16_t index_of(const Call& call, Database& database, const StoredEntity& entity, const EntityKind& kind) {
   if (call.words.empty())
     throw UsageError("Which " + std::string(kind.one) + "? Give its index: tarn " + call.group + " " + call.verb +
                      " N");
@@ -90,7 +73,7 @@ int16_t index_of(const Call& call, Database& database, const StoredEntity& entit
 int show(const Call& call, StoredEntity& entity) {
   if (call.json) {
     Json json{{"class", std::string(entity.info().name)}, {"index", entity.Index}};
-    json.update(stored_fields(entity));
+    add_stored_fields(entity, json);
     print_json(json);
     return kClean;
   }
@@ -155,27 +138,33 @@ Json json_of(const Assignment& assignment) {
   }
 }
 
+Json fields(StoredEntity& entity) {
+  Json json = Json::object();
+  add_stored_fields(entity, json);
+  return json;
+}
+
 /// Makes the assignments, then computes what follows from them, but for results that the user set himself.
-void edit(StoredEntity& entity, const KindCommands& kind, const std::vector<std::string>& words) {
+void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
   std::vector<Assignment> assignments;
   for (const std::string& word : words) assignments.push_back(parsed(entity, word));
   for (const Assignment& a : assignments) set_from_json(entity, *a.member, a.at, json_of(a));
   const bool only_name =
       std::all_of(assignments.begin(), assignments.end(), [](const Assignment& a) { return a.member->name == "Name"; });
   if (kind.computation.empty() || only_name) return;
-  const Json before = stored_fields(entity);
+  const Json before = fields(entity);
   Value nothing;
   std::vector<Value> none;
   entity.info().find(kind.computation).call(entity, none, nothing);
   for (const Assignment& a : assignments) set_from_json(entity, *a.member, a.at, json_of(a));
-  const Json after = stored_fields(entity);
+  const Json after = fields(entity);
   for (const auto& [name, value] : after.items()) {
     if (value != before.at(name))
       std::cerr << "computed: " << name << " " << shown(before.at(name)) << " -> " << shown(value) << '\n';
   }
 }
 
-int saved(const Call& call, StoredEntity& entity, const KindCommands& kind, std::string_view what) {
+int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::string_view what) {
   entity.Save();
   if (call.json)
     print_json({{"index", entity.Index}});
@@ -188,7 +177,7 @@ int saved(const Call& call, StoredEntity& entity, const KindCommands& kind, std:
 
 std::vector<Group> kind_groups() {
   std::vector<Group> groups;
-  for (const KindCommands& kind : kKinds) {
+  for (const EntityKind& kind : entity_kinds()) {
     const std::string one(kind.one);
     groups.push_back({std::string(kind.group),
                       "the project's " + std::string(kind.group),
@@ -203,11 +192,11 @@ std::vector<Group> kind_groups() {
 }
 
 int run_kind(const Call& call) {
-  const KindCommands& kind = kind_of(call);
+  const EntityKind& kind = kind_of(call);
   const bool reading = call.verb == "list" || call.verb == "show";
   COM_ProjectData project;
   const auto database = open_project(project, call, reading ? Use::Reading : Use::Writing);
-  const auto entity = made(project, kind);
+  const auto entity = make_entity(project, kind);
   if (call.verb == "list") return list(call, *database, *entity);
   if (call.verb == "new") {
     entity->CreateDefault();

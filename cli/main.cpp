@@ -27,7 +27,9 @@ std::vector<Group> groups() {
   std::vector<Group> all{{"project",
                           "a project on disk",
                           {{"new", "makes the index database and the default records"},
-                           {"info", "what the project holds, and what is stale"}}}};
+                           {"info", "what the project holds, and what is stale"},
+                           {"export", "[KIND ...]: the project as JSON"},
+                           {"import", "FILE: brings entities of a JSON text in, all or none"}}}};
   for (Group& group : kind_groups()) all.push_back(std::move(group));
   Group describe{"describe", "[CLASS]: the members of the classes", {}};
   for (const ClassEntry& entry : class_list()) describe.verbs.emplace_back(entry.info().name, "");
@@ -73,6 +75,7 @@ int main(int argc, char** argv) {
   Call call;
   std::vector<std::string> words;
   app.add_option("-p,--project", call.project, "the project: FOLDER or FOLDER/PREFIX (default: the current folder)");
+  app.add_option("-o,--output", call.output, "the file to write, instead of standard output");
   app.add_flag("--json", call.json, "print JSON");
   app.add_option("words", words, "GROUP VERB ...");
   const auto all = groups();

@@ -1,12 +1,20 @@
 // project new, project info, describe.
 
-#include <filesystem>
-#include <iostream>
+#include <unistd.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <set>
+
+#include "base/nearest.h"
 #include "base/value.h"
 #include "cli/command.h"
 #include "component/class_list.h"
 #include "component/defaults.h"
+#include "component/exchange.h"
+#include "component/kinds.h"
 #include "storage/schema.h"
 
 namespace tarn::cli {
@@ -129,7 +137,72 @@ std::string signature(const Member& member) {
 
 }  // namespace
 
-int run_project(const Call& call) { return call.verb == "new" ? make_project(call) : project_info(call); }
+namespace {
+
+/// A bar on a terminal's standard error; nothing elsewhere.
+Progress progress_bar() {
+  if (isatty(STDERR_FILENO) == 0) return [](size_t, size_t) {};
+  return [](size_t done, size_t total) {
+    constexpr size_t kWidth = 40;
+    if (done % 100 != 0 && done != total) return;
+    const size_t filled = total == 0 ? 0 : kWidth * done / total;
+    std::cerr << '\r' << (total == 0 ? "" : "[" + std::string(filled, '#') + std::string(kWidth - filled, ' ') + "] ")
+              << done;
+    if (done == total) std::cerr << '\n';
+  };
+}
+
+int export_verb(const Call& call) {
+  std::set<std::string> groups;
+  for (const std::string& word : call.words) {
+    std::vector<std::string_view> known;
+    for (const EntityKind& kind : entity_kinds()) known.push_back(kind.group);
+    if (std::find(known.begin(), known.end(), word) == known.end()) {
+      throw UsageError("There is no kind \"" + word + "\"; " + did_you_mean(word, known));
+    }
+    groups.insert(word);
+  }
+  COM_ProjectData project;
+  open_project(project, call, Use::Reading);
+  const std::string text = export_project(project, groups, progress_bar());
+  if (call.output.empty()) {
+    std::cout << text;
+    return kClean;
+  }
+  std::ofstream out(call.output, std::ios::binary);
+  if (!(out << text).flush()) fail(ErrorNumber::DeviceError, "Cannot write " + call.output + ".");
+  return kClean;
+}
+
+int import_verb(const Call& call) {
+  if (call.words.size() != 1) throw UsageError("Which file? tarn project import FILE (- for standard input)");
+  const std::string& file = call.words.front();
+  std::ifstream in;
+  if (file != "-") in.open(file, std::ios::binary);
+  if (file != "-" && !in) fail(ErrorNumber::FileNotFound, "Cannot read " + file + ".");
+  const std::string text{std::istreambuf_iterator<char>(file == "-" ? std::cin : in), {}};
+  COM_ProjectData project;
+  open_project(project, call, Use::Writing);
+  size_t count = 0;
+  try {
+    count = import_project(project, text, progress_bar());
+  } catch (const Error& error) {
+    throw Error(error.number(), error.source(), file + ", " + error.what());
+  }
+  if (call.json)
+    print_json({{"imported", count}});
+  else
+    std::cout << "imported " << count << (count == 1 ? " entity" : " entities") << '\n';
+  return kClean;
+}
+
+}  // namespace
+
+int run_project(const Call& call) {
+  if (call.verb == "new") return make_project(call);
+  if (call.verb == "export") return export_verb(call);
+  return call.verb == "import" ? import_verb(call) : project_info(call);
+}
 
 int run_describe(const Call& call) {
   Json all = Json::array();

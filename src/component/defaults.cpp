@@ -2,10 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "base/by_name.h"
 #include "component/json.h"
+#include "component/kinds.h"
 #include "platform/workspace.h"
-#include "storage/entity.h"
 
 namespace tarn {
 
@@ -14,16 +13,18 @@ extern const char* const default_records;
 void write_default_records(COM_ProjectData& project) {
   const auto table = nlohmann::ordered_json::parse(default_records);
   Transaction transaction;
-  for (const auto& [class_name, entry] : table.items()) {
-    Value made;
-    std::vector<Value> nothing;
-    call_method(project, project.info().find(entry.at("factory").get<std::string>()), nothing, made);
-    const auto object = std::get<ObjectPtr>(made);
-    for (const auto& [name, value] : entry.at("values").items())
-      set_from_json(*object, object->info().find(name), value);
-    if (entry.contains("then"))
-      call_method(*object, object->info().find(entry["then"].get<std::string>()), nothing, made);
-    std::dynamic_pointer_cast<StoredEntity>(object)->SaveDefault();
+  for (const EntityKind& kind : entity_kinds()) {
+    const auto entity = make_entity(project, kind);
+    const ClassInfo& info = entity->info();
+    for (const auto& [name, value] : table.at(std::string(kind.class_name)).at("values").items()) {
+      set_from_json(*entity, info.find(name), value);
+    }
+    if (!kind.computation.empty()) {
+      Value nothing;
+      std::vector<Value> none;
+      info.find(kind.computation).call(*entity, none, nothing);
+    }
+    entity->SaveDefault();
   }
   transaction.commit();
 }

@@ -1,9 +1,11 @@
 #include "component/json.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "base/nearest.h"
 #include "base/value.h"
 
 namespace tarn {
@@ -58,12 +60,25 @@ void check_shape(const Member& member, const Json& json, size_t dimension) {
   for (const Json& inner : json) check_shape(member, inner, dimension + 1);
 }
 
+/// The number behind {"code": 3, "text": ...}, behind a name or text of the enumeration, or plain.
+Json code_json(const Member& member, const Json& json) {
+  if (json.is_object() && json.contains("code")) return json["code"];
+  if (!json.is_string()) return json;
+  const auto word = json.get<std::string>();
+  std::vector<std::string_view> words;
+  for (const Label& label : member.labels) {
+    if (word == label.name || (word == label.text && !word.empty())) return label.code;
+    words.push_back(label.text.empty() ? label.name : label.text);
+  }
+  fail(ErrorNumber::TypeMismatch, "found \"" + word + "\"; " + did_you_mean(word, words));
+}
+
 void set_element(Object& object, const Member& member, const Json& json, Subscripts at) {
-  const Value value = from_json(json, member.type);
-  if (member.width > 0) {
-    const std::string& text = std::get<std::string>(value);
-    if (const size_t length = page_from_utf8(text).size(); length > member.width) {
-      fail(ErrorNumber::TypeMismatch, "\"" + text + "\" has " + std::to_string(length) + " characters, allowed are " +
+  if (member.width > 0 && json.is_null()) return member.let(object, at, std::string(member.width, '\0'));
+  const Value value = from_json(member.labels.empty() ? json : code_json(member, json), member.type);
+  if (const auto* text = std::get_if<std::string>(&value); text && member.width > 0 && text->size() > member.width) {
+    if (const size_t length = page_from_utf8(*text).size(); length > member.width) {
+      fail(ErrorNumber::TypeMismatch, "\"" + *text + "\" has " + std::to_string(length) + " characters, allowed are " +
                                           std::to_string(member.width));
     }
   }
@@ -118,24 +133,41 @@ Value from_json(const Json& json, ValueType type) {
   }
 }
 
+namespace {
+
+Json element_json(Object& object, const Member& member, Subscripts at) {
+  Value value;
+  member.get(object, at, value);
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    if (member.width > 0 && text->find_first_not_of('\0') == std::string::npos) return nullptr;
+    return without_padding(*text);
+  }
+  Json json = to_json(value);
+  if (member.labels.empty()) return json;
+  const auto code = std::get<int16_t>(value);
+  const auto label =
+      std::find_if(member.labels.begin(), member.labels.end(), [code](const Label& l) { return l.code == code; });
+  const bool known = label != member.labels.end();
+  return {{"code", std::move(json)}, {"text", !known ? "" : label->text.empty() ? label->name : label->text}};
+}
+
+}  // namespace
+
 Json to_json(Object& object, const Member& property) {
+  if (property.bounds.empty()) return element_json(object, property, {});
   Json json;
   std::vector<int> at;
-  nest(property, json, at, [&](Json& element, Subscripts subscripts) {
-    Value value;
-    property.get(object, subscripts, value);
-    if (auto* text = std::get_if<std::string>(&value)) *text = without_padding(*text);
-    element = to_json(value);
-  });
+  nest(property, json, at,
+       [&](Json& element, Subscripts subscripts) { element = element_json(object, property, subscripts); });
   return json;
 }
 
-Json stored_fields(Object& object) {
-  Json json = Json::object();
+void add_stored_fields(Object& object, Json& json) {
+  // Names are unique by construction: adding at the end spares the search for each.
+  auto& fields = json.get_ref<Json::object_t&>();
   for (const Member& member : object.info().members) {
-    if (member.stored()) json[std::string(member.name)] = to_json(object, member);
+    if (member.stored()) fields.emplace_back(std::string(member.name), to_json(object, member));
   }
-  return json;
 }
 
 namespace {

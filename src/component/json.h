@@ -12,10 +12,11 @@ nlohmann::ordered_json to_json(const Value& value);
 /// Error `TypeMismatch` for what the type cannot hold.
 Value from_json(const nlohmann::ordered_json& json, ValueType type);
 
-/// A property's value, arrays nested with the first subscript outermost. Texts are trimmed of their padding.
+/// A property's value, arrays nested with the first subscript outermost. Texts come without their padding; null is a
+/// text that was never written (NUL characters alone).
 nlohmann::ordered_json to_json(Object& object, const Member& property);
-/// All stored fields of an object.
-nlohmann::ordered_json stored_fields(Object& object);
+/// Adds all stored fields of an object to a JSON object. A code of an enumeration is {"code", "text"}.
+void add_stored_fields(Object& object, nlohmann::ordered_json& json);
 
 /// Sets a property from JSON. A text that is too long, a number that does not fit and a wrong shape are refused, and
 /// the message names class, property and what is allowed.

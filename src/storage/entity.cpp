@@ -107,15 +107,31 @@ void StoredEntity::Save() {
       rows.FindFirst("nIndex = ?", {cell(Index)});
       rows.Edit();
     }
-    make_name_valid();
-    rows.Fields("nIndex") = cell(Index);
-    rows.Fields("szName") = stored_name();
-    for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
-    rows.Update();
-    mark_dependants();
-    write_record(Index);
+    store(rows);
     transaction.commit();
   });
+}
+
+void StoredEntity::SaveAs(int16_t index) {
+  or_as_before([&] {
+    Transaction transaction;
+    Recordset rows = index_rows();
+    Index = index;
+    rows.AddNew();
+    store(rows);
+    transaction.commit();
+  });
+}
+
+/// Writes the row that is being edited or added, marks dependants, writes the record.
+void StoredEntity::store(Recordset& rows) {
+  make_name_valid();
+  rows.Fields("nIndex") = cell(Index);
+  rows.Fields("szName") = stored_name();
+  for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
+  rows.Update();
+  mark_dependants();
+  write_record(Index);
 }
 
 void StoredEntity::SaveDefault() {

@@ -27,6 +27,8 @@ class StoredEntity : public Object {
   /// Writes row and record and marks what rests on the entity; a new entity gets the lowest free index and, without a
   /// name, its default name. A failure leaves rows, file and index as they were.
   void Save();
+  /// Saves a new entity under an index of its own; error where another has it.
+  void SaveAs(int16_t index);
   /// Writes the object as the kind's default record.
   void SaveDefault();
   void CreateDefault();
@@ -54,6 +56,7 @@ class StoredEntity : public Object {
   void read_record(int16_t index);
   void write_record(int16_t index);
   void mark_dependants();
+  void store(Recordset& rows);
   void make_name_valid();
   template <typename F>
   void or_as_before(F operation);

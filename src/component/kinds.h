@@ -1,0 +1,25 @@
+// The kinds of entity that a project keeps, in the order in which they are listed, exported and given defaults: what is
+// referred to stands before what refers to it. A new kind is one row here.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "storage/entity.h"
+#include "storage/project.h"
+
+namespace tarn {
+
+struct EntityKind {
+  std::string_view group, one;  // as a person names them: "windows", "window"
+  std::string_view class_name;
+  std::string_view factory;      // of COM_ProjectData
+  std::string_view computation;  // run after an edit; empty where nothing is computed
+};
+
+std::span<const EntityKind> entity_kinds();
+
+/// A new entity from the project's factory. Errors are thrown, not trapped.
+Ptr<StoredEntity> make_entity(COM_ProjectData& project, const EntityKind& kind);
+
+}  // namespace tarn

@@ -1,0 +1,156 @@
+#include "component/exchange.h"
+
+#include <cmath>
+#include <limits>
+
+#include "component/defaults.h"
+#include "component/json_lines.h"
+#include "envelope/door.h"
+#include "envelope/shade.h"
+#include "storage/preferences.h"
+#include "support/temp_project.h"
+
+namespace tarn {
+namespace {
+
+const Progress quiet = [](size_t, size_t) {};
+
+class ExchangeTest : public test::ProjectTest {
+ protected:
+  void SetUp() override {
+    ProjectTest::SetUp();
+    write_default_records(project);
+  }
+  std::string text() { return export_project(project, {}, quiet); }
+  std::string state() {
+    std::string all = rows("WindowIndex") + rows("DoorIndex") + rows("ShadeIndex");
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path)) {
+      const std::string name = entry.path().filename().string();
+      if (name.ends_with(".DAT")) all += name + test::bytes_of(entry.path().string());
+    }
+    return all;
+  }
+  void fill() {
+    for (const char* name : {"A", "gap", "O'Hara \xE2\x82\xAC", "gap"}) saved_window(name);
+    auto window = project.NewWindow();
+    window->Name = std::string(255, 'x');
+    window->FrameType = 77;
+    window->Height = std::numeric_limits<float>::quiet_NaN();
+    window->Width = -std::numeric_limits<float>::infinity();
+    window->GlassTrans(2) = 0.78F;
+    window->GlassNameMetric(3) = "6 mm \xC3\xA9t\xC3\xA9";
+    window->WindowType = true;
+    window->Save();
+    window->Delete(2);
+    window->Delete(4);
+    auto door = project.NewDoor();
+    door->AreaSpec = static_cast<DOR_AreaSpec>(9);
+    door->GlassShaded = true;
+    door->Save();
+    auto shade = project.NewShade();
+    shade->RHFinExt = 0.1F;
+    shade->Save();
+    auto preferences = project.NewProjectPrefs();
+    preferences->EnergyStandardCode = PRF_EnergyStandards{999};
+    preferences->CurrencyUnits = "\xE2\x82\xAC";
+    preferences->Save();
+    test::write_bytes(project.ReportOptionsFilename(), std::string("\0\1\xFF report", 10));
+  }
+};
+
+TEST_F(ExchangeTest, TheSameProjectGivesTheSameBytesAfterARoundTrip) {
+  fill();
+  const std::string before = text();
+  EXPECT_NE(before.find("\"NaN\""), std::string::npos);
+  EXPECT_NE(before.find("0.78,"), std::string::npos) << "shortest numbers";
+  const std::string records = test::bytes_of(project.WindowFilename());
+  test::TempFolder other;
+  COM_ProjectData fresh;
+  fresh.SetWorkPath(other.path);
+  fresh.FilePrefix = "NEW";
+  create_index(fresh.IndexDBName());
+  EXPECT_EQ(import_project(fresh, before, quiet), 8U);
+  EXPECT_EQ(export_project(fresh, {}, quiet), before);
+  const std::string copied = test::bytes_of(fresh.WindowFilename());
+  for (const size_t index : {1, 3, 5})
+    EXPECT_EQ(copied.substr(index * 555, 555), records.substr(index * 555, 555)) << index;
+  EXPECT_EQ(test::bytes_of(fresh.ReportOptionsFilename()), test::bytes_of(project.ReportOptionsFilename()));
+}
+
+TEST_F(ExchangeTest, AFilledProjectRenumbersAndKeepsItsOwn) {
+  fill();
+  const std::string own_default = test::bytes_of(project.WindowFilename()).substr(0, 555);
+  EXPECT_EQ(
+      import_project(project, R"({"tarn": 1, "WIN_Window": [{"index": 0, "Height": 9}, {"index": 1, "Name": "new"}]})",
+                     quiet),
+      1U);
+  auto window = project.NewWindow();
+  window->Load(1);
+  EXPECT_EQ(window->Name.trimmed(), "A");
+  window->Load(2);
+  EXPECT_EQ(window->Name.trimmed(), "new");
+  EXPECT_EQ(window->Height, 4.0F) << "what the text leaves out is the default's";
+  EXPECT_EQ(test::bytes_of(project.WindowFilename()).substr(0, 555), own_default);
+}
+
+TEST_F(ExchangeTest, BadTextsAreRefusedWholeWithTheirLine) {
+  fill();
+  const std::string good = R"({"tarn": 1,
+"DOR_Door": [{"index": 3, "Name": "first"},
+{"index": 4,
+)";
+  const struct {
+    std::string text;
+    std::string says;
+  } cases[]{
+      {"{\"tarn\": 1,\n\"DOR_Door\": [", "line 2: the text is no JSON"},
+      {"[]", "no project"},
+      {"{\"tarn\": 2}", "wanted an object with \"tarn\": 1"},
+      {"{\"tarn\": 1,\n\"DOR_Dor\": []}", "line 2, /DOR_Dor: there is no kind \"DOR_Dor\"; did you mean DOR_Door?"},
+      {"{\"tarn\": 1, \"DOR_Door\": {}}", "/DOR_Door: found object, wanted an array"},
+      {"{\"tarn\": 1, \"DOR_Door\": [5]}", "/DOR_Door/0: found number, wanted an object"},
+      {"{\"tarn\": 1, \"DOR_Door\": [{}]}", "no \"index\""},
+      {"{\"tarn\": 1, \"DOR_Door\": [{\"index\": 40000}]}",
+       "/DOR_Door/0/index: found 40000, wanted a whole number from 0 to 32767"},
+      {"{\"tarn\": 1, \"DOR_Door\": [{\"index\": 1},\n{\"index\": 1}]}",
+       "line 2, /DOR_Door/1/index: the index 1 stands twice"},
+      {good + "\"Heigth\": 2}]}", "line 4, /DOR_Door/1/Heigth: DOR_Door has no field Heigth; did you mean Height?"},
+      {good + "\"Height\": \"tall\"}]}",
+       "line 4, /DOR_Door/1/Height: DOR_Door.Height: found the text \"tall\", wanted a number"},
+      {good + "\"Height\": 1e39}]}", "Overflow"},
+      {good + "\"AreaSpec\": 1.5}]}", "found number, wanted a whole number"},
+      {good + "\"AreaSpec\": 18446744073709551615}]}", "too large"},
+      {good + "\"AreaSpec\": \"DAS_HEIGHT\"}]}", "did you mean DAS_AREA?"},
+      {good + "\"GlassShaded\": 1}]}", "found number, wanted true or false"},
+      {good + "\"Name\": 7}]}", "found number, wanted a text"},
+      {good + "\"Name\": \"" + std::string(256, 'n') + "\"}]}", "256 characters, allowed are 255"},
+      {good + "\"Name\": \"\xE6\x97\xA5\"}]}", "U+65E5"},
+      {good + "\"Index\": 7}]}", "no field Index"},
+      {"{\"tarn\": 1, \"WIN_Window\": [{\"index\": 9, \"GlassTrans\": [1, 2]}]}",
+       "found array of 2, wanted an array of 3"},
+      {"{\"tarn\": 1, \"WIN_Window\": [{\"index\": 9, \"GlassTrans\": 1}]}", "found number, wanted an array of 3"},
+      {"{\"tarn\": 1, \"RPT_ReportOptions\": {\"record\": \"0g\"}}", "found \"g\", wanted hexadecimal digits"},
+      {"{\"tarn\": 1, \"PRF_ProjectPrefs\": {\"CurrencyUnits\": \"too long\"}}", "8 characters, allowed are 5"},
+  };
+  const std::string before = state();
+  for (const auto& c : cases) {
+    try {
+      import_project(project, c.text, quiet);
+      ADD_FAILURE() << c.text;
+    } catch (const Error& error) {
+      EXPECT_NE(error.description().find(c.says), std::string::npos) << error.what() << "\nfor " << c.text;
+    }
+    EXPECT_EQ(state(), before) << c.text;
+  }
+}
+
+TEST(JsonLines, AreThoseOfTheValue) {
+  const std::string text = "{\n\"a\": [1,\n{\"b\": 2,\n\"c\": \"x\"}],\n\"d\": null}";
+  EXPECT_EQ(line_of(text, "/a/0"), 2U);
+  EXPECT_EQ(line_of(text, "/a/1/b"), 3U);
+  EXPECT_EQ(line_of(text, "/a/1/c"), 4U);
+  EXPECT_EQ(line_of(text, "/d"), 5U);
+}
+
+}  // namespace
+}  // namespace tarn
