@@ -39,6 +39,7 @@ int main(int count, char** arguments) {
     tarn::bench::window_cases(report, folder.path());
     tarn::bench::by_name_cases(report);
     tarn::bench::staleness_cases(report, folder.path());
+    tarn::bench::exchange_cases(report, folder.path());
     report.summary();
   } catch (const std::exception& failure) {
     std::printf("The benchmarks stopped: %s\n", failure.what());

@@ -28,10 +28,20 @@ std::vector<int16_t> indexes_of(const StoredEntity& entity) {
   return indexes;
 }
 
-Json entity_json(StoredEntity& entity, int16_t index) {
-  Json json{{"index", index}};
-  add_stored_fields(entity, json);
-  return json;
+/// The stored fields, a line each, behind what stands in the object already.
+void write_fields(std::string& out, Object& object, std::string_view separator) {
+  for (const Member& member : object.info().members) {
+    if (!member.stored()) continue;
+    ((out += separator) += "\n  \"") += member.name;
+    (out += "\": ") += to_json(object, member).dump();
+    separator = ",";
+  }
+}
+
+void write_entity(std::string& out, StoredEntity& entity, int16_t index, bool first) {
+  (out += first ? "\n {\"index\": " : ",\n {\"index\": ") += std::to_string(index);
+  write_fields(out, entity, ",");
+  out += "}";
 }
 
 std::string hex_of(std::span<const std::byte> bytes) {
@@ -65,35 +75,41 @@ bool on_disk(const std::string& file) { return Engine::of_thread().Workspaces(0)
 
 std::string export_project(COM_ProjectData& project, const std::set<std::string>& groups, const Progress& progress) {
   Transaction reading;
-  Json all{{"tarn", kFormat}};
+  std::string out = "{\"tarn\": " + std::to_string(kFormat);
+  const auto section = [&out](std::string_view name) { ((out += ",\n\"") += name) += "\": "; };
   size_t done = 0;
   for (const EntityKind& kind : entity_kinds()) {
     if (!groups.empty() && !groups.contains(std::string(kind.group))) continue;
     const auto entity = make_entity(project, kind);
-    const auto indexes = indexes_of(*entity);
-    Json list = Json::array();
-    if (on_disk(entity->FileName)) {
+    const bool has_default = on_disk(entity->FileName);
+    section(kind.class_name);
+    out += "[";
+    if (has_default) {
       entity->CreateDefault();
-      list.push_back(entity_json(*entity, 0));
+      write_entity(out, *entity, 0, true);
     }
-    for (const int16_t index : indexes) {
+    bool first = !has_default;
+    for (const int16_t index : indexes_of(*entity)) {
       entity->Load(index);
-      list.push_back(entity_json(*entity, index));
+      write_entity(out, *entity, index, std::exchange(first, false));
       progress(++done, 0);
     }
-    all[std::string(kind.class_name)] = std::move(list);
+    out += "]";
   }
   if (groups.empty()) {
     if (const auto preferences = project.NewProjectPrefs(); on_disk(preferences->FileName)) {
       preferences->Load();
-      add_stored_fields(*preferences, all[std::string(kPreferences)] = Json::object());
+      section(kPreferences);
+      write_fields(out += "{", *preferences, "");
+      out += "}";
     }
     if (const auto reports = project.NewReportOptions(); on_disk(reports->FileName)) {
       reports->Load();
-      all[std::string(kReports)] = {{"record", hex_of(reports->bytes)}};
+      section(kReports);
+      out += "{\"record\": \"" + hex_of(reports->bytes) + "\"}";
     }
   }
-  return all.dump(1) + "\n";
+  return out + "}\n";
 }
 
 namespace {
