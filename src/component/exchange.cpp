@@ -33,7 +33,7 @@ void write_fields(std::string& out, Object& object, std::string_view separator) 
   for (const Member& member : object.info().members) {
     if (!member.stored()) continue;
     ((out += separator) += "\n  \"") += member.name;
-    (out += "\": ") += to_json(object, member).dump();
+    write_json(out += "\": ", object, member);
     separator = ",";
   }
 }

@@ -162,6 +162,64 @@ Json to_json(Object& object, const Member& property) {
   return json;
 }
 
+namespace {
+
+void write_text(std::string& out, std::string_view text) {
+  const auto plain = [](char c) {
+    return static_cast<unsigned char>(c) >= 0x20 && c != '"' && c != '\\' && c != '\x7F';
+  };
+  if (std::all_of(text.begin(), text.end(), plain))
+    ((out += '"') += text) += '"';
+  else
+    out += Json(text).dump();
+}
+
+/// Finite reals always show that they are reals.
+template <typename T>
+void write_number(std::string& out, T value) {
+  char text[40];
+  const auto result = std::to_chars(std::begin(text), std::end(text), value);
+  const std::string_view digits(text, static_cast<size_t>(result.ptr - text));
+  out += digits;
+  if (std::is_floating_point_v<T> && digits.find_first_of(".e") == std::string_view::npos) out += ".0";
+}
+
+void write_element(std::string& out, Object& object, const Member& member, Subscripts at) {
+  Value value;
+  member.get(object, at, value);
+  if (!member.labels.empty()) {
+    out += element_json(object, member, at).dump();
+  } else if (const auto* whole = std::get_if<int16_t>(&value)) {
+    write_number(out, *whole);
+  } else if (const auto* real = std::get_if<float>(&value); real && std::isfinite(*real)) {
+    write_number(out, *real);
+  } else if (const auto* text = std::get_if<std::string>(&value); text && text->find('\0') == std::string::npos) {
+    write_text(out, std::string_view(*text).substr(0, text->find_last_not_of(' ') + 1));
+  } else {
+    out += element_json(object, member, at).dump();
+  }
+}
+
+void write_nested(std::string& out, Object& object, const Member& member, std::vector<int>& at) {
+  if (at.size() == member.bounds.size()) return write_element(out, object, member, at);
+  const Bounds& bounds = member.bounds[at.size()];
+  for (int s = bounds.first; s <= bounds.last; ++s) {
+    out += s == bounds.first ? '[' : ',';
+    at.push_back(s);
+    write_nested(out, object, member, at);
+    at.pop_back();
+  }
+  out += ']';
+}
+
+}  // namespace
+
+void write_json(std::string& out, Object& object, const Member& property) {
+  if (property.bounds.empty()) return write_element(out, object, property, {});
+  std::vector<int> at;
+  write_nested(out, object, property, at);
+}
+
 void add_stored_fields(Object& object, Json& json) {
   // Names are unique by construction: adding at the end spares the search for each.
   auto& fields = json.get_ref<Json::object_t&>();

@@ -15,6 +15,8 @@ Value from_json(const nlohmann::ordered_json& json, ValueType type);
 /// A property's value, arrays nested with the first subscript outermost. Texts come without their padding; null is a
 /// text that was never written (NUL characters alone).
 nlohmann::ordered_json to_json(Object& object, const Member& property);
+/// Appends a property's value as JSON text: what `to_json` gives, without the values in between.
+void write_json(std::string& out, Object& object, const Member& property);
 /// Adds all stored fields of an object to a JSON object. A code of an enumeration is {"code", "text"}.
 void add_stored_fields(Object& object, nlohmann::ordered_json& json);
 

@@ -12,7 +12,9 @@ namespace {
 
 /// One name a file, whatever the current folder.
 std::string absolute(const std::string& path) {
-  return path.starts_with('/') ? path : std::filesystem::absolute(path).lexically_normal().string();
+  const bool plain =
+      path.starts_with('/') && path.find("/.") == std::string::npos && path.find("//") == std::string::npos;
+  return plain ? path : std::filesystem::absolute(path).lexically_normal().string();
 }
 
 }  // namespace

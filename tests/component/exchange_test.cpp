@@ -2,8 +2,10 @@
 
 #include <cmath>
 #include <limits>
+#include <nlohmann/json.hpp>
 
 #include "component/defaults.h"
+#include "component/json.h"
 #include "component/json_lines.h"
 #include "envelope/door.h"
 #include "envelope/shade.h"
@@ -141,6 +143,23 @@ TEST_F(ExchangeTest, BadTextsAreRefusedWholeWithTheirLine) {
       EXPECT_NE(error.description().find(c.says), std::string::npos) << error.what() << "\nfor " << c.text;
     }
     EXPECT_EQ(state(), before) << c.text;
+  }
+}
+
+TEST(WriteJson, IsWhatTheValuesOfToJsonAre) {
+  WIN_Window window;
+  window.Name = "a \"quoted\" \\ \xC3\xA9\t\x7F";
+  window.Height = std::numeric_limits<float>::infinity();
+  const float reals[]{1e-45F, 3.4028235e38F, -0.0F};
+  for (int i = 1; i <= 3; ++i) window.GlassTrans(i) = reals[i - 1];
+  window.GlassReflect(1) = 100.0F;
+  window.GlassReflect(2) = 1e20F;
+  window.GlassReflect(3) = 0.1F;
+  for (const Member& member : window.info().members) {
+    if (!member.stored()) continue;
+    std::string text;
+    write_json(text, window, member);
+    EXPECT_EQ(nlohmann::ordered_json::parse(text), to_json(window, member)) << text;
   }
 }
 
