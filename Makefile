@@ -1,5 +1,5 @@
 # The front door. `./run` and `./test` do the same on a bare machine.
-.PHONY: run test check bench build format
+.PHONY: run test check bench build format reference
 
 build:
 	@scripts/setup
@@ -29,3 +29,6 @@ bench: build
 
 format:
 	@scripts/format-check fix
+
+reference: build
+	@build/cli/tarn_reference docs/reference

@@ -46,11 +46,4 @@ int run_project(const Call& call);
 int run_kind(const Call& call);
 int run_describe(const Call& call);
 
-/// Groups with their verbs, for help and for the nearest right word.
-struct Group {
-  std::string name, help;
-  std::vector<std::pair<std::string, std::string>> verbs;  // with help
-};
-std::vector<Group> kind_groups();
-
 }  // namespace tarn::cli

@@ -175,22 +175,6 @@ int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::s
 
 }  // namespace
 
-std::vector<Group> kind_groups() {
-  std::vector<Group> groups;
-  for (const EntityKind& kind : entity_kinds()) {
-    const std::string one(kind.one);
-    groups.push_back({std::string(kind.group),
-                      "the project's " + std::string(kind.group),
-                      {{"list", "the index rows of all"},
-                       {"show", "N: every stored property of " + one + " N"},
-                       {"new", "[Property=value ...]: a new " + one + " from the defaults"},
-                       {"set", "N Property=value ...: changes " + one + " N, and what is computed from it"},
-                       {"clone", "N [Property=value ...]: a copy of " + one + " N"},
-                       {"delete", "N: removes " + one + " N and every use of it"}}});
-  }
-  return groups;
-}
-
 int run_kind(const Call& call) {
   const EntityKind& kind = kind_of(call);
   const bool reading = call.verb == "list" || call.verb == "show";

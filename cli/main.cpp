@@ -7,7 +7,7 @@
 #include "base/log.h"
 #include "base/nearest.h"
 #include "cli/command.h"
-#include "component/class_list.h"
+#include "cli/words.h"
 
 namespace {
 
@@ -22,20 +22,6 @@ class StandardErrorLog final : public Log {
     std::cerr << "tarn: " << class_name << ' ' << procedure << ": " << detail << '\n';
   }
 };
-
-std::vector<Group> groups() {
-  std::vector<Group> all{{"project",
-                          "a project on disk",
-                          {{"new", "makes the index database and the default records"},
-                           {"info", "what the project holds, and what is stale"},
-                           {"export", "[KIND ...]: the project as JSON"},
-                           {"import", "FILE: brings entities of a JSON text in, all or none"}}}};
-  for (Group& group : kind_groups()) all.push_back(std::move(group));
-  Group describe{"describe", "[CLASS]: the members of the classes", {}};
-  for (const ClassEntry& entry : class_list()) describe.verbs.emplace_back(entry.info().name, "");
-  all.push_back(std::move(describe));
-  return all;
-}
 
 template <typename Range, typename Name>
 void check_word(const std::string& word, const Range& range, Name name, const std::string& what) {
@@ -78,7 +64,7 @@ int main(int argc, char** argv) {
   app.add_option("-o,--output", call.output, "the file to write, instead of standard output");
   app.add_flag("--json", call.json, "print JSON");
   app.add_option("words", words, "GROUP VERB ...");
-  const auto all = groups();
+  const auto all = all_groups();
   help_text(app, all);
   StandardErrorLog log;
   set_log(&log);

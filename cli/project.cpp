@@ -11,6 +11,7 @@
 #include "base/nearest.h"
 #include "base/value.h"
 #include "cli/command.h"
+#include "cli/words.h"
 #include "component/class_list.h"
 #include "component/defaults.h"
 #include "component/exchange.h"
@@ -115,24 +116,6 @@ Json member_json(const Member& member) {
   for (const Label& label : member.labels)
     json["codes"].push_back({{"code", label.code}, {"name", label.name}, {"text", label.text}});
   return json;
-}
-
-std::string signature(const Member& member) {
-  std::string text(member.name);
-  for (size_t i = 0; i < member.bounds.size(); ++i) {
-    const Bounds& b = member.bounds[i];
-    text += (i == 0 ? "(" : ", ") + std::to_string(b.first) + " to " + std::to_string(b.last);
-  }
-  if (!member.bounds.empty()) text += ")";
-  if (member.kind == MemberKind::Property) return text;
-  text += "(";
-  for (size_t i = 0; i < member.parameters.size(); ++i) {
-    const Parameter& p = member.parameters[i];
-    if (i > 0) text += ", ";
-    text += (p.optional ? "[" : "") + std::string(p.by_reference ? "ByRef " : "") + std::string(p.name) + " " +
-            std::string(type_name(p.type)) + (p.optional ? "]" : "");
-  }
-  return text + ")";
 }
 
 }  // namespace

@@ -38,6 +38,25 @@ class TestCommandLine(unittest.TestCase):
         self.assertEqual([r["szName"] for r in self.rows()], ["other"])
         self.assertIn("windows: 1", self.tarn("project", "info").stdout)
 
+    def test_exchange(self):
+        self.tarn("doors", "new", "Name=O'Hara", "AreaSpec=DAS_HEIGHT_AND_WIDTH", "Height=7")
+        self.tarn("shades", "new", "OvhgExt=2.5")
+        text = self.tarn("project", "export").stdout
+        (self.at / "all.json").write_text(text)
+        other = self.at / "other"
+        other.mkdir()
+        self.tarn("project", "new", project=other / "COPY")
+        self.assertEqual(self.tarn("project", "import", str(self.at / "all.json"), project=other).stdout, "imported 5 entities\n")
+        self.tarn("project", "export", "--output", str(self.at / "copy.json"), project=other)
+        self.assertEqual((self.at / "copy.json").read_text(), text)
+        self.assertEqual(list(json.loads(self.tarn("project", "export", "doors").stdout)), ["tarn", "DOR_Door"])
+        (self.at / "bad.json").write_text(text.replace('"OvhgExt": 2.5', '"OvhgExt": "far"'))
+        refused = self.tarn("project", "import", str(self.at / "bad.json"), project=other, code=2).stderr
+        self.assertIn("/SHD_Shade/1/OvhgExt: SHD_Shade.OvhgExt: found the text \"far\"", refused)
+        self.assertEqual(self.tarn("project", "export", project=other).stdout, text)
+        self.assertIn("did you mean doors?", self.tarn("project", "export", "dors", code=2).stderr)
+        self.tarn("project", "import", "none.json", code=3)
+
     def test_mistakes_name_the_right_word_and_change_nothing(self):
         self.tarn("windows", "new", "Name=A")
         before = {p.name: p.read_bytes() for p in self.at.iterdir()}

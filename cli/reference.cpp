@@ -1,0 +1,150 @@
+// Writes the pages of docs/reference/ from the declarations: classes, record files, tables, and the manual page.
+// A test compares them with the ones in the repository; `make reference` brings those up to date.
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+#include "base/value.h"
+#include "cli/command.h"
+#include "cli/words.h"
+#include "component/class_list.h"
+#include "component/kinds.h"
+#include "storage/schema.h"
+
+namespace {
+
+using namespace tarn;
+using namespace tarn::cli;
+
+std::string bounds_text(const Member& member) {
+  std::string text;
+  for (const Bounds& b : member.bounds) {
+    text += (text.empty() ? "(" : ", ") + std::to_string(b.first) + " to " + std::to_string(b.last);
+  }
+  return text.empty() ? text : text + ")";
+}
+
+std::string type_text(const Member& member) {
+  std::string text(type_name(member.type));
+  if (member.width > 0) text += " of " + std::to_string(member.width);
+  return text;
+}
+
+std::string row(std::initializer_list<std::string> cells) {
+  std::string text = "|";
+  for (const std::string& each : cells) text += " " + each + " |";
+  return text + "\n";
+}
+
+std::string notes(const Member& member) {
+  if (member.kind == MemberKind::Event) return "event";
+  if (member.read_only) return "read-only";
+  return member.by_reference ? "set by reference" : "";
+}
+
+std::string codes(const ClassInfo& info) {
+  std::string out;
+  for (const Member& member : info.members) {
+    if (member.labels.empty()) continue;
+    out += "\nCodes of `" + std::string(member.name) + "`:\n\n| code | name | text |\n| --- | --- | --- |\n";
+    for (const Label& l : member.labels)
+      out += row({std::to_string(l.code), "`" + std::string(l.name) + "`", std::string(l.text)});
+  }
+  return out;
+}
+
+std::string classes_page() {
+  std::string out = "# Classes\n\nEvery class with its members, in interface order.\n";
+  for (const ClassEntry& entry : class_list()) {
+    const ClassInfo& info = entry.info();
+    out += "\n## " + std::string(info.name) + "\n\nFailures are " +
+           (info.failures == Failures::Trapped ? "trapped and logged" : "raised") +
+           ".\n\n| member | type | unit | |\n| --- | --- | --- | --- |\n";
+    for (const Member& m : info.members)
+      out += row({"`" + signature(m) + "`", type_text(m), std::string(m.unit), notes(m)});
+    out += codes(info);
+  }
+  return out;
+}
+
+std::string files_page() {
+  std::string out =
+      "# Record files\n\nRecord n lies at byte n times the record's length; record 0 is the kind's default. Numbers "
+      "are "
+      "little-endian, fields are not padded, texts are one byte a character (code page 1252) and padded with blanks, "
+      "Booleans "
+      "are 16-bit: 0 and -1. Of an array the first subscript varies fastest.\n";
+  for (const ClassEntry& entry : class_list()) {
+    const ClassInfo& info = entry.info();
+    if (info.record_size == 0) continue;
+    std::vector<const Member*> fields;
+    for (const Member& m : info.members) {
+      if (m.stored()) fields.push_back(&m);
+    }
+    std::sort(fields.begin(), fields.end(), [](const Member* a, const Member* b) { return a->offset < b->offset; });
+    out += "\n## " + std::string(info.name) + ": " + std::to_string(info.record_size) +
+           " bytes\n\n| offset | size | field | type | unit |\n| --- | --- | --- | --- | --- |\n";
+    for (const Member* m : fields) {
+      out += row({std::to_string(m->offset), std::to_string(m->size),
+                  "`" + std::string(m->name) + bounds_text(*m) + "`", type_text(*m), std::string(m->unit)});
+    }
+  }
+  return out;
+}
+
+std::string tables_page() {
+  std::string out =
+      "# Tables\n\n## Kinds\n\n| kind | class | index table | written columns | link rows removed with it |\n"
+      "| --- | --- | --- | --- | --- |\n";
+  COM_ProjectData project;
+  for (const EntityKind& kind : entity_kinds()) {
+    const auto entity = std::dynamic_pointer_cast<StoredEntity>(create(kind.class_name));
+    std::string columns = "`nIndex`, `szName`";
+    for (const SummaryColumn& column : entity->kind().columns) columns += ", `" + std::string(column.name) + "`";
+    std::string links;
+    for (const LinkColumn& link : entity->kind().links) {
+      links += (links.empty() ? "`" : ", `") + std::string(link.table) + "` by `" + std::string(link.column) + "`";
+    }
+    out += row({std::string(kind.group), "`" + std::string(kind.class_name) + "`",
+                "`" + std::string(entity->kind().index_table) + "`", columns, links});
+  }
+  return out + "\n## The index database\n\n```sql\n" + index_schema() + "```\n";
+}
+
+/// The page in the manual's own language.
+std::string manual_page() {
+  std::string out =
+      ".TH TARN 1\n.SH NAME\ntarn \\- the data layer of an HVAC design program\n.SH SYNOPSIS\n.B tarn\n"
+      "[\\-p FOLDER | \\-p FOLDER/PREFIX] [\\-\\-json] GROUP VERB ...\n.SH OPTIONS\n"
+      ".TP\n\\-p, \\-\\-project\nthe project: a folder with one project, or FOLDER/PREFIX (default: the current "
+      "folder)\n"
+      ".TP\n\\-\\-json\nprint JSON\n.TP\n\\-o, \\-\\-output FILE\nwrite to a file instead of standard output\n.SH "
+      "GROUPS\n";
+  for (const Group& group : all_groups()) {
+    out += ".SS " + group.name + "\n" + group.help + "\n";
+    if (group.name == "describe") continue;
+    for (const auto& [verb, help] : group.verbs) out += ".TP\n.B " + verb + "\n" + help + "\n";
+  }
+  return out + ".SH EXIT STATUS\n0 clean, 1 findings, 2 usage, 3 input or output, 4 internal\n";
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count != 2) {
+    std::cerr << "tarn_reference FOLDER\n";
+    return kUsage;
+  }
+  const std::filesystem::path folder(arguments[1]);
+  std::filesystem::create_directories(folder);
+  const std::pair<const char*, std::string> pages[]{{"classes.md", classes_page()},
+                                                    {"files.md", files_page()},
+                                                    {"tables.md", tables_page()},
+                                                    {"tarn.1", manual_page()}};
+  for (const auto& [name, text] : pages) {
+    if (!(std::ofstream(folder / name, std::ios::binary) << text).flush()) return kInputOutput;
+  }
+  return kClean;
+}

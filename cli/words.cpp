@@ -1,0 +1,52 @@
+#include "cli/words.h"
+
+#include "base/value.h"
+#include "component/class_list.h"
+#include "component/kinds.h"
+
+namespace tarn::cli {
+
+std::vector<Group> all_groups() {
+  std::vector<Group> all{{"project",
+                          "a project on disk",
+                          {{"new", "makes the index database and the default records"},
+                           {"info", "what the project holds, and what is stale"},
+                           {"export", "[KIND ...]: the project as JSON"},
+                           {"import", "FILE: brings entities of a JSON text in, all or none"}}}};
+  for (const EntityKind& kind : entity_kinds()) {
+    const std::string one(kind.one);
+    const std::string follows = kind.computation.empty() ? "" : ", and what is computed from it";
+    all.push_back({std::string(kind.group),
+                   "the project's " + std::string(kind.group),
+                   {{"list", "the index rows of all"},
+                    {"show", "N: every stored property of " + one + " N"},
+                    {"new", "[Property=value ...]: a new " + one + " from the defaults"},
+                    {"set", "N Property=value ...: changes " + one + " N" + follows},
+                    {"clone", "N [Property=value ...]: a copy of " + one + " N"},
+                    {"delete", "N: removes " + one + " N and every use of it"}}});
+  }
+  Group describe{"describe", "[CLASS]: the members of the classes", {}};
+  for (const ClassEntry& entry : class_list()) describe.verbs.emplace_back(entry.info().name, "");
+  all.push_back(std::move(describe));
+  return all;
+}
+
+std::string signature(const Member& member) {
+  std::string text(member.name);
+  for (size_t i = 0; i < member.bounds.size(); ++i) {
+    const Bounds& b = member.bounds[i];
+    text += (i == 0 ? "(" : ", ") + std::to_string(b.first) + " to " + std::to_string(b.last);
+  }
+  if (!member.bounds.empty()) text += ")";
+  if (member.kind == MemberKind::Property) return text;
+  text += "(";
+  for (size_t i = 0; i < member.parameters.size(); ++i) {
+    const Parameter& p = member.parameters[i];
+    if (i > 0) text += ", ";
+    text += (p.optional ? "[" : "") + std::string(p.by_reference ? "ByRef " : "") + std::string(p.name) + " " +
+            std::string(type_name(p.type)) + (p.optional ? "]" : "");
+  }
+  return text + ")";
+}
+
+}  // namespace tarn::cli
