@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <map>
 #include <set>
 
 #include "base/nearest.h"
@@ -16,6 +17,7 @@
 #include "component/defaults.h"
 #include "component/exchange.h"
 #include "component/kinds.h"
+#include "storage/preferences.h"
 #include "storage/schema.h"
 
 namespace tarn::cli {
@@ -77,25 +79,31 @@ int make_project(const Call& call) {
 int project_info(const Call& call) {
   COM_ProjectData project;
   const auto database = open_project(project, call, Use::Reading);
-  Json files = Json::object();
+  std::map<std::string, uint64_t> files;
   for (const auto& entry : fs::directory_iterator(project.WorkPath())) {
     const std::string name = entry.path().filename().string();
     if (name.starts_with(project.FilePrefix) && entry.is_regular_file()) files[name] = entry.file_size();
   }
-  const Json info{{"folder", project.WorkPath()},
-                  {"prefix", project.FilePrefix},
-                  {"entities", counts(*database, kCounted)},
-                  {"stale", counts(*database, kStale)},
-                  {"files", files}};
+  Json preferences = Json::object();
+  if (const auto prefs = project.NewProjectPrefs(); fs::exists(prefs->FileName)) {
+    prefs->Load();
+    preferences = {{"ventilation standard", prefs->VentilationStandardText(prefs->VentStandardCode)},
+                   {"energy standard", prefs->EnergyStandardText(prefs->EnergyStandardCode)},
+                   {"rating version", prefs->LeedVersionText(prefs->LeedVersionCode)},
+                   {"currency", prefs->CurrencyUnits.trimmed()}};
+  }
+  const Json info{
+      {"folder", project.WorkPath()},       {"prefix", project.FilePrefix}, {"entities", counts(*database, kCounted)},
+      {"stale", counts(*database, kStale)}, {"preferences", preferences},   {"files", files}};
   if (call.json) {
     print_json(info);
     return kClean;
   }
   std::cout << "project " << project.FilePrefix << " in " << project.WorkPath() << '\n';
-  for (const char* section : {"entities", "stale", "files"}) {
+  for (const char* section : {"entities", "stale", "preferences", "files"}) {
     std::cout << section << (info[section].empty() ? ": none\n" : ":\n");
     for (const auto& [name, value] : info[section].items()) {
-      std::cout << "  " << name << ": " << value << (section == std::string("files") ? " bytes" : "") << '\n';
+      std::cout << "  " << name << ": " << shown(value) << (section == std::string("files") ? " bytes" : "") << '\n';
     }
   }
   return kClean;
