@@ -1,9 +1,15 @@
 #include "storage/staleness.h"
 
+#include <algorithm>
+
 #include "platform/database.h"
 
 namespace tarn {
 namespace {
+
+// The systems that rest on the entity are found once, as the ways to plants and buildings lead through them.
+const std::string kMakeSystems = "CREATE TEMP TABLE IF NOT EXISTS StaleSystems (nIndex INTEGER PRIMARY KEY)";
+const std::string kForgetSystems = "DELETE FROM temp.StaleSystems";
 
 std::string step_query(const LinkStep& step, const std::string& condition) {
   return "SELECT " + std::string(step.gives) + " FROM " + std::string(step.table) + " WHERE " + std::string(step.by) +
@@ -34,22 +40,32 @@ std::string stage_query(std::initializer_list<Route> routes, Stage stage,
 
 Reach::Reach(Results results, std::initializer_list<Route> routes) {
   const std::string spaces = stage_query(routes, Stage::Spaces, {});
-  const std::string systems =
+  const std::string found_systems =
       stage_query(routes, Stage::Systems, {{{"System_Space_Links", "Space_ID", "System_ID"}, spaces}});
+  if (!found_systems.empty()) collect_systems_ = "INSERT OR IGNORE INTO temp.StaleSystems " + found_systems;
+  const std::string systems = found_systems.empty() ? "" : "SELECT nIndex FROM temp.StaleSystems";
   const std::string plants =
       stage_query(routes, Stage::Plants, {{{"Plant_System_Links", "System_ID", "Plant_ID"}, systems}});
   const std::string buildings = stage_query(routes, Stage::Buildings,
                                             {{{"Building_Plant_Links", "Plant_ID", "Building_ID"}, plants},
                                              {{"Building_System_Links", "System_ID", "Building_ID"}, systems}});
+  only_through_systems_ =
+      std::none_of(routes.begin(), routes.end(), [](const Route& route) { return route.stage > Stage::Systems; });
   const std::string changed =
       results == Results::SimulationOnly ? "bSimHasChanged = -1" : "bSimHasChanged = -1, bDesHasChanged = -1";
   const auto add = [this](std::string_view table, const std::string& flags, const std::string& ids) {
-    if (!ids.empty())
-      statements_.push_back("UPDATE " + std::string(table) + " SET " + flags + " WHERE nIndex IN (" + ids + ")");
+    if (ids.empty()) return;
+    updates_.push_back("UPDATE " + std::string(table) + " SET " + flags + " WHERE nIndex IN (" + ids + ")");
   };
   add("AirSystemIndex", changed, systems);
   add("PlantIndex", changed, plants);
   add("BuildingIndex", "bHasChanged = -1", buildings);
+}
+
+std::vector<std::string> Reach::statements() const {
+  std::vector<std::string> all{kMakeSystems, kForgetSystems, collect_systems_};
+  all.insert(all.end(), updates_.begin(), updates_.end());
+  return all;
 }
 
 Reach Reach::through_spaces(std::string_view link_table, std::string_view id_column) {
@@ -57,8 +73,16 @@ Reach Reach::through_spaces(std::string_view link_table, std::string_view id_col
 }
 
 void Reach::mark(Database& database, int index) const {
-  const Cell parameters[]{cell(index)};
-  for (const std::string& statement : statements_) database.Execute(statement, parameters);
+  const Cell entity[]{cell(index)};
+  if (!collect_systems_.empty()) {
+    database.Execute(kMakeSystems);
+    database.Execute(kForgetSystems);
+    if (database.Execute(collect_systems_, entity) == 0 && only_through_systems_) return;
+  }
+  for (const std::string& update : updates_) {
+    const bool from_entity = update.find("?1") != std::string::npos;
+    database.Execute(update, from_entity ? std::span<const Cell>(entity) : std::span<const Cell>());
+  }
 }
 
 }  // namespace tarn

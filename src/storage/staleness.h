@@ -33,12 +33,15 @@ class Reach {
   /// Of a kind that spaces use, design and simulation.
   static Reach through_spaces(std::string_view link_table, std::string_view id_column);
 
-  /// Sets the changed flags of everything that rests on the entity: one statement a table, linear in what it marks.
+  /// Sets the changed flags of everything that rests on the entity: one statement a table, linear in what it finds.
   void mark(Database& database, int index) const;
-  const std::vector<std::string>& statements() const { return statements_; }
+  /// In the order in which `mark` runs them; the entity's index is ?1.
+  std::vector<std::string> statements() const;
 
  private:
-  std::vector<std::string> statements_;  // the entity's index is ?1
+  std::string collect_systems_;  // empty for a kind that reaches none
+  std::vector<std::string> updates_;
+  bool only_through_systems_ = false;
 };
 
 }  // namespace tarn
