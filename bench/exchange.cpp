@@ -38,7 +38,7 @@ void save_all(COM_ProjectData& project) {
   const auto window = project.NewWindow();
   for (int n = 1; n <= kWindows; ++n) {
     static_cast<WindowRecord&>(*window) = sample_window(n);
-    window->SaveAs(static_cast<int16_t>(n));
+    window->SaveAs(static_cast<int16_t>(n), Naming::Valid);
   }
   transaction.commit();
 }

@@ -119,12 +119,20 @@ Assignment parsed(const StoredEntity& entity, const std::string& word) {
     throw UsageError("A " + std::string(entity.info().name) + " has no property " + name + " to set; " +
                      did_you_mean(name, names));
   }
-  for (size_t at = open; at < equals && word[at] != ')' && word[at] != ']';) {
-    int subscript = 0;
-    const auto [end, failed] = std::from_chars(word.data() + at + 1, word.data() + equals, subscript);
-    if (failed != std::errc()) throw UsageError("\"" + word + "\" has a subscript that is no number.");
-    out.at.push_back(subscript);
-    at = static_cast<size_t>(end - word.data());
+  if (open < equals) {
+    const char* at = word.data() + open;
+    const char* const last = word.data() + equals - 1;  // the closing bracket
+    do {
+      int subscript = 0;
+      const auto [end, failed] = std::from_chars(at + 1, last, subscript);
+      if (failed != std::errc()) break;
+      out.at.push_back(subscript);
+      at = end;
+    } while (*at == ',');
+    if (at != last || (*last != ')' && *last != ']')) {
+      throw UsageError("\"" + word +
+                       "\" has subscripts that cannot be read; write Property(1)=value or Property(1,2)=value.");
+    }
   }
   return out;
 }

@@ -42,11 +42,30 @@ void help_text(CLI::App& app, const std::vector<Group>& all) {
   app.footer(text + "\nExit codes: 0 clean, 1 findings, 2 usage, 3 input or output, 4 internal.");
 }
 
+/// Words and options that a verb does not take are mistakes, not decoration.
+void check_extras(const Call& call) {
+  const auto most = [&]() -> size_t {
+    if (call.group == "describe" || call.verb == "list" || call.verb == "info") return 0;
+    if (call.group == "project") return call.verb == "new" ? 0 : call.verb == "import" ? 1 : SIZE_MAX;
+    return call.verb == "show" || call.verb == "delete" ? 1 : SIZE_MAX;
+  }();
+  if (call.words.size() > most) throw UsageError("\"" + call.words[most] + "\" is one word too many.");
+  if (!call.output.empty() && call.verb != "export") throw UsageError("--output goes with project export.");
+}
+
+/// Files and databases; everything else that fails is a mistake in the call.
+bool is_input_output(const Error& error) {
+  const auto number = static_cast<ErrorNumber>(error.number());
+  return error.number() >= 3000 || number == ErrorNumber::FileNotFound || number == ErrorNumber::DeviceError ||
+         number == ErrorNumber::PermissionDenied || number == ErrorNumber::PathNotFound;
+}
+
 int dispatch(const Call& call, const std::vector<Group>& all) {
   if (call.group.empty()) throw UsageError("What to do? Give a group and a verb; tarn --help lists them.");
   check_word(
       call.group, all, [](const Group& g) -> std::string_view { return g.name; }, "group");
   const Group& group = *std::find_if(all.begin(), all.end(), [&](const Group& g) { return g.name == call.group; });
+  check_extras(call);
   if (call.group == "describe") return run_describe(call);
   if (call.verb.empty()) throw UsageError("What to do with " + call.group + "? tarn --help lists the verbs.");
   check_word(
@@ -73,7 +92,9 @@ int main(int argc, char** argv) {
     if (!words.empty()) call.group = words[0];
     if (words.size() > 1) call.verb = words[1];
     if (words.size() > 2) call.words.assign(words.begin() + 2, words.end());
-    return dispatch(call, all);
+    const int code = dispatch(call, all);
+    if (!std::cout.flush()) fail(ErrorNumber::DeviceError, "Cannot write the output.");
+    return code;
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kClean : kUsage;
   } catch (const UsageError& error) {
@@ -81,11 +102,7 @@ int main(int argc, char** argv) {
     return kUsage;
   } catch (const Error& error) {
     std::cerr << "tarn: " << error.what() << '\n';
-    const auto number = static_cast<ErrorNumber>(error.number());
-    const bool usage = number == ErrorNumber::TypeMismatch || number == ErrorNumber::Overflow ||
-                       number == ErrorNumber::SubscriptOutOfRange || number == ErrorNumber::NoSuchMember ||
-                       number == ErrorNumber::WrongArgumentCount || number == ErrorNumber::CannotCreateObject;
-    return usage ? kUsage : kInputOutput;
+    return is_input_output(error) ? kInputOutput : kUsage;
   } catch (const std::exception& error) {
     std::cerr << "tarn: internal error: " << error.what() << '\n';
     return kInternal;

@@ -168,6 +168,7 @@ int export_verb(const Call& call) {
 int import_verb(const Call& call) {
   if (call.words.size() != 1) throw UsageError("Which file? tarn project import FILE (- for standard input)");
   const std::string& file = call.words.front();
+  if (fs::is_directory(file)) fail(ErrorNumber::PermissionDenied, file + " is a folder; give a file.");
   std::ifstream in;
   if (file != "-") in.open(file, std::ios::binary);
   if (file != "-" && !in) fail(ErrorNumber::FileNotFound, "Cannot read " + file + ".");

@@ -29,9 +29,12 @@ size_t edits(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates) {
-  const auto best =
-      std::min_element(candidates.begin(), candidates.end(),
-                       [word](std::string_view a, std::string_view b) { return edits(word, a) < edits(word, b); });
+  // A word that was cut off is as near as its beginning is.
+  const auto distance = [word](std::string_view candidate) {
+    return std::min(edits(word, candidate), edits(word, candidate.substr(0, word.size())) + 1);
+  };
+  const auto best = std::min_element(candidates.begin(), candidates.end(),
+                                     [&](std::string_view a, std::string_view b) { return distance(a) < distance(b); });
   return best == candidates.end() ? std::string_view{} : *best;
 }
 

@@ -56,7 +56,8 @@ std::string hex_of(std::span<const std::byte> bytes) {
 
 std::vector<std::byte> bytes_of(const std::string& hex) {
   const auto digit = [&](char c) {
-    const size_t at = std::string_view("0123456789abcdef").find(c);
+    const size_t at =
+        std::string_view("0123456789abcdef").find(static_cast<char>(std::tolower(static_cast<unsigned char>(c))));
     if (at == std::string_view::npos)
       fail(ErrorNumber::TypeMismatch, "found \"" + std::string(1, c) + "\", wanted hexadecimal digits");
     return at;
@@ -98,7 +99,7 @@ std::string export_project(COM_ProjectData& project, const std::set<std::string>
   }
   if (groups.empty()) {
     if (const auto preferences = project.NewProjectPrefs(); on_disk(preferences->FileName)) {
-      preferences->Load();
+      preferences->Read();
       section(kPreferences);
       write_fields(out += "{", *preferences, "");
       out += "}";
@@ -141,13 +142,9 @@ class Import {
 
  private:
   void parse() {
-    try {
-      all_ = Json::parse(text_);
-    } catch (const Json::parse_error& error) {
-      fail(ErrorNumber::TypeMismatch,
-           "line " + std::to_string(line_at(text_, error.byte)) + ": the text is no JSON: " + error.what());
-    }
-    if (!all_.is_object() || all_.value("tarn", Json()) != kFormat) {
+    check_json(text_);
+    all_ = Json::parse(text_);
+    if (!all_.is_object() || !all_.contains("tarn") || all_["tarn"] != kFormat) {
       fail(ErrorNumber::TypeMismatch,
            "line 1: the text is no project; wanted an object with \"tarn\": " + std::to_string(kFormat));
     }
@@ -179,22 +176,30 @@ class Import {
     const size_t fields_in_all =
         static_cast<size_t>(stored) + 1;  // with "index"; what a text leaves out is the default's
     std::set<int16_t> seen;
-    size_t element = 0;
-    for (Json& json : list) {
-      at_ = place + "/" + std::to_string(element++);
-      const int16_t index = index_in(json, seen);
-      if (index == 0 && !keeps_indexes) continue;  // the project keeps its own default record
-      if (json.size() < fields_in_all) entity->CreateDefault();
+    std::vector<std::pair<int16_t, size_t>> order;  // the default record first: it fills in what others leave out
+    for (size_t element = 0; element < list.size(); ++element) {
+      at_ = place + "/" + std::to_string(element);
+      const int16_t index = index_in(list[element], seen);
+      order.insert(index == 0 ? order.begin() : order.end(), {index, element});
+    }
+    for (const auto& [index, element] : order) {
+      at_ = place + "/" + std::to_string(element);
+      const Json& json = list[element];
+      if (json.size() < fields_in_all) {
+        entity->CreateDefault();
+        entity->Reset(true);
+      }
       fields(*entity, json, "index");
+      entity->Reset();
       if (index == 0) {
-        entity->SaveDefault();
+        if (keeps_indexes) entity->SaveDefault();
       } else if (keeps_indexes) {
-        entity->SaveAs(index);
+        entity->SaveAs(index, json.contains("Name") ? Naming::AsItIs : Naming::Valid);
       } else {
-        entity->Reset();
         entity->Save();
       }
-      if (progress_) progress_(++done_, total_);
+      if (index > 0 || keeps_indexes) ++done_;
+      if (progress_) progress_(done_, total_);
     }
   }
 
@@ -241,6 +246,7 @@ class Import {
 
   void preferences(const Json& json) {
     const auto preferences = project_.NewProjectPrefs();
+    preferences->Read();  // what the text leaves out stays
     fields(*preferences, json, {});
     preferences->Save();
   }
@@ -249,6 +255,7 @@ class Import {
     const auto reports = project_.NewReportOptions();
     if (!json.is_object() || !json.contains("record"))
       fail(ErrorNumber::TypeMismatch, "wanted an object with \"record\"");
+    if (json.size() > 1) fail(ErrorNumber::TypeMismatch, "wanted \"record\" alone");
     at_ += "/record";
     reports->bytes = bytes_of(std::get<std::string>(from_json(json["record"], ValueType::Text)));
     reports->Save();

@@ -62,7 +62,18 @@ void check_shape(const Member& member, const Json& json, size_t dimension) {
 
 /// The number behind {"code": 3, "text": ...}, behind a name or text of the enumeration, or plain.
 Json code_json(const Member& member, const Json& json) {
-  if (json.is_object() && json.contains("code")) return json["code"];
+  if (json.is_object() && json.contains("code")) {
+    const Json& code = json["code"];
+    const std::string text = json.value("text", "");
+    for (const Label& label : member.labels) {
+      if (!text.empty() && (text == label.text || text == label.name) && code != label.code) {
+        fail(ErrorNumber::TypeMismatch,
+             "found code " + code.dump() + " beside \"" + text + "\", which is code " + std::to_string(label.code));
+      }
+    }
+    if (json.size() > 1 + json.count("text")) fail(ErrorNumber::TypeMismatch, "wanted \"code\" and \"text\" alone");
+    return code;
+  }
   if (!json.is_string()) return json;
   const auto word = json.get<std::string>();
   std::vector<std::string_view> words;

@@ -5,10 +5,18 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "base/error.h"
+
 namespace tarn {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+/// The line of the character read last but one: the parser takes one beyond a number before it tells of it.
+struct LineCounter {
+  size_t line = 1;
+  bool at_end_of_line = false;
+};
 
 /// Reads characters and counts the lines behind it.
 struct CountingIterator {
@@ -19,11 +27,12 @@ struct CountingIterator {
   using reference = const char&;
 
   const char* at;
-  size_t* line;
+  LineCounter* counter;
 
   reference operator*() const { return *at; }
   CountingIterator& operator++() {
-    if (*at == '\n') ++*line;
+    if (counter->at_end_of_line) ++counter->line;
+    counter->at_end_of_line = *at == '\n';
     ++at;
     return *this;
   }
@@ -38,7 +47,7 @@ struct CountingIterator {
 
 /// Follows a parse by its places, and stops at the one looked for.
 struct Finder : nlohmann::json_sax<Json> {
-  Finder(std::string pointer, const size_t& line) : wanted(std::move(pointer)), now(line) {}
+  explicit Finder(std::string pointer) : wanted(std::move(pointer)) {}
 
   struct Level {
     bool array;
@@ -46,7 +55,6 @@ struct Finder : nlohmann::json_sax<Json> {
     std::string key;
   };
   std::string wanted;
-  const size_t& now;
   std::vector<Level> levels;
 
   /// A value begins here; false stops the parse.
@@ -84,18 +92,76 @@ struct Finder : nlohmann::json_sax<Json> {
   bool parse_error(size_t, const std::string&, const nlohmann::detail::exception&) override { return false; }
 };
 
+/// Refuses what a tree of values would hide or could not hold.
+struct Checker : nlohmann::json_sax<Json> {
+  explicit Checker(const LineCounter& lines) : counter(lines) {}
+
+  static constexpr size_t kDeepest = 32;
+  const LineCounter& counter;
+  std::vector<std::vector<std::string>> keys;  // of each open object or array
+  std::string wrong;
+
+  bool refuse(size_t line, const std::string& what) {
+    wrong = "line " + std::to_string(line) + ": " + what;
+    return false;
+  }
+  bool open() {
+    keys.emplace_back();
+    return keys.size() <= kDeepest ||
+           refuse(counter.line, "the text nests deeper than " + std::to_string(kDeepest) + " levels.");
+  }
+  bool close() {
+    keys.pop_back();
+    return true;
+  }
+
+  bool null() override { return true; }
+  bool boolean(bool) override { return true; }
+  bool number_integer(number_integer_t) override { return true; }
+  bool number_unsigned(number_unsigned_t) override { return true; }
+  bool number_float(number_float_t, const string_t&) override { return true; }
+  bool string(string_t&) override { return true; }
+  bool binary(binary_t&) override { return true; }
+  bool start_object(size_t) override { return open(); }
+  bool end_object() override { return close(); }
+  bool start_array(size_t) override { return open(); }
+  bool end_array() override { return close(); }
+  bool key(string_t& name) override {
+    std::string folded = name;
+    for (char& c : folded) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
+    auto& seen = keys.back();
+    if (std::find(seen.begin(), seen.end(), folded) != seen.end())
+      return refuse(counter.line, "the key \"" + name + "\" stands twice.");
+    seen.push_back(std::move(folded));
+    return true;
+  }
+  bool parse_error(size_t, const std::string&, const nlohmann::detail::exception& error) override {
+    const bool number = dynamic_cast<const Json::out_of_range*>(&error) != nullptr;
+    return refuse(counter.line,
+                  (number ? "a number is too large: " : "the text is no JSON: ") + std::string(error.what()));
+  }
+};
+
 }  // namespace
 
-size_t line_at(const std::string& text, size_t byte) {
-  const auto end = text.begin() + static_cast<ptrdiff_t>(std::min(byte, text.size()));
-  return 1 + static_cast<size_t>(std::count(text.begin(), end, '\n'));
+template <typename Handler>
+void read_through(const std::string& text, LineCounter& counter, Handler& handler) {
+  Json::sax_parse(CountingIterator{text.data(), &counter}, CountingIterator{text.data() + text.size(), &counter},
+                  &handler);
 }
 
 size_t line_of(const std::string& text, const std::string& pointer) {
-  size_t line = 1;
-  Finder finder(pointer, line);
-  Json::sax_parse(CountingIterator{text.data(), &line}, CountingIterator{text.data() + text.size(), &line}, &finder);
-  return line;
+  LineCounter counter;
+  Finder finder(pointer);
+  read_through(text, counter, finder);
+  return counter.line;
+}
+
+void check_json(const std::string& text) {
+  LineCounter counter;
+  Checker checker(counter);
+  read_through(text, counter, checker);
+  if (!checker.wrong.empty()) fail(ErrorNumber::TypeMismatch, checker.wrong);
 }
 
 }  // namespace tarn

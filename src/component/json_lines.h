@@ -9,7 +9,8 @@ namespace tarn {
 /// for a pointer that the text has not.
 size_t line_of(const std::string& text, const std::string& pointer);
 
-/// The line of a byte position.
-size_t line_at(const std::string& text, size_t byte);
+/// Reads the text through before it is taken: a text that is no JSON, nests too deep, holds a number that no real can,
+/// or gives an object the same key twice (letter case ignored) is an error `TypeMismatch` that names the line.
+void check_json(const std::string& text);
 
 }  // namespace tarn

@@ -107,25 +107,25 @@ void StoredEntity::Save() {
       rows.FindFirst("nIndex = ?", {cell(Index)});
       rows.Edit();
     }
-    store(rows);
+    store(rows, Naming::Valid);
     transaction.commit();
   });
 }
 
-void StoredEntity::SaveAs(int16_t index) {
+void StoredEntity::SaveAs(int16_t index, Naming naming) {
   or_as_before([&] {
     Transaction transaction;
     Recordset rows = index_rows();
     Index = index;
     rows.AddNew();
-    store(rows);
+    store(rows, naming);
     transaction.commit();
   });
 }
 
 /// Writes the row that is being edited or added, marks dependants, writes the record.
-void StoredEntity::store(Recordset& rows) {
-  make_name_valid();
+void StoredEntity::store(Recordset& rows, Naming naming) {
+  if (naming == Naming::Valid) make_name_valid();
   rows.Fields("nIndex") = cell(Index);
   rows.Fields("szName") = stored_name();
   for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);

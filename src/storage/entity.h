@@ -12,6 +12,9 @@
 
 namespace tarn {
 
+/// Whether a save gives a nameless entity its default name.
+enum class Naming : uint8_t { Valid, AsItIs };
+
 class StoredEntity : public Object {
  public:
   std::string FileName;  // full path of the kind's record file
@@ -28,7 +31,7 @@ class StoredEntity : public Object {
   /// name, its default name. A failure leaves rows, file and index as they were.
   void Save();
   /// Saves a new entity under an index of its own; error where another has it.
-  void SaveAs(int16_t index);
+  void SaveAs(int16_t index, Naming naming);
   /// Writes the object as the kind's default record.
   void SaveDefault();
   void CreateDefault();
@@ -56,7 +59,7 @@ class StoredEntity : public Object {
   void read_record(int16_t index);
   void write_record(int16_t index);
   void mark_dependants();
-  void store(Recordset& rows);
+  void store(Recordset& rows, Naming naming);
   void make_name_valid();
   template <typename F>
   void or_as_before(F operation);

@@ -55,11 +55,16 @@ std::string PRF_ProjectPrefs::EnergyStandardText(PRF_EnergyStandards code) const
   return std::string(text_of(kEnergyStandards, static_cast<int16_t>(code)));
 }
 
-void PRF_ProjectPrefs::Load() {
+void PRF_ProjectPrefs::Read() {
   PreferencesRecord read;
-  const size_t got = files().read(named(FileName), 0, std::as_writable_bytes(std::span(&read, 1)), OpenMode::Create);
-  if (got > 0 && got < sizeof read) log().message(FileName + " is cut short; the rest reads as zeros.");
+  const size_t got = files().read(named(FileName), 0, std::as_writable_bytes(std::span(&read, 1)), OpenMode::Read);
+  if (got == 0) return log().message(FileName + " holds no preferences; they stay as they are.");
+  if (got < sizeof read) log().message(FileName + " is cut short; the rest reads as zeros.");
   static_cast<PreferencesRecord&>(*this) = read;
+}
+
+void PRF_ProjectPrefs::Load() {
+  Read();
   correct(VentStandardCode, "VentStandardCode", FileName);
   correct(EnergyStandardCode, "EnergyStandardCode", FileName);
   correct(LeedVersionCode, "LeedVersionCode", FileName);
@@ -82,6 +87,12 @@ void RPT_ReportOptions::Load() {
   bytes = std::move(read);
 }
 
-void RPT_ReportOptions::Save() const { write_start(FileName, bytes); }
+void RPT_ReportOptions::Save() const {
+  if (const uint64_t held = files().size(named(FileName)); held > bytes.size()) {
+    fail(ErrorNumber::InvalidCall, FileName + " holds " + std::to_string(held) + " bytes, more than the " +
+                                       std::to_string(bytes.size()) + " to write; remove it first to shorten it.");
+  }
+  write_start(FileName, bytes);
+}
 
 }  // namespace tarn

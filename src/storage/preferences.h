@@ -63,6 +63,8 @@ class PRF_ProjectPrefs final : public Object, public PreferencesRecord {
   std::string EnergyStandardText(PRF_EnergyStandards EnergyStdCode) const;
   /// Codes outside their tables become 0, and are logged.
   void Load();
+  /// As `Load`, but the codes stay as they are stored.
+  void Read();
   void Save() const;
 };
 

@@ -49,11 +49,12 @@ class ExchangeTest : public test::ProjectTest {
     door->AreaSpec = static_cast<DOR_AreaSpec>(9);
     door->GlassShaded = true;
     door->Save();
+    database->Execute("INSERT INTO DoorIndex (nIndex, szName) VALUES (5, 'a row without a record')");
     auto shade = project.NewShade();
     shade->RHFinExt = 0.1F;
     shade->Save();
     auto preferences = project.NewProjectPrefs();
-    preferences->EnergyStandardCode = PRF_EnergyStandards{999};
+    preferences->EnergyStandardCode = PRF_EnergyStandards{77};
     preferences->CurrencyUnits = "\xE2\x82\xAC";
     preferences->Save();
     test::write_bytes(project.ReportOptionsFilename(), std::string("\0\1\xFF report", 10));
@@ -71,7 +72,7 @@ TEST_F(ExchangeTest, TheSameProjectGivesTheSameBytesAfterARoundTrip) {
   fresh.SetWorkPath(other.path);
   fresh.FilePrefix = "NEW";
   create_index(fresh.IndexDBName());
-  EXPECT_EQ(import_project(fresh, before, quiet), 8U);
+  EXPECT_EQ(import_project(fresh, before, quiet), 9U);
   EXPECT_EQ(export_project(fresh, {}, quiet), before);
   const std::string copied = test::bytes_of(fresh.WindowFilename());
   for (const size_t index : {1, 3, 5})
@@ -107,6 +108,17 @@ TEST_F(ExchangeTest, BadTextsAreRefusedWholeWithTheirLine) {
   } cases[]{
       {"{\"tarn\": 1,\n\"DOR_Door\": [", "line 2: the text is no JSON"},
       {"[]", "no project"},
+      {"{\"tarn\": " + std::string(100000, '[') + std::string(100000, ']') + "}",
+       "line 1: the text nests deeper than 32 levels"},
+      {"{\"tarn\": 1,\n\"DOR_Door\": [{\"index\": 1,\n\"Width\": 1e999}]}", "line 3: a number is too large"},
+      {"{\"tarn\": 1,\n\"DOR_Door\": [],\n\"DOR_Door\": []}", "line 3: the key \"DOR_Door\" stands twice"},
+      {good + "\"Name\": \"x\", \"name\": \"y\"}]}", "line 4: the key \"name\" stands twice"},
+      {"{\"tarn\": 1, \"DOR_Door\": [{\"index\": 0, \"GrosArea\": 1}]}", "did you mean GrossArea?"},
+      {"{\"tarn\": 1,\n\"DOR_Door\": [{\"index\": 50000\n}]}", "line 2, /DOR_Door/0/index"},
+      {good + "\"AreaSpec\": {\"code\": 1, \"text\": \"DAS_AREA\"}}]}",
+       "found code 1 beside \"DAS_AREA\", which is code 0"},
+      {"{\"tarn\": 1, \"RPT_ReportOptions\": {\"record\": \"00\"}}", "remove it first to shorten it"},
+      {"{\"tarn\": 1, \"RPT_ReportOptions\": {\"record\": \"00\", \"x\": 1}}", "wanted \"record\" alone"},
       {"{\"tarn\": 2}", "wanted an object with \"tarn\": 1"},
       {"{\"tarn\": 1,\n\"DOR_Dor\": []}", "line 2, /DOR_Dor: there is no kind \"DOR_Dor\"; did you mean DOR_Door?"},
       {"{\"tarn\": 1, \"DOR_Door\": {}}", "/DOR_Door: found object, wanted an array"},
@@ -122,12 +134,12 @@ TEST_F(ExchangeTest, BadTextsAreRefusedWholeWithTheirLine) {
       {good + "\"Height\": 1e39}]}", "Overflow"},
       {good + "\"AreaSpec\": 1.5}]}", "found number, wanted a whole number"},
       {good + "\"AreaSpec\": 18446744073709551615}]}", "too large"},
-      {good + "\"AreaSpec\": \"DAS_HEIGHT\"}]}", "did you mean DAS_AREA?"},
+      {good + "\"AreaSpec\": \"DAS_HEIGT\"}]}", "did you mean DAS_HEIGHT_AND_WIDTH?"},
       {good + "\"GlassShaded\": 1}]}", "found number, wanted true or false"},
       {good + "\"Name\": 7}]}", "found number, wanted a text"},
       {good + "\"Name\": \"" + std::string(256, 'n') + "\"}]}", "256 characters, allowed are 255"},
       {good + "\"Name\": \"\xE6\x97\xA5\"}]}", "U+65E5"},
-      {good + "\"Index\": 7}]}", "no field Index"},
+      {good + "\"Index\": 7}]}", "stands twice"},
       {"{\"tarn\": 1, \"WIN_Window\": [{\"index\": 9, \"GlassTrans\": [1, 2]}]}",
        "found array of 2, wanted an array of 3"},
       {"{\"tarn\": 1, \"WIN_Window\": [{\"index\": 9, \"GlassTrans\": 1}]}", "found number, wanted an array of 3"},
