@@ -75,8 +75,11 @@ PlainProject::PlainProject(const Paths& paths)
           database_.get(),
           "INSERT INTO WindowIndex (nIndex,szName,fOverallUValue,fOverallShadeCo,fHeight,fWidth) VALUES (?,?,?,?,?,?)"),
       free_(database_.get(), "SELECT nIndex FROM WindowIndex WHERE nIndex >= ? ORDER BY nIndex ASC"),
-      mark_{PlainStatement(database_.get(), kSystems), PlainStatement(database_.get(), kPlants),
-            PlainStatement(database_.get(), kBuildings)} {
+      chains_{PlainStatement(database_.get(), kSystems), PlainStatement(database_.get(), kPlants),
+              PlainStatement(database_.get(), kBuildings)} {
+  const auto statements = WIN_Window().kind().reach.statements();
+  PlainStatement(database_.get(), kScratchList).run();
+  for (const std::string& statement : statements) marking_.emplace_back(database_.get(), statement.c_str());
   require(file_ >= 0, paths.windows);
 }
 
@@ -136,7 +139,15 @@ void PlainProject::remove_above(int last) {
 }
 
 void PlainProject::mark(int index) {
-  for (PlainStatement& statement : mark_) {
+  marking_[0].run();
+  marking_[1].bind(1, int64_t{index});
+  marking_[1].run();
+  if (sqlite3_changes(database_.get()) == 0) return;
+  for (size_t i = 2; i < marking_.size(); ++i) marking_[i].run();
+}
+
+void PlainProject::mark_by_chains(int index) {
+  for (PlainStatement& statement : chains_) {
     statement.bind(1, int64_t{index});
     statement.run();
   }

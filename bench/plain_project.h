@@ -7,6 +7,7 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "sample.h"
 
@@ -46,17 +47,20 @@ class PlainProject {
   /// Writes a window under the lowest free index.
   void add(const WindowRecord& window);
   void remove_above(int last);
-  /// The dependants of a window, by one statement a table.
-  void mark(int index);
+  /// The dependants of a window, by one chained statement a table.
+  void mark_by_chains(int index);
 
  private:
+  /// As our saves do it, with the same statements.
+  void mark(int index);
   void write_record(int64_t index, const WindowRecord& window);
 
   std::unique_ptr<sqlite3, decltype(&sqlite3_close)> database_;
   int file_;
   bool file_written_ = false;  // since the last commit
   PlainStatement begin_, commit_, rollback_, find_, update_, insert_, free_;
-  std::array<PlainStatement, 3> mark_;
+  std::array<PlainStatement, 3> chains_;
+  std::vector<PlainStatement> marking_;  // the statements of our saves: forget, collect, update
   int64_t free_mark_ = 1;
 };
 

@@ -14,7 +14,8 @@ void staleness_cases(Report& report, const std::string& folder) {
   const Side ours{.run = [&] { window.kind().reach.mark(*database, 1); },
                   .before = [&] { workspace.BeginTrans(); },
                   .after = [&] { workspace.Rollback(); }};
-  const Side floor{.run = [&] { plain.mark(1); }, .before = [&] { plain.begin(); }, .after = [&] { plain.rollback(); }};
+  const Side floor{
+      .run = [&] { plain.mark_by_chains(1); }, .before = [&] { plain.begin(); }, .after = [&] { plain.rollback(); }};
   report.compare({"mark what rests on a window of 10,000 spaces", 1, 1.5, 41}, ours, floor);
 }
 

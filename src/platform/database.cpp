@@ -206,9 +206,10 @@ Ptr<Database> Database::open(const std::string& name, Access access) {
   auto database = std::make_shared<Database>(Private(), path, handle);
   if (result != SQLITE_OK) fail_with(handle, path, {});
   database->read_only_ = sqlite3_db_readonly(handle, "main") == 1;
-  // Savepoints and sorting need no files of their own: lists fit memory, and a read-only folder stays usable.
-  if (sqlite3_exec(handle, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr) != SQLITE_OK)
-    fail_with(handle, path, {});
+  // Savepoints, sorting and the scratch list need no files of their own: they fit memory, and a read-only folder stays
+  // usable.
+  database->run("PRAGMA temp_store = MEMORY");
+  database->run(kScratchList);
   database->recover();
   return database;
 }

@@ -36,6 +36,9 @@ Value value_of(const Cell& cell);
 class Recordset;
 class Statement;
 
+/// Every connection has a list of ids of its own in memory, temp.Found, for work on sets in several statements.
+inline constexpr const char* kScratchList = "CREATE TEMP TABLE Found (nIndex INTEGER PRIMARY KEY)";
+
 /// A query taken apart: "SELECT * FROM table [WHERE ...] [ORDER BY ...]". Other queries have no table; their rows can
 /// be read only.
 struct QueryShape {

@@ -20,10 +20,19 @@ void Extents::write(uint64_t offset, std::span<const std::byte> bytes) {
     std::copy(bytes.begin(), bytes.end(), same->second.begin());
     return;
   }
+  write(offset, std::vector<std::byte>(bytes.begin(), bytes.end()));
+}
+
+void Extents::write(uint64_t offset, std::vector<std::byte>&& bytes) {
+  const uint64_t end = offset + bytes.size();
   split(offset);
-  split(offset + bytes.size());
-  pieces_.erase(pieces_.lower_bound(offset), pieces_.lower_bound(offset + bytes.size()));
-  pieces_.emplace(offset, std::vector<std::byte>(bytes.begin(), bytes.end()));
+  split(end);
+  const auto after = pieces_.erase(pieces_.lower_bound(offset), pieces_.lower_bound(end));
+  pieces_.emplace_hint(after, offset, std::move(bytes));
+}
+
+void Extents::merge(Extents&& newer) {
+  for (auto& [offset, bytes] : newer.pieces_) write(offset, std::move(bytes));
 }
 
 void Extents::overlay(uint64_t offset, std::span<std::byte> into) const {

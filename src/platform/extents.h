@@ -12,11 +12,14 @@ namespace tarn {
 class Extents {
  public:
   void write(uint64_t offset, std::span<const std::byte> bytes);
+  void write(uint64_t offset, std::vector<std::byte>&& bytes);
   /// Lays what is held over `into`, which stands for the bytes from `offset`.
   void overlay(uint64_t offset, std::span<std::byte> into) const;
   /// One past the last byte held.
   uint64_t end() const;
   const std::map<uint64_t, std::vector<std::byte>>& pieces() const { return pieces_; }
+  /// Takes over all of a newer set.
+  void merge(Extents&& newer);
 
  private:
   /// No piece reaches across this position afterwards.

@@ -90,7 +90,7 @@ void FileStore::merge_down() {
     const auto [below, fresh] = levels_.back().try_emplace(path, std::move(pending));
     if (fresh) continue;
     if (!below->second.owner) below->second.owner = pending.owner;
-    for (const auto& [offset, bytes] : pending.extents.pieces()) below->second.extents.write(offset, bytes);
+    below->second.extents.merge(std::move(pending.extents));
   }
 }
 

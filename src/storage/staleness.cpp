@@ -8,8 +8,7 @@ namespace tarn {
 namespace {
 
 // The systems that rest on the entity are found once, as the ways to plants and buildings lead through them.
-const std::string kMakeSystems = "CREATE TEMP TABLE IF NOT EXISTS StaleSystems (nIndex INTEGER PRIMARY KEY)";
-const std::string kForgetSystems = "DELETE FROM temp.StaleSystems";
+const std::string kForgetSystems = "DELETE FROM temp.Found";
 
 std::string step_query(const LinkStep& step, const std::string& condition) {
   return "SELECT " + std::string(step.gives) + " FROM " + std::string(step.table) + " WHERE " + std::string(step.by) +
@@ -42,8 +41,8 @@ Reach::Reach(Results results, std::initializer_list<Route> routes) {
   const std::string spaces = stage_query(routes, Stage::Spaces, {});
   const std::string found_systems =
       stage_query(routes, Stage::Systems, {{{"System_Space_Links", "Space_ID", "System_ID"}, spaces}});
-  if (!found_systems.empty()) collect_systems_ = "INSERT OR IGNORE INTO temp.StaleSystems " + found_systems;
-  const std::string systems = found_systems.empty() ? "" : "SELECT nIndex FROM temp.StaleSystems";
+  if (!found_systems.empty()) collect_systems_ = "INSERT OR IGNORE INTO temp.Found " + found_systems;
+  const std::string systems = found_systems.empty() ? "" : "SELECT nIndex FROM temp.Found";
   const std::string plants =
       stage_query(routes, Stage::Plants, {{{"Plant_System_Links", "System_ID", "Plant_ID"}, systems}});
   const std::string buildings = stage_query(routes, Stage::Buildings,
@@ -63,7 +62,7 @@ Reach::Reach(Results results, std::initializer_list<Route> routes) {
 }
 
 std::vector<std::string> Reach::statements() const {
-  std::vector<std::string> all{kMakeSystems, kForgetSystems, collect_systems_};
+  std::vector<std::string> all{kForgetSystems, collect_systems_};
   all.insert(all.end(), updates_.begin(), updates_.end());
   return all;
 }
@@ -75,7 +74,6 @@ Reach Reach::through_spaces(std::string_view link_table, std::string_view id_col
 void Reach::mark(Database& database, int index) const {
   const Cell entity[]{cell(index)};
   if (!collect_systems_.empty()) {
-    database.Execute(kMakeSystems);
     database.Execute(kForgetSystems);
     if (database.Execute(collect_systems_, entity) == 0 && only_through_systems_) return;
   }
