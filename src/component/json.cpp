@@ -198,17 +198,14 @@ void write_number(std::string& out, T value) {
 void write_element(std::string& out, Object& object, const Member& member, Subscripts at) {
   Value value;
   member.get(object, at, value);
-  if (!member.labels.empty()) {
-    out += element_json(object, member, at).dump();
-  } else if (const auto* whole = std::get_if<int16_t>(&value)) {
-    write_number(out, *whole);
-  } else if (const auto* real = std::get_if<float>(&value); real && std::isfinite(*real)) {
-    write_number(out, *real);
-  } else if (const auto* text = std::get_if<std::string>(&value); text && text->find('\0') == std::string::npos) {
-    write_text(out, std::string_view(*text).substr(0, text->find_last_not_of(' ') + 1));
-  } else {
-    out += element_json(object, member, at).dump();
+  if (member.labels.empty()) {
+    if (const auto* whole = std::get_if<int16_t>(&value)) return write_number(out, *whole);
+    if (const auto* real = std::get_if<float>(&value); real && std::isfinite(*real)) return write_number(out, *real);
+    if (const auto* text = std::get_if<std::string>(&value); text && text->find('\0') == std::string::npos) {
+      return write_text(out, std::string_view(*text).substr(0, text->find_last_not_of(' ') + 1));
+    }
   }
+  out += element_json(object, member, at).dump();
 }
 
 void write_nested(std::string& out, Object& object, const Member& member, std::vector<int>& at) {

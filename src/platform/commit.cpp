@@ -1,5 +1,6 @@
 #include "platform/commit.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 
@@ -11,12 +12,18 @@ namespace tarn {
 namespace {
 
 // Journal: magic, then for each file its path (relative to the journal's folder), whether it existed, its size and the
-// old bytes; an FNV-1a sum over all of it last. Numbers are 64-bit.
+// old bytes; a checksum over all of it last. Numbers are 64-bit.
 constexpr std::string_view kMagic = "TarnUndo1\n";
 
+/// FNV-1a over words of eight bytes, the last one filled with zeros.
 uint64_t checksum(std::string_view bytes) {
-  uint64_t sum = 0xCBF29CE484222325ULL;
-  for (const char c : bytes) sum = (sum ^ static_cast<unsigned char>(c)) * 0x100000001B3ULL;
+  uint64_t sum = 0xCBF29CE484222325ULL ^ bytes.size();
+  for (size_t at = 0; at < bytes.size(); at += sizeof sum) {
+    uint64_t word = 0;
+    std::memcpy(&word, bytes.data() + at, std::min(sizeof word, bytes.size() - at));
+    sum = (sum ^ word) * 0x100000001B3ULL;
+    sum ^= sum >> 32;
+  }
   return sum;
 }
 

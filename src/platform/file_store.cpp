@@ -19,30 +19,30 @@ std::string absolute(const std::string& path) {
 
 }  // namespace
 
-File* FileStore::for_reading(const std::string& path, OpenMode mode, Handle& once) {
+FileStore::Handle* FileStore::for_reading(const std::string& path, OpenMode mode, Handle& once) {
   const auto kept = handles_.find(path);
-  if (kept != handles_.end()) return kept->second.file.get();
+  if (kept != handles_.end()) return &kept->second;
   FileService& files = *host().files;
   // Inside a client's transaction a reader makes no file: a rollback must leave none.
   if (levels_.size() > 1) mode = OpenMode::Read;
   Handle handle;
   try {
-    handle = {files.open(path, mode), mode != OpenMode::Read};
+    handle = {files.open(path, mode), mode != OpenMode::Read, {}};
   } catch (const Error& refused) {
     if (mode == OpenMode::Read || refused.number() != static_cast<int>(ErrorNumber::PermissionDenied)) throw;
-    handle = {files.open(path, OpenMode::Read), false};
+    handle = {files.open(path, OpenMode::Read), false, {}};
   }
   if (!handle.file) return nullptr;
   Handle& place = levels_.empty() ? once : handles_[path];
   place = std::move(handle);
-  return place.file.get();
+  return &place;
 }
 
 size_t FileStore::read(const std::string& name, uint64_t offset, std::span<std::byte> into, OpenMode mode) {
   const std::string path = absolute(name);
   Handle once;
-  File* file = for_reading(path, mode, once);
-  size_t got = file ? file->read(offset, into) : 0;
+  Handle* handle = for_reading(path, mode, once);
+  size_t got = handle ? handle->file->read(offset, into) : 0;
   std::fill(into.begin() + static_cast<ptrdiff_t>(got), into.end(), std::byte{0});
   for (const Level& level : levels_) {
     const auto found = level.find(path);
@@ -61,7 +61,7 @@ void FileStore::write(const std::string& name, uint64_t offset, std::span<const 
   if (kept == handles_.end() || !kept->second.writable) {
     const std::string folder = std::filesystem::path(path).parent_path().string();
     if (auto file = host().files->open(path, OpenMode::Write)) {
-      handles_[path] = {std::move(file), true};
+      handles_[path] = {std::move(file), true, {}};
     } else if (!folder.empty() && !host().files->exists(folder)) {
       fail(ErrorNumber::PathNotFound, "The folder of " + path + " does not exist.");
     }
@@ -74,8 +74,9 @@ void FileStore::write(const std::string& name, uint64_t offset, std::span<const 
 uint64_t FileStore::size(const std::string& name) {
   const std::string path = absolute(name);
   Handle once;
-  File* file = for_reading(path, OpenMode::Read, once);
-  uint64_t end = file ? file->size() : 0;
+  Handle* handle = for_reading(path, OpenMode::Read, once);
+  if (handle && !handle->size) handle->size = handle->file->size();
+  uint64_t end = handle ? *handle->size : 0;
   for (const Level& level : levels_) {
     const auto found = level.find(path);
     if (found != level.end()) end = std::max(end, found->second.extents.end());
@@ -86,11 +87,12 @@ uint64_t FileStore::size(const std::string& name) {
 void FileStore::merge_down() {
   Level top = std::move(levels_.back());
   levels_.pop_back();
-  for (auto& [path, pending] : top) {
-    const auto [below, fresh] = levels_.back().try_emplace(path, std::move(pending));
-    if (fresh) continue;
-    if (!below->second.owner) below->second.owner = pending.owner;
-    below->second.extents.merge(std::move(pending.extents));
+  Level& below = levels_.back();
+  below.merge(top);  // what remains above is in both
+  for (auto& [path, newer] : top) {
+    Pending& older = below.at(path);
+    if (!older.owner) older.owner = newer.owner;
+    older.extents.merge(std::move(newer.extents));
   }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -41,9 +42,10 @@ class FileStore {
   struct Handle {
     std::unique_ptr<File> file;
     bool writable = false;
+    std::optional<uint64_t> size;  // as it was when first asked for; writes wait for the commit
   };
   /// The file for reading, null where there is none; kept open while a transaction runs, else in `once`.
-  File* for_reading(const std::string& path, OpenMode mode, Handle& once);
+  Handle* for_reading(const std::string& path, OpenMode mode, Handle& once);
 
   std::vector<Level> levels_;
   std::unordered_map<std::string, Handle> handles_;  // until the outermost level ends
