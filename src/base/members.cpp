@@ -1,7 +1,5 @@
 #include "base/members.h"
 
-#include <algorithm>
-#include <cctype>
 #include <cstring>
 
 #include "base/nearest.h"
@@ -31,14 +29,6 @@ size_t folded_hash(std::string_view name) {
   return static_cast<size_t>(hash ^ hash >> 29);
 }
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-
-bool same_name(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  if (std::memcmp(a.data(), b.data(), a.size()) == 0) return true;
-  return std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return lower(x) == lower(y); });
-}
-
 }  // namespace
 
 size_t Member::elements() const {
@@ -62,7 +52,7 @@ int ClassInfo::number(std::string_view member) const {
   if (slots_.empty() || member.empty()) return -1;
   for (size_t slot = folded_hash(member) & (slots_.size() - 1); slots_[slot] >= 0;
        slot = (slot + 1) & (slots_.size() - 1)) {
-    if (same_name(members[static_cast<size_t>(slots_[slot])].name, member)) return slots_[slot];
+    if (same_word(members[static_cast<size_t>(slots_[slot])].name, member)) return slots_[slot];
   }
   return -1;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 #include <numeric>
 #include <vector>
 
@@ -27,6 +28,12 @@ size_t edits(std::string_view a, std::string_view b) {
 }
 
 }  // namespace
+
+bool same_word(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  if (std::memcmp(a.data(), b.data(), a.size()) == 0) return true;
+  return std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return folded(x) == folded(y); });
+}
 
 std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates) {
   // A word that was cut off is as near as its beginning is.

@@ -1,4 +1,4 @@
-// The nearest right word to a mistyped one, for error messages.
+// Words as people type them: alike without regard to case, and the nearest right one for error messages.
 #pragma once
 
 #include <span>
@@ -6,6 +6,9 @@
 #include <string_view>
 
 namespace tarn {
+
+/// The same letters, whatever their case.
+bool same_word(std::string_view a, std::string_view b);
 
 /// The candidate with the fewest edits (letter case ignored); empty when there are no candidates.
 std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates);

@@ -1,7 +1,5 @@
 #include "component/class_list.h"
 
-#include <algorithm>
-#include <cctype>
 #include <vector>
 
 #include "base/error.h"
@@ -28,12 +26,6 @@ constexpr ClassEntry kClasses[]{
     entry<COM_ProjectData>(), entry<PRF_ProjectPrefs>(), entry<RPT_ReportOptions>(),
     entry<WIN_Window>(),      entry<DOR_Door>(),         entry<SHD_Shade>(),
 };
-
-bool same_word(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-    return std::toupper(static_cast<unsigned char>(x)) == std::toupper(static_cast<unsigned char>(y));
-  });
-}
 
 const ClassEntry& find(std::string_view name) {
   std::vector<std::string_view> names;

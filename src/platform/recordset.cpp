@@ -1,22 +1,12 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <cctype>
 
 #include "base/error.h"
+#include "base/nearest.h"
 #include "platform/statement.h"
 
 namespace tarn {
-namespace {
-
-bool same_column(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-    return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-  });
-}
-
-}  // namespace
-
 const Cell& Field::Value() const {
   return rows_.editing_ != Recordset::Editing::No ? rows_.buffer_[column_] : rows_.current().cells[column_];
 }
@@ -152,7 +142,7 @@ const std::vector<std::string>& Recordset::columns() {
 Field Recordset::Fields(std::string_view column) {
   const auto& names = columns();
   const auto found =
-      std::find_if(names.begin(), names.end(), [column](const std::string& name) { return same_column(name, column); });
+      std::find_if(names.begin(), names.end(), [column](const std::string& name) { return same_word(name, column); });
   if (found == names.end()) {
     fail(ErrorNumber::ItemNotFound, "There is no column " + std::string(column) + " in: " + shape_->sql);
   }
