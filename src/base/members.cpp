@@ -66,6 +66,26 @@ const Member& ClassInfo::find(std::string_view member) const {
        std::string(name) + " has no member " + std::string(member) + "; " + did_you_mean(member, names));
 }
 
+const Member* find_part(const ClassInfo& info, std::string_view name) {
+  for (const Member& member : info.members) {
+    if (member.parts > 0 && (same_word(member.part_name, name) || same_word(member.name, name))) return &member;
+  }
+  return nullptr;
+}
+
+std::string part_prefix(const Member& part, int number) {
+  return std::string(part.part_name) + (part.numbered_part ? "(" + std::to_string(number) + ")." : ".");
+}
+
+void for_each_field(Object& object, const FieldAction& action, const std::string& prefix) {
+  for (const Member& member : object.info().members) {
+    if (member.stored()) action(object, member, prefix);
+    for (int number = 1; number <= member.parts; ++number) {
+      for_each_field(member.part(object, number), action, prefix + part_prefix(member, number));
+    }
+  }
+}
+
 void for_each_element(const Member& member, const std::function<void(Subscripts)>& action) {
   std::vector<int> at;
   for (const Bounds& b : member.bounds) at.push_back(b.first);

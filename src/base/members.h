@@ -15,6 +15,8 @@
 
 namespace tarn {
 
+struct ClassInfo;
+
 enum class MemberKind : uint8_t { Property, Method, Event };
 
 /// Subscripts of an indexed property, in the order of its bounds.
@@ -32,7 +34,9 @@ struct Parameter {
 
 struct Member {
   std::string_view name;
-  std::string_view unit;  // "ft"; empty where the value has none or the name says it
+  std::string_view unit;         // "ft"; empty where the value has none or the name says it
+  std::string_view stored_unit;  // of a converted field, in the record
+  std::string_view refers_to;    // "Wall": the field holds the index of an entity of that kind, 0 for none
   MemberKind kind = MemberKind::Property;
   ValueType type = ValueType::Empty;  // of the property, or of the method's result
   bool read_only = false;
@@ -52,6 +56,13 @@ struct Member {
   void (*listen)(Object&, Listener) = nullptr;
 
   std::string get_label, let_label, call_label;  // procedure labels of the diagnostic log
+
+  // Of a method that hands out a part which the object owns: the part's class, its name ("Wall" of GetWall), how many.
+  const ClassInfo& (*part_info)() = nullptr;
+  std::string_view part_name;
+  int parts = 0;               // 0 for other members
+  bool numbered_part = false;  // the method takes the part's number, from 1
+  Object& (*part)(Object&, int number) = nullptr;
 
   bool stored() const { return offset >= 0; }
   bool indexed() const { return !bounds.empty(); }
@@ -77,6 +88,15 @@ struct ClassInfo {
  private:
   std::vector<int16_t> slots_;  // open addressing over the folded names
 };
+
+/// The member that hands out the part of a name ("Wall" or "GetWall"), null where there is none.
+const Member* find_part(const ClassInfo& info, std::string_view name);
+/// "Wall(2).", what stands before the members of a part when a person reads them.
+std::string part_prefix(const Member& part, int number);
+
+/// Calls `action` on every stored field of an object and of the parts it owns, in interface order.
+using FieldAction = std::function<void(Object& owner, const Member& field, const std::string& prefix)>;
+void for_each_field(Object& object, const FieldAction& action, const std::string& prefix = {});
 
 /// Calls `action` on every element's subscripts, the first varying fastest; once with none for a plain property.
 void for_each_element(const Member& member, const std::function<void(Subscripts)>& action);

@@ -248,6 +248,8 @@ size_t poles_that_leave_little(const SlabResponse& slab) {
 
 }  // namespace
 
+double TransferFunctions::inside_sum() const { return sum(inside); }
+
 TransferFunctions transfer_functions(const SlabResponse& slab) {
   const double slowest = slab.roots.empty() ? 1 : slab.roots.front();
   const auto hours = static_cast<size_t>(std::clamp(kTimeConstants / slowest, kShortest, kLongest));

@@ -22,6 +22,8 @@ struct TransferFunctions {
   /// How far the response through the slab is off: to a step, over its end value, or to a sunny day, over its peak;
   /// the larger.
   double error = 0;
+
+  double inside_sum() const;
 };
 
 TransferFunctions transfer_functions(const SlabResponse& response);

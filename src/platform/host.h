@@ -22,6 +22,8 @@ struct Host {
   /// The name of a copy, made from the name of its original (no blanks at the ends).
   std::function<std::string(const std::string&)> copy_name;
   FileService* files = &system_files();
+  /// Called by long calculations where a user interface may handle what waits for it.
+  std::function<void()> yield = [] {};
 };
 
 /// This thread's services.

@@ -53,6 +53,7 @@ void Workspace::commit() {
 
 void Workspace::roll_back() {
   const size_t level = depth();
+  ++rollbacks_;
   files_.drop();
   levels_.pop_back();
   for (const auto& database : enlisted_) database->rollback_level(level);

@@ -20,6 +20,8 @@ class Workspace {
   void Rollback();
   /// Transactions open now, 0 for none.
   size_t depth() const { return levels_.size(); }
+  /// Rollbacks so far, of any level.
+  size_t rollbacks() const { return rollbacks_; }
   FileStore& files() { return files_; }
 
   /// A database takes part in the open transaction from its first statement on.
@@ -35,6 +37,7 @@ class Workspace {
 
   std::vector<bool> levels_;  // of each open transaction: whether a `Transaction` ends it
   FileStore files_;
+  size_t rollbacks_ = 0;
   std::vector<Ptr<Database>> enlisted_;
 };
 

@@ -5,6 +5,7 @@
 #include "base/log.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
+#include "storage/links.h"
 
 namespace tarn {
 namespace {
@@ -32,8 +33,30 @@ Recordset StoredEntity::index_rows() const {
   return database().OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " ORDER BY nIndex ASC");
 }
 
+size_t StoredEntity::record_size() const {
+  size_t size = 0;
+  for (const auto& block : blocks_) size += block.size();
+  return size;
+}
+
+std::vector<std::byte> StoredEntity::record() const {
+  std::vector<std::byte> bytes;
+  bytes.reserve(record_size());
+  for (const auto& block : blocks_) bytes.insert(bytes.end(), block.begin(), block.end());
+  return bytes;
+}
+
+void StoredEntity::set_record(std::span<const std::byte> bytes) {
+  for (const auto& block : blocks_) {
+    std::copy_n(bytes.begin(), block.size(), block.begin());
+    bytes = bytes.subspan(block.size());
+  }
+}
+
+void StoredEntity::copy_record(const StoredEntity& from) { set_record(from.record()); }
+
 void StoredEntity::read_record(int16_t index) {
-  const auto bytes = record();
+  std::vector<std::byte> bytes = record();
   if (index < 0)
     fail(ErrorNumber::SubscriptOutOfRange, "There is no record " + std::to_string(index) + " in " + file_name() + ".");
   const OpenMode mode = database_ && database_->read_only() ? OpenMode::Read : OpenMode::Create;
@@ -42,6 +65,7 @@ void StoredEntity::read_record(int16_t index) {
     log().message("Record " + std::to_string(index) + " of " + FileName + " is cut short: " + std::to_string(got) +
                   " of " + std::to_string(bytes.size()) + " bytes; the rest reads as zeros.");
   }
+  set_record(bytes);
 }
 
 void StoredEntity::write_record(int16_t index) {
@@ -65,12 +89,12 @@ void StoredEntity::mark_dependants() {
 template <typename F>
 void StoredEntity::or_as_before(F operation) {
   const int16_t index_before = Index;
-  const std::vector<std::byte> record_before(record().begin(), record().end());
+  const std::vector<std::byte> record_before = record();
   try {
     operation();
   } catch (...) {
     Index = index_before;
-    std::copy(record_before.begin(), record_before.end(), record().begin());
+    set_record(record_before);
     throw;
   }
 }
@@ -85,26 +109,31 @@ void StoredEntity::Load(int16_t nRecNum) {
     else
       Index = static_cast<int16_t>(rows.Fields("nIndex").integer());
     read_record(Index);  // holds all that the row summarises, and wins over it
+    if (!rows.NoMatch() && !kind().link_owner.empty()) {
+      clear_lost_references(*this, database(), kind().link_owner, Index, uses_of(*this));
+      remember_links();
+    }
     transaction.commit();
-    if (m_bCloning) Index = 0;
+    if (m_bCloning) Reset();
   });
 }
 
 void StoredEntity::make_name_valid() {
   const std::string name = stored_name();
+  if (!name.empty() && name.front() != '\0') return;
   // The number's sign has its blank: "Window  3", which names are compared by, to the character.
-  if (name.empty() || name.front() == '\0') store_name(std::string(kind().default_word) + "  " + std::to_string(Index));
+  store_name(std::string(kind().default_word) + (kind().numbered_names ? "  " + std::to_string(Index) : ""));
 }
 
 void StoredEntity::Save() {
   or_as_before([&] {
     Transaction transaction;
     Recordset rows = index_rows();
-    if (Index == 0) {
+    if (Index != 0) rows.FindFirst("nIndex = ?", {cell(Index)});
+    if (Index == 0 || (rows.NoMatch() && kind().saved_anew)) {
       Index = GetFreeIndex();
       rows.AddNew();
     } else {
-      rows.FindFirst("nIndex = ?", {cell(Index)});
       rows.Edit();
     }
     store(rows, Naming::Valid);
@@ -123,13 +152,30 @@ void StoredEntity::SaveAs(int16_t index, Naming naming) {
   });
 }
 
+void StoredEntity::remember_links() {
+  linked_ = {uses_of(*this), Index, Engine::of_thread().Workspaces(0).rollbacks()};
+}
+
+/// What was linked and is not any more was deleted elsewhere since.
+void StoredEntity::clear_lost_links() {
+  if (linked_.uses.empty() || linked_.index != Index) return;
+  if (linked_.rollbacks == Engine::of_thread().Workspaces(0).rollbacks())
+    clear_lost_references(*this, database(), kind().link_owner, Index, linked_.uses);
+}
+
 /// Writes the row that is being edited or added, marks dependants, writes the record.
 void StoredEntity::store(Recordset& rows, Naming naming) {
+  before_save();
+  clear_lost_links();
   if (naming == Naming::Valid) make_name_valid();
   rows.Fields("nIndex") = cell(Index);
   rows.Fields("szName") = stored_name();
   for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
   rows.Update();
+  if (!kind().link_owner.empty()) {
+    write_links(*this, database(), kind().link_owner, Index);
+    remember_links();
+  }
   mark_dependants();
   write_record(Index);
 }
@@ -143,6 +189,7 @@ void StoredEntity::SaveDefault() {
 void StoredEntity::CreateDefault() {
   or_as_before([&] { read_record(0); });
   Index = 0;
+  linked_ = {};
 }
 
 void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
@@ -185,6 +232,7 @@ bool StoredEntity::IsNameUnique(const std::optional<std::string>& sName) const {
 
 void StoredEntity::Reset(std::optional<bool> bResetAll) {
   Index = 0;
+  linked_ = {};
   if (bResetAll.value_or(false)) store_name(std::string_view("\0", 1));
 }
 
@@ -195,7 +243,7 @@ void StoredEntity::fill_clone(StoredEntity& clone, std::optional<int16_t> index)
   if (index)
     clone.Load(*index);
   else
-    std::copy_n(record().begin(), record().size(), clone.record().begin());
+    clone.copy_record(*this);
   clone.m_bCloning = false;
   const std::string name = stored_name();
   if (!name.starts_with('\0')) clone.store_name(host().copy_name(name));

@@ -9,6 +9,7 @@
 
 #include "base/object.h"
 #include "storage/kind.h"
+#include "storage/links.h"
 
 namespace tarn {
 
@@ -26,6 +27,7 @@ class StoredEntity : public Object {
   void SetDBHandle(Ptr<Database> DB) { database_ = std::move(DB); }
 
   /// Reads the summary row and the record. A missing row is logged, and the record at the object's own index read.
+  /// References whose link row is gone, as what they refer to was deleted elsewhere, are cleared and logged.
   void Load(int16_t nRecNum);
   /// Writes row and record and marks what rests on the entity; a new entity gets the lowest free index and, without a
   /// name, its default name. A failure leaves rows, file and index as they were.
@@ -46,13 +48,21 @@ class StoredEntity : public Object {
   virtual const Kind& kind() const = 0;
 
  protected:
-  virtual std::span<std::byte> record() = 0;
+  /// Bytes of the object that the record has next; the record is all of them in a row.
+  void add_block(std::span<std::byte> bytes) { blocks_.push_back(bytes); }
+  /// Runs inside the transaction of a save, before anything is written. An error ends the save.
+  virtual void before_save() {}
   virtual std::string stored_name() const = 0;  // trimmed
   virtual void store_name(std::string_view name) = 0;
 
   void fill_clone(StoredEntity& clone, std::optional<int16_t> index);
+  void copy_record(const StoredEntity& from);
+  void copy_links(const StoredEntity& from) { linked_ = from.linked_; }
 
  private:
+  std::vector<std::byte> record() const;
+  void set_record(std::span<const std::byte> bytes);
+  size_t record_size() const;
   Database& database() const;
   const std::string& file_name() const;
   Recordset index_rows() const;
@@ -64,17 +74,26 @@ class StoredEntity : public Object {
   template <typename F>
   void or_as_before(F operation);
 
+  /// The references as they are now have their link rows.
+  void remember_links();
+  void clear_lost_links();
+
   Ptr<Database> database_;
+  std::vector<std::span<std::byte>> blocks_;
+  /// References that had link rows after the last `Load` or `Save`, the entity's index then, and the workspace's
+  /// rollbacks: one since may have taken link rows away again.
+  struct Linked {
+    Uses uses;
+    int16_t index = 0;
+    size_t rollbacks = 0;
+  };
+  Linked linked_;
 };
 
-/// A kind's class: its record's fields, and copies of its own type. `R` is the record, with the name first.
-template <typename C, typename R>
-class Entity : public StoredEntity, public R {
+/// Copies of an entity's own type.
+template <typename C>
+class CopiedEntity : public StoredEntity {
  public:
-  using Record = R;
-
-  Entity() { Reset(true); }
-
   /// An unsaved copy, of this object or of the stored entity of an index, under a copy's name.
   Ptr<C> Clone(std::optional<int16_t> nIndex = {}) {
     auto clone = std::make_shared<C>();
@@ -84,13 +103,39 @@ class Entity : public StoredEntity, public R {
   /// An exact twin, index and name included.
   Ptr<C> CopyInstance() {
     auto twin = Clone();
-    static_cast<R&>(*twin) = *this;
+    twin->copy_links(*this);
+    twin->copy_record(*this);
     twin->Index = Index;
     return twin;
   }
+};
+
+/// A part of an entity, with its piece of the record: `R`.
+template <typename R>
+class Part : public Object, public R {
+ public:
+  using Record = R;
+  std::span<std::byte> bytes() { return std::as_writable_bytes(std::span<R, 1>(static_cast<R*>(this), 1)); }
+};
+
+/// A part as its owner hands it out: it keeps the owner alive, where the owner is shared.
+template <typename P>
+Ptr<P> shared_part(Object& owner, P& part) {
+  return Ptr<P>(owner.weak_from_this().lock(), &part);
+}
+
+/// A kind's class that begins with a plain record `R`, with the name first; most kinds have nothing behind it.
+template <typename C, typename R>
+class Entity : public CopiedEntity<C>, public R {
+ public:
+  using Record = R;
+
+  Entity() {
+    this->add_block(std::as_writable_bytes(std::span<R, 1>(static_cast<R*>(this), 1)));
+    this->Reset(true);
+  }
 
  protected:
-  std::span<std::byte> record() override { return std::as_writable_bytes(std::span<R, 1>(static_cast<R*>(this), 1)); }
   std::string stored_name() const override { return this->Name.trimmed(); }
   void store_name(std::string_view name) override { this->Name = name; }
 };

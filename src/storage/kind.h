@@ -22,6 +22,12 @@ SummaryColumn summary(std::string_view name) {
           }};
 }
 
+/// A column that shows a computed value.
+template <typename C, auto Get>
+SummaryColumn computed(std::string_view name) {
+  return {name, [](const Object& o) { return cell((static_cast<const C&>(o).*Get)()); }};
+}
+
 /// Rows of a link table that name the entity.
 struct LinkColumn {
   std::string_view table, column;
@@ -30,11 +36,14 @@ struct LinkColumn {
 struct Kind {
   std::string_view class_name;
   std::string_view index_table;
-  std::string_view default_word;         // of names given to nameless entities: "Window  3"
+  std::string_view default_word;         // of names given to nameless entities: "Window  3", or the word alone
   std::string_view missing_row_message;  // of `Load`; the number follows
   std::vector<SummaryColumn> columns;    // besides nIndex and szName
   std::vector<LinkColumn> links;         // cleaned by `Delete`
   Reach reach;
+  bool numbered_names = true;        // a default name has the index behind its word
+  bool saved_anew = false;           // `Save` of an entity whose row is gone adds a new one
+  std::string_view link_owner = {};  // "Space": `Save` keeps Space_Wall_Links and the like in line with the references
 };
 
 }  // namespace tarn

@@ -1,0 +1,254 @@
+#include "envelope/construction.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "base/log.h"
+#include "base/nearest.h"
+#include "envelope/ctf_generator.h"
+#include "platform/host.h"
+
+namespace tarn {
+namespace {
+
+constexpr std::string_view kClass = "CA_ConstructionAssly";
+constexpr double kTolerableError = 0.01;  // of what 12 terms hold
+
+Kind kind_of(std::string_view word) {
+  using C = CA_ConstructionAssly;
+  const bool roof = word == "Roof";
+  return {.class_name = kClass,
+          .index_table = roof ? "RoofIndex" : "WallIndex",
+          .default_word = word,
+          .missing_row_message = "Cannot find assembly record in DB for index: ",
+          .columns = {summary<C, &ConstructionRecord::OverallUValue>("fOverallUValue"),
+                      summary<C, &ConstructionRecord::OverallWeight>("fOverallWeight"),
+                      computed<C, &C::GetTotalThickness>("fThickness")},
+          .links = {{roof ? "Space_Roof_Links" : "Space_Wall_Links", roof ? "Roof_ID" : "Wall_ID"}},
+          .reach = roof ? Reach::through_spaces("Space_Roof_Links", "Roof_ID")
+                        : Reach::through_spaces("Space_Wall_Links", "Wall_ID"),
+          .numbered_names = false,
+          .saved_anew = true};
+}
+
+/// A failure of the generator, apart from those of storage.
+struct GenerationFailed : Error {
+  using Error::Error;
+};
+
+std::optional<CA_Category> category_of_file(std::string_view path) {
+  const auto ends_in = [path](std::string_view name) {
+    return path.size() >= name.size() && same_word(path.substr(path.size() - name.size()), name);
+  };
+  if (ends_in("ROF.DAT")) return CA_Category::CA_CAT_Roof;
+  if (ends_in("WAL.DAT")) return CA_Category::CA_CAT_Wall;
+  return std::nullopt;
+}
+
+CA_Layer::Content fresh_layer(std::string_view name, bool used) {
+  CA_Layer::Content content{};
+  content.record.Name = name;
+  content.record.LayerUsed = used;
+  content.record.Conductivity = 1.0F;
+  return content;
+}
+
+std::string text_of(double value, const char* format) {
+  char text[32];
+  std::snprintf(text, sizeof text, format, value);
+  return text;
+}
+
+}  // namespace
+
+float CA_Layer::ThicknessInches() const { return inches_ / 12 == Thickness ? inches_ : Thickness * 12; }
+
+void CA_Layer::SetThicknessInches(float inches) {
+  inches_ = inches;
+  Thickness = inches / 12;
+}
+
+void CA_Layer::set_content(const Content& content) {
+  static_cast<LayerRecord&>(*this) = content.record;
+  inches_ = content.inches;
+}
+
+const ClassInfo& CA_Layer::info() const {
+  using R = LayerRecord;
+  using C = CA_Layer;
+  static const ClassInfo info =
+      describe<C>(Failures::Trapped, property<&R::Name>.trimmed(), property<&R::LayerUsed>,
+                  converted<&R::Thickness, &C::ThicknessInches, &C::SetThicknessInches>("in").stored_in("ft"),
+                  property<&R::Conductivity>("Btu/(hr.ft.F)"), property<&R::Density>("lb/ft3"),
+                  property<&R::SpecificHeat>("Btu/(lb.F)"), property<&R::ThermalResistance>("hr.ft2.F/Btu"),
+                  property<&R::Weight>("lb/ft2"));
+  return info;
+}
+
+CA_ConstructionAssly::CA_ConstructionAssly() {
+  for (CA_Layer& each : layers_) add_block(each.bytes());
+}
+
+CA_Category CA_ConstructionAssly::Category() const {
+  return category_.value_or(category_of_file(FileName).value_or(CA_Category::CA_CAT_Wall));
+}
+
+const Kind& CA_ConstructionAssly::kind() const {
+  static const Kind wall = kind_of("Wall");
+  static const Kind roof = kind_of("Roof");
+  const bool is_roof = Category() == CA_Category::CA_CAT_Roof;
+  if (category_of_file(FileName).value_or(Category()) != Category()) {
+    fail(ErrorNumber::InvalidCall, FileName + " keeps " + (is_roof ? "walls" : "roofs") +
+                                       ", but the Category of the construction says " + (is_roof ? "roof" : "wall") +
+                                       "; set Category or FileName.");
+  }
+  return is_roof ? roof : wall;
+}
+
+const ClassInfo& CA_ConstructionAssly::info() const {
+  using R = ConstructionRecord;
+  using C = CA_ConstructionAssly;
+  static const ClassInfo info = describe<C>(
+      Failures::Trapped, property<&C::m_bCloning>, property<&C::Category, &C::SetCategory>,
+      property<&C::Index>.read_only(), method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"), property<&C::FileName>,
+      property<&R::Absorptivity>, property<&C::CoeffLBound>, property<&C::CoeffUBound>, property<&R::Color>,
+      property<&R::BTrans>("Btu/(hr.ft2.F)"), another<&R::BTrans>.named("BTransArray")("Btu/(hr.ft2.F)"),
+      property<&R::CTrans>("Btu/(hr.ft2.F)"), property<&R::DTrans>, another<&R::DTrans>.named("DTransArray"),
+      property<&R::InsideSurfaceResistance>("hr.ft2.F/Btu"), property<&R::Name>.trimmed(),
+      property<&R::OutsideSurfaceResistance>("hr.ft2.F/Btu"), property<&R::OverallUValue>("Btu/(hr.ft2.F)"),
+      property<&R::OverallWeight>("lb/ft2"), part<&C::GetLayer, kLayers>("nIndex"), property<&C::LayerCount>,
+      method<&C::Reset>("bResetAll").by_reference(), method<&C::CalcTransferCoefficients>, method<&C::Clone>("nIndex"),
+      method<&C::Delete>("nRecNum"), method<&C::Load>("nRecNum"),
+      method<static_cast<void (C::*)(CA_ReturnCodes&)>(&C::Save)>("ReturnCode"), method<&C::CreateDefault>,
+      method<&C::InsertLayer>("nInsertAt"), method<&C::RemoveLayer>("nRemoveAt"), method<&C::IsNameUnique>("sName"),
+      event<&C::OnUpdateDependencies>("OverrideDefault"));
+  return info;
+}
+
+CA_Layer& CA_ConstructionAssly::layer(int number) {
+  if (number < 1 || number > kLayers) subscript_out_of_range(number, kLayers);
+  return layers_[static_cast<size_t>(number) - 1];
+}
+
+Ptr<CA_Layer> CA_ConstructionAssly::GetLayer(int16_t nIndex) { return shared_part(*this, layer(nIndex)); }
+
+int16_t CA_ConstructionAssly::InsertLayer(int16_t nInsertAt) {
+  if (nInsertAt <= 1 || nInsertAt >= kLayers) {
+    log().message(
+        "Insertion point cannot be below the lower bound or above the upper bound of the Layer sequence. nInsertAt=" +
+        std::to_string(nInsertAt));
+    return 0;
+  }
+  for (int slot = kLayers - 1; slot > nInsertAt; --slot) layer(slot).set_content(layer(slot - 1).content());
+  layer(nInsertAt).set_content(fresh_layer("New Layer", true));
+  int16_t at = nInsertAt;
+  for (; at > 2 && !layer(at - 1).LayerUsed; --at) RemoveLayer(static_cast<int16_t>(at - 1));
+  return at;
+}
+
+int16_t CA_ConstructionAssly::RemoveLayer(int16_t nRemoveAt) {
+  if (nRemoveAt <= 1 || nRemoveAt >= kLayers) {
+    log().message(
+        "Removal point cannot be below the lower bound or above the upper bound of the Layer sequence. nRemoveAt=" +
+        std::to_string(nRemoveAt));
+    return 0;
+  }
+  for (int slot = nRemoveAt; slot < kLayers - 1; ++slot) layer(slot).set_content(layer(slot + 1).content());
+  layer(kLayers - 1).set_content(fresh_layer("Not used", false));
+  return nRemoveAt;
+}
+
+/// Fills the coefficients, or zeroes them and returns why there are none.
+std::string CA_ConstructionAssly::generate() {
+  CTFCG generator;
+  int16_t used = 0;
+  std::string slots;
+  for (const CA_Layer& each : layers_) {
+    host().yield();
+    if (!each.LayerUsed) continue;
+    generator.SetLayer(++used, true, each.Conductivity, each.Density, each.SpecificHeat, each.ThermalResistance,
+                       each.ThicknessFeet(), each.Weight);
+  }
+  TransferFunctions found;
+  const bool success = generator.Generate(found, host().yield);
+  for (int i = 1; i <= CoeffUBound(); ++i) {
+    BTrans(i) = static_cast<float>(found.cross[static_cast<size_t>(i - 1)]);
+    DTrans(i) = static_cast<float>(found.denominator[static_cast<size_t>(i - 1)]);
+  }
+  CTrans = static_cast<float>(found.inside_sum());
+  if (!success) return generator.failure();
+  if (found.error > kTolerableError) {
+    log().message(std::string(kind().default_word) + " " + Name.trimmed() +
+                  ": 12 transfer function terms hold its response to " + text_of(found.error * 100, "%.2g") +
+                  " % only; it is too heavy for them.");
+  }
+  return {};
+}
+
+bool CA_ConstructionAssly::CalcTransferCoefficients() {
+  const std::string failure = generate();
+  if (!failure.empty())
+    log().message("No transfer functions for " + std::string(kind().default_word) + " " + Name.trimmed() + ": " +
+                  failure + ".");
+  return failure.empty();
+}
+
+void CA_ConstructionAssly::before_save() {
+  const std::string failure = generate();
+  if (failure.empty()) return;
+  throw GenerationFailed(ErrorNumber::InvalidCall, "No transfer functions for " + std::string(kind().default_word) +
+                                                       " " + Name.trimmed() + ": " + failure + ". It was not saved.");
+}
+
+void CA_ConstructionAssly::Save(CA_ReturnCodes& ReturnCode) {
+  try {
+    StoredEntity::Save();
+    ReturnCode = CA_ReturnCodes::CA_ERR_NOERR;
+  } catch (const GenerationFailed& failure) {
+    log().message(failure.description());
+    for (R4& term : BTrans.items) term = 0;
+    for (R4& term : DTrans.items) term = 0;
+    CTrans = 0;
+    ReturnCode = CA_ReturnCodes::CA_ERR_TFCG;
+  }
+}
+
+namespace {
+
+template <typename F>
+float total(const std::array<CA_Layer, CA_ConstructionAssly::kLayers>& layers, std::string_view label, F value) {
+  return trapped(
+      kClass, label,
+      [&] {
+        float sum = 0;
+        for (const CA_Layer& each : layers) sum += value(each);
+        return sum;
+      },
+      0.0F);
+}
+
+}  // namespace
+
+float CA_ConstructionAssly::GetTotalThickness() const {
+  return total(layers_, "GetTotalThickness", [](const CA_Layer& l) { return l.ThicknessInches(); });
+}
+float CA_ConstructionAssly::GetTotalThermalResistance() const {
+  return total(layers_, "GetTotalThermalResistance", [](const CA_Layer& l) { return float{l.ThermalResistance}; });
+}
+float CA_ConstructionAssly::GetTotalWeight() const {
+  return total(layers_, "GetTotalWeight", [](const CA_Layer& l) { return float{l.Weight}; });
+}
+
+void CA_ConstructionAssly::sum_layers() {
+  for (CA_Layer& each : layers_) {
+    const float feet = each.ThicknessFeet();
+    if (!each.LayerUsed || !(feet > 0)) continue;
+    if (each.Conductivity > 0) each.ThermalResistance = feet / each.Conductivity;
+    if (each.Density > 0) each.Weight = feet * each.Density;
+  }
+  const float resistance = GetTotalThermalResistance();
+  OverallUValue = resistance > 0 ? 1 / resistance : 0;
+  OverallWeight = GetTotalWeight();
+}
+
+}  // namespace tarn

@@ -1,0 +1,34 @@
+// Uses of one entity by another: a reference is a field that holds another entity's index, a link row says the same in
+// the index database, where it leads from what changes to what rests on it. Both are kept in line here.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <set>
+#include <string_view>
+
+#include "base/members.h"
+
+namespace tarn {
+
+class Database;
+
+/// Calls `action` on every reference of an object and its parts that is not 0; what it returns is stored, where it
+/// differs. `place` is the field as a person names it: "Wall(2).WindowType(1)".
+using ReferenceAction = std::function<int16_t(std::string_view kind, int16_t index, const std::string& place)>;
+void for_each_reference(Object& object, const ReferenceAction& action);
+
+/// References as pairs of kind and index.
+using Uses = std::set<std::pair<std::string_view, int16_t>>;
+Uses uses_of(Object& object);
+
+/// Brings the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for every kind that one of its fields
+/// may refer to) in line with its references: adds the missing, removes the others.
+void write_links(Object& owner, Database& database, std::string_view owner_kind, int16_t index);
+
+/// Sets those of the given references that have no link row to 0 and logs each: what they referred to was deleted, and
+/// its index may since have gone to another entity.
+void clear_lost_references(Object& owner, Database& database, std::string_view owner_kind, int16_t index,
+                           const Uses& references);
+
+}  // namespace tarn
