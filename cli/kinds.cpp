@@ -9,6 +9,7 @@
 #include "base/by_name.h"
 #include "base/nearest.h"
 #include "cli/command.h"
+#include "cli/pictures.h"
 #include "component/json.h"
 #include "platform/workspace.h"
 #include "storage/entity.h"
@@ -70,70 +71,92 @@ int16_t index_of(const Call& call, Database& database, const StoredEntity& entit
   return static_cast<int16_t>(index);
 }
 
-int show(const Call& call, StoredEntity& entity) {
+int show(const Call& call, Database& database, StoredEntity& entity) {
   if (call.json) {
     Json json{{"class", std::string(entity.info().name)}, {"index", entity.Index}};
     add_stored_fields(entity, json);
     print_json(json);
     return kClean;
   }
-  std::vector<std::vector<Json>> rows;
-  for (const Member& member : entity.info().members) {
-    if (!member.stored()) continue;
-    for_each_element(member, [&](Subscripts at) {
-      Value value;
-      member.get(entity, at, value);
-      Json json = to_json(value);
-      std::string text = json.is_string() ? std::string(trimmed(json.get<std::string>())) : shown(json);
-      if (const auto* code = std::get_if<int16_t>(&value); code && !member.labels.empty()) {
-        text += "  " + std::string(text_of(member.labels, *code));
-      }
-      rows.push_back({element_name(member, at), text, std::string(member.unit)});
-    });
-  }
   std::cout << entity.info().name << ' ' << entity.Index << '\n';
-  print_table({"property", "value", "unit"}, rows);
+  show_entity(database, entity);
   return kClean;
 }
 
 struct Assignment {
+  Object* object;  // the entity, or a part of it
   const Member* member;
   std::vector<int> at;
   std::string value;
+  std::string place;  // "Layer(2).", before the property
 };
 
-/// "GlassTrans(2)=0.78", "Height=4".
-Assignment parsed(const StoredEntity& entity, const std::string& word) {
+/// The subscripts that stand behind a name, "(2)" or "[1,2]"; none for an empty text.
+std::vector<int> subscripts_in(std::string_view text, const std::string& word) {
+  std::vector<int> found;
+  if (text.empty()) return found;
+  const char* at = text.data();
+  const char* const last = text.data() + text.size() - 1;  // the closing bracket
+  do {
+    int subscript = 0;
+    const auto [end, failed] = std::from_chars(at + 1, last, subscript);
+    if (failed != std::errc()) break;
+    found.push_back(subscript);
+    at = end;
+  } while (*at == ',');
+  if (at != last || (*last != ')' && *last != ']')) {
+    throw UsageError("\"" + word +
+                     "\" has subscripts that cannot be read; write Property(1)=value or Property(1,2)=value.");
+  }
+  return found;
+}
+
+/// Follows "Layer(2)" from an object to its part.
+Object& part_of(Object& object, std::string_view step, const std::string& word) {
+  const size_t open = std::min(step.find_first_of("(["), step.size());
+  const Member* part = find_part(object.info(), step.substr(0, open));
+  if (!part) {
+    std::vector<std::string_view> names;
+    for (const Member& member : object.info().members) {
+      if (member.parts > 0) names.push_back(member.part_name);
+    }
+    throw UsageError("A " + std::string(object.info().name) + " has no part " + std::string(step.substr(0, open)) +
+                     "; " + did_you_mean(step.substr(0, open), names));
+  }
+  const std::vector<int> at = subscripts_in(step.substr(open), word);
+  if (at.size() != (part->numbered_part ? 1U : 0U) || (part->numbered_part && (at[0] < 1 || at[0] > part->parts))) {
+    throw UsageError(
+        "\"" + word + "\": " + std::string(part->part_name) +
+        (part->numbered_part ? " takes a number from 1 to " + std::to_string(part->parts) : " takes no number") + ".");
+  }
+  return part->part(object, part->numbered_part ? at[0] : 1);
+}
+
+/// "GlassTrans(2)=0.78", "Height=4", "Layer(2).Thickness=8".
+Assignment parsed(StoredEntity& entity, const std::string& word) {
   const size_t equals = word.find('=');
   if (equals == std::string::npos) throw UsageError("\"" + word + "\" is no assignment; write Property=value.");
-  const size_t open = word.find_first_of("([");
-  Assignment out{nullptr, {}, word.substr(equals + 1)};
-  const std::string name = word.substr(0, std::min(open, equals));
+  Assignment out{&entity, nullptr, {}, word.substr(equals + 1), {}};
+  std::string_view path = std::string_view(word).substr(0, equals);
+  for (size_t dot = path.find('.'); dot != std::string_view::npos; dot = path.find('.')) {
+    out.object = &part_of(*out.object, path.substr(0, dot), word);
+    out.place += std::string(path.substr(0, dot + 1));
+    path.remove_prefix(dot + 1);
+  }
+  const size_t open = std::min(path.find_first_of("(["), path.size());
+  const std::string name(path.substr(0, open));
+  const ClassInfo& info = out.object->info();
   std::vector<std::string_view> names;
-  for (const Member& member : entity.info().members) {
-    if (member.stored() && !member.read_only) names.push_back(member.name);
+  for (const Member& member : info.members) {
+    const bool settable = member.kind == MemberKind::Property && !member.read_only && (member.stored() || member.place);
+    if (settable || same_word(member.name, "Name")) names.push_back(member.name);
   }
-  const int number = entity.info().number(name);
-  if (number >= 0) out.member = &entity.info().members[static_cast<size_t>(number)];
-  if (!out.member || std::find(names.begin(), names.end(), out.member->name) == names.end()) {
-    throw UsageError("A " + std::string(entity.info().name) + " has no property " + name + " to set; " +
+  const int number = info.number(name);
+  if (number >= 0) out.member = &info.members[static_cast<size_t>(number)];
+  if (!out.member || std::find(names.begin(), names.end(), out.member->name) == names.end())
+    throw UsageError("A " + std::string(info.name) + " has no property " + name + " to set; " +
                      did_you_mean(name, names));
-  }
-  if (open < equals) {
-    const char* at = word.data() + open;
-    const char* const last = word.data() + equals - 1;  // the closing bracket
-    do {
-      int subscript = 0;
-      const auto [end, failed] = std::from_chars(at + 1, last, subscript);
-      if (failed != std::errc()) break;
-      out.at.push_back(subscript);
-      at = end;
-    } while (*at == ',');
-    if (at != last || (*last != ')' && *last != ']')) {
-      throw UsageError("\"" + word +
-                       "\" has subscripts that cannot be read; write Property(1)=value or Property(1,2)=value.");
-    }
-  }
+  out.at = subscripts_in(path.substr(open), word);
   return out;
 }
 
@@ -146,29 +169,34 @@ Json json_of(const Assignment& assignment) {
   }
 }
 
-Json fields(StoredEntity& entity) {
-  Json json = Json::object();
-  add_stored_fields(entity, json);
-  return json;
+/// Every field with its place: "Layer(2).Thickness".
+std::vector<std::pair<std::string, Json>> fields(StoredEntity& entity) {
+  std::vector<std::pair<std::string, Json>> all;
+  for_each_field(entity, [&](Object& owner, const Member& field, const std::string& prefix) {
+    all.emplace_back(prefix + std::string(field.name), to_json(owner, field));
+  });
+  return all;
 }
 
 /// Makes the assignments, then computes what follows from them, but for results that the user set himself.
 void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
   std::vector<Assignment> assignments;
   for (const std::string& word : words) assignments.push_back(parsed(entity, word));
-  for (const Assignment& a : assignments) set_from_json(entity, *a.member, a.at, json_of(a));
-  const bool only_name =
-      std::all_of(assignments.begin(), assignments.end(), [](const Assignment& a) { return a.member->name == "Name"; });
-  if (kind.computation.empty() || only_name) return;
-  const Json before = fields(entity);
-  Value nothing;
-  std::vector<Value> none;
-  entity.info().find(kind.computation).call(entity, none, nothing);
-  for (const Assignment& a : assignments) set_from_json(entity, *a.member, a.at, json_of(a));
-  const Json after = fields(entity);
-  for (const auto& [name, value] : after.items()) {
-    if (value != before.at(name))
-      std::cerr << "computed: " << name << " " << shown(before.at(name)) << " -> " << shown(value) << '\n';
+  const auto assign = [&] {
+    for (const Assignment& a : assignments) set_from_json(*a.object, *a.member, a.at, json_of(a));
+  };
+  assign();
+  const bool only_name = std::all_of(assignments.begin(), assignments.end(),
+                                     [](const Assignment& a) { return a.member->name == "Name" && a.place.empty(); });
+  if (!kind.compute || only_name) return;
+  const auto before = fields(entity);
+  kind.compute(entity);
+  assign();
+  const auto after = fields(entity);
+  for (size_t i = 0; i < after.size(); ++i) {
+    if (after[i] != before[i])
+      std::cerr << "computed: " << after[i].first << " " << shown(before[i].second) << " -> " << shown(after[i].second)
+                << '\n';
   }
 }
 
@@ -208,7 +236,7 @@ int run_kind(const Call& call) {
     return saved(call, copy, kind, "made from " + std::to_string(index));
   }
   entity->Load(index);
-  if (call.verb == "show") return show(call, *entity);
+  if (call.verb == "show") return show(call, *database, *entity);
   if (call.verb == "set") {
     if (rest.empty()) throw UsageError("Nothing to set; write Property=value.");
     edit(*entity, kind, rest);

@@ -15,13 +15,13 @@ std::vector<Group> all_groups() {
                            {"import", "FILE: brings entities of a JSON text in, all or none"}}}};
   for (const EntityKind& kind : entity_kinds()) {
     const std::string one(kind.one);
-    const std::string follows = kind.computation.empty() ? "" : ", and what is computed from it";
+    const std::string follows = kind.compute ? ", and what is computed from it" : "";
     all.push_back({std::string(kind.group),
                    "the project's " + std::string(kind.group),
                    {{"list", "the index rows of all"},
                     {"show", "N: every stored property of " + one + " N"},
                     {"new", "[Property=value ...]: a new " + one + " from the defaults"},
-                    {"set", "N Property=value ...: changes " + one + " N" + follows},
+                    {"set", "N Property=value ... (Part(1).Property=value): changes " + one + " N" + follows},
                     {"clone", "N [Property=value ...]: a copy of " + one + " N"},
                     {"delete", "N: removes " + one + " N and every use of it"}}});
   }

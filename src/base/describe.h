@@ -172,6 +172,18 @@ constexpr bool all_different() {
 
 }  // namespace detail
 
+namespace detail {
+
+template <typename Form>
+void add(ClassInfo& info, Member member, const Form& form) {
+  if constexpr (requires { form.hidden; }) {
+    if (form.hidden) return info.reserved.push_back(std::move(member));
+  }
+  info.members.push_back(std::move(member));
+}
+
+}  // namespace detail
+
 template <typename C, typename... M>
 ClassInfo describe(Failures failures, const M&... members) {
   ClassInfo info;
@@ -185,7 +197,7 @@ ClassInfo describe(Failures failures, const M&... members) {
                   "a field of the record is left out of the members table, or has the wrong width");
     info.record_size = sizeof(Record);
   }
-  (info.members.push_back(members.template make<C>()), ...);
+  (detail::add(info, members.template make<C>(), members), ...);
   info.index_names();
   return info;
 }

@@ -78,6 +78,7 @@ std::string part_prefix(const Member& part, int number) {
 }
 
 void for_each_field(Object& object, const FieldAction& action, const std::string& prefix) {
+  for (const Member& field : object.info().reserved) action(object, field, prefix);
   for (const Member& member : object.info().members) {
     if (member.stored()) action(object, member, prefix);
     for (int number = 1; number <= member.parts; ++number) {

@@ -75,7 +75,8 @@ enum class Failures : uint8_t { Trapped, Raised };
 struct ClassInfo {
   std::string_view name;
   Failures failures = Failures::Trapped;
-  std::vector<Member> members;  // interface order
+  std::vector<Member> members;   // interface order
+  std::vector<Member> reserved;  // stored fields that the interface has not; kept as they are
   size_t record_size = 0;
 
   /// Number of a member in interface order, from 0; -1 for a name that the class has not. Letter case does not matter.

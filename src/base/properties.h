@@ -141,6 +141,10 @@ struct Property {
   constexpr Property read_only() const {
     return with([](Property& p) { p.fixed = true; });
   }
+  /// Not a member of the interface.
+  constexpr Property reserved() const {
+    return with([](Property& p) { p.hidden = true; });
+  }
   constexpr Property by_reference() const {
     return with([](Property& p) { p.reference = true; });
   }
@@ -186,7 +190,7 @@ struct Property {
   }
 
   std::string_view unit, get_label, own_name, stored_unit, target;
-  bool fixed = false, reference = false, trim = false;
+  bool fixed = false, reference = false, trim = false, hidden = false;
 
  private:
   template <typename F>

@@ -2,11 +2,15 @@
 
 #include <vector>
 
+#include "base/collection.h"
 #include "base/error.h"
 #include "base/nearest.h"
+#include "envelope/construction.h"
 #include "envelope/door.h"
 #include "envelope/shade.h"
 #include "envelope/window.h"
+#include "spaces/schedule.h"
+#include "spaces/space.h"
 #include "storage/preferences.h"
 #include "storage/project.h"
 
@@ -23,8 +27,26 @@ constexpr ClassEntry entry() {
 }
 
 constexpr ClassEntry kClasses[]{
-    entry<COM_ProjectData>(), entry<PRF_ProjectPrefs>(), entry<RPT_ReportOptions>(),
-    entry<WIN_Window>(),      entry<DOR_Door>(),         entry<SHD_Shade>(),
+    entry<COM_ProjectData>(),
+    entry<PRF_ProjectPrefs>(),
+    entry<RPT_ReportOptions>(),
+    entry<WIN_Window>(),
+    entry<DOR_Door>(),
+    entry<SHD_Shade>(),
+    entry<CA_ConstructionAssly>(),
+    entry<CA_Layer>(),
+    entry<SCH_Schedule>(),
+    entry<SPC_Space>(),
+    entry<SPC_General>(),
+    entry<SPC_WallWindow>(),
+    entry<SPC_Roof>(),
+    entry<SPC_Partition>(),
+    entry<SPC_Floor>(),
+    entry<SPC_Infiltration>(),
+    entry<SPC_People>(),
+    entry<SPC_Lighting>(),
+    entry<SPC_OtherLoads>(),
+    entry<Collection>(),
 };
 
 const ClassEntry& find(std::string_view name) {

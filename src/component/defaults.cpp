@@ -15,15 +15,8 @@ void write_default_records(COM_ProjectData& project) {
   Transaction transaction;
   for (const EntityKind& kind : entity_kinds()) {
     const auto entity = make_entity(project, kind);
-    const ClassInfo& info = entity->info();
-    for (const auto& [name, value] : table.at(std::string(kind.class_name)).at("values").items()) {
-      set_from_json(*entity, info.find(name), value);
-    }
-    if (!kind.computation.empty()) {
-      Value nothing;
-      std::vector<Value> none;
-      info.find(kind.computation).call(*entity, none, nothing);
-    }
+    set_fields_from_json(*entity, table.at(std::string(kind.section)).at("values"));
+    if (kind.compute) kind.compute(*entity);
     entity->SaveDefault();
   }
   transaction.commit();

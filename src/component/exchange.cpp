@@ -1,6 +1,7 @@
 #include "component/exchange.h"
 
 #include <algorithm>
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "base/nearest.h"
@@ -9,6 +10,7 @@
 #include "component/kinds.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
+#include "storage/links.h"
 #include "storage/preferences.h"
 
 namespace tarn {
@@ -28,13 +30,35 @@ std::vector<int16_t> indexes_of(const StoredEntity& entity) {
   return indexes;
 }
 
-/// The stored fields, a line each, behind what stands in the object already.
+/// The stored fields of a part, all in a line.
+void write_part(std::string& out, Object& part) {
+  std::string_view separator = "{\"";
+  for_each_field(part, [&](Object& owner, const Member& field, const std::string&) {
+    (out += separator) += field.name;
+    write_json(out += "\": ", owner, field);
+    separator = ", \"";
+  });
+  out += "}";
+}
+
+/// The stored fields and the parts, a line each, behind what stands in the object already.
 void write_fields(std::string& out, Object& object, std::string_view separator) {
+  const auto key = [&](std::string_view name) {
+    ((out += std::exchange(separator, ",")) += "\n  \"") += name;
+    out += "\": ";
+  };
   for (const Member& member : object.info().members) {
-    if (!member.stored()) continue;
-    ((out += separator) += "\n  \"") += member.name;
-    write_json(out += "\": ", object, member);
-    separator = ",";
+    if (member.stored()) {
+      key(member.name);
+      write_json(out, object, member);
+    } else if (member.parts > 0) {
+      key(member.part_name);
+      for (int number = 1; number <= member.parts; ++number) {
+        if (member.numbered_part) out += number == 1 ? "[\n   " : ",\n   ";
+        write_part(out, member.part(object, number));
+      }
+      if (member.numbered_part) out += "]";
+    }
   }
 }
 
@@ -83,7 +107,7 @@ std::string export_project(COM_ProjectData& project, const std::set<std::string>
     if (!groups.empty() && !groups.contains(std::string(kind.group))) continue;
     const auto entity = make_entity(project, kind);
     const bool has_default = on_disk(entity->FileName);
-    section(kind.class_name);
+    section(kind.section);
     out += "[";
     if (has_default) {
       entity->CreateDefault();
@@ -125,10 +149,12 @@ class Import {
     try {
       parse();
       Transaction transaction;
-      for (auto& [name, value] : all_.items()) {
-        at_ = "/" + name;
-        section(name, value);
+      check_sections();
+      for (const EntityKind& kind : entity_kinds()) {  // what is referred to before what refers to it
+        section(kind.section, [&](Json& list) { entities(kind, list); });
       }
+      section(kPreferences, [&](Json& json) { preferences(json); });
+      section(kReports, [&](Json& json) { reports(json); });
       at_.clear();
       transaction.commit();
       return done_;
@@ -149,20 +175,26 @@ class Import {
            "line 1: the text is no project; wanted an object with \"tarn\": " + std::to_string(kFormat));
     }
     for (const EntityKind& kind : entity_kinds()) {
-      if (const auto list = all_.find(kind.class_name); list != all_.end() && list->is_array()) total_ += list->size();
+      if (const auto list = all_.find(kind.section); list != all_.end() && list->is_array()) total_ += list->size();
     }
   }
 
-  void section(const std::string& name, Json& value) {
-    if (name == "tarn") return;
-    if (name == kPreferences) return preferences(value);
-    if (name == kReports) return reports(value);
+  void check_sections() {
     std::vector<std::string_view> known{kPreferences, kReports};
-    for (const EntityKind& kind : entity_kinds()) {
-      if (kind.class_name == name) return entities(kind, value);
-      known.push_back(kind.class_name);
+    for (const EntityKind& kind : entity_kinds()) known.push_back(kind.section);
+    for (const auto& [name, value] : all_.items()) {
+      at_ = "/" + name;
+      if (name != "tarn" && std::find(known.begin(), known.end(), name) == known.end())
+        fail(ErrorNumber::TypeMismatch, "there is no kind \"" + name + "\"; " + did_you_mean(name, known));
     }
-    fail(ErrorNumber::TypeMismatch, "there is no kind \"" + name + "\"; " + did_you_mean(name, known));
+  }
+
+  template <typename F>
+  void section(std::string_view name, F import) {
+    const auto found = all_.find(name);
+    if (found == all_.end()) return;
+    at_ = "/" + std::string(name);
+    import(*found);
   }
 
   void entities(const EntityKind& kind, Json& list) {
@@ -171,10 +203,7 @@ class Import {
     const auto entity = make_entity(project_, kind);
     const bool keeps_indexes = indexes_of(*entity).empty();
     const std::string place = at_;
-    const auto& members = entity->info().members;
-    const auto stored = std::count_if(members.begin(), members.end(), [](const Member& m) { return m.stored(); });
-    const size_t fields_in_all =
-        static_cast<size_t>(stored) + 1;  // with "index"; what a text leaves out is the default's
+    auto& renumbered = renumbered_[entity->kind().default_word];
     std::set<int16_t> seen;
     std::vector<std::pair<int16_t, size_t>> order;  // the default record first: it fills in what others leave out
     for (size_t element = 0; element < list.size(); ++element) {
@@ -185,19 +214,23 @@ class Import {
     for (const auto& [index, element] : order) {
       at_ = place + "/" + std::to_string(element);
       const Json& json = list[element];
-      if (json.size() < fields_in_all) {
+      const bool complete = is_complete(entity->info(), json);
+      if (!complete) {  // what a text leaves out is the default's
         entity->CreateDefault();
         entity->Reset(true);
       }
       fields(*entity, json, "index");
+      at_ = place + "/" + std::to_string(element);
+      follow_references(*entity);
       entity->Reset();
       if (index == 0) {
         if (keeps_indexes) entity->SaveDefault();
       } else if (keeps_indexes) {
-        entity->SaveAs(index, json.contains("Name") ? Naming::AsItIs : Naming::Valid);
+        entity->SaveAs(index, complete ? Naming::AsItIs : Naming::Valid);
       } else {
         entity->Save();
       }
+      renumbered[index] = entity->Index;
       if (index > 0 || keeps_indexes) ++done_;
       if (progress_) progress_(done_, total_);
     }
@@ -221,27 +254,25 @@ class Import {
   }
 
   void fields(Object& object, const Json& json, std::string_view beside) {
-    if (!json.is_object())
-      fail(ErrorNumber::TypeMismatch, "found " + std::string(json.type_name()) + ", wanted an object");
     const std::string place = at_;
-    for (const auto& [name, value] : json.items()) {
-      if (name == beside) continue;
-      at_ = place + "/" + name;
-      const int number = object.info().number(name);
-      const Member* member = number < 0 ? nullptr : &object.info().members[static_cast<size_t>(number)];
-      if (!member || !member->stored()) unknown_field(object.info(), name);
-      set_from_json(object, *member, value);
-    }
+    set_fields_from_json(
+        object, json, [&](const std::string& deeper) { at_ = place + deeper; }, beside);
     at_ = place;
   }
 
-  [[noreturn]] static void unknown_field(const ClassInfo& info, const std::string& name) {
-    std::vector<std::string_view> stored;
-    for (const Member& member : info.members) {
-      if (member.stored()) stored.push_back(member.name);
-    }
-    fail(ErrorNumber::NoSuchMember,
-         std::string(info.name) + " has no field " + name + "; " + did_you_mean(name, stored));
+  /// References to entities of the text take the indexes that these have got. Kinds that the text leaves out are the
+  /// project's own.
+  void follow_references(Object& object) {
+    for_each_reference(object, [&](std::string_view kind, int16_t index, const std::string& place) {
+      const auto text = renumbered_.find(kind);
+      if (text == renumbered_.end()) return index;
+      const auto found = text->second.find(index);
+      if (found == text->second.end()) {
+        fail(ErrorNumber::InvalidCall, place + ": refers to " + std::string(kind) + " " + std::to_string(index) +
+                                           ", which the text does not have. Add it, or set the reference to 0.");
+      }
+      return found->second;
+    });
   }
 
   void preferences(const Json& json) {
@@ -265,7 +296,8 @@ class Import {
   const std::string& text_;
   const Progress& progress_;
   Json all_;
-  std::string at_;  // JSON pointer
+  std::string at_;                                                     // JSON pointer
+  std::map<std::string_view, std::map<int16_t, int16_t>> renumbered_;  // by kind: indexes of the text, indexes given
   size_t done_ = 0, total_ = 0;
 };
 

@@ -231,8 +231,15 @@ void write_json(std::string& out, Object& object, const Member& property) {
 void add_stored_fields(Object& object, Json& json) {
   // Names are unique by construction: adding at the end spares the search for each.
   auto& fields = json.get_ref<Json::object_t&>();
+  for (const Member& field : object.info().reserved)
+    fields.emplace_back(std::string(field.name), to_json(object, field));
   for (const Member& member : object.info().members) {
     if (member.stored()) fields.emplace_back(std::string(member.name), to_json(object, member));
+    Json parts = Json::array();
+    for (int number = 1; number <= member.parts; ++number) {
+      add_stored_fields(member.part(object, number), parts.emplace_back(Json::object()));
+    }
+    if (member.parts > 0) fields.emplace_back(std::string(member.part_name), member.numbered_part ? parts : parts[0]);
   }
 }
 
@@ -270,6 +277,79 @@ void set_from_json(Object& object, const Member& property, Subscripts at, const 
     }
     set_element(object, property, json, at);
   });
+}
+
+const Member* json_member(const ClassInfo& info, std::string_view key) {
+  if (const int number = info.number(key); number >= 0 && info.members[static_cast<size_t>(number)].stored())
+    return &info.members[static_cast<size_t>(number)];
+  for (const Member& field : info.reserved) {
+    if (same_word(field.name, key)) return &field;
+  }
+  return find_part(info, key);
+}
+
+bool is_complete(const ClassInfo& info, const Json& json) {
+  const auto has = [&](const Member& member) {
+    const auto found = json.find(member.parts > 0 ? member.part_name : member.name);
+    if (found == json.end()) return false;
+    if (member.parts == 0) return true;
+    const ClassInfo& part = member.part_info();
+    if (!member.numbered_part) return is_complete(part, *found);
+    return std::all_of(found->begin(), found->end(), [&](const Json& each) { return is_complete(part, each); });
+  };
+  return std::all_of(info.reserved.begin(), info.reserved.end(), has) &&
+         std::all_of(info.members.begin(), info.members.end(),
+                     [&](const Member& member) { return (!member.stored() && member.parts == 0) || has(member); });
+}
+
+namespace {
+
+[[noreturn]] void unknown_field(const ClassInfo& info, const std::string& name) {
+  std::vector<std::string_view> known;
+  for (const Member& member : info.members) {
+    if (member.stored() || member.parts > 0) known.push_back(member.parts > 0 ? member.part_name : member.name);
+  }
+  fail(ErrorNumber::NoSuchMember, std::string(info.name) + " has no field " + name + "; " + did_you_mean(name, known));
+}
+
+}  // namespace
+
+void set_fields_from_json(Object& object, const Json& json, const std::function<void(const std::string&)>& at,
+                          std::string_view beside) {
+  if (!json.is_object())
+    fail(ErrorNumber::TypeMismatch, "found " + std::string(json.type_name()) + ", wanted an object");
+  const auto here = [&](const std::string& place) {
+    if (at) at(place);
+  };
+  for (const auto& [name, value] : json.items()) {
+    if (name == beside) continue;
+    const std::string place = "/" + name;
+    here(place);
+    const Member* member = json_member(object.info(), name);
+    if (!member) unknown_field(object.info(), name);
+    if (member->parts == 0) {
+      set_from_json(object, *member, value);
+      continue;
+    }
+    const auto part = [&](int number, const Json& part_json, const std::string& part_place) {
+      here(part_place);
+      set_fields_from_json(member->part(object, number), part_json,
+                           [&](const std::string& deeper) { here(part_place + deeper); });
+    };
+    if (!member->numbered_part) {
+      part(1, value, place);
+      continue;
+    }
+    if (!value.is_array() || value.size() != static_cast<size_t>(member->parts)) {
+      fail(ErrorNumber::TypeMismatch, "found " + std::string(value.type_name()) +
+                                          (value.is_array() ? " of " + std::to_string(value.size()) : "") +
+                                          ", wanted an array of " + std::to_string(member->parts));
+    }
+    for (int number = 1; number <= member->parts; ++number) {
+      const auto element = static_cast<size_t>(number - 1);
+      part(number, value[element], place + "/" + std::to_string(element));
+    }
+  }
 }
 
 }  // namespace tarn

@@ -1,7 +1,9 @@
 // Values and whole objects as JSON, by their members tables: every stored field once, under its name.
 #pragma once
 
+#include <functional>
 #include <nlohmann/json_fwd.hpp>
+#include <string>
 
 #include "base/members.h"
 
@@ -17,8 +19,17 @@ Value from_json(const nlohmann::ordered_json& json, ValueType type);
 nlohmann::ordered_json to_json(Object& object, const Member& property);
 /// Appends a property's value as JSON text: what `to_json` gives, without the values in between.
 void write_json(std::string& out, Object& object, const Member& property);
-/// Adds all stored fields of an object to a JSON object. A code of an enumeration is {"code", "text"}.
+/// Adds all stored fields of an object to a JSON object, parts nested. A code of an enumeration is {"code", "text"}.
 void add_stored_fields(Object& object, nlohmann::ordered_json& json);
+
+/// The field or the part that a key of an object's JSON names, null for neither.
+const Member* json_member(const ClassInfo& info, std::string_view key);
+/// Whether the JSON of an object has all of its fields, parts included.
+bool is_complete(const ClassInfo& info, const nlohmann::ordered_json& json);
+/// Sets the fields of an object and its parts from JSON. `at` is called with each field's place before it is set, as a
+/// JSON pointer below the object's; keys in `beside` are left alone.
+void set_fields_from_json(Object& object, const nlohmann::ordered_json& json,
+                          const std::function<void(const std::string&)>& at = {}, std::string_view beside = {});
 
 /// Sets a property from JSON. A text that is too long, a number that does not fit and a wrong shape are refused, and
 /// the message names class, property and what is allowed.

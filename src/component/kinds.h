@@ -13,8 +13,9 @@ namespace tarn {
 struct EntityKind {
   std::string_view group, one;  // as a person names them: "windows", "window"
   std::string_view class_name;
-  std::string_view factory;      // of COM_ProjectData
-  std::string_view computation;  // run after an edit; empty where nothing is computed
+  std::string_view section;        // of an exchange text: the class, and the kind where two share it
+  std::string_view factory;        // of COM_ProjectData
+  void (*compute)(StoredEntity&);  // what follows from the inputs, after an edit; null where nothing does
 };
 
 std::span<const EntityKind> entity_kinds();

@@ -4,9 +4,12 @@
 #include "base/by_name.h"
 #include "base/describe.h"
 #include "component/class_list.h"
+#include "envelope/construction.h"
 #include "envelope/door.h"
 #include "envelope/shade.h"
 #include "envelope/window.h"
+#include "spaces/schedule.h"
+#include "spaces/space.h"
 #include "storage/preferences.h"
 #include "storage/project.h"
 
@@ -129,7 +132,11 @@ Ptr<C> COM_ProjectData::made_by(std::string_view method) {
 Ptr<DOR_Door> COM_ProjectData::NewDoor() { return made_by<DOR_Door>("NewDoor"); }
 Ptr<PRF_ProjectPrefs> COM_ProjectData::NewProjectPrefs() { return made_by<PRF_ProjectPrefs>("NewProjectPrefs"); }
 Ptr<RPT_ReportOptions> COM_ProjectData::NewReportOptions() { return made_by<RPT_ReportOptions>("NewReportOptions"); }
+Ptr<CA_ConstructionAssly> COM_ProjectData::NewRoof() { return made_by<CA_ConstructionAssly>("NewRoof"); }
+Ptr<SCH_Schedule> COM_ProjectData::NewSchedule() { return made_by<SCH_Schedule>("NewSchedule"); }
 Ptr<SHD_Shade> COM_ProjectData::NewShade() { return made_by<SHD_Shade>("NewShade"); }
+Ptr<SPC_Space> COM_ProjectData::NewSpace() { return made_by<SPC_Space>("NewSpace"); }
+Ptr<CA_ConstructionAssly> COM_ProjectData::NewWall() { return made_by<CA_ConstructionAssly>("NewWall"); }
 Ptr<WIN_Window> COM_ProjectData::NewWindow() { return made_by<WIN_Window>("NewWindow"); }
 
 const ClassInfo& COM_ProjectData::info() const {

@@ -141,8 +141,13 @@ int16_t CA_ConstructionAssly::InsertLayer(int16_t nInsertAt) {
   }
   for (int slot = kLayers - 1; slot > nInsertAt; --slot) layer(slot).set_content(layer(slot - 1).content());
   layer(nInsertAt).set_content(fresh_layer("New Layer", true));
+  // Close up: unused slots below go to the top, down to slot 2; slot 1 is no part of the sequence.
   int16_t at = nInsertAt;
-  for (; at > 2 && !layer(at - 1).LayerUsed; --at) RemoveLayer(static_cast<int16_t>(at - 1));
+  for (int16_t below = nInsertAt - 1; below > 1; --below) {
+    if (layer(below).LayerUsed) continue;
+    RemoveLayer(below);
+    --at;
+  }
   return at;
 }
 
@@ -158,46 +163,64 @@ int16_t CA_ConstructionAssly::RemoveLayer(int16_t nRemoveAt) {
   return nRemoveAt;
 }
 
-/// Fills the coefficients, or zeroes them and returns why there are none.
-std::string CA_ConstructionAssly::generate() {
+CTFCG CA_ConstructionAssly::generator() const {
   CTFCG generator;
   int16_t used = 0;
-  std::string slots;
   for (const CA_Layer& each : layers_) {
     host().yield();
     if (!each.LayerUsed) continue;
     generator.SetLayer(++used, true, each.Conductivity, each.Density, each.SpecificHeat, each.ThermalResistance,
                        each.ThicknessFeet(), each.Weight);
   }
+  return generator;
+}
+
+double CA_ConstructionAssly::coefficient_error() const {
+  TransferFunctions terms;
+  for (int i = 1; i <= CoeffUBound(); ++i) {
+    terms.cross[static_cast<size_t>(i - 1)] = BTrans(i);
+    terms.denominator[static_cast<size_t>(i - 1)] = DTrans(i);
+  }
+  return generator().error_of(terms.cross, terms.denominator);
+}
+
+/// Fills the coefficients, or zeroes them and returns why there are none.
+std::string CA_ConstructionAssly::generate() {
+  CTFCG table = generator();
   TransferFunctions found;
-  const bool success = generator.Generate(found, host().yield);
+  const bool success = table.Generate(found, host().yield);
   for (int i = 1; i <= CoeffUBound(); ++i) {
     BTrans(i) = static_cast<float>(found.cross[static_cast<size_t>(i - 1)]);
     DTrans(i) = static_cast<float>(found.denominator[static_cast<size_t>(i - 1)]);
   }
   CTrans = static_cast<float>(found.inside_sum());
-  if (!success) return generator.failure();
+  if (!success) return table.failure();
   if (found.error > kTolerableError) {
-    log().message(std::string(kind().default_word) + " " + Name.trimmed() +
-                  ": 12 transfer function terms hold its response to " + text_of(found.error * 100, "%.2g") +
+    log().message(title() + ": 12 transfer function terms hold its response to " + text_of(found.error * 100, "%.2g") +
                   " % only; it is too heavy for them.");
   }
   return {};
 }
 
+/// "Wall 3 (Brick veneer)", as far as it is known.
+std::string CA_ConstructionAssly::title() const {
+  std::string text(Category() == CA_Category::CA_CAT_Roof ? "Roof" : "Wall");
+  if (Index != 0) text += " " + std::to_string(Index);
+  const std::string name = Name.trimmed();
+  return name.empty() || name.front() == '\0' ? text : text + " (" + name + ")";
+}
+
 bool CA_ConstructionAssly::CalcTransferCoefficients() {
   const std::string failure = generate();
-  if (!failure.empty())
-    log().message("No transfer functions for " + std::string(kind().default_word) + " " + Name.trimmed() + ": " +
-                  failure + ".");
+  if (!failure.empty()) log().message(title() + " has no transfer functions: " + failure + ".");
   return failure.empty();
 }
 
 void CA_ConstructionAssly::before_save() {
   const std::string failure = generate();
   if (failure.empty()) return;
-  throw GenerationFailed(ErrorNumber::InvalidCall, "No transfer functions for " + std::string(kind().default_word) +
-                                                       " " + Name.trimmed() + ": " + failure + ". It was not saved.");
+  throw GenerationFailed(ErrorNumber::InvalidCall,
+                         title() + " was not saved, as it has no transfer functions: " + failure + ".");
 }
 
 void CA_ConstructionAssly::Save(CA_ReturnCodes& ReturnCode) {

@@ -46,6 +46,8 @@ struct ConstructionRecord {
 };
 static_assert(sizeof(ConstructionRecord) == 377);
 
+class CTFCG;
+
 class CA_Layer final : public Part<LayerRecord> {
  public:
   const ClassInfo& info() const override;
@@ -102,6 +104,10 @@ class CA_ConstructionAssly final : public Entity<CA_ConstructionAssly, Construct
   void Save(CA_ReturnCodes& ReturnCode);
   using StoredEntity::Save;
 
+  /// How far the response by the coefficients, as they stand, is off that of the layers: as `TransferFunctions::error`.
+  /// Error `InvalidCall`, with the reason, for layers without transfer functions.
+  double coefficient_error() const;
+
   // Over all ten slots, used or not.
   float GetTotalThickness() const;          // in
   float GetTotalThermalResistance() const;  // hr.ft2.F/Btu
@@ -111,7 +117,9 @@ class CA_ConstructionAssly final : public Entity<CA_ConstructionAssly, Construct
 
  private:
   void before_save() override;
+  CTFCG generator() const;
   std::string generate();
+  std::string title() const;
 
   std::array<CA_Layer, kLayers> layers_;
   std::optional<CA_Category> category_;

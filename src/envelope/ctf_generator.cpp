@@ -38,27 +38,35 @@ SlabLayer CTFCG::slab_layer(const Layer& layer) {
   return {resistance, 0};
 }
 
+SlabResponse CTFCG::response(const std::function<void()>& yield) const {
+  std::vector<SlabLayer> slab;
+  for (size_t i = 0; i < layers_.size(); ++i) {
+    yield();
+    const Layer& layer = layers_[i];
+    if (!layer.used) continue;
+    if (layer.thickness > 0 && layer.resistance == 0 && !(layer.conductivity > 0)) {
+      fail(ErrorNumber::InvalidCall,
+           "used layer " + std::to_string(i + 1) + " has a thickness, but neither conductivity nor thermal resistance");
+    }
+    slab.push_back(slab_layer(layer));
+  }
+  if (slab.empty()) fail(ErrorNumber::InvalidCall, "no layer is used");
+  return slab_response(slab);
+}
+
 bool CTFCG::Generate(TransferFunctions& out, const std::function<void()>& yield) {
   try {
-    std::vector<SlabLayer> slab;
-    for (size_t i = 0; i < layers_.size(); ++i) {
-      yield();
-      const Layer& layer = layers_[i];
-      if (!layer.used) continue;
-      if (layer.thickness > 0 && layer.resistance == 0 && !(layer.conductivity > 0)) {
-        fail(ErrorNumber::InvalidCall, "used layer " + std::to_string(i + 1) +
-                                           " has a thickness, but neither conductivity nor thermal resistance");
-      }
-      slab.push_back(slab_layer(layer));
-    }
-    if (slab.empty()) fail(ErrorNumber::InvalidCall, "no layer is used");
-    out = transfer_functions(slab_response(slab));
+    out = transfer_functions(response(yield));
     failure_.clear();
     return true;
   } catch (const Error& error) {
     failure_ = error.description();
     return false;
   }
+}
+
+double CTFCG::error_of(const TransferFunctions::Series& cross, const TransferFunctions::Series& denominator) const {
+  return response_error(response([] {}), cross, denominator);
 }
 
 }  // namespace tarn

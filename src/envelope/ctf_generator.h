@@ -23,6 +23,8 @@ class CTFCG {
   /// False where the table has no transfer functions; `failure` tells why.
   bool Generate(TransferFunctions& out, const std::function<void()>& yield);
   const std::string& failure() const { return failure_; }
+  /// How far other terms for the same layers are off, as `TransferFunctions::error`. Error where `Generate` fails.
+  double error_of(const TransferFunctions::Series& cross, const TransferFunctions::Series& denominator) const;
 
  private:
   struct Layer {
@@ -30,6 +32,7 @@ class CTFCG {
     bool used = false;
   };
   static SlabLayer slab_layer(const Layer& layer);
+  SlabResponse response(const std::function<void()>& yield) const;
 
   std::vector<Layer> layers_{1};
   std::string failure_;

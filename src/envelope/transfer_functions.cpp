@@ -229,9 +229,19 @@ double error_of(const Series& cross, const Series& denominator, const Hours& pul
     worst_day = std::max(worst_day, std::abs(off));
     peak = std::max(peak, std::abs(exact));
   }
-  const double error = std::max(worst_step / u_value, worst_day / peak);
-  const double off_sum = std::abs(sum(cross) - u_value * sum(denominator)) / std::abs(u_value * sum(denominator));
-  return std::isfinite(step) && off_sum < kOffSum ? error : HUGE_VAL;
+  return std::isfinite(step) ? std::max(worst_step / u_value, worst_day / peak) : HUGE_VAL;
+}
+
+/// Whether the terms, as stored, give the steady state.
+bool sums_hold(const Series& cross, const Series& denominator, double u_value) {
+  const double wanted = u_value * sum(denominator);
+  return std::abs(sum(cross) - wanted) < kOffSum * std::abs(wanted);
+}
+
+/// Hours until the slab's response is over.
+size_t hours_of(const SlabResponse& slab) {
+  const double slowest = slab.roots.empty() ? 1 : slab.roots.front();
+  return static_cast<size_t>(std::clamp(kTimeConstants / slowest, kShortest, kLongest));
 }
 
 /// Where the search for the best number of poles begins. The tail that a numerator of 12 terms loses decays with the
@@ -251,8 +261,7 @@ size_t poles_that_leave_little(const SlabResponse& slab) {
 double TransferFunctions::inside_sum() const { return sum(inside); }
 
 TransferFunctions transfer_functions(const SlabResponse& slab) {
-  const double slowest = slab.roots.empty() ? 1 : slab.roots.front();
-  const auto hours = static_cast<size_t>(std::clamp(kTimeConstants / slowest, kShortest, kLongest));
+  const size_t hours = hours_of(slab);
   const Hours pulse = pulse_response(slab, Face::Cross, hours);
   TransferFunctions best{.u_value = slab.u_value, .error = HUGE_VAL};
   /// Whether so many poles do better than what was tried before, with something left to gain.
@@ -262,7 +271,7 @@ TransferFunctions transfer_functions(const SlabResponse& slab) {
     const Fit fit(denominator, hours);
     const Series cross = rounded_to_sum(fit.series(pulse, slab.u_value), slab.u_value * sum(denominator));
     const double error = error_of(cross, denominator, pulse, slab.u_value);
-    if (!(error < best.error)) return false;
+    if (!(error < best.error) || !sums_hold(cross, denominator, slab.u_value)) return false;
     best.denominator = denominator;
     best.cross = cross;
     best.error = error;
@@ -279,6 +288,10 @@ TransferFunctions transfer_functions(const SlabResponse& slab) {
   best.outside = fit.series(pulse_response(slab, Face::Outside, hours), slab.u_value);
   best.inside = fit.series(pulse_response(slab, Face::Inside, hours), slab.u_value);
   return best;
+}
+
+double response_error(const SlabResponse& slab, const Series& cross, const Series& denominator) {
+  return error_of(cross, denominator, pulse_response(slab, Face::Cross, hours_of(slab)), slab.u_value);
 }
 
 }  // namespace tarn

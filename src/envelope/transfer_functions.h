@@ -28,4 +28,8 @@ struct TransferFunctions {
 
 TransferFunctions transfer_functions(const SlabResponse& response);
 
+/// As `TransferFunctions::error`, of any terms; infinite where they are unstable.
+double response_error(const SlabResponse& slab, const TransferFunctions::Series& cross,
+                      const TransferFunctions::Series& denominator);
+
 }  // namespace tarn

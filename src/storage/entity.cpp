@@ -165,9 +165,9 @@ void StoredEntity::clear_lost_links() {
 
 /// Writes the row that is being edited or added, marks dependants, writes the record.
 void StoredEntity::store(Recordset& rows, Naming naming) {
+  if (naming == Naming::Valid) make_name_valid();
   before_save();
   clear_lost_links();
-  if (naming == Naming::Valid) make_name_valid();
   rows.Fields("nIndex") = cell(Index);
   rows.Fields("szName") = stored_name();
   for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);

@@ -57,12 +57,12 @@ class StoredEntity : public Object {
 
   void fill_clone(StoredEntity& clone, std::optional<int16_t> index);
   void copy_record(const StoredEntity& from);
+  size_t record_size() const;
   void copy_links(const StoredEntity& from) { linked_ = from.linked_; }
 
  private:
   std::vector<std::byte> record() const;
   void set_record(std::span<const std::byte> bytes);
-  size_t record_size() const;
   Database& database() const;
   const std::string& file_name() const;
   Recordset index_rows() const;

@@ -9,10 +9,13 @@
 
 namespace tarn {
 
+class CA_ConstructionAssly;
 class DOR_Door;
 class PRF_ProjectPrefs;
 class RPT_ReportOptions;
+class SCH_Schedule;
 class SHD_Shade;
+class SPC_Space;
 class WIN_Window;
 struct FactoryRow;
 
@@ -50,7 +53,11 @@ class COM_ProjectData final : public Object {
   Ptr<DOR_Door> NewDoor();
   Ptr<PRF_ProjectPrefs> NewProjectPrefs();
   Ptr<RPT_ReportOptions> NewReportOptions();
+  Ptr<CA_ConstructionAssly> NewRoof();
+  Ptr<SCH_Schedule> NewSchedule();
   Ptr<SHD_Shade> NewShade();
+  Ptr<SPC_Space> NewSpace();
+  Ptr<CA_ConstructionAssly> NewWall();
   Ptr<WIN_Window> NewWindow();
 
   /// The file prefix of a kind that keeps one file for each object: the project's, and the kind's one-letter code.

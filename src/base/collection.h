@@ -1,0 +1,23 @@
+// A list of values that a member hands out.
+#pragma once
+
+#include <vector>
+
+#include "base/object.h"
+
+namespace tarn {
+
+class Collection final : public Object {
+ public:
+  const ClassInfo& info() const override;
+
+  int32_t Count() const { return static_cast<int32_t>(items_.size()); }
+  /// 1 to Count. Error `SubscriptOutOfRange`.
+  Value Item(int32_t nIndex) const;
+  void add(const Value& value);
+
+ private:
+  std::vector<Value> items_;
+};
+
+}  // namespace tarn

@@ -1,0 +1,57 @@
+// A schedule: up to eight profiles of 24 hourly values, and which of them applies on each day type of each month.
+#pragma once
+
+#include "base/collection.h"
+#include "storage/entity.h"
+
+namespace tarn {
+
+enum class Months : int16_t { January = 1, December = 12 };
+
+enum class SCH_Days : int16_t { Design_Day, Monday, Tuesday, Wednesday, Thursday, Friday, Saturday, Sunday, Holiday };
+inline constexpr Label kScheduleDays[]{{0, "Design_Day", "Design day"},
+                                       {1, "Monday", ""},
+                                       {2, "Tuesday", ""},
+                                       {3, "Wednesday", ""},
+                                       {4, "Thursday", ""},
+                                       {5, "Friday", ""},
+                                       {6, "Saturday", ""},
+                                       {7, "Sunday", ""},
+                                       {8, "Holiday", ""}};
+template <>
+inline constexpr std::span<const Label> labels<SCH_Days> = kScheduleDays;
+
+/// What the hourly values mean: per cent of the peak, `SCH_OccupancyType`, or `SCH_TimeOfDayPeriod`.
+enum class SCH_ScheduleTypes : int16_t { ST_FRACTIONAL, ST_FAN_TSTAT, ST_RATE };
+inline constexpr Label kScheduleTypes[]{{0, "ST_FRACTIONAL", "Fractional"},
+                                        {1, "ST_FAN_TSTAT", "Fan and thermostat"},
+                                        {2, "ST_RATE", "Utility rate time of day"}};
+template <>
+inline constexpr std::span<const Label> labels<SCH_ScheduleTypes> = kScheduleTypes;
+
+enum class SCH_OccupancyType : int16_t { SOTV_UNOCCUPIED = 0, SOTV_OCCUPIED = -1 };
+enum class SCH_TimeOfDayPeriod : int16_t { SRTV_PEAK = 1, SRTV_MID_PEAK, SRTV_NORMAL_PEAK, SRTV_OFF_PEAK };
+
+/// A record of the schedule file.
+struct ScheduleRecord {
+  Text<30> Name;
+  Code<SCH_ScheduleTypes> ScheduleType;
+  Array<Text<20>, 8> ProfileName;
+  Array<I2, 8, Bounds{0, 23}> HourlyValue;  // profile, hour; hour 0 is the first of the day
+  Array<I2, 12, Bounds{0, 8}> Applicable;   // month, day type: a profile's number
+};
+static_assert(sizeof(ScheduleRecord) == 792);
+
+class SCH_Schedule final : public Entity<SCH_Schedule, ScheduleRecord> {
+ public:
+  const ClassInfo& info() const override;
+  const Kind& kind() const override;
+
+  /// The numbers of the profiles that apply on some day, each once, in increasing order; on design days only, or on
+  /// all.
+  Ptr<Collection> GetUsedProfiles(bool bDesignOnly) const;
+  /// The value at hour 0 to 23. Error `SubscriptOutOfRange` also where no profile applies.
+  int16_t GetValue(Months M, SCH_Days d, int16_t h) const;
+};
+
+}  // namespace tarn
