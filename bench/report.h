@@ -39,6 +39,7 @@ class Report {
 };
 
 void by_name_cases(Report& report);
+void construction_cases(Report& report, const std::string& folder);
 void exchange_cases(Report& report, const std::string& folder);
 void staleness_cases(Report& report, const std::string& folder);
 void window_cases(Report& report, const std::string& folder);

@@ -96,7 +96,7 @@ void show_layers(CA_ConstructionAssly& construction) {
   for (int slot = 1; slot <= construction.LayerCount(); ++slot) {
     const CA_Layer& layer = construction.layer(slot);
     if (!layer.LayerUsed) continue;
-    const auto real = [](float value) { return Json(shown(Json(double{value}))); };
+    const auto real = [](float value) { return to_json(Value(value)); };
     rows.push_back({Json(slot), Json(layer.Name.trimmed()), real(layer.ThicknessInches()), real(layer.Conductivity),
                     real(layer.Density), real(layer.SpecificHeat), real(layer.ThermalResistance), real(layer.Weight)});
   }

@@ -19,8 +19,9 @@ from . import _library as _c
 from . import _objects
 from ._library import Error
 
-__all__ = ["Error", "classes", "create_index", "members", "on_log", "open_database", "transaction"]
+__all__ = ["Error", "classes", "create_index", "members", "on_log", "on_yield", "open_database", "transaction"]
 
+on_yield = None  # called, without arguments, by long calculations where a user interface may handle what waits for it
 on_log = None  # a handler of log entries; unset, they go to logging.getLogger("tarn")
 
 
@@ -36,8 +37,17 @@ def _entry(_context, text, component, class_name, procedure, detail):
         logging.getLogger("tarn").log(logging.ERROR if class_name else logging.WARNING, "%s", entry.text)
 
 
-_log = _c.Log(_entry)
+def _yielded(_context):
+    try:
+        if on_yield:
+            on_yield()
+    except BaseException as exception:
+        _c.catch(exception)
+
+
+_log, _yield = _c.Log(_entry), _c.Yield(_yielded)
 _objects.on_thread.append(lambda: _c.library.tarn_set_log(_log, None))  # the library keeps a log for each thread
+_objects.on_thread.append(lambda: _c.library.tarn_set_yield(_yield, None))
 _objects.enter_thread()
 
 

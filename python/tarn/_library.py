@@ -48,6 +48,7 @@ ValuePointer = ctypes.POINTER(Value)
 Listener = ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p, ValuePointer, ctypes.c_int32)
 Row = ctypes.CFUNCTYPE(None, ctypes.c_void_p, ctypes.POINTER(ctypes.c_char_p), ValuePointer, ctypes.c_int32)
 Log = ctypes.CFUNCTYPE(None, ctypes.c_void_p, *[ctypes.c_char_p] * 5)
+Yield = ctypes.CFUNCTYPE(None, ctypes.c_void_p)
 
 _object, _text, _int = ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int32
 _ints, _size = ctypes.POINTER(ctypes.c_int32), ctypes.c_size_t
@@ -70,6 +71,7 @@ _SIGNATURES = {
     "listen": (_int, [_object, _int, Listener, ctypes.c_void_p]),
     "last_error": (_int, [_object, ctypes.POINTER(_text), ctypes.POINTER(_text)]),
     "set_log": (None, [Log, ctypes.c_void_p]),
+    "set_yield": (None, [Yield, ctypes.c_void_p]),
     "create_index": (_int, [_text]),
     "open_database": (_int, [_text, ctypes.POINTER(_object)]),
     "execute": (_int, [_object, _text, ValuePointer, _int, _ints]),

@@ -97,6 +97,12 @@ void tarn_set_log(tarn_log log, void* context) {
   set_log(log ? &callback_log : nullptr);
 }
 
+void tarn_set_yield(tarn_yield yield, void* context) {
+  host().yield = [yield, context] {
+    if (yield) yield(context);
+  };
+}
+
 tarn_status tarn_create_index(const char* path) {
   return guarded(thread_error, [&] { create_index(required_text(path)); });
 }

@@ -127,6 +127,10 @@ typedef void (*tarn_log)(void* context, const char* text, const char* component,
                          const char* procedure, const char* detail);
 TARN_API void tarn_set_log(tarn_log log, void* context);
 
+/* Called by long calculations of this thread where a user interface may handle what waits for it; null for none. */
+typedef void (*tarn_yield)(void* context);
+TARN_API void tarn_set_yield(tarn_yield yield, void* context);
+
 /* The client's step: a new index database with every table; an existing file is refused. */
 TARN_API tarn_status tarn_create_index(const char* path);
 /* The shared handle of an existing index database, for SetDBHandle. */

@@ -7,15 +7,6 @@
 namespace tarn {
 namespace {
 
-/// "Name@offset+size ..." of the stored members, in interface order.
-std::string layout(const ClassInfo& info) {
-  std::string text;
-  for (const Member& m : info.members) {
-    if (m.stored()) text += std::string(m.name) + "@" + std::to_string(m.offset) + "+" + std::to_string(m.size) + " ";
-  }
-  return text;
-}
-
 std::string by_reference(const ClassInfo& info) {
   std::string text;
   for (const Member& m : info.members) {
@@ -25,15 +16,15 @@ std::string by_reference(const ClassInfo& info) {
 }
 
 TEST(Records, LieAsTheirFilesHaveThem) {
-  EXPECT_EQ(layout(DOR_Door().info()),
+  EXPECT_EQ(test::layout(DOR_Door().info()),
             "GlassArea@263+4 GlassShadeCo@271+4 GlassShaded@275+2 GlassUValue@267+4 GrossArea@255+4 AreaSpec@277+2 "
             "Height@279+4 "
             "Width@283+4 Name@0+255 SolidUValue@259+4 ");
-  EXPECT_EQ(layout(SHD_Shade().info()),
+  EXPECT_EQ(test::layout(SHD_Shade().info()),
             "Name@0+30 RevealDepth@30+4 OvhgExt@34+4 OvhgHeight@38+4 OvhgRHExt@42+4 OvhgLHExt@46+4 RHFinSep@50+4 "
             "RHFinExt@54+4 "
             "RHFinHeight@58+4 LHFinSep@62+4 LHFinExt@66+4 LHFinHeight@70+4 ");
-  EXPECT_EQ(layout(PRF_ProjectPrefs().info()),
+  EXPECT_EQ(test::layout(PRF_ProjectPrefs().info()),
             "VentStandardCode@0+2 EnergyStandardCode@2+2 LeedVersionCode@4+2 CurrencyUnits@6+5 ");
 }
 

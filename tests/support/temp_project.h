@@ -71,6 +71,45 @@ class ProjectTest : public testing::Test {
     window->Save();
     return window;
   }
+  /// A system 4, plant 5 and building 6 without a change yet.
+  void add_dependants() {
+    database->Execute("INSERT INTO AirSystemIndex (nIndex, bDesHasChanged, bSimHasChanged) VALUES (4, 0, 0)");
+    database->Execute("INSERT INTO PlantIndex (nIndex, bDesHasChanged, bSimHasChanged) VALUES (5, 0, 0)");
+    database->Execute("INSERT INTO BuildingIndex (nIndex, bHasChanged) VALUES (6, 0)");
+  }
+  /// "INSERT INTO" in front of each row: "Space_Wall_Links (9, 1); ...".
+  void link(const std::string& rows) {
+    for (size_t at = 0; at < rows.size();) {
+      const size_t end = std::min(rows.find("; ", at), rows.size());
+      const std::string row = rows.substr(at, end - at);
+      database->Execute("INSERT INTO " + row.substr(0, row.find(' ')) + " VALUES " + row.substr(row.find(' ')));
+      at = end + 2;
+    }
+  }
+  /// Which of the dependants are marked: "SPB".
+  std::string marked() {
+    std::string text;
+    if (count("AirSystemIndex WHERE bDesHasChanged = -1 AND bSimHasChanged = -1") == 1) text += "S";
+    if (count("PlantIndex WHERE bDesHasChanged = -1 AND bSimHasChanged = -1") == 1) text += "P";
+    if (count("BuildingIndex WHERE bHasChanged = -1") == 1) text += "B";
+    return text;
+  }
+  /// Saves, then deletes the entity with some link rows there, and says what each marked: "SPB SPB".
+  std::string marks(StoredEntity& entity, const std::string& links) {
+    std::string all;
+    for (const bool deletes : {false, true}) {
+      Transaction undone;
+      add_dependants();
+      link(links);
+      if (deletes)
+        entity.Delete(entity.Index);
+      else
+        entity.Save();
+      all += (deletes ? " " : "") + marked();
+    }
+    entity.Index = 1;
+    return all;
+  }
   int64_t count(const std::string& from) {
     return database->OpenRecordset("SELECT COUNT(*) AS CNT FROM " + from).Fields("CNT").integer();
   }
@@ -152,6 +191,15 @@ int error_number(F action) {
   } catch (const Error& error) {
     return error.number();
   }
+}
+
+/// "Name@offset+size ..." of the stored members, in interface order.
+inline std::string layout(const ClassInfo& info) {
+  std::string text;
+  for (const Member& m : info.members) {
+    if (m.stored()) text += std::string(m.name) + "@" + std::to_string(m.offset) + "+" + std::to_string(m.size) + " ";
+  }
+  return text;
 }
 
 inline int number(ErrorNumber n) { return static_cast<int>(n); }
