@@ -46,7 +46,7 @@ class TestCommandLine(unittest.TestCase):
         other = self.at / "other"
         other.mkdir()
         self.tarn("project", "new", project=other / "COPY")
-        self.assertEqual(self.tarn("project", "import", str(self.at / "all.json"), project=other).stdout, "imported 5 entities\n")
+        self.assertEqual(self.tarn("project", "import", str(self.at / "all.json"), project=other).stdout, "imported 9 entities\n")
         self.tarn("project", "export", "--output", str(self.at / "copy.json"), project=other)
         self.assertEqual((self.at / "copy.json").read_text(), text)
         self.assertEqual(list(json.loads(self.tarn("project", "export", "doors").stdout)), ["tarn", "DOR_Door"])
@@ -56,6 +56,29 @@ class TestCommandLine(unittest.TestCase):
         self.assertEqual(self.tarn("project", "export", project=other).stdout, text)
         self.assertIn("did you mean doors?", self.tarn("project", "export", "dors", code=2).stderr)
         self.tarn("project", "import", "none.json", code=3)
+
+    def test_walls_schedules_and_spaces(self):
+        computed = self.tarn("walls", "new", "Name=Brick", "Layer(3).Thickness=2").stderr
+        self.assertIn("computed: OverallUValue 0.0600482 -> 0.0844189", computed)
+        shown = self.tarn("walls", "show", "1").stdout
+        for text in ("outside\n", "4 in brick", "0.0844189, as computed from the layers", "The 12 terms hold the response"):
+            self.assertIn(text, shown)
+        self.tarn("walls", "set", "1", "OverallUValue=0.5")
+        self.assertIn("0.5  (computed from the layers: 0.0844189)", self.tarn("walls", "show", "1").stdout)
+        self.tarn("schedules", "new", "Name=Hours", "HourlyValue(1,0)=0")
+        self.assertIn("100 %  |  ####", self.tarn("schedules", "show", "1").stdout)
+        self.tarn("spaces", "new", "Space.Name=Office", "Wall(2).WallType=1", "People.Schedule=1")
+        space = self.tarn("spaces", "show", "1").stdout
+        self.assertRegex(space, r"WallType +1  Brick")
+        self.assertRegex(space, r"Schedule +1  Hours")
+        self.assertEqual(json.loads(self.tarn("spaces", "show", "1", "--json").stdout)["Wall"][1]["WallType"], 1)
+        for words, says in [(["walls", "set", "1", "Layr(2).Thickness=1"], "did you mean Layer?"),
+                            (["walls", "set", "1", "Layer(11).Thickness=1"], "takes a number from 1 to 10"),
+                            (["walls", "set", "1", "Layer(2).Thicknes=1"], "did you mean Thickness?"),
+                            (["spaces", "set", "1", "Floor(1).Area=1"], "takes no number"),
+                            (["walls", "set", "1", "Layer(2).Conductivity=0", "Layer(2).ThermalResistance=0"], "neither conductivity nor thermal resistance")]:
+            with self.subTest(words):
+                self.assertIn(says, self.tarn(*words, code=2).stderr)
 
     def test_mistakes_name_the_right_word_and_change_nothing(self):
         self.tarn("windows", "new", "Name=A")

@@ -127,6 +127,36 @@ class TestObjects(ProjectCase):
             self.project.NewWindow().Save()
         self.assertEqual(len(self.file()), 3 * 555)
 
+    def test_parts_collections_and_return_codes(self):
+        wall = self.project.NewWall()
+        self.assertEqual((wall.Save(0), self.entries[-1].text),
+                         (-3, "Wall 1 (Wall) was not saved, as it has no transfer functions: no layer is used."))
+        layer = wall.GetLayer(2)
+        layer.LayerUsed, layer.Thickness, layer.Conductivity, layer.Density, layer.SpecificHeat = True, 8, 1.1, 140, 0.2
+        turns = []
+        tarn.on_yield = lambda: turns.append(1)
+        self.assertEqual(wall.Save(-3), 0)
+        tarn.on_yield = None
+        self.assertEqual(len(turns), 11)
+        self.assertEqual((wall.Index, wall.DTrans[1], list(wall.DTransArray)), (1, 1.0, wall.DTrans[:]))
+        wall.BTransArray = [float(i) for i in range(12)]
+        self.assertEqual(wall.BTrans[12], 11.0)
+        self.assertEqual((wall.InsertLayer(5), wall.GetLayer(3).Name, wall.GetLayer(11)), (3, "New Layer", None))
+        space = self.project.NewSpace()
+        space.Name = "Office"
+        space.FloorArea = 500
+        space.GetWall(1).GrossArea, space.GetWall(1).Exposure = 120, 3
+        space.GetWall(2).WindowQty[2] = 4
+        self.assertEqual((space.GetSpace().FloorArea, space.GetSpace().name, space.GrossWallArea()), (500.0, "Office", 120.0))
+        self.assertEqual((list(space.GetWallExposures()), len(space.GetRoofExposures())), ([3], 0))
+        part = self.project.NewSpace().GetFloor()
+        part.Area = 7  # the space lives on in its part
+        self.assertEqual(part.Area, 7.0)
+        schedule = self.project.NewSchedule()
+        schedule.Applicable[:] = [[2] * 9] * 12
+        schedule.HourlyValue[2, 23] = 50
+        self.assertEqual((schedule.GetValue(12, 8, 23), 2 in schedule.GetUsedProfiles(True)), (50, True))
+
     def test_describes_itself(self):
         self.assertIn("WIN_Window", tarn.classes())
         members = {m.name: m for m in tarn.members("WIN_Window")}
