@@ -9,7 +9,7 @@ EMPTY, BOOLEAN, INT16, INT32, REAL32, REAL64, TEXT, OBJECT = range(8)
 PROPERTY, METHOD, EVENT = range(3)
 OK, ERROR, BAD_HANDLE, NO_MEMBER, BAD_ARGUMENT = range(5)
 
-TYPE_NAMES = ("", "Boolean", "I2", "I4", "R4", "R8", "text", "object")
+TYPE_NAMES = ("", "Boolean", "I2", "I4", "R4", "R8", "text", "object", "any")
 KIND_NAMES = ("property", "method", "event")
 
 

@@ -16,10 +16,11 @@ template <typename T>
 using Ptr = std::shared_ptr<T>;
 using ObjectPtr = Ptr<Object>;
 
-/// A value on its way through a by-name face. The order of the alternatives is that of `ValueType`.
+/// A value on its way through a by-name face. The order of the alternatives is that of `ValueType`, which has `Any`
+/// besides: a result whose type shows only when it is there.
 using Value = std::variant<std::monostate, bool, int16_t, int32_t, float, double, std::string, ObjectPtr>;
 
-enum class ValueType : uint8_t { Empty, Boolean, Int16, Int32, Real32, Real64, Text, Object };
+enum class ValueType : uint8_t { Empty, Boolean, Int16, Int32, Real32, Real64, Text, Object, Any };
 
 class Object : public std::enable_shared_from_this<Object> {
  public:

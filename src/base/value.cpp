@@ -5,7 +5,7 @@
 namespace tarn {
 
 std::string_view type_name(ValueType type) {
-  constexpr std::string_view names[]{"", "Boolean", "I2", "I4", "R4", "R8", "text", "object"};
+  constexpr std::string_view names[]{"", "Boolean", "I2", "I4", "R4", "R8", "text", "object", "any"};
   return names[static_cast<size_t>(type)];
 }
 

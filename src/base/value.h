@@ -38,7 +38,7 @@ constexpr ValueType value_type() {
   if constexpr (std::is_void_v<T>)
     return ValueType::Empty;
   else if constexpr (std::is_same_v<T, Value>)
-    return ValueType::Empty;
+    return ValueType::Any;
   else if constexpr (is_optional<T>::value)
     return value_type<typename T::value_type>();
   else if constexpr (std::is_same_v<T, bool>)

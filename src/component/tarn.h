@@ -38,7 +38,8 @@ typedef enum tarn_type {
   TARN_REAL32,
   TARN_REAL64,
   TARN_TEXT,
-  TARN_OBJECT
+  TARN_OBJECT,
+  TARN_ANY /* of a result in tarn_member alone: its type shows when it is there */
 } tarn_type;
 
 typedef enum tarn_kind { TARN_PROPERTY, TARN_METHOD, TARN_EVENT } tarn_kind;

@@ -193,7 +193,8 @@ TEST_F(ExchangeTest, BadTextsAreRefusedWholeWithTheirLine) {
       {"{\"tarn\": 1, \"SPC_Space\": [{\"index\": 9, \"Flor\": {}}]}", "did you mean Floor?"},
       {"{\"tarn\": 1, \"SPC_Space\": [{\"index\": 9, \"People\": {\"Schedule\": 5}}],\"SCH_Schedule\": []}",
        "People.Schedule: refers to Schedule 5, which the text does not have"},
-      {"{\"tarn\": 1, \"CA_ConstructionAssly.Wall\": [{\"index\": 9, \"Layer\": [{},{},{},{\"LayerUsed\": true, "
+      {"{\"tarn\": 1, \"CA_ConstructionAssly.Wall\": [{\"index\": 9, \"Layer\": [{},{},{},{\"ThermalResistance\": 0, "
+       "\"LayerUsed\": true, "
        "\"Conductivity\": 0, \"Thickness\": 1},{},{},{},{},{},{}]}]}",
        "neither conductivity nor thermal resistance"},
       {"{\"tarn\": 1, \"RPT_ReportOptions\": {\"record\": \"0g\"}}", "found \"g\", wanted hexadecimal digits"},
