@@ -44,6 +44,7 @@ void give(const Value& value, tarn_value& out, std::string& text) {
   out.length = 0;
   switch (type_of(value)) {
     case ValueType::Empty:
+    case ValueType::Any:
       out.as.r8 = 0;
       break;
     case ValueType::Boolean:
