@@ -1,4 +1,5 @@
-"""A project from published glazings: windows made, computed, saved, one edited, and what went stale.
+"""A floor of an office from published glazings and materials: windows, walls, a roof, schedules and spaces made, computed
+and saved; then a layer of a wall edited, and what went stale.
 
     PYTHONPATH=build/python python3 examples/office.py FOLDER/PREFIX    (run by `make run`, on a project just made)
 """
@@ -46,16 +47,102 @@ def make_windows(project):
                   f"{window.OverallUValue:6.3f} {window.OverallShadeCo:7.3f}")
 
 
-def use_window(database, index):
-    """Rows that the coming kinds will write: a space with the window, its system, its plant and its building."""
+def make_constructions(project):
+    table = json.loads((HERE / "constructions.json").read_text())
+    print(f"\n{'construction':24} {'U-value':>8} {'weight':>8}   {'b, first three':27} {'d, after the first':27}")
+    for group, new in (("walls", project.NewWall), ("roofs", project.NewRoof)):
+        for entry in table[group]:
+            built = new()
+            built.Name = entry["name"]
+            slots = [1, *range(2, len(entry["layers"])), 10]  # the surfaces have the outer slots
+            for slot, key in zip(slots, entry["layers"]):
+                fill(built.GetLayer(slot), table["materials"][key])
+            sum_layers(built)
+            saved = built.Save(0)
+            assert saved == 0, f"{entry['name']}: return code {saved}"
+            print_coefficients(built)
+
+
+def fill(layer, material):
+    layer.Name, layer.LayerUsed = material["name"], True
+    if "resistance" in material:
+        layer.ThermalResistance = material["resistance"]
+        return
+    layer.Thickness, layer.Conductivity = material["thickness_in"], material["conductivity"]
+    layer.Density, layer.SpecificHeat = material["density"], material["specific_heat"]
+    layer.ThermalResistance = layer.Thickness / 12 / layer.Conductivity
+    layer.Weight = layer.Thickness / 12 * layer.Density
+
+
+def sum_layers(built):
+    """U-value and weight from all ten slots: `Save` keeps what the client sets."""
+    layers = [built.GetLayer(n) for n in range(1, built.LayerCount + 1)]
+    built.OverallUValue = 1 / sum(layer.ThermalResistance for layer in layers)
+    built.OverallWeight = sum(layer.Weight for layer in layers)
+
+
+def print_coefficients(built):
+    b, d = built.BTrans[:], built.DTrans[:]
+    print(f"{built.Name:24} {built.OverallUValue:8.4f} {built.OverallWeight:8.1f}   "
+          f"{b[0]:8.5f} {b[1]:8.5f} {b[2]:8.5f}  {d[1]:8.5f} {d[2]:8.5f} {d[3]:8.5f}")
+
+
+def make_schedules(project):
+    """Office hours, as per cent of the peak: profile 1 on weekdays and design days, 2 on the others."""
+    for name, workday, weekend in (("Office people", 95, 5), ("Office lights", 90, 10)):
+        schedule = project.NewSchedule()
+        schedule.Name = name
+        schedule.ProfileName[1], schedule.ProfileName[2] = "Workday", "Weekend and holiday"
+        for hour in range(24):
+            ramp = {6: 0.1, 7: 0.5, 17: 0.5, 18: 0.3}.get(hour, 1.0 if 8 <= hour < 17 else 0.05)
+            schedule.HourlyValue[1, hour] = round(workday * ramp)
+            schedule.HourlyValue[2, hour] = weekend
+        schedule.Applicable[:] = [[1] * 6 + [2] * 3] * 12
+        schedule.Save()
+
+
+def make_spaces(project):
+    """A floor of four perimeter rooms around a core; exposures 1 to 4 are south, west, north, east here."""
+    door, shade = project.NewDoor(), project.NewShade()
+    door.CreateDefault()
+    door.Save()
+    shade.CreateDefault()
+    shade.Name, shade.OvhgExt = "2 ft overhang", 2.0
+    shade.Save()
+    rooms = [("South office", 1, 1, 900, 4), ("West office", 2, 2, 600, 3), ("North office", 3, 2, 900, 4), ("East office", 4, 3, 600, 3)]
+    for name, exposure, wall_type, area, windows in rooms:
+        space = new_space(project, name, area)
+        wall = space.GetWall(1)
+        wall.Exposure, wall.WallType, wall.GrossArea = exposure, wall_type, area / 2
+        wall.WindowType[1], wall.WindowQty[1], wall.WindowShade[1] = 6, windows, shade.Index if exposure == 1 else 0
+        if exposure == 1:
+            wall.DoorType, wall.DoorQty = door.Index, 1
+        space.Save()
+    new_space(project, "Core", 2400).Save()
+
+
+def new_space(project, name, area):
+    space = project.NewSpace()
+    space.CreateDefault()
+    space.Name, space.FloorArea = name, area
+    roof = space.GetRoof(1)
+    roof.Exposure, roof.RoofType, roof.GrossArea = 9, 1, area
+    space.GetPeople().Schedule = 1
+    space.GetLight().OverheadSchedule = 2
+    return space
+
+
+def serve_spaces(database):
+    """Rows that the coming kinds will write: system 1 for the offices, 2 for the core, a plant and a building each."""
     for table in ("AirSystemIndex", "PlantIndex", "BuildingIndex"):
         flags = "bHasChanged" if table == "BuildingIndex" else "bDesHasChanged, bSimHasChanged"
         zeros = "0" if table == "BuildingIndex" else "0, 0"
         for n in (1, 2):
             database.execute(f"INSERT INTO {table} (nIndex, szName, {flags}) VALUES (?, ?, {zeros})", n, f"{table[:-5]} {n}")
-    database.execute("INSERT INTO Space_Window_Links VALUES (1, ?)", index)
-    for links in ("System_Space_Links", "Plant_System_Links", "Building_Plant_Links"):
-        database.execute(f"INSERT INTO {links} VALUES (1, 1)")
+    for space in range(1, 6):
+        database.execute("INSERT INTO System_Space_Links VALUES (?, ?)", 1 if space < 5 else 2, space)
+    for links in ("Plant_System_Links", "Building_Plant_Links"):
+        database.execute(f"INSERT INTO {links} VALUES (1, 1), (2, 2)")
 
 
 def stale(database):
@@ -64,22 +151,33 @@ def stale(database):
     return found + [r["szName"] + " (simulation)" for r in database.rows("SELECT szName FROM BuildingIndex WHERE bHasChanged <> 0")]
 
 
+def edit_wall(project, database):
+    print(f"\nfive spaces, two air systems, two plants, two buildings; stale now: {', '.join(stale(database)) or 'nothing'}")
+    wall = project.NewWall()
+    wall.Load(2)
+    layer = wall.GetLayer(3)
+    before = layer.Thickness
+    layer.Thickness = 4.0
+    layer.ThermalResistance, layer.Weight = 4.0 / 12 / layer.Conductivity, 4.0 / 12 * layer.Density
+    sum_layers(wall)
+    wall.Save(0)
+    print(f"wall 2, {layer.Name}: {before:.4g} -> 4 in, U-value and weight set from the layers, saved:")
+    print_coefficients(wall)
+    print("stale now:", ", ".join(stale(database)))
+
+
 def main():
     folder, prefix = pathlib.Path(sys.argv[1]).parent, pathlib.Path(sys.argv[1]).name
     project = tarn.COM_ProjectData()
     project.WorkPath, project.FilePrefix = str(folder), prefix
     make_windows(project)
+    with tarn.transaction(project):
+        make_constructions(project)
+        make_schedules(project)
+        make_spaces(project)
     database = tarn.open_database(project.IndexDBName)
-    use_window(database, 6)
-    print(f"\nwindow 6 is used by space 1, air system 1, plant 1, building 1; stale now: {stale(database) or 'nothing'}")
-    window = project.NewWindow()
-    window.Load(6)
-    before = window.OverallUValue
-    window.FrameType = 1
-    window.CalculatePerformance()
-    window.Save()
-    print(f"window 6, frame type {FRAME_TYPE} -> 1: U-value {before:.3f} -> {window.OverallUValue:.3f}, saved")
-    print("stale now:", ", ".join(stale(database)))
+    serve_spaces(database)
+    edit_wall(project, database)
 
 
 main()

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The main job on real input: a fresh project, windows from published glazings, one edited, what went stale, the files.
+# The main job on real input: a fresh project, a floor of an office from published data, a wall edited, what went stale.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 job=build/example
@@ -10,11 +10,17 @@ tarn() { build/bin/tarn -p "$job/MALL" "$@"; }
 echo "== A new project"
 tarn project new
 echo
-echo "== Windows from examples/glazings.json, computed and saved; then one edited in Python"
+echo "== A floor of an office from examples/glazings.json and constructions.json, in Python; then a wall edited"
 PYTHONPATH=build/python python3 examples/office.py "$job/MALL"
 echo
-echo "== The project's windows (Btu/(hr.ft2.F), ft)"
-tarn windows list
+echo "== The edited wall"
+tarn walls show 2
+echo
+echo "== A schedule"
+tarn schedules show 1 | head -22
+echo
+echo "== The spaces (ft2, people, W/ft2)"
+tarn spaces list
 echo
 echo "== What the project holds"
 tarn project info
