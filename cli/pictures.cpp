@@ -85,10 +85,11 @@ void show_form(Database& database, Object& object) {
 // ---- walls and roofs
 
 /// Stored and computed, both where they differ by more than storage does.
-std::string beside(double stored, double computed) {
+std::string beside(double stored, double computed, const std::string& unit) {
   const bool same = std::abs(stored - computed) <= 1e-5 * std::abs(computed);
-  return shown(Json(stored)) +
-         (same ? ", as computed from the layers" : "  (computed from the layers: " + shown(Json(computed)) + ")");
+  const std::string first = shown(Json(stored)) + " " + unit;
+  return first +
+         (same ? ", as computed from the layers" : " stored, " + shown(Json(computed)) + " computed from the layers");
 }
 
 void show_layers(CA_ConstructionAssly& construction) {
@@ -110,17 +111,17 @@ void show_construction(Database&, StoredEntity& entity) {
   std::cout << construction.Name.trimmed() << "\n\n";
   show_layers(construction);
   const float resistance = construction.GetTotalThermalResistance();
-  const std::string color = std::to_string(construction.Color);
-  Rows rows{
-      {"U-value", beside(construction.OverallUValue, resistance > 0 ? 1 / double{resistance} : 0), "Btu/(hr.ft2.F)"},
-      {"weight", beside(construction.OverallWeight, construction.GetTotalWeight()), "lb/ft2"},
-      {"thickness", shown(Json(double{construction.GetTotalThickness()})), "in"},
-      {"absorptivity outside", shown(Json(double{construction.Absorptivity})) + ", color " + color, ""},
-      {"surface resistances",
-       "inside " + shown(Json(double{construction.InsideSurfaceResistance})) + ", outside " +
-           shown(Json(double{construction.OutsideSurfaceResistance})),
-       "hr.ft2.F/Btu"}};
-  print_table({"", "", ""}, rows);
+  const auto real = [](const R4& value) { return shown(to_json(Value(float{value}))); };
+  const auto line = [](const char* label, const std::string& text) { std::printf("%-18s%s\n", label, text.c_str()); };
+  std::cout.flush();
+  line("U-value", beside(construction.OverallUValue, resistance > 0 ? 1 / double{resistance} : 0, "Btu/(hr.ft2.F)"));
+  line("weight", beside(construction.OverallWeight, construction.GetTotalWeight(), "lb/ft2"));
+  line("thickness", shown(to_json(Value(construction.GetTotalThickness()))) + " in");
+  line("outside surface", "absorptivity " + real(construction.Absorptivity) + ", color " +
+                              std::to_string(construction.Color) + ", resistance " +
+                              real(construction.OutsideSurfaceResistance) + " hr.ft2.F/Btu");
+  line("inside surface", "resistance " + real(construction.InsideSurfaceResistance) + " hr.ft2.F/Btu");
+  std::fflush(stdout);
   std::cout << "\ntransfer functions, Btu/(hr.ft2.F), sum of c " << shown(Json(double{construction.CTrans})) << '\n';
   Rows terms;
   for (int i = 1; i <= construction.CoeffUBound(); ++i)
@@ -144,8 +145,10 @@ void show_profile(const SCH_Schedule& schedule, int profile) {
   if (schedule.ScheduleType == SCH_ScheduleTypes::ST_FRACTIONAL) {
     for (int row = kRows; row > 0; --row) {
       std::string bars;
-      for (int hour = 0; hour < 24; ++hour)
-        bars += value(hour) * kRows > (row - 1) * 100 + 50 - 50 / kRows ? "##" : "  ";
+      for (int hour = 0; hour < 24; ++hour) {
+        const bool reached = value(hour) * kRows + 50 >= row * 100;
+        bars += reached ? "##" : row == 1 && value(hour) > 0 ? ".." : "  ";
+      }
       std::printf("%4d %%  |%s|\n", row * 100 / kRows, bars.c_str());
     }
   } else {

@@ -57,6 +57,7 @@ def make_constructions(project):
             slots = [1, *range(2, len(entry["layers"])), 10]  # the surfaces have the outer slots
             for slot, key in zip(slots, entry["layers"]):
                 fill(built.GetLayer(slot), table["materials"][key])
+            built.Absorptivity, built.OutsideSurfaceResistance, built.InsideSurfaceResistance = 0.7, 0.333, 0.685
             sum_layers(built)
             saved = built.Save(0)
             assert saved == 0, f"{entry['name']}: return code {saved}"
