@@ -50,6 +50,14 @@ int list(const Call& call, Database& database, const StoredEntity& entity) {
   return kClean;
 }
 
+/// Of the rows of an index table, none for an empty one.
+std::optional<int64_t> nearest_index(Database& database, const std::string& table, int index) {
+  auto nearest =
+      database.OpenRecordset("SELECT nIndex FROM " + table + " ORDER BY abs(nIndex - ?) LIMIT 1", {cell(index)});
+  if (nearest.AtEof()) return std::nullopt;
+  return nearest.Fields("nIndex").integer();
+}
+
 /// The index behind the verb; an entity of it exists, or the nearest is named.
 int16_t index_of(const Call& call, Database& database, const StoredEntity& entity, const EntityKind& kind) {
   if (call.words.empty())
@@ -60,13 +68,11 @@ int16_t index_of(const Call& call, Database& database, const StoredEntity& entit
   const auto [end, failed] = std::from_chars(word.data(), word.data() + word.size(), index);
   if (failed != std::errc() || end != word.data() + word.size())
     throw UsageError("\"" + word + "\" is no index; give a number.");
-  const std::string table(entity.kind().index_table);
-  auto nearest =
-      database.OpenRecordset("SELECT nIndex FROM " + table + " ORDER BY abs(nIndex - ?) LIMIT 1", {cell(index)});
-  if (nearest.AtEof()) throw UsageError("The project has no " + call.group + " yet.");
-  if (nearest.Fields("nIndex").integer() != index) {
+  const auto nearest = nearest_index(database, std::string(entity.kind().index_table), index);
+  if (!nearest) throw UsageError("The project has no " + call.group + " yet.");
+  if (*nearest != index) {
     throw UsageError("There is no " + std::string(kind.one) + " " + word + "; the nearest is " +
-                     std::to_string(nearest.Fields("nIndex").integer()) + ".");
+                     std::to_string(*nearest) + ".");
   }
   return static_cast<int16_t>(index);
 }
@@ -178,6 +184,21 @@ std::vector<std::pair<std::string, Json>> fields(StoredEntity& entity) {
   return all;
 }
 
+/// What is referred to is there, or the nearest is named.
+void check_reference(Database& database, const Assignment& assignment) {
+  Value value;
+  assignment.member->get(*assignment.object, assignment.at, value);
+  const auto* index = std::get_if<int16_t>(&value);
+  const std::string kind(assignment.member->refers_to);
+  if (kind.empty() || !index || *index == 0) return;
+  const auto nearest = nearest_index(database, kind + "Index", *index);
+  if (!nearest) throw UsageError("The project has no " + kind + " to refer to yet.");
+  if (*nearest != *index) {
+    throw UsageError("There is no " + kind + " " + std::to_string(*index) + " to refer to; the nearest is " +
+                     std::to_string(*nearest) + ".");
+  }
+}
+
 /// Makes the assignments, then computes what follows from them, but for results that the user set himself.
 void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
   std::vector<Assignment> assignments;
@@ -186,10 +207,15 @@ void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::s
     for (const Assignment& a : assignments) set_from_json(*a.object, *a.member, a.at, json_of(a));
   };
   assign();
+  for (const Assignment& a : assignments) check_reference(*entity.GetDBHandle(), a);
   const bool only_name = std::all_of(assignments.begin(), assignments.end(),
                                      [](const Assignment& a) { return a.member->name == "Name" && a.place.empty(); });
   if (!kind.compute || only_name) return;
   const auto before = fields(entity);
+  for (const Assignment& a : assignments) {
+    if (kind.derive && a.object != &entity) kind.derive(*a.object);
+  }
+  assign();
   kind.compute(entity);
   assign();
   const auto after = fields(entity);

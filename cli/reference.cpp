@@ -40,6 +40,7 @@ std::string row(std::initializer_list<std::string> cells) {
 
 std::string notes(const Member& member) {
   if (member.kind == MemberKind::Event) return "event";
+  if (!member.refers_to.empty()) return "index of a " + std::string(member.refers_to);
   if (member.read_only) return "read-only";
   return member.by_reference ? "set by reference" : "";
 }
@@ -63,10 +64,36 @@ std::string classes_page() {
            (info.failures == Failures::Trapped ? "trapped and logged" : "raised") +
            ".\n\n| member | type | unit | |\n| --- | --- | --- | --- |\n";
     for (const Member& m : info.members)
-      out += row({"`" + signature(m) + "`", type_text(m), std::string(m.unit), notes(m)});
+      out += row({"`" + signature(m) + "`", m.parts > 0 ? "`" + std::string(m.part_info().name) + "`" : type_text(m),
+                  std::string(m.unit), notes(m)});
     out += codes(info);
   }
   return out;
+}
+
+std::vector<const Member*> stored_fields(const ClassInfo& info) {
+  std::vector<const Member*> fields;
+  for (const auto* list : {&info.members, &info.reserved}) {
+    for (const Member& m : *list) {
+      if (m.stored()) fields.push_back(&m);
+    }
+  }
+  std::sort(fields.begin(), fields.end(), [](const Member* a, const Member* b) { return a->offset < b->offset; });
+  return fields;
+}
+
+/// The blocks of the parts behind the class's own fields, in the order of the interface; returns the record's length.
+size_t part_rows(const ClassInfo& info, std::string& rows) {
+  size_t offset = info.record_size;
+  for (const Member& m : info.members) {
+    if (m.parts == 0) continue;
+    const size_t size = m.part_info().record_size;
+    rows += row({std::to_string(offset), std::to_string(m.parts) + " x " + std::to_string(size),
+                 "`" + std::string(m.part_name) + (m.numbered_part ? "(1 to " + std::to_string(m.parts) + ")`" : "`"),
+                 "`" + std::string(m.part_info().name) + "`", ""});
+    offset += size * static_cast<size_t>(m.parts);
+  }
+  return offset;
 }
 
 std::string files_page() {
@@ -75,21 +102,18 @@ std::string files_page() {
       "are "
       "little-endian, fields are not padded, texts are one byte a character (code page 1252) and padded with blanks, "
       "Booleans "
-      "are 16-bit: 0 and -1. Of an array the first subscript varies fastest.\n";
+      "are 16-bit: 0 and -1. Of an array the first subscript varies fastest. Units are those of the file.\n";
   for (const ClassEntry& entry : class_list()) {
     const ClassInfo& info = entry.info();
-    if (info.record_size == 0) continue;
-    std::vector<const Member*> fields;
-    for (const Member& m : info.members) {
-      if (m.stored()) fields.push_back(&m);
+    std::string rows;
+    for (const Member* m : stored_fields(info)) {
+      rows += row({std::to_string(m->offset), std::to_string(m->size),
+                   "`" + std::string(m->name) + bounds_text(*m) + "`", type_text(*m), std::string(m->stored_unit)});
     }
-    std::sort(fields.begin(), fields.end(), [](const Member* a, const Member* b) { return a->offset < b->offset; });
-    out += "\n## " + std::string(info.name) + ": " + std::to_string(info.record_size) +
-           " bytes\n\n| offset | size | field | type | unit |\n| --- | --- | --- | --- | --- |\n";
-    for (const Member* m : fields) {
-      out += row({std::to_string(m->offset), std::to_string(m->size),
-                  "`" + std::string(m->name) + bounds_text(*m) + "`", type_text(*m), std::string(m->unit)});
-    }
+    const size_t length = part_rows(info, rows);
+    if (length == 0) continue;
+    out += "\n## " + std::string(info.name) + ": " + std::to_string(length) +
+           " bytes\n\n| offset | size | field | type | unit |\n| --- | --- | --- | --- | --- |\n" + rows;
   }
   return out;
 }

@@ -50,6 +50,7 @@ struct Member {
   size_t width = 0;                   // of one text, in characters
 
   void (*get)(const Object&, Subscripts, Value&) = nullptr;
+  void (*get_stored)(const Object&, Subscripts, Value&) = nullptr;  // a text with all of its blanks
   void (*let)(Object&, Subscripts, const Value&) = nullptr;
   std::byte* (*place)(Object&) = nullptr;  // of a stored field, for moves of whole arrays
   void (*call)(Object&, Arguments, Value&) = nullptr;

@@ -231,10 +231,12 @@ struct Property {
       element<C, typename F::Element>(m);
       m.bounds = F::bounds;
       m.get = trim ? array_get<C, F, true> : array_get<C, F, false>;
+      m.get_stored = array_get<C, F, false>;
       m.let = [](Object& o, Subscripts s, const Value& v) { store(field_of<C>(o).items[F::place(s.data())], v); };
     } else {
       element<C, F>(m);
       m.get = trim ? field_get<C, F, true> : field_get<C, F, false>;
+      m.get_stored = field_get<C, F, false>;
       m.let = [](Object& o, Subscripts, const Value& v) { store(field_of<C>(o), v); };
     }
     if (m.stored() || !Covers) m.place = [](Object& o) { return reinterpret_cast<std::byte*>(&field_of<C>(o)); };
@@ -265,6 +267,7 @@ struct Property {
     using Result = std::remove_cvref_t<typename detail::Signature<Pointer>::Result>;
     m.type = value_type<Result>();
     m.get = [](const Object& o, Subscripts, Value& out) { put(out, (static_cast<const C&>(o).*Get)()); };
+    m.get_stored = m.get;
     if constexpr (!std::is_same_v<decltype(Let), std::nullptr_t>) {
       m.let = [](Object& o, Subscripts, const Value& v) { (static_cast<C&>(o).*Let)(native<Result>(v)); };
     }

@@ -68,8 +68,8 @@ struct Text {
   std::string_view bytes() const { return {chars.data(), N}; }
   /// All N characters, as UTF-8.
   std::string str() const { return utf8_from_page(bytes()); }
-  /// Without the blanks at both ends, as UTF-8.
-  std::string trimmed() const { return utf8_from_page(tarn::trimmed(bytes())); }
+  /// Without the blanks at both ends, as UTF-8; empty for a text that was never written.
+  std::string trimmed() const { return utf8_from_page(tarn::trimmed(bytes().substr(0, chars[0] == '\0' ? 0 : N))); }
 
   std::array<char, N> chars{};
 };

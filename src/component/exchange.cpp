@@ -10,7 +10,6 @@
 #include "component/kinds.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
-#include "storage/links.h"
 #include "storage/preferences.h"
 
 namespace tarn {
@@ -203,7 +202,8 @@ class Import {
     const auto entity = make_entity(project_, kind);
     const bool keeps_indexes = indexes_of(*entity).empty();
     const std::string place = at_;
-    auto& renumbered = renumbered_[entity->kind().default_word];
+    Renumbered& renumbered = renumbered_[entity->kind().default_word];
+    renumbered.keeps_indexes = keeps_indexes;
     std::set<int16_t> seen;
     std::vector<std::pair<int16_t, size_t>> order;  // the default record first: it fills in what others leave out
     for (size_t element = 0; element < list.size(); ++element) {
@@ -219,18 +219,15 @@ class Import {
         entity->CreateDefault();
         entity->Reset(true);
       }
-      fields(*entity, json, "index");
-      at_ = place + "/" + std::to_string(element);
-      follow_references(*entity);
+      fields(*entity, json, "index", index > 0 || keeps_indexes);
       entity->Reset();
-      if (index == 0) {
-        if (keeps_indexes) entity->SaveDefault();
+      const Naming naming = complete ? Naming::AsItIs : Naming::Valid;
+      if (index > 0) {
+        entity->SaveAs(keeps_indexes ? index : int16_t{0}, naming);
+        renumbered.given[index] = entity->Index;
       } else if (keeps_indexes) {
-        entity->SaveAs(index, complete ? Naming::AsItIs : Naming::Valid);
-      } else {
-        entity->Save();
+        entity->SaveDefault();
       }
-      renumbered[index] = entity->Index;
       if (index > 0 || keeps_indexes) ++done_;
       if (progress_) progress_(done_, total_);
     }
@@ -253,32 +250,30 @@ class Import {
     return index;
   }
 
-  void fields(Object& object, const Json& json, std::string_view beside) {
+  void fields(Object& object, const Json& json, std::string_view beside, bool follow) {
     const std::string place = at_;
-    set_fields_from_json(
-        object, json, [&](const std::string& deeper) { at_ = place + deeper; }, beside);
+    FieldSetting how{[&](const std::string& deeper) { at_ = place + deeper; }, {}, beside};
+    if (follow) how.follow = [&](std::string_view kind, int16_t index) { return followed(kind, index); };
+    set_fields_from_json(object, json, how);
     at_ = place;
   }
 
   /// References to entities of the text take the indexes that these have got. Kinds that the text leaves out are the
   /// project's own.
-  void follow_references(Object& object) {
-    for_each_reference(object, [&](std::string_view kind, int16_t index, const std::string& place) {
-      const auto text = renumbered_.find(kind);
-      if (text == renumbered_.end()) return index;
-      const auto found = text->second.find(index);
-      if (found == text->second.end()) {
-        fail(ErrorNumber::InvalidCall, place + ": refers to " + std::string(kind) + " " + std::to_string(index) +
-                                           ", which the text does not have. Add it, or set the reference to 0.");
-      }
-      return found->second;
-    });
+  int16_t followed(std::string_view kind, int16_t index) const {
+    const auto text = renumbered_.find(kind);
+    if (text == renumbered_.end()) return index;
+    const auto found = text->second.given.find(index);
+    if (found != text->second.given.end()) return found->second;
+    if (text->second.keeps_indexes) return index;  // to nothing, here as there
+    fail(ErrorNumber::InvalidCall, "refers to " + std::string(kind) + " " + std::to_string(index) +
+                                       ", which the text does not have. Add it, or set the reference to 0.");
   }
 
   void preferences(const Json& json) {
     const auto preferences = project_.NewProjectPrefs();
     preferences->Read();  // what the text leaves out stays
-    fields(*preferences, json, {});
+    fields(*preferences, json, {}, false);
     preferences->Save();
   }
 
@@ -296,8 +291,12 @@ class Import {
   const std::string& text_;
   const Progress& progress_;
   Json all_;
-  std::string at_;                                                     // JSON pointer
-  std::map<std::string_view, std::map<int16_t, int16_t>> renumbered_;  // by kind: indexes of the text, indexes given
+  std::string at_;  // JSON pointer
+  struct Renumbered {
+    bool keeps_indexes = true;
+    std::map<int16_t, int16_t> given;  // by the text's index
+  };
+  std::map<std::string_view, Renumbered> renumbered_;  // by kind
   size_t done_ = 0, total_ = 0;
 };
 

@@ -49,14 +49,17 @@ void nest(const Member& member, Json& json, std::vector<int>& at,
   }
 }
 
-void check_shape(const Member& member, const Json& json, size_t dimension) {
-  if (dimension == member.bounds.size()) return;
-  const auto size = static_cast<size_t>(member.bounds[dimension].size());
+void check_list(const Json& json, size_t size) {
   if (!json.is_array() || json.size() != size) {
     fail(ErrorNumber::TypeMismatch, "found " + std::string(json.type_name()) +
                                         (json.is_array() ? " of " + std::to_string(json.size()) : "") +
                                         ", wanted an array of " + std::to_string(size));
   }
+}
+
+void check_shape(const Member& member, const Json& json, size_t dimension) {
+  if (dimension == member.bounds.size()) return;
+  check_list(json, static_cast<size_t>(member.bounds[dimension].size()));
   for (const Json& inner : json) check_shape(member, inner, dimension + 1);
 }
 
@@ -64,6 +67,8 @@ void check_shape(const Member& member, const Json& json, size_t dimension) {
 Json code_json(const Member& member, const Json& json) {
   if (json.is_object() && json.contains("code")) {
     const Json& code = json["code"];
+    if (json.contains("text") && !json["text"].is_string())
+      fail(ErrorNumber::TypeMismatch, "found " + std::string(json["text"].type_name()) + " as \"text\", wanted a text");
     const std::string text = json.value("text", "");
     for (const Label& label : member.labels) {
       if (!text.empty() && (text == label.text || text == label.name) && code != label.code) {
@@ -79,7 +84,8 @@ Json code_json(const Member& member, const Json& json) {
   std::vector<std::string_view> words;
   for (const Label& label : member.labels) {
     if (word == label.name || (word == label.text && !word.empty())) return label.code;
-    words.push_back(label.text.empty() ? label.name : label.text);
+    words.push_back(label.name);
+    if (!label.text.empty()) words.push_back(label.text);
   }
   fail(ErrorNumber::TypeMismatch, "found \"" + word + "\"; " + did_you_mean(word, words));
 }
@@ -148,7 +154,7 @@ namespace {
 
 Json element_json(Object& object, const Member& member, Subscripts at) {
   Value value;
-  member.get(object, at, value);
+  member.get_stored(object, at, value);
   if (const auto* text = std::get_if<std::string>(&value)) {
     if (member.width > 0 && text->find_first_not_of('\0') == std::string::npos) return nullptr;
     return without_padding(*text);
@@ -197,7 +203,7 @@ void write_number(std::string& out, T value) {
 
 void write_element(std::string& out, Object& object, const Member& member, Subscripts at) {
   Value value;
-  member.get(object, at, value);
+  member.get_stored(object, at, value);
   if (member.labels.empty()) {
     if (const auto* whole = std::get_if<int16_t>(&value)) return write_number(out, *whole);
     if (const auto* real = std::get_if<float>(&value); real && std::isfinite(*real)) return write_number(out, *real);
@@ -304,6 +310,16 @@ bool is_complete(const ClassInfo& info, const Json& json) {
 
 namespace {
 
+void follow_references(Object& object, const Member& field,
+                       const std::function<int16_t(std::string_view, int16_t)>& follow) {
+  if (field.refers_to.empty()) return;
+  for_each_element(field, [&](Subscripts at) {
+    Value value;
+    field.get(object, at, value);
+    if (const auto index = std::get<int16_t>(value); index != 0) field.let(object, at, follow(field.refers_to, index));
+  });
+}
+
 [[noreturn]] void unknown_field(const ClassInfo& info, const std::string& name) {
   std::vector<std::string_view> known;
   for (const Member& member : info.members) {
@@ -314,40 +330,33 @@ namespace {
 
 }  // namespace
 
-void set_fields_from_json(Object& object, const Json& json, const std::function<void(const std::string&)>& at,
-                          std::string_view beside) {
+void set_fields_from_json(Object& object, const Json& json, const FieldSetting& how) {
   if (!json.is_object())
     fail(ErrorNumber::TypeMismatch, "found " + std::string(json.type_name()) + ", wanted an object");
   const auto here = [&](const std::string& place) {
-    if (at) at(place);
+    if (how.at) how.at(place);
+  };
+  const auto set_part = [&](Object& part, const Json& part_json, const std::string& place) {
+    here(place);
+    set_fields_from_json(part, part_json, {[&](const std::string& deeper) { here(place + deeper); }, how.follow, {}});
   };
   for (const auto& [name, value] : json.items()) {
-    if (name == beside) continue;
+    if (name == how.beside) continue;
     const std::string place = "/" + name;
     here(place);
     const Member* member = json_member(object.info(), name);
     if (!member) unknown_field(object.info(), name);
     if (member->parts == 0) {
       set_from_json(object, *member, value);
-      continue;
-    }
-    const auto part = [&](int number, const Json& part_json, const std::string& part_place) {
-      here(part_place);
-      set_fields_from_json(member->part(object, number), part_json,
-                           [&](const std::string& deeper) { here(part_place + deeper); });
-    };
-    if (!member->numbered_part) {
-      part(1, value, place);
-      continue;
-    }
-    if (!value.is_array() || value.size() != static_cast<size_t>(member->parts)) {
-      fail(ErrorNumber::TypeMismatch, "found " + std::string(value.type_name()) +
-                                          (value.is_array() ? " of " + std::to_string(value.size()) : "") +
-                                          ", wanted an array of " + std::to_string(member->parts));
-    }
-    for (int number = 1; number <= member->parts; ++number) {
-      const auto element = static_cast<size_t>(number - 1);
-      part(number, value[element], place + "/" + std::to_string(element));
+      if (how.follow) follow_references(object, *member, how.follow);
+    } else if (!member->numbered_part) {
+      set_part(member->part(object, 1), value, place);
+    } else {
+      check_list(value, static_cast<size_t>(member->parts));
+      for (int number = 1; number <= member->parts; ++number) {
+        const auto element = static_cast<size_t>(number - 1);
+        set_part(member->part(object, number), value[element], place + "/" + std::to_string(element));
+      }
     }
   }
 }

@@ -26,10 +26,15 @@ void add_stored_fields(Object& object, nlohmann::ordered_json& json);
 const Member* json_member(const ClassInfo& info, std::string_view key);
 /// Whether the JSON of an object has all of its fields, parts included.
 bool is_complete(const ClassInfo& info, const nlohmann::ordered_json& json);
-/// Sets the fields of an object and its parts from JSON. `at` is called with each field's place before it is set, as a
-/// JSON pointer below the object's; keys in `beside` are left alone.
-void set_fields_from_json(Object& object, const nlohmann::ordered_json& json,
-                          const std::function<void(const std::string&)>& at = {}, std::string_view beside = {});
+/// How the fields of an object are set from JSON.
+struct FieldSetting {
+  std::function<void(const std::string&)>
+      at;  // told each field's place before it is set, a JSON pointer from the object's
+  std::function<int16_t(std::string_view kind, int16_t index)> follow;  // gives the index that a reference becomes
+  std::string_view beside;                                              // a key of the object to leave alone
+};
+/// Sets the fields of an object and its parts that the JSON has.
+void set_fields_from_json(Object& object, const nlohmann::ordered_json& json, const FieldSetting& how = {});
 
 /// Sets a property from JSON. A text that is too long, a number that does not fit and a wrong shape are refused, and
 /// the message names class, property and what is allowed.

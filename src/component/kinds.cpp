@@ -11,16 +11,18 @@ void computed(StoredEntity& entity) {
   (dynamic_cast<C&>(entity).*Compute)();
 }
 
+void derived(Object& part) { dynamic_cast<CA_Layer&>(part).derive(); }
+
 constexpr auto kPerformance = computed<WIN_Window, &WIN_Window::CalculatePerformance>;
 constexpr auto kLayerSums = computed<CA_ConstructionAssly, &CA_ConstructionAssly::sum_layers>;
 constexpr EntityKind kKinds[]{
-    {"windows", "window", "WIN_Window", "WIN_Window", "NewWindow", kPerformance},
-    {"doors", "door", "DOR_Door", "DOR_Door", "NewDoor", nullptr},
-    {"shades", "shade", "SHD_Shade", "SHD_Shade", "NewShade", nullptr},
-    {"walls", "wall", "CA_ConstructionAssly", "CA_ConstructionAssly.Wall", "NewWall", kLayerSums},
-    {"roofs", "roof", "CA_ConstructionAssly", "CA_ConstructionAssly.Roof", "NewRoof", kLayerSums},
-    {"schedules", "schedule", "SCH_Schedule", "SCH_Schedule", "NewSchedule", nullptr},
-    {"spaces", "space", "SPC_Space", "SPC_Space", "NewSpace", nullptr},
+    {"windows", "window", "WIN_Window", "WIN_Window", "NewWindow", nullptr, kPerformance},
+    {"doors", "door", "DOR_Door", "DOR_Door", "NewDoor", nullptr, nullptr},
+    {"shades", "shade", "SHD_Shade", "SHD_Shade", "NewShade", nullptr, nullptr},
+    {"walls", "wall", "CA_ConstructionAssly", "CA_ConstructionAssly.Wall", "NewWall", derived, kLayerSums},
+    {"roofs", "roof", "CA_ConstructionAssly", "CA_ConstructionAssly.Roof", "NewRoof", derived, kLayerSums},
+    {"schedules", "schedule", "SCH_Schedule", "SCH_Schedule", "NewSchedule", nullptr, nullptr},
+    {"spaces", "space", "SPC_Space", "SPC_Space", "NewSpace", nullptr, nullptr},
 };
 
 }  // namespace

@@ -15,6 +15,7 @@ struct EntityKind {
   std::string_view class_name;
   std::string_view section;        // of an exchange text: the class, and the kind where two share it
   std::string_view factory;        // of COM_ProjectData
+  void (*derive)(Object&);         // what follows inside a part, after an edit of it; null where nothing does
   void (*compute)(StoredEntity&);  // what follows from the inputs, after an edit; null where nothing does
 };
 

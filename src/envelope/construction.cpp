@@ -1,6 +1,6 @@
 #include "envelope/construction.h"
 
-#include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 #include "base/log.h"
@@ -31,10 +31,18 @@ Kind kind_of(std::string_view word) {
           .saved_anew = true};
 }
 
-/// A failure of the generator, apart from those of storage.
+/// A failure of the generator, apart from those of storage; the description ends in the reason.
 struct GenerationFailed : Error {
-  using Error::Error;
+  GenerationFailed(const std::string& who, std::string why)
+      : Error(ErrorNumber::InvalidCall, who + " was not saved, as it has no transfer functions: " + why + "."),
+        reason(std::move(why)) {}
+  std::string reason;
 };
+
+/// User interfaces handle what waits for them.
+void let_others_run() {
+  if (host().yield) host().yield();
+}
 
 std::optional<CA_Category> category_of_file(std::string_view path) {
   const auto ends_in = [path](std::string_view name) {
@@ -166,12 +174,14 @@ int16_t CA_ConstructionAssly::RemoveLayer(int16_t nRemoveAt) {
 CTFCG CA_ConstructionAssly::generator() const {
   CTFCG generator;
   int16_t used = 0;
-  for (const CA_Layer& each : layers_) {
-    host().yield();
+  for (int16_t slot = 1; slot <= kLayers; ++slot) {
+    let_others_run();
+    const CA_Layer& each = layers_[static_cast<size_t>(slot) - 1];
     if (!each.LayerUsed) continue;
     generator.SetLayer(++used, true, each.Conductivity, each.Density, each.SpecificHeat, each.ThermalResistance,
-                       each.ThicknessFeet(), each.Weight);
+                       each.ThicknessFeet(), each.Weight, slot);
   }
+  let_others_run();
   return generator;
 }
 
@@ -188,7 +198,7 @@ double CA_ConstructionAssly::coefficient_error() const {
 std::string CA_ConstructionAssly::generate() {
   CTFCG table = generator();
   TransferFunctions found;
-  const bool success = table.Generate(found, host().yield);
+  const bool success = table.Generate(found, let_others_run);
   for (int i = 1; i <= CoeffUBound(); ++i) {
     BTrans(i) = static_cast<float>(found.cross[static_cast<size_t>(i - 1)]);
     DTrans(i) = static_cast<float>(found.denominator[static_cast<size_t>(i - 1)]);
@@ -196,31 +206,42 @@ std::string CA_ConstructionAssly::generate() {
   CTrans = static_cast<float>(found.inside_sum());
   if (!success) return table.failure();
   if (found.error > kTolerableError) {
-    log().message(title() + ": 12 transfer function terms hold its response to " + text_of(found.error * 100, "%.2g") +
+    log().message(named() + ": 12 transfer function terms hold its response to " + text_of(found.error * 100, "%.2g") +
                   " % only; it is too heavy for them.");
   }
   return {};
 }
 
 /// "Wall 3 (Brick veneer)", as far as it is known.
-std::string CA_ConstructionAssly::title() const {
+std::string CA_ConstructionAssly::named() const {
   std::string text(Category() == CA_Category::CA_CAT_Roof ? "Roof" : "Wall");
   if (Index != 0) text += " " + std::to_string(Index);
   const std::string name = Name.trimmed();
-  return name.empty() || name.front() == '\0' ? text : text + " (" + name + ")";
+  return name.empty() ? text : text + " (" + name + ")";
 }
 
 bool CA_ConstructionAssly::CalcTransferCoefficients() {
   const std::string failure = generate();
-  if (!failure.empty()) log().message(title() + " has no transfer functions: " + failure + ".");
+  if (!failure.empty()) log().message(named() + " has no transfer functions: " + failure + ".");
   return failure.empty();
 }
 
 void CA_ConstructionAssly::before_save() {
-  const std::string failure = generate();
-  if (failure.empty()) return;
-  throw GenerationFailed(ErrorNumber::InvalidCall,
-                         title() + " was not saved, as it has no transfer functions: " + failure + ".");
+  if (const std::string failure = generate(); !failure.empty()) throw GenerationFailed(named(), failure);
+}
+
+/// Coefficients that come with the layers stay where they belong to them, whoever made them.
+void CA_ConstructionAssly::before_restore() {
+  try {
+    const double error = coefficient_error();
+    if (error <= kTolerableError) return;
+    generate();
+    if (error < HUGE_VAL)
+      log().message(named() + ": its coefficients were " + text_of(error * 100, "%.2g") +
+                    " % off the response of its layers, and are computed anew.");
+  } catch (const Error& failure) {
+    log().message(named() + " has no transfer functions: " + failure.description() + ". It is kept as it is.");
+  }
 }
 
 void CA_ConstructionAssly::Save(CA_ReturnCodes& ReturnCode) {
@@ -228,12 +249,19 @@ void CA_ConstructionAssly::Save(CA_ReturnCodes& ReturnCode) {
     StoredEntity::Save();
     ReturnCode = CA_ReturnCodes::CA_ERR_NOERR;
   } catch (const GenerationFailed& failure) {
-    log().message(failure.description());
+    log().message(GenerationFailed(named(), failure.reason).description());
     for (R4& term : BTrans.items) term = 0;
     for (R4& term : DTrans.items) term = 0;
     CTrans = 0;
     ReturnCode = CA_ReturnCodes::CA_ERR_TFCG;
   }
+}
+
+void CA_ConstructionAssly::copy_memory(const StoredEntity& from, bool record_too) {
+  const auto& other = dynamic_cast<const CA_ConstructionAssly&>(from);
+  category_ = other.category_;
+  if (!record_too) return;
+  for (size_t i = 0; i < layers_.size(); ++i) layers_[i].set_content(other.layers_[i].content());
 }
 
 namespace {
@@ -262,13 +290,13 @@ float CA_ConstructionAssly::GetTotalWeight() const {
   return total(layers_, "GetTotalWeight", [](const CA_Layer& l) { return float{l.Weight}; });
 }
 
+void CA_Layer::derive() {
+  if (!(Thickness > 0)) return;
+  if (Conductivity > 0) ThermalResistance = ThicknessFeet() / Conductivity;
+  if (Density > 0) Weight = ThicknessFeet() * Density;
+}
+
 void CA_ConstructionAssly::sum_layers() {
-  for (CA_Layer& each : layers_) {
-    const float feet = each.ThicknessFeet();
-    if (!each.LayerUsed || !(feet > 0)) continue;
-    if (each.Conductivity > 0) each.ThermalResistance = feet / each.Conductivity;
-    if (each.Density > 0) each.Weight = feet * each.Density;
-  }
   const float resistance = GetTotalThermalResistance();
   OverallUValue = resistance > 0 ? 1 / resistance : 0;
   OverallWeight = GetTotalWeight();

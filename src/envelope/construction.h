@@ -58,6 +58,9 @@ class CA_Layer final : public Part<LayerRecord> {
   /// The thickness that calculations take, in ft: the inches of the object over 12.
   float ThicknessFeet() const { return ThicknessInches() / 12; }
 
+  /// Resistance and weight from thickness, conductivity and density, where those are there.
+  void derive();
+
   /// A layer's whole content, which moves between slots.
   struct Content {
     LayerRecord record;
@@ -112,14 +115,16 @@ class CA_ConstructionAssly final : public Entity<CA_ConstructionAssly, Construct
   float GetTotalThickness() const;          // in
   float GetTotalThermalResistance() const;  // hr.ft2.F/Btu
   float GetTotalWeight() const;             // lb/ft2
-  /// Resistance and weight of each layer that has what they follow from, then OverallUValue and OverallWeight.
+  /// Sets OverallUValue and OverallWeight from them.
   void sum_layers();
 
  private:
   void before_save() override;
+  void before_restore() override;
+  void copy_memory(const StoredEntity& from, bool record_too) override;
   CTFCG generator() const;
   std::string generate();
-  std::string title() const;
+  std::string named() const;
 
   std::array<CA_Layer, kLayers> layers_;
   std::optional<CA_Category> category_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <iterator>
 
 #include "base/error.h"
@@ -21,34 +22,40 @@ double decimal(float value) {
 }  // namespace
 
 void CTFCG::SetLayer(int16_t nLayer, bool bUsed, float Conductivity, float Density, float SpecificHeat,
-                     float ThermalResistance, float Thickness, float /*Weight*/) {
+                     float ThermalResistance, float Thickness, float /*Weight*/, int16_t slot) {
   if (nLayer < 1 || nLayer > LayerCount() + 1) return;
   if (nLayer > LayerCount()) layers_.emplace_back();
-  layers_[static_cast<size_t>(nLayer) - 1] = {Conductivity, Density, SpecificHeat, ThermalResistance, Thickness, bUsed};
+  layers_[static_cast<size_t>(nLayer) - 1] = {
+      Conductivity, Density, SpecificHeat, ThermalResistance, Thickness, bUsed, slot > 0 ? slot : nLayer};
 }
 
 SlabLayer CTFCG::slab_layer(const Layer& layer) {
+  const auto refuse = [&](const char* why) {
+    fail(ErrorNumber::InvalidCall, "layer " + std::to_string(layer.slot) + " has " + why);
+  };
+  for (const float value :
+       {layer.conductivity, layer.density, layer.specific_heat, layer.resistance, layer.thickness}) {
+    if (!std::isfinite(value)) refuse("a value that is infinite or no number");
+  }
   const double thickness = decimal(layer.thickness);
   const double conductivity = decimal(layer.conductivity);
-  const double capacity = thickness * decimal(layer.density) * decimal(layer.specific_heat);
   const double resistance = decimal(layer.resistance);
-  const bool conducts = thickness > 0 && conductivity > 0;
-  if (conducts && layer.density > 0 && layer.specific_heat > 0) return {thickness / conductivity, capacity};
-  if (resistance == 0 && conducts) return {thickness / conductivity, 0};
+  if (thickness > 0 && conductivity > 0) {
+    const bool has_mass = layer.density > 0 && layer.specific_heat > 0;
+    if (has_mass) return {thickness / conductivity, thickness * decimal(layer.density) * decimal(layer.specific_heat)};
+    if (resistance == 0) return {thickness / conductivity, 0};
+  } else if (thickness > 0 && resistance == 0) {
+    refuse("a thickness, but neither conductivity nor thermal resistance");
+  }
+  if (resistance < 0) refuse("a negative thermal resistance");
   return {resistance, 0};
 }
 
 SlabResponse CTFCG::response(const std::function<void()>& yield) const {
   std::vector<SlabLayer> slab;
-  for (size_t i = 0; i < layers_.size(); ++i) {
-    yield();
-    const Layer& layer = layers_[i];
-    if (!layer.used) continue;
-    if (layer.thickness > 0 && layer.resistance == 0 && !(layer.conductivity > 0)) {
-      fail(ErrorNumber::InvalidCall,
-           "used layer " + std::to_string(i + 1) + " has a thickness, but neither conductivity nor thermal resistance");
-    }
-    slab.push_back(slab_layer(layer));
+  for (const Layer& layer : layers_) {
+    if (yield) yield();
+    if (layer.used) slab.push_back(slab_layer(layer));
   }
   if (slab.empty()) fail(ErrorNumber::InvalidCall, "no layer is used");
   return slab_response(slab);
@@ -66,7 +73,7 @@ bool CTFCG::Generate(TransferFunctions& out, const std::function<void()>& yield)
 }
 
 double CTFCG::error_of(const TransferFunctions::Series& cross, const TransferFunctions::Series& denominator) const {
-  return response_error(response([] {}), cross, denominator);
+  return response_error(response({}), cross, denominator);
 }
 
 }  // namespace tarn

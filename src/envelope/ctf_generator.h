@@ -16,12 +16,13 @@ class CTFCG {
   /// Thickness in ft, conductivity in Btu/(hr.ft.F), density in lb/ft3, specific heat in Btu/(lb.F), resistance in
   /// hr.ft2.F/Btu. A layer with thickness, conductivity, density and specific heat above 0 has thermal mass, and the
   /// resistance thickness / conductivity; another has its ThermalResistance, or that quotient where it is 0.
+  /// `slot` is the number that a person knows the layer by, in reasons; its place in the table where it is 0.
   void SetLayer(int16_t nLayer, bool bUsed, float Conductivity, float Density, float SpecificHeat,
-                float ThermalResistance, float Thickness, float Weight);
+                float ThermalResistance, float Thickness, float Weight, int16_t slot = 0);
   /// The table's upper bound; it starts with one empty layer.
   int16_t LayerCount() const { return static_cast<int16_t>(layers_.size()); }
   /// False where the table has no transfer functions; `failure` tells why.
-  bool Generate(TransferFunctions& out, const std::function<void()>& yield);
+  bool Generate(TransferFunctions& out, const std::function<void()>& yield = {});
   const std::string& failure() const { return failure_; }
   /// How far other terms for the same layers are off, as `TransferFunctions::error`. Error where `Generate` fails.
   double error_of(const TransferFunctions::Series& cross, const TransferFunctions::Series& denominator) const;
@@ -30,6 +31,7 @@ class CTFCG {
   struct Layer {
     float conductivity = 0, density = 0, specific_heat = 0, resistance = 0, thickness = 0;
     bool used = false;
+    int16_t slot = 0;
   };
   static SlabLayer slab_layer(const Layer& layer);
   SlabResponse response(const std::function<void()>& yield) const;

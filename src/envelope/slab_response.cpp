@@ -11,7 +11,7 @@ namespace tarn {
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
-constexpr double kNarrowest = 1e-14;  // of the bracket that a root is refined to
+constexpr double kNarrowest = 1e-14;  // of the bracket that a root is refined to; relative for roots below 1
 
 /// sin(x) / x and what its derivative needs, (cos(x) - sin(x) / x) / x^2, of x = sqrt(square); series near 0.
 struct Sinc {
@@ -83,13 +83,14 @@ int RootSearch::count(double beta) { return at(beta).count; }
 /// than `kNarrowest`, or of neighbouring doubles.
 double RootSearch::refined(Point low, Point high) {
   double f_low = low.b, f_high = high.b;
+  const double narrowest = kNarrowest * std::min(1.0, high.beta);
   int last = 0;  // the end that the last step replaced
   for (int step = 1;; ++step) {
     const double width = high.beta - low.beta;
     const double spacing = std::nextafter(high.beta, 2 * high.beta) - high.beta;
-    if (width < kNarrowest || width <= spacing) return low.beta + width / 2;
+    if (width < narrowest || width <= spacing) return low.beta + width / 2;
     // Close to an end the step goes just beyond the root, to bring the far end near as well.
-    const double least = std::min(std::max(0.45 * kNarrowest, spacing), width / 2);
+    const double least = std::min(std::max(0.45 * narrowest, spacing), width / 2);
     const double falsi = low.beta - f_low * width / (f_high - f_low);
     const Point middle =
         at(step % 12 == 0 ? low.beta + width / 2 : std::clamp(falsi, low.beta + least, high.beta - least));
@@ -131,16 +132,11 @@ namespace {
 
 double overall_conductance(std::span<const SlabLayer> layers) {
   double resistance = 0;
-  for (size_t i = 0; i < layers.size(); ++i) {
-    const auto [r, c] = layers[i];
-    if (!std::isfinite(r) || !std::isfinite(c) || r < 0 || c < 0) {
-      fail(ErrorNumber::InvalidCall,
-           "used layer " + std::to_string(i + 1) + " has a negative or infinite thermal resistance or heat capacity");
-    }
-    resistance += r;
-  }
-  if (!(resistance > 0)) fail(ErrorNumber::InvalidCall, "the layers have no thermal resistance");
-  return 1 / resistance;
+  for (const SlabLayer& layer : layers) resistance += layer.resistance;
+  const double conductance = 1 / resistance;
+  if (!(resistance > 0) || conductance > static_cast<double>(std::numeric_limits<float>::max()))
+    fail(ErrorNumber::InvalidCall, "the layers have no thermal resistance");
+  return conductance;
 }
 
 }  // namespace

@@ -9,7 +9,8 @@
 
 namespace tarn {
 
-/// One homogeneous layer: its resistance, and its heat capacity, 0 for a layer without thermal mass.
+/// One homogeneous layer: its resistance, and its heat capacity, 0 for a layer without thermal mass. Both are finite
+/// and not negative, and a layer with mass has a resistance.
 struct SlabLayer {
   double resistance;  // hr.ft2.F/Btu
   double capacity;    // Btu/(ft2.F)
@@ -59,7 +60,7 @@ struct SlabResponse {
 inline constexpr double kSmallestFactor = 1e-16;
 inline constexpr int kMostRoots = 100;
 
-/// Errors `InvalidCall`, with a reason a person can act on: no resistance, a negative one, more than 100 roots.
+/// Errors `InvalidCall`, with a reason a person can act on: no resistance, more than 100 roots.
 SlabResponse slab_response(std::span<const SlabLayer> layers);
 
 }  // namespace tarn

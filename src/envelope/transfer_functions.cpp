@@ -5,6 +5,8 @@
 #include <numeric>
 #include <vector>
 
+#include "base/error.h"
+
 namespace tarn {
 namespace {
 
@@ -284,6 +286,7 @@ TransferFunctions transfer_functions(const SlabResponse& slab) {
     for (size_t poles = start + 1; poles <= most && better(poles);) ++poles;
     for (size_t poles = start; poles > 0 && (better(poles - 1) || best.error > kPoorError);) --poles;
   }
+  if (best.error == HUGE_VAL) fail(ErrorNumber::InvalidCall, "no 12 terms hold the response of the layers");
   const Fit fit(best.denominator, hours);
   best.outside = fit.series(pulse_response(slab, Face::Outside, hours), slab.u_value);
   best.inside = fit.series(pulse_response(slab, Face::Inside, hours), slab.u_value);

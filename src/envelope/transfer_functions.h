@@ -26,6 +26,7 @@ struct TransferFunctions {
   double inside_sum() const;
 };
 
+/// Error `InvalidCall` where no terms of finite size hold the response at all.
 TransferFunctions transfer_functions(const SlabResponse& response);
 
 /// As `TransferFunctions::error`, of any terms; infinite where they are unstable.

@@ -348,4 +348,18 @@ int64_t Database::lowest_free_index(const std::string& table) {
   return free;
 }
 
+void Database::note_deletion(std::string_view kind, int64_t index) {
+  const size_t place = deletions_.size();
+  deletions_.emplace_back(kind, index);
+  const auto weak = weak_from_this();
+  Engine::of_thread().Workspaces(0).on_rollback([weak, place] {
+    if (const auto self = weak.lock()) static_cast<Database&>(*self).deletions_[place] = {};
+  });
+}
+
+bool Database::deleted_since(size_t deletions, std::string_view kind, int64_t index) const {
+  return std::any_of(deletions_.begin() + static_cast<ptrdiff_t>(deletions), deletions_.end(),
+                     [&](const auto& deletion) { return deletion.second == index && deletion.first == kind; });
+}
+
 }  // namespace tarn

@@ -77,6 +77,15 @@ class Database final : public Object {
   /// The lowest positive number that is no row's `nIndex`, in constant time over a run of new rows.
   int64_t lowest_free_index(const std::string& table);
 
+  /// Deletes of entities by this program, so that objects which refer to one can tell that it went, even where another
+  /// has its index by now. A delete that is rolled back never was.
+  void note_deletion(std::string_view kind, int64_t index);
+  /// Grows with every deletion.
+  size_t deletions() const { return deletions_.size(); }
+  bool deleted_since(size_t deletions, std::string_view kind, int64_t index) const;
+  /// Changes when another program has committed.
+  int64_t foreign_version() { return pragma("data_version"); }
+
   // For the workspace:
   /// Takes part in the open transaction; a statement that only reads needs no savepoint of the inner ones.
   enum class Part : uint8_t { Reading, Writing };
@@ -121,6 +130,7 @@ class Database final : public Object {
   std::unordered_map<std::string, int64_t> free_marks_;
   std::unordered_set<std::string> unmarked_;  // tables whose indexes a client's statement moves
   int64_t data_version_ = -1;
+  std::vector<std::pair<std::string, int64_t>> deletions_;
 };
 
 /// A column of a recordset's current row, or of the row being edited or added.

@@ -1,6 +1,7 @@
 #include "platform/workspace.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/error.h"
 #include "base/log.h"
@@ -36,6 +37,7 @@ void Workspace::Rollback() {
 
 void Workspace::begin(bool scoped) {
   files_.begin();
+  undos_.emplace_back();
   levels_.push_back(scoped);
 }
 
@@ -48,14 +50,19 @@ void Workspace::commit() {
     throw;
   }
   files_.merge_down();
+  auto undos = std::move(undos_.back());
+  undos_.pop_back();
+  std::move(undos.begin(), undos.end(), std::back_inserter(undos_.back()));
   levels_.pop_back();
 }
 
 void Workspace::roll_back() {
   const size_t level = depth();
-  ++rollbacks_;
   files_.drop();
+  const auto undos = std::move(undos_.back());
+  undos_.pop_back();
   levels_.pop_back();
+  for (auto undo = undos.rbegin(); undo != undos.rend(); ++undo) (*undo)();
   for (const auto& database : enlisted_) database->rollback_level(level);
   if (level == 1) enlisted_.clear();
 }
@@ -92,6 +99,7 @@ void Workspace::commit_outermost() {
     files.forget();
   }
   files_.drop();
+  undos_.pop_back();
   levels_.pop_back();
   enlisted_.clear();
 }

@@ -2,6 +2,7 @@
 // Transactions nest; an inner one that is rolled back leaves what the outer one did before it.
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "base/object.h"
@@ -20,8 +21,9 @@ class Workspace {
   void Rollback();
   /// Transactions open now, 0 for none.
   size_t depth() const { return levels_.size(); }
-  /// Rollbacks so far, of any level.
-  size_t rollbacks() const { return rollbacks_; }
+  /// Runs when the open transaction is rolled back, or one around it: memory that follows what was stored goes back
+  /// too.
+  void on_rollback(std::function<void()> undo) { undos_.back().push_back(std::move(undo)); }
   FileStore& files() { return files_; }
 
   /// A database takes part in the open transaction from its first statement on.
@@ -37,7 +39,7 @@ class Workspace {
 
   std::vector<bool> levels_;  // of each open transaction: whether a `Transaction` ends it
   FileStore files_;
-  size_t rollbacks_ = 0;
+  std::vector<std::vector<std::function<void()>>> undos_;  // by level
   std::vector<Ptr<Database>> enlisted_;
 };
 

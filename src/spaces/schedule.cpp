@@ -59,9 +59,9 @@ Ptr<Collection> SCH_Schedule::GetUsedProfiles(bool bDesignOnly) const {
 int16_t SCH_Schedule::GetValue(Months M, SCH_Days d, int16_t h) const {
   const int16_t profile = Applicable(M, d);
   if (profile == 0) {
-    fail(ErrorNumber::SubscriptOutOfRange, "Subscript out of range: no profile of schedule " + Name.trimmed() +
-                                               " applies in month " + std::to_string(static_cast<int>(M)) +
-                                               " on day type " + std::to_string(static_cast<int>(d)) + ".");
+    fail(ErrorNumber::SubscriptOutOfRange, "Subscript out of range: no profile applies in month " +
+                                               std::to_string(static_cast<int>(M)) + " on day type " +
+                                               std::to_string(static_cast<int>(d)) + ".");
   }
   return HourlyValue(profile, h);
 }

@@ -7,7 +7,7 @@ const ClassInfo& SPC_General::info() const {
   static const ClassInfo info = describe<SPC_General>(
       Failures::Trapped, property<&R::Name>.trimmed(), property<&R::FloorArea>("ft2"), property<&R::AvgHeight>("ft"),
       property<&R::BuildingWt>("lb/ft2"), property<&R::Reserved>.reserved(), property<&R::SpaceUsage>,
-      property<&R::OAReq1Value>, property<&R::OAReq1Spec>, property<&R::OAReq2Value>, property<&R::OAReq2Spec>,
+      property<&R::OAReq1Value>, property<&R::OAReq2Value>, property<&R::OAReq1Spec>, property<&R::OAReq2Spec>,
       property<&R::AreaSpec>, property<&R::Length>("ft"), property<&R::Width>("ft"));
   return info;
 }

@@ -53,7 +53,11 @@ void StoredEntity::set_record(std::span<const std::byte> bytes) {
   }
 }
 
-void StoredEntity::copy_record(const StoredEntity& from) { set_record(from.record()); }
+void StoredEntity::copy_record(const StoredEntity& from) {
+  set_record(from.record());
+  linked_ = from.linked_;
+  copy_memory(from, true);
+}
 
 void StoredEntity::read_record(int16_t index) {
   std::vector<std::byte> bytes = record();
@@ -109,8 +113,8 @@ void StoredEntity::Load(int16_t nRecNum) {
     else
       Index = static_cast<int16_t>(rows.Fields("nIndex").integer());
     read_record(Index);  // holds all that the row summarises, and wins over it
-    if (!rows.NoMatch() && !kind().link_owner.empty()) {
-      clear_lost_references(*this, database(), kind().link_owner, Index, uses_of(*this));
+    if (const auto owner = kind().link_owner; !rows.NoMatch() && !owner.empty()) {
+      clear_lost_references(*this, title(), [&](const Use& use) { return !has_link(database(), owner, Index, use); });
       remember_links();
     }
     transaction.commit();
@@ -120,7 +124,7 @@ void StoredEntity::Load(int16_t nRecNum) {
 
 void StoredEntity::make_name_valid() {
   const std::string name = stored_name();
-  if (!name.empty() && name.front() != '\0') return;
+  if (!name.empty()) return;
   // The number's sign has its blank: "Window  3", which names are compared by, to the character.
   store_name(std::string(kind().default_word) + (kind().numbered_names ? "  " + std::to_string(Index) : ""));
 }
@@ -128,6 +132,7 @@ void StoredEntity::make_name_valid() {
 void StoredEntity::Save() {
   or_as_before([&] {
     Transaction transaction;
+    if (Index == 0 || !kind().link_owner.empty() || kind().saved_anew) follow_rollback();
     Recordset rows = index_rows();
     if (Index != 0) rows.FindFirst("nIndex = ?", {cell(Index)});
     if (Index == 0 || (rows.NoMatch() && kind().saved_anew)) {
@@ -136,7 +141,8 @@ void StoredEntity::Save() {
     } else {
       rows.Edit();
     }
-    store(rows, Naming::Valid);
+    clear_lost_links();
+    store(rows, Naming::Valid, &StoredEntity::before_save);
     transaction.commit();
   });
 }
@@ -144,30 +150,48 @@ void StoredEntity::Save() {
 void StoredEntity::SaveAs(int16_t index, Naming naming) {
   or_as_before([&] {
     Transaction transaction;
+    follow_rollback();
     Recordset rows = index_rows();
-    Index = index;
+    Index = index == 0 ? GetFreeIndex() : index;
     rows.AddNew();
-    store(rows, naming);
+    store(rows, naming, &StoredEntity::before_restore);
     transaction.commit();
   });
 }
 
+std::string StoredEntity::title() const { return std::string(kind().default_word) + " " + std::to_string(Index); }
+
 void StoredEntity::remember_links() {
-  linked_ = {uses_of(*this), Index, Engine::of_thread().Workspaces(0).rollbacks()};
+  linked_ = {uses_of(*this), Index, database().deletions(), database().foreign_version()};
+  std::erase_if(linked_.uses, [&](const Use& use) { return !is_there(database(), use); });
 }
 
-/// What was linked and is not any more was deleted elsewhere since.
+/// What was linked and deleted since goes, also where another entity has its index by now. What another program did in
+/// between shows by the link row alone.
 void StoredEntity::clear_lost_links() {
-  if (linked_.uses.empty() || linked_.index != Index) return;
-  if (linked_.rollbacks == Engine::of_thread().Workspaces(0).rollbacks())
-    clear_lost_references(*this, database(), kind().link_owner, Index, linked_.uses);
+  if (linked_.uses.empty()) return;
+  const bool foreign = linked_.index == Index && linked_.foreign_version != database().foreign_version();
+  clear_lost_references(*this, title(), [&](const Use& use) {
+    if (std::find(linked_.uses.begin(), linked_.uses.end(), use) == linked_.uses.end()) return false;
+    return database().deleted_since(linked_.deletions, use.kind, use.index) || !is_there(database(), use) ||
+           (foreign && !has_link(database(), kind().link_owner, Index, use));
+  });
+}
+
+void StoredEntity::follow_rollback() {
+  Engine::of_thread().Workspaces(0).on_rollback(
+      [weak = std::weak_ptr<StoredEntity*>(self_), before = Index, linked = linked_] {
+        const auto self = weak.lock();
+        if (!self) return;
+        (*self)->Index = before;
+        (*self)->linked_ = linked;
+      });
 }
 
 /// Writes the row that is being edited or added, marks dependants, writes the record.
-void StoredEntity::store(Recordset& rows, Naming naming) {
+void StoredEntity::store(Recordset& rows, Naming naming, void (StoredEntity::*prepare)()) {
   if (naming == Naming::Valid) make_name_valid();
-  before_save();
-  clear_lost_links();
+  (this->*prepare)();
   rows.Fields("nIndex") = cell(Index);
   rows.Fields("szName") = stored_name();
   for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
@@ -187,21 +211,28 @@ void StoredEntity::SaveDefault() {
 }
 
 void StoredEntity::CreateDefault() {
-  or_as_before([&] { read_record(0); });
-  Index = 0;
-  linked_ = {};
+  or_as_before([&] {
+    read_record(0);
+    Index = 0;
+    if (kind().link_owner.empty() || !database_) return;
+    clear_lost_references(*this, "The default " + std::string(kind().default_word),
+                          [&](const Use& use) { return !is_there(database(), use); });
+    remember_links();
+  });
 }
 
 void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
   or_as_before([&] {
-    if (nRecNum) Index = *nRecNum;
     Transaction transaction;
+    follow_rollback();
+    if (nRecNum) Index = *nRecNum;
     mark_dependants();
     const Cell id[]{cell(Index)};
     database().Execute("DELETE FROM " + std::string(kind().index_table) + " WHERE nIndex = ?", id);
     for (const LinkColumn& link : kind().links) {
       database().Execute("DELETE FROM " + std::string(link.table) + " WHERE " + std::string(link.column) + " = ?", id);
     }
+    database().note_deletion(kind().default_word, Index);
     transaction.commit();
   });
   Reset();
@@ -232,7 +263,6 @@ bool StoredEntity::IsNameUnique(const std::optional<std::string>& sName) const {
 
 void StoredEntity::Reset(std::optional<bool> bResetAll) {
   Index = 0;
-  linked_ = {};
   if (bResetAll.value_or(false)) store_name(std::string_view("\0", 1));
 }
 
@@ -240,13 +270,14 @@ void StoredEntity::fill_clone(StoredEntity& clone, std::optional<int16_t> index)
   clone.FileName = FileName;
   clone.database_ = database_;
   clone.m_bCloning = true;
+  clone.copy_memory(*this, false);
   if (index)
     clone.Load(*index);
   else
     clone.copy_record(*this);
   clone.m_bCloning = false;
   const std::string name = stored_name();
-  if (!name.starts_with('\0')) clone.store_name(host().copy_name(name));
+  if (!name.empty()) clone.store_name(host().copy_name(name));
 }
 
 }  // namespace tarn

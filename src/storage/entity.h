@@ -32,7 +32,8 @@ class StoredEntity : public Object {
   /// Writes row and record and marks what rests on the entity; a new entity gets the lowest free index and, without a
   /// name, its default name. A failure leaves rows, file and index as they were.
   void Save();
-  /// Saves a new entity under an index of its own; error where another has it.
+  /// Stores a new entity as it is given, under an index of its own or, for 0, the lowest free one; error where another
+  /// has the index.
   void SaveAs(int16_t index, Naming naming);
   /// Writes the object as the kind's default record.
   void SaveDefault();
@@ -52,13 +53,16 @@ class StoredEntity : public Object {
   void add_block(std::span<std::byte> bytes) { blocks_.push_back(bytes); }
   /// Runs inside the transaction of a save, before anything is written. An error ends the save.
   virtual void before_save() {}
+  /// The same for an entity that is stored as it is given.
+  virtual void before_restore() {}
+  /// What a copy takes besides the record, and of the record what its bytes do not tell.
+  virtual void copy_memory(const StoredEntity& /*from*/, bool /*record_too*/) {}
   virtual std::string stored_name() const = 0;  // trimmed
   virtual void store_name(std::string_view name) = 0;
 
   void fill_clone(StoredEntity& clone, std::optional<int16_t> index);
   void copy_record(const StoredEntity& from);
   size_t record_size() const;
-  void copy_links(const StoredEntity& from) { linked_ = from.linked_; }
 
  private:
   std::vector<std::byte> record() const;
@@ -69,25 +73,30 @@ class StoredEntity : public Object {
   void read_record(int16_t index);
   void write_record(int16_t index);
   void mark_dependants();
-  void store(Recordset& rows, Naming naming);
+  void store(Recordset& rows, Naming naming, void (StoredEntity::*prepare)());
+  std::string title() const;
   void make_name_valid();
   template <typename F>
   void or_as_before(F operation);
 
-  /// The references as they are now have their link rows.
+  /// The references as they are now are those of the database.
   void remember_links();
   void clear_lost_links();
+  /// A rollback of what is being done takes the object's index and memory of its links back as well.
+  void follow_rollback();
 
   Ptr<Database> database_;
   std::vector<std::span<std::byte>> blocks_;
-  /// References that had link rows after the last `Load` or `Save`, the entity's index then, and the workspace's
-  /// rollbacks: one since may have taken link rows away again.
+  /// The references after the last `Load` or `Save` to what was there then, with what tells deletions since: the
+  /// entity's index then, the program's deletions, other programs' commits.
   struct Linked {
-    Uses uses;
+    std::vector<Use> uses;
     int16_t index = 0;
-    size_t rollbacks = 0;
+    size_t deletions = 0;
+    int64_t foreign_version = 0;
   };
   Linked linked_;
+  std::shared_ptr<StoredEntity*> self_ = std::make_shared<StoredEntity*>(this);  // ends with the object
 };
 
 /// Copies of an entity's own type.
@@ -103,7 +112,6 @@ class CopiedEntity : public StoredEntity {
   /// An exact twin, index and name included.
   Ptr<C> CopyInstance() {
     auto twin = Clone();
-    twin->copy_links(*this);
     twin->copy_record(*this);
     twin->Index = Index;
     return twin;

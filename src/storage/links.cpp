@@ -1,5 +1,8 @@
 #include "storage/links.h"
 
+#include <map>
+#include <set>
+
 #include "base/log.h"
 #include "platform/database.h"
 
@@ -44,48 +47,57 @@ void for_each_reference(Object& object, const ReferenceAction& action) {
   });
 }
 
-Uses uses_of(Object& object) {
-  Uses uses;
-  for_each_reference(object, [&](std::string_view kind, int16_t index, const std::string&) {
-    uses.emplace(kind, index);
+std::vector<Use> uses_of(Object& object) {
+  std::vector<Use> uses;
+  for_each_reference(object, [&](std::string_view kind, int16_t index, const std::string& place) {
+    uses.push_back({place, kind, index});
     return index;
   });
   return uses;
 }
 
+bool is_there(Database& database, const Use& use) {
+  return !database
+              .OpenRecordset("SELECT nIndex FROM " + std::string(use.kind) + "Index WHERE nIndex = ?",
+                             {cell(use.index)})
+              .AtEof();
+}
+
+bool has_link(Database& database, std::string_view owner_kind, int16_t owner, const Use& use) {
+  return rows_of(database, owner_kind, use.kind, owner).contains(use.index);
+}
+
 void write_links(Object& owner, Database& database, std::string_view owner_kind, int16_t index) {
-  const Uses uses = uses_of(owner);
+  std::map<std::string_view, std::map<int16_t, Use>> uses;
+  for (const Use& use : uses_of(owner)) uses[use.kind].emplace(use.index, use);
   for (const std::string_view kind : kinds_of(owner)) {
     const std::set<int16_t> present = rows_of(database, owner_kind, kind, index);
+    const auto& wanted = uses[kind];
     const std::string table = table_of(owner_kind, kind);
     for (const int16_t id : present) {
-      if (uses.contains({kind, id})) continue;
+      if (wanted.contains(id)) continue;
       const Cell row[]{cell(index), cell(id)};
       database.Execute(
           "DELETE FROM " + table + " WHERE " + column_of(owner_kind) + " = ? AND " + column_of(kind) + " = ?", row);
     }
-    for (auto use = uses.lower_bound({kind, INT16_MIN}); use != uses.end() && use->first == kind; ++use) {
-      if (present.contains(use->second)) continue;
-      const Cell row[]{cell(index), cell(use->second)};
+    for (const auto& [id, use] : wanted) {
+      if (present.contains(id)) continue;
+      const Cell row[]{cell(index), cell(id)};
       database.Execute(
           "INSERT INTO " + table + " (" + column_of(owner_kind) + ", " + column_of(kind) + ") VALUES (?, ?)", row);
+      if (!is_there(database, use)) {
+        log().message(std::string(owner_kind) + " " + std::to_string(index) + ", " + use.place + " refers to " +
+                      std::string(kind) + " " + std::to_string(id) + ", which is not there.");
+      }
     }
   }
 }
 
-void clear_lost_references(Object& owner, Database& database, std::string_view owner_kind, int16_t index,
-                           const Uses& references) {
-  Uses lost;
-  std::string_view kind;
-  std::set<int16_t> present;
-  for (const auto& [used_kind, id] : references) {
-    if (used_kind != kind) present = rows_of(database, owner_kind, kind = used_kind, index);
-    if (!present.contains(id)) lost.emplace(used_kind, id);
-  }
-  for_each_reference(owner, [&](std::string_view used_kind, int16_t id, const std::string& place) -> int16_t {
-    if (!lost.contains({used_kind, id})) return id;
-    log().message(std::string(owner_kind) + " " + std::to_string(index) + ", " + place + ": " + std::string(used_kind) +
-                  " " + std::to_string(id) + " was deleted; the reference is cleared.");
+void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost) {
+  for_each_reference(owner, [&](std::string_view kind, int16_t index, const std::string& place) -> int16_t {
+    if (!lost({place, kind, index})) return index;
+    log().message(title + ", " + place + ": " + std::string(kind) + " " + std::to_string(index) +
+                  " was deleted; the reference is cleared.");
     return 0;
   });
 }

@@ -4,8 +4,9 @@
 
 #include <cstdint>
 #include <functional>
-#include <set>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/members.h"
 
@@ -18,17 +19,26 @@ class Database;
 using ReferenceAction = std::function<int16_t(std::string_view kind, int16_t index, const std::string& place)>;
 void for_each_reference(Object& object, const ReferenceAction& action);
 
-/// References as pairs of kind and index.
-using Uses = std::set<std::pair<std::string_view, int16_t>>;
-Uses uses_of(Object& object);
+/// A reference with its place.
+struct Use {
+  std::string place;
+  std::string_view kind;
+  int16_t index;
+  bool operator==(const Use&) const = default;
+};
+std::vector<Use> uses_of(Object& object);
 
 /// Brings the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for every kind that one of its fields
-/// may refer to) in line with its references: adds the missing, removes the others.
+/// may refer to) in line with its references: adds the missing, removes the others. A reference to what is not there is
+/// logged.
 void write_links(Object& owner, Database& database, std::string_view owner_kind, int16_t index);
 
-/// Sets those of the given references that have no link row to 0 and logs each: what they referred to was deleted, and
-/// its index may since have gone to another entity.
-void clear_lost_references(Object& owner, Database& database, std::string_view owner_kind, int16_t index,
-                           const Uses& references);
+/// The link row of a reference.
+bool has_link(Database& database, std::string_view owner_kind, int16_t owner, const Use& use);
+/// What it refers to is there.
+bool is_there(Database& database, const Use& use);
+/// Sets the references to 0 that are lost, and logs each: what they referred to was deleted, and its index may since
+/// have gone to another entity.
+void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost);
 
 }  // namespace tarn

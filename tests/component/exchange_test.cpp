@@ -139,6 +139,36 @@ TEST_F(ExchangeTest, AFilledProjectRenumbersAndKeepsItsOwn) {
   EXPECT_EQ(test::bytes_of(project.WindowFilename()).substr(0, 555), own_default);
 }
 
+TEST_F(ExchangeTest, ConstructionsComeAsTheyAreUnlessTheirCoefficientsBelongToOtherLayers) {
+  fill();
+  // One whose layers have no transfer functions, one with coefficients of a coarser maker, one edited in the text.
+  const std::string all = export_project(project, {"walls"}, quiet);
+  auto json = nlohmann::ordered_json::parse(all);
+  auto& walls = json["CA_ConstructionAssly.Wall"];
+  auto coarse = walls[1], edited = walls[1];
+  for (auto& layer : walls[1]["Layer"]) layer["LayerUsed"] = false;
+  coarse["index"] = 2;
+  coarse["BTrans"][0] = coarse["BTrans"][0].get<double>() + 1e-5;
+  edited["index"] = 3;
+  edited["Layer"][2]["Thickness"] = 1.0;
+  walls.push_back(coarse);
+  walls.push_back(edited);
+  test::TempFolder other;
+  COM_ProjectData fresh;
+  fresh.SetWorkPath(other.path);
+  fresh.FilePrefix = "NEW";
+  create_index(fresh.IndexDBName());
+  import_project(fresh, json.dump(), quiet);
+  const auto again =
+      nlohmann::ordered_json::parse(export_project(fresh, {"walls"}, quiet))["CA_ConstructionAssly.Wall"];
+  EXPECT_EQ(again[1], walls[1]);
+  EXPECT_EQ(again[2], walls[2]);
+  EXPECT_NE(again[3]["BTrans"], walls[3]["BTrans"]);
+  ASSERT_EQ(log.messages.size(), 2U);
+  EXPECT_EQ(log.messages[0], "Wall 1 (Default Wall) has no transfer functions: no layer is used. It is kept as it is.");
+  EXPECT_NE(log.messages[1].find("off the response of its layers, and are computed anew"), std::string::npos);
+}
+
 TEST_F(ExchangeTest, BadTextsAreRefusedWholeWithTheirLine) {
   fill();
   const std::string good = R"({"tarn": 1,
@@ -192,11 +222,9 @@ TEST_F(ExchangeTest, BadTextsAreRefusedWholeWithTheirLine) {
        "line 3, /SPC_Space/0/Floor/Aera: SPC_Floor has no field Aera; did you mean Area?"},
       {"{\"tarn\": 1, \"SPC_Space\": [{\"index\": 9, \"Flor\": {}}]}", "did you mean Floor?"},
       {"{\"tarn\": 1, \"SPC_Space\": [{\"index\": 9, \"People\": {\"Schedule\": 5}}],\"SCH_Schedule\": []}",
-       "People.Schedule: refers to Schedule 5, which the text does not have"},
-      {"{\"tarn\": 1, \"CA_ConstructionAssly.Wall\": [{\"index\": 9, \"Layer\": [{},{},{},{\"ThermalResistance\": 0, "
-       "\"LayerUsed\": true, "
-       "\"Conductivity\": 0, \"Thickness\": 1},{},{},{},{},{},{}]}]}",
-       "neither conductivity nor thermal resistance"},
+       "/SPC_Space/0/People/Schedule: refers to Schedule 5, which the text does not have"},
+      {"{\"tarn\": 1, \"DOR_Door\": [{\"index\": 9, \"AreaSpec\": {\"code\": 0, \"text\": 5}}]}",
+       "found number as \"text\", wanted a text"},
       {"{\"tarn\": 1, \"RPT_ReportOptions\": {\"record\": \"0g\"}}", "found \"g\", wanted hexadecimal digits"},
       {"{\"tarn\": 1, \"PRF_ProjectPrefs\": {\"CurrencyUnits\": \"too long\"}}", "8 characters, allowed are 5"},
   };

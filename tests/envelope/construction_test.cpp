@@ -1,5 +1,6 @@
 #include "envelope/construction.h"
 
+#include <cmath>
 #include <cstring>
 
 #include "base/by_name.h"
@@ -180,9 +181,11 @@ TEST_F(ConstructionTest, ASaveWithoutTransferFunctionsWritesNothingAndSaysWhy) {
   } cases[]{{[](CA_Layer& l) { l.LayerUsed = false; }, "no layer is used"},
             {[](CA_Layer& l) { l.SetThicknessInches(0); }, "the layers have no thermal resistance"},
             {[](CA_Layer& l) { l.Conductivity = 0; },
-             "used layer 1 has a thickness, but neither conductivity nor thermal resistance"},
+             "layer 2 has a thickness, but neither conductivity nor thermal resistance"},
             {[](CA_Layer& l) { l.Density = 3e38F; }, "the layers are too heavy"},
-            {[](CA_Layer& l) { l.SetThicknessInches(0), l.ThermalResistance = -1; }, "negative"}};
+            {[](CA_Layer& l) { l.SetThicknessInches(0), l.ThermalResistance = -1; },
+             "layer 2 has a negative thermal resistance"},
+            {[](CA_Layer& l) { l.Conductivity = HUGE_VALF; }, "layer 2 has a value that is infinite or no number"}};
   for (const auto& c : cases) {
     wall->Load(1);
     wall->Name = "changed";
@@ -246,6 +249,7 @@ TEST_F(ConstructionTest, SumsTakeEverySlot) {
   auto wall = brick_wall();
   wall->layer(5).ThermalResistance = 2.0F;  // not used
   wall->layer(5).Weight = 1.0F;
+  wall->layer(2).derive();
   wall->sum_layers();
   EXPECT_FLOAT_EQ(wall->layer(2).ThermalResistance, 1.0F);
   EXPECT_FLOAT_EQ(wall->OverallUValue, 1.0F / 3);
@@ -276,7 +280,7 @@ TEST_F(ConstructionTest, UserInterfacesGetTheirTurn) {
   auto wall = brick_wall();
   wall->CalcTransferCoefficients();
   host().yield = [] {};
-  EXPECT_EQ(turns, 10 + 1) << "before each slot, and for the one used layer";
+  EXPECT_EQ(turns, 10 + 1 + 1) << "before each slot, once more, and for the one used layer";
 }
 
 }  // namespace

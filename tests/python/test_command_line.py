@@ -75,6 +75,8 @@ class TestCommandLine(unittest.TestCase):
         for words, says in [(["walls", "set", "1", "Layr(2).Thickness=1"], "did you mean Layer?"),
                             (["walls", "set", "1", "Layer(11).Thickness=1"], "takes a number from 1 to 10"),
                             (["walls", "set", "1", "Layer(2).Thicknes=1"], "did you mean Thickness?"),
+                            (["spaces", "set", "1", "Wall(1).WallType=9"], "There is no Wall 9 to refer to; the nearest is 1."),
+                            (["schedules", "set", "1", "ScheduleType=ST_RAT"], "did you mean ST_RATE?"),
                             (["spaces", "set", "1", "Floor(1).Area=1"], "takes no number"),
                             (["walls", "set", "1", "Layer(2).Conductivity=0", "Layer(2).ThermalResistance=0"], "neither conductivity nor thermal resistance")]:
             with self.subTest(words):

@@ -130,14 +130,14 @@ class TestObjects(ProjectCase):
     def test_parts_collections_and_return_codes(self):
         wall = self.project.NewWall()
         self.assertEqual((wall.Save(0), self.entries[-1].text),
-                         (-3, "Wall 1 (Wall) was not saved, as it has no transfer functions: no layer is used."))
+                         (-3, "Wall was not saved, as it has no transfer functions: no layer is used."))
         layer = wall.GetLayer(2)
         layer.LayerUsed, layer.Thickness, layer.Conductivity, layer.Density, layer.SpecificHeat = True, 8, 1.1, 140, 0.2
         turns = []
         tarn.on_yield = lambda: turns.append(1)
         self.assertEqual(wall.Save(-3), 0)
         tarn.on_yield = None
-        self.assertEqual(len(turns), 11)
+        self.assertEqual(len(turns), 12)
         self.assertEqual((wall.Index, wall.DTrans[1], list(wall.DTransArray)), (1, 1.0, wall.DTrans[:]))
         wall.BTransArray = [float(i) for i in range(12)]
         self.assertEqual(wall.BTrans[12], 11.0)

@@ -32,8 +32,8 @@ TEST_F(SpaceTest, BlocksLieAsTheirFileHasThem) {
     std::string layout, expected;
   } cases[]{
       {"general", test::layout(SPC_General().info()),
-       "Name@0+24 FloorArea@24+4 AvgHeight@28+4 BuildingWt@32+4 SpaceUsage@38+4 OAReq1Value@42+8 OAReq1Spec@50+2 "
-       "OAReq2Value@52+8 OAReq2Spec@60+2 AreaSpec@62+2 Length@64+4 Width@68+4 "},
+       "Name@0+24 FloorArea@24+4 AvgHeight@28+4 BuildingWt@32+4 SpaceUsage@38+4 OAReq1Value@42+8 "
+       "OAReq2Value@52+8 OAReq1Spec@50+2 OAReq2Spec@60+2 AreaSpec@62+2 Length@64+4 Width@68+4 "},
       {"wall", test::layout(SPC_WallWindow().info()),
        "Exposure@0+2 GrossArea@2+4 WallType@6+2 WindowType@8+4 WindowQty@12+4 WindowShade@16+4 DoorType@20+2 "
        "DoorQty@22+2 "
@@ -201,25 +201,41 @@ TEST_F(SpaceTest, AWallThatTakesAFreedIndexIsInheritedByNobody) {
   space->Save();
   auto open = project.NewSpace();  // loaded before the wall goes
   open->Load(1);
+  const auto clone = open->Clone();
+  auto unsaved = project.NewWall();
+  EXPECT_NE(test::error_number([&] { unsaved->StoredEntity::Save(); }), 0) << "a failure elsewhere changes nothing";
   project.NewWall()->Delete(2);
   EXPECT_EQ(new_wall(), 2);
   open->GetWall(3)->WallType = 1;
+  open->GetWall(4)->WallType = 2;  // the new one, by the client's own will
   open->Save();
-  EXPECT_EQ(linked("Wall"), "1 ");
-  EXPECT_EQ(open->GetWall(2)->WallType, 0);
-  auto read = project.NewSpace();
-  read->Load(1);
-  EXPECT_EQ(read->GetWall(2)->WallType, 0);
-  ASSERT_EQ(log.messages.size(), 1U);
-  EXPECT_EQ(log.messages[0], "Space 1, Wall(2).WallType: Wall 2 was deleted; the reference is cleared.");
-  // A link that a rollback took away is no sign of a deletion.
-  read->GetWall(5)->WallType = 2;
+  EXPECT_EQ(linked("Wall"), "1 2 ");
+  EXPECT_EQ(open->GetWall(2)->WallType * 10 + open->GetWall(4)->WallType, 2);
+  EXPECT_EQ(log.messages,
+            std::vector<std::string>{"Space 1, Wall(2).WallType: Wall 2 was deleted; the reference is cleared."});
+  clone->Save();
+  EXPECT_EQ(count("Space_Wall_Links WHERE Space_ID = 2"), 1);
+  // A delete that is rolled back never was.
   {
     Transaction undone;
-    read->Save();
+    project.NewWall()->Delete(1);
   }
-  read->Save();
-  EXPECT_EQ(linked("Wall"), "1 2 ");
+  open->Save();
+  EXPECT_EQ(open->GetWall(1)->WallType, 1);
+}
+
+TEST_F(SpaceTest, ATwinBringsBackWhatAnotherObjectChanged) {
+  ASSERT_EQ(new_wall() * 10 + new_wall(), 12);
+  auto space = project.NewSpace();
+  space->GetWall(1)->WallType = 1;
+  space->Save();
+  const auto twin = space->CopyInstance();
+  space->GetWall(1)->WallType = 2;
+  space->Save();
+  EXPECT_EQ(linked("Wall"), "2 ");
+  twin->Save();
+  EXPECT_EQ(twin->GetWall(1)->WallType, 1);
+  EXPECT_EQ(linked("Wall"), "1 ");
 }
 
 TEST_F(SpaceTest, LoadClearsReferencesWithoutALinkAndKeepsTheRest) {
@@ -228,6 +244,8 @@ TEST_F(SpaceTest, LoadClearsReferencesWithoutALinkAndKeepsTheRest) {
   space->GetWall(1)->WindowType(2) = 4;
   space->GetWall(4)->WindowShade(2) = 3;
   space->Save();
+  EXPECT_EQ(log.messages[0], "Space 1, Wall(4).WindowShade(2) refers to Shade 3, which is not there.");
+  log.messages.clear();
   database->Execute("DELETE FROM Space_Window_Links WHERE Window_ID = 3");
   space->Load(1);
   EXPECT_EQ(log.messages, std::vector<std::string>{
@@ -235,6 +253,28 @@ TEST_F(SpaceTest, LoadClearsReferencesWithoutALinkAndKeepsTheRest) {
   EXPECT_EQ(space->GetWall(1)->WindowType(1) * 100 + space->GetWall(1)->WindowType(2) * 10 +
                 space->GetWall(4)->WindowShade(2),
             43);
+}
+
+TEST_F(SpaceTest, ARollbackTakesIndexesBackWithTheRows) {
+  auto first = project.NewSpace();
+  {
+    Transaction undone;
+    first->Save();
+    EXPECT_EQ(first->Index, 1);
+  }
+  EXPECT_EQ(first->Index, 0);
+  auto second = project.NewSpace();
+  second->SetName("second");
+  second->Save();
+  first->Save();
+  EXPECT_EQ(first->Index * 10 + second->Index, 21);
+  {
+    Transaction undone;
+    second->Delete();
+  }
+  EXPECT_EQ(second->Index, 1);
+  second->Save();
+  EXPECT_EQ(count("SpaceIndex"), 2);
 }
 
 TEST_F(SpaceTest, EachWayReachesWhenItIsTheOnlyOne) {
