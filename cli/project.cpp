@@ -202,10 +202,11 @@ int run_describe(const Call& call) {
     const ClassInfo& info = call.verb.empty() ? entry.info() : class_info(call.verb);
     Json members = Json::array();
     for (const Member& member : info.members) members.push_back(member_json(member));
-    all.push_back({{"class", info.name}, {"record_bytes", info.record_size}, {"members", members}});
+    all.push_back({{"class", info.name}, {"record_bytes", record_length(info)}, {"members", members}});
     if (!call.json) {
       std::cout << info.name
-                << (info.record_size > 0 ? ", record of " + std::to_string(info.record_size) + " bytes" : "") << '\n';
+                << (record_length(info) > 0 ? ", record of " + std::to_string(record_length(info)) + " bytes" : "")
+                << '\n';
       std::vector<std::vector<Json>> rows;
       for (const Member& m : info.members) {
         constexpr std::string_view kinds[]{"property", "method", "event"};

@@ -82,18 +82,17 @@ std::vector<const Member*> stored_fields(const ClassInfo& info) {
   return fields;
 }
 
-/// The blocks of the parts behind the class's own fields, in the order of the interface; returns the record's length.
-size_t part_rows(const ClassInfo& info, std::string& rows) {
+/// The blocks of the parts behind the class's own fields, in the order of the interface.
+void add_part_rows(const ClassInfo& info, std::string& rows) {
   size_t offset = info.record_size;
   for (const Member& m : info.members) {
     if (m.parts == 0) continue;
-    const size_t size = m.part_info().record_size;
+    const size_t size = record_length(m.part_info());
     rows += row({std::to_string(offset), std::to_string(m.parts) + " x " + std::to_string(size),
                  "`" + std::string(m.part_name) + (m.numbered_part ? "(1 to " + std::to_string(m.parts) + ")`" : "`"),
                  "`" + std::string(m.part_info().name) + "`", ""});
     offset += size * static_cast<size_t>(m.parts);
   }
-  return offset;
 }
 
 std::string files_page() {
@@ -110,9 +109,9 @@ std::string files_page() {
       rows += row({std::to_string(m->offset), std::to_string(m->size),
                    "`" + std::string(m->name) + bounds_text(*m) + "`", type_text(*m), std::string(m->stored_unit)});
     }
-    const size_t length = part_rows(info, rows);
-    if (length == 0) continue;
-    out += "\n## " + std::string(info.name) + ": " + std::to_string(length) +
+    if (record_length(info) == 0) continue;
+    add_part_rows(info, rows);
+    out += "\n## " + std::string(info.name) + ": " + std::to_string(record_length(info)) +
            " bytes\n\n| offset | size | field | type | unit |\n| --- | --- | --- | --- | --- |\n" + rows;
   }
   return out;
