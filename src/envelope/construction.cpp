@@ -140,13 +140,21 @@ CA_Layer& CA_ConstructionAssly::layer(int number) {
 
 Ptr<CA_Layer> CA_ConstructionAssly::GetLayer(int16_t nIndex) { return shared_part(*this, layer(nIndex)); }
 
+namespace {
+
+/// Whether a slot lies between the fixed outer layers; logged, as "Insertion" or "Removal", where it does not.
+bool in_sequence(std::string_view what, std::string_view argument, int16_t slot) {
+  if (slot > 1 && slot < CA_ConstructionAssly::kLayers) return true;
+  log().message(std::string(what) +
+                " point cannot be below the lower bound or above the upper bound of the Layer sequence. " +
+                std::string(argument) + "=" + std::to_string(slot));
+  return false;
+}
+
+}  // namespace
+
 int16_t CA_ConstructionAssly::InsertLayer(int16_t nInsertAt) {
-  if (nInsertAt <= 1 || nInsertAt >= kLayers) {
-    log().message(
-        "Insertion point cannot be below the lower bound or above the upper bound of the Layer sequence. nInsertAt=" +
-        std::to_string(nInsertAt));
-    return 0;
-  }
+  if (!in_sequence("Insertion", "nInsertAt", nInsertAt)) return 0;
   for (int slot = kLayers - 1; slot > nInsertAt; --slot) layer(slot).set_content(layer(slot - 1).content());
   layer(nInsertAt).set_content(fresh_layer("New Layer", true));
   // Close up: unused slots below go to the top, down to slot 2; slot 1 is no part of the sequence.
@@ -160,12 +168,7 @@ int16_t CA_ConstructionAssly::InsertLayer(int16_t nInsertAt) {
 }
 
 int16_t CA_ConstructionAssly::RemoveLayer(int16_t nRemoveAt) {
-  if (nRemoveAt <= 1 || nRemoveAt >= kLayers) {
-    log().message(
-        "Removal point cannot be below the lower bound or above the upper bound of the Layer sequence. nRemoveAt=" +
-        std::to_string(nRemoveAt));
-    return 0;
-  }
+  if (!in_sequence("Removal", "nRemoveAt", nRemoveAt)) return 0;
   for (int slot = nRemoveAt; slot < kLayers - 1; ++slot) layer(slot).set_content(layer(slot + 1).content());
   layer(kLayers - 1).set_content(fresh_layer("Not used", false));
   return nRemoveAt;
