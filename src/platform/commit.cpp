@@ -56,19 +56,24 @@ std::string folder_of(const std::string& path) { return std::filesystem::path(pa
 
 }  // namespace
 
-FileCommit::FileCommit(std::string journal, std::vector<std::pair<std::string, const Extents*>> writes)
+FileCommit::FileCommit(std::string journal, std::vector<std::pair<std::string, const FileStore::Pending*>> writes)
     : journal_(std::move(journal)), writes_(std::move(writes)) {}
 
 void FileCommit::read_before() {
-  for (const auto& [path, extents] : writes_) {
+  for (const auto& [path, pending] : writes_) {
     Before before{path, false, 0, {}};
     if (const auto file = host().files->open(path, OpenMode::Read)) {
-      before.existed = true;
-      before.size = file->size();
-      for (const auto& [offset, bytes] : extents->pieces()) {
-        Piece piece{offset, std::string(bytes.size(), '\0')};
+      const auto keep = [&](uint64_t offset, size_t size) {
+        Piece piece{offset, std::string(size, '\0')};
         piece.bytes.resize(file->read(offset, std::as_writable_bytes(std::span(piece.bytes))));
         before.pieces.push_back(std::move(piece));
+      };
+      before.existed = true;
+      before.size = file->size();
+      if (pending->emptied) {
+        keep(0, before.size);
+      } else {
+        for (const auto& [offset, bytes] : pending->extents.pieces()) keep(offset, bytes.size());
       }
     }
     before_.push_back(std::move(before));
@@ -136,9 +141,14 @@ void FileCommit::apply() {
     host().files->sync_folder(folder_of(journal_));
   }
   try {
-    for (const auto& [path, extents] : writes_) {
+    for (const auto& [path, pending] : writes_) {
+      if (pending->removed) {
+        host().files->remove(path);
+        continue;
+      }
       const auto file = host().files->open(path, OpenMode::Create);
-      for (const auto& [offset, bytes] : extents->pieces()) file->write(offset, bytes);
+      if (pending->emptied) file->truncate(0);
+      for (const auto& [offset, bytes] : pending->extents.pieces()) file->write(offset, bytes);
       file->sync();
     }
   } catch (...) {

@@ -13,7 +13,7 @@ namespace tarn {
 class FileCommit {
  public:
   /// `journal` is empty for writes that belong to no database.
-  FileCommit(std::string journal, std::vector<std::pair<std::string, const Extents*>> writes);
+  FileCommit(std::string journal, std::vector<std::pair<std::string, const FileStore::Pending*>> writes);
 
   /// Saves what the writes replace, then makes them. A failure puts the old bytes back and throws.
   void apply();
@@ -41,7 +41,7 @@ class FileCommit {
   static void restore(const std::vector<Before>& all);
 
   std::string journal_;
-  std::vector<std::pair<std::string, const Extents*>> writes_;
+  std::vector<std::pair<std::string, const FileStore::Pending*>> writes_;
   std::vector<Before> before_;
 };
 

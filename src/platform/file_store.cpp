@@ -48,14 +48,18 @@ size_t FileStore::read(const std::string& name, uint64_t offset, std::span<std::
     const auto found = level.find(path);
     if (found == level.end()) continue;
     const Extents& extents = found->second.extents;
+    if (found->second.emptied) {
+      std::fill(into.begin(), into.end(), std::byte{0});
+      got = 0;
+    }
     extents.overlay(offset, into);
     if (extents.end() > offset) got = std::max<size_t>(got, std::min<uint64_t>(extents.end() - offset, into.size()));
   }
   return got;
 }
 
-void FileStore::write(const std::string& name, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner) {
-  const std::string path = absolute(name);
+/// The file's writes at the innermost level. A file that does not take writes is found here, not at the commit.
+FileStore::Pending& FileStore::pending(const std::string& path, Ptr<Database> owner) {
   if (levels_.empty()) fail(ErrorNumber::NoTransaction, "Record bytes are written inside a transaction only: " + path);
   const auto kept = handles_.find(path);
   if (kept == handles_.end() || !kept->second.writable) {
@@ -66,9 +70,37 @@ void FileStore::write(const std::string& name, uint64_t offset, std::span<const 
       fail(ErrorNumber::PathNotFound, "The folder of " + path + " does not exist.");
     }
   }
-  Pending& pending = levels_.back()[path];
-  if (!pending.owner) pending.owner = std::move(owner);
-  pending.extents.write(offset, bytes);
+  Pending& place = levels_.back()[path];
+  if (!place.owner) place.owner = std::move(owner);
+  return place;
+}
+
+void FileStore::write(const std::string& name, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner) {
+  Pending& place = pending(absolute(name), std::move(owner));
+  place.removed = false;
+  place.extents.write(offset, bytes);
+}
+
+void FileStore::replace(const std::string& name, std::span<const std::byte> bytes, Ptr<Database> owner) {
+  Pending& place = pending(absolute(name), std::move(owner));
+  place.emptied = true;
+  place.removed = false;
+  place.extents = {};
+  if (!bytes.empty()) place.extents.write(0, bytes);
+}
+
+void FileStore::remove(const std::string& name, Ptr<Database> owner) {
+  replace(name, {}, std::move(owner));
+  levels_.back()[absolute(name)].removed = true;
+}
+
+bool FileStore::exists(const std::string& name) {
+  const std::string path = absolute(name);
+  for (auto level = levels_.rbegin(); level != levels_.rend(); ++level) {
+    const auto found = level->find(path);
+    if (found != level->end()) return !found->second.removed;
+  }
+  return host().files->exists(path);
 }
 
 uint64_t FileStore::size(const std::string& name) {
@@ -79,7 +111,9 @@ uint64_t FileStore::size(const std::string& name) {
   uint64_t end = handle ? *handle->size : 0;
   for (const Level& level : levels_) {
     const auto found = level.find(path);
-    if (found != level.end()) end = std::max(end, found->second.extents.end());
+    if (found == level.end()) continue;
+    if (found->second.emptied) end = 0;
+    end = std::max(end, found->second.extents.end());
   }
   return end;
 }
@@ -92,6 +126,11 @@ void FileStore::merge_down() {
   for (auto& [path, newer] : top) {
     Pending& older = below.at(path);
     if (!older.owner) older.owner = newer.owner;
+    older.removed = newer.removed;
+    if (newer.emptied) {
+      older.emptied = true;
+      older.extents = {};
+    }
     older.extents.merge(std::move(newer.extents));
   }
 }

@@ -21,6 +21,8 @@ class FileStore {
   /// A file's writes at one level, with the database whose commit they belong to (none: committed on their own).
   struct Pending {
     Ptr<Database> owner;
+    bool emptied = false;  // what the file held before is gone
+    bool removed = false;  // and so is the file
     Extents extents;
   };
   using Level = std::unordered_map<std::string, Pending>;
@@ -29,7 +31,11 @@ class FileStore {
   size_t read(const std::string& path, uint64_t offset, std::span<std::byte> into, OpenMode mode);
   /// Error where the file, or the folder of a new one, does not take writes; found here, not at the commit.
   void write(const std::string& path, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner);
+  /// The whole file becomes these bytes.
+  void replace(const std::string& path, std::span<const std::byte> bytes, Ptr<Database> owner);
+  void remove(const std::string& path, Ptr<Database> owner);
   uint64_t size(const std::string& path);
+  bool exists(const std::string& path);
 
   // For the workspace:
   void begin() { levels_.emplace_back(); }
@@ -44,6 +50,7 @@ class FileStore {
     bool writable = false;
     std::optional<uint64_t> size;  // as it was when first asked for; writes wait for the commit
   };
+  Pending& pending(const std::string& path, Ptr<Database> owner);
   /// The file for reading, null where there is none; kept open while a transaction runs, else in `once`.
   Handle* for_reading(const std::string& path, OpenMode mode, Handle& once);
 

@@ -73,10 +73,10 @@ void Workspace::commit_outermost() {
   }
   // Writes that belong to no database go with the first one that commits, and alone where there is none.
   const auto writes_of = [this](const Database* owner) {
-    std::vector<std::pair<std::string, const Extents*>> writes;
+    std::vector<std::pair<std::string, const FileStore::Pending*>> writes;
     const Database* first = enlisted_.empty() ? nullptr : enlisted_.front().get();
     for (const auto& [path, pending] : files_.outermost()) {
-      if ((pending.owner ? pending.owner.get() : first) == owner) writes.emplace_back(path, &pending.extents);
+      if ((pending.owner ? pending.owner.get() : first) == owner) writes.emplace_back(path, &pending);
     }
     std::sort(writes.begin(), writes.end());
     return writes;

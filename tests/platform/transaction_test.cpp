@@ -14,7 +14,26 @@ using test::FaultyFiles;
 
 class TransactionTest : public test::ProjectTest {
  protected:
-  std::string state() { return rows("WindowIndex") + rows("AirSystemIndex") + bytes_of(project.WindowFilename()); }
+  std::string state() {
+    std::string all = rows("WindowIndex") + rows("AirSystemIndex") + bytes_of(project.WindowFilename());
+    for (const char* name : {"A.DAT", "B.DAT", "C.DAT"}) {
+      const bool there = std::filesystem::exists(folder / name);
+      all += there ? "\n" + std::string(name) + "=" + bytes_of(folder / name) : "";
+    }
+    return all;
+  }
+  FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
+  std::span<const std::byte> bytes(std::string_view text) { return std::as_bytes(std::span(text)); }
+  /// Two whole files, and what replaces the one and removes the other, and makes a third.
+  void make_whole_files() {
+    test::write_bytes(folder / "A.DAT", std::string(5000, 'a'));
+    test::write_bytes(folder / "B.DAT", "bbb");
+  }
+  void change_whole_files() {
+    files().replace(folder / "A.DAT", bytes("short"), database);
+    files().remove(folder / "B.DAT", database);
+    files().replace(folder / "C.DAT", bytes("new"), database);
+  }
   void save_many(int count) {
     for (int i = 0; i < count; ++i) saved_window("many");
   }
@@ -80,14 +99,20 @@ TEST_F(TransactionTest, AnInnerRollbackLeavesWhatTheOuterDid) {
 
 TEST_F(TransactionTest, AWriteThatFailsHalfWayUndoesTheSaveAndLeavesTheObjectUsable) {
   auto window = saved_window("A");
+  make_whole_files();
   const std::string before = state();
   int failures = 0;
   for (int operations = 0;; ++operations) {
-    FaultyFiles files(operations);
+    FaultyFiles faulty(operations);
     window->Height = 5.0F;
     window->Name = "B";
-    const int failed = test::error_number([&] { window->Save(); });
-    files.left = -1;
+    const int failed = test::error_number([&] {
+      Transaction all;
+      change_whole_files();
+      window->Save();
+      all.commit();
+    });
+    faulty.left = -1;
     if (failed == 0) break;
     ++failures;
     if (count("WindowIndex WHERE szName = 'B'") > 0) continue;  // only the removal of the journal failed
@@ -104,6 +129,7 @@ TEST_F(TransactionTest, AWriteThatFailsHalfWayUndoesTheSaveAndLeavesTheObjectUsa
 TEST_F(TransactionTest, AProcessThatDiesAnywhereLeavesTheOldStateOrTheNew) {
   saved_window("old");
   saved_window("other");
+  make_whole_files();
   const std::string old_state = state();
   database.reset();
   std::string new_state;
@@ -111,8 +137,10 @@ TEST_F(TransactionTest, AProcessThatDiesAnywhereLeavesTheOldStateOrTheNew) {
   for (int operations = 0; new_state.empty(); ++operations) {
     const pid_t child = fork();
     if (child == 0) {
-      FaultyFiles files(operations, [] { _exit(7); });
+      FaultyFiles faulty(operations, [] { _exit(7); });
       Transaction outer;
+      database = host().database(project.IndexDBName());
+      change_whole_files();
       auto window = project.NewWindow();
       window->Load(1);
       window->Name = "new";
@@ -130,6 +158,7 @@ TEST_F(TransactionTest, AProcessThatDiesAnywhereLeavesTheOldStateOrTheNew) {
       EXPECT_EQ(count("WindowIndex WHERE szName IN ('new', 'added')"), 2);
       EXPECT_NE(now.find("added"), std::string::npos);
       EXPECT_EQ(bytes_of(project.WindowFilename()).size(), 4U * 555);
+      EXPECT_EQ(now.substr(now.find("\nA.DAT")), "\nA.DAT=short\nC.DAT=new");
       new_state = now;
     }
     database.reset();
@@ -138,6 +167,33 @@ TEST_F(TransactionTest, AProcessThatDiesAnywhereLeavesTheOldStateOrTheNew) {
     }
   }
   EXPECT_GT(died, 5);
+}
+
+TEST_F(TransactionTest, WholeFilesChangeLevelByLevel) {
+  make_whole_files();
+  const auto seen = [&](const char* name) {
+    std::string text(8, '.');
+    const size_t got = files().read(folder / name, 0, std::as_writable_bytes(std::span(text)), OpenMode::Read);
+    return text.substr(0, got) + (files().exists(folder / name) ? "" : " (gone)");
+  };
+  Transaction outer;
+  change_whole_files();
+  {
+    Transaction inner;
+    files().remove(folder / "A.DAT", database);
+    files().write(folder / "B.DAT", 1, bytes("x"), database);
+    EXPECT_EQ(seen("A.DAT") + "/" + seen("B.DAT") + "/" + seen("C.DAT"), std::string(" (gone)/\0x/new", 14));
+    EXPECT_EQ(files().size(folder / "A.DAT"), 0U);
+  }
+  EXPECT_EQ(seen("A.DAT") + "/" + seen("B.DAT"), "short/ (gone)");
+  {
+    Transaction inner;
+    files().write(folder / "A.DAT", 5, bytes("er"), database);
+    inner.commit();
+  }
+  outer.commit();
+  EXPECT_EQ(bytes_of(folder / "A.DAT"), "shorter");
+  EXPECT_FALSE(std::filesystem::exists(folder / "B.DAT"));
 }
 
 TEST_F(TransactionTest, AFullDiskEndsTheWholeTransaction) {
