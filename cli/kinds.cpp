@@ -124,16 +124,17 @@ Object& part_of(Object& object, std::string_view step, const std::string& word) 
   if (!part) {
     std::vector<std::string_view> names;
     for (const Member& member : object.info().members) {
-      if (member.parts > 0) names.push_back(member.part_name);
+      if (member.is_part()) names.push_back(member.part_name);
     }
     throw UsageError("A " + std::string(object.info().name) + " has no part " + std::string(step.substr(0, open)) +
                      "; " + did_you_mean(step.substr(0, open), names));
   }
   const std::vector<int> at = subscripts_in(step.substr(open), word);
-  if (at.size() != (part->numbered_part ? 1U : 0U) || (part->numbered_part && (at[0] < 1 || at[0] > part->parts))) {
-    throw UsageError(
-        "\"" + word + "\": " + std::string(part->part_name) +
-        (part->numbered_part ? " takes a number from 1 to " + std::to_string(part->parts) : " takes no number") + ".");
+  const int count = part->part_count(object);
+  if (at.size() != (part->numbered_part ? 1U : 0U) || (part->numbered_part && (at[0] < 1 || at[0] > count))) {
+    throw UsageError("\"" + word + "\": " + std::string(part->part_name) +
+                     (part->numbered_part ? " takes a number from 1 to " + std::to_string(count) : " takes no number") +
+                     ".");
   }
   return part->part(object, part->numbered_part ? at[0] : 1);
 }
@@ -191,7 +192,7 @@ void check_reference(Database& database, const Assignment& assignment) {
   const auto* index = std::get_if<int16_t>(&value);
   const std::string kind(assignment.member->refers_to);
   if (kind.empty() || !index || *index == 0) return;
-  const auto nearest = nearest_index(database, kind + "Index", *index);
+  const auto nearest = nearest_index(database, index_table_of(kind), *index);
   if (!nearest) throw UsageError("The project has no " + kind + " to refer to yet.");
   if (*nearest != *index) {
     throw UsageError("There is no " + kind + " " + std::to_string(*index) + " to refer to; the nearest is " +

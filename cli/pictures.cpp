@@ -18,8 +18,7 @@ std::string trimmed_text(const Json& json) {
 }
 
 std::string name_of(Database& database, std::string_view kind, int16_t index) {
-  auto rows =
-      database.OpenRecordset("SELECT szName FROM " + std::string(kind) + "Index WHERE nIndex = ?", {cell(index)});
+  auto rows = database.OpenRecordset("SELECT szName FROM " + index_table_of(kind) + " WHERE nIndex = ?", {cell(index)});
   return rows.AtEof() ? "(missing)" : rows.Fields("szName").text();
 }
 
@@ -29,9 +28,9 @@ std::string element_text(Database& database, Object& owner, const Member& field,
   std::string text = trimmed_text(to_json(value));
   const auto* code = std::get_if<int16_t>(&value);
   if (code && !field.labels.empty()) {
-    const auto label =
-        std::find_if(field.labels.begin(), field.labels.end(), [&](const Label& l) { return l.code == *code; });
-    if (label != field.labels.end()) text += "  " + std::string(label->text.empty() ? label->name : label->text);
+    const auto labels = field.labels_of(owner);
+    const auto label = std::find_if(labels.begin(), labels.end(), [&](const Label& l) { return l.code == *code; });
+    if (label != labels.end()) text += "  " + std::string(label->text.empty() ? label->name : label->text);
   }
   if (code && *code != 0 && !field.refers_to.empty()) text += "  " + name_of(database, field.refers_to, *code);
   return text;
@@ -67,7 +66,7 @@ void show_form(Database& database, Object& object) {
   if (!rows.empty()) print_table({"property", "value", "unit"}, rows);
   for (const Member& member : object.info().members) {
     std::string blank;
-    for (int number = 1; number <= member.parts; ++number) {
+    for (int number = 1; member.is_part() && number <= member.part_count(object); ++number) {
       Object& part = member.part(object, number);
       const std::string title =
           std::string(member.part_name) + (member.numbered_part ? " " + std::to_string(number) : "");

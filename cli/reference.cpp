@@ -64,7 +64,7 @@ std::string classes_page() {
            (info.failures == Failures::Trapped ? "trapped and logged" : "raised") +
            ".\n\n| member | type | unit | |\n| --- | --- | --- | --- |\n";
     for (const Member& m : info.members)
-      out += row({"`" + signature(m) + "`", m.parts > 0 ? "`" + std::string(m.part_info().name) + "`" : type_text(m),
+      out += row({"`" + signature(m) + "`", m.is_part() ? "`" + std::string(m.part_info().name) + "`" : type_text(m),
                   std::string(m.unit), notes(m)});
     out += codes(info);
   }
@@ -86,7 +86,7 @@ std::vector<const Member*> stored_fields(const ClassInfo& info) {
 void add_part_rows(const ClassInfo& info, std::string& rows) {
   size_t offset = info.record_size;
   for (const Member& m : info.members) {
-    if (m.parts == 0) continue;
+    if (!m.is_part()) continue;
     const size_t size = record_length(m.part_info());
     rows += row({std::to_string(offset), std::to_string(m.parts) + " x " + std::to_string(size),
                  "`" + std::string(m.part_name) + (m.numbered_part ? "(1 to " + std::to_string(m.parts) + ")`" : "`"),

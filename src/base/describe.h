@@ -73,24 +73,34 @@ struct Method {
 template <auto P>
 inline constexpr Method<P> method{};
 
-/// A method that hands out a part which the object owns: the one of its kind, or one of `Count` by number.
-template <auto P, int Count>
+/// A method that hands out a part which the object owns: the one of its kind, or one by number, of a fixed `Number`
+/// or of as many as `Count` says and `Resize` makes.
+template <auto P, int Number, auto Count = nullptr, auto Resize = nullptr>
 struct PartForm {
+  static constexpr bool numbered = std::tuple_size_v<typename detail::Signature<decltype(P)>::List> == 1;
+  static constexpr bool fixed = std::is_null_pointer_v<decltype(Count)>;
+
   constexpr PartForm operator()(std::string_view number) const { return {number}; }
 
   template <typename C>
   Member make() const {
     using Part = typename is_pointer<typename detail::Signature<decltype(P)>::Result>::Target;
     Member m;
-    if constexpr (Count > 0) {
+    if constexpr (numbered) {
       m = Method<P, 1>{{number_name}}.template make<C>();
       m.part = [](Object& o, int number) -> Object& { return *(static_cast<C&>(o).*P)(static_cast<int16_t>(number)); };
     } else {
       m = Method<P>{}.template make<C>();
       m.part = [](Object& o, int) -> Object& { return *(static_cast<C&>(o).*P)(); };
     }
-    m.parts = Count > 0 ? Count : 1;
-    m.numbered_part = Count > 0;
+    if constexpr (fixed) {
+      m.parts = Number;
+      m.part_count = [](const Object&) { return Number; };
+    } else {
+      m.part_count = [](const Object& o) { return static_cast<int>((static_cast<const C&>(o).*Count)()); };
+      m.resize_parts = [](Object& o, int count) { (static_cast<C&>(o).*Resize)(count); };
+    }
+    m.numbered_part = numbered;
     m.part_name = m.name.substr(m.name.starts_with("Get") ? 3 : 0);
     m.part_info = []() -> const ClassInfo& {
       static const Part sample;
@@ -102,8 +112,11 @@ struct PartForm {
   std::string_view number_name;
 };
 
-template <auto P, int Count = 0>
-inline constexpr PartForm<P, Count> part{};
+template <auto P, int Number = 1>
+inline constexpr PartForm<P, Number> part{};
+/// Parts whose number changes; one that is not numbered is there or not.
+template <auto P, auto Count, auto Resize>
+inline constexpr PartForm<P, 0, Count, Resize> parts{};
 
 template <auto P>
 struct EventForm {

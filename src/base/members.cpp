@@ -69,14 +69,14 @@ const Member& ClassInfo::find(std::string_view member) const {
 size_t record_length(const ClassInfo& info) {
   size_t length = info.record_size;
   for (const Member& member : info.members) {
-    if (member.parts > 0) length += static_cast<size_t>(member.parts) * record_length(member.part_info());
+    if (member.is_part()) length += static_cast<size_t>(member.parts) * record_length(member.part_info());
   }
   return length;
 }
 
 const Member* find_part(const ClassInfo& info, std::string_view name) {
   for (const Member& member : info.members) {
-    if (member.parts > 0 && (same_word(member.part_name, name) || same_word(member.name, name))) return &member;
+    if (member.is_part() && (same_word(member.part_name, name) || same_word(member.name, name))) return &member;
   }
   return nullptr;
 }
@@ -89,7 +89,8 @@ void for_each_field(Object& object, const FieldAction& action, const std::string
   for (const Member& field : object.info().reserved) action(object, field, prefix);
   for (const Member& member : object.info().members) {
     if (member.stored()) action(object, member, prefix);
-    for (int number = 1; number <= member.parts; ++number) {
+    if (!member.is_part()) continue;
+    for (int number = 1; number <= member.part_count(object); ++number) {
       for_each_field(member.part(object, number), action, prefix + part_prefix(member, number));
     }
   }

@@ -61,10 +61,18 @@ struct Member {
   // Of a method that hands out a part which the object owns: the part's class, its name ("Wall" of GetWall), how many.
   const ClassInfo& (*part_info)() = nullptr;
   std::string_view part_name;
-  int parts = 0;               // 0 for other members
+  int parts = 0;               // 0 where the number changes, and for other members
   bool numbered_part = false;  // the method takes the part's number, from 1
   Object& (*part)(Object&, int number) = nullptr;
+  int (*part_count)(const Object&) = nullptr;    // set for parts alone
+  void (*resize_parts)(Object&, int) = nullptr;  // where the number changes
 
+  // Where they depend on the object: the codes of a property, and whether a reference counts.
+  std::span<const Label> (*labels_for)(const Object&) = nullptr;
+  bool (*refers_when)(const Object&) = nullptr;
+
+  std::span<const Label> labels_of(const Object& object) const { return labels_for ? labels_for(object) : labels; }
+  bool is_part() const { return part_count != nullptr; }
   bool stored() const { return offset >= 0; }
   bool indexed() const { return !bounds.empty(); }
   size_t elements() const;

@@ -164,6 +164,14 @@ struct Property {
   constexpr Property stored_in(std::string_view text) const {
     return with([&](Property& p) { p.stored_unit = text; });
   }
+  /// The codes of the enumeration, where they depend on the object.
+  constexpr Property codes(std::span<const Label> (*of)(const Object&)) const {
+    return with([&](Property& p) { p.codes_of = of; });
+  }
+  /// A reference that counts only where this holds.
+  constexpr Property when(bool (*holds)(const Object&)) const {
+    return with([&](Property& p) { p.counts = holds; });
+  }
   /// The kind of entity whose index the field holds.
   constexpr Property refers_to(std::string_view text) const {
     return with([&](Property& p) { p.target = text; });
@@ -186,11 +194,19 @@ struct Property {
     else
       make_accessors<C>(m);
     m.read_only = fixed || !m.let;
+    m.refers_when = counts;
+    if constexpr (std::is_default_constructible_v<C>) {
+      static const C sample{};
+      m.labels_for = codes_of;
+      if (codes_of) m.labels = codes_of(sample);
+    }
     return m;
   }
 
   std::string_view unit, get_label, own_name, stored_unit, target;
   bool fixed = false, reference = false, trim = false, hidden = false;
+  std::span<const Label> (*codes_of)(const Object&) = nullptr;
+  bool (*counts)(const Object&) = nullptr;
 
  private:
   template <typename F>

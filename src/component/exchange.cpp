@@ -50,9 +50,9 @@ void write_fields(std::string& out, Object& object, std::string_view separator) 
     if (member.stored()) {
       key(member.name);
       write_json(out, object, member);
-    } else if (member.parts > 0) {
+    } else if (const int count = member.is_part() ? member.part_count(object) : 0; count > 0) {
       key(member.part_name);
-      for (int number = 1; number <= member.parts; ++number) {
+      for (int number = 1; number <= count; ++number) {
         if (member.numbered_part) out += number == 1 ? "[\n   " : ",\n   ";
         write_part(out, member.part(object, number));
       }

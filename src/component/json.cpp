@@ -64,13 +64,13 @@ void check_shape(const Member& member, const Json& json, size_t dimension) {
 }
 
 /// The number behind {"code": 3, "text": ...}, behind a name or text of the enumeration, or plain.
-Json code_json(const Member& member, const Json& json) {
+Json code_json(std::span<const Label> labels, const Json& json) {
   if (json.is_object() && json.contains("code")) {
     const Json& code = json["code"];
     if (json.contains("text") && !json["text"].is_string())
       fail(ErrorNumber::TypeMismatch, "found " + std::string(json["text"].type_name()) + " as \"text\", wanted a text");
     const std::string text = json.value("text", "");
-    for (const Label& label : member.labels) {
+    for (const Label& label : labels) {
       if (!text.empty() && (text == label.text || text == label.name) && code != label.code) {
         fail(ErrorNumber::TypeMismatch,
              "found code " + code.dump() + " beside \"" + text + "\", which is code " + std::to_string(label.code));
@@ -82,7 +82,7 @@ Json code_json(const Member& member, const Json& json) {
   if (!json.is_string()) return json;
   const auto word = json.get<std::string>();
   std::vector<std::string_view> words;
-  for (const Label& label : member.labels) {
+  for (const Label& label : labels) {
     if (word == label.name || (word == label.text && !word.empty())) return label.code;
     words.push_back(label.name);
     if (!label.text.empty()) words.push_back(label.text);
@@ -92,7 +92,7 @@ Json code_json(const Member& member, const Json& json) {
 
 void set_element(Object& object, const Member& member, const Json& json, Subscripts at) {
   if (member.width > 0 && json.is_null()) return member.let(object, at, std::string(member.width, '\0'));
-  const Value value = from_json(member.labels.empty() ? json : code_json(member, json), member.type);
+  const Value value = from_json(member.labels.empty() ? json : code_json(member.labels_of(object), json), member.type);
   if (const auto* text = std::get_if<std::string>(&value); text && member.width > 0 && text->size() > member.width) {
     if (const size_t length = page_from_utf8(*text).size(); length > member.width) {
       fail(ErrorNumber::TypeMismatch, "\"" + *text + "\" has " + std::to_string(length) + " characters, allowed are " +
@@ -162,9 +162,9 @@ Json element_json(Object& object, const Member& member, Subscripts at) {
   Json json = to_json(value);
   if (member.labels.empty()) return json;
   const auto code = std::get<int16_t>(value);
-  const auto label =
-      std::find_if(member.labels.begin(), member.labels.end(), [code](const Label& l) { return l.code == code; });
-  const bool known = label != member.labels.end();
+  const auto labels = member.labels_of(object);
+  const auto label = std::find_if(labels.begin(), labels.end(), [code](const Label& l) { return l.code == code; });
+  const bool known = label != labels.end();
   return {{"code", std::move(json)}, {"text", !known ? "" : label->text.empty() ? label->name : label->text}};
 }
 
@@ -241,11 +241,13 @@ void add_stored_fields(Object& object, Json& json) {
     fields.emplace_back(std::string(field.name), to_json(object, field));
   for (const Member& member : object.info().members) {
     if (member.stored()) fields.emplace_back(std::string(member.name), to_json(object, member));
+    if (!member.is_part()) continue;
     Json parts = Json::array();
-    for (int number = 1; number <= member.parts; ++number) {
+    for (int number = 1; number <= member.part_count(object); ++number) {
       add_stored_fields(member.part(object, number), parts.emplace_back(Json::object()));
     }
-    if (member.parts > 0) fields.emplace_back(std::string(member.part_name), member.numbered_part ? parts : parts[0]);
+    if (member.numbered_part || !parts.empty())
+      fields.emplace_back(std::string(member.part_name), member.numbered_part ? parts : parts[0]);
   }
 }
 
@@ -255,7 +257,7 @@ namespace {
 template <typename F>
 void naming(Object& object, const Member& property, Subscripts at, F set) {
   try {
-    if (property.kind != MemberKind::Property || property.read_only)
+    if (property.kind != MemberKind::Property || (property.read_only && !property.stored()))
       fail(ErrorNumber::NoSuchMember, "it cannot be set");
     set();
   } catch (const Error& error) {
@@ -296,34 +298,35 @@ const Member* json_member(const ClassInfo& info, std::string_view key) {
 
 bool is_complete(const ClassInfo& info, const Json& json) {
   const auto has = [&](const Member& member) {
-    const auto found = json.find(member.parts > 0 ? member.part_name : member.name);
-    if (found == json.end()) return false;
-    if (member.parts == 0) return true;
+    const auto found = json.find(member.is_part() ? member.part_name : member.name);
+    if (found == json.end()) return member.resize_parts != nullptr;  // may be absent
+    if (!member.is_part()) return true;
     const ClassInfo& part = member.part_info();
     if (!member.numbered_part) return is_complete(part, *found);
     return std::all_of(found->begin(), found->end(), [&](const Json& each) { return is_complete(part, each); });
   };
   return std::all_of(info.reserved.begin(), info.reserved.end(), has) &&
          std::all_of(info.members.begin(), info.members.end(),
-                     [&](const Member& member) { return (!member.stored() && member.parts == 0) || has(member); });
+                     [&](const Member& member) { return (!member.stored() && !member.is_part()) || has(member); });
 }
 
 namespace {
 
 void follow_references(Object& object, const Member& field,
                        const std::function<int16_t(std::string_view, int16_t)>& follow) {
-  if (field.refers_to.empty()) return;
+  if (field.refers_to.empty() || (field.refers_when && !field.refers_when(object))) return;
   for_each_element(field, [&](Subscripts at) {
     Value value;
     field.get(object, at, value);
-    if (const auto index = std::get<int16_t>(value); index != 0) field.let(object, at, follow(field.refers_to, index));
+    if (const auto index = static_cast<int16_t>(integer_from(value, 0, INT16_MAX)); index != 0)
+      field.let(object, at, follow(field.refers_to, index));
   });
 }
 
 [[noreturn]] void unknown_field(const ClassInfo& info, const std::string& name) {
   std::vector<std::string_view> known;
   for (const Member& member : info.members) {
-    if (member.stored() || member.parts > 0) known.push_back(member.parts > 0 ? member.part_name : member.name);
+    if (member.stored() || member.is_part()) known.push_back(member.is_part() ? member.part_name : member.name);
   }
   fail(ErrorNumber::NoSuchMember, std::string(info.name) + " has no field " + name + "; " + did_you_mean(name, known));
 }
@@ -346,14 +349,16 @@ void set_fields_from_json(Object& object, const Json& json, const FieldSetting& 
     here(place);
     const Member* member = json_member(object.info(), name);
     if (!member) unknown_field(object.info(), name);
-    if (member->parts == 0) {
+    if (!member->is_part()) {
       set_from_json(object, *member, value);
       if (how.follow) follow_references(object, *member, how.follow);
     } else if (!member->numbered_part) {
+      if (member->resize_parts) member->resize_parts(object, 1);
       set_part(member->part(object, 1), value, place);
     } else {
-      check_list(value, static_cast<size_t>(member->parts));
-      for (int number = 1; number <= member->parts; ++number) {
+      if (member->resize_parts && value.is_array()) member->resize_parts(object, static_cast<int>(value.size()));
+      check_list(value, static_cast<size_t>(member->part_count(object)));
+      for (int number = 1; number <= member->part_count(object); ++number) {
         const auto element = static_cast<size_t>(number - 1);
         set_part(member->part(object, number), value[element], place + "/" + std::to_string(element));
       }

@@ -2,11 +2,10 @@
 #pragma once
 
 #include "base/collection.h"
+#include "base/months.h"
 #include "storage/entity.h"
 
 namespace tarn {
-
-enum class Months : int16_t { January = 1, December = 12 };
 
 enum class SCH_Days : int16_t { Design_Day, Monday, Tuesday, Wednesday, Thursday, Friday, Saturday, Sunday, Holiday };
 inline constexpr Label kScheduleDays[]{{0, "Design_Day", "Design day"},

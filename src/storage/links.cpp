@@ -4,6 +4,7 @@
 #include <set>
 
 #include "base/log.h"
+#include "base/value.h"
 #include "platform/database.h"
 
 namespace tarn {
@@ -35,16 +36,20 @@ std::set<int16_t> rows_of(Database& database, std::string_view owner, std::strin
 
 void for_each_reference(Object& object, const ReferenceAction& action) {
   for_each_field(object, [&](Object& owner, const Member& field, const std::string& prefix) {
-    if (field.refers_to.empty()) return;
+    if (field.refers_to.empty() || (field.refers_when && !field.refers_when(owner))) return;
     for_each_element(field, [&](Subscripts at) {
       Value value;
       field.get(owner, at, value);
-      const auto index = std::get<int16_t>(value);
+      const auto index = static_cast<int16_t>(integer_from(value, INT32_MIN, INT32_MAX));
       if (index == 0) return;
       const int16_t wanted = action(field.refers_to, index, prefix + element_name(field, at));
       if (wanted != index) field.let(owner, at, wanted);
     });
   });
+}
+
+std::string index_table_of(std::string_view kind) {
+  return (kind == "System" ? "AirSystem" : std::string(kind)) + "Index";
 }
 
 std::vector<Use> uses_of(Object& object) {
@@ -58,8 +63,7 @@ std::vector<Use> uses_of(Object& object) {
 
 bool is_there(Database& database, const Use& use) {
   return !database
-              .OpenRecordset("SELECT nIndex FROM " + std::string(use.kind) + "Index WHERE nIndex = ?",
-                             {cell(use.index)})
+              .OpenRecordset("SELECT nIndex FROM " + index_table_of(use.kind) + " WHERE nIndex = ?", {cell(use.index)})
               .AtEof();
 }
 

@@ -19,6 +19,9 @@ class Database;
 using ReferenceAction = std::function<int16_t(std::string_view kind, int16_t index, const std::string& place)>;
 void for_each_reference(Object& object, const ReferenceAction& action);
 
+/// The index table of a kind by the word that link tables have for it.
+std::string index_table_of(std::string_view kind);
+
 /// A reference with its place.
 struct Use {
   std::string place;
