@@ -73,7 +73,10 @@ struct Member {
 
   std::span<const Label> labels_of(const Object& object) const { return labels_for ? labels_for(object) : labels; }
   bool is_part() const { return part_count != nullptr; }
+  bool in_row = false;  // kept in the index row alone
   bool stored() const { return offset >= 0; }
+  /// Part of what an entity is, in an exchange.
+  bool exchanged() const { return stored() || in_row; }
   bool indexed() const { return !bounds.empty(); }
   size_t elements() const;
 };

@@ -145,6 +145,10 @@ struct Property {
   constexpr Property reserved() const {
     return with([](Property& p) { p.hidden = true; });
   }
+  /// Kept in the entity's index row, not in its record.
+  constexpr Property kept_in_row() const {
+    return with([](Property& p) { p.row = true; });
+  }
   constexpr Property by_reference() const {
     return with([](Property& p) { p.reference = true; });
   }
@@ -195,6 +199,7 @@ struct Property {
       make_accessors<C>(m);
     m.read_only = fixed || !m.let;
     m.refers_when = counts;
+    m.in_row = row;
     if constexpr (std::is_default_constructible_v<C>) {
       static const C sample{};
       m.labels_for = codes_of;
@@ -204,7 +209,7 @@ struct Property {
   }
 
   std::string_view unit, get_label, own_name, stored_unit, target;
-  bool fixed = false, reference = false, trim = false, hidden = false;
+  bool fixed = false, reference = false, trim = false, hidden = false, row = false;
   std::span<const Label> (*codes_of)(const Object&) = nullptr;
   bool (*counts)(const Object&) = nullptr;
 

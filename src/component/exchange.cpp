@@ -47,7 +47,7 @@ void write_fields(std::string& out, Object& object, std::string_view separator) 
     out += "\": ";
   };
   for (const Member& member : object.info().members) {
-    if (member.stored()) {
+    if (member.exchanged()) {
       key(member.name);
       write_json(out, object, member);
     } else if (const int count = member.is_part() ? member.part_count(object) : 0; count > 0) {
@@ -105,7 +105,7 @@ std::string export_project(COM_ProjectData& project, const std::set<std::string>
   for (const EntityKind& kind : entity_kinds()) {
     if (!groups.empty() && !groups.contains(std::string(kind.group))) continue;
     const auto entity = make_entity(project, kind);
-    const bool has_default = on_disk(entity->FileName);
+    const bool has_default = on_disk(entity->default_file());
     section(kind.section);
     out += "[";
     if (has_default) {

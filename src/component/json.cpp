@@ -240,7 +240,7 @@ void add_stored_fields(Object& object, Json& json) {
   for (const Member& field : object.info().reserved)
     fields.emplace_back(std::string(field.name), to_json(object, field));
   for (const Member& member : object.info().members) {
-    if (member.stored()) fields.emplace_back(std::string(member.name), to_json(object, member));
+    if (member.exchanged()) fields.emplace_back(std::string(member.name), to_json(object, member));
     if (!member.is_part()) continue;
     Json parts = Json::array();
     for (int number = 1; number <= member.part_count(object); ++number) {
@@ -288,7 +288,7 @@ void set_from_json(Object& object, const Member& property, Subscripts at, const 
 }
 
 const Member* json_member(const ClassInfo& info, std::string_view key) {
-  if (const int number = info.number(key); number >= 0 && info.members[static_cast<size_t>(number)].stored())
+  if (const int number = info.number(key); number >= 0 && info.members[static_cast<size_t>(number)].exchanged())
     return &info.members[static_cast<size_t>(number)];
   for (const Member& field : info.reserved) {
     if (same_word(field.name, key)) return &field;
@@ -307,7 +307,7 @@ bool is_complete(const ClassInfo& info, const Json& json) {
   };
   return std::all_of(info.reserved.begin(), info.reserved.end(), has) &&
          std::all_of(info.members.begin(), info.members.end(),
-                     [&](const Member& member) { return (!member.stored() && !member.is_part()) || has(member); });
+                     [&](const Member& member) { return (!member.exchanged() && !member.is_part()) || has(member); });
 }
 
 namespace {
@@ -326,7 +326,7 @@ void follow_references(Object& object, const Member& field,
 [[noreturn]] void unknown_field(const ClassInfo& info, const std::string& name) {
   std::vector<std::string_view> known;
   for (const Member& member : info.members) {
-    if (member.stored() || member.is_part()) known.push_back(member.is_part() ? member.part_name : member.name);
+    if (member.exchanged() || member.is_part()) known.push_back(member.is_part() ? member.part_name : member.name);
   }
   fail(ErrorNumber::NoSuchMember, std::string(info.name) + " has no field " + name + "; " + did_you_mean(name, known));
 }

@@ -33,7 +33,9 @@ Ptr<StoredEntity> make_entity(COM_ProjectData& project, const EntityKind& kind) 
   Value made;
   std::vector<Value> none;
   project.info().find(kind.factory).call(project, none, made);
-  return std::dynamic_pointer_cast<StoredEntity>(std::get<ObjectPtr>(made));
+  auto entity = std::dynamic_pointer_cast<StoredEntity>(std::get<ObjectPtr>(made));
+  entity->select_all();
+  return entity;
 }
 
 }  // namespace tarn

@@ -89,20 +89,6 @@ void StoredEntity::mark_dependants() {
   if (!override_default) kind().reach.mark(database(), Index);
 }
 
-/// Runs an operation that fills or names the object; a failure leaves index and record as they were.
-template <typename F>
-void StoredEntity::or_as_before(F operation) {
-  const int16_t index_before = Index;
-  const std::vector<std::byte> record_before = record();
-  try {
-    operation();
-  } catch (...) {
-    Index = index_before;
-    set_record(record_before);
-    throw;
-  }
-}
-
 void StoredEntity::Load(int16_t nRecNum) {
   or_as_before([&] {
     Transaction transaction;
@@ -113,18 +99,14 @@ void StoredEntity::Load(int16_t nRecNum) {
     else
       Index = static_cast<int16_t>(rows.Fields("nIndex").integer());
     read_record(Index);  // holds all that the row summarises, and wins over it
-    if (const auto owner = kind().link_owner; !rows.NoMatch() && !owner.empty()) {
-      clear_lost_references(*this, title(), [&](const Use& use) { return !has_link(database(), owner, Index, use); });
-      remember_links();
-    }
+    if (!rows.NoMatch() && !kind().link_owner.empty()) clear_unlinked();
     transaction.commit();
     if (m_bCloning) Reset();
   });
 }
 
 void StoredEntity::make_name_valid() {
-  const std::string name = stored_name();
-  if (!name.empty()) return;
+  if (!kind().gives_names || !stored_name().empty()) return;
   // The number's sign has its blank: "Window  3", which names are compared by, to the character.
   store_name(std::string(kind().default_word) + (kind().numbered_names ? "  " + std::to_string(Index) : ""));
 }
@@ -139,6 +121,8 @@ void StoredEntity::Save() {
       Index = GetFreeIndex();
       rows.AddNew();
     } else {
+      if (rows.NoMatch() && !kind().lost_row_message.empty())
+        fail(ErrorNumber::NoCurrentRecord, std::string(kind().lost_row_message));
       rows.Edit();
     }
     clear_lost_links();
@@ -164,6 +148,12 @@ std::string StoredEntity::title() const { return std::string(kind().default_word
 void StoredEntity::remember_links() {
   linked_ = {uses_of(*this), Index, database().deletions(), database().foreign_version()};
   std::erase_if(linked_.uses, [&](const Use& use) { return !is_there(database(), use); });
+}
+
+void StoredEntity::clear_unlinked() {
+  clear_lost_references(*this, title(),
+                        [&](const Use& use) { return !has_link(database(), kind().link_owner, Index, use); });
+  remember_links();
 }
 
 /// What was linked and deleted since goes, also where another entity has its index by now. What another program did in
@@ -232,6 +222,7 @@ void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
     for (const LinkColumn& link : kind().links) {
       database().Execute("DELETE FROM " + std::string(link.table) + " WHERE " + std::string(link.column) + " = ?", id);
     }
+    remove_files(Index);
     database().note_deletion(kind().default_word, Index);
     transaction.commit();
   });

@@ -28,7 +28,7 @@ class StoredEntity : public Object {
 
   /// Reads the summary row and the record. A missing row is logged, and the record at the object's own index read.
   /// References whose link row is gone, as what they refer to was deleted elsewhere, are cleared and logged.
-  void Load(int16_t nRecNum);
+  virtual void Load(int16_t nRecNum);
   /// Writes row and record and marks what rests on the entity; a new entity gets the lowest free index and, without a
   /// name, its default name. A failure leaves rows, file and index as they were.
   void Save();
@@ -36,8 +36,8 @@ class StoredEntity : public Object {
   /// has the index.
   void SaveAs(int16_t index, Naming naming);
   /// Writes the object as the kind's default record.
-  void SaveDefault();
-  void CreateDefault();
+  virtual void SaveDefault();
+  virtual void CreateDefault();
   /// Removes the summary row and every link row that names the entity, after marking; the record's bytes stay.
   void Delete(std::optional<int16_t> nRecNum = {});
   /// The lowest positive index not in use. Error `Overflow` past 32767.
@@ -47,6 +47,10 @@ class StoredEntity : public Object {
   void Reset(std::optional<bool> bResetAll = {});
 
   virtual const Kind& kind() const = 0;
+  /// The file that holds the kind's default record.
+  virtual std::string default_file() const { return FileName; }
+  /// Everything that the entity keeps is loaded and saved from now on, for a kind that can do with less.
+  virtual void select_all() {}
 
  protected:
   /// Bytes of the object that the record has next; the record is all of them in a row.
@@ -63,24 +67,29 @@ class StoredEntity : public Object {
   void fill_clone(StoredEntity& clone, std::optional<int16_t> index);
   void copy_record(const StoredEntity& from);
   size_t record_size() const;
+  /// Where the record lies: in the kind's record file, unless a kind has files of its own.
+  virtual std::vector<std::byte> record() const;
+  virtual void set_record(std::span<const std::byte> bytes);
+  virtual void write_record(int16_t index);
+  /// Removes what a deleted entity keeps outside record file and tables.
+  virtual void remove_files(int16_t /*index*/) {}
+  Database& database() const;
+  /// The references as they are now are those of the database.
+  void remember_links();
+  /// References whose link row is gone.
+  void clear_unlinked();
+  template <typename F>
+  void or_as_before(F operation);
 
  private:
-  std::vector<std::byte> record() const;
-  void set_record(std::span<const std::byte> bytes);
-  Database& database() const;
   const std::string& file_name() const;
   Recordset index_rows() const;
   void read_record(int16_t index);
-  void write_record(int16_t index);
   void mark_dependants();
   void store(Recordset& rows, Naming naming, void (StoredEntity::*prepare)());
   std::string title() const;
   void make_name_valid();
-  template <typename F>
-  void or_as_before(F operation);
 
-  /// The references as they are now are those of the database.
-  void remember_links();
   void clear_lost_links();
   /// A rollback of what is being done takes the object's index and memory of its links back as well.
   void follow_rollback();
@@ -98,6 +107,20 @@ class StoredEntity : public Object {
   Linked linked_;
   std::shared_ptr<StoredEntity*> self_ = std::make_shared<StoredEntity*>(this);  // ends with the object
 };
+
+/// Runs an operation that fills or names the object; a failure leaves index and record as they were.
+template <typename F>
+void StoredEntity::or_as_before(F operation) {
+  const int16_t index_before = Index;
+  const std::vector<std::byte> record_before = record();
+  try {
+    operation();
+  } catch (...) {
+    Index = index_before;
+    set_record(record_before);
+    throw;
+  }
+}
 
 /// Copies of an entity's own type.
 template <typename C>

@@ -41,8 +41,10 @@ struct Kind {
   std::vector<SummaryColumn> columns;    // besides nIndex and szName
   std::vector<LinkColumn> links;         // cleaned by `Delete`
   Reach reach;
-  bool numbered_names = true;        // a default name has the index behind its word
-  bool saved_anew = false;           // `Save` of an entity whose row is gone adds a new one
+  bool gives_names = true;                 // a nameless entity gets a default name
+  bool numbered_names = true;              // a default name has the index behind its word
+  std::string_view lost_row_message = {};  // of `Save` of an entity whose row is gone
+  bool saved_anew = false;                 // `Save` of an entity whose row is gone adds a new one
   std::string_view link_owner = {};  // "Space": `Save` keeps Space_Wall_Links and the like in line with the references
 };
 
