@@ -24,6 +24,7 @@ struct Call {
   std::string project;  // of -p
   bool json = false;
   std::string output;  // of --output
+  std::string type;    // of --type
   std::string group, verb;
   std::vector<std::string> words;  // behind the verb
 };

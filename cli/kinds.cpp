@@ -139,6 +139,16 @@ Object& part_of(Object& object, std::string_view step, const std::string& word) 
   return part->part(object, part->numbered_part ? at[0] : 1);
 }
 
+/// The first part, where it has a property that the entity has not: an air system's name is its header's.
+Object& header_of(Object& entity, const std::string& property) {
+  for (const Member& member : entity.info().members) {
+    if (!member.is_part() || member.numbered_part) continue;
+    Object& header = member.part(entity, 1);
+    return header.info().number(property) < 0 ? entity : header;
+  }
+  return entity;
+}
+
 /// "GlassTrans(2)=0.78", "Height=4", "Layer(2).Thickness=8".
 Assignment parsed(StoredEntity& entity, const std::string& word) {
   const size_t equals = word.find('=');
@@ -152,6 +162,7 @@ Assignment parsed(StoredEntity& entity, const std::string& word) {
   }
   const size_t open = std::min(path.find_first_of("(["), path.size());
   const std::string name(path.substr(0, open));
+  if (out.object->info().number(name) < 0 && out.place.empty()) out.object = &header_of(entity, name);
   const ClassInfo& info = out.object->info();
   std::vector<std::string_view> names;
   for (const Member& member : info.members) {
@@ -246,8 +257,13 @@ int run_kind(const Call& call) {
   const auto entity = make_entity(project, kind);
   if (call.verb == "list") return list(call, *database, *entity);
   if (call.verb == "new") {
-    entity->CreateDefault();
-    entity->Reset(true);
+    if (!call.type.empty() && !kind.start) throw UsageError("A " + std::string(kind.one) + " has no types.");
+    if (kind.start) {
+      kind.start(*entity, call.type);
+    } else {
+      entity->CreateDefault();
+      entity->Reset(true);
+    }
     edit(*entity, kind, call.words);
     return saved(call, *entity, kind, "made");
   }

@@ -50,6 +50,7 @@ void check_extras(const Call& call) {
     return call.verb == "show" || call.verb == "delete" ? 1 : SIZE_MAX;
   }();
   if (call.words.size() > most) throw UsageError("\"" + call.words[most] + "\" is one word too many.");
+  if (!call.type.empty() && call.verb != "new") throw UsageError("--type goes with new.");
   if (!call.output.empty() && call.verb != "export") throw UsageError("--output goes with project export.");
 }
 
@@ -81,6 +82,7 @@ int main(int argc, char** argv) {
   std::vector<std::string> words;
   app.add_option("-p,--project", call.project, "the project: FOLDER or FOLDER/PREFIX (default: the current folder)");
   app.add_option("-o,--output", call.output, "the file to write, instead of standard output");
+  app.add_option("--type", call.type, "the type of a new air system: VAV, SZCAV, ...");
   app.add_flag("--json", call.json, "print JSON");
   app.add_option("words", words, "GROUP VERB ...");
   const auto all = all_groups();

@@ -1,9 +1,11 @@
 #include "cli/pictures.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 #include <map>
 
+#include "base/value.h"
 #include "component/json.h"
 #include "envelope/construction.h"
 #include "spaces/schedule.h"
@@ -36,10 +38,31 @@ std::string element_text(Database& database, Object& owner, const Member& field,
   return text;
 }
 
-void add_field(Rows& rows, Database& database, Object& owner, const Member& field) {
+/// Short arrays in a line, long ones by their range.
+std::string array_text(Database& database, Object& owner, const Member& field) {
+  std::vector<std::string> texts;
+  double least = HUGE_VAL, most = -HUGE_VAL;
   for_each_element(field, [&](Subscripts at) {
-    rows.push_back({element_name(field, at), element_text(database, owner, field, at), std::string(field.unit)});
+    texts.push_back(element_text(database, owner, field, at));
+    Value value;
+    field.get(owner, at, value);
+    if (type_of(value) == ValueType::Text) return;
+    least = std::min(least, real_from(value));
+    most = std::max(most, real_from(value));
   });
+  const std::string count = std::to_string(texts.size());
+  if (std::count(texts.begin(), texts.end(), texts.front()) == static_cast<ptrdiff_t>(texts.size()))
+    return "all " + count + ": " + texts.front();
+  if (texts.size() > 24) return count + " values from " + shown(Json(least)) + " to " + shown(Json(most));
+  std::string line;
+  for (const std::string& text : texts) line += (line.empty() ? "" : ", ") + text;
+  return line;
+}
+
+void add_field(Rows& rows, Database& database, Object& owner, const Member& field) {
+  const std::string text =
+      field.indexed() ? array_text(database, owner, field) : element_text(database, owner, field, {});
+  rows.push_back({std::string(field.name), text, std::string(field.unit)});
 }
 
 /// Whether nothing is set in a part: a slot that is not in use.

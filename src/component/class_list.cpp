@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "airsystems/defaults.h"
+#include "airsystems/fan_power.h"
 #include "base/collection.h"
 #include "base/error.h"
 #include "base/nearest.h"
@@ -26,41 +28,52 @@ constexpr ClassEntry entry() {
           }};
 }
 
-constexpr ClassEntry kClasses[]{
-    entry<COM_ProjectData>(),
-    entry<PRF_ProjectPrefs>(),
-    entry<RPT_ReportOptions>(),
-    entry<WIN_Window>(),
-    entry<DOR_Door>(),
-    entry<SHD_Shade>(),
-    entry<CA_ConstructionAssly>(),
-    entry<CA_Layer>(),
-    entry<SCH_Schedule>(),
-    entry<SPC_Space>(),
-    entry<SPC_General>(),
-    entry<SPC_WallWindow>(),
-    entry<SPC_Roof>(),
-    entry<SPC_Partition>(),
-    entry<SPC_Floor>(),
-    entry<SPC_Infiltration>(),
-    entry<SPC_People>(),
-    entry<SPC_Lighting>(),
-    entry<SPC_OtherLoads>(),
-    entry<Collection>(),
-};
+template <typename... C>
+void add(std::vector<ClassEntry>& all) {
+  (all.push_back(entry<C>()), ...);
+}
+
+template <size_t... Type>
+void add_system_defaults(std::vector<ClassEntry>& all, std::index_sequence<Type...>) {
+  (all.push_back({[]() -> ObjectPtr { return std::make_shared<AS_SystemDefaults>(kSystemDefaults[Type]); },
+                  []() -> const ClassInfo& {
+                    static const AS_SystemDefaults sample(kSystemDefaults[Type]);
+                    return sample.info();
+                  }}),
+   ...);
+}
+
+const std::vector<ClassEntry>& classes() {
+  static const std::vector<ClassEntry> all = [] {
+    std::vector<ClassEntry> list;
+    add<COM_ProjectData, PRF_ProjectPrefs, RPT_ReportOptions>(list);
+    add<WIN_Window, DOR_Door, SHD_Shade, CA_ConstructionAssly, CA_Layer>(list);
+    add<SCH_Schedule, SPC_Space, SPC_General, SPC_WallWindow, SPC_Roof, SPC_Partition, SPC_Floor, SPC_Infiltration,
+        SPC_People, SPC_Lighting, SPC_OtherLoads>(list);
+    add<AS_AirSystem, AS_General, AS_CoolData, AS_HeatData, AS_OutdoorVent, AS_SupplyDuct, AS_RetPlenum, AS_FanData,
+        AS_EconomizerData, AS_CoilData, AS_HumidityData, AS_DehumidData, AS_VentReclaim, AS_SafetyFactor,
+        AS_ZoneSchedule, AS_WCSystemData, AS_SplitSystemData, AS_ChangeoverControl, AS_ZoneData, AS_AirSizing,
+        AS_ZoneSizingData, AS_CoilSize, AS_ZoneTemperature, AS_UnmetLoads, AS_LEEDUnmetLoads, AS_HourlySimData,
+        AS_HourlyResults, AS_FanPowerAdjustments, AS_FanPowerAdjustment>(list);
+    add_system_defaults(list, std::make_index_sequence<kSystemDefaults.size()>());
+    add<Collection>(list);
+    return list;
+  }();
+  return all;
+}
 
 const ClassEntry& find(std::string_view name) {
-  std::vector<std::string_view> names;
-  for (const ClassEntry& entry : kClasses) {
-    names.push_back(entry.info().name);
-    if (same_word(names.back(), name)) return entry;
+  for (const ClassEntry& entry : classes()) {
+    if (same_word(entry.info().name, name)) return entry;
   }
+  std::vector<std::string_view> names;
+  for (const ClassEntry& entry : classes()) names.push_back(entry.info().name);
   fail(ErrorNumber::CannotCreateObject, "There is no class " + std::string(name) + "; " + did_you_mean(name, names));
 }
 
 }  // namespace
 
-std::span<const ClassEntry> class_list() { return kClasses; }
+std::span<const ClassEntry> class_list() { return classes(); }
 
 ObjectPtr create(std::string_view class_name) { return find(class_name).create(); }
 

@@ -14,6 +14,7 @@ void write_default_records(COM_ProjectData& project) {
   const auto table = nlohmann::ordered_json::parse(default_records);
   Transaction transaction;
   for (const EntityKind& kind : entity_kinds()) {
+    if (!table.contains(kind.section)) continue;  // its defaults are not a record
     const auto entity = make_entity(project, kind);
     set_fields_from_json(*entity, table.at(std::string(kind.section)).at("values"));
     for (const Member& member : entity->info().members) {

@@ -1,5 +1,7 @@
 #include "component/kinds.h"
 
+#include "airsystems/defaults.h"
+#include "base/nearest.h"
 #include "envelope/construction.h"
 #include "envelope/window.h"
 
@@ -11,18 +13,37 @@ void computed(StoredEntity& entity) {
   (dynamic_cast<C&>(entity).*Compute)();
 }
 
+/// "VAV" of AS_Dflt_08_VAV.
+std::string_view short_name(const SystemDefaults& defaults) {
+  return defaults.class_name.substr(std::string_view("AS_Dflt_00_").size());
+}
+
+/// By number or short name; single-zone constant volume is the usual.
+void start_system(StoredEntity& entity, std::string_view type) {
+  auto& system = dynamic_cast<AS_AirSystem&>(entity);
+  if (type.empty()) return system.SetToDefaults();
+  std::vector<std::string_view> names;
+  for (const SystemDefaults& each : kSystemDefaults) {
+    names.push_back(short_name(each));
+    if (same_word(names.back(), type) || std::to_string(each.type) == type)
+      return system.SetToDefaultsByType(each.type);
+  }
+  fail(ErrorNumber::InvalidCall, "There is no system type " + std::string(type) + "; " + did_you_mean(type, names));
+}
+
 void derived(Object& part) { dynamic_cast<CA_Layer&>(part).derive(); }
 
 constexpr auto kPerformance = computed<WIN_Window, &WIN_Window::CalculatePerformance>;
 constexpr auto kLayerSums = computed<CA_ConstructionAssly, &CA_ConstructionAssly::sum_layers>;
 constexpr EntityKind kKinds[]{
-    {"windows", "window", "WIN_Window", "WIN_Window", "NewWindow", nullptr, kPerformance},
-    {"doors", "door", "DOR_Door", "DOR_Door", "NewDoor", nullptr, nullptr},
-    {"shades", "shade", "SHD_Shade", "SHD_Shade", "NewShade", nullptr, nullptr},
-    {"walls", "wall", "CA_ConstructionAssly", "CA_ConstructionAssly.Wall", "NewWall", derived, kLayerSums},
-    {"roofs", "roof", "CA_ConstructionAssly", "CA_ConstructionAssly.Roof", "NewRoof", derived, kLayerSums},
-    {"schedules", "schedule", "SCH_Schedule", "SCH_Schedule", "NewSchedule", nullptr, nullptr},
-    {"spaces", "space", "SPC_Space", "SPC_Space", "NewSpace", nullptr, nullptr},
+    {"windows", "window", "WIN_Window", "WIN_Window", "NewWindow", nullptr, nullptr, kPerformance},
+    {"doors", "door", "DOR_Door", "DOR_Door", "NewDoor", nullptr, nullptr, nullptr},
+    {"shades", "shade", "SHD_Shade", "SHD_Shade", "NewShade", nullptr, nullptr, nullptr},
+    {"walls", "wall", "CA_ConstructionAssly", "CA_ConstructionAssly.Wall", "NewWall", nullptr, derived, kLayerSums},
+    {"roofs", "roof", "CA_ConstructionAssly", "CA_ConstructionAssly.Roof", "NewRoof", nullptr, derived, kLayerSums},
+    {"schedules", "schedule", "SCH_Schedule", "SCH_Schedule", "NewSchedule", nullptr, nullptr, nullptr},
+    {"spaces", "space", "SPC_Space", "SPC_Space", "NewSpace", nullptr, nullptr, nullptr},
+    {"air-systems", "air system", "AS_AirSystem", "AS_AirSystem", "NewAirSystem", start_system, nullptr, nullptr},
 };
 
 }  // namespace

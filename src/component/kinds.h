@@ -13,8 +13,9 @@ namespace tarn {
 struct EntityKind {
   std::string_view group, one;  // as a person names them: "windows", "window"
   std::string_view class_name;
-  std::string_view section;        // of an exchange text: the class, and the kind where two share it
-  std::string_view factory;        // of COM_ProjectData
+  std::string_view section;  // of an exchange text: the class, and the kind where two share it
+  std::string_view factory;  // of COM_ProjectData
+  void (*start)(StoredEntity&, std::string_view type);  // a new one of a type, empty for the usual; null: no types
   void (*derive)(Object&);         // what follows inside a part, after an edit of it; null where nothing does
   void (*compute)(StoredEntity&);  // what follows from the inputs, after an edit; null where nothing does
 };

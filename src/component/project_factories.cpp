@@ -1,6 +1,7 @@
 // The project's factories as a table: the method, the class it makes, what it sets on the new object in order, and
 // whether the object gets the handle of the project's index database.
 
+#include "airsystems/air_system.h"
 #include "base/by_name.h"
 #include "base/describe.h"
 #include "component/class_list.h"
@@ -129,6 +130,7 @@ Ptr<C> COM_ProjectData::made_by(std::string_view method) {
   return std::static_pointer_cast<C>(make(factory(method)));
 }
 
+Ptr<AS_AirSystem> COM_ProjectData::NewAirSystem() { return made_by<AS_AirSystem>("NewAirSystem"); }
 Ptr<DOR_Door> COM_ProjectData::NewDoor() { return made_by<DOR_Door>("NewDoor"); }
 Ptr<PRF_ProjectPrefs> COM_ProjectData::NewProjectPrefs() { return made_by<PRF_ProjectPrefs>("NewProjectPrefs"); }
 Ptr<RPT_ReportOptions> COM_ProjectData::NewReportOptions() { return made_by<RPT_ReportOptions>("NewReportOptions"); }

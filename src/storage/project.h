@@ -9,6 +9,7 @@
 
 namespace tarn {
 
+class AS_AirSystem;
 class CA_ConstructionAssly;
 class DOR_Door;
 class PRF_ProjectPrefs;
@@ -50,6 +51,7 @@ class COM_ProjectData final : public Object {
   void SetWorkPath(const std::string& path);
   std::string FilePrefix;  // as given
 
+  Ptr<AS_AirSystem> NewAirSystem();
   Ptr<DOR_Door> NewDoor();
   Ptr<PRF_ProjectPrefs> NewProjectPrefs();
   Ptr<RPT_ReportOptions> NewReportOptions();

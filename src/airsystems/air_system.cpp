@@ -1,0 +1,348 @@
+#include "airsystems/air_system.h"
+
+#include <algorithm>
+
+#include "airsystems/defaults.h"
+#include "platform/workspace.h"
+
+namespace tarn {
+namespace {
+
+using Source = AS_HeatCoolSourceTypes;
+
+bool is(const Code<Source>& code, Source source) { return static_cast<Source>(code) == source; }
+
+}  // namespace
+
+AS_AirSystem::AS_AirSystem() {
+  general_.system = this;
+  dehumidification_.system = this;
+  precool_coil_.cools = true;
+  SetMask(CCM_HEADERMASK);
+  Reset();
+}
+
+const Kind& AS_AirSystem::kind() const {
+  using C = AS_AirSystem;
+  using H = SystemHeaderRecord;
+  static const Kind kind{
+      .class_name = "AS_AirSystem",
+      .index_table = "AirSystemIndex",
+      .default_word = "System",
+      .missing_row_message = {},
+      .columns = {computed<C, &C::equip_class>("nEquipClass"), computed<C, &C::system_type>("nSystemType"),
+                  computed<C, &C::flag<&H::CoilDataValid>>("bCoilDataValid"),
+                  computed<C, &C::flag<&H::Sized>>("bSized"), computed<C, &C::flag<&H::Simulated>>("bSimulated"),
+                  computed<C, &C::des_has_changed>("bDesHasChanged"),
+                  computed<C, &C::sim_has_changed>("bSimHasChanged"),
+                  computed<C, &C::flag<&H::CWCoilsExists>>("bCWCoilsExist"),
+                  computed<C, &C::flag<&H::HWCoilsExists>>("bHWCoilsExist"),
+                  computed<C, &C::flag<&H::STMCoilsExists>>("bSTMCoilsExist")},
+      .links = {{"Building_System_Links", "System_ID"},
+                {"Plant_System_Links", "System_ID"},
+                {"System_Schedule_Links", "System_ID"},
+                {"System_Space_Links", "System_ID"},
+                {"System_Tower_Links", "System_ID"},
+                {"System_Boiler_Links", "System_ID"}},
+      .reach = {Results::DesignAndSimulation,
+                {{Stage::Plants, {{"Plant_System_Links", "System_ID", "Plant_ID"}}},
+                 {Stage::Buildings, {{"Building_System_Links", "System_ID", "Building_ID"}}}}},
+      .gives_names = false,
+      .lost_row_message = "Cannot find air system record in index database",
+      .link_owner = "System"};
+  return kind;
+}
+
+const ClassInfo& AS_AirSystem::info() const {
+  using C = AS_AirSystem;
+  static const ClassInfo info = describe<C>(
+      Failures::Raised, property<&C::m_bCloning>, property<&C::m_lCurMask>, property<&C::WorkPath>,
+      property<&C::FilePrefix>, method<&C::Clone>("nIndex"), method<&C::SetAsNew>, method<&C::SetToDefaults>,
+      method<&C::SetToDefaultsByType>("nSystemType"), method<&C::Delete>("nRecNum"), method<&C::GetDBHandle>,
+      method<&C::SetDBHandle>("DB"), method<&C::Load>("nRecNum"), method<&C::IsChangeoverApplicable>,
+      method<&C::IsHWUsedCentralHeating>, method<&C::IsHWUsedPreheating>, method<&C::IsHWUsedHumidification>,
+      method<&C::IsHWUsedDehumidification>, method<&C::IsHWUsedTerminalReheating>, method<&C::IsHWUsedZoneHeating>,
+      method<&C::IsHWCoilUsed>, method<&C::IsCWUsedCentralCooling>, method<&C::IsCWUsedPrecooling>,
+      method<&C::IsCWUsedTerminalCooling>, method<&C::IsCWCoilUsed>, method<&C::IsStmCoilUsed>,
+      method<static_cast<void (C::*)(std::optional<bool>&)>(&C::Save)>("bSaveAfterCalculations"),
+      method<&C::GetFreeIndex>, method<&C::Reset>("bResetAll"), property<&C::DLFileName>, property<&C::SystemType>,
+      property<&C::EquipClass>, part<&C::GetAirSystem>, part<&C::GetCoolSys>, part<&C::GetHeatSys>,
+      part<&C::GetOutVent>, part<&C::GetSupplyDuct>, part<&C::GetRetPlenum>, part<&C::GetSupplyFan>,
+      part<&C::GetReturnFan>, part<&C::GetSupplyFan2>, part<&C::GetEconomizer>, part<&C::GetPreheatCoil>,
+      part<&C::GetPrecoolCoil>, part<&C::GetHumidity>, part<&C::GetDehumid>, part<&C::GetVentReclaim>,
+      part<&C::GetSafetyFactor>, part<&C::GetZoneSchedule>, part<&C::GetWCSystemData>, part<&C::GetSplitSystemData>,
+      part<&C::GetChangeoverControlData>, parts<&C::GetZoneData, &C::zone_count, &C::resize_zones>("nIndex"),
+      parts<&C::GetAirSizing, &C::sizing_count, &C::resize_sizing>,
+      parts<&C::GetZoneSizing, &C::zone_sizing_count, &C::resize_zones>("nIndex"),
+      parts<&C::GetCoilSize, &C::sizing_count, &C::resize_sizing>,
+      parts<&C::GetZoneTemperature, &C::zone_simulation_count, &C::resize_zones>("Index"),
+      parts<&C::GetUnmetLoads, &C::simulation_count, &C::resize_simulation>,
+      parts<&C::GetLEEDUnmetLoads, &C::simulation_count, &C::resize_simulation>,
+      parts<&C::GetHourlySimData, &C::simulation_count, &C::resize_simulation>,
+      property<&C::DesHasChanged>.kept_in_row(), property<&C::SimHasChanged>.kept_in_row(),
+      property<&C::index32>.named("Index"), method<&C::SetMask>("lMaskAdd", "lMaskRemove"),
+      method<&C::IsNameUnique>("sName"));
+  return info;
+}
+
+void AS_AirSystem::SetMask(int32_t lMaskAdd, std::optional<int32_t> lMaskRemove) {
+  m_lCurMask &= ~(lMaskRemove.value_or(0) & CCM_MASKALL);
+  m_lCurMask |= lMaskAdd & CCM_MASKALL;
+}
+
+void AS_AirSystem::Reset(std::optional<bool> bResetAll) {
+  StoredEntity::Reset(bResetAll);
+  if (bResetAll.value_or(false)) DesHasChanged = SimHasChanged = false;
+}
+
+void AS_AirSystem::SetAsNew() {
+  Index = 0;
+  DesHasChanged = SimHasChanged = false;
+  for (Bool* flag : {&general_.Sized, &general_.CoilDataValid, &general_.Simulated, &general_.CWCoilsExists,
+                     &general_.HWCoilsExists, &general_.STMCoilsExists}) {
+    *flag = false;
+  }
+  drop_results();
+}
+
+void AS_AirSystem::drop_results() {
+  has_sizing_ = has_simulation_ = false;
+  clear_results();
+}
+
+void AS_AirSystem::CreateDefault() {
+  SetToDefaultsByType(1);
+  Reset(true);
+}
+
+void AS_AirSystem::SetToDefaults() {
+  SetToDefaultsByType(1);
+  general_.Name = "Default System";
+  DesHasChanged = SimHasChanged = false;
+  general_.Sized = false;
+  general_.CoilDataValid = false;
+  general_.Simulated = false;
+}
+
+void AS_AirSystem::SetToDefaultsByType(int16_t nSystemType) { create_defaults(*this, nSystemType, false); }
+
+AS_AirSystem::Zone& AS_AirSystem::of_zone(int number) {
+  if (number < 1 || number > zone_count()) subscript_out_of_range(number, zone_count());
+  return zones_[static_cast<size_t>(number) - 1];
+}
+
+void AS_AirSystem::resize_zones(int count) {
+  zones_.resize(static_cast<size_t>(count));
+  general_.NumZones = static_cast<int16_t>(count);
+}
+
+void AS_AirSystem::Load(int16_t nRecNum) {
+  or_as_before([&] {
+    Transaction transaction;
+    const std::string path = file_of(nRecNum);
+    if (path.empty() || !Engine::of_thread().Workspaces(0).files().exists(path))
+      fail(ErrorNumber::FileNotFound,
+           "File not found: " + (path.empty() ? "the air system has no FilePrefix" : path) + ".");
+    auto row = database().OpenRecordset("SELECT * FROM AirSystemIndex WHERE nIndex = ?", {cell(nRecNum)});
+    const bool has_row = !row.AtEof();
+    read_sections(path);
+    Index = nRecNum;
+    if (has_row) {
+      DesHasChanged = row.Fields("bDesHasChanged").integer() != 0;
+      SimHasChanged = row.Fields("bSimHasChanged").integer() != 0;
+    }
+    if (selected(Section::Inputs)) repair_links();
+    transaction.commit();
+    if (m_bCloning) Index = 0;
+  });
+}
+
+/// Zones that lost a space close up.
+void AS_AirSystem::repair_links() {
+  clear_unlinked();
+  pack_spaces();
+  remember_links();
+}
+
+void AS_AirSystem::pack_spaces() {
+  for (const Zone& zone : zones_) {
+    ZoneRecord& data = *zone.data;
+    int kept = 0;
+    for (int i = 1; i <= 50; ++i) {
+      const int16_t space = data.SpaceID(i), multiplier = data.SpaceMultiplier(i);
+      data.SpaceID(i) = 0;
+      data.SpaceMultiplier(i) = 0;
+      if (space == 0 || i > data.TotalSpacesInZone) continue;
+      ++kept;
+      data.SpaceID(kept) = space;
+      data.SpaceMultiplier(kept) = multiplier;
+    }
+    data.TotalSpacesInZone = static_cast<int16_t>(kept);
+  }
+}
+
+void AS_AirSystem::check_name() {
+  auto same = database().OpenRecordset("SELECT * FROM AirSystemIndex WHERE szName = ? AND nIndex <> ?",
+                                       {stored_name(), cell(Index)});
+  if (!same.AtEof()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
+}
+
+void AS_AirSystem::before_save() {
+  as_given_ = false;
+  check_name();
+  if (after_calculations_) {
+    has_sizing_ |= selected(Section::Sizing);
+    has_simulation_ |= selected(Section::Simulation);
+    return;
+  }
+  auto row = database().OpenRecordset("SELECT * FROM AirSystemIndex WHERE nIndex = ?", {cell(Index)});
+  if (!row.AtEof()) {  // only a calculation takes a changed flag away
+    DesHasChanged |= row.Fields("bDesHasChanged").integer() != 0;
+    SimHasChanged |= row.Fields("bSimHasChanged").integer() != 0;
+  }
+  if (!selected(Section::Inputs)) return;
+  general_.Sized = false;
+  general_.CoilDataValid = false;
+  general_.Simulated = false;
+  general_.CWCoilsExists = IsCWCoilUsed();
+  general_.HWCoilsExists = IsHWCoilUsed();
+  general_.STMCoilsExists = IsStmCoilUsed();
+  pack_spaces();
+  DesHasChanged = SimHasChanged = true;
+  has_sizing_ = has_simulation_ = false;  // in the file; the object holds what it has
+}
+
+void AS_AirSystem::Save(std::optional<bool>& bSaveAfterCalculations) {
+  after_calculations_ = bSaveAfterCalculations.value_or(false);
+  try {
+    StoredEntity::Save();
+  } catch (...) {
+    after_calculations_ = false;
+    throw;
+  }
+  after_calculations_ = false;
+}
+
+void AS_AirSystem::copy_memory(const StoredEntity& from, bool record_too) {
+  const auto& other = dynamic_cast<const AS_AirSystem&>(from);
+  WorkPath = other.WorkPath;
+  FilePrefix = other.FilePrefix;
+  m_lCurMask = other.m_lCurMask;
+  if (!record_too) return;
+  DesHasChanged = other.DesHasChanged;
+  SimHasChanged = other.SimHasChanged;
+  has_sizing_ = other.has_sizing_;
+  has_simulation_ = other.has_simulation_;
+  hourly_.Resize(other.hourly_.Count());
+  auto& source = const_cast<AS_AirSystem&>(other);
+  for (const Section section : {Section::Sizing, Section::Simulation}) {
+    const auto blocks = section_blocks(section), others = source.section_blocks(section);
+    for (size_t i = 0; i < blocks.size(); ++i) std::copy(others[i].begin(), others[i].end(), blocks[i].begin());
+  }
+}
+
+int16_t AS_AirSystem::boiler_fuel() const {
+  if (water_loop_.BoilerID == 0 || !GetDBHandle()) return 0;
+  auto row = database().OpenRecordset("SELECT nFuelType FROM BoilerIndex WHERE nIndex = ?",
+                                      {cell(int64_t{water_loop_.BoilerID})});
+  return row.AtEof() ? int16_t{0} : static_cast<int16_t>(row.Fields("nFuelType").integer());
+}
+
+// ---- queries
+
+bool AS_AirSystem::heats_centrally(Source source) const { return heating_.Used && is(heating_.Source, source); }
+bool AS_AirSystem::preheats(Source source) const { return preheat_coil_.Used && is(preheat_coil_.Source, source); }
+bool AS_AirSystem::humidifies(Source source) const { return humidifier_.Used && is(humidifier_.HeatSource, source); }
+bool AS_AirSystem::dehumidifies(Source source) const {
+  return dehumidification_.Used && dehumidification_.GetReheatSource() == source;
+}
+bool AS_AirSystem::reheats(Source source) const {
+  const auto has_coil = [](const Zone& zone) { return bool{zone.data->ReheatCoil}; };
+  return is(zone_schedule_.ReheatSource, source) && std::any_of(zones_.begin(), zones_.end(), has_coil);
+}
+bool AS_AirSystem::heats_zones(Source source) const {
+  const auto has_unit = [](const Zone& zone) { return zone.data->HeatUnitType.raw != 0; };
+  return is(zone_schedule_.HeatingSource, source) && std::any_of(zones_.begin(), zones_.end(), has_unit);
+}
+bool AS_AirSystem::heats_anywhere(Source source) const {
+  return heats_centrally(source) || preheats(source) || humidifies(source) || dehumidifies(source) || reheats(source) ||
+         heats_zones(source);
+}
+
+bool AS_AirSystem::IsCWUsedCentralCooling() const {
+  return cooling_.Used && is(cooling_.Source, Source::ST_CHILLED_WATER);
+}
+bool AS_AirSystem::IsCWUsedPrecooling() const {
+  return precool_coil_.Used && is(precool_coil_.Source, Source::ST_CHILLED_WATER);
+}
+bool AS_AirSystem::IsCWUsedTerminalCooling() const {
+  // Terminals with a cooling coil of their own: induction terminals, induction beams, active chilled beams.
+  const auto has_coil = [](const Zone& zone) {
+    const int16_t type = zone.data->TermType.raw;
+    return type == 10 || type == 13 || type == 14;
+  };
+  return is(zone_schedule_.TermClgSource, Source::ST_CHILLED_WATER) &&
+         std::any_of(zones_.begin(), zones_.end(), has_coil);
+}
+
+bool AS_AirSystem::IsChangeoverApplicable() const {
+  constexpr int16_t kTwoPipeFanCoil = 15;
+  return general_.SystemType.raw == kTwoPipeFanCoil;
+}
+
+Source AS_DehumidData::GetReheatSource() const {
+  if (!system) return Source::ST_IRRELEVANT;
+  if (!system->zones_.empty() && system->zones_.front().data->ReheatCoil) return system->zone_schedule_.ReheatSource;
+  return system->heating_.Used ? Source{system->heating_.Source} : Source::ST_IRRELEVANT;
+}
+
+// ---- header
+
+void AS_General::SetNumZones(int16_t nValue) {
+  if (nValue < 0) subscript_out_of_range(nValue, {0, INT16_MAX});
+  NumZones = nValue;
+  if (system) system->resize_zones(nValue);
+}
+
+void AS_General::SetFlags() {
+  if (!system) fail(ErrorNumber::ObjectNotSet, "The header belongs to no air system; take it from GetAirSystem.");
+  const AS_AirSystem& s = *system;
+  const auto any_zone = [&s](auto holds) {
+    return std::any_of(s.zones_.begin(), s.zones_.end(), [&](const auto& zone) { return holds(*zone.data); });
+  };
+  const bool reheat = any_zone([](const ZoneRecord& z) { return bool{z.ReheatCoil}; });
+  const bool units = any_zone([](const ZoneRecord& z) { return z.HeatUnitType.raw != 0; });
+  const bool terminal_fans = any_zone([](const ZoneRecord& z) { return z.TermFanVal > 0; });
+  const bool water_loop = s.general_.SystemType.raw == 14 && s.water_loop_.LoopConfig.raw == 0;
+  const auto one = [](bool used) { return static_cast<int16_t>(used ? 1 : 0); };
+  const int16_t flags[]{one(s.cooling_.Used),
+                        one(s.cooling_.Used),
+                        one(s.heating_.Used),
+                        one(s.heating_.Used),
+                        one(s.heating_.Used),
+                        one(s.preheat_coil_.Used),
+                        one(s.preheat_coil_.Used),
+                        one(s.precool_coil_.Used),
+                        one(s.precool_coil_.Used),
+                        one(s.IsCWUsedTerminalCooling()),
+                        one(reheat),
+                        one(reheat),
+                        one(units),
+                        one(units),
+                        one(s.humidifier_.Used),
+                        one(s.supply_fan_.Used),
+                        one(s.return_fan_.Used),
+                        one(terminal_fans),
+                        one(s.vent_reclaim_.Used),
+                        one(water_loop),
+                        one(water_loop),
+                        static_cast<int16_t>(water_loop && s.water_loop_.BoilerID != 0 ? 1 + s.boiler_fuel() : 0)};
+  int16_t count = 0;
+  for (int i = 1; i <= static_cast<int>(std::size(flags)); ++i) {
+    OutputFlags(i) = flags[i - 1];
+    if (flags[i - 1] != 0) ++count;
+  }
+  NumOutputs = count;
+}
+
+}  // namespace tarn

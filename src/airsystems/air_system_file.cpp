@@ -1,0 +1,226 @@
+// The file of an air system: its name, where its sections lie, what is read and what is written.
+#include <algorithm>
+
+#include "airsystems/air_system.h"
+#include "platform/host.h"
+#include "platform/workspace.h"
+
+namespace tarn {
+namespace {
+
+constexpr uint64_t kHeader = sizeof(SystemHeaderRecord);
+constexpr uint64_t kInputs = 5204;  // with the header, without zones
+constexpr int kMostOutputs = decltype(SystemHeaderRecord::OutputFlags)::size;
+
+FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
+
+void append(std::vector<std::byte>& out, std::span<const std::byte> bytes) {
+  out.insert(out.end(), bytes.begin(), bytes.end());
+}
+
+}  // namespace
+
+/// Two hexadecimal digits at least: "0A.DAT", "100.DAT".
+std::string AS_AirSystem::file_of(int index) const {
+  if (FilePrefix.empty()) return {};
+  char number[16];
+  std::snprintf(number, sizeof number, "%02X", index);
+  return host().directory_form(WorkPath) + FilePrefix + number + ".DAT";
+}
+
+bool AS_AirSystem::selected(Section section) const {
+  constexpr int32_t kMasks[]{CCM_HEADERMASK, CCM_INPUTMASK, CCM_SIZINGMASK, 0x03C00000};
+  return (m_lCurMask & kMasks[static_cast<size_t>(section)]) != 0;
+}
+
+AS_AirSystem::Shape AS_AirSystem::shape_of(int zones, int outputs) {
+  const auto n = static_cast<uint64_t>(zones);
+  Shape shape{zones, outputs, kHeader, 0, 0, 0};
+  shape.inputs = kInputs + n * sizeof(ZoneRecord);
+  shape.sizing = shape.inputs + sizeof(AirSizingRecord) + n * sizeof(ZoneSizingRecord) + sizeof(CoilSizingRecord);
+  shape.simulation = shape.sizing + n * sizeof(ZoneTemperatureRecord) + sizeof(UnmetLoadsRecord) +
+                     sizeof(LeedUnmetLoadsRecord) + static_cast<uint64_t>(outputs) * sizeof(HourlyResultRecord);
+  return shape;
+}
+
+/// A file ends where one of its sections ends.
+AS_AirSystem::Shape AS_AirSystem::checked_shape(const SystemHeaderRecord& header, uint64_t size,
+                                                const std::string& path) {
+  const int zones = header.NumZones, outputs = header.NumOutputs;
+  if (size < kHeader) {
+    fail(ErrorNumber::UnknownFormat, path + " is cut inside its header: " + std::to_string(size) + " of " +
+                                         std::to_string(kHeader) + " bytes. Restore the file from a copy.");
+  }
+  if (zones < 0 || outputs < 0 || outputs > kMostOutputs) {
+    fail(ErrorNumber::UnknownFormat, path + " says that it has " + std::to_string(zones) + " zones and " +
+                                         std::to_string(outputs) + " outputs. Restore the file from a copy.");
+  }
+  const Shape shape = shape_of(zones, outputs);
+  if (size != shape.header && size != shape.inputs && size != shape.sizing && size != shape.simulation) {
+    fail(ErrorNumber::UnknownFormat, path + " ends inside a section, at byte " + std::to_string(size) + ": with " +
+                                         std::to_string(zones) + " zones its sections end at " +
+                                         std::to_string(shape.header) + ", " + std::to_string(shape.inputs) + ", " +
+                                         std::to_string(shape.sizing) + " and " + std::to_string(shape.simulation) +
+                                         ". Restore the file from a copy.");
+  }
+  return shape;
+}
+
+/// The memory of a section's records, in their order.
+std::vector<std::span<std::byte>> AS_AirSystem::section_blocks(Section section) {
+  std::vector<std::span<std::byte>> blocks;
+  switch (section) {
+    case Section::Header:
+      return {general_.bytes()};
+    case Section::Inputs:
+      blocks = {cooling_.bytes(),          heating_.bytes(),      ventilation_.bytes(),   supply_duct_.bytes(),
+                return_plenum_.bytes(),    supply_fan_.bytes(),   return_fan_.bytes(),    supply_fan_2_.bytes(),
+                economizer_.bytes(),       preheat_coil_.bytes(), precool_coil_.bytes(),  humidifier_.bytes(),
+                dehumidification_.bytes(), vent_reclaim_.bytes(), safety_factor_.bytes(), zone_schedule_.bytes(),
+                water_loop_.bytes(),       split_system_.bytes(), changeover_.bytes()};
+      for (const Zone& zone : zones_) blocks.push_back(zone.data->bytes());
+      break;
+    case Section::Sizing:
+      blocks = {air_sizing_.bytes()};
+      for (const Zone& zone : zones_) blocks.push_back(zone.sizing->bytes());
+      blocks.push_back(coil_size_.bytes());
+      break;
+    case Section::Simulation:
+      for (const Zone& zone : zones_) blocks.push_back(zone.temperature->bytes());
+      blocks.insert(blocks.end(), {unmet_loads_.bytes(), leed_unmet_loads_.bytes()});
+      for (int32_t i = 1; i <= hourly_.Count(); ++i) blocks.push_back(hourly_.Item(i)->bytes());
+      break;
+  }
+  return blocks;
+}
+
+void AS_AirSystem::read_sections(const std::string& path) {
+  SystemHeaderRecord header;
+  const auto read = [&path](uint64_t at, std::span<std::byte> into) { files().read(path, at, into, OpenMode::Read); };
+  read(0, std::as_writable_bytes(std::span(&header, 1)));
+  const Shape shape = checked_shape(header, files().size(path), path);
+  const uint64_t size = files().size(path);
+  resize_zones(shape.zones);
+  if (selected(Section::Header)) static_cast<SystemHeaderRecord&>(general_) = header;
+  const auto read_section = [&](Section section, uint64_t from, uint64_t to) {
+    if (!selected(section) || size < to) return false;
+    for (const auto& block : section_blocks(section)) {
+      read(from, block);
+      from += block.size();
+    }
+    return true;
+  };
+  read_section(Section::Inputs, shape.header, shape.inputs);
+  if (selected(Section::Simulation)) hourly_.Resize(size >= shape.simulation ? shape.outputs : 0);
+  // Sections that are not selected stay unknown here; a save carries them over.
+  has_sizing_ = read_section(Section::Sizing, shape.inputs, shape.sizing);
+  has_simulation_ = read_section(Section::Simulation, shape.sizing, shape.simulation);
+  if (!has_sizing_ || !has_simulation_) clear_results();
+}
+
+/// Zeroes the results that are not there.
+void AS_AirSystem::clear_results() {
+  const auto clear = [this](Section section) {
+    for (const auto& block : section_blocks(section)) std::fill(block.begin(), block.end(), std::byte{0});
+  };
+  if (!has_sizing_) clear(Section::Sizing);
+  if (has_simulation_) return;
+  clear(Section::Simulation);
+  hourly_.Resize(0);
+}
+
+/// The file as it lies there, in its sections; empty for a new system.
+AS_AirSystem::OldFile AS_AirSystem::old_file(const std::string& path) {
+  OldFile old{{}, shape_of(0, 0)};
+  if (!files().exists(path)) return old;
+  old.bytes.resize(files().size(path));
+  files().read(path, 0, old.bytes, OpenMode::Read);
+  SystemHeaderRecord header{};
+  std::copy_n(old.bytes.begin(), std::min<size_t>(old.bytes.size(), kHeader),
+              std::as_writable_bytes(std::span(&header, 1)).begin());
+  old.shape = checked_shape(header, old.bytes.size(), path);
+  return old;
+}
+
+/// A section for the new file: from memory where it is selected, else as the old file has it. Empty where neither has
+/// it.
+std::vector<std::byte> AS_AirSystem::section_bytes(Section section, const OldFile& old) {
+  const uint64_t ends[]{0, old.shape.header, old.shape.inputs, old.shape.sizing, old.shape.simulation};
+  const auto number = static_cast<size_t>(section);
+  std::vector<std::byte> out;
+  const bool in_memory = section <= Section::Inputs || (section == Section::Sizing ? has_sizing_ : has_simulation_);
+  if (selected(section)) {
+    if (section == Section::Simulation) hourly_.Resize(general_.NumOutputs);
+    for (const auto& block : section_blocks(section)) {
+      if (in_memory) append(out, block);
+    }
+  } else if (old.bytes.size() >= ends[number + 1]) {
+    append(out, std::span(old.bytes).subspan(ends[number], ends[number + 1] - ends[number]));
+  }
+  return out;
+}
+
+void AS_AirSystem::write_record(int16_t index) {
+  const std::string path = file_of(index);
+  if (path.empty())
+    fail(ErrorNumber::FileNotFound, "The air system has no file name; set its WorkPath and FilePrefix.");
+  changeover_.Begin = "STARTCO";
+  changeover_.End = "ENDCO";
+  const bool by_user = selected(Section::Inputs) && !after_calculations_ && !as_given_;
+  const bool all = (m_lCurMask & CCM_MASKALL) == CCM_MASKALL;
+  const OldFile old = all ? OldFile{{}, shape_of(0, 0)} : old_file(path);
+  std::vector<std::byte> header = section_bytes(Section::Header, old);
+  if (header.empty()) header = {general_.bytes().begin(), general_.bytes().end()};  // a new file begins with one
+  std::vector<std::byte> inputs = section_bytes(Section::Inputs, old);
+  std::vector<std::byte> sizing, simulation;
+  if (!by_user) {
+    sizing = section_bytes(Section::Sizing, old);
+    simulation = section_bytes(Section::Simulation, old);
+  }
+  SystemHeaderRecord written{};
+  std::copy(header.begin(), header.end(), std::as_writable_bytes(std::span(&written, 1)).begin());
+  const Shape shape = shape_of(written.NumZones, written.NumOutputs);
+  // What lies behind has its place by what lies before, also where that was never stored.
+  if (!simulation.empty()) sizing.resize(shape.sizing - shape.inputs);
+  if (!sizing.empty()) inputs.resize(shape.inputs - shape.header);
+  const auto misfit = [](const std::vector<std::byte>& section, uint64_t size) {
+    return !section.empty() && section.size() != size;
+  };
+  if (misfit(inputs, shape.inputs - shape.header) || misfit(sizing, shape.sizing - shape.inputs) ||
+      misfit(simulation, shape.simulation - shape.sizing)) {
+    fail(ErrorNumber::InvalidCall,
+         "The number of zones or outputs has changed, but sections that depend on it are not selected by the mask. "
+         "Select them with SetMask before Load and Save.");
+  }
+  for (const auto* section : {&inputs, &sizing, &simulation}) append(header, *section);
+  files().replace(path, header, GetDBHandle());
+}
+
+void AS_AirSystem::remove_files(int16_t index) {
+  files().remove(file_of(index), GetDBHandle());
+  if (DLFileName.empty()) return;
+  const bool has_folder = DLFileName.find('/') != std::string::npos;
+  files().remove(has_folder ? DLFileName : host().directory_form(WorkPath) + DLFileName, GetDBHandle());
+}
+
+/// Header, inputs and zones; what a failed operation puts back.
+std::vector<std::byte> AS_AirSystem::record() const {
+  std::vector<std::byte> out;
+  auto& self = const_cast<AS_AirSystem&>(*this);
+  for (const Section section : {Section::Header, Section::Inputs}) {
+    for (const auto& block : self.section_blocks(section)) append(out, block);
+  }
+  return out;
+}
+
+void AS_AirSystem::set_record(std::span<const std::byte> bytes) {
+  resize_zones(static_cast<int>((bytes.size() - kInputs) / sizeof(ZoneRecord)));
+  for (const Section section : {Section::Header, Section::Inputs}) {
+    for (const auto& block : section_blocks(section)) {
+      std::copy_n(bytes.begin(), block.size(), block.begin());
+      bytes = bytes.subspan(block.size());
+    }
+  }
+}
+
+}  // namespace tarn

@@ -1,0 +1,109 @@
+#include "airsystems/result_parts.h"
+
+namespace tarn {
+
+const ClassInfo& AS_AirSizing::info() const {
+  using R = AirSizingRecord;
+  using C = AS_AirSizing;
+  static const ClassInfo info = describe<C>(
+      Failures::Raised, property<&R::CoolingSupplyTemp>("F"), property<&R::CoolingTermTemp>("F"),
+      property<&R::HeatingSupplyTemp>("F"), property<&R::SupplyFan1CFM>("cfm"), property<&R::SupplyFan2CFM>("cfm"),
+      property<&R::VentCFM>("cfm"), property<&R::ExhaustCFM>("cfm"), property<&R::FloorArea>("ft2"),
+      property<&R::SizingMethod>, property<&R::Source>, property<&R::CWDeltaT>("F"), property<&R::HWDeltaT>("F"),
+      property<&R::CalcStartMonth>, property<&R::CalcEndMonth>, property<&R::SDLSForPeakHour>, property<&R::SDLSMonth>,
+      property<&R::SDLSHour>);
+  return info;
+}
+
+const ClassInfo& AS_ZoneSizingData::info() const {
+  using R = ZoneSizingRecord;
+  using C = AS_ZoneSizingData;
+  static const ClassInfo info = describe<C>(
+      Failures::Raised, property<&R::MaxCFM>("cfm"), property<&R::MinCFM>("cfm"), property<&R::TermCFM>("cfm"),
+      property<&R::ReheatCapacity>, property<&R::SpaceHeatCapacity>, property<&R::FloorArea>("ft2"),
+      property<&R::CoolingCoilTot>, property<&R::HeatingCoilTot>, property<&R::MaxCooling>, property<&R::MaxHeating>,
+      property<&R::MaxPeople>("people"), property<&R::CoolingSupplyTemp>("F"), property<&R::HeatingSupplyTemp>("F"),
+      property<&R::G0>, property<&R::G1>, property<&R::G2>, property<&R::P1>, property<&R::Reserved>.reserved());
+  return info;
+}
+
+const ClassInfo& AS_CoilSize::info() const {
+  using R = CoilSizingRecord;
+  using C = AS_CoilSize;
+  static const ClassInfo info =
+      describe<C>(Failures::Raised, property<&R::CentralClgCoil>, property<&R::PrecoolCoil>, property<&R::TermClgCoil>,
+                  property<&R::MaxCentralClg>, property<&R::MaxPrecool>, property<&R::MaxTermClg>,
+                  property<&R::CentralHeatCoil>, property<&R::PreheatCoil>, property<&R::TerminalHeatCoil>,
+                  property<&R::SpaceHeatCoil>, property<&R::HumidifierLoad>);
+  return info;
+}
+
+const ClassInfo& AS_ZoneTemperature::info() const {
+  using R = ZoneTemperatureRecord;
+  using C = AS_ZoneTemperature;
+  static const ClassInfo info =
+      describe<C>(Failures::Raised, property<&R::OccMaxTemp>("F"), property<&R::OccMinTemp>("F"),
+                  property<&R::UnoccMaxTemp>("F"), property<&R::UnoccMinTemp>("F"), property<&R::OccClgLimitTemp>("F"),
+                  property<&R::OccHtgLimitTemp>("F"), property<&R::UnoccClgLimitTemp>("F"),
+                  property<&R::UnoccHtgLimitTemp>("F"), property<&R::StatusHours>, method<&C::ResetData>);
+  return info;
+}
+
+const ClassInfo& AS_UnmetLoads::info() const {
+  using R = UnmetLoadsRecord;
+  using C = AS_UnmetLoads;
+  static const ClassInfo info =
+      describe<C>(Failures::Raised, property<&R::StatsProvided>, property<&R::EqptType>, property<&R::CapSufficient>,
+                  property<&R::CapDeficientBy5>, property<&R::CapDeficientBy10>, property<&R::CapDeficientOver10>,
+                  method<&C::ResetData>);
+  return info;
+}
+
+const ClassInfo& AS_LEEDUnmetLoads::info() const {
+  using R = LeedUnmetLoadsRecord;
+  using C = AS_LEEDUnmetLoads;
+  static const ClassInfo info = describe<C>(Failures::Raised, property<&R::ClgStatus>, property<&R::HtgStatus>);
+  return info;
+}
+
+const ClassInfo& AS_HourlyResults::info() const {
+  using C = AS_HourlyResults;
+  static const ClassInfo info =
+      describe<C>(Failures::Raised, property<&HourlyResultRecord::HourlyResult>, method<&C::ResetData>);
+  return info;
+}
+
+const ClassInfo& AS_HourlySimData::info() const {
+  using C = AS_HourlySimData;
+  static const ClassInfo info =
+      describe<C>(Failures::Raised, method<&C::Item>("vntIndexKey"), property<&C::Count>, method<&C::Add>,
+                  method<&C::Resize>("numItems"), method<&C::Remove>("vntIndexKey"), method<&C::ResetData>);
+  return info;
+}
+
+namespace {
+
+size_t place(int32_t number, int32_t count) {
+  if (number < 1 || number > count) subscript_out_of_range(number, count);
+  return static_cast<size_t>(number) - 1;
+}
+
+}  // namespace
+
+Ptr<AS_HourlyResults> AS_HourlySimData::Item(int32_t vntIndexKey) const { return items_[place(vntIndexKey, Count())]; }
+
+void AS_HourlySimData::Remove(int32_t vntIndexKey) {
+  items_.erase(items_.begin() + static_cast<ptrdiff_t>(place(vntIndexKey, Count())));
+}
+
+void AS_HourlySimData::Resize(int32_t numItems) {
+  if (numItems < 0) subscript_out_of_range(numItems, {0, INT16_MAX});
+  while (Count() > numItems) items_.pop_back();
+  while (Count() < numItems) Add();
+}
+
+void AS_HourlySimData::ResetData() {
+  for (const auto& item : items_) item->ResetData();
+}
+
+}  // namespace tarn

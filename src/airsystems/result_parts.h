@@ -1,0 +1,117 @@
+// The results of an air system: sizing, which has fixed records, and simulation, whose widths are this layer's own:
+// eight counts of hours a zone, unmet loads by load type and month, and an hour of the year each in what is hourly.
+#pragma once
+
+#include "airsystems/codes.h"
+#include "base/months.h"
+#include "storage/entity.h"
+
+namespace tarn {
+
+struct AirSizingRecord {
+  R4 CoolingSupplyTemp, CoolingTermTemp, HeatingSupplyTemp;
+  R4 SupplyFan1CFM, SupplyFan2CFM, VentCFM, ExhaustCFM;
+  R4 FloorArea;
+  Code<AS_SizingMethodTypes> SizingMethod;
+  Code<AS_SizingSourceTypes> Source;
+  R4 CWDeltaT, HWDeltaT;
+  Code<Months> CalcStartMonth, CalcEndMonth;
+  Bool SDLSForPeakHour;
+  Code<Months> SDLSMonth;
+  I2 SDLSHour;
+};
+static_assert(sizeof(AirSizingRecord) == 54);
+
+struct ZoneSizingRecord {
+  R4 MaxCFM, MinCFM, TermCFM;
+  R4 ReheatCapacity, SpaceHeatCapacity;
+  R4 FloorArea;
+  R4 CoolingCoilTot, HeatingCoilTot, MaxCooling, MaxHeating;
+  R4 MaxPeople;
+  R4 CoolingSupplyTemp, HeatingSupplyTemp;
+  R4 G0, G1, G2, P1;
+  I2 Reserved;
+};
+static_assert(sizeof(ZoneSizingRecord) == 70);
+
+struct CoilSizingRecord {
+  Array<R4, 12, 24> CentralClgCoil, PrecoolCoil, TermClgCoil;
+  R4 MaxCentralClg, MaxPrecool, MaxTermClg, CentralHeatCoil, PreheatCoil, TerminalHeatCoil, SpaceHeatCoil,
+      HumidifierLoad;
+};
+static_assert(sizeof(CoilSizingRecord) == 3488);
+
+struct ZoneTemperatureRecord {
+  R4 OccMaxTemp, OccMinTemp, UnoccMaxTemp, UnoccMinTemp, OccClgLimitTemp, OccHtgLimitTemp, UnoccClgLimitTemp,
+      UnoccHtgLimitTemp;
+  Array<I2, 8> StatusHours;
+};
+static_assert(sizeof(ZoneTemperatureRecord) == 48);
+
+struct UnmetLoadsRecord {
+  Array<Bool, 6> StatsProvided;
+  Array<Text<30>, 6> EqptType;
+  Array<R4, 6, 12> CapSufficient, CapDeficientBy5, CapDeficientBy10, CapDeficientOver10;
+};
+static_assert(sizeof(UnmetLoadsRecord) == 1344);
+
+struct LeedUnmetLoadsRecord {
+  Array<Bool, 8760> ClgStatus, HtgStatus;
+};
+static_assert(sizeof(LeedUnmetLoadsRecord) == 35040);
+
+struct HourlyResultRecord {
+  Array<R4, 8760> HourlyResult;
+};
+static_assert(sizeof(HourlyResultRecord) == 35040);
+
+struct AS_AirSizing final : Part<AirSizingRecord> {
+  const ClassInfo& info() const override;
+};
+
+struct AS_ZoneSizingData final : Part<ZoneSizingRecord> {
+  const ClassInfo& info() const override;
+};
+
+struct AS_CoilSize final : Part<CoilSizingRecord> {
+  const ClassInfo& info() const override;
+};
+
+struct AS_ZoneTemperature final : Part<ZoneTemperatureRecord> {
+  const ClassInfo& info() const override;
+  void ResetData() { static_cast<Record&>(*this) = {}; }
+};
+
+struct AS_UnmetLoads final : Part<UnmetLoadsRecord> {
+  const ClassInfo& info() const override;
+  void ResetData() { static_cast<Record&>(*this) = {}; }
+};
+
+struct AS_LEEDUnmetLoads final : Part<LeedUnmetLoadsRecord> {
+  const ClassInfo& info() const override;
+};
+
+struct AS_HourlyResults final : Part<HourlyResultRecord> {
+  const ClassInfo& info() const override;
+  void ResetData() { static_cast<Record&>(*this) = {}; }
+};
+
+/// One block of hourly results for each output that the header's flags select, numbered from 1.
+class AS_HourlySimData final : public Object {
+ public:
+  const ClassInfo& info() const override;
+
+  int32_t Count() const { return static_cast<int32_t>(items_.size()); }
+  /// Error `SubscriptOutOfRange`.
+  Ptr<AS_HourlyResults> Item(int32_t vntIndexKey) const;
+  void Add() { items_.push_back(std::make_shared<AS_HourlyResults>()); }
+  /// New blocks are zero.
+  void Resize(int32_t numItems);
+  void Remove(int32_t vntIndexKey);
+  void ResetData();
+
+ private:
+  std::vector<Ptr<AS_HourlyResults>> items_;
+};
+
+}  // namespace tarn
