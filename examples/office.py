@@ -1,5 +1,5 @@
-"""A floor of an office from published glazings and materials: windows, walls, a roof, schedules and spaces made, computed
-and saved; then a layer of a wall edited, and what went stale.
+"""A floor of an office from published glazings and materials: windows, walls, a roof, schedules, spaces and air
+systems made, computed and saved; then a layer of a wall and a space edited, and what went stale.
 
     PYTHONPATH=build/python python3 examples/office.py FOLDER/PREFIX    (run by `make run`, on a project just made)
 """
@@ -133,17 +133,50 @@ def new_space(project, name, area):
     return space
 
 
-def serve_spaces(database):
-    """Rows that the coming kinds will write: system 1 for the offices, 2 for the core, a plant and a building each."""
-    for table in ("AirSystemIndex", "PlantIndex", "BuildingIndex"):
+SYSTEMS = [("VAV, perimeter", 8, [[1], [2], [3, 4]]), ("Fan coils, core", 16, [[5]]), ("Outdoor air unit", 6, [[1, 2, 3, 4, 5]])]
+
+
+def make_systems(project):
+    """Systems of three types: a zone for each list of spaces."""
+    for name, system_type, zones in SYSTEMS:
+        system = project.NewAirSystem()
+        system.SetToDefaultsByType(system_type)
+        header = system.GetAirSystem()
+        header.Name = name
+        header.SetNumZones(len(zones))
+        for number, spaces in enumerate(zones, 1):
+            zone = system.GetZoneData(number)
+            zone.Name, zone.TotalSpacesInZone = f"Zone {number}", len(spaces)
+            for place, space in enumerate(spaces, 1):
+                zone.SpaceID[place], zone.SpaceMultiplier[place] = space, 1
+        system.GetZoneSchedule().TstatSchedule = 1
+        system.Save()
+        header = system.GetAirSystem()
+        print(f"air system {system.Index}, {name}: type {header.SystemType}, {header.NumZones} zones, "
+              f"chilled water {'yes' if header.CWCoilsExists else 'no'}, hot water {'yes' if header.HWCoilsExists else 'no'}")
+
+
+def serve_systems(database):
+    """Rows that the coming kinds will write: plant 1 for the first two systems, 2 for the third, a building for each."""
+    for table in ("PlantIndex", "BuildingIndex"):
         flags = "bHasChanged" if table == "BuildingIndex" else "bDesHasChanged, bSimHasChanged"
         zeros = "0" if table == "BuildingIndex" else "0, 0"
         for n in (1, 2):
             database.execute(f"INSERT INTO {table} (nIndex, szName, {flags}) VALUES (?, ?, {zeros})", n, f"{table[:-5]} {n}")
-    for space in range(1, 6):
-        database.execute("INSERT INTO System_Space_Links VALUES (?, ?)", 1 if space < 5 else 2, space)
-    for links in ("Plant_System_Links", "Building_Plant_Links"):
-        database.execute(f"INSERT INTO {links} VALUES (1, 1), (2, 2)")
+    database.execute("INSERT INTO Plant_System_Links VALUES (1, 1), (1, 2), (2, 3)")
+    database.execute("INSERT INTO Building_Plant_Links VALUES (1, 1), (2, 2)")
+
+
+def calculated(project, database):
+    """What calculation engines do last: results in, flags off."""
+    for index in range(1, len(SYSTEMS) + 1):
+        system = project.NewAirSystem()
+        system.Load(index)
+        system.GetAirSystem().Sized, system.GetAirSystem().Simulated = True, True
+        system.DesHasChanged = system.SimHasChanged = False
+        system.Save(True)
+    database.execute("UPDATE PlantIndex SET bDesHasChanged = 0, bSimHasChanged = 0")
+    database.execute("UPDATE BuildingIndex SET bHasChanged = 0")
 
 
 def stale(database):
@@ -153,7 +186,7 @@ def stale(database):
 
 
 def edit_wall(project, database):
-    print(f"\nfive spaces, two air systems, two plants, two buildings; stale now: {', '.join(stale(database)) or 'nothing'}")
+    print(f"\nfive spaces, three air systems, two plants, two buildings; stale now: {', '.join(stale(database)) or 'nothing'}")
     wall = project.NewWall()
     wall.Load(2)
     layer = wall.GetLayer(3)
@@ -167,6 +200,16 @@ def edit_wall(project, database):
     print("stale now:", ", ".join(stale(database)))
 
 
+def edit_space(project, database):
+    calculated(project, database)
+    print(f"\nall calculated; stale now: {', '.join(stale(database)) or 'nothing'}")
+    space = project.NewSpace()
+    space.Load(5)
+    space.GetPeople().Occupancy = 150
+    space.Save()
+    print("space 5, Core: 200 -> 150 ft2 per person, saved; stale now:", ", ".join(stale(database)))
+
+
 def main():
     folder, prefix = pathlib.Path(sys.argv[1]).parent, pathlib.Path(sys.argv[1]).name
     project = tarn.COM_ProjectData()
@@ -176,9 +219,13 @@ def main():
         make_constructions(project)
         make_schedules(project)
         make_spaces(project)
+        print()
+        make_systems(project)
     database = tarn.open_database(project.IndexDBName)
-    serve_spaces(database)
+    serve_systems(database)
+    calculated(project, database)
     edit_wall(project, database)
+    edit_space(project, database)
 
 
 main()

@@ -22,5 +22,11 @@ echo
 echo "== The spaces (ft2, people, W/ft2)"
 tarn spaces list
 echo
+echo "== The air systems"
+tarn air-systems list
+echo
+echo "== An air system (the first lines)"
+tarn air-systems show 2 | sed -n '1,45p'
+echo
 echo "== What the project holds"
 tarn project info
