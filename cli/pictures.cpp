@@ -32,7 +32,9 @@ std::string element_text(Database& database, Object& owner, const Member& field,
   if (code && !field.labels.empty()) {
     const auto labels = field.labels_of(owner);
     const auto label = std::find_if(labels.begin(), labels.end(), [&](const Label& l) { return l.code == *code; });
-    if (label != labels.end()) text += "  " + std::string(label->text.empty() ? label->name : label->text);
+    if (label == labels.end()) return text;
+    const std::string name(label->text.empty() ? label->name : label->text);
+    text = name.starts_with(text) ? name : text + "  " + name;  // "8. VAV" has its code
   }
   if (code && *code != 0 && !field.refers_to.empty()) text += "  " + name_of(database, field.refers_to, *code);
   return text;

@@ -4,6 +4,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "airsystems/air_system.h"
 #include "component/defaults.h"
 #include "component/json.h"
 #include "component/json_lines.h"
@@ -77,6 +78,19 @@ class ExchangeTest : public test::ProjectTest {
     space->GetRoof(1)->RoofType = 1;
     space->GetOtherLoads()->ElecEqptSchedule = 1;
     space->Save();
+    auto system = project.NewAirSystem();
+    system->SetToDefaultsByType(8);
+    system->GetAirSystem()->SetNumZones(2);
+    system->GetZoneData(2)->SpaceID(1) = 1;
+    system->GetZoneData(2)->TotalSpacesInZone = 1;
+    system->GetZoneSchedule()->TstatSchedule = 1;
+    system->Save();
+    std::optional<bool> after = true;
+    system->GetZoneSizing(2)->Reserved = 5;
+    system->GetPreheatCoil()->Source.raw = 7;
+    system->SetMask(0, CCM_SIMULATIONMASK);
+    system->DesHasChanged = false;
+    system->Save(after);
     auto preferences = project.NewProjectPrefs();
     preferences->EnergyStandardCode = PRF_EnergyStandards{77};
     preferences->CurrencyUnits = "\xE2\x82\xAC";
@@ -96,7 +110,7 @@ TEST_F(ExchangeTest, TheSameProjectGivesTheSameBytesAfterARoundTrip) {
   fresh.SetWorkPath(other.path);
   fresh.FilePrefix = "NEW";
   create_index(fresh.IndexDBName());
-  EXPECT_EQ(import_project(fresh, before, quiet), 17U);
+  EXPECT_EQ(import_project(fresh, before, quiet), 18U);
   EXPECT_EQ(export_project(fresh, {}, quiet), before);
   const std::string copied = test::bytes_of(fresh.WindowFilename());
   for (const size_t index : {1, 3, 5})
@@ -105,6 +119,8 @@ TEST_F(ExchangeTest, TheSameProjectGivesTheSameBytesAfterARoundTrip) {
   EXPECT_EQ(test::bytes_of(fresh.WallFilename()), test::bytes_of(project.WallFilename()));
   EXPECT_EQ(test::bytes_of(fresh.ScheduleFilename()), test::bytes_of(project.ScheduleFilename()));
   EXPECT_EQ(test::bytes_of(fresh.SpaceFilename()), test::bytes_of(project.SpaceFilename()));
+  EXPECT_EQ(test::bytes_of(other / "NEWA01.DAT"), test::bytes_of(folder / "JOBA01.DAT")) << "sizing, and no simulation";
+  EXPECT_NE(before.find("\"Source\": {\"code\":7,\"text\":\"ST_HOT_WATER\"}"), std::string::npos);
 }
 
 TEST_F(ExchangeTest, ReferencesFollowTheirEntitiesIntoAFilledProject) {
@@ -117,6 +133,10 @@ TEST_F(ExchangeTest, ReferencesFollowTheirEntitiesIntoAFilledProject) {
   EXPECT_EQ(space->GetWall(8)->WindowType(2), 4) << "windows 1, 3, 5 of the text came as 2, 4, 6";
   EXPECT_EQ(space->GetOtherLoads()->ElecEqptSchedule, 2);
   EXPECT_EQ(count("Space_Wall_Links WHERE Space_ID = 2 AND Wall_ID = 2"), 1);
+  auto system = project.NewAirSystem();
+  system->Load(2);
+  EXPECT_EQ(system->GetZoneData(2)->SpaceID(1) * 10 + system->GetZoneSchedule()->TstatSchedule, 22);
+  EXPECT_EQ(count("AirSystemIndex WHERE nIndex = 2 AND bDesHasChanged = 0 AND bSimHasChanged = -1"), 1);
   // Spaces alone keep to the project's own entities.
   import_project(project, export_project(project, {"spaces"}, quiet), quiet);
   space->Load(4);

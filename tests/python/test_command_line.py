@@ -82,6 +82,25 @@ class TestCommandLine(unittest.TestCase):
             with self.subTest(words):
                 self.assertIn(says, self.tarn(*words, code=2).stderr)
 
+    def test_air_systems(self):
+        self.tarn("spaces", "new", "Name=Office")
+        self.tarn("air-systems", "new", "--type", "vav", "Name=VAV-1", "ZoneData(1).SpaceID(1)=1", "ZoneData(1).TotalSpacesInZone=1")
+        self.tarn("air-systems", "set", "1", "HeatSys.Used=true", "HeatSys.Source=ST_HOT_WATER")
+        shown = self.tarn("air-systems", "show", "1").stdout
+        for text in (r"SystemType +8\. VAV", r"Source +7  ST_HOT_WATER", r"HWCoilsExists +true", r"SpaceID +50 values from 0 to 1"):
+            self.assertRegex(shown, text)
+        self.tarn("air-systems", "clone", "1", "Name=VAV-2")
+        rows = json.loads(self.tarn("air-systems", "list", "--json").stdout)
+        self.assertEqual([(r["szName"], r["nSystemType"], r["bHWCoilsExist"]) for r in rows], [("VAV-1", 8, -1), ("VAV-2", 8, -1)])
+        for words, says in [(["new", "--type", "VAW"], "did you mean VAV?"), (["new", "--type", "17"], "There is no system type 17"),
+                            (["set", "2", "Name=VAV-1"], "Duplicate air system name detected"),
+                            (["set", "2", "ZoneData(2).Name=x"], "takes a number from 1 to 1"),
+                            (["set", "1", "ZoneSchedule.TstatSchedule=4"], "no Schedule to refer to yet")]:
+            with self.subTest(words):
+                self.assertIn(says, self.tarn("air-systems", *words, code=2).stderr)
+        self.tarn("air-systems", "delete", "1")
+        self.assertFalse((self.at / "MALLA01.DAT").exists())
+
     def test_mistakes_name_the_right_word_and_change_nothing(self):
         self.tarn("windows", "new", "Name=A")
         before = {p.name: p.read_bytes() for p in self.at.iterdir()}

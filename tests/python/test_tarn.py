@@ -157,6 +157,26 @@ class TestObjects(ProjectCase):
         schedule.HourlyValue[2, 23] = 50
         self.assertEqual((schedule.GetValue(12, 8, 23), 2 in schedule.GetUsedProfiles(True)), (50, True))
 
+    def test_air_systems_raise_and_list(self):
+        system = self.project.NewAirSystem()
+        with self.assertRaises(tarn.Error) as wrong:
+            system.Load(9)
+        self.assertEqual((wrong.exception.number, wrong.exception.source), (53, "AS_AirSystem.Load"))
+        system.SetToDefaultsByType(14)
+        system.GetAirSystem().SetNumZones(2)
+        system.GetZoneData(2).AllSpaces = [0] * 50
+        self.assertEqual((system.Save(), system.Index, system.SystemType, len(system.GetCoolSys().Cap1Coeff[:])), (None, 1, 14, 6))
+        with self.assertRaises(tarn.Error) as wrong:
+            system.GetZoneData(3)
+        self.assertEqual(wrong.exception.number, 9)
+        defaults = tarn.AS_Dflt_21_IB()
+        fan = tarn.AS_FanData()
+        defaults.PopulateSupplyFan(fan)
+        self.assertAlmostEqual(fan.KWValue[10], 0.77, 6)
+        adjustments = tarn.AS_FanPowerAdjustments()
+        adjustments.Setup(3)
+        self.assertEqual((adjustments.Count, adjustments.Item(9).ID, [a.ID for a in adjustments.Items()][7:9]), (19, 9, [9, 14]))
+
     def test_describes_itself(self):
         self.assertIn("WIN_Window", tarn.classes())
         members = {m.name: m for m in tarn.members("WIN_Window")}
