@@ -40,6 +40,16 @@ std::string element_text(Database& database, Object& owner, const Member& field,
   return text;
 }
 
+/// What the elements refer to, those that do.
+std::string references_text(Database& database, Object& owner, const Member& field) {
+  std::string line;
+  for_each_element(field, [&](Subscripts at) {
+    const std::string text = element_text(database, owner, field, at);
+    if (text != "0") line += (line.empty() ? "" : ", ") + text;
+  });
+  return line.empty() ? "none" : line;
+}
+
 /// Short arrays in a line, long ones by their range.
 std::string array_text(Database& database, Object& owner, const Member& field) {
   std::vector<std::string> texts;
@@ -62,8 +72,9 @@ std::string array_text(Database& database, Object& owner, const Member& field) {
 }
 
 void add_field(Rows& rows, Database& database, Object& owner, const Member& field) {
-  const std::string text =
-      field.indexed() ? array_text(database, owner, field) : element_text(database, owner, field, {});
+  const std::string text = !field.indexed()          ? element_text(database, owner, field, {})
+                           : field.refers_to.empty() ? array_text(database, owner, field)
+                                                     : references_text(database, owner, field);
   rows.push_back({std::string(field.name), text, std::string(field.unit)});
 }
 
