@@ -181,15 +181,17 @@ void AS_AirSystem::pack_spaces() {
   }
 }
 
-void AS_AirSystem::check_name() {
-  auto same = database().OpenRecordset("SELECT * FROM AirSystemIndex WHERE szName = ? AND nIndex <> ?",
-                                       {stored_name(), cell(Index)});
-  if (!same.AtEof()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
+bool AS_AirSystem::IsNameUnique(const std::optional<std::string>& sName) const {
+  const std::string name(trimmed(sName.value_or("")));
+  return database()
+      .OpenRecordset("SELECT * FROM AirSystemIndex WHERE szName = ? AND nIndex <> ?",
+                     {name.empty() ? stored_name() : name, cell(Index)})
+      .AtEof();
 }
 
 void AS_AirSystem::before_save() {
   as_given_ = false;
-  check_name();
+  if (!IsNameUnique()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
   if (after_calculations_) {
     has_sizing_ |= selected(Section::Sizing);
     has_simulation_ |= selected(Section::Simulation);

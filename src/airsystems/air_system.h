@@ -45,6 +45,9 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
   void Save(std::optional<bool>& bSaveAfterCalculations);
   using StoredEntity::Save;
 
+  /// No other system has the name (its own, where none is given).
+  bool IsNameUnique(const std::optional<std::string>& sName = {}) const;
+
   // docs/air-systems.md has the rules of the queries.
   bool IsChangeoverApplicable() const;
   bool IsHWUsedCentralHeating() const { return heats_centrally(AS_HeatCoolSourceTypes::ST_HOT_WATER); }
@@ -128,7 +131,6 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
   std::vector<std::byte> section_bytes(Section section, const OldFile& old);
   void clear_results();
   void pack_spaces();
-  void check_name();
 
   std::vector<std::byte> record() const override;
   void set_record(std::span<const std::byte> bytes) override;

@@ -287,7 +287,9 @@ TEST_F(AirSystemTest, LinksAreWhatTheInputsReferTo) {
 TEST_F(AirSystemTest, NamesAreUniqueAndDeletesTakeRowsLinksAndFiles) {
   auto system = new_system("O'Hara");
   save(*system);
+  EXPECT_TRUE(system->IsNameUnique());
   auto other = new_system("O'Hara");
+  EXPECT_FALSE(other->IsNameUnique());
   EXPECT_EQ(test::error_number([&] { save(*other); }), 5);
   EXPECT_FALSE(std::filesystem::exists(file(2)));
   other->GetAirSystem()->Name = "B";
