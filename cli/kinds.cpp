@@ -8,6 +8,7 @@
 
 #include "base/by_name.h"
 #include "base/nearest.h"
+#include "base/value.h"
 #include "cli/command.h"
 #include "cli/pictures.h"
 #include "component/json.h"
@@ -130,7 +131,15 @@ Object& part_of(Object& object, std::string_view step, const std::string& word) 
                      "; " + did_you_mean(step.substr(0, open), names));
   }
   const std::vector<int> at = subscripts_in(step.substr(open), word);
-  const int count = part->part_count(object);
+  int count = part->part_count(object);
+  if (part->numbered_part && part->resize_parts && at.size() == 1 && at[0] == count + 1) {
+    part->resize_parts(object, count + 1);  // the next one is added
+    count = part->part_count(object);
+  }
+  if (count == 0) {
+    throw UsageError("The " + std::string(object.info().name) + " has no " + std::string(part->part_name) +
+                     " yet; it comes with results.");
+  }
   if (at.size() != (part->numbered_part ? 1U : 0U) || (part->numbered_part && (at[0] < 1 || at[0] > count))) {
     throw UsageError("\"" + word + "\": " + std::string(part->part_name) +
                      (part->numbered_part ? " takes a number from 1 to " + std::to_string(count) : " takes no number") +
@@ -141,6 +150,8 @@ Object& part_of(Object& object, std::string_view step, const std::string& word) 
 
 /// The first part, where it has a property that the entity has not: an air system's name is its header's.
 Object& header_of(Object& entity, const std::string& property) {
+  const int own = entity.info().number(property);
+  if (own >= 0 && !entity.info().members[static_cast<size_t>(own)].read_only) return entity;
   for (const Member& member : entity.info().members) {
     if (!member.is_part() || member.numbered_part) continue;
     Object& header = member.part(entity, 1);
@@ -162,7 +173,7 @@ Assignment parsed(StoredEntity& entity, const std::string& word) {
   }
   const size_t open = std::min(path.find_first_of("(["), path.size());
   const std::string name(path.substr(0, open));
-  if (out.object->info().number(name) < 0 && out.place.empty()) out.object = &header_of(entity, name);
+  if (out.place.empty()) out.object = &header_of(entity, name);
   const ClassInfo& info = out.object->info();
   std::vector<std::string_view> names;
   for (const Member& member : info.members) {
@@ -200,13 +211,14 @@ std::vector<std::pair<std::string, Json>> fields(StoredEntity& entity) {
 void check_reference(Database& database, const Assignment& assignment) {
   Value value;
   assignment.member->get(*assignment.object, assignment.at, value);
-  const auto* index = std::get_if<int16_t>(&value);
   const std::string kind(assignment.member->refers_to);
-  if (kind.empty() || !index || *index == 0) return;
-  const auto nearest = nearest_index(database, index_table_of(kind), *index);
+  if (kind.empty()) return;
+  const auto index = static_cast<int>(integer_from(value, INT32_MIN, INT32_MAX));
+  if (index == 0) return;
+  const auto nearest = nearest_index(database, index_table_of(kind), index);
   if (!nearest) throw UsageError("The project has no " + kind + " to refer to yet.");
-  if (*nearest != *index) {
-    throw UsageError("There is no " + kind + " " + std::to_string(*index) + " to refer to; the nearest is " +
+  if (*nearest != index) {
+    throw UsageError("There is no " + kind + " " + std::to_string(index) + " to refer to; the nearest is " +
                      std::to_string(*nearest) + ".");
   }
 }
@@ -265,6 +277,8 @@ int run_kind(const Call& call) {
       entity->Reset(true);
     }
     edit(*entity, kind, call.words);
+    if (!entity->kind().gives_names && !entity->IsNameUnique())
+      throw UsageError("Another " + std::string(kind.one) + " has that name; give one of its own: Name=...");
     return saved(call, *entity, kind, "made");
   }
   const int16_t index = index_of(call, *database, *entity, kind);

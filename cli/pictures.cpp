@@ -65,6 +65,8 @@ std::string array_text(Database& database, Object& owner, const Member& field) {
   const std::string count = std::to_string(texts.size());
   if (std::count(texts.begin(), texts.end(), texts.front()) == static_cast<ptrdiff_t>(texts.size()))
     return "all " + count + ": " + texts.front();
+  if (texts.size() > 24 && field.type == ValueType::Boolean)
+    return count + " values, " + std::to_string(std::count(texts.begin(), texts.end(), "true")) + " true";
   if (texts.size() > 24) return count + " values from " + shown(Json(least)) + " to " + shown(Json(most));
   std::string line;
   for (const std::string& text : texts) line += (line.empty() ? "" : ", ") + text;

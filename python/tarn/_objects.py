@@ -354,7 +354,7 @@ class Database(Object):
 
 
 class Collection(Object):
-    """A list of values, numbered from 1 by `Item`; `list(...)`, `len(...)` and `in` work too."""
+    """What has `Count` and `Item`: `list(...)`, `len(...)` and `in` work too."""
 
     __slots__ = ()
 
@@ -362,14 +362,14 @@ class Collection(Object):
         return self.Count
 
     def __iter__(self):
-        return (self.Item(i) for i in range(1, self.Count + 1))
+        listed = self.NewEnum if "newenum" in type(self)._members else self  # keyed ones list themselves in their order
+        return (listed.Item(i) for i in range(1, listed.Count + 1))
 
     def __repr__(self):
         return repr(list(self))
 
 
 classes = {"Database": Database}
-_bases = {"Collection": Collection}
 _threads = threading.local()
 on_thread = []  # what a thread does before its first object: set by the package
 
@@ -397,7 +397,7 @@ def _make(class_name):
     space["__slots__"] = ()
     space["__doc__"] = f"{class_name}: " + ", ".join(m.name for m in members)
     space["_members"] = {m.name.lower(): m for m in members}
-    classes[class_name] = type(class_name, (_bases.get(class_name, Object),), space)
+    classes[class_name] = type(class_name, (Collection if {"count", "item"} <= space["_members"].keys() else Object,), space)
 
 
 for _number in range(c.library.tarn_class_count()):

@@ -3,12 +3,16 @@
 #include <algorithm>
 
 #include "airsystems/defaults.h"
+#include "base/log.h"
+#include "platform/host.h"
 #include "platform/workspace.h"
 
 namespace tarn {
 namespace {
 
 using Source = AS_HeatCoolSourceTypes;
+
+constexpr int kSpaces = decltype(ZoneRecord::SpaceID)::size;
 
 bool is(const Code<Source>& code, Source source) { return static_cast<Source>(code) == source; }
 
@@ -73,9 +77,9 @@ const ClassInfo& AS_AirSystem::info() const {
       part<&C::GetSafetyFactor>, part<&C::GetZoneSchedule>, part<&C::GetWCSystemData>, part<&C::GetSplitSystemData>,
       part<&C::GetChangeoverControlData>, parts<&C::GetZoneData, &C::zone_count, &C::resize_zones>("nIndex"),
       parts<&C::GetAirSizing, &C::sizing_count, &C::resize_sizing>,
-      parts<&C::GetZoneSizing, &C::zone_sizing_count, &C::resize_zones>("nIndex"),
+      parts<&C::GetZoneSizing, &C::zone_sizing_count, &C::resize_zone_sizing>("nIndex"),
       parts<&C::GetCoilSize, &C::sizing_count, &C::resize_sizing>,
-      parts<&C::GetZoneTemperature, &C::zone_simulation_count, &C::resize_zones>("Index"),
+      parts<&C::GetZoneTemperature, &C::zone_simulation_count, &C::resize_zone_simulation>("Index"),
       parts<&C::GetUnmetLoads, &C::simulation_count, &C::resize_simulation>,
       parts<&C::GetLEEDUnmetLoads, &C::simulation_count, &C::resize_simulation>,
       parts<&C::GetHourlySimData, &C::simulation_count, &C::resize_simulation>,
@@ -111,8 +115,17 @@ void AS_AirSystem::drop_results() {
 }
 
 void AS_AirSystem::CreateDefault() {
-  SetToDefaultsByType(1);
-  Reset(true);
+  or_as_before([&] {
+    const std::string path = file_of(0);
+    const bool has_file = !path.empty() && Engine::of_thread().Workspaces(0).files().exists(path);
+    if (has_file) {
+      read_sections(path);
+      Index = 0;
+    } else {
+      SetToDefaultsByType(1);
+      Reset(true);
+    }
+  });
 }
 
 void AS_AirSystem::SetToDefaults() {
@@ -160,25 +173,28 @@ void AS_AirSystem::Load(int16_t nRecNum) {
 /// Zones that lost a space close up.
 void AS_AirSystem::repair_links() {
   clear_unlinked();
-  pack_spaces();
+  for (const Zone& zone : zones_) {
+    ZoneRecord& data = *zone.data;
+    const int entries = std::clamp<int>(data.TotalSpacesInZone, 0, kSpaces);
+    const auto* ids = data.SpaceID.items.data();
+    if (entries - std::count(ids, ids + entries, 0) < data.TotalSpacesInZone) pack_spaces(data, entries);
+  }
   remember_links();
 }
 
-void AS_AirSystem::pack_spaces() {
-  for (const Zone& zone : zones_) {
-    ZoneRecord& data = *zone.data;
-    int kept = 0;
-    for (int i = 1; i <= 50; ++i) {
-      const int16_t space = data.SpaceID(i), multiplier = data.SpaceMultiplier(i);
-      data.SpaceID(i) = 0;
-      data.SpaceMultiplier(i) = 0;
-      if (space == 0 || i > data.TotalSpacesInZone) continue;
-      ++kept;
-      data.SpaceID(kept) = space;
-      data.SpaceMultiplier(kept) = multiplier;
-    }
-    data.TotalSpacesInZone = static_cast<int16_t>(kept);
+void AS_AirSystem::pack_spaces(ZoneRecord& zone, int entries) {
+  int kept = 0;
+  for (int i = 1; i <= entries; ++i) {
+    if (zone.SpaceID(i) == 0) continue;
+    ++kept;
+    zone.SpaceID(kept) = int16_t{zone.SpaceID(i)};
+    zone.SpaceMultiplier(kept) = int16_t{zone.SpaceMultiplier(i)};
   }
+  for (int i = kept + 1; i <= kSpaces; ++i) {
+    zone.SpaceID(i) = 0;
+    zone.SpaceMultiplier(i) = 0;
+  }
+  zone.TotalSpacesInZone = static_cast<int16_t>(kept);
 }
 
 bool AS_AirSystem::IsNameUnique(const std::optional<std::string>& sName) const {
@@ -191,27 +207,52 @@ bool AS_AirSystem::IsNameUnique(const std::optional<std::string>& sName) const {
 
 void AS_AirSystem::before_save() {
   as_given_ = false;
+  on_rollback([this, header = SystemHeaderRecord(general_), des = DesHasChanged, sim = SimHasChanged,
+               sizing = has_sizing_, simulation = has_simulation_] {
+    static_cast<SystemHeaderRecord&>(general_) = header;
+    DesHasChanged = des;
+    SimHasChanged = sim;
+    has_sizing_ = sizing;
+    has_simulation_ = simulation;
+  });
+  take_unselected_header();
   if (!IsNameUnique()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
-  if (after_calculations_) {
+  const bool by_user = selected(Section::Inputs) && !after_calculations_;
+  if (!by_user) {
     has_sizing_ |= selected(Section::Sizing);
     has_simulation_ |= selected(Section::Simulation);
-    return;
   }
+  if (after_calculations_) return;
   auto row = database().OpenRecordset("SELECT * FROM AirSystemIndex WHERE nIndex = ?", {cell(Index)});
   if (!row.AtEof()) {  // only a calculation takes a changed flag away
     DesHasChanged |= row.Fields("bDesHasChanged").integer() != 0;
     SimHasChanged |= row.Fields("bSimHasChanged").integer() != 0;
   }
-  if (!selected(Section::Inputs)) return;
+  if (!by_user) return;
   general_.Sized = false;
   general_.CoilDataValid = false;
   general_.Simulated = false;
   general_.CWCoilsExists = IsCWCoilUsed();
   general_.HWCoilsExists = IsHWCoilUsed();
   general_.STMCoilsExists = IsStmCoilUsed();
-  pack_spaces();
+  for (const Zone& zone : zones_) pack_spaces(*zone.data, kSpaces);
   DesHasChanged = SimHasChanged = true;
   has_sizing_ = has_simulation_ = false;  // in the file; the object holds what it has
+}
+
+/// Names are unique, also of what comes with an exchange.
+void AS_AirSystem::before_restore() {
+  as_given_ = true;
+  if (IsNameUnique()) return;
+  const std::string name = stored_name();
+  store_name(host().copy_name(name));
+  log().message("There is an air system " + name + " already; the other one comes as " + stored_name() + ".");
+}
+
+void AS_AirSystem::renew() {
+  resize_zones(0);
+  drop_results();
+  DesHasChanged = SimHasChanged = true;
 }
 
 void AS_AirSystem::Save(std::optional<bool>& bSaveAfterCalculations) {

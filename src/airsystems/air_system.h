@@ -25,11 +25,13 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
   /// Clears the bits 0 to 26 of the second, then sets those of the first.
   void SetMask(int32_t lMaskAdd, std::optional<int32_t> lMaskRemove = {});
   void select_all() override { SetMask(CCM_MASKALL); }
+  /// No zones, no results, and changed until it is told otherwise.
+  void renew() override;
   /// Index 0; with true also no name and no changed flags.
   void Reset(std::optional<bool> bResetAll = {});
   /// The system as a new one: its inputs stay, results and all flags go.
   void SetAsNew();
-  /// As type 1, without a name.
+  /// From the file of index 0; as type 1, without a name, where there is none.
   void CreateDefault() override;
   /// As type 1 under the name "Default System".
   void SetToDefaults();
@@ -130,14 +132,17 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
   static OldFile old_file(const std::string& path);
   std::vector<std::byte> section_bytes(Section section, const OldFile& old);
   void clear_results();
-  void pack_spaces();
+  void take_unselected_header();
+  /// Closes up the first entries of a zone's list of spaces and counts them.
+  static void pack_spaces(ZoneRecord& zone, int entries);
 
   std::vector<std::byte> record() const override;
   void set_record(std::span<const std::byte> bytes) override;
   void write_record(int16_t index) override;
   void remove_files(int16_t index) override;
   void before_save() override;
-  void before_restore() override { as_given_ = true; }
+  void before_restore() override;
+  bool knows_links() const override { return selected(Section::Inputs); }
   void copy_memory(const StoredEntity& from, bool record_too) override;
   std::string stored_name() const override { return general_.Name.trimmed(); }
   void store_name(std::string_view name) override { general_.Name = name; }
@@ -159,6 +164,9 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
   int zone_simulation_count() const { return has_simulation_ ? zone_count() : 0; }
   void resize_sizing(int count) { has_sizing_ = count > 0; }
   void resize_simulation(int count) { has_simulation_ = count > 0; }
+  // A list of results says that they are there; it is as long as that of the zones.
+  void resize_zone_sizing(int count) { has_sizing_ |= count > 0; }
+  void resize_zone_simulation(int count) { has_simulation_ |= count > 0; }
   template <auto Field>
   bool flag() const {
     return general_.*Field;

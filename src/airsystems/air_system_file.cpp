@@ -142,13 +142,25 @@ AS_AirSystem::OldFile AS_AirSystem::old_file(const std::string& path) {
   return old;
 }
 
+/// A header that the mask does not select is that of the file, in the index row as well.
+void AS_AirSystem::take_unselected_header() {
+  const std::string path = file_of(Index);
+  if (selected(Section::Header) || path.empty() || !files().exists(path)) return;
+  SystemHeaderRecord header;
+  files().read(path, 0, std::as_writable_bytes(std::span(&header, 1)), OpenMode::Read);
+  checked_shape(header, files().size(path), path);
+  const int16_t zones = general_.NumZones;
+  static_cast<SystemHeaderRecord&>(general_) = header;
+  if (selected(Section::Inputs)) general_.NumZones = zones;
+}
+
 /// A section for the new file: from memory where it is selected, else as the old file has it. Empty where neither has
 /// it.
 std::vector<std::byte> AS_AirSystem::section_bytes(Section section, const OldFile& old) {
   const uint64_t ends[]{0, old.shape.header, old.shape.inputs, old.shape.sizing, old.shape.simulation};
   const auto number = static_cast<size_t>(section);
   std::vector<std::byte> out;
-  const bool in_memory = section <= Section::Inputs || (section == Section::Sizing ? has_sizing_ : has_simulation_);
+  const bool in_memory = section == Section::Inputs || (section == Section::Sizing ? has_sizing_ : has_simulation_);
   if (selected(section)) {
     if (section == Section::Simulation) hourly_.Resize(general_.NumOutputs);
     for (const auto& block : section_blocks(section)) {
@@ -169,17 +181,14 @@ void AS_AirSystem::write_record(int16_t index) {
   const bool by_user = selected(Section::Inputs) && !after_calculations_ && !as_given_;
   const bool all = (m_lCurMask & CCM_MASKALL) == CCM_MASKALL;
   const OldFile old = all ? OldFile{{}, shape_of(0, 0)} : old_file(path);
-  std::vector<std::byte> header = section_bytes(Section::Header, old);
-  if (header.empty()) header = {general_.bytes().begin(), general_.bytes().end()};  // a new file begins with one
+  std::vector<std::byte> header{general_.bytes().begin(), general_.bytes().end()};
   std::vector<std::byte> inputs = section_bytes(Section::Inputs, old);
   std::vector<std::byte> sizing, simulation;
   if (!by_user) {
     sizing = section_bytes(Section::Sizing, old);
     simulation = section_bytes(Section::Simulation, old);
   }
-  SystemHeaderRecord written{};
-  std::copy(header.begin(), header.end(), std::as_writable_bytes(std::span(&written, 1)).begin());
-  const Shape shape = shape_of(written.NumZones, written.NumOutputs);
+  const Shape shape = shape_of(general_.NumZones, general_.NumOutputs);
   // What lies behind has its place by what lies before, also where that was never stored.
   if (!simulation.empty()) sizing.resize(shape.sizing - shape.inputs);
   if (!sizing.empty()) inputs.resize(shape.inputs - shape.header);
@@ -197,7 +206,8 @@ void AS_AirSystem::write_record(int16_t index) {
 }
 
 void AS_AirSystem::remove_files(int16_t index) {
-  files().remove(file_of(index), GetDBHandle());
+  if (index == 0) return;  // never stored; the file of index 0 is the default's
+  if (const std::string path = file_of(index); !path.empty()) files().remove(path, GetDBHandle());
   if (DLFileName.empty()) return;
   const bool has_folder = DLFileName.find('/') != std::string::npos;
   files().remove(has_folder ? DLFileName : host().directory_form(WorkPath) + DLFileName, GetDBHandle());

@@ -96,7 +96,7 @@ const ClassInfo& AS_FanPowerAdjustment::info() const {
 const ClassInfo& AS_FanPowerAdjustments::info() const {
   using C = AS_FanPowerAdjustments;
   static const ClassInfo info = describe<C>(Failures::Raised, method<&C::Item>("factor"), property<&C::Count>,
-                                            method<&C::Items>, method<&C::Setup>("energyStd"));
+                                            property<&C::NewEnum>, method<&C::Setup>("energyStd"));
   return info;
 }
 
@@ -126,7 +126,7 @@ Ptr<AS_FanPowerAdjustment> AS_FanPowerAdjustments::Item(AS_AFactors factor) cons
            (items_.empty() ? ", as Setup was not called yet." : "; factors are 1 to " + std::to_string(Count()) + "."));
 }
 
-Ptr<Collection> AS_FanPowerAdjustments::Items() const {
+Ptr<Collection> AS_FanPowerAdjustments::NewEnum() const {
   auto all = std::make_shared<Collection>();
   for (const auto& item : items_) all->add(std::static_pointer_cast<Object>(item));
   return all;

@@ -35,7 +35,7 @@ class AS_FanPowerAdjustments final : public Object {
   /// Error `SubscriptOutOfRange` for a factor that has no item, as every one before `Setup`.
   Ptr<AS_FanPowerAdjustment> Item(AS_AFactors factor) const;
   /// All items in the order of their creation.
-  Ptr<Collection> Items() const;
+  Ptr<Collection> NewEnum() const;
   auto begin() const { return items_.begin(); }
   auto end() const { return items_.end(); }
 

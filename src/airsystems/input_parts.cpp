@@ -5,6 +5,12 @@ namespace {
 
 std::span<const Label> cooling_sources(const Object&) { return kCoolingSources; }
 
+/// Code 0 is another thing for fuels than for compressors.
+std::span<const Label> direct_heat_options(const Object&) {
+  static constexpr Label kOptions[]{{0, "ptAVG_HEAT_EFF", ""}, {1, "ptARI_PERF", ""}, {2, "ptASHRAE_EFF", ""}};
+  return kOptions;
+}
+
 bool uses_schedule(const Object& ventilation) {
   constexpr int16_t kScheduled = 3;
   return dynamic_cast<const AS_OutdoorVent&>(ventilation).VentType.raw == kScheduled;
@@ -50,12 +56,13 @@ const ClassInfo& AS_HeatData::info() const {
       property<&R::OAMaxTemp>("F"), property<&R::Source>, property<&R::Schedule>,
       another<&R::Schedule>.named("AllSchedules"), property<&R::AutoSize>, property<&R::SizingFactor>,
       property<&R::DesignET>("F"), property<&R::DesignCapacity>, property<&R::DesignPower>,
-      property<&R::DesignPowerUnits>, property<&R::DesignPowerOption>, property<&R::DirectHeatOption>,
-      property<&R::DXConfig>, property<&R::CutoffOAT>("F"), property<&R::PerfModelType>, property<&R::PLR1Coeff>,
-      property<&R::Cap1Coeff>, property<&R::CapCFM1Coeff>, property<&R::Pow1Coeff>, property<&R::PowCFM1Coeff>,
-      property<&R::Cap2Coeff>, property<&R::CapCFM2Coeff>, property<&R::Pow2Coeff>, property<&R::PowCFM2Coeff>,
-      property<&R::DirectHeatType>, property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>,
-      property<&R::DirectHeatMiscElec>, property<&R::AuxHeatUpperCutoff>("F"));
+      property<&R::DesignPowerUnits>, property<&R::DesignPowerOption>,
+      property<&R::DirectHeatOption>.codes(direct_heat_options), property<&R::DXConfig>, property<&R::CutoffOAT>("F"),
+      property<&R::PerfModelType>, property<&R::PLR1Coeff>, property<&R::Cap1Coeff>, property<&R::CapCFM1Coeff>,
+      property<&R::Pow1Coeff>, property<&R::PowCFM1Coeff>, property<&R::Cap2Coeff>, property<&R::CapCFM2Coeff>,
+      property<&R::Pow2Coeff>, property<&R::PowCFM2Coeff>, property<&R::DirectHeatType>,
+      property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>,
+      property<&R::AuxHeatUpperCutoff>("F"));
   return info;
 }
 
@@ -107,17 +114,18 @@ const ClassInfo& AS_EconomizerData::info() const {
 const ClassInfo& AS_CoilData::info() const {
   using R = CoilRecord;
   using C = AS_CoilData;
-  static const ClassInfo info = describe<C>(
-      Failures::Raised, property<&R::Used>, property<&R::Setpoint>("F"), property<&R::UnoccSetpoint>("F"),
-      property<&R::DownStream>, property<&R::Source>.codes(C::sources), property<&R::Schedule>,
-      another<&R::Schedule>.named("AllSchedules"), property<&R::CoilBypass>, property<&R::AutoSize>,
-      property<&R::SizingFactor>, property<&R::DesignET>("F"), property<&R::DesignCapacity>, property<&R::DesignPower>,
-      property<&R::DesignPowerUnits>, property<&R::DesignPowerOption>, property<&R::DirectHeatOption>,
-      property<&R::DXConfig>, property<&R::CutoffOAT1>("F"), property<&R::LowTempControlUsed>,
-      property<&R::CutoffOAT2>("F"), property<&R::PerfModelType>, property<&R::PLR1Coeff>, property<&R::Cap1Coeff>,
-      property<&R::CapCFM1Coeff>, property<&R::Pow1Coeff>, property<&R::PowCFM1Coeff>, property<&R::LowTempCapMult>,
-      property<&R::LowTempPowMult>, property<&R::DirectHeatType>, property<&R::DirectHeatCapacity>,
-      property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>);
+  static const ClassInfo info =
+      describe<C>(Failures::Raised, property<&R::Used>, property<&R::Setpoint>("F"), property<&R::UnoccSetpoint>("F"),
+                  property<&R::DownStream>, property<&R::Source>.codes(C::sources), property<&R::Schedule>,
+                  another<&R::Schedule>.named("AllSchedules"), property<&R::CoilBypass>, property<&R::AutoSize>,
+                  property<&R::SizingFactor>, property<&R::DesignET>("F"), property<&R::DesignCapacity>,
+                  property<&R::DesignPower>, property<&R::DesignPowerUnits>, property<&R::DesignPowerOption>,
+                  property<&R::DirectHeatOption>.codes(direct_heat_options), property<&R::DXConfig>,
+                  property<&R::CutoffOAT1>("F"), property<&R::LowTempControlUsed>, property<&R::CutoffOAT2>("F"),
+                  property<&R::PerfModelType>, property<&R::PLR1Coeff>, property<&R::Cap1Coeff>,
+                  property<&R::CapCFM1Coeff>, property<&R::Pow1Coeff>, property<&R::PowCFM1Coeff>,
+                  property<&R::LowTempCapMult>, property<&R::LowTempPowMult>, property<&R::DirectHeatType>,
+                  property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>);
   return info;
 }
 
@@ -206,28 +214,28 @@ const ClassInfo& AS_ChangeoverControl::info() const {
 const ClassInfo& AS_ZoneData::info() const {
   using R = ZoneRecord;
   using C = AS_ZoneData;
-  static const ClassInfo info =
-      describe<C>(Failures::Raised, property<&R::Name>.trimmed(), property<&R::SpaceID>.refers_to("Space"),
-                  another<&R::SpaceID>.named("AllSpaces"), another<&R::SpaceMultiplier>.named("AllMultipliers"),
-                  property<&R::SpaceMultiplier>, property<&R::TotalSpacesInZone>, property<&R::AllZoneTstatSame>,
-                  property<&R::OccCoolSetpt>("F"), property<&R::UnoccCoolSetpt>("F"), property<&R::OccHeatSetpt>("F"),
-                  property<&R::UnoccHeatSetpt>("F"), property<&R::TstatRange>("F"), property<&R::DiversityFactor>,
-                  property<&R::AirRateSpec>, property<&R::ExhaustAirRate>, property<&R::ExhaustFanKW>("kW"),
-                  property<&R::AllZoneHtgUnitsSame>, property<&R::HeatUnitType>, property<&R::HeatUnitTripTemp>("F"),
-                  property<&R::HeatUnitSupTemp>("F"), property<&R::HeatUnitFanSpec>, property<&R::HeatUnitFanVal>,
-                  property<&R::HeatUnitFanEff>, property<&R::AllZoneTermsSame>, property<&R::TermType>,
-                  property<&R::AirDistribution>, property<&R::AirDistributionEffectivenessSpec>,
-                  property<&R::AirDistributionEffectiveness>, property<&R::CoilBypass>, property<&R::AirflowRatio>,
-                  property<&R::MinAirSpec>, property<&R::MinAirValue>, property<&R::MinDamperPos>,
-                  property<&R::ReheatCoil>, property<&R::TermFanSpec>, property<&R::TermFanVal>,
-                  property<&R::TermFanEff>, property<&R::TermSupTemp>("F"), property<&R::AllZoneTermClgSame>,
-                  property<&R::ClgAutoSize>, property<&R::ClgDesignSizingFactor>, property<&R::ClgDesignET>("F"),
-                  property<&R::ClgDesignCapacity>, property<&R::ClgDesignPower>, property<&R::ClgDesignPowerUnits>,
-                  property<&R::ClgDesignPowerOption>, property<&R::ClgCutoffOAT>("F"), property<&R::AllZoneTermHtgSame>,
-                  property<&R::HtgAutoSize>, property<&R::HtgDesignSizingFactor>, property<&R::HtgDesignET>("F"),
-                  property<&R::HtgDesignCapacity>, property<&R::HtgDesignPower>, property<&R::HtgDesignPowerUnits>,
-                  property<&R::HtgDesignPowerOption>, property<&R::DirectHeatOption>, property<&R::HtgCutoffOAT>("F"),
-                  property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>);
+  static const ClassInfo info = describe<C>(
+      Failures::Raised, property<&R::Name>.trimmed(), property<&R::SpaceID>.refers_to("Space"),
+      another<&R::SpaceID>.named("AllSpaces"), another<&R::SpaceMultiplier>.named("AllMultipliers"),
+      property<&R::SpaceMultiplier>, property<&R::TotalSpacesInZone>, property<&R::AllZoneTstatSame>,
+      property<&R::OccCoolSetpt>("F"), property<&R::UnoccCoolSetpt>("F"), property<&R::OccHeatSetpt>("F"),
+      property<&R::UnoccHeatSetpt>("F"), property<&R::TstatRange>("F"), property<&R::DiversityFactor>,
+      property<&R::AirRateSpec>, property<&R::ExhaustAirRate>, property<&R::ExhaustFanKW>("kW"),
+      property<&R::AllZoneHtgUnitsSame>, property<&R::HeatUnitType>, property<&R::HeatUnitTripTemp>("F"),
+      property<&R::HeatUnitSupTemp>("F"), property<&R::HeatUnitFanSpec>, property<&R::HeatUnitFanVal>,
+      property<&R::HeatUnitFanEff>, property<&R::AllZoneTermsSame>, property<&R::TermType>,
+      property<&R::AirDistribution>, property<&R::AirDistributionEffectivenessSpec>,
+      property<&R::AirDistributionEffectiveness>, property<&R::CoilBypass>, property<&R::AirflowRatio>,
+      property<&R::MinAirSpec>, property<&R::MinAirValue>, property<&R::MinDamperPos>, property<&R::ReheatCoil>,
+      property<&R::TermFanSpec>, property<&R::TermFanVal>, property<&R::TermFanEff>, property<&R::TermSupTemp>("F"),
+      property<&R::AllZoneTermClgSame>, property<&R::ClgAutoSize>, property<&R::ClgDesignSizingFactor>,
+      property<&R::ClgDesignET>("F"), property<&R::ClgDesignCapacity>, property<&R::ClgDesignPower>,
+      property<&R::ClgDesignPowerUnits>, property<&R::ClgDesignPowerOption>, property<&R::ClgCutoffOAT>("F"),
+      property<&R::AllZoneTermHtgSame>, property<&R::HtgAutoSize>, property<&R::HtgDesignSizingFactor>,
+      property<&R::HtgDesignET>("F"), property<&R::HtgDesignCapacity>, property<&R::HtgDesignPower>,
+      property<&R::HtgDesignPowerUnits>, property<&R::HtgDesignPowerOption>,
+      property<&R::DirectHeatOption>.codes(direct_heat_options), property<&R::HtgCutoffOAT>("F"),
+      property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>);
   return info;
 }
 

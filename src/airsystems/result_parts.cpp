@@ -76,8 +76,9 @@ const ClassInfo& AS_HourlyResults::info() const {
 const ClassInfo& AS_HourlySimData::info() const {
   using C = AS_HourlySimData;
   static const ClassInfo info =
-      describe<C>(Failures::Raised, method<&C::Item>("vntIndexKey"), property<&C::Count>, method<&C::Add>,
-                  method<&C::Resize>("numItems"), method<&C::Remove>("vntIndexKey"), method<&C::ResetData>);
+      describe<C>(Failures::Raised, parts<&C::Item, &C::Count, &C::Resize>("vntIndexKey"), property<&C::Count>,
+                  property<&C::NewEnum>, method<&C::Add>, method<&C::Resize>("numItems"),
+                  method<&C::Remove>("vntIndexKey"), method<&C::ResetData>);
   return info;
 }
 
@@ -91,6 +92,12 @@ size_t place(int32_t number, int32_t count) {
 }  // namespace
 
 Ptr<AS_HourlyResults> AS_HourlySimData::Item(int32_t vntIndexKey) const { return items_[place(vntIndexKey, Count())]; }
+
+Ptr<Collection> AS_HourlySimData::NewEnum() const {
+  auto all = std::make_shared<Collection>();
+  for (const auto& item : items_) all->add(std::static_pointer_cast<Object>(item));
+  return all;
+}
 
 void AS_HourlySimData::Remove(int32_t vntIndexKey) {
   items_.erase(items_.begin() + static_cast<ptrdiff_t>(place(vntIndexKey, Count())));

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "airsystems/codes.h"
+#include "base/collection.h"
 #include "base/months.h"
 #include "storage/entity.h"
 
@@ -104,6 +105,8 @@ class AS_HourlySimData final : public Object {
   int32_t Count() const { return static_cast<int32_t>(items_.size()); }
   /// Error `SubscriptOutOfRange`.
   Ptr<AS_HourlyResults> Item(int32_t vntIndexKey) const;
+  /// All of them, in order.
+  Ptr<Collection> NewEnum() const;
   void Add() { items_.push_back(std::make_shared<AS_HourlyResults>()); }
   /// New blocks are zero.
   void Resize(int32_t numItems);

@@ -29,15 +29,28 @@ std::vector<int16_t> indexes_of(const StoredEntity& entity) {
   return indexes;
 }
 
-/// The stored fields of a part, all in a line.
+/// A part's stored fields and its own parts, all in a line.
 void write_part(std::string& out, Object& part) {
   std::string_view separator = "{\"";
-  for_each_field(part, [&](Object& owner, const Member& field, const std::string&) {
-    (out += separator) += field.name;
-    write_json(out += "\": ", owner, field);
-    separator = ", \"";
-  });
-  out += "}";
+  const auto key = [&](std::string_view name) {
+    (out += std::exchange(separator, ", \"")) += name;
+    out += "\": ";
+  };
+  const auto write = [&](const Member& field) {
+    if (!field.exchanged()) return;
+    key(field.name);
+    write_json(out, part, field);
+  };
+  for (const Member& field : part.info().reserved) write(field);
+  for (const Member& member : part.info().members) {
+    write(member);
+    if (!member.is_part()) continue;
+    key(member.part_name);
+    for (int number = 1; number <= member.part_count(part); ++number)
+      write_part(out += number == 1 ? "[" : ", ", member.part(part, number));
+    out += member.part_count(part) == 0 ? "[]" : "]";
+  }
+  out += separator.starts_with('{') ? "{}" : "}";
 }
 
 /// The stored fields and the parts, a line each, behind what stands in the object already.
@@ -219,6 +232,7 @@ class Import {
         entity->CreateDefault();
         entity->Reset(true);
       }
+      if (complete) entity->renew();
       fields(*entity, json, "index", index > 0 || keeps_indexes);
       entity->Reset();
       const Naming naming = complete ? Naming::AsItIs : Naming::Valid;
@@ -253,14 +267,14 @@ class Import {
   void fields(Object& object, const Json& json, std::string_view beside, bool follow) {
     const std::string place = at_;
     FieldSetting how{[&](const std::string& deeper) { at_ = place + deeper; }, {}, beside};
-    if (follow) how.follow = [&](std::string_view kind, int16_t index) { return followed(kind, index); };
+    if (follow) how.follow = [&](std::string_view kind, int32_t index) { return followed(kind, index); };
     set_fields_from_json(object, json, how);
     at_ = place;
   }
 
   /// References to entities of the text take the indexes that these have got. Kinds that the text leaves out are the
   /// project's own.
-  int16_t followed(std::string_view kind, int16_t index) const {
+  int32_t followed(std::string_view kind, int32_t index) const {
     const auto text = renumbered_.find(kind);
     if (text == renumbered_.end()) return index;
     const auto found = text->second.given.find(index);
@@ -294,7 +308,7 @@ class Import {
   std::string at_;  // JSON pointer
   struct Renumbered {
     bool keeps_indexes = true;
-    std::map<int16_t, int16_t> given;  // by the text's index
+    std::map<int32_t, int16_t> given;  // by the text's index
   };
   std::map<std::string_view, Renumbered> renumbered_;  // by kind
   size_t done_ = 0, total_ = 0;

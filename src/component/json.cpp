@@ -313,12 +313,12 @@ bool is_complete(const ClassInfo& info, const Json& json) {
 namespace {
 
 void follow_references(Object& object, const Member& field,
-                       const std::function<int16_t(std::string_view, int16_t)>& follow) {
+                       const std::function<int32_t(std::string_view, int32_t)>& follow) {
   if (field.refers_to.empty() || (field.refers_when && !field.refers_when(object))) return;
   for_each_element(field, [&](Subscripts at) {
     Value value;
     field.get(object, at, value);
-    if (const auto index = static_cast<int16_t>(integer_from(value, 0, INT16_MAX)); index != 0)
+    if (const auto index = static_cast<int32_t>(integer_from(value, INT32_MIN, INT32_MAX)); index != 0)
       field.let(object, at, follow(field.refers_to, index));
   });
 }

@@ -30,7 +30,7 @@ bool is_complete(const ClassInfo& info, const nlohmann::ordered_json& json);
 struct FieldSetting {
   std::function<void(const std::string&)>
       at;  // told each field's place before it is set, a JSON pointer from the object's
-  std::function<int16_t(std::string_view kind, int16_t index)> follow;  // gives the index that a reference becomes
+  std::function<int32_t(std::string_view kind, int32_t index)> follow;  // gives the index that a reference becomes
   std::string_view beside;                                              // a key of the object to leave alone
 };
 /// Sets the fields of an object and its parts that the JSON has.

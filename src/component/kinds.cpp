@@ -1,5 +1,8 @@
 #include "component/kinds.h"
 
+#include <algorithm>
+#include <charconv>
+
 #include "airsystems/defaults.h"
 #include "base/nearest.h"
 #include "envelope/construction.h"
@@ -22,6 +25,10 @@ std::string_view short_name(const SystemDefaults& defaults) {
 void start_system(StoredEntity& entity, std::string_view type) {
   auto& system = dynamic_cast<AS_AirSystem&>(entity);
   if (type.empty()) return system.SetToDefaults();
+  int number = 0;
+  const auto [end, failed] = std::from_chars(type.data(), type.data() + type.size(), number);
+  if (failed == std::errc() && end == type.data() + type.size())
+    return system.SetToDefaultsByType(static_cast<int16_t>(std::clamp(number, -1, 99)));
   std::vector<std::string_view> names;
   for (const SystemDefaults& each : kSystemDefaults) {
     names.push_back(short_name(each));

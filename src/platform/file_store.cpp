@@ -90,6 +90,7 @@ void FileStore::replace(const std::string& name, std::span<const std::byte> byte
 }
 
 void FileStore::remove(const std::string& name, Ptr<Database> owner) {
+  if (!exists(name)) return;
   replace(name, {}, std::move(owner));
   levels_.back()[absolute(name)].removed = true;
 }

@@ -125,7 +125,7 @@ void StoredEntity::Save() {
         fail(ErrorNumber::NoCurrentRecord, std::string(kind().lost_row_message));
       rows.Edit();
     }
-    clear_lost_links();
+    if (knows_links()) clear_lost_links();
     store(rows, Naming::Valid, &StoredEntity::before_save);
     transaction.commit();
   });
@@ -168,14 +168,17 @@ void StoredEntity::clear_lost_links() {
   });
 }
 
+void StoredEntity::on_rollback(std::function<void()> undo) {
+  Engine::of_thread().Workspaces(0).on_rollback([weak = std::weak_ptr<StoredEntity*>(self_), undo = std::move(undo)] {
+    if (weak.lock()) undo();
+  });
+}
+
 void StoredEntity::follow_rollback() {
-  Engine::of_thread().Workspaces(0).on_rollback(
-      [weak = std::weak_ptr<StoredEntity*>(self_), before = Index, linked = linked_] {
-        const auto self = weak.lock();
-        if (!self) return;
-        (*self)->Index = before;
-        (*self)->linked_ = linked;
-      });
+  on_rollback([this, before = Index, linked = linked_] {
+    Index = before;
+    linked_ = linked;
+  });
 }
 
 /// Writes the row that is being edited or added, marks dependants, writes the record.
@@ -186,7 +189,7 @@ void StoredEntity::store(Recordset& rows, Naming naming, void (StoredEntity::*pr
   rows.Fields("szName") = stored_name();
   for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
   rows.Update();
-  if (!kind().link_owner.empty()) {
+  if (!kind().link_owner.empty() && knows_links()) {
     write_links(*this, database(), kind().link_owner, Index);
     remember_links();
   }

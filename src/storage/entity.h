@@ -51,6 +51,8 @@ class StoredEntity : public Object {
   virtual std::string default_file() const { return FileName; }
   /// Everything that the entity keeps is loaded and saved from now on, for a kind that can do with less.
   virtual void select_all() {}
+  /// Before the object takes another entity's fields one by one: nothing of the last one stays.
+  virtual void renew() {}
 
  protected:
   /// Bytes of the object that the record has next; the record is all of them in a row.
@@ -71,6 +73,10 @@ class StoredEntity : public Object {
   virtual std::vector<std::byte> record() const;
   virtual void set_record(std::span<const std::byte> bytes);
   virtual void write_record(int16_t index);
+  /// Whether the object knows what the entity refers to, so that a save may rewrite its link rows.
+  virtual bool knows_links() const { return true; }
+  /// Runs when what is being done is rolled back, now or by a transaction around it, if the object is still there.
+  void on_rollback(std::function<void()> undo);
   /// Removes what a deleted entity keeps outside record file and tables.
   virtual void remove_files(int16_t /*index*/) {}
   Database& database() const;

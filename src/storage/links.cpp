@@ -24,11 +24,11 @@ std::set<std::string_view> kinds_of(Object& owner) {
   return kinds;
 }
 
-std::set<int16_t> rows_of(Database& database, std::string_view owner, std::string_view kind, int16_t index) {
-  std::set<int16_t> found;
+std::set<int32_t> rows_of(Database& database, std::string_view owner, std::string_view kind, int16_t index) {
+  std::set<int32_t> found;
   auto rows = database.OpenRecordset("SELECT * FROM " + table_of(owner, kind) + " WHERE " + column_of(owner) + " = ?",
                                      {cell(index)});
-  for (; !rows.AtEof(); rows.MoveNext()) found.insert(static_cast<int16_t>(rows.Fields(column_of(kind)).integer()));
+  for (; !rows.AtEof(); rows.MoveNext()) found.insert(static_cast<int32_t>(rows.Fields(column_of(kind)).integer()));
   return found;
 }
 
@@ -40,9 +40,9 @@ void for_each_reference(Object& object, const ReferenceAction& action) {
     for_each_element(field, [&](Subscripts at) {
       Value value;
       field.get(owner, at, value);
-      const auto index = static_cast<int16_t>(integer_from(value, INT32_MIN, INT32_MAX));
+      const auto index = static_cast<int32_t>(integer_from(value, INT32_MIN, INT32_MAX));
       if (index == 0) return;
-      const int16_t wanted = action(field.refers_to, index, prefix + element_name(field, at));
+      const int32_t wanted = action(field.refers_to, index, prefix + element_name(field, at));
       if (wanted != index) field.let(owner, at, wanted);
     });
   });
@@ -54,7 +54,7 @@ std::string index_table_of(std::string_view kind) {
 
 std::vector<Use> uses_of(Object& object) {
   std::vector<Use> uses;
-  for_each_reference(object, [&](std::string_view kind, int16_t index, const std::string& place) {
+  for_each_reference(object, [&](std::string_view kind, int32_t index, const std::string& place) {
     uses.push_back({place, kind, index});
     return index;
   });
@@ -72,13 +72,13 @@ bool has_link(Database& database, std::string_view owner_kind, int16_t owner, co
 }
 
 void write_links(Object& owner, Database& database, std::string_view owner_kind, int16_t index) {
-  std::map<std::string_view, std::map<int16_t, Use>> uses;
+  std::map<std::string_view, std::map<int32_t, Use>> uses;
   for (const Use& use : uses_of(owner)) uses[use.kind].emplace(use.index, use);
   for (const std::string_view kind : kinds_of(owner)) {
-    const std::set<int16_t> present = rows_of(database, owner_kind, kind, index);
+    const std::set<int32_t> present = rows_of(database, owner_kind, kind, index);
     const auto& wanted = uses[kind];
     const std::string table = table_of(owner_kind, kind);
-    for (const int16_t id : present) {
+    for (const int32_t id : present) {
       if (wanted.contains(id)) continue;
       const Cell row[]{cell(index), cell(id)};
       database.Execute(
@@ -98,7 +98,7 @@ void write_links(Object& owner, Database& database, std::string_view owner_kind,
 }
 
 void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost) {
-  for_each_reference(owner, [&](std::string_view kind, int16_t index, const std::string& place) -> int16_t {
+  for_each_reference(owner, [&](std::string_view kind, int32_t index, const std::string& place) -> int32_t {
     if (!lost({place, kind, index})) return index;
     log().message(title + ", " + place + ": " + std::string(kind) + " " + std::to_string(index) +
                   " was deleted; the reference is cleared.");

@@ -16,7 +16,7 @@ class Database;
 
 /// Calls `action` on every reference of an object and its parts that is not 0; what it returns is stored, where it
 /// differs. `place` is the field as a person names it: "Wall(2).WindowType(1)".
-using ReferenceAction = std::function<int16_t(std::string_view kind, int16_t index, const std::string& place)>;
+using ReferenceAction = std::function<int32_t(std::string_view kind, int32_t index, const std::string& place)>;
 void for_each_reference(Object& object, const ReferenceAction& action);
 
 /// The index table of a kind by the word that link tables have for it.
@@ -26,7 +26,7 @@ std::string index_table_of(std::string_view kind);
 struct Use {
   std::string place;
   std::string_view kind;
-  int16_t index;
+  int32_t index;
   bool operator==(const Use&) const = default;
 };
 std::vector<Use> uses_of(Object& object);

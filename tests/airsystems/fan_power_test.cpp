@@ -44,7 +44,7 @@ TEST(FanPower, ItemsAreInTheirOrderWithTheirTexts) {
   for (const int standard : {kNone, k2001, k2004, k2007, k2010, k2013, kAny}) {
     const auto all = adjustments(standard);
     ASSERT_EQ(all->Count(), 19) << standard;
-    const auto list = all->Items();
+    const auto list = all->NewEnum();
     int32_t n = 0;
     for (const auto& [factor, text] : rows) {
       const ObjectPtr walked = std::get<ObjectPtr>(list->Item(++n));

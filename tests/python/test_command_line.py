@@ -92,9 +92,11 @@ class TestCommandLine(unittest.TestCase):
         self.tarn("air-systems", "clone", "1", "Name=VAV-2")
         rows = json.loads(self.tarn("air-systems", "list", "--json").stdout)
         self.assertEqual([(r["szName"], r["nSystemType"], r["bHWCoilsExist"]) for r in rows], [("VAV-1", 8, -1), ("VAV-2", 8, -1)])
-        for words, says in [(["new", "--type", "VAW"], "did you mean VAV?"), (["new", "--type", "17"], "There is no system type 17"),
+        for words, says in [(["new", "--type", "VAW"], "did you mean VAV?"), (["new", "--type", "17"], "System type 17 is no longer used."),
                             (["set", "2", "Name=VAV-1"], "Duplicate air system name detected"),
-                            (["set", "2", "ZoneData(2).Name=x"], "takes a number from 1 to 1"),
+                            (["set", "2", "ZoneData(3).Name=x"], "takes a number from 1 to 1"),
+                            (["set", "2", "AirSizing.VentCFM=5"], "has no AirSizing yet"), (["set", "1", "WCSystemData.TowerID=9"], "no Tower to refer to"),
+                            (["new", "--type", "VAV", "Name=VAV-1"], "Another air system has that name"),
                             (["set", "1", "ZoneSchedule.TstatSchedule=4"], "no Schedule to refer to yet")]:
             with self.subTest(words):
                 self.assertIn(says, self.tarn("air-systems", *words, code=2).stderr)

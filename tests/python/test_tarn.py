@@ -175,7 +175,7 @@ class TestObjects(ProjectCase):
         self.assertAlmostEqual(fan.KWValue[10], 0.77, 6)
         adjustments = tarn.AS_FanPowerAdjustments()
         adjustments.Setup(3)
-        self.assertEqual((adjustments.Count, adjustments.Item(9).ID, [a.ID for a in adjustments.Items()][7:9]), (19, 9, [9, 14]))
+        self.assertEqual((adjustments.Count, adjustments.Item(9).ID, [a.ID for a in adjustments][7:9]), (19, 9, [9, 14]))
 
     def test_describes_itself(self):
         self.assertIn("WIN_Window", tarn.classes())
