@@ -147,9 +147,17 @@ Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move
       handle_,
       [](void* self, int action, const char* table, const char* column, const char*, const char*) {
         // Deletes without a condition are made row by row, so that the update hook sees each.
-        if (action == SQLITE_DELETE) return SQLITE_IGNORE;
+        auto& database = *static_cast<Database*>(self);
+        if (action == SQLITE_DROP_TABLE) {
+          database.dropping_ = table;
+          database.free_marks_.clear();
+        }
+        // A table that is dropped is asked for as a delete as well, which must be let through.
+        const bool of_drop =
+            action == SQLITE_DELETE && (std::string_view(table).starts_with("sqlite_") || database.dropping_ == table);
+        if (action == SQLITE_DELETE && !of_drop) return SQLITE_IGNORE;
         if (action == SQLITE_UPDATE && column && std::string_view(column) == "nIndex") {
-          static_cast<Database*>(self)->unmarked_.insert(table);
+          database.unmarked_.insert(table);
         }
         return SQLITE_OK;
       },

@@ -128,6 +128,7 @@ class Database final : public Object {
   std::unordered_map<std::string, std::shared_ptr<QueryShape>> shapes_;  // by query
   // Every index of a table below its mark is in use. Deletes here lower a mark; rollbacks and other writers clear all.
   std::unordered_map<std::string, int64_t> free_marks_;
+  std::string dropping_;                      // the table that was dropped last
   std::unordered_set<std::string> unmarked_;  // tables whose indexes a client's statement moves
   int64_t data_version_ = -1;
   std::vector<std::pair<std::string, int64_t>> deletions_;

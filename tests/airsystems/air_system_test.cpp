@@ -201,6 +201,58 @@ TEST_F(AirSystemTest, SectionsOutsideTheMaskAreCarriedOver) {
   EXPECT_EQ(count("AirSystemIndex WHERE bDesHasChanged = 0 AND bSimHasChanged = -1"), 1);
 }
 
+TEST_F(AirSystemTest, ASaveWithoutInputsOrHeaderTouchesNeitherLinksNorTheRestOfTheRow) {
+  add_space(1);
+  auto system = new_system("A", 2);
+  system->GetZoneData(1)->SpaceID(7) = 1;  // a count that does not fit is set right
+  system->GetAirSystem()->SetFlags();
+  save(*system);
+  EXPECT_EQ(system->GetZoneData(1)->SpaceID(1) * 10 + system->GetZoneData(1)->TotalSpacesInZone, 11);
+  system->GetAirSystem()->Sized = true;
+  system->DesHasChanged = system->SimHasChanged = false;
+  save(*system, true);
+  const std::string row = rows("AirSystemIndex"), links = rows("System_Space_Links"), whole = bytes_of(file(1));
+  ASSERT_NE(links, "");
+  for (const int32_t mask : {1, 3670016, 0x03C00000, 1 | 3670016, 3670016 | 0x03C00000}) {
+    auto part = project.NewAirSystem();
+    part->SetMask(mask, CCM_MASKALL);
+    part->Load(1);
+    for (const bool after : {true, false}) {
+      save(*part, after);
+      EXPECT_EQ(rows("System_Space_Links"), links) << mask;
+      EXPECT_EQ(rows("AirSystemIndex"), row) << mask;
+      EXPECT_EQ(bytes_of(file(1)), whole) << mask;
+    }
+  }
+  auto inputs = project.NewAirSystem();
+  inputs->SetMask(CCM_INPUTMASK, CCM_MASKALL);
+  inputs->Load(1);
+  save(*inputs);
+  EXPECT_EQ(bytes_of(file(1)).size(), 5204U + 2 * 398);
+  system->Load(1);
+  EXPECT_EQ(system->GetAirSystem()->Name.trimmed(), "A");
+  EXPECT_FALSE(system->GetAirSystem()->Sized) << "also in a header that was not selected";
+}
+
+TEST_F(AirSystemTest, AFailedSaveLeavesTheFlags) {
+  auto system = calculated("A", 1);
+  database->Execute("DROP TABLE System_Boiler_Links");
+  EXPECT_NE(test::error_number([&] { save(*system); }), 0);
+  EXPECT_FALSE(system->DesHasChanged || system->SimHasChanged);
+  EXPECT_TRUE(system->GetAirSystem()->Sized);
+}
+
+TEST_F(AirSystemTest, TheFileOfIndexZeroIsTheDefault) {
+  auto system = new_system("Usual", 3);
+  system->SaveDefault();
+  auto fresh = project.NewAirSystem();
+  fresh->Delete();
+  EXPECT_TRUE(std::filesystem::exists(file(0))) << "a system that was never stored has no file";
+  fresh->CreateDefault();
+  EXPECT_EQ(fresh->GetAirSystem()->NumZones, 3);
+  EXPECT_EQ(fresh->Index, 0);
+}
+
 TEST_F(AirSystemTest, AFileCutAtAnyByteIsAnErrorOrWholeSections) {
   calculated("A", 2);
   const std::string whole = bytes_of(file(1));

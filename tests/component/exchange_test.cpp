@@ -159,6 +159,38 @@ TEST_F(ExchangeTest, AFilledProjectRenumbersAndKeepsItsOwn) {
   EXPECT_EQ(test::bytes_of(project.WindowFilename()).substr(0, 555), own_default);
 }
 
+TEST_F(ExchangeTest, AirSystemsComeWithTheSectionsThatTheyHave) {
+  for (const int zones : {2, 0, 1}) {
+    auto system = project.NewAirSystem();
+    system->SetToDefaultsByType(8);
+    system->GetAirSystem()->Name = "With " + std::to_string(zones);
+    system->GetAirSystem()->SetNumZones(static_cast<int16_t>(zones));
+    system->GetAirSystem()->SetFlags();
+    system->Save();
+    std::optional<bool> after = true;
+    if (zones != 2) continue;
+    system->GetAirSizing()->VentCFM = 7.0F;
+    system->GetZoneTemperature(2)->OccMaxTemp = 75.5F;
+    system->Save(after);
+    system->GetHourlySimData()->Item(3)->HourlyResult(8760) = 0.1F;
+    system->Save(after);
+  }
+  const std::string before = export_project(project, {"air-systems"}, quiet);
+  test::TempFolder other;
+  COM_ProjectData fresh;
+  fresh.SetWorkPath(other.path);
+  fresh.FilePrefix = "NEW";
+  create_index(fresh.IndexDBName());
+  import_project(fresh, before, quiet);
+  EXPECT_TRUE(export_project(fresh, {"air-systems"}, quiet) == before);
+  for (const char* name : {"A01.DAT", "A02.DAT", "A03.DAT"})
+    EXPECT_TRUE(test::bytes_of(other / (std::string("NEW") + name)) ==
+                test::bytes_of(folder / (std::string("JOB") + name)))
+        << name;
+  import_project(fresh, before, quiet);
+  EXPECT_EQ(log.messages.back(), "There is an air system With 1 already; the other one comes as Copy of With 1.");
+}
+
 TEST_F(ExchangeTest, ConstructionsComeAsTheyAreUnlessTheirCoefficientsBelongToOtherLayers) {
   fill();
   // One whose layers have no transfer functions, one with coefficients of a coarser maker, one edited in the text.

@@ -22,6 +22,17 @@ class DatabaseTest : public test::ProjectTest {
   Recordset all() { return database->OpenRecordset("SELECT * FROM WindowIndex ORDER BY nIndex ASC"); }
 };
 
+TEST_F(DatabaseTest, ATableIsDroppedAndMadeAnew) {
+  for (int round = 0; round < 2; ++round) {
+    database->Execute("INSERT INTO ShadeIndex (nIndex) VALUES (1)");
+    EXPECT_EQ(database->lowest_free_index("ShadeIndex"), 2);
+    database->Execute("DROP TABLE ShadeIndex");
+    EXPECT_NE(test::error_number([&] { database->OpenRecordset("SELECT * FROM ShadeIndex").AtEof(); }), 0);
+    database->Execute("CREATE TABLE ShadeIndex (nIndex INTEGER PRIMARY KEY, szName TEXT)");
+    EXPECT_EQ(database->lowest_free_index("ShadeIndex"), 1);
+  }
+}
+
 TEST_F(DatabaseTest, RecordsetsWalkSearchEditAddAndDelete) {
   auto windows = all();
   std::string names;
