@@ -1,5 +1,5 @@
 # The front door. `./run` and `./test` do the same on a bare machine.
-.PHONY: run test check bench build format reference
+.PHONY: run test check bench fuzz build format reference
 
 build:
 	@scripts/setup
@@ -26,6 +26,13 @@ check: test
 
 bench: build
 	build/bench/tarn_bench
+
+FUZZ_SECONDS ?= 600
+fuzz:
+	@scripts/setup
+	@cmake --preset sanitize >/dev/null
+	@cmake --build build-sanitize --target tarn_fuzz
+	build-sanitize/fuzz/tarn_fuzz $(FUZZ_SECONDS)
 
 format:
 	@scripts/format-check fix

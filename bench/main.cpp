@@ -38,6 +38,7 @@ int main(int count, char** arguments) {
     tarn::bench::Report report;
     tarn::bench::window_cases(report, folder.path());
     tarn::bench::construction_cases(report, folder.path());
+    tarn::bench::air_system_cases(report, folder.path());
     tarn::bench::by_name_cases(report);
     tarn::bench::staleness_cases(report, folder.path());
     tarn::bench::exchange_cases(report, folder.path());

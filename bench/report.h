@@ -38,6 +38,7 @@ class Report {
   size_t lines_ = 0;
 };
 
+void air_system_cases(Report& report, const std::string& folder);
 void by_name_cases(Report& report);
 void construction_cases(Report& report, const std::string& folder);
 void exchange_cases(Report& report, const std::string& folder);

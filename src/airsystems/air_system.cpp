@@ -164,22 +164,20 @@ void AS_AirSystem::Load(int16_t nRecNum) {
       DesHasChanged = row.Fields("bDesHasChanged").integer() != 0;
       SimHasChanged = row.Fields("bSimHasChanged").integer() != 0;
     }
-    if (selected(Section::Inputs)) repair_links();
+    if (selected(Section::Inputs)) clear_unlinked();
     transaction.commit();
     if (m_bCloning) Index = 0;
   });
 }
 
 /// Zones that lost a space close up.
-void AS_AirSystem::repair_links() {
-  clear_unlinked();
+void AS_AirSystem::after_clearing() {
   for (const Zone& zone : zones_) {
     ZoneRecord& data = *zone.data;
     const int entries = std::clamp<int>(data.TotalSpacesInZone, 0, kSpaces);
     const auto* ids = data.SpaceID.items.data();
     if (entries - std::count(ids, ids + entries, 0) < data.TotalSpacesInZone) pack_spaces(data, entries);
   }
-  remember_links();
 }
 
 void AS_AirSystem::pack_spaces(ZoneRecord& zone, int entries) {
@@ -207,13 +205,9 @@ bool AS_AirSystem::IsNameUnique(const std::optional<std::string>& sName) const {
 
 void AS_AirSystem::before_save() {
   as_given_ = false;
-  on_rollback([this, header = SystemHeaderRecord(general_), des = DesHasChanged, sim = SimHasChanged,
-               sizing = has_sizing_, simulation = has_simulation_] {
+  on_rollback([this, header = SystemHeaderRecord(general_), put_rest_back = keep_rest()] {
     static_cast<SystemHeaderRecord&>(general_) = header;
-    DesHasChanged = des;
-    SimHasChanged = sim;
-    has_sizing_ = sizing;
-    has_simulation_ = simulation;
+    put_rest_back();
   });
   take_unselected_header();
   if (!IsNameUnique()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");

@@ -123,7 +123,6 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
   static Shape shape_of(int zones, int outputs);
   static Shape checked_shape(const SystemHeaderRecord& header, uint64_t size, const std::string& path);
   void read_sections(const std::string& path);
-  void repair_links();
   std::vector<std::span<std::byte>> section_blocks(Section section);
   struct OldFile {
     std::vector<std::byte> bytes;
@@ -143,6 +142,8 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
   void before_save() override;
   void before_restore() override;
   bool knows_links() const override { return selected(Section::Inputs); }
+  std::function<void()> keep_rest() override;
+  void after_clearing() override;
   void copy_memory(const StoredEntity& from, bool record_too) override;
   std::string stored_name() const override { return general_.Name.trimmed(); }
   void store_name(std::string_view name) override { general_.Name = name; }

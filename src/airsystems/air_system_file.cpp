@@ -223,6 +223,17 @@ std::vector<std::byte> AS_AirSystem::record() const {
   return out;
 }
 
+std::function<void()> AS_AirSystem::keep_rest() {
+  return [this, des = DesHasChanged, sim = SimHasChanged, sizing = has_sizing_, simulation = has_simulation_,
+          hourly = hourly_.items()] {
+    DesHasChanged = des;
+    SimHasChanged = sim;
+    has_sizing_ = sizing;
+    has_simulation_ = simulation;
+    hourly_.set_items(hourly);
+  };
+}
+
 void AS_AirSystem::set_record(std::span<const std::byte> bytes) {
   resize_zones(static_cast<int>((bytes.size() - kInputs) / sizeof(ZoneRecord)));
   for (const Section section : {Section::Header, Section::Inputs}) {

@@ -113,6 +113,9 @@ class AS_HourlySimData final : public Object {
   void Remove(int32_t vntIndexKey);
   void ResetData();
 
+  const std::vector<Ptr<AS_HourlyResults>>& items() const { return items_; }
+  void set_items(std::vector<Ptr<AS_HourlyResults>> items) { items_ = std::move(items); }
+
  private:
   std::vector<Ptr<AS_HourlyResults>> items_;
 };

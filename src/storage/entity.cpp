@@ -145,15 +145,17 @@ void StoredEntity::SaveAs(int16_t index, Naming naming) {
 
 std::string StoredEntity::title() const { return std::string(kind().default_word) + " " + std::to_string(Index); }
 
-void StoredEntity::remember_links() {
-  linked_ = {uses_of(*this), Index, database().deletions(), database().foreign_version()};
-  std::erase_if(linked_.uses, [&](const Use& use) { return !is_there(database(), use); });
+void StoredEntity::remember_links(std::vector<Use> uses) {
+  linked_ = {std::move(uses), Index, database().deletions(), database().foreign_version()};
 }
 
 void StoredEntity::clear_unlinked() {
-  clear_lost_references(*this, title(),
-                        [&](const Use& use) { return !has_link(database(), kind().link_owner, Index, use); });
-  remember_links();
+  LinkRows links(database(), kind().link_owner, Index);
+  clear_lost_references(*this, title(), [&](const Use& use) { return !links.has(use); });
+  after_clearing();
+  std::vector<Use> uses = uses_of(*this);
+  std::erase_if(uses, [&](const Use& use) { return !links.is_there(use); });
+  remember_links(std::move(uses));
 }
 
 /// What was linked and deleted since goes, also where another entity has its index by now. What another program did in
@@ -161,10 +163,15 @@ void StoredEntity::clear_unlinked() {
 void StoredEntity::clear_lost_links() {
   if (linked_.uses.empty()) return;
   const bool foreign = linked_.index == Index && linked_.foreign_version != database().foreign_version();
+  LinkRows links(database(), kind().link_owner, Index);
+  auto next = linked_.uses.begin();  // both stand in the same order, but for what the client changed
   clear_lost_references(*this, title(), [&](const Use& use) {
-    if (std::find(linked_.uses.begin(), linked_.uses.end(), use) == linked_.uses.end()) return false;
-    return database().deleted_since(linked_.deletions, use.kind, use.index) || !is_there(database(), use) ||
-           (foreign && !has_link(database(), kind().link_owner, Index, use));
+    const auto known =
+        next != linked_.uses.end() && *next == use ? next : std::find(linked_.uses.begin(), linked_.uses.end(), use);
+    if (known == linked_.uses.end()) return false;
+    next = std::next(known);
+    return database().deleted_since(linked_.deletions, use.kind, use.index) || !links.is_there(use) ||
+           (foreign && !links.has(use));
   });
 }
 
@@ -190,8 +197,7 @@ void StoredEntity::store(Recordset& rows, Naming naming, void (StoredEntity::*pr
   for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
   rows.Update();
   if (!kind().link_owner.empty() && knows_links()) {
-    write_links(*this, database(), kind().link_owner, Index);
-    remember_links();
+    remember_links(write_links(*this, database(), kind().link_owner, Index));
   }
   mark_dependants();
   write_record(Index);
@@ -208,9 +214,10 @@ void StoredEntity::CreateDefault() {
     read_record(0);
     Index = 0;
     if (kind().link_owner.empty() || !database_) return;
+    LinkRows links(database(), kind().link_owner, 0);
     clear_lost_references(*this, "The default " + std::string(kind().default_word),
-                          [&](const Use& use) { return !is_there(database(), use); });
-    remember_links();
+                          [&](const Use& use) { return !links.is_there(use); });
+    remember_links(uses_of(*this));
   });
 }
 

@@ -3,6 +3,7 @@
 // kind's default.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -63,6 +64,8 @@ class StoredEntity : public Object {
   virtual void before_restore() {}
   /// What a copy takes besides the record, and of the record what its bytes do not tell.
   virtual void copy_memory(const StoredEntity& /*from*/, bool /*record_too*/) {}
+  /// Puts back, after a failure, what the object holds besides the record.
+  virtual std::function<void()> keep_rest() { return {}; }
   virtual std::string stored_name() const = 0;  // trimmed
   virtual void store_name(std::string_view name) = 0;
 
@@ -81,9 +84,11 @@ class StoredEntity : public Object {
   virtual void remove_files(int16_t /*index*/) {}
   Database& database() const;
   /// The references as they are now are those of the database.
-  void remember_links();
+  void remember_links(std::vector<Use> uses);
   /// References whose link row is gone.
   void clear_unlinked();
+  /// Runs when references were cleared, before those that are left are remembered.
+  virtual void after_clearing() {}
   template <typename F>
   void or_as_before(F operation);
 
@@ -119,11 +124,13 @@ template <typename F>
 void StoredEntity::or_as_before(F operation) {
   const int16_t index_before = Index;
   const std::vector<std::byte> record_before = record();
+  const std::function<void()> put_rest_back = keep_rest();
   try {
     operation();
   } catch (...) {
     Index = index_before;
     set_record(record_before);
+    if (put_rest_back) put_rest_back();
     throw;
   }
 }

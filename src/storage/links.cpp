@@ -1,11 +1,11 @@
 #include "storage/links.h"
 
-#include <map>
+#include <algorithm>
 #include <set>
 
 #include "base/log.h"
 #include "base/value.h"
-#include "platform/database.h"
+#include "platform/statement.h"
 
 namespace tarn {
 namespace {
@@ -24,27 +24,24 @@ std::set<std::string_view> kinds_of(Object& owner) {
   return kinds;
 }
 
-std::set<int32_t> rows_of(Database& database, std::string_view owner, std::string_view kind, int16_t index) {
-  std::set<int32_t> found;
-  auto rows = database.OpenRecordset("SELECT * FROM " + table_of(owner, kind) + " WHERE " + column_of(owner) + " = ?",
-                                     {cell(index)});
-  for (; !rows.AtEof(); rows.MoveNext()) found.insert(static_cast<int32_t>(rows.Fields(column_of(kind)).integer()));
-  return found;
-}
-
 }  // namespace
 
 void for_each_reference(Object& object, const ReferenceAction& action) {
   for_each_field(object, [&](Object& owner, const Member& field, const std::string& prefix) {
     if (field.refers_to.empty() || (field.refers_when && !field.refers_when(owner))) return;
-    for_each_element(field, [&](Subscripts at) {
+    const uint64_t place = std::hash<std::string>()(prefix) ^ std::hash<const Member*>()(&field);
+    uint64_t element = 0;
+    const auto visit = [&](Subscripts at) {
+      ++element;
       Value value;
       field.get(owner, at, value);
       const auto index = static_cast<int32_t>(integer_from(value, INT32_MIN, INT32_MAX));
       if (index == 0) return;
-      const int32_t wanted = action(field.refers_to, index, prefix + element_name(field, at));
+      const Use use{place + element * 0x9E3779B97F4A7C15ULL, field.refers_to, index};
+      const int32_t wanted = action(use, [&] { return prefix + element_name(field, at); });
       if (wanted != index) field.let(owner, at, wanted);
-    });
+    };
+    for_each_element(field, visit);
   });
 }
 
@@ -54,53 +51,84 @@ std::string index_table_of(std::string_view kind) {
 
 std::vector<Use> uses_of(Object& object) {
   std::vector<Use> uses;
-  for_each_reference(object, [&](std::string_view kind, int32_t index, const std::string& place) {
-    uses.push_back({place, kind, index});
-    return index;
+  for_each_reference(object, [&](const Use& use, const ReferenceName&) {
+    uses.push_back(use);
+    return use.index;
   });
   return uses;
 }
 
-bool is_there(Database& database, const Use& use) {
-  return !database
+const std::vector<LinkRows::Row>& LinkRows::of(std::string_view kind) {
+  const auto [place, added] = rows_.try_emplace(kind);
+  if (!added) return place->second;
+  const std::string id = column_of(kind);
+  const std::string sql = "SELECT " + id + ", nIndex FROM " + table_of(owner_kind_, kind) + " LEFT JOIN " +
+                          index_table_of(kind) + " ON nIndex = " + id + " WHERE " + column_of(owner_kind_) +
+                          " = ? ORDER BY " + id;
+  const Cell owner[]{cell(owner_)};
+  database_.join(Database::Part::Reading);
+  Statement rows(database_, sql, owner);
+  while (rows.step()) {
+    const auto index = static_cast<int32_t>(rows.integer(0));
+    place->second.push_back({index, rows.integer(1) == index});
+  }
+  return place->second;
+}
+
+const LinkRows::Row* LinkRows::find(const Use& use) {
+  const auto& rows = of(use.kind);
+  const auto row = std::lower_bound(rows.begin(), rows.end(), use.index,
+                                    [](const Row& r, int32_t index) { return r.index < index; });
+  return row != rows.end() && row->index == use.index ? &*row : nullptr;
+}
+
+bool LinkRows::is_there(const Use& use) {
+  if (const Row* row = find(use)) return row->there;
+  return !database_
               .OpenRecordset("SELECT nIndex FROM " + index_table_of(use.kind) + " WHERE nIndex = ?", {cell(use.index)})
               .AtEof();
 }
 
-bool has_link(Database& database, std::string_view owner_kind, int16_t owner, const Use& use) {
-  return rows_of(database, owner_kind, use.kind, owner).contains(use.index);
-}
-
-void write_links(Object& owner, Database& database, std::string_view owner_kind, int16_t index) {
-  std::map<std::string_view, std::map<int32_t, Use>> uses;
-  for (const Use& use : uses_of(owner)) uses[use.kind].emplace(use.index, use);
+std::vector<Use> write_links(Object& owner, Database& database, std::string_view owner_kind, int16_t index) {
+  LinkRows present(database, owner_kind, index);
+  std::vector<Use> uses;
+  std::set<std::pair<std::string_view, int32_t>> wanted, lacking;
+  std::map<std::pair<std::string_view, int32_t>, std::pair<Use, std::string>> added;  // with the first place's name
+  for_each_reference(owner, [&](const Use& use, const ReferenceName& name) {
+    uses.push_back(use);
+    if (wanted.emplace(use.kind, use.index).second && !present.has(use))
+      added.emplace(std::pair(use.kind, use.index), std::pair(use, name()));
+    return use.index;
+  });
+  for (const auto& [id, place] : added) {
+    const auto& [use, name] = place;
+    const Cell row[]{cell(index), cell(use.index)};
+    database.Execute("INSERT INTO " + table_of(owner_kind, use.kind) + " (" + column_of(owner_kind) + ", " +
+                         column_of(use.kind) + ") VALUES (?, ?)",
+                     row);
+    if (present.is_there(use)) continue;
+    lacking.insert(id);
+    log().message(std::string(owner_kind) + " " + std::to_string(index) + ", " + name + " refers to " +
+                  std::string(use.kind) + " " + std::to_string(use.index) + ", which is not there.");
+  }
   for (const std::string_view kind : kinds_of(owner)) {
-    const std::set<int32_t> present = rows_of(database, owner_kind, kind, index);
-    const auto& wanted = uses[kind];
-    const std::string table = table_of(owner_kind, kind);
-    for (const int32_t id : present) {
-      if (wanted.contains(id)) continue;
+    for (const auto& [id, there] : present.of(kind)) {
+      if (!there) lacking.emplace(kind, id);
+      if (wanted.contains({kind, id})) continue;
       const Cell row[]{cell(index), cell(id)};
-      database.Execute(
-          "DELETE FROM " + table + " WHERE " + column_of(owner_kind) + " = ? AND " + column_of(kind) + " = ?", row);
-    }
-    for (const auto& [id, use] : wanted) {
-      if (present.contains(id)) continue;
-      const Cell row[]{cell(index), cell(id)};
-      database.Execute(
-          "INSERT INTO " + table + " (" + column_of(owner_kind) + ", " + column_of(kind) + ") VALUES (?, ?)", row);
-      if (!is_there(database, use)) {
-        log().message(std::string(owner_kind) + " " + std::to_string(index) + ", " + use.place + " refers to " +
-                      std::string(kind) + " " + std::to_string(id) + ", which is not there.");
-      }
+      database.Execute("DELETE FROM " + table_of(owner_kind, kind) + " WHERE " + column_of(owner_kind) + " = ? AND " +
+                           column_of(kind) + " = ?",
+                       row);
     }
   }
+  if (!lacking.empty()) std::erase_if(uses, [&](const Use& use) { return lacking.contains({use.kind, use.index}); });
+  return uses;
 }
 
 void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost) {
-  for_each_reference(owner, [&](std::string_view kind, int32_t index, const std::string& place) -> int32_t {
-    if (!lost({place, kind, index})) return index;
-    log().message(title + ", " + place + ": " + std::string(kind) + " " + std::to_string(index) +
+  for_each_reference(owner, [&](const Use& use, const ReferenceName& name) -> int32_t {
+    if (!lost(use)) return use.index;
+    log().message(title + ", " + name() + ": " + std::string(use.kind) + " " + std::to_string(use.index) +
                   " was deleted; the reference is cleared.");
     return 0;
   });

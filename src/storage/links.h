@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,32 +15,53 @@ namespace tarn {
 
 class Database;
 
+/// A reference: where it stands, the same in every object of the class, and what it refers to.
+struct Use {
+  uint64_t place;
+  std::string_view kind;
+  int32_t index;
+  bool operator==(const Use&) const = default;
+};
+
 /// Calls `action` on every reference of an object and its parts that is not 0; what it returns is stored, where it
-/// differs. `place` is the field as a person names it: "Wall(2).WindowType(1)".
-using ReferenceAction = std::function<int32_t(std::string_view kind, int32_t index, const std::string& place)>;
+/// differs. `name` gives the field as a person names it: "Wall(2).WindowType(1)".
+using ReferenceName = std::function<std::string()>;
+using ReferenceAction = std::function<int32_t(const Use& use, const ReferenceName& name)>;
 void for_each_reference(Object& object, const ReferenceAction& action);
 
 /// The index table of a kind by the word that link tables have for it.
 std::string index_table_of(std::string_view kind);
 
-/// A reference with its place.
-struct Use {
-  std::string place;
-  std::string_view kind;
-  int32_t index;
-  bool operator==(const Use&) const = default;
-};
 std::vector<Use> uses_of(Object& object);
 
 /// Brings the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for every kind that one of its fields
 /// may refer to) in line with its references: adds the missing, removes the others. A reference to what is not there is
-/// logged.
-void write_links(Object& owner, Database& database, std::string_view owner_kind, int16_t index);
+/// logged; the others are returned.
+std::vector<Use> write_links(Object& owner, Database& database, std::string_view owner_kind, int16_t index);
 
-/// The link row of a reference.
-bool has_link(Database& database, std::string_view owner_kind, int16_t owner, const Use& use);
-/// What it refers to is there.
-bool is_there(Database& database, const Use& use);
+/// The link rows of an owner as they are now; one query for each kind that is asked for, however many its rows.
+class LinkRows {
+ public:
+  LinkRows(Database& database, std::string_view owner_kind, int16_t owner)
+      : database_(database), owner_kind_(owner_kind), owner_(owner) {}
+  bool has(const Use& use) { return find(use) != nullptr; }
+  /// What the reference refers to is there, linked or not.
+  bool is_there(const Use& use);
+  struct Row {
+    int32_t index;
+    bool there;
+  };
+  const std::vector<Row>& of(std::string_view kind);
+
+ private:
+  const Row* find(const Use& use);
+
+  Database& database_;
+  std::string_view owner_kind_;
+  int16_t owner_;
+  std::map<std::string_view, std::vector<Row>> rows_;  // by index
+};
+
 /// Sets the references to 0 that are lost, and logs each: what they referred to was deleted, and its index may since
 /// have gone to another entity.
 void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost);
