@@ -89,12 +89,9 @@ class PlainSystem {
         same_name_(database_.get(), "SELECT rowid, * FROM AirSystemIndex WHERE (szName = ? AND nIndex <> ?)"),
         update_(database_.get(), "UPDATE AirSystemIndex SET bDesHasChanged = ? WHERE rowid = ?") {
     for (const std::string kind : kUsedKinds) {
-      const std::string linked =
-          "SELECT " + kind + "_ID FROM System_" + kind + "_Links WHERE System_ID = ? ORDER BY " + kind + "_ID";
-      links_.emplace_back(database_.get(), linked.c_str());
-      // What is linked and there.
-      there_.emplace_back(database_.get(), ("SELECT nIndex FROM " + kind + "Index WHERE nIndex IN (" +
-                                            linked.substr(0, linked.find(" ORDER")) + ") ORDER BY nIndex")
+      const std::string id = kind + "_ID";
+      links_.emplace_back(database_.get(), ("SELECT " + id + ", nIndex FROM System_" + kind + "_Links LEFT JOIN " +
+                                            kind + "Index ON nIndex = " + id + " WHERE System_ID = ? ORDER BY " + id)
                                                .c_str());
     }
     for (const std::string& statement : AS_AirSystem().kind().reach.statements()) {
@@ -108,7 +105,6 @@ class PlainSystem {
     find();
     read(bytes_.size());
     walk(links_);
-    walk(there_);
     commit_.run();
   }
   void load_header() {
@@ -127,7 +123,6 @@ class PlainSystem {
     update_.bind(2, int64_t{1});
     update_.run();
     walk(links_);
-    walk(there_);
     for (PlainStatement& mark : marks_) {
       mark.bind(1, int64_t{1});
       mark.run();
@@ -168,7 +163,7 @@ class PlainSystem {
   std::string path_;
   std::string bytes_;
   PlainStatement begin_, commit_, find_, same_name_, update_;
-  std::vector<PlainStatement> links_, there_, marks_;
+  std::vector<PlainStatement> links_, marks_;
   volatile int64_t last_ = 0;
 };
 

@@ -11,9 +11,10 @@
 namespace tarn {
 namespace {
 
-// Journal: magic, then for each file its path (relative to the journal's folder), whether it existed, its size and the
-// old bytes; a checksum over all of it last. Numbers are 64-bit.
-constexpr std::string_view kMagic = "TarnUndo1\n";
+// Journal: magic, then for each file its path (relative to the journal's folder), whether it existed, its size, where
+// it was moved to, and the old bytes; a checksum over all of it last. Numbers are 64-bit. A file that is replaced whole
+// and lies beside the journal is moved aside instead of copied.
+constexpr std::string_view kMagic = "TarnUndo2\n";
 
 /// FNV-1a over words of eight bytes, the last one filled with zeros.
 uint64_t checksum(std::string_view bytes) {
@@ -61,7 +62,7 @@ FileCommit::FileCommit(std::string journal, std::vector<std::pair<std::string, c
 
 void FileCommit::read_before() {
   for (const auto& [path, pending] : writes_) {
-    Before before{path, false, 0, {}};
+    Before before{path, false, 0, {}, {}};
     if (const auto file = host().files->open(path, OpenMode::Read)) {
       const auto keep = [&](uint64_t offset, size_t size) {
         Piece piece{offset, std::string(size, '\0')};
@@ -70,7 +71,9 @@ void FileCommit::read_before() {
       };
       before.existed = true;
       before.size = file->size();
-      if (pending->emptied) {
+      if (pending->emptied && !journal_.empty() && folder_of(path) == folder_of(journal_)) {
+        before.moved = journal_ + "-" + std::to_string(before_.size());
+      } else if (pending->emptied) {
         keep(0, before.size);
       } else {
         for (const auto& [offset, bytes] : pending->extents.pieces()) keep(offset, bytes.size());
@@ -87,6 +90,7 @@ std::string FileCommit::written_journal() const {
     put_text(out, std::filesystem::path(before.path).lexically_proximate(folder_of(journal_)).string());
     put_number(out, before.existed ? 1 : 0);
     put_number(out, before.size);
+    put_text(out, std::filesystem::path(before.moved).filename().string());
     put_number(out, before.pieces.size());
     for (const Piece& piece : before.pieces) {
       put_number(out, piece.offset);
@@ -109,6 +113,8 @@ std::vector<FileCommit::Before> FileCommit::parsed_journal(const std::string& te
     before.path = (std::filesystem::path(folder) / reader.text()).lexically_normal().string();
     before.existed = reader.number() != 0;
     before.size = reader.number();
+    if (const std::string moved = reader.text(); !moved.empty())
+      before.moved = (std::filesystem::path(folder) / moved).string();
     for (uint64_t pieces = reader.number(); pieces > 0; --pieces) {
       const uint64_t offset = reader.number();
       before.pieces.push_back({offset, reader.text()});
@@ -122,6 +128,10 @@ void FileCommit::restore(const std::vector<Before>& all) {
   for (const Before& before : all) {
     if (!before.existed) {
       host().files->remove(before.path);
+      continue;
+    }
+    if (!before.moved.empty()) {  // one that is not there was not moved yet
+      if (host().files->exists(before.moved)) host().files->rename(before.moved, before.path);
       continue;
     }
     const auto file = host().files->open(before.path, OpenMode::Create);
@@ -141,20 +151,30 @@ void FileCommit::apply() {
     host().files->sync_folder(folder_of(journal_));
   }
   try {
-    for (const auto& [path, pending] : writes_) {
-      if (pending->removed) {
-        host().files->remove(path);
-        continue;
-      }
-      const auto file = host().files->open(path, OpenMode::Create);
-      if (pending->emptied) file->truncate(0);
-      for (const auto& [offset, bytes] : pending->extents.pieces()) file->write(offset, bytes);
-      file->sync();
-    }
+    write_files();
   } catch (...) {
     undo();
     throw;
   }
+}
+
+void FileCommit::write_files() {
+  bool names_changed = false;
+  for (size_t i = 0; i < writes_.size(); ++i) {
+    const auto& [path, pending] = writes_[i];
+    const bool moves = !before_[i].moved.empty();
+    if (moves) host().files->rename(path, before_[i].moved);
+    names_changed |= moves || pending->removed;
+    if (pending->removed) {
+      host().files->remove(path);
+      continue;
+    }
+    const auto file = host().files->open(path, OpenMode::Create);
+    if (pending->emptied) file->truncate(0);
+    for (const auto& [offset, bytes] : pending->extents.pieces()) file->write(offset, bytes);
+    file->sync();
+  }
+  if (names_changed && !journal_.empty()) host().files->sync_folder(folder_of(journal_));
 }
 
 void FileCommit::undo() {
@@ -165,21 +185,33 @@ void FileCommit::undo() {
 void FileCommit::forget() {
   if (journal_.empty()) return;
   try {
+    for (const Before& before : before_) {
+      if (!before.moved.empty()) host().files->remove(before.moved);
+    }
     host().files->remove(journal_);
   } catch (const Error& refused) {
     log().message(refused.description() + " It is no longer needed.");
   }
 }
 
+std::vector<FileCommit::Before> FileCommit::read_journal(const std::string& journal) {
+  const auto file = host().files->open(journal, OpenMode::Read);
+  if (!file) return {};  // another program has just dealt with it
+  std::string text(file->size(), '\0');
+  text.resize(file->read(0, std::as_writable_bytes(std::span(text))));
+  return parsed_journal(text, folder_of(journal));
+}
+
 void undo_interrupted_commit(const std::string& journal) {
-  std::string text;
-  {
-    const auto file = host().files->open(journal, OpenMode::Read);
-    if (!file) return;  // another program has just undone it
-    text.resize(file->size());
-    text.resize(file->read(0, std::as_writable_bytes(std::span(text))));
+  FileCommit::restore(FileCommit::read_journal(journal));
+  host().files->remove(journal);
+}
+
+void forget_finished_commit(const std::string& journal) {
+  if (!host().files->exists(journal)) return;
+  for (const auto& before : FileCommit::read_journal(journal)) {
+    if (!before.moved.empty()) host().files->remove(before.moved);
   }
-  FileCommit::restore(FileCommit::parsed_journal(text, folder_of(journal)));
   host().files->remove(journal);
 }
 

@@ -31,14 +31,18 @@ class FileCommit {
     std::string path;
     bool existed = false;
     uint64_t size = 0;
+    std::string moved;  // where a file lies that is replaced whole; empty: the pieces tell what it held
     std::vector<Piece> pieces;
   };
   friend void undo_interrupted_commit(const std::string& journal);
+  friend void forget_finished_commit(const std::string& journal);
 
   void read_before();
   std::string written_journal() const;
   static std::vector<Before> parsed_journal(const std::string& text, const std::string& folder);
+  static std::vector<Before> read_journal(const std::string& journal);
   static void restore(const std::vector<Before>& all);
+  void write_files();
 
   std::string journal_;
   std::vector<std::pair<std::string, const FileStore::Pending*>> writes_;
@@ -47,5 +51,8 @@ class FileCommit {
 
 /// Undoes a commit whose process died before its database committed; a journal that is not whole wrote nothing yet.
 void undo_interrupted_commit(const std::string& journal);
+
+/// Removes what a commit left whose process died behind its database's commit.
+void forget_finished_commit(const std::string& journal);
 
 }  // namespace tarn

@@ -250,7 +250,7 @@ void Database::recover() {
     if (host().files->exists(journal)) undo_interrupted_commit(journal);
     run("ROLLBACK");
   }
-  if (!read_only_) host().files->remove(journal_name(last));
+  if (!read_only_) forget_finished_commit(journal_name(last));
 }
 
 std::string Database::claim_journal() {

@@ -93,6 +93,9 @@ class SystemFiles final : public FileService {
   void remove(const std::string& path) override {
     if (::unlink(path.c_str()) != 0 && errno != ENOENT) fail_on(path, "remove");
   }
+  void rename(const std::string& from, const std::string& to) override {
+    if (::rename(from.c_str(), to.c_str()) != 0) fail_on(from, "rename");
+  }
   void sync_folder(const std::string& folder) override {
     const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) fail_on(folder, "open");

@@ -32,6 +32,8 @@ class FileService {
   virtual std::unique_ptr<File> open(const std::string& path, OpenMode mode) = 0;
   /// Removes a file; a missing one is no error.
   virtual void remove(const std::string& path) = 0;
+  /// Gives a file another name in its folder; a file of that name is gone.
+  virtual void rename(const std::string& from, const std::string& to) = 0;
   /// Makes the names in a folder durable.
   virtual void sync_folder(const std::string& folder) = 0;
 };

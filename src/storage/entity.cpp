@@ -125,8 +125,7 @@ void StoredEntity::Save() {
         fail(ErrorNumber::NoCurrentRecord, std::string(kind().lost_row_message));
       rows.Edit();
     }
-    if (knows_links()) clear_lost_links();
-    store(rows, Naming::Valid, &StoredEntity::before_save);
+    store(rows, Naming::Valid, Saving::Edited);
     transaction.commit();
   });
 }
@@ -138,7 +137,7 @@ void StoredEntity::SaveAs(int16_t index, Naming naming) {
     Recordset rows = index_rows();
     Index = index == 0 ? GetFreeIndex() : index;
     rows.AddNew();
-    store(rows, naming, &StoredEntity::before_restore);
+    store(rows, naming, Saving::AsGiven);
     transaction.commit();
   });
 }
@@ -160,10 +159,9 @@ void StoredEntity::clear_unlinked() {
 
 /// What was linked and deleted since goes, also where another entity has its index by now. What another program did in
 /// between shows by the link row alone.
-void StoredEntity::clear_lost_links() {
+void StoredEntity::clear_lost_links(LinkRows& links) {
   if (linked_.uses.empty()) return;
   const bool foreign = linked_.index == Index && linked_.foreign_version != database().foreign_version();
-  LinkRows links(database(), kind().link_owner, Index);
   auto next = linked_.uses.begin();  // both stand in the same order, but for what the client changed
   clear_lost_references(*this, title(), [&](const Use& use) {
     const auto known =
@@ -189,16 +187,21 @@ void StoredEntity::follow_rollback() {
 }
 
 /// Writes the row that is being edited or added, marks dependants, writes the record.
-void StoredEntity::store(Recordset& rows, Naming naming, void (StoredEntity::*prepare)()) {
+void StoredEntity::store(Recordset& rows, Naming naming, Saving saving) {
   if (naming == Naming::Valid) make_name_valid();
-  (this->*prepare)();
+  std::optional<LinkRows> links;
+  if (!kind().link_owner.empty() && knows_links()) links.emplace(database(), kind().link_owner, Index);
+  if (saving == Saving::Edited) {
+    if (links) clear_lost_links(*links);
+    before_save();
+  } else {
+    before_restore();
+  }
   rows.Fields("nIndex") = cell(Index);
   rows.Fields("szName") = stored_name();
   for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
   rows.Update();
-  if (!kind().link_owner.empty() && knows_links()) {
-    remember_links(write_links(*this, database(), kind().link_owner, Index));
-  }
+  if (links) remember_links(write_links(*this, *links));
   mark_dependants();
   write_record(Index);
 }

@@ -97,11 +97,12 @@ class StoredEntity : public Object {
   Recordset index_rows() const;
   void read_record(int16_t index);
   void mark_dependants();
-  void store(Recordset& rows, Naming naming, void (StoredEntity::*prepare)());
+  enum class Saving : uint8_t { Edited, AsGiven };
+  void store(Recordset& rows, Naming naming, Saving saving);
   std::string title() const;
   void make_name_valid();
 
-  void clear_lost_links();
+  void clear_lost_links(LinkRows& links);
   /// A rollback of what is being done takes the object's index and memory of its links back as well.
   void follow_rollback();
 

@@ -38,7 +38,7 @@ void for_each_reference(Object& object, const ReferenceAction& action) {
       const auto index = static_cast<int32_t>(integer_from(value, INT32_MIN, INT32_MAX));
       if (index == 0) return;
       const Use use{place + element * 0x9E3779B97F4A7C15ULL, field.refers_to, index};
-      const int32_t wanted = action(use, [&] { return prefix + element_name(field, at); });
+      const int32_t wanted = action(use, ReferenceName{prefix, field, at});
       if (wanted != index) field.let(owner, at, wanted);
     };
     for_each_element(field, visit);
@@ -76,7 +76,11 @@ const std::vector<LinkRows::Row>& LinkRows::of(std::string_view kind) {
 }
 
 const LinkRows::Row* LinkRows::find(const Use& use) {
-  const auto& rows = of(use.kind);
+  if (!last_ || use.kind != last_kind_) {
+    last_ = &of(use.kind);
+    last_kind_ = use.kind;
+  }
+  const auto& rows = *last_;
   const auto row = std::lower_bound(rows.begin(), rows.end(), use.index,
                                     [](const Row& r, int32_t index) { return r.index < index; });
   return row != rows.end() && row->index == use.index ? &*row : nullptr;
@@ -89,8 +93,10 @@ bool LinkRows::is_there(const Use& use) {
               .AtEof();
 }
 
-std::vector<Use> write_links(Object& owner, Database& database, std::string_view owner_kind, int16_t index) {
-  LinkRows present(database, owner_kind, index);
+std::vector<Use> write_links(Object& owner, LinkRows& present) {
+  Database& database = present.database();
+  const std::string_view owner_kind = present.owner_kind();
+  const int16_t index = present.owner();
   std::vector<Use> uses;
   std::set<std::pair<std::string_view, int32_t>> wanted, lacking;
   std::map<std::pair<std::string_view, int32_t>, std::pair<Use, std::string>> added;  // with the first place's name

@@ -25,7 +25,12 @@ struct Use {
 
 /// Calls `action` on every reference of an object and its parts that is not 0; what it returns is stored, where it
 /// differs. `name` gives the field as a person names it: "Wall(2).WindowType(1)".
-using ReferenceName = std::function<std::string()>;
+struct ReferenceName {
+  const std::string& prefix;
+  const Member& field;
+  Subscripts at;
+  std::string operator()() const { return prefix + element_name(field, at); }
+};
 using ReferenceAction = std::function<int32_t(const Use& use, const ReferenceName& name)>;
 void for_each_reference(Object& object, const ReferenceAction& action);
 
@@ -34,16 +39,14 @@ std::string index_table_of(std::string_view kind);
 
 std::vector<Use> uses_of(Object& object);
 
-/// Brings the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for every kind that one of its fields
-/// may refer to) in line with its references: adds the missing, removes the others. A reference to what is not there is
-/// logged; the others are returned.
-std::vector<Use> write_links(Object& owner, Database& database, std::string_view owner_kind, int16_t index);
-
 /// The link rows of an owner as they are now; one query for each kind that is asked for, however many its rows.
 class LinkRows {
  public:
   LinkRows(Database& database, std::string_view owner_kind, int16_t owner)
       : database_(database), owner_kind_(owner_kind), owner_(owner) {}
+  Database& database() const { return database_; }
+  std::string_view owner_kind() const { return owner_kind_; }
+  int16_t owner() const { return owner_; }
   bool has(const Use& use) { return find(use) != nullptr; }
   /// What the reference refers to is there, linked or not.
   bool is_there(const Use& use);
@@ -60,7 +63,14 @@ class LinkRows {
   std::string_view owner_kind_;
   int16_t owner_;
   std::map<std::string_view, std::vector<Row>> rows_;  // by index
+  std::string_view last_kind_;
+  const std::vector<Row>* last_ = nullptr;
 };
+
+/// Brings the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for every kind that one of its fields
+/// may refer to) in line with its references: adds the missing, removes the others. A reference to what is not there is
+/// logged; the others are returned.
+std::vector<Use> write_links(Object& owner, LinkRows& present);
 
 /// Sets the references to 0 that are lost, and logs each: what they referred to was deleted, and its index may since
 /// have gone to another entity.

@@ -111,6 +111,7 @@ struct CountingFiles final : FileService {
     return file ? std::make_unique<Counted>(*this, std::move(file)) : nullptr;
   }
   void remove(const std::string& path) override { system_files().remove(path); }
+  void rename(const std::string& from, const std::string& to) override { system_files().rename(from, to); }
   void sync_folder(const std::string& path) override { system_files().sync_folder(path); }
   size_t read_bytes = 0;
 };

@@ -153,6 +153,10 @@ class FaultyFiles final : public FileService {
     step();
     system_files().remove(path);
   }
+  void rename(const std::string& from, const std::string& to) override {
+    step();
+    system_files().rename(from, to);
+  }
   void sync_folder(const std::string& path) override { system_files().sync_folder(path); }
 
   void step() {
