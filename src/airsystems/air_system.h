@@ -129,7 +129,7 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
     Shape shape;
   };
   static OldFile old_file(const std::string& path);
-  std::vector<std::byte> section_bytes(Section section, const OldFile& old);
+  uint64_t add_section(Section section, const OldFile& old, std::vector<std::byte>& out);
   void clear_results();
   void take_unselected_header();
   /// Closes up the first entries of a zone's list of spaces and counts them.

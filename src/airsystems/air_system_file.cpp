@@ -14,6 +14,26 @@ constexpr int kMostOutputs = decltype(SystemHeaderRecord::OutputFlags)::size;
 
 FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
 
+/// Fills blocks that lie back to back in a file: large ones in place, the small ones between them by one read.
+void read_blocks(const std::string& path, uint64_t from, std::span<const std::span<std::byte>> blocks) {
+  constexpr size_t kLarge = 4096;
+  std::vector<std::byte> buffer;
+  for (size_t i = 0; i < blocks.size();) {
+    if (blocks[i].size() >= kLarge) {
+      files().read(path, from, blocks[i], OpenMode::Read);
+      from += blocks[i++].size();
+      continue;
+    }
+    size_t end = i, size = 0;
+    while (end < blocks.size() && blocks[end].size() < kLarge) size += blocks[end++].size();
+    buffer.resize(size);
+    files().read(path, from, buffer, OpenMode::Read);
+    from += size;
+    for (auto next = buffer.begin(); i < end; next += static_cast<ptrdiff_t>(blocks[i++].size()))
+      std::copy_n(next, blocks[i].size(), blocks[i].begin());
+  }
+}
+
 void append(std::vector<std::byte>& out, std::span<const std::byte> bytes) {
   out.insert(out.end(), bytes.begin(), bytes.end());
 }
@@ -96,18 +116,14 @@ std::vector<std::span<std::byte>> AS_AirSystem::section_blocks(Section section) 
 
 void AS_AirSystem::read_sections(const std::string& path) {
   SystemHeaderRecord header;
-  const auto read = [&path](uint64_t at, std::span<std::byte> into) { files().read(path, at, into, OpenMode::Read); };
-  read(0, std::as_writable_bytes(std::span(&header, 1)));
+  files().read(path, 0, std::as_writable_bytes(std::span(&header, 1)), OpenMode::Read);
   const Shape shape = checked_shape(header, files().size(path), path);
   const uint64_t size = files().size(path);
   resize_zones(shape.zones);
   if (selected(Section::Header)) static_cast<SystemHeaderRecord&>(general_) = header;
   const auto read_section = [&](Section section, uint64_t from, uint64_t to) {
     if (!selected(section) || size < to) return false;
-    for (const auto& block : section_blocks(section)) {
-      read(from, block);
-      from += block.size();
-    }
+    read_blocks(path, from, section_blocks(section));
     return true;
   };
   read_section(Section::Inputs, shape.header, shape.inputs);
@@ -154,22 +170,20 @@ void AS_AirSystem::take_unselected_header() {
   if (selected(Section::Inputs)) general_.NumZones = zones;
 }
 
-/// A section for the new file: from memory where it is selected, else as the old file has it. Empty where neither has
-/// it.
-std::vector<std::byte> AS_AirSystem::section_bytes(Section section, const OldFile& old) {
+/// Appends a section for the new file: from memory where it is selected, else as the old file has it. Returns its size,
+/// 0 where neither has it.
+uint64_t AS_AirSystem::add_section(Section section, const OldFile& old, std::vector<std::byte>& out) {
   const uint64_t ends[]{0, old.shape.header, old.shape.inputs, old.shape.sizing, old.shape.simulation};
   const auto number = static_cast<size_t>(section);
-  std::vector<std::byte> out;
+  const size_t before = out.size();
   const bool in_memory = section == Section::Inputs || (section == Section::Sizing ? has_sizing_ : has_simulation_);
-  if (selected(section)) {
+  if (selected(section) && in_memory) {
     if (section == Section::Simulation) hourly_.Resize(general_.NumOutputs);
-    for (const auto& block : section_blocks(section)) {
-      if (in_memory) append(out, block);
-    }
-  } else if (old.bytes.size() >= ends[number + 1]) {
+    for (const auto& block : section_blocks(section)) append(out, block);
+  } else if (!selected(section) && old.bytes.size() >= ends[number + 1]) {
     append(out, std::span(old.bytes).subspan(ends[number], ends[number + 1] - ends[number]));
   }
-  return out;
+  return out.size() - before;
 }
 
 void AS_AirSystem::write_record(int16_t index) {
@@ -181,28 +195,27 @@ void AS_AirSystem::write_record(int16_t index) {
   const bool by_user = selected(Section::Inputs) && !after_calculations_ && !as_given_;
   const bool all = (m_lCurMask & CCM_MASKALL) == CCM_MASKALL;
   const OldFile old = all ? OldFile{{}, shape_of(0, 0)} : old_file(path);
-  std::vector<std::byte> header{general_.bytes().begin(), general_.bytes().end()};
-  std::vector<std::byte> inputs = section_bytes(Section::Inputs, old);
-  std::vector<std::byte> sizing, simulation;
-  if (!by_user) {
-    sizing = section_bytes(Section::Sizing, old);
-    simulation = section_bytes(Section::Simulation, old);
-  }
   const Shape shape = shape_of(general_.NumZones, general_.NumOutputs);
+  std::vector<std::byte> out;
+  out.reserve(shape.simulation);
+  append(out, general_.bytes());
   // What lies behind has its place by what lies before, also where that was never stored.
-  if (!simulation.empty()) sizing.resize(shape.sizing - shape.inputs);
-  if (!sizing.empty()) inputs.resize(shape.inputs - shape.header);
-  const auto misfit = [](const std::vector<std::byte>& section, uint64_t size) {
-    return !section.empty() && section.size() != size;
-  };
-  if (misfit(inputs, shape.inputs - shape.header) || misfit(sizing, shape.sizing - shape.inputs) ||
-      misfit(simulation, shape.simulation - shape.sizing)) {
+  const auto add = [&](Section section, uint64_t start, uint64_t end) {
+    const size_t before = out.size();
+    out.resize(std::max<size_t>(before, start));
+    const uint64_t size = add_section(section, old, out);
+    if (size == 0) out.resize(before);
+    if (size == 0 || (out.size() == end && before <= start)) return;
     fail(ErrorNumber::InvalidCall,
          "The number of zones or outputs has changed, but sections that depend on it are not selected by the mask. "
          "Select them with SetMask before Load and Save.");
+  };
+  add(Section::Inputs, shape.header, shape.inputs);
+  if (!by_user) {
+    add(Section::Sizing, shape.inputs, shape.sizing);
+    add(Section::Simulation, shape.sizing, shape.simulation);
   }
-  for (const auto* section : {&inputs, &sizing, &simulation}) append(header, *section);
-  files().replace(path, header, GetDBHandle());
+  files().replace(path, std::move(out), GetDBHandle());
 }
 
 void AS_AirSystem::remove_files(int16_t index) {
@@ -216,6 +229,7 @@ void AS_AirSystem::remove_files(int16_t index) {
 /// Header, inputs and zones; what a failed operation puts back.
 std::vector<std::byte> AS_AirSystem::record() const {
   std::vector<std::byte> out;
+  out.reserve(kInputs + zones_.size() * sizeof(ZoneRecord));
   auto& self = const_cast<AS_AirSystem&>(*this);
   for (const Section section : {Section::Header, Section::Inputs}) {
     for (const auto& block : self.section_blocks(section)) append(out, block);

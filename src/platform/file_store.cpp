@@ -81,12 +81,12 @@ void FileStore::write(const std::string& name, uint64_t offset, std::span<const 
   place.extents.write(offset, bytes);
 }
 
-void FileStore::replace(const std::string& name, std::span<const std::byte> bytes, Ptr<Database> owner) {
+void FileStore::replace(const std::string& name, std::vector<std::byte> bytes, Ptr<Database> owner) {
   Pending& place = pending(absolute(name), std::move(owner));
   place.emptied = true;
   place.removed = false;
   place.extents = {};
-  if (!bytes.empty()) place.extents.write(0, bytes);
+  if (!bytes.empty()) place.extents.write(0, std::move(bytes));
 }
 
 void FileStore::remove(const std::string& name, Ptr<Database> owner) {

@@ -32,7 +32,7 @@ class FileStore {
   /// Error where the file, or the folder of a new one, does not take writes; found here, not at the commit.
   void write(const std::string& path, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner);
   /// The whole file becomes these bytes.
-  void replace(const std::string& path, std::span<const std::byte> bytes, Ptr<Database> owner);
+  void replace(const std::string& path, std::vector<std::byte> bytes, Ptr<Database> owner);
   void remove(const std::string& path, Ptr<Database> owner);
   uint64_t size(const std::string& path);
   bool exists(const std::string& path);

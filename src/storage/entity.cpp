@@ -150,10 +150,18 @@ void StoredEntity::remember_links(std::vector<Use> uses) {
 
 void StoredEntity::clear_unlinked() {
   LinkRows links(database(), kind().link_owner, Index);
-  clear_lost_references(*this, title(), [&](const Use& use) { return !links.has(use); });
+  std::vector<Use> uses;
+  bool cleared = false;
+  clear_lost_references(*this, title(), [&](const Use& use) {
+    if (!links.has(use)) return cleared = true;
+    if (links.is_there(use)) uses.push_back(use);
+    return false;
+  });
   after_clearing();
-  std::vector<Use> uses = uses_of(*this);
-  std::erase_if(uses, [&](const Use& use) { return !links.is_there(use); });
+  if (cleared) {  // what is left may have moved
+    uses = uses_of(*this);
+    std::erase_if(uses, [&](const Use& use) { return !links.is_there(use); });
+  }
   remember_links(std::move(uses));
 }
 

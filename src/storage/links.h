@@ -28,8 +28,8 @@ struct Use {
 struct ReferenceName {
   const std::string& prefix;
   const Member& field;
-  Subscripts at;
-  std::string operator()() const { return prefix + element_name(field, at); }
+  size_t element;  // from 0, the first subscript fastest
+  std::string operator()() const;
 };
 using ReferenceAction = std::function<int32_t(const Use& use, const ReferenceName& name)>;
 void for_each_reference(Object& object, const ReferenceAction& action);
@@ -65,12 +65,13 @@ class LinkRows {
   std::map<std::string_view, std::vector<Row>> rows_;  // by index
   std::string_view last_kind_;
   const std::vector<Row>* last_ = nullptr;
+  size_t next_ = 0;
 };
 
 /// Brings the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for every kind that one of its fields
 /// may refer to) in line with its references: adds the missing, removes the others. A reference to what is not there is
 /// logged; the others are returned.
-std::vector<Use> write_links(Object& owner, LinkRows& present);
+std::vector<Use> write_links(Object& owner, LinkRows& links);
 
 /// Sets the references to 0 that are lost, and logs each: what they referred to was deleted, and its index may since
 /// have gone to another entity.

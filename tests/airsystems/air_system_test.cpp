@@ -329,6 +329,13 @@ TEST_F(AirSystemTest, LinksAreWhatTheInputsReferTo) {
   system->GetOutVent()->VentType.raw = 3;
   save(*system);
   EXPECT_EQ(links(), "2110");
+  add_space(1);
+  system->GetZoneData(1)->SpaceID(3) = 1;
+  save(*system);
+  EXPECT_EQ(links(), "2111");
+  system->GetAirSystem()->SetNumZones(0);
+  save(*system);
+  EXPECT_EQ(links(), "2110") << "the links of zones that are gone go";
   database->Execute("DELETE FROM System_Schedule_Links");
   database->Execute("DELETE FROM System_Boiler_Links");
   system->Load(1);

@@ -23,7 +23,10 @@ class TransactionTest : public test::ProjectTest {
     return all;
   }
   FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
-  std::span<const std::byte> bytes(std::string_view text) { return std::as_bytes(std::span(text)); }
+  std::vector<std::byte> bytes(std::string_view text) {
+    const auto span = std::as_bytes(std::span(text));
+    return {span.begin(), span.end()};
+  }
   /// Two whole files, and what replaces the one and removes the other, and makes a third.
   void make_whole_files() {
     test::write_bytes(folder / "A.DAT", std::string(5000, 'a'));

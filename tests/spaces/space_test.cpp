@@ -244,7 +244,7 @@ TEST_F(SpaceTest, LoadClearsReferencesWithoutALinkAndKeepsTheRest) {
   space->GetWall(1)->WindowType(2) = 4;
   space->GetWall(4)->WindowShade(2) = 3;
   space->Save();
-  EXPECT_EQ(log.messages[0], "Space 1, Wall(4).WindowShade(2) refers to Shade 3, which is not there.");
+  EXPECT_EQ(log.messages[0], "Space 1, Wall(1).WindowType(1) refers to Window 3, which is not there.");
   log.messages.clear();
   database->Execute("DELETE FROM Space_Window_Links WHERE Window_ID = 3");
   space->Load(1);
