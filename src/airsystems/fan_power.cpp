@@ -26,8 +26,8 @@ using enum Side;
 
 struct Row {
   int16_t factor;
-  std::string_view description;
   Side side;
+  std::string_view description;
   float value;  // in. w.c.; 0 where only the design has it
   std::array<Use, Editions> use;
   bool automatic = false;
@@ -50,25 +50,25 @@ constexpr float unconfirmed(float value) { return value; }
 // 2007 gives the first row one value. Its addendum p added 2.15 for laboratories, so that in later editions it is open.
 // 12 is (2.2 x effectiveness - 0.5) for each airstream, here at 50 %; 15 grows with the height of the duct.
 constexpr Row kRows[]{
-    {1, "Fully ducted and/or exhaust air systems", Credit, 0.5F, {Fixed, Open, Open}},
-    {2, "Return and/or exhaust airflow control devices", Credit, 0.5F, {Fixed, Fixed, Fixed}},
-    {3, "Exhaust filters, scrubbers, or other exhaust treatment", Credit, 0, {Open, Open, Open}},
-    {4, "Particulate Filtration Credit: MERV 9 through 12", Credit, 0.5F, {Fixed, Fixed, Fixed}},
-    {5, "Particulate Filtration Credit: MERV 13 through 15", Credit, 0.9F, {Fixed, Fixed, Fixed}},
-    {6, kMerv16, Credit, 0, {Open, Open, Open}},
-    {7, "Carbon and other gas-phase air cleaners", Credit, 0, {Open, Open, Open}},
-    {9, kEvaporative, Credit, unconfirmed(0), {Open, Open, Open}},
-    {14, "Biosafety cabinet", Credit, 0, {None, Open, Open}},
-    {8, "Heat recovery device", Credit, unconfirmed(0), {Open, None, None}},
-    {12, "Energy Recovery Device, other than Coil Runaround Loop", Credit, 0.6F, {None, Open, Open}},
-    {13, "Coil runaround loop", Credit, 0.6F, {None, Fixed, Fixed}},
-    {10, "Sound attenuation section", Credit, unconfirmed(0.15F), {Fixed, Fixed, Fixed}, false, kQuietSpaces},
-    {19, "Exhaust system serving fume hoods", Credit, unconfirmed(0.35F), {None, Fixed, Fixed}},
-    {15, kHighRise, Credit, unconfirmed(0), {None, Open, Open}},
-    {11, "Fume hood exhaust exception", Deduction, unconfirmed(-1.0F), {Fixed, None, None}},
-    {16, "Systems without central cooling device", Deduction, unconfirmed(-0.6F), {None, None, Fixed}, true},
-    {17, "Systems without central heating device", Deduction, unconfirmed(-0.3F), {None, None, Fixed}, true},
-    {18, "Systems with central electric resistance heat", Deduction, unconfirmed(-0.2F), {None, None, Fixed}, true},
+    {1, Credit, "Fully ducted and/or exhaust air systems", 0.5F, {Fixed, Open, Open}},
+    {2, Credit, "Return and/or exhaust airflow control devices", 0.5F, {Fixed, Fixed, Fixed}},
+    {3, Credit, "Exhaust filters, scrubbers, or other exhaust treatment", 0, {Open, Open, Open}},
+    {4, Credit, "Particulate Filtration Credit: MERV 9 through 12", 0.5F, {Fixed, Fixed, Fixed}},
+    {5, Credit, "Particulate Filtration Credit: MERV 13 through 15", 0.9F, {Fixed, Fixed, Fixed}},
+    {6, Credit, kMerv16, 0, {Open, Open, Open}},
+    {7, Credit, "Carbon and other gas-phase air cleaners", 0, {Open, Open, Open}},
+    {9, Credit, kEvaporative, unconfirmed(0), {Open, Open, Open}},
+    {14, Credit, "Biosafety cabinet", 0, {None, Open, Open}},
+    {8, Credit, "Heat recovery device", unconfirmed(0), {Open, None, None}},
+    {12, Credit, "Energy Recovery Device, other than Coil Runaround Loop", 0.6F, {None, Open, Open}},
+    {13, Credit, "Coil runaround loop", 0.6F, {None, Fixed, Fixed}},
+    {10, Credit, "Sound attenuation section", unconfirmed(0.15F), {Fixed, Fixed, Fixed}, false, kQuietSpaces},
+    {19, Credit, "Exhaust system serving fume hoods", unconfirmed(0.35F), {None, Fixed, Fixed}},
+    {15, Credit, kHighRise, unconfirmed(0), {None, Open, Open}},
+    {11, Deduction, "Fume hood exhaust exception", unconfirmed(-1.0F), {Fixed, None, None}},
+    {16, Deduction, "Systems without central cooling device", unconfirmed(-0.6F), {None, None, Fixed}, true},
+    {17, Deduction, "Systems without central heating device", unconfirmed(-0.3F), {None, None, Fixed}, true},
+    {18, Deduction, "Systems with central electric resistance heat", unconfirmed(-0.2F), {None, None, Fixed}, true},
 };
 
 /// What a row is under a standard. Under any standard it is that of the newest edition that has it.
