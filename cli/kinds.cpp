@@ -211,7 +211,7 @@ std::vector<std::pair<std::string, Json>> fields(StoredEntity& entity) {
 void check_reference(Database& database, const Assignment& assignment) {
   Value value;
   assignment.member->get(*assignment.object, assignment.at, value);
-  const std::string kind(assignment.member->refers_to);
+  const std::string kind(assignment.member->target_of(*assignment.object));
   if (kind.empty()) return;
   const auto index = static_cast<int>(integer_from(value, INT32_MIN, INT32_MAX));
   if (index == 0) return;

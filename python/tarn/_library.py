@@ -5,11 +5,11 @@ import os
 import pathlib
 import threading
 
-EMPTY, BOOLEAN, INT16, INT32, REAL32, REAL64, TEXT, OBJECT = range(8)
+EMPTY, BOOLEAN, INT16, INT32, REAL32, REAL64, TEXT, OBJECT, REALS = range(9)
 PROPERTY, METHOD, EVENT = range(3)
 OK, ERROR, BAD_HANDLE, NO_MEMBER, BAD_ARGUMENT = range(5)
 
-TYPE_NAMES = ("", "Boolean", "I2", "I4", "R4", "R8", "text", "object", "any")
+TYPE_NAMES = ("", "Boolean", "I2", "I4", "R4", "R8", "text", "object", "reals", "any")
 KIND_NAMES = ("property", "method", "event")
 
 
@@ -21,6 +21,7 @@ class _As(ctypes.Union):
         ("r4", ctypes.c_float),
         ("r8", ctypes.c_double),
         ("text", ctypes.c_void_p),
+        ("reals", ctypes.POINTER(ctypes.c_double)),
         ("object", ctypes.c_void_p),
     ]
 

@@ -68,10 +68,14 @@ def to_c(value, keep):
         buffer = ctypes.create_string_buffer(data, len(data) + 1)
         keep.append(buffer)
         out.type, out.length, out.as_.text = c.TEXT, len(data), ctypes.addressof(buffer)
+    elif isinstance(value, (list, tuple, array.array)):
+        reals = (ctypes.c_double * len(value))(*value)
+        keep.append(reals)
+        out.type, out.length, out.as_.reals = c.REALS, len(value), reals
     elif isinstance(value, Object):
         out.type, out.as_.object = c.OBJECT, value._handle
     else:
-        raise TypeError(f"a {type(value).__name__} is no value of a member; give a number, Boolean, text or object")
+        raise TypeError(f"a {type(value).__name__} is no value of a member; give a number, Boolean, text, object or list of numbers")
     return out
 
 
@@ -91,6 +95,8 @@ def from_c(value):
         return value.as_.r8
     if kind == c.TEXT:
         return ctypes.string_at(value.as_.text, value.length).decode("utf-8", "replace")
+    if kind == c.REALS:
+        return value.as_.reals[:value.length]
     return wrap(value.as_.object)
 
 

@@ -109,16 +109,10 @@ void AS_AirSystem::SetAsNew() {
   drop_results();
 }
 
-void AS_AirSystem::drop_results() {
-  has_sizing_ = has_simulation_ = false;
-  clear_results();
-}
-
 void AS_AirSystem::CreateDefault() {
   or_as_before([&] {
     const std::string path = file_of(0);
-    const bool has_file = !path.empty() && Engine::of_thread().Workspaces(0).files().exists(path);
-    if (has_file) {
+    if (has_file(path)) {
       read_sections(path);
       Index = 0;
     } else {
@@ -149,25 +143,14 @@ void AS_AirSystem::resize_zones(int count) {
   general_.NumZones = static_cast<int16_t>(count);
 }
 
-void AS_AirSystem::Load(int16_t nRecNum) {
-  or_as_before([&] {
-    Transaction transaction;
-    const std::string path = file_of(nRecNum);
-    if (path.empty() || !Engine::of_thread().Workspaces(0).files().exists(path))
-      fail(ErrorNumber::FileNotFound,
-           "File not found: " + (path.empty() ? "the air system has no FilePrefix" : path) + ".");
-    auto row = database().OpenRecordset("SELECT * FROM AirSystemIndex WHERE nIndex = ?", {cell(nRecNum)});
-    const bool has_row = !row.AtEof();
-    read_sections(path);
-    Index = nRecNum;
-    if (has_row) {
-      DesHasChanged = row.Fields("bDesHasChanged").integer() != 0;
-      SimHasChanged = row.Fields("bSimHasChanged").integer() != 0;
-    }
-    if (selected(Section::Inputs)) clear_unlinked();
-    transaction.commit();
-    if (m_bCloning) Index = 0;
-  });
+std::string AS_AirSystem::no_file_message(const std::string& path) const {
+  return "File not found: " + (path.empty() ? "the air system has no FilePrefix" : path) + ".";
+}
+
+void AS_AirSystem::take_row(Recordset* row) {
+  if (!row) return;
+  DesHasChanged = row->Fields("bDesHasChanged").integer() != 0;
+  SimHasChanged = row->Fields("bSimHasChanged").integer() != 0;
 }
 
 /// Zones that lost a space close up.
@@ -209,12 +192,13 @@ void AS_AirSystem::before_save() {
     static_cast<SystemHeaderRecord&>(general_) = header;
     put_rest_back();
   });
-  take_unselected_header();
+  const int16_t zones = general_.NumZones;
+  if (take_unselected_header() && selected(kInputs)) general_.NumZones = zones;
   if (!IsNameUnique()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
-  const bool by_user = selected(Section::Inputs) && !after_calculations_;
+  const bool by_user = selected(kInputs) && !after_calculations_;
   if (!by_user) {
-    has_sizing_ |= selected(Section::Sizing);
-    has_simulation_ |= selected(Section::Simulation);
+    set_there(kSizing, is_there(kSizing) || selected(kSizing));
+    set_there(kSimulation, is_there(kSimulation) || selected(kSimulation));
   }
   if (after_calculations_) return;
   auto row = database().OpenRecordset("SELECT * FROM AirSystemIndex WHERE nIndex = ?", {cell(Index)});
@@ -231,7 +215,8 @@ void AS_AirSystem::before_save() {
   general_.STMCoilsExists = IsStmCoilUsed();
   for (const Zone& zone : zones_) pack_spaces(*zone.data, kSpaces);
   DesHasChanged = SimHasChanged = true;
-  has_sizing_ = has_simulation_ = false;  // in the file; the object holds what it has
+  set_there(kSizing, false);  // in the file; the object holds what it has
+  set_there(kSimulation, false);
 }
 
 /// Names are unique, also of what comes with an exchange.
@@ -261,21 +246,12 @@ void AS_AirSystem::Save(std::optional<bool>& bSaveAfterCalculations) {
 }
 
 void AS_AirSystem::copy_memory(const StoredEntity& from, bool record_too) {
+  SectionedEntity::copy_memory(from, record_too);
   const auto& other = dynamic_cast<const AS_AirSystem&>(from);
-  WorkPath = other.WorkPath;
-  FilePrefix = other.FilePrefix;
   m_lCurMask = other.m_lCurMask;
   if (!record_too) return;
   DesHasChanged = other.DesHasChanged;
   SimHasChanged = other.SimHasChanged;
-  has_sizing_ = other.has_sizing_;
-  has_simulation_ = other.has_simulation_;
-  hourly_.Resize(other.hourly_.Count());
-  auto& source = const_cast<AS_AirSystem&>(other);
-  for (const Section section : {Section::Sizing, Section::Simulation}) {
-    const auto blocks = section_blocks(section), others = source.section_blocks(section);
-    for (size_t i = 0; i < blocks.size(); ++i) std::copy(others[i].begin(), others[i].end(), blocks[i].begin());
-  }
 }
 
 int16_t AS_AirSystem::boiler_fuel() const {

@@ -7,16 +7,16 @@
 
 #include "airsystems/input_parts.h"
 #include "airsystems/result_parts.h"
+#include "storage/sectioned_entity.h"
 
 namespace tarn {
 
-class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
+class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionedEntity> {
  public:
   AS_AirSystem();
   const ClassInfo& info() const override;
   const Kind& kind() const override;
 
-  std::string WorkPath, FilePrefix;
   std::string DLFileName;  // of the design-load results that belong to the system; in WorkPath unless it names a folder
   int32_t m_lCurMask = CCM_NOTHING;
   bool DesHasChanged = false;  // since the last sizing
@@ -38,9 +38,6 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
   /// Errors `InvalidCall` for a type outside 1 to 22 and for 17; the system is left as it was.
   void SetToDefaultsByType(int16_t nSystemType);
 
-  /// The selected sections of the system's file. Errors `FileNotFound`, `UnknownFormat` for a file that is cut inside a
-  /// section or has counts out of sense; the object is left as it was.
-  void Load(int16_t nRecNum) override;
   /// The selected sections; the others are carried over byte for byte. A save of inputs by a user, which is one that is
   /// not made after calculations, drops sizing and simulation results and marks both as changed. The file is replaced
   /// whole. Errors `NoCurrentRecord`, `InvalidCall` for a name that another system has.
@@ -95,14 +92,11 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
   Ptr<AS_LEEDUnmetLoads> GetLEEDUnmetLoads() { return shared_part(*this, leed_unmet_loads_); }
   Ptr<AS_HourlySimData> GetHourlySimData() { return shared_part(*this, hourly_); }
 
-  /// Sizing and simulation become absent and zero.
-  void drop_results();
   AS_SystemTypes SystemType() const { return general_.SystemType; }
   AS_EquipmentTypes EquipClass() const { return general_.EquipClass; }
   void resize_zones(int count);
   /// Fuel of the water loop's boiler by the index table, 0 where there is none.
   int16_t boiler_fuel() const;
-  std::string default_file() const override { return file_of(0); }
 
  private:
   struct Zone {
@@ -110,38 +104,26 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
     Ptr<AS_ZoneSizingData> sizing = std::make_shared<AS_ZoneSizingData>();
     Ptr<AS_ZoneTemperature> temperature = std::make_shared<AS_ZoneTemperature>();
   };
-  /// Where the sections of a file end.
-  struct Shape {
-    int zones = 0, outputs = 0;
-    uint64_t header, inputs, sizing, simulation;
-  };
-  enum class Section : uint8_t { Header, Inputs, Sizing, Simulation };
+  enum Section : size_t { kHeader, kInputs, kSizing, kSimulation, kSections };
 
-  bool selected(Section section) const;
   Zone& of_zone(int number);
-  std::string file_of(int index) const;
-  static Shape shape_of(int zones, int outputs);
-  static Shape checked_shape(const SystemHeaderRecord& header, uint64_t size, const std::string& path);
-  void read_sections(const std::string& path);
-  std::vector<std::span<std::byte>> section_blocks(Section section);
-  struct OldFile {
-    std::vector<std::byte> bytes;
-    Shape shape;
-  };
-  static OldFile old_file(const std::string& path);
-  uint64_t add_section(Section section, const OldFile& old, std::vector<std::byte>& out);
-  void clear_results();
-  void take_unselected_header();
   /// Closes up the first entries of a zone's list of spaces and counts them.
   static void pack_spaces(ZoneRecord& zone, int entries);
 
-  std::vector<std::byte> record() const override;
+  Ends ends_of(std::span<const std::byte> header, const std::string& path) const override;
+  Blocks blocks(size_t section) override;
+  size_t section_count() const override { return kSections; }
+  size_t first_result() const override { return kSizing; }
+  bool selected(size_t section) const override;
+  void make_room(size_t section, std::span<const std::byte> header, bool there) override;
+  std::string no_file_message(const std::string& path) const override;
+  void take_row(Recordset* row) override;
   void set_record(std::span<const std::byte> bytes) override;
   void write_record(int16_t index) override;
   void remove_files(int16_t index) override;
   void before_save() override;
   void before_restore() override;
-  bool knows_links() const override { return selected(Section::Inputs); }
+  bool knows_links(std::string_view /*kind*/) const override { return selected(kInputs); }
   std::function<void()> keep_rest() override;
   void after_clearing() override;
   void copy_memory(const StoredEntity& from, bool record_too) override;
@@ -159,15 +141,15 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
   // What the members table and the index row take.
   int32_t index32() const { return Index; }
   int zone_count() const { return static_cast<int>(zones_.size()); }
-  int sizing_count() const { return has_sizing_ ? 1 : 0; }
-  int zone_sizing_count() const { return has_sizing_ ? zone_count() : 0; }
-  int simulation_count() const { return has_simulation_ ? 1 : 0; }
-  int zone_simulation_count() const { return has_simulation_ ? zone_count() : 0; }
-  void resize_sizing(int count) { has_sizing_ = count > 0; }
-  void resize_simulation(int count) { has_simulation_ = count > 0; }
+  int sizing_count() const { return is_there(kSizing) ? 1 : 0; }
+  int zone_sizing_count() const { return is_there(kSizing) ? zone_count() : 0; }
+  int simulation_count() const { return is_there(kSimulation) ? 1 : 0; }
+  int zone_simulation_count() const { return is_there(kSimulation) ? zone_count() : 0; }
+  void resize_sizing(int count) { set_there(kSizing, count > 0); }
+  void resize_simulation(int count) { set_there(kSimulation, count > 0); }
   // A list of results says that they are there; it is as long as that of the zones.
-  void resize_zone_sizing(int count) { has_sizing_ |= count > 0; }
-  void resize_zone_simulation(int count) { has_simulation_ |= count > 0; }
+  void resize_zone_sizing(int count) { set_there(kSizing, is_there(kSizing) || count > 0); }
+  void resize_zone_simulation(int count) { set_there(kSimulation, is_there(kSimulation) || count > 0); }
   template <auto Field>
   bool flag() const {
     return general_.*Field;
@@ -203,9 +185,8 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem> {
   AS_UnmetLoads unmet_loads_;
   AS_LEEDUnmetLoads leed_unmet_loads_;
   AS_HourlySimData hourly_;
-  bool has_sizing_ = false, has_simulation_ = false;  // there is such a section, in the file or to be saved
-  bool after_calculations_ = false;                   // of the save at work
-  bool as_given_ = false;                             // it stores the object as it is
+  bool after_calculations_ = false;  // of the save at work
+  bool as_given_ = false;            // it stores the object as it is
 };
 
 }  // namespace tarn

@@ -11,9 +11,9 @@ std::span<const Label> direct_heat_options(const Object&) {
   return kOptions;
 }
 
-bool uses_schedule(const Object& ventilation) {
+std::string_view schedule_if_used(const Object& ventilation) {
   constexpr int16_t kScheduled = 3;
-  return dynamic_cast<const AS_OutdoorVent&>(ventilation).VentType.raw == kScheduled;
+  return dynamic_cast<const AS_OutdoorVent&>(ventilation).VentType.raw == kScheduled ? "Schedule" : "";
 }
 
 }  // namespace
@@ -72,7 +72,7 @@ const ClassInfo& AS_OutdoorVent::info() const {
   static const ClassInfo info =
       describe<C>(Failures::Raised, property<&R::VentType>, property<&R::CommonSys>, property<&R::MinCO2>("ppm"),
                   property<&R::MaxCO2>("ppm"), property<&R::OutdoorCO2>("ppm"), property<&R::SizingMethod>,
-                  property<&R::MinVentRate>, property<&R::Schedule>.refers_to("Schedule").when(uses_schedule),
+                  property<&R::MinVentRate>, property<&R::Schedule>.refers_to("Schedule", schedule_if_used),
                   property<&R::DampersOn>, property<&R::LeakRate>);
   return info;
 }

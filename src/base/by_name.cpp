@@ -48,6 +48,8 @@ Value empty_value(ValueType type) {
       return 0.0;
     case ValueType::Text:
       return std::string();
+    case ValueType::Reals:
+      return std::vector<double>();
     default:
       return std::monostate();
   }

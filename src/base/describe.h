@@ -118,6 +118,81 @@ inline constexpr PartForm<P, Number> part{};
 template <auto P, auto Count, auto Resize>
 inline constexpr PartForm<P, 0, Count, Resize> parts{};
 
+/// Parts that an object owns under a number, from 1, as a public member: `loop.Pumps(3)`.
+template <typename P, int N>
+class Numbered {
+ public:
+  using Part = P;
+  static constexpr int count = N;
+  static constexpr std::array<Bounds, 1> bounds{Bounds(N)};
+
+  /// Error `SubscriptOutOfRange`.
+  P& operator()(int number) {
+    if (number < 1 || number > N) subscript_out_of_range(number, N);
+    return parts_[static_cast<size_t>(number) - 1];
+  }
+  const P& operator()(int number) const { return const_cast<Numbered&>(*this)(number); }
+
+ private:
+  std::array<P, N> parts_;
+};
+
+/// A public member that is a part of the object, or `Numbered` parts, of which `Count` says how many there are and
+/// `Resize` makes them.
+template <auto P, auto Count = nullptr, auto Resize = nullptr>
+struct OwnedForm {
+  template <typename C>
+  Member make() const {
+    using Type = typename detail::FieldOf<std::remove_const_t<decltype(P)>>::Type;
+    Member m;
+    m.name = m.part_name = member_name<P>();
+    m.type = ValueType::Object;
+    m.read_only = true;
+    m.get_label = std::string(m.name) + " [PropertyGet]";
+    m.get = [](const Object& o, Subscripts s, Value& out) {
+      auto& owner = const_cast<Object&>(o);
+      put(out, shared_part(owner, part_of<C>(owner, s.empty() ? 1 : s[0])));
+    };
+    m.get_stored = m.get;
+    m.part = [](Object& o, int number) -> Object& { return part_of<C>(o, number); };
+    if constexpr (requires { Type::count; }) {
+      m.bounds = Type::bounds;
+      m.numbered_part = true;
+      m.parts = Type::count;
+      m.part_count = [](const Object&) { return Type::count; };
+      m.part_info = info_of<typename Type::Part>;
+    } else {
+      m.parts = 1;
+      m.part_count = [](const Object&) { return 1; };
+      m.part_info = info_of<Type>;
+    }
+    if constexpr (!std::is_null_pointer_v<decltype(Count)>) {
+      m.parts = 0;
+      m.part_count = [](const Object& o) { return static_cast<int>((static_cast<const C&>(o).*Count)()); };
+      m.resize_parts = [](Object& o, int count) { (static_cast<C&>(o).*Resize)(static_cast<int16_t>(count)); };
+    }
+    return m;
+  }
+
+ private:
+  template <typename C>
+  static auto& part_of(Object& o, int number) {
+    auto& field = static_cast<C&>(o).*P;
+    if constexpr (requires { field.count; })
+      return field(number);
+    else
+      return field;
+  }
+  template <typename Part>
+  static const ClassInfo& info_of() {
+    static const Part sample;
+    return sample.info();
+  }
+};
+
+template <auto P, auto Count = nullptr, auto Resize = nullptr>
+inline constexpr OwnedForm<P, Count, Resize> owned{};
+
 template <auto P>
 struct EventForm {
   constexpr EventForm operator()(std::string_view argument) const { return {argument}; }

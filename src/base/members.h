@@ -36,7 +36,8 @@ struct Member {
   std::string_view name;
   std::string_view unit;         // "ft"; empty where the value has none or the name says it
   std::string_view stored_unit;  // of a converted field, in the record
-  std::string_view refers_to;    // "Wall": the field holds the index of an entity of that kind, 0 for none
+  std::string_view refers_to;    // "Wall": the field holds the index of an entity of that kind, 0 for none; of several
+                                 // kinds "Chiller Boiler", where the object tells which
   MemberKind kind = MemberKind::Property;
   ValueType type = ValueType::Empty;  // of the property, or of the method's result
   bool read_only = false;
@@ -52,7 +53,8 @@ struct Member {
   void (*get)(const Object&, Subscripts, Value&) = nullptr;
   void (*get_stored)(const Object&, Subscripts, Value&) = nullptr;  // a text with all of its blanks
   void (*let)(Object&, Subscripts, const Value&) = nullptr;
-  std::byte* (*place)(Object&) = nullptr;  // of a stored field, for moves of whole arrays
+  void (*let_stored)(Object&, Subscripts, const Value&) = nullptr;  // an exchange's: a code that is none is kept
+  std::byte* (*place)(Object&) = nullptr;                           // of a stored field, for moves of whole arrays
   void (*call)(Object&, Arguments, Value&) = nullptr;
   void (*listen)(Object&, Listener) = nullptr;
 
@@ -67,11 +69,13 @@ struct Member {
   int (*part_count)(const Object&) = nullptr;    // set for parts alone
   void (*resize_parts)(Object&, int) = nullptr;  // where the number changes
 
-  // Where they depend on the object: the codes of a property, and whether a reference counts.
+  // Where they depend on the object: the codes of a property, and the kind that a reference is to.
   std::span<const Label> (*labels_for)(const Object&) = nullptr;
-  bool (*refers_when)(const Object&) = nullptr;
+  std::string_view (*refers_by)(const Object&) = nullptr;
 
   std::span<const Label> labels_of(const Object& object) const { return labels_for ? labels_for(object) : labels; }
+  /// The kind that the reference of an object is to; empty for none.
+  std::string_view target_of(const Object& object) const { return refers_by ? refers_by(object) : refers_to; }
   bool is_part() const { return part_count != nullptr; }
   bool in_row = false;  // kept in the index row alone
   bool stored() const { return offset >= 0; }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace tarn {
 
@@ -18,9 +19,10 @@ using ObjectPtr = Ptr<Object>;
 
 /// A value on its way through a by-name face. The order of the alternatives is that of `ValueType`, which has `Any`
 /// besides: a result whose type shows only when it is there.
-using Value = std::variant<std::monostate, bool, int16_t, int32_t, float, double, std::string, ObjectPtr>;
+using Value =
+    std::variant<std::monostate, bool, int16_t, int32_t, float, double, std::string, ObjectPtr, std::vector<double>>;
 
-enum class ValueType : uint8_t { Empty, Boolean, Int16, Int32, Real32, Real64, Text, Object, Any };
+enum class ValueType : uint8_t { Empty, Boolean, Int16, Int32, Real32, Real64, Text, Object, Reals, Any };
 
 class Object : public std::enable_shared_from_this<Object> {
  public:
@@ -30,7 +32,22 @@ class Object : public std::enable_shared_from_this<Object> {
   Object& operator=(const Object&) = delete;
 
   virtual const ClassInfo& info() const = 0;
+
+  /// The object is a part of another one, inside it.
+  void belong_to(Object& owner) { owner_ = &owner; }
+  /// What keeps the object alive: the outermost object that it is a part of, or itself; null where that is not shared.
+  ObjectPtr keeper() { return owner_ ? owner_->keeper() : weak_from_this().lock(); }
+
+ private:
+  Object* owner_ = nullptr;
 };
+
+/// A part as its owner hands it out: it keeps the owner alive, where the owner is shared.
+template <typename P>
+Ptr<P> shared_part(Object& owner, P& part) {
+  part.belong_to(owner);
+  return Ptr<P>(owner.keeper(), &part);
+}
 
 /// An outgoing event: at most one listener, which may change the in/out arguments.
 template <typename... A>

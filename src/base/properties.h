@@ -172,13 +172,12 @@ struct Property {
   constexpr Property codes(std::span<const Label> (*of)(const Object&)) const {
     return with([&](Property& p) { p.codes_of = of; });
   }
-  /// A reference that counts only where this holds.
-  constexpr Property when(bool (*holds)(const Object&)) const {
-    return with([&](Property& p) { p.counts = holds; });
-  }
-  /// The kind of entity whose index the field holds.
-  constexpr Property refers_to(std::string_view text) const {
-    return with([&](Property& p) { p.target = text; });
+  /// The kind of entity whose index the field holds. Where the object decides, it gives one of the kinds, or none.
+  constexpr Property refers_to(std::string_view kinds, std::string_view (*by)(const Object&) = nullptr) const {
+    return with([&](Property& p) {
+      p.target = kinds;
+      p.target_of = by;
+    });
   }
 
   template <typename C>
@@ -198,7 +197,7 @@ struct Property {
     else
       make_accessors<C>(m);
     m.read_only = fixed || !m.let;
-    m.refers_when = counts;
+    m.refers_by = target_of;
     m.in_row = row;
     if constexpr (std::is_default_constructible_v<C>) {
       static const C sample{};
@@ -211,7 +210,7 @@ struct Property {
   std::string_view unit, get_label, own_name, stored_unit, target;
   bool fixed = false, reference = false, trim = false, hidden = false, row = false;
   std::span<const Label> (*codes_of)(const Object&) = nullptr;
-  bool (*counts)(const Object&) = nullptr;
+  std::string_view (*target_of)(const Object&) = nullptr;
 
  private:
   template <typename F>
@@ -254,11 +253,13 @@ struct Property {
       m.get = trim ? array_get<C, F, true> : array_get<C, F, false>;
       m.get_stored = array_get<C, F, false>;
       m.let = [](Object& o, Subscripts s, const Value& v) { store(field_of<C>(o).items[F::place(s.data())], v); };
+      m.let_stored = m.let;
     } else {
       element<C, F>(m);
       m.get = trim ? field_get<C, F, true> : field_get<C, F, false>;
       m.get_stored = field_get<C, F, false>;
       m.let = [](Object& o, Subscripts, const Value& v) { store(field_of<C>(o), v); };
+      m.let_stored = m.let;
     }
     if (m.stored() || !Covers) m.place = [](Object& o) { return reinterpret_cast<std::byte*>(&field_of<C>(o)); };
   }
@@ -291,6 +292,11 @@ struct Property {
     m.get_stored = m.get;
     if constexpr (!std::is_same_v<decltype(Let), std::nullptr_t>) {
       m.let = [](Object& o, Subscripts, const Value& v) { (static_cast<C&>(o).*Let)(native<Result>(v)); };
+      m.let_stored = m.let;
+      if constexpr (is_converted && std::is_enum_v<Result>) {
+        m.labels = tarn::labels<Result>;
+        m.let_stored = [](Object& o, Subscripts, const Value& v) { store(static_cast<C&>(o).*Field, v); };
+      }
     }
   }
 };

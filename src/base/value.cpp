@@ -5,7 +5,7 @@
 namespace tarn {
 
 std::string_view type_name(ValueType type) {
-  constexpr std::string_view names[]{"", "Boolean", "I2", "I4", "R4", "R8", "text", "object", "any"};
+  constexpr std::string_view names[]{"", "Boolean", "I2", "I4", "R4", "R8", "text", "object", "reals", "any"};
   return names[static_cast<size_t>(type)];
 }
 
@@ -68,6 +68,12 @@ const std::string& text_from(const Value& value) {
   const auto* text = std::get_if<std::string>(&value);
   if (!text) type_mismatch(value, "text");
   return *text;
+}
+
+const std::vector<double>& reals_from(const Value& value) {
+  const auto* reals = std::get_if<std::vector<double>>(&value);
+  if (!reals) type_mismatch(value, "list of reals");
+  return *reals;
 }
 
 }  // namespace tarn

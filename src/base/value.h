@@ -20,6 +20,7 @@ int64_t integer_from(const Value& value, int64_t least, int64_t most);
 double real_from(const Value& value);
 bool truth_from(const Value& value);
 const std::string& text_from(const Value& value);
+const std::vector<double>& reals_from(const Value& value);
 [[noreturn]] void type_mismatch(const Value& found, std::string_view wanted);
 
 template <typename T>
@@ -53,6 +54,8 @@ constexpr ValueType value_type() {
     return ValueType::Real64;
   else if constexpr (is_pointer<T>::value)
     return ValueType::Object;
+  else if constexpr (std::is_same_v<T, std::vector<double>>)
+    return ValueType::Reals;
   else
     return ValueType::Text;
 }
@@ -81,6 +84,8 @@ T native(const Value& value) {
     auto typed = object ? std::dynamic_pointer_cast<typename is_pointer<T>::Target>(*object) : nullptr;
     if (!typed && (!object || *object)) type_mismatch(value, "object of the right class");
     return typed;
+  } else if constexpr (std::is_same_v<T, std::vector<double>>) {
+    return reals_from(value);
   } else {
     return text_from(value);
   }

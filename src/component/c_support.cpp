@@ -37,6 +37,14 @@ void give_text(tarn_value& out, const std::string& text) {
   out.as.text = text.c_str();
 }
 
+/// The place of a text serves for reals too: its memory is aligned for them.
+void give_reals(tarn_value& out, const std::vector<double>& reals, std::string& place) {
+  place.assign(reinterpret_cast<const char*>(reals.data()), reals.size() * sizeof(double));
+  out.type = TARN_REALS;
+  out.length = static_cast<int32_t>(reals.size());
+  out.as.reals = reinterpret_cast<const double*>(place.data());
+}
+
 }  // namespace
 
 void give(const Value& value, tarn_value& out, std::string& text) {
@@ -66,6 +74,9 @@ void give(const Value& value, tarn_value& out, std::string& text) {
       text = std::get<std::string>(value);
       give_text(out, text);
       break;
+    case ValueType::Reals:
+      give_reals(out, std::get<std::vector<double>>(value), text);
+      break;
     case ValueType::Object:
       out.as.object = nullptr;
       if (const auto& object = std::get<ObjectPtr>(value))
@@ -93,6 +104,9 @@ Value taken(const tarn_value& in) {
     case TARN_TEXT:
       if (!in.as.text || in.length < 0) bad_argument("A text without characters was given.");
       return std::string(in.as.text, static_cast<size_t>(in.length));
+    case TARN_REALS:
+      if (in.length < 0 || (in.length > 0 && !in.as.reals)) bad_argument("A list of reals without reals was given.");
+      return std::vector<double>(in.as.reals, in.as.reals + in.length);
     case TARN_OBJECT: {
       if (!in.as.object) return ObjectPtr();
       HandleSlot* slot = slot_of(in.as.object);

@@ -48,7 +48,7 @@ tarn_status on_object(tarn_object* handle, F action) {
 
 const Member& member_at(const ClassInfo& info, int32_t number);
 
-/// The C form of a value; its text stays valid while `text` does.
+/// The C form of a value; its text or reals stay valid while `text` does.
 void give(const Value& value, tarn_value& out, std::string& text);
 Value taken(const tarn_value& in);
 std::vector<Value> taken_all(const tarn_value* values, int32_t count);

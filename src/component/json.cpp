@@ -90,8 +90,10 @@ Json code_json(std::span<const Label> labels, const Json& json) {
   fail(ErrorNumber::TypeMismatch, "found \"" + word + "\"; " + did_you_mean(word, words));
 }
 
-void set_element(Object& object, const Member& member, const Json& json, Subscripts at) {
-  if (member.width > 0 && json.is_null()) return member.let(object, at, std::string(member.width, '\0'));
+using Let = void (*)(Object&, Subscripts, const Value&);
+
+void set_element(Object& object, const Member& member, const Json& json, Subscripts at, Let let) {
+  if (member.width > 0 && json.is_null()) return let(object, at, std::string(member.width, '\0'));
   const Value value = from_json(member.labels.empty() ? json : code_json(member.labels_of(object), json), member.type);
   if (const auto* text = std::get_if<std::string>(&value); text && member.width > 0 && text->size() > member.width) {
     if (const size_t length = page_from_utf8(*text).size(); length > member.width) {
@@ -99,7 +101,7 @@ void set_element(Object& object, const Member& member, const Json& json, Subscri
                                           std::to_string(member.width));
     }
   }
-  member.let(object, at, value);
+  let(object, at, value);
 }
 
 }  // namespace
@@ -273,7 +275,8 @@ void set_from_json(Object& object, const Member& property, const Json& json) {
     check_shape(property, json, 0);
     Json copy = json;
     std::vector<int> at;
-    nest(property, copy, at, [&](Json& element, Subscripts place) { set_element(object, property, element, place); });
+    nest(property, copy, at,
+         [&](Json& element, Subscripts place) { set_element(object, property, element, place, property.let_stored); });
   });
 }
 
@@ -283,7 +286,7 @@ void set_from_json(Object& object, const Member& property, Subscripts at, const 
       fail(ErrorNumber::WrongArgumentCount,
            "found " + std::to_string(at.size()) + " subscripts, wanted " + std::to_string(property.bounds.size()));
     }
-    set_element(object, property, json, at);
+    set_element(object, property, json, at, property.let);
   });
 }
 
@@ -314,12 +317,12 @@ namespace {
 
 void follow_references(Object& object, const Member& field,
                        const std::function<int32_t(std::string_view, int32_t)>& follow) {
-  if (field.refers_to.empty() || (field.refers_when && !field.refers_when(object))) return;
+  if (field.refers_to.empty() || field.target_of(object).empty()) return;
   for_each_element(field, [&](Subscripts at) {
     Value value;
     field.get(object, at, value);
     if (const auto index = static_cast<int32_t>(integer_from(value, INT32_MIN, INT32_MAX)); index != 0)
-      field.let(object, at, follow(field.refers_to, index));
+      field.let(object, at, follow(field.target_of(object), index));
   });
 }
 
@@ -343,6 +346,7 @@ void set_fields_from_json(Object& object, const Json& json, const FieldSetting& 
     here(place);
     set_fields_from_json(part, part_json, {[&](const std::string& deeper) { here(place + deeper); }, how.follow, {}});
   };
+  std::vector<std::pair<const Member*, std::string>> plain;  // with their places
   for (const auto& [name, value] : json.items()) {
     if (name == how.beside) continue;
     const std::string place = "/" + name;
@@ -351,7 +355,7 @@ void set_fields_from_json(Object& object, const Json& json, const FieldSetting& 
     if (!member) unknown_field(object.info(), name);
     if (!member->is_part()) {
       set_from_json(object, *member, value);
-      if (how.follow) follow_references(object, *member, how.follow);
+      plain.emplace_back(member, place);
     } else if (!member->numbered_part) {
       if (member->resize_parts) member->resize_parts(object, 1);
       set_part(member->part(object, 1), value, place);
@@ -363,6 +367,11 @@ void set_fields_from_json(Object& object, const Json& json, const FieldSetting& 
         set_part(member->part(object, number), value[element], place + "/" + std::to_string(element));
       }
     }
+  }
+  if (!how.follow) return;
+  for (const auto& [member, place] : plain) {  // what a field refers to may depend on the others
+    here(place);
+    follow_references(object, *member, how.follow);
   }
 }
 

@@ -39,6 +39,7 @@ typedef enum tarn_type {
   TARN_REAL64,
   TARN_TEXT,
   TARN_OBJECT,
+  TARN_REALS,
   TARN_ANY /* of a result in tarn_member alone: its type shows when it is there */
 } tarn_type;
 
@@ -46,7 +47,7 @@ typedef enum tarn_kind { TARN_PROPERTY, TARN_METHOD, TARN_EVENT } tarn_kind;
 
 typedef struct tarn_value {
   int32_t type;   /* tarn_type */
-  int32_t length; /* of a text, in bytes */
+  int32_t length; /* of a text in bytes, of a list of reals in reals */
   union {
     int32_t boolean; /* 0 or 1 */
     int16_t i2;
@@ -54,6 +55,7 @@ typedef struct tarn_value {
     float r4;
     double r8;
     const char* text;
+    const double* reals; /* as a text, valid until the next call on the same thread */
     tarn_object* object; /* handed out: the caller releases it */
   } as;
 } tarn_value;

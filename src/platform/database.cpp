@@ -63,6 +63,7 @@ Cell cell(const Value& value) {
   switch (type_of(value)) {
     case ValueType::Empty:
     case ValueType::Object:
+    case ValueType::Reals:
       return {};
     case ValueType::Boolean:
       return cell(std::get<bool>(value));

@@ -99,7 +99,7 @@ void StoredEntity::Load(int16_t nRecNum) {
     else
       Index = static_cast<int16_t>(rows.Fields("nIndex").integer());
     read_record(Index);  // holds all that the row summarises, and wins over it
-    if (!rows.NoMatch() && !kind().link_owner.empty()) clear_unlinked();
+    if (!rows.NoMatch()) clear_unlinked();
     transaction.commit();
     if (m_bCloning) Reset();
   });
@@ -148,11 +148,18 @@ void StoredEntity::remember_links(std::vector<Use> uses) {
   linked_ = {std::move(uses), Index, database().deletions(), database().foreign_version()};
 }
 
+std::vector<std::string_view> StoredEntity::known_kinds() const {
+  if (kind().link_owner.empty()) return {};
+  return kinds_referred_to(info(), [this](std::string_view k) { return knows_links(k); });
+}
+
 void StoredEntity::clear_unlinked() {
+  if (known_kinds().empty()) return;
   LinkRows links(database(), kind().link_owner, Index);
   std::vector<Use> uses;
   bool cleared = false;
   clear_lost_references(*this, title(), [&](const Use& use) {
+    if (!knows_links(use.kind)) return false;
     if (!links.has(use)) return cleared = true;
     if (links.is_there(use)) uses.push_back(use);
     return false;
@@ -160,7 +167,7 @@ void StoredEntity::clear_unlinked() {
   after_clearing();
   if (cleared) {  // what is left may have moved
     uses = uses_of(*this);
-    std::erase_if(uses, [&](const Use& use) { return !links.is_there(use); });
+    std::erase_if(uses, [&](const Use& use) { return !knows_links(use.kind) || !links.is_there(use); });
   }
   remember_links(std::move(uses));
 }
@@ -197,8 +204,9 @@ void StoredEntity::follow_rollback() {
 /// Writes the row that is being edited or added, marks dependants, writes the record.
 void StoredEntity::store(Recordset& rows, Naming naming, Saving saving) {
   if (naming == Naming::Valid) make_name_valid();
+  const std::vector<std::string_view> known = known_kinds();
   std::optional<LinkRows> links;
-  if (!kind().link_owner.empty() && knows_links()) links.emplace(database(), kind().link_owner, Index);
+  if (!known.empty()) links.emplace(database(), kind().link_owner, Index);
   if (saving == Saving::Edited) {
     if (links) clear_lost_links(*links);
     before_save();
@@ -209,7 +217,7 @@ void StoredEntity::store(Recordset& rows, Naming naming, Saving saving) {
   rows.Fields("szName") = stored_name();
   for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
   rows.Update();
-  if (links) remember_links(write_links(*this, *links));
+  if (links) remember_links(write_links(*this, *links, known));
   mark_dependants();
   write_record(Index);
 }

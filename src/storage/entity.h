@@ -76,8 +76,8 @@ class StoredEntity : public Object {
   virtual std::vector<std::byte> record() const;
   virtual void set_record(std::span<const std::byte> bytes);
   virtual void write_record(int16_t index);
-  /// Whether the object knows what the entity refers to, so that a save may rewrite its link rows.
-  virtual bool knows_links() const { return true; }
+  /// Whether the object knows which entities of a kind it refers to, so that a save may rewrite those link rows.
+  virtual bool knows_links(std::string_view /*kind*/) const { return true; }
   /// Runs when what is being done is rolled back, now or by a transaction around it, if the object is still there.
   void on_rollback(std::function<void()> undo);
   /// Removes what a deleted entity keeps outside record file and tables.
@@ -102,6 +102,8 @@ class StoredEntity : public Object {
   std::string title() const;
   void make_name_valid();
 
+  /// Of those that the entity may refer to, the kinds whose references the object knows.
+  std::vector<std::string_view> known_kinds() const;
   void clear_lost_links(LinkRows& links);
   /// A rollback of what is being done takes the object's index and memory of its links back as well.
   void follow_rollback();
@@ -137,20 +139,20 @@ void StoredEntity::or_as_before(F operation) {
 }
 
 /// Copies of an entity's own type.
-template <typename C>
-class CopiedEntity : public StoredEntity {
+template <typename C, typename Base = StoredEntity>
+class CopiedEntity : public Base {
  public:
   /// An unsaved copy, of this object or of the stored entity of an index, under a copy's name.
   Ptr<C> Clone(std::optional<int16_t> nIndex = {}) {
     auto clone = std::make_shared<C>();
-    fill_clone(*clone, nIndex);
+    this->fill_clone(*clone, nIndex);
     return clone;
   }
   /// An exact twin, index and name included.
   Ptr<C> CopyInstance() {
     auto twin = Clone();
     twin->copy_record(*this);
-    twin->Index = Index;
+    twin->Index = this->Index;
     return twin;
   }
 };
@@ -162,12 +164,6 @@ class Part : public Object, public R {
   using Record = R;
   std::span<std::byte> bytes() { return std::as_writable_bytes(std::span<R, 1>(static_cast<R*>(this), 1)); }
 };
-
-/// A part as its owner hands it out: it keeps the owner alive, where the owner is shared.
-template <typename P>
-Ptr<P> shared_part(Object& owner, P& part) {
-  return Ptr<P>(owner.weak_from_this().lock(), &part);
-}
 
 /// A kind's class that begins with a plain record `R`, with the name first; most kinds have nothing behind it.
 template <typename C, typename R>

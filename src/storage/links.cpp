@@ -1,6 +1,7 @@
 #include "storage/links.h"
 
 #include <algorithm>
+#include <ranges>
 #include <set>
 
 #include "base/log.h"
@@ -10,14 +11,34 @@
 namespace tarn {
 namespace {
 
-std::string table_of(std::string_view owner, std::string_view kind) {
-  return std::string(owner) + "_" + std::string(kind) + "_Links";
-}
 std::string column_of(std::string_view kind) { return std::string(kind) + "_ID"; }
+
+/// A table that says of which entities of a kind an owner makes use.
+struct LinkTable {
+  std::string name, owner, other;
+  std::string_view library;  // whose entities the rows are that count; empty where all are of the kind
+
+  std::string condition() const { return library.empty() ? "" : " AND Library_ID = " + std::string(library); }
+};
+
+/// The first is what references are checked against. A plant's equipment stands in a table by library, and in the older
+/// ones by kind as well.
+const std::vector<LinkTable>& tables_of(std::string_view owner, std::string_view kind) {
+  static thread_local std::map<std::pair<std::string_view, std::string_view>, std::vector<LinkTable>> known;
+  auto [tables, added] = known.try_emplace({owner, kind});
+  if (!added) return tables->second;
+  const std::string by = column_of(owner);
+  if (owner == "Plant" && (kind == "Chiller" || kind == "Boiler"))
+    tables->second.push_back({"Plant_Equipment_Links", by, "Equipment_ID", kind == "Chiller" ? "10" : "20"});
+  tables->second.push_back({std::string(owner) + "_" + std::string(kind) + "_Links", by, column_of(kind), {}});
+  return tables->second;
+}
 
 void add_kinds(const ClassInfo& info, std::set<std::string_view>& kinds) {
   for (const Member& member : info.members) {
-    if (!member.refers_to.empty()) kinds.insert(member.refers_to);
+    for (const auto kind : std::views::split(member.refers_to, ' ')) {
+      if (!kind.empty()) kinds.insert(std::string_view(kind.begin(), kind.end()));
+    }
     if (member.is_part()) add_kinds(member.part_info(), kinds);
   }
 }
@@ -59,21 +80,35 @@ std::string ReferenceName::operator()() const {
   return prefix + element_name(field, at);
 }
 
-void for_each_reference(Object& object, const ReferenceAction& action) {
-  for_each_field(object, [&](Object& owner, const Member& field, const std::string& prefix) {
-    if (field.refers_to.empty() || (field.refers_when && !field.refers_when(owner))) return;
+namespace {
+
+void visit_references(Object& owner, const ReferenceAction& action, const std::string& prefix) {
+  const ClassInfo& info = owner.info();
+  for (const Member& field : info.members) {
+    if (field.is_part()) {
+      if (kinds_of(field.part_info()).empty()) continue;
+      for (int number = 1; number <= field.part_count(owner); ++number)
+        visit_references(field.part(owner, number), action, prefix + part_prefix(field, number));
+    }
+    if (!field.stored() || field.refers_to.empty()) continue;
+    const std::string_view target = field.target_of(owner);
+    if (target.empty()) continue;
     const uint64_t place = std::hash<std::string>()(prefix) ^ std::hash<const Member*>()(&field);
     const size_t elements = field.elements(), width = field.size / elements;
     std::byte* at = field.place(owner);
     for (size_t element = 0; element < elements; ++element, at += width) {
       const int32_t index = reference_at(field, at);
       if (index == 0) continue;
-      const Use use{place + (element + 1) * 0x9E3779B97F4A7C15ULL, field.refers_to, index};
+      const Use use{place + (element + 1) * 0x9E3779B97F4A7C15ULL, target, index};
       const int32_t wanted = action(use, ReferenceName{prefix, field, element});
       if (wanted != index) set_reference(field, at, wanted);
     }
-  });
+  }
 }
+
+}  // namespace
+
+void for_each_reference(Object& object, const ReferenceAction& action) { visit_references(object, action, {}); }
 
 std::string index_table_of(std::string_view kind) {
   return (kind == "System" ? "AirSystem" : std::string(kind)) + "Index";
@@ -90,19 +125,24 @@ std::vector<Use> uses_of(Object& object) {
 
 const std::vector<LinkRows::Row>& LinkRows::of(std::string_view kind) {
   const auto [place, added] = rows_.try_emplace(kind);
-  if (!added) return place->second;
-  const std::string id = column_of(kind);
-  const std::string sql = "SELECT " + id + ", nIndex FROM " + table_of(owner_kind_, kind) + " LEFT JOIN " +
-                          index_table_of(kind) + " ON nIndex = " + id + " WHERE " + column_of(owner_kind_) +
-                          " = ? ORDER BY " + id;
+  if (added) place->second = rows(kind, 0);
+  return place->second;
+}
+
+std::vector<LinkRows::Row> LinkRows::rows(std::string_view kind, size_t number) const {
+  const LinkTable& table = tables_of(owner_kind_, kind)[number];
+  const std::string sql = "SELECT " + table.other + ", nIndex FROM " + table.name + " LEFT JOIN " +
+                          index_table_of(kind) + " ON nIndex = " + table.other + " WHERE " + table.owner + " = ?" +
+                          table.condition() + " ORDER BY " + table.other;
   const Cell owner[]{cell(owner_)};
   database_.join(Database::Part::Reading);
-  Statement rows(database_, sql, owner);
-  while (rows.step()) {
-    const auto index = static_cast<int32_t>(rows.integer(0));
-    place->second.push_back({index, rows.integer(1) == index});
+  Statement found(database_, sql, owner);
+  std::vector<Row> all;
+  while (found.step()) {
+    const auto index = static_cast<int32_t>(found.integer(0));
+    all.push_back({index, found.integer(1) == index});
   }
-  return place->second;
+  return all;
 }
 
 const LinkRows::Row* LinkRows::find(const Use& use) {
@@ -127,42 +167,70 @@ bool LinkRows::is_there(const Use& use) {
               .AtEof();
 }
 
-std::vector<Use> write_links(Object& owner, LinkRows& links) {
-  std::vector<Use> uses = uses_of(owner);
+std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const KindTest& counts) {
+  std::vector<std::string_view> kinds;
+  std::ranges::copy_if(kinds_of(info), std::back_inserter(kinds), counts);
+  return kinds;
+}
+
+namespace {
+
+/// Brings the rows of one table in line with the wanted ones, which are sorted. Returns whether one of either is of
+/// something that is not there.
+bool merge(LinkRows& links, std::string_view kind, const LinkTable& table, const std::vector<LinkRows::Row>& rows,
+           const std::vector<int32_t>& wanted) {
   bool lacking = false;
-  for (const std::string_view kind : kinds_of(owner.info())) {
+  const auto change = [&](const std::string& statement, int32_t id) {
+    const Cell row[]{cell(links.owner()), cell(id)};
+    links.database().Execute(statement, row);
+  };
+  auto next = wanted.begin();
+  const auto add_before = [&](int64_t end) {
+    for (; next != wanted.end() && *next < end; ++next) {
+      const bool library = !table.library.empty();
+      change("INSERT INTO " + table.name + " (" + table.owner + ", " + table.other + (library ? ", Library_ID" : "") +
+                 ") VALUES (?, ?" + (library ? ", " + std::string(table.library) : "") + ")",
+             *next);
+      lacking |= !links.is_there({0, kind, *next});
+    }
+  };
+  for (const auto& [id, there] : rows) {
+    lacking |= !there;
+    add_before(id);
+    if (next != wanted.end() && *next == id)
+      ++next;
+    else if (next == wanted.begin() || *std::prev(next) != id)  // not a second row of one that stays
+      change("DELETE FROM " + table.name + " WHERE " + table.owner + " = ? AND " + table.other + " = ?" +
+                 table.condition(),
+             id);
+  }
+  add_before(INT64_MAX);
+  return lacking;
+}
+
+}  // namespace
+
+std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std::string_view> kinds) {
+  std::vector<Use> uses = uses_of(owner);
+  const auto counts = [&](const Use& use) { return std::find(kinds.begin(), kinds.end(), use.kind) != kinds.end(); };
+  std::erase_if(uses, [&](const Use& use) { return !counts(use); });
+  bool lacking = false;
+  for (const std::string_view kind : kinds) {
     std::vector<int32_t> wanted;
     for (const Use& use : uses) {
       if (use.kind == kind) wanted.push_back(use.index);
     }
     std::sort(wanted.begin(), wanted.end());
     wanted.erase(std::unique(wanted.begin(), wanted.end()), wanted.end());
-    const auto change = [&](const std::string& statement, int32_t id) {
-      const Cell row[]{cell(links.owner()), cell(id)};
-      links.database().Execute(statement, row);
-    };
-    const std::string table = table_of(links.owner_kind(), kind), own = column_of(links.owner_kind()),
-                      other = column_of(kind);
-    auto next = wanted.begin();
-    const auto add_before = [&](int64_t end) {
-      for (; next != wanted.end() && *next < end; ++next) {
-        change("INSERT INTO " + table + " (" + own + ", " + other + ") VALUES (?, ?)", *next);
-        lacking |= !links.is_there({0, kind, *next});
-      }
-    };
-    for (const auto& [id, there] : links.of(kind)) {
-      lacking |= !there;
-      add_before(id);
-      if (next != wanted.end() && *next == id)
-        ++next;
-      else if (next == wanted.begin() || *std::prev(next) != id)  // not a second row of one that stays
-        change("DELETE FROM " + table + " WHERE " + own + " = ? AND " + other + " = ?", id);
-    }
-    add_before(INT64_MAX);
+    const std::vector<LinkTable>& tables = tables_of(links.owner_kind(), kind);
+    lacking |= merge(links, kind, tables[0], links.of(kind), wanted);
+    for (size_t older = 1; older < tables.size(); ++older)
+      merge(links, kind, tables[older], links.rows(kind, older), wanted);
   }
   if (!lacking) return uses;
   uses.clear();
   for_each_reference(owner, [&](const Use& use, const ReferenceName& name) {
+    if (!counts(use)) return use.index;
     if (links.is_there(use)) {
       uses.push_back(use);
     } else if (!links.has(use)) {  // told once, when its row is new

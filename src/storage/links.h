@@ -55,6 +55,8 @@ class LinkRows {
     bool there;
   };
   const std::vector<Row>& of(std::string_view kind);
+  /// Those of one of the tables that the kind has under this owner, by its number.
+  std::vector<Row> rows(std::string_view kind, size_t table) const;
 
  private:
   const Row* find(const Use& use);
@@ -68,10 +70,14 @@ class LinkRows {
   size_t next_ = 0;
 };
 
-/// Brings the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for every kind that one of its fields
-/// may refer to) in line with its references: adds the missing, removes the others. A reference to what is not there is
-/// logged; the others are returned.
-std::vector<Use> write_links(Object& owner, LinkRows& links);
+/// The kinds that fields of a class and its parts may refer to, those that count.
+using KindTest = std::function<bool(std::string_view kind)>;
+std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const KindTest& counts);
+
+/// Brings the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for each of these kinds) in line with
+/// its references: adds the missing, removes the others. A reference to what is not there is logged; the others are
+/// returned.
+std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std::string_view> kinds);
 
 /// Sets the references to 0 that are lost, and logs each: what they referred to was deleted, and its index may since
 /// have gone to another entity.

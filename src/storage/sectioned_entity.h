@@ -1,0 +1,80 @@
+// An entity with a file of its own: packed records in sections, the header first. Sections are loaded and saved as they
+// are selected; a file ends where one of its sections ends, and is replaced whole.
+#pragma once
+
+#include <vector>
+
+#include "storage/entity.h"
+
+namespace tarn {
+
+class SectionedEntity : public StoredEntity {
+ public:
+  std::string WorkPath, FilePrefix;
+
+  /// The selected sections of the entity's file. Errors `FileNotFound`, `UnknownFormat` for a file that is cut inside a
+  /// section or has counts out of sense; the object is left as it was.
+  void Load(int16_t nRecNum) override;
+  /// The results become absent and zero.
+  void drop_results();
+  std::string default_file() const override { return file_of(0); }
+
+ protected:
+  using Blocks = std::vector<std::span<std::byte>>;
+  using Ends = std::vector<uint64_t>;
+
+  // ---- what a kind declares
+  /// Where the sections of a file end that begins with these bytes, the header's size of them. Error `UnknownFormat`
+  /// for counts out of sense.
+  virtual Ends ends_of(std::span<const std::byte> header, const std::string& path) const = 0;
+  /// The memory of a section's records, in their order; section 0 is the header.
+  virtual Blocks blocks(size_t section) = 0;
+  virtual size_t section_count() const = 0;
+  /// Sections from this one on are results, which are there or not; those before it are the inputs.
+  virtual size_t first_result() const = 0;
+  virtual bool selected(size_t section) const = 0;
+  /// Makes room for the records of a section of the file with this header, or for none.
+  virtual void make_room(size_t /*section*/, std::span<const std::byte> /*header*/, bool /*there*/) {}
+  /// What there is to say of a file that is not there.
+  virtual std::string no_file_message(const std::string& path) const = 0;
+  /// What the entity takes from its index row; null where there is none.
+  virtual void take_row(Recordset* row) = 0;
+
+  // ---- what it is given
+  /// Two hexadecimal digits at least: "0A.DAT", "100.DAT"; empty without a prefix.
+  std::string file_of(int index) const;
+  bool has_file(const std::string& path) const;
+  void read_sections(const std::string& path);
+  /// Whether a section of results is there, in the file or to be saved.
+  bool is_there(size_t section) const { return there_[section]; }
+  void set_there(size_t section, bool there) { there_[section] = there; }
+  /// A header that the mask does not select is that of the file. Returns whether it was taken.
+  bool take_unselected_header();
+  /// Writes the file with the selected sections, the others as the old file has them; of results none where they are
+  /// dropped.
+  void write_file(const std::string& path, bool with_results);
+
+  /// Header and inputs; what a failed operation puts back.
+  std::vector<std::byte> record() const override;
+  void set_record(std::span<const std::byte> bytes) override;
+  void remove_files(int16_t index) override;
+  void copy_memory(const StoredEntity& from, bool record_too) override;
+  std::function<void()> keep_rest() override;
+
+ private:
+  struct OldFile {
+    std::vector<std::byte> bytes;
+    Ends ends;
+  };
+  OldFile old_file(const std::string& path) const;
+  Ends checked_ends(std::span<const std::byte> header, uint64_t size, const std::string& path) const;
+  std::vector<std::byte> header_of_file(const std::string& path) const;
+  size_t header_size() const;
+  void clear(size_t section);
+  uint64_t add_section(size_t section, const OldFile& old, std::vector<std::byte>& out);
+
+  static constexpr size_t kMostSections = 16;
+  std::array<bool, kMostSections> there_{};
+};
+
+}  // namespace tarn
