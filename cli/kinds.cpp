@@ -148,12 +148,12 @@ Object& part_of(Object& object, std::string_view step, const std::string& word) 
   return part->part(object, part->numbered_part ? at[0] : 1);
 }
 
-/// The first part, where it has a property that the entity has not: an air system's name is its header's.
+/// The part that has the entity's name, where it has a property that the entity has not: an air system's header.
 Object& header_of(Object& entity, const std::string& property) {
   const int own = entity.info().number(property);
   if (own >= 0 && !entity.info().members[static_cast<size_t>(own)].read_only) return entity;
   for (const Member& member : entity.info().members) {
-    if (!member.is_part() || member.numbered_part) continue;
+    if (!member.is_part() || member.numbered_part || member.part_info().number("Name") < 0) continue;
     Object& header = member.part(entity, 1);
     return header.info().number(property) < 0 ? entity : header;
   }
@@ -250,13 +250,26 @@ void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::s
   }
 }
 
-int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::string_view what) {
+int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::string_view what, Json rest = {}) {
   entity.Save();
-  if (call.json)
-    print_json({{"index", entity.Index}});
-  else
-    std::cout << kind.one << ' ' << entity.Index << ' ' << what << '\n';
+  if (call.json) {
+    Json json{{"index", entity.Index}};
+    json.update(rest.is_null() ? Json::object() : rest);
+    print_json(json);
+  }
+  if (!call.json) std::cout << kind.one << ' ' << entity.Index << ' ' << what << '\n';
   return kClean;
+}
+
+/// A new entity from a file of another program; what had no place is told.
+int import_one(const Call& call, StoredEntity& entity, const EntityKind& kind) {
+  if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
+  const std::vector<std::string> left = kind.import_file(entity, call.words.front());
+  if (!call.json) {
+    for (const std::string& note : left) std::cerr << "not carried over: " << note << '\n';
+  }
+  edit(entity, kind, {call.words.begin() + 1, call.words.end()});
+  return saved(call, entity, kind, "made from " + call.words.front(), {{"not_carried_over", left}});
 }
 
 }  // namespace
@@ -281,6 +294,7 @@ int run_kind(const Call& call) {
       throw UsageError("Another " + std::string(kind.one) + " has that name; give one of its own: Name=...");
     return saved(call, *entity, kind, "made");
   }
+  if (call.verb == "import") return import_one(call, *entity, kind);
   const int16_t index = index_of(call, *database, *entity, kind);
   const std::vector<std::string> rest(call.words.begin() + 1, call.words.end());
   if (call.verb == "clone") {

@@ -82,7 +82,7 @@ int main(int argc, char** argv) {
   std::vector<std::string> words;
   app.add_option("-p,--project", call.project, "the project: FOLDER or FOLDER/PREFIX (default: the current folder)");
   app.add_option("-o,--output", call.output, "the file to write, instead of standard output");
-  app.add_option("--type", call.type, "the type of a new air system: VAV, SZCAV, ...");
+  app.add_option("--type", call.type, "the type of a new air system, chiller or plant: VAV, 10, HOT_WATER, ...");
   app.add_flag("--json", call.json, "print JSON");
   app.add_option("words", words, "GROUP VERB ...");
   const auto all = all_groups();

@@ -24,6 +24,8 @@ std::vector<Group> all_groups() {
                     {"set", "N Property=value ... (Part(1).Property=value): changes " + one + " N" + follows},
                     {"clone", "N [Property=value ...]: a copy of " + one + " N"},
                     {"delete", "N: removes " + one + " N and every use of it"}}});
+    if (kind.import_file)
+      all.back().verbs.emplace_back("import", "FILE [Property=value ...]: a new " + one + " from an ASHRAE 205 file");
   }
   Group describe{"describe", "[CLASS]: the members of the classes", {}};
   for (const ClassEntry& entry : class_list()) describe.verbs.emplace_back(entry.info().name, "");

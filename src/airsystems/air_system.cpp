@@ -94,11 +94,6 @@ void AS_AirSystem::SetMask(int32_t lMaskAdd, std::optional<int32_t> lMaskRemove)
   m_lCurMask |= lMaskAdd & CCM_MASKALL;
 }
 
-void AS_AirSystem::Reset(std::optional<bool> bResetAll) {
-  StoredEntity::Reset(bResetAll);
-  if (bResetAll.value_or(false)) DesHasChanged = SimHasChanged = false;
-}
-
 void AS_AirSystem::SetAsNew() {
   Index = 0;
   DesHasChanged = SimHasChanged = false;
@@ -147,12 +142,6 @@ std::string AS_AirSystem::no_file_message(const std::string& path) const {
   return "File not found: " + (path.empty() ? "the air system has no FilePrefix" : path) + ".";
 }
 
-void AS_AirSystem::take_row(Recordset* row) {
-  if (!row) return;
-  DesHasChanged = row->Fields("bDesHasChanged").integer() != 0;
-  SimHasChanged = row->Fields("bSimHasChanged").integer() != 0;
-}
-
 /// Zones that lost a space close up.
 void AS_AirSystem::after_clearing() {
   for (const Zone& zone : zones_) {
@@ -178,14 +167,6 @@ void AS_AirSystem::pack_spaces(ZoneRecord& zone, int entries) {
   zone.TotalSpacesInZone = static_cast<int16_t>(kept);
 }
 
-bool AS_AirSystem::IsNameUnique(const std::optional<std::string>& sName) const {
-  const std::string name(trimmed(sName.value_or("")));
-  return database()
-      .OpenRecordset("SELECT * FROM AirSystemIndex WHERE szName = ? AND nIndex <> ?",
-                     {name.empty() ? stored_name() : name, cell(Index)})
-      .AtEof();
-}
-
 void AS_AirSystem::before_save() {
   as_given_ = false;
   on_rollback([this, header = SystemHeaderRecord(general_), put_rest_back = keep_rest()] {
@@ -201,11 +182,7 @@ void AS_AirSystem::before_save() {
     set_there(kSimulation, is_there(kSimulation) || selected(kSimulation));
   }
   if (after_calculations_) return;
-  auto row = database().OpenRecordset("SELECT * FROM AirSystemIndex WHERE nIndex = ?", {cell(Index)});
-  if (!row.AtEof()) {  // only a calculation takes a changed flag away
-    DesHasChanged |= row.Fields("bDesHasChanged").integer() != 0;
-    SimHasChanged |= row.Fields("bSimHasChanged").integer() != 0;
-  }
+  keep_flags_of_row();
   if (!by_user) return;
   general_.Sized = false;
   general_.CoilDataValid = false;
@@ -219,15 +196,6 @@ void AS_AirSystem::before_save() {
   set_there(kSimulation, false);
 }
 
-/// Names are unique, also of what comes with an exchange.
-void AS_AirSystem::before_restore() {
-  as_given_ = true;
-  if (IsNameUnique()) return;
-  const std::string name = stored_name();
-  store_name(host().copy_name(name));
-  log().message("There is an air system " + name + " already; the other one comes as " + stored_name() + ".");
-}
-
 void AS_AirSystem::renew() {
   resize_zones(0);
   drop_results();
@@ -235,23 +203,13 @@ void AS_AirSystem::renew() {
 }
 
 void AS_AirSystem::Save(std::optional<bool>& bSaveAfterCalculations) {
-  after_calculations_ = bSaveAfterCalculations.value_or(false);
-  try {
-    StoredEntity::Save();
-  } catch (...) {
-    after_calculations_ = false;
-    throw;
-  }
-  after_calculations_ = false;
+  save(bSaveAfterCalculations.value_or(false));
 }
 
 void AS_AirSystem::copy_memory(const StoredEntity& from, bool record_too) {
   SectionedEntity::copy_memory(from, record_too);
   const auto& other = dynamic_cast<const AS_AirSystem&>(from);
   m_lCurMask = other.m_lCurMask;
-  if (!record_too) return;
-  DesHasChanged = other.DesHasChanged;
-  SimHasChanged = other.SimHasChanged;
 }
 
 int16_t AS_AirSystem::boiler_fuel() const {

@@ -19,16 +19,12 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionedEntity> {
 
   std::string DLFileName;  // of the design-load results that belong to the system; in WorkPath unless it names a folder
   int32_t m_lCurMask = CCM_NOTHING;
-  bool DesHasChanged = false;  // since the last sizing
-  bool SimHasChanged = false;  // since the last simulation
 
   /// Clears the bits 0 to 26 of the second, then sets those of the first.
   void SetMask(int32_t lMaskAdd, std::optional<int32_t> lMaskRemove = {});
   void select_all() override { SetMask(CCM_MASKALL); }
   /// No zones, no results, and changed until it is told otherwise.
   void renew() override;
-  /// Index 0; with true also no name and no changed flags.
-  void Reset(std::optional<bool> bResetAll = {});
   /// The system as a new one: its inputs stay, results and all flags go.
   void SetAsNew();
   /// From the file of index 0; as type 1, without a name, where there is none.
@@ -43,9 +39,6 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionedEntity> {
   /// whole. Errors `NoCurrentRecord`, `InvalidCall` for a name that another system has.
   void Save(std::optional<bool>& bSaveAfterCalculations);
   using StoredEntity::Save;
-
-  /// No other system has the name (its own, where none is given).
-  bool IsNameUnique(const std::optional<std::string>& sName = {}) const;
 
   // docs/air-systems.md has the rules of the queries.
   bool IsChangeoverApplicable() const;
@@ -117,12 +110,10 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionedEntity> {
   bool selected(size_t section) const override;
   void make_room(size_t section, std::span<const std::byte> header, bool there) override;
   std::string no_file_message(const std::string& path) const override;
-  void take_row(Recordset* row) override;
   void set_record(std::span<const std::byte> bytes) override;
   void write_record(int16_t index) override;
   void remove_files(int16_t index) override;
   void before_save() override;
-  void before_restore() override;
   bool knows_links(std::string_view /*kind*/) const override { return selected(kInputs); }
   std::function<void()> keep_rest() override;
   void after_clearing() override;
@@ -185,8 +176,6 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionedEntity> {
   AS_UnmetLoads unmet_loads_;
   AS_LEEDUnmetLoads leed_unmet_loads_;
   AS_HourlySimData hourly_;
-  bool after_calculations_ = false;  // of the save at work
-  bool as_given_ = false;            // it stores the object as it is
 };
 
 }  // namespace tarn

@@ -87,11 +87,8 @@ void AS_AirSystem::remove_files(int16_t index) {
 }
 
 std::function<void()> AS_AirSystem::keep_rest() {
-  return [this, sections = SectionedEntity::keep_rest(), des = DesHasChanged, sim = SimHasChanged,
-          hourly = hourly_.items()] {
-    sections();
-    DesHasChanged = des;
-    SimHasChanged = sim;
+  return [this, rest = SectionedEntity::keep_rest(), hourly = hourly_.items()] {
+    rest();
     hourly_.set_items(hourly);
   };
 }

@@ -3,9 +3,8 @@
 #pragma once
 
 #include "airsystems/codes.h"
-#include "base/collection.h"
 #include "base/months.h"
-#include "storage/entity.h"
+#include "storage/hourly_results.h"
 
 namespace tarn {
 
@@ -57,14 +56,9 @@ struct UnmetLoadsRecord {
 static_assert(sizeof(UnmetLoadsRecord) == 1344);
 
 struct LeedUnmetLoadsRecord {
-  Array<Bool, 8760> ClgStatus, HtgStatus;
+  Array<Bool, kHoursInYear> ClgStatus, HtgStatus;
 };
 static_assert(sizeof(LeedUnmetLoadsRecord) == 35040);
-
-struct HourlyResultRecord {
-  Array<R4, 8760> HourlyResult;
-};
-static_assert(sizeof(HourlyResultRecord) == 35040);
 
 struct AS_AirSizing final : Part<AirSizingRecord> {
   const ClassInfo& info() const override;
@@ -92,32 +86,7 @@ struct AS_LEEDUnmetLoads final : Part<LeedUnmetLoadsRecord> {
   const ClassInfo& info() const override;
 };
 
-struct AS_HourlyResults final : Part<HourlyResultRecord> {
-  const ClassInfo& info() const override;
-  void ResetData() { static_cast<Record&>(*this) = {}; }
-};
-
-/// One block of hourly results for each output that the header's flags select, numbered from 1.
-class AS_HourlySimData final : public Object {
- public:
-  const ClassInfo& info() const override;
-
-  int32_t Count() const { return static_cast<int32_t>(items_.size()); }
-  /// Error `SubscriptOutOfRange`.
-  Ptr<AS_HourlyResults> Item(int32_t vntIndexKey) const;
-  /// All of them, in order.
-  Ptr<Collection> NewEnum() const;
-  void Add() { items_.push_back(std::make_shared<AS_HourlyResults>()); }
-  /// New blocks are zero.
-  void Resize(int32_t numItems);
-  void Remove(int32_t vntIndexKey);
-  void ResetData();
-
-  const std::vector<Ptr<AS_HourlyResults>>& items() const { return items_; }
-  void set_items(std::vector<Ptr<AS_HourlyResults>> items) { items_ = std::move(items); }
-
- private:
-  std::vector<Ptr<AS_HourlyResults>> items_;
-};
+struct AS_HourlyResults final : HourlyResults<AS_HourlyResults> {};
+class AS_HourlySimData final : public HourlyList<AS_HourlySimData, AS_HourlyResults> {};
 
 }  // namespace tarn

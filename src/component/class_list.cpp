@@ -11,6 +11,10 @@
 #include "envelope/door.h"
 #include "envelope/shade.h"
 #include "envelope/window.h"
+#include "plant/boiler.h"
+#include "plant/chiller.h"
+#include "plant/cooling_tower.h"
+#include "plant/plant.h"
 #include "spaces/schedule.h"
 #include "spaces/space.h"
 #include "storage/preferences.h"
@@ -56,6 +60,10 @@ const std::vector<ClassEntry>& classes() {
         AS_ZoneSizingData, AS_CoilSize, AS_ZoneTemperature, AS_UnmetLoads, AS_LEEDUnmetLoads, AS_HourlySimData,
         AS_HourlyResults, AS_FanPowerAdjustments, AS_FanPowerAdjustment>(list);
     add_system_defaults(list, std::make_index_sequence<kSystemDefaults.size()>());
+    add<CHL_Chiller, CHL_OperatingMode, BLR_Boiler, TWR_CoolingTower>(list);
+    add<PLT_Plant, PLT_General, PLT_SystemSelect, PLT_Details, PLT_Configuration, PLT_EquipmentList, PLT_Equipment,
+        PLT_PumpLoop, PLT_Pump, PLT_ServiceHotWater, PLT_SizingLoads, PLT_EqptSizingResults, PLT_DesignProfile,
+        PLT_UnmetLoads, PLT_LEEDUnmetLoads, PLT_HourlySimData, PLT_HourlyResults>(list);
     add<Collection>(list);
     return list;
   }();

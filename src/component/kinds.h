@@ -3,7 +3,9 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "storage/entity.h"
 #include "storage/project.h"
@@ -13,11 +15,16 @@ namespace tarn {
 struct EntityKind {
   std::string_view group, one;  // as a person names them: "windows", "window"
   std::string_view class_name;
-  std::string_view section;  // of an exchange text: the class, and the kind where two share it
-  std::string_view factory;  // of COM_ProjectData
-  void (*start)(StoredEntity&, std::string_view type);  // a new one of a type, empty for the usual; null: no types
-  void (*derive)(Object&);         // what follows inside a part, after an edit of it; null where nothing does
-  void (*compute)(StoredEntity&);  // what follows from the inputs, after an edit; null where nothing does
+  std::string_view factory;               // of COM_ProjectData
+  std::string_view section = class_name;  // of an exchange text: the class, and the kind where two share it
+  void (*start)(StoredEntity&, std::string_view type) = nullptr;  // a new one of a type, empty for the usual; null: no
+                                                                  // types
+  void (*standard)(StoredEntity&) = nullptr;  // fills the default of a new project from what the product ships; null
+                                              // where the table of default records has it, or none is kept
+  /// Fills a new one from a file of another program, and returns what was not carried over.
+  std::vector<std::string> (*import_file)(StoredEntity&, const std::string& path) = nullptr;
+  void (*derive)(Object&) = nullptr;          // what follows inside a part, after an edit of it
+  void (*compute)(StoredEntity&) = nullptr;   // what follows from the inputs, after an edit
 };
 
 std::span<const EntityKind> entity_kinds();

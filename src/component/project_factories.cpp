@@ -9,6 +9,10 @@
 #include "envelope/door.h"
 #include "envelope/shade.h"
 #include "envelope/window.h"
+#include "plant/boiler.h"
+#include "plant/chiller.h"
+#include "plant/cooling_tower.h"
+#include "plant/plant.h"
 #include "spaces/schedule.h"
 #include "spaces/space.h"
 #include "storage/preferences.h"
@@ -131,7 +135,11 @@ Ptr<C> COM_ProjectData::made_by(std::string_view method) {
 }
 
 Ptr<AS_AirSystem> COM_ProjectData::NewAirSystem() { return made_by<AS_AirSystem>("NewAirSystem"); }
+Ptr<BLR_Boiler> COM_ProjectData::NewBoiler() { return made_by<BLR_Boiler>("NewBoiler"); }
+Ptr<CHL_Chiller> COM_ProjectData::NewChiller() { return made_by<CHL_Chiller>("NewChiller"); }
+Ptr<TWR_CoolingTower> COM_ProjectData::NewCoolingTower() { return made_by<TWR_CoolingTower>("NewCoolingTower"); }
 Ptr<DOR_Door> COM_ProjectData::NewDoor() { return made_by<DOR_Door>("NewDoor"); }
+Ptr<PLT_Plant> COM_ProjectData::NewPlant() { return made_by<PLT_Plant>("NewPlant"); }
 Ptr<PRF_ProjectPrefs> COM_ProjectData::NewProjectPrefs() { return made_by<PRF_ProjectPrefs>("NewProjectPrefs"); }
 Ptr<RPT_ReportOptions> COM_ProjectData::NewReportOptions() { return made_by<RPT_ReportOptions>("NewReportOptions"); }
 Ptr<CA_ConstructionAssly> COM_ProjectData::NewRoof() { return made_by<CA_ConstructionAssly>("NewRoof"); }

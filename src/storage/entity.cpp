@@ -91,11 +91,14 @@ void StoredEntity::mark_dependants() {
 
 void StoredEntity::Load(int16_t nRecNum) {
   or_as_before([&] {
+    check_file("Load()");
     Transaction transaction;
     Recordset rows = index_rows();
     rows.FindFirst("nIndex = ?", {cell(nRecNum)});
+    const std::string missing = std::string(kind().missing_row_message) + std::to_string(nRecNum);
+    if (rows.NoMatch() && kind().row_needed) fail(ErrorNumber::NoCurrentRecord, missing);
     if (rows.NoMatch())
-      log().message(std::string(kind().missing_row_message) + std::to_string(nRecNum));
+      log().message(missing);
     else
       Index = static_cast<int16_t>(rows.Fields("nIndex").integer());
     read_record(Index);  // holds all that the row summarises, and wins over it
@@ -230,7 +233,8 @@ void StoredEntity::SaveDefault() {
 
 void StoredEntity::CreateDefault() {
   or_as_before([&] {
-    read_record(0);
+    check_file("CreateDefault()");
+    read_default();
     Index = 0;
     if (kind().link_owner.empty() || !database_) return;
     LinkRows links(database(), kind().link_owner, 0);

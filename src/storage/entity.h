@@ -76,6 +76,9 @@ class StoredEntity : public Object {
   virtual std::vector<std::byte> record() const;
   virtual void set_record(std::span<const std::byte> bytes);
   virtual void write_record(int16_t index);
+  virtual void read_default() { read_record(0); }
+  /// Before a record is read. Error for a file that cannot be one of the kind; `operation` is its source.
+  virtual void check_file(std::string_view /*operation*/) const {}
   /// Whether the object knows which entities of a kind it refers to, so that a save may rewrite those link rows.
   virtual bool knows_links(std::string_view /*kind*/) const { return true; }
   /// Runs when what is being done is rolled back, now or by a transaction around it, if the object is still there.
@@ -83,6 +86,8 @@ class StoredEntity : public Object {
   /// Removes what a deleted entity keeps outside record file and tables.
   virtual void remove_files(int16_t /*index*/) {}
   Database& database() const;
+  /// All rows of the index table, by nIndex.
+  virtual Recordset index_rows() const;
   /// The references as they are now are those of the database.
   void remember_links(std::vector<Use> uses);
   /// References whose link row is gone.
@@ -94,7 +99,6 @@ class StoredEntity : public Object {
 
  private:
   const std::string& file_name() const;
-  Recordset index_rows() const;
   void read_record(int16_t index);
   void mark_dependants();
   enum class Saving : uint8_t { Edited, AsGiven };

@@ -22,6 +22,17 @@ SummaryColumn summary(std::string_view name) {
           }};
 }
 
+/// A column that shows a property of a part.
+template <auto Part, auto Field>
+SummaryColumn part_summary(std::string_view name) {
+  using C = typename detail::FieldOf<std::remove_const_t<decltype(Part)>>::Class;
+  return {name, [](const Object& o) {
+            Value value;
+            detail::read_field(static_cast<const C&>(o).*Part.*Field, true, value);
+            return cell(value);
+          }};
+}
+
 /// A column that shows a computed value.
 template <typename C, auto Get>
 SummaryColumn computed(std::string_view name) {
@@ -43,6 +54,7 @@ struct Kind {
   Reach reach;
   bool gives_names = true;                 // a nameless entity gets a default name
   bool numbered_names = true;              // a default name has the index behind its word
+  bool row_needed = false;                 // `Load` without a row is an error
   std::string_view lost_row_message = {};  // of `Save` of an entity whose row is gone
   bool saved_anew = false;                 // `Save` of an entity whose row is gone adds a new one
   std::string_view link_owner = {};  // "Space": `Save` keeps Space_Wall_Links and the like in line with the references

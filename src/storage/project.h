@@ -10,13 +10,17 @@
 namespace tarn {
 
 class AS_AirSystem;
+class BLR_Boiler;
 class CA_ConstructionAssly;
+class CHL_Chiller;
 class DOR_Door;
+class PLT_Plant;
 class PRF_ProjectPrefs;
 class RPT_ReportOptions;
 class SCH_Schedule;
 class SHD_Shade;
 class SPC_Space;
+class TWR_CoolingTower;
 class WIN_Window;
 struct FactoryRow;
 
@@ -52,7 +56,11 @@ class COM_ProjectData final : public Object {
   std::string FilePrefix;  // as given
 
   Ptr<AS_AirSystem> NewAirSystem();
+  Ptr<BLR_Boiler> NewBoiler();
+  Ptr<CHL_Chiller> NewChiller();
+  Ptr<TWR_CoolingTower> NewCoolingTower();
   Ptr<DOR_Door> NewDoor();
+  Ptr<PLT_Plant> NewPlant();
   Ptr<PRF_ProjectPrefs> NewProjectPrefs();
   Ptr<RPT_ReportOptions> NewReportOptions();
   Ptr<CA_ConstructionAssly> NewRoof();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/log.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
 
@@ -87,6 +88,7 @@ void SectionedEntity::read_sections(const std::string& path) {
       clear(section);
     there_[section] = there;  // one that is not selected stays unknown here; a save carries it over
   }
+  check_counts(path);
 }
 
 void SectionedEntity::clear(size_t section) {
@@ -106,11 +108,15 @@ void SectionedEntity::Load(int16_t nRecNum) {
     Transaction transaction;
     const std::string path = file_of(nRecNum);
     if (!has_file(path)) fail(ErrorNumber::FileNotFound, no_file_message(path));
-    auto row = database().OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " WHERE nIndex = ?",
-                                        {cell(nRecNum)});
-    const bool has_row = !row.AtEof();
+    Recordset rows = index_rows();
+    rows.FindFirst("nIndex = ?", {cell(nRecNum)});
     Index = nRecNum;
-    take_row(has_row ? &row : nullptr);
+    if (rows.NoMatch()) {
+      no_row(nRecNum);
+    } else {
+      DesHasChanged = rows.Fields("bDesHasChanged").integer() != 0;
+      SimHasChanged = rows.Fields("bSimHasChanged").integer() != 0;
+    }
     read_sections(path);
     clear_unlinked();
     transaction.commit();
@@ -200,7 +206,51 @@ void SectionedEntity::set_record(std::span<const std::byte> bytes) {
 }
 
 std::function<void()> SectionedEntity::keep_rest() {
-  return [this, there = there_] { there_ = there; };
+  return [this, there = there_, des = DesHasChanged, sim = SimHasChanged] {
+    there_ = there;
+    DesHasChanged = des;
+    SimHasChanged = sim;
+  };
+}
+
+void SectionedEntity::Reset(std::optional<bool> bResetAll) {
+  StoredEntity::Reset(bResetAll);
+  if (bResetAll.value_or(false)) DesHasChanged = SimHasChanged = false;
+}
+
+bool SectionedEntity::IsNameUnique(const std::optional<std::string>& sName) const {
+  const std::string name(trimmed(sName.value_or("")));
+  return database()
+      .OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?",
+                     {name.empty() ? stored_name() : name, cell(Index)})
+      .AtEof();
+}
+
+void SectionedEntity::save(bool after_calculations) {
+  struct Guard {
+    bool& flag;
+    ~Guard() { flag = false; }
+  } guard{after_calculations_};
+  after_calculations_ = after_calculations;
+  StoredEntity::Save();
+}
+
+void SectionedEntity::keep_flags_of_row() {
+  Recordset rows = index_rows();
+  rows.FindFirst("nIndex = ?", {cell(Index)});
+  if (rows.NoMatch()) return;
+  DesHasChanged |= rows.Fields("bDesHasChanged").integer() != 0;
+  SimHasChanged |= rows.Fields("bSimHasChanged").integer() != 0;
+}
+
+/// Names are unique, also of what comes with an exchange.
+void SectionedEntity::before_restore() {
+  as_given_ = true;
+  if (IsNameUnique()) return;
+  const std::string name = stored_name();
+  store_name(host().copy_name(name));
+  log().message(std::string(kind().index_table) + " has " + name + " already; the other one comes as " + stored_name() +
+                ".");
 }
 
 void SectionedEntity::copy_memory(const StoredEntity& from, bool record_too) {
@@ -208,6 +258,8 @@ void SectionedEntity::copy_memory(const StoredEntity& from, bool record_too) {
   WorkPath = other.WorkPath;
   FilePrefix = other.FilePrefix;
   if (!record_too) return;
+  DesHasChanged = other.DesHasChanged;
+  SimHasChanged = other.SimHasChanged;
   there_ = other.there_;
   for (size_t section = first_result(); section < section_count(); ++section) {
     make_room(section, other.blocks(0).front(), there_[section]);

@@ -11,7 +11,13 @@ namespace tarn {
 class SectionedEntity : public StoredEntity {
  public:
   std::string WorkPath, FilePrefix;
+  bool DesHasChanged = false;  // since the last sizing
+  bool SimHasChanged = false;  // since the last simulation
 
+  /// Index 0; with true also no name and no changed flags.
+  void Reset(std::optional<bool> bResetAll = {});
+  /// No other entity of the kind has the name (its own, where none is given).
+  bool IsNameUnique(const std::optional<std::string>& sName = {}) const;
   /// The selected sections of the entity's file. Errors `FileNotFound`, `UnknownFormat` for a file that is cut inside a
   /// section or has counts out of sense; the object is left as it was.
   void Load(int16_t nRecNum) override;
@@ -37,13 +43,19 @@ class SectionedEntity : public StoredEntity {
   virtual void make_room(size_t /*section*/, std::span<const std::byte> /*header*/, bool /*there*/) {}
   /// What there is to say of a file that is not there.
   virtual std::string no_file_message(const std::string& path) const = 0;
-  /// What the entity takes from its index row; null where there is none.
-  virtual void take_row(Recordset* row) = 0;
+  /// For an entity without an index row.
+  virtual void no_row(int16_t /*index*/) {}
+  /// Error `UnknownFormat` for counts out of sense in the sections that were read.
+  virtual void check_counts(const std::string& /*path*/) const {}
 
   // ---- what it is given
   /// Two hexadecimal digits at least: "0A.DAT", "100.DAT"; empty without a prefix.
   std::string file_of(int index) const;
   bool has_file(const std::string& path) const;
+  /// `StoredEntity::Save`, by a user or after calculations.
+  void save(bool after_calculations);
+  /// Only a calculation takes a changed flag away: those of the index row stay, where the object has lost them.
+  void keep_flags_of_row();
   void read_sections(const std::string& path);
   /// Whether a section of results is there, in the file or to be saved.
   bool is_there(size_t section) const { return there_[section]; }
@@ -60,6 +72,10 @@ class SectionedEntity : public StoredEntity {
   void remove_files(int16_t index) override;
   void copy_memory(const StoredEntity& from, bool record_too) override;
   std::function<void()> keep_rest() override;
+  void before_restore() override;
+
+  bool after_calculations_ = false;  // the save at work is an engine's
+  bool as_given_ = false;            // the save at work stores the object as it is
 
  private:
   struct OldFile {

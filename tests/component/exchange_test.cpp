@@ -188,7 +188,7 @@ TEST_F(ExchangeTest, AirSystemsComeWithTheSectionsThatTheyHave) {
                 test::bytes_of(folder / (std::string("JOB") + name)))
         << name;
   import_project(fresh, before, quiet);
-  EXPECT_EQ(log.messages.back(), "There is an air system With 1 already; the other one comes as Copy of With 1.");
+  EXPECT_EQ(log.messages.back(), "AirSystemIndex has With 1 already; the other one comes as Copy of With 1.");
 }
 
 TEST_F(ExchangeTest, ConstructionsComeAsTheyAreUnlessTheirCoefficientsBelongToOtherLayers) {

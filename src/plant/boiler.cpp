@@ -1,0 +1,78 @@
+#include "plant/boiler.h"
+
+#include <algorithm>
+
+#include "platform/workspace.h"
+
+namespace tarn {
+
+const Kind& BLR_Boiler::kind() const {
+  using C = BLR_Boiler;
+  using R = BoilerRecord;
+  static const Kind kind{
+      .class_name = "BLR_Boiler",
+      .index_table = "BoilerIndex",
+      .default_word = "Boiler",
+      .missing_row_message = "Cannot find boiler record in database for record #",
+      .columns = {summary<C, &R::FuelType>("nFuelType"), summary<C, &R::BoilerOutput>("fBoilerOutput"),
+                  summary<C, &R::AutoSize>("bAutoSizeCapacity"), summary<C, &R::HotWaterFlow>("fHotWaterFlow"),
+                  summary<C, &R::HotWaterFlowUnits>("nHWFlowUnits")},
+      .links = {{"Plant_Boiler_Links", "Boiler_ID"},
+                {"Plant_Equipment_Links", "Library_ID = 20 AND Equipment_ID"},
+                {"System_Boiler_Links", "Boiler_ID"}},
+      .reach = {Results::SimulationOnly,
+                {{Stage::Systems, {{"System_Boiler_Links", "Boiler_ID", "System_ID"}}},
+                 {Stage::Plants, {{"Plant_Boiler_Links", "Boiler_ID", "Plant_ID"}}},
+                 {Stage::Plants, {{"Plant_Equipment_Links", "Library_ID = 20 AND Equipment_ID", "Plant_ID"}}}}},
+      .row_needed = true};
+  return kind;
+}
+
+const ClassInfo& BLR_Boiler::info() const {
+  using R = BoilerRecord;
+  using C = BLR_Boiler;
+  static const ClassInfo info = describe<C>(
+      Failures::Raised, property<&C::m_bCloning>, property<&R::Name>.trimmed(), property<&R::AutoSize>,
+      property<&R::BoilerOutput>("MBH"), property<&R::BoilerInput>("MBH"), property<&R::BoilerEff>("%"),
+      converted<&R::FuelType, &C::FuelType, &C::SetFuelType>, property<&R::MiscKW>("kW"),
+      converted<&R::PartLoadModel, &C::PartLoadModel, &C::SetPartLoadModel>, property<&R::HotWaterFlow>,
+      property<&R::HotWaterFlowUnits>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>,
+      property<&C::Index>.read_only(), property<&C::FileName>, property<&R::BoilerType>, property<&R::DesignHWST>("F"),
+      method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
+      method<&C::Delete>("RecordNumber"), method<&C::Load>("RecordNumber"), method<&C::Save>,
+      method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+  return info;
+}
+
+namespace {
+
+template <typename E>
+void check_code(E code, std::string_view field) {
+  const auto number = static_cast<int16_t>(code);
+  const auto is = [number](const Label& label) { return label.code == number; };
+  if (std::none_of(labels<E>.begin(), labels<E>.end(), is))
+    fail(ErrorNumber::InvalidCall, "Invalid value for " + std::string(field) + ": " + std::to_string(number));
+}
+
+}  // namespace
+
+void BLR_Boiler::SetFuelType(BLR_FuelTypes type) {
+  check_code(type, "FuelType");
+  BoilerRecord::FuelType = type;
+}
+
+void BLR_Boiler::SetPartLoadModel(BLR_ModelingMethods model) {
+  check_code(model, "PartLoadModel");
+  BoilerRecord::PartLoadModel = model;
+}
+
+void BLR_Boiler::check_file(std::string_view operation) const {
+  FileStore& files = Engine::of_thread().Workspaces(0).files();
+  const uint64_t size = !FileName.empty() && files.exists(FileName) ? files.size(FileName) : 0;
+  if (size == 0 || size % sizeof(BoilerRecord) != 0) {
+    throw Error(static_cast<int>(ErrorNumber::UnknownFormat), std::string(operation),
+                "Size of boiler data file does not match size of boiler data structure.");
+  }
+}
+
+}  // namespace tarn

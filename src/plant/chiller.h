@@ -1,0 +1,90 @@
+// Chillers: CHL.DAT, table ChillerIndex. A full-load point and a part-load map for each of three modes of operation.
+#pragma once
+
+#include <vector>
+
+#include "base/flow_units.h"
+#include "plant/chiller_codes.h"
+#include "storage/entity.h"
+
+namespace tarn {
+
+constexpr int kMapRows = 10, kMapColumns = 20;
+
+/// Capacities are in tons when cooling and MBH when heating. The map's power is in kW, or in MBH for a chiller that
+/// burns fuel or takes heat; its rows are entering temperatures of the condenser.
+struct OperatingModeRecord {
+  R4 FLLeavingWaterTemp, FLEnteringTemp;  // F
+  R4 FLCapacity;
+  R4 FLPower;
+  Code<CHL_InputPower> FLPowerUnits;
+  R4 EvapFlow;
+  Code<COM_FlowUOM> EvapFlowUnits;
+  R4 CondFlow;
+  Code<COM_FlowUOM> CondFlowUnits;
+  I2 NumRows, NumColumns;  // of the map, in use
+  Code<CHL_MapDataTypes> ColumnDataType;
+  Array<R4, kMapRows> MapRowHeading;     // F
+  Array<I2, kMapColumns> MapColumnHeading;  // per cent of the load, or the stage
+  Array<R4, kMapRows, kMapColumns> MapCapacity, MapPower;
+  R4 TempPwrCoeffA, TempPwrCoeffB, TempCapCoeffA, TempCapCoeffB;
+};
+static_assert(sizeof(OperatingModeRecord) == 1732);
+
+struct ChillerRecord {
+  Text<30> Name;
+  Code<CHL_SourceFluids> SourceFluid;
+  Code<CHL_FunctionTypes> FunctionType;
+  Code<CHL_ChillerTypes> ChillerType;
+  Text<64> Notes;
+  Code<CHL_DataSourceTypes> DesInputSource, PerfMapSource;
+  Bool AutoSize;
+  Code<CHL_FuelTypes> FuelType;
+  R4 EngineEff;         // fraction of the fuel
+  R4 AvgOperatingLoss;  // per cent
+  R4 UnitElectric;      // kW/ton, beside the driving energy
+  R4 SteamHeatContent;  // Btu/lb
+  R4 MinECWT;           // F
+  R4 MinUnloading;      // per cent
+  Bool HotGasBypass;
+  Code<CHL_DXFCOptions> DXFreeCooling;
+  Code<CHL_DXFCUOM> DXFCUOM;
+  Code<CHL_HeatRecMethods> HeatRecoveryMethod;
+  R4 MaxHeatRecovery;  // per cent of the heat of rejection
+  R4 IPLV;             // in the unit of the full-load power
+  Array<R4, 10> DXFCDeltaT, DXFCCapacity, DXFCPower;
+};
+static_assert(sizeof(ChillerRecord) == 268);
+static_assert(sizeof(ChillerRecord) + 3 * sizeof(OperatingModeRecord) == 5464);
+
+class CHL_OperatingMode final : public Part<OperatingModeRecord> {
+ public:
+  CHL_OperatingMode() = default;
+  explicit CHL_OperatingMode(std::string name) : name_(std::move(name)) {}
+  const ClassInfo& info() const override;
+  /// "CoolingMode", as the chiller calls it.
+  std::string Name() const { return name_; }
+
+ private:
+  std::string name_;
+};
+
+class CHL_Chiller final : public Entity<CHL_Chiller, ChillerRecord> {
+ public:
+  CHL_Chiller();
+  const ClassInfo& info() const override;
+  const Kind& kind() const override;
+
+  CHL_OperatingMode CoolingMode{"CoolingMode"}, HeatRecoveryMode{"HeatRecoveryMode"}, HeatingMode{"HeatingMode"};
+
+  /// Takes the record of a type, 1 to 12, from a file of such records. Errors `FileNotFound`, `InvalidCall` for a type
+  /// that the file has not; the chiller stays as it was.
+  void CreateDefaultByType(int16_t nChillerType, const std::string& sDefaultsFile);
+  /// The usual curve of free cooling by the refrigerant circuit, 10 points: how far outdoor air lies below the leaving
+  /// water (F), and power and capacity there as fractions of full load. Error `InvalidCall` for other options than 1
+  /// and 2.
+  void GetDXFCDefaults(CHL_DXFCOptions DXFCOption, CHL_DXFCUOM& UOM, std::vector<double>& DeltaT,
+                       std::vector<double>& Power, std::vector<double>& Capacity) const;
+};
+
+}  // namespace tarn

@@ -1,0 +1,302 @@
+#include "plant/plant.h"
+
+#include <algorithm>
+
+#include "platform/workspace.h"
+
+namespace tarn {
+namespace {
+
+constexpr int32_t kSectionMasks[]{CCM_ALL,        CCM_SYSTEM_SELECT, CCM_DETAILS,        CCM_PLANTSIZING,
+                                  CCM_DESPROFILE, CCM_UNMETLOADS,    CCM_LEEDUNMETLOADS, CCM_HOURLYSIMDATA};
+
+PlantHeaderRecord header_in(std::span<const std::byte> bytes) {
+  PlantHeaderRecord record;
+  if (!bytes.empty()) std::copy(bytes.begin(), bytes.end(), std::as_writable_bytes(std::span(&record, 1)).begin());
+  return record;
+}
+
+[[noreturn]] void senseless(const std::string& path, const std::string& what, int count, int most) {
+  fail(ErrorNumber::UnknownFormat, path + " says that it has " + std::to_string(count) + " " + what +
+                                       ", where 0 to " + std::to_string(most) +
+                                       " can be. Restore the file from a copy.");
+}
+
+}  // namespace
+
+PLT_Plant::PLT_Plant() {
+  General.plant = this;
+  Reset(true);
+}
+
+const Kind& PLT_Plant::kind() const {
+  using C = PLT_Plant;
+  static const Kind kind{
+      .class_name = "PLT_Plant",
+      .index_table = "PlantIndex",
+      .default_word = "Plant",
+      .missing_row_message = {},
+      .columns = {computed<C, &C::type>("nType"), computed<C, &C::sized>("bSized"),
+                  computed<C, &C::simulated>("bSimulated"), computed<C, &C::sim_has_changed>("bSimHasChanged"),
+                  computed<C, &C::des_has_changed>("bDesHasChanged")},
+      .links = {{"Building_Plant_Links", "Plant_ID"},
+                {"Plant_System_Links", "Plant_ID"},
+                {"Plant_Schedule_Links", "Plant_ID"},
+                {"Plant_Equipment_Links", "Plant_ID"},
+                {"Plant_Tower_Links", "Plant_ID"},
+                {"Plant_Chiller_Links", "Plant_ID"},
+                {"Plant_Boiler_Links", "Plant_ID"}},
+      .reach = {Results::DesignAndSimulation,
+                {{Stage::Buildings, {{"Building_Plant_Links", "Plant_ID", "Building_ID"}}}}},
+      .lost_row_message = "Cannot find plant record in index database",
+      .link_owner = "Plant"};
+  return kind;
+}
+
+const ClassInfo& PLT_Plant::info() const {
+  using C = PLT_Plant;
+  static const ClassInfo info = describe<C>(
+      Failures::Raised, property<&C::m_bCloning>, owned<&C::ServiceHotWaterDetails>,
+      owned<&C::SizingLoadsClg, &C::there<kSizing>, &C::set<kSizing>>,
+      owned<&C::SizingLoadsHtg, &C::there<kSizing>, &C::set<kSizing>>, owned<&C::General>, owned<&C::Details>,
+      owned<&C::UnmetLoadsClg, &C::there<kUnmet>, &C::set<kUnmet>>,
+      owned<&C::UnmetLoadsHtg, &C::there<kUnmet>, &C::set<kUnmet>>,
+      owned<&C::LEEDUnmetLoadsClg, &C::there<kLeed>, &C::set<kLeed>>,
+      owned<&C::LEEDUnmetLoadsHtg, &C::there<kLeed>, &C::set<kLeed>>,
+      owned<&C::HourlySimData, &C::there<kHourly>, &C::set<kHourly>>,
+      owned<&C::EqptSizingResults, &C::there<kSizing>, &C::set<kSizing>>, owned<&C::SystemSelect>,
+      owned<&C::DesignProfile, &C::there<kProfile>, &C::set<kProfile>>, property<&C::WorkPath>,
+      property<&C::FilePrefix>, property<&C::DefFileName>, method<&C::Reset>("bResetAll"), method<&C::Clone>("nIndex"),
+      method<&C::CreateDefault>, method<&C::WriteDefaultsFile>("strFileName"), method<&C::Delete>("nRecNum"),
+      method<static_cast<void (C::*)(int32_t, int16_t)>(&C::Load)>("nOpMode", "nRecNum"),
+      method<static_cast<void (C::*)(int32_t, std::optional<bool>&)>(&C::Save)>("nOpMode", "bSaveAfterCalculation"),
+      property<&C::FileName>, method<&C::GetFreeIndex>, property<&C::Index>.read_only(), method<&C::GetDBHandle>,
+      method<&C::SetDBHandle>("DB"), property<&C::SimHasChanged>.kept_in_row(),
+      property<&C::DesHasChanged>.kept_in_row(), method<&C::IsNameUnique>("sName"));
+  return info;
+}
+
+// ---- sections of the file
+
+bool PLT_Plant::selected(size_t section) const {
+  return section == kHeader || (mask_ & kSectionMasks[section]) != 0;
+}
+
+PLT_Plant::Ends PLT_Plant::ends_of(std::span<const std::byte> header, const std::string& path) const {
+  const int outputs = header_in(header).NumOutputs;
+  if (outputs < 0 || outputs > kOutputFlags) senseless(path, "outputs", outputs, kOutputFlags);
+  constexpr size_t kDetailsSize =
+      sizeof(PlantDetailsRecord) + 2 * sizeof(ConfigurationRecord) +
+      PLT_Details::kLists * (sizeof(EquipmentListRecord) + kPlantEquipment * sizeof(EquipmentRecord)) +
+      PLT_Details::kLoops * (sizeof(PumpLoopRecord) + kPumps * sizeof(PumpRecord)) + sizeof(ServiceHotWaterRecord) +
+      sizeof(PumpRecord);
+  const size_t sizes[]{sizeof(PlantHeaderRecord),
+                       sizeof(SystemSelectRecord),
+                       kDetailsSize,
+                       2 * sizeof(PlantSizingRecord) + sizeof(EquipmentSizingRecord),
+                       sizeof(DesignProfileRecord),
+                       2 * sizeof(PlantUnmetLoadsRecord),
+                       2 * sizeof(PlantLeedUnmetLoadsRecord),
+                       static_cast<size_t>(outputs) * sizeof(HourlyResultRecord)};
+  Ends ends;
+  uint64_t end = 0;
+  for (const size_t size : sizes) ends.push_back(end += size);
+  return ends;
+}
+
+PLT_Plant::Blocks PLT_Plant::blocks(size_t section) {
+  Blocks blocks;
+  switch (section) {
+    case kHeader:
+      return {General.bytes()};
+    case kSystems:
+      return {SystemSelect.bytes()};
+    case kDetails:
+      blocks = {Details.bytes(), Details.ConfigCooling.bytes(), Details.ConfigHeating.bytes()};
+      for (PLT_EquipmentList* list : Details.lists()) {
+        blocks.push_back(list->bytes());
+        for (int i = 1; i <= kPlantEquipment; ++i) blocks.push_back(list->Equipment(i).bytes());
+      }
+      for (PLT_PumpLoop* loop : Details.loops()) {
+        blocks.push_back(loop->bytes());
+        for (int i = 1; i <= kPumps; ++i) blocks.push_back(loop->Pumps(i).bytes());
+      }
+      blocks.insert(blocks.end(), {ServiceHotWaterDetails.bytes(), ServiceHotWaterDetails.Pump.bytes()});
+      break;
+    case kSizing:
+      return {SizingLoadsClg.bytes(), SizingLoadsHtg.bytes(), EqptSizingResults.bytes()};
+    case kProfile:
+      return {DesignProfile.bytes()};
+    case kUnmet:
+      return {UnmetLoadsClg.bytes(), UnmetLoadsHtg.bytes()};
+    case kLeed:
+      return {LEEDUnmetLoadsClg.bytes(), LEEDUnmetLoadsHtg.bytes()};
+    case kHourly:
+      for (const auto& item : HourlySimData.items()) blocks.push_back(item->bytes());
+      break;
+  }
+  return blocks;
+}
+
+void PLT_Plant::make_room(size_t section, std::span<const std::byte> header, bool there) {
+  if (section == kHourly) HourlySimData.Resize(there ? header_in(header).NumOutputs : 0);
+}
+
+void PLT_Plant::check_counts(const std::string& path) const {
+  if (selected(kSystems) && (SystemSelect.NumSystems < 0 || SystemSelect.NumSystems > kPlantSystems))
+    senseless(path, "systems", SystemSelect.NumSystems, kPlantSystems);
+  auto& details = const_cast<PLT_Details&>(Details);
+  for (const PLT_EquipmentList* list : details.lists()) {
+    if (list->NumEquipment() < 0 || list->NumEquipment() > kPlantEquipment)
+      senseless(path, "pieces in " + list->Name(), list->NumEquipment(), kPlantEquipment);
+  }
+  for (const PLT_PumpLoop* loop : details.loops()) {
+    if (loop->NumPumps() < 0 || loop->NumPumps() > kPumps)
+      senseless(path, "pumps in " + loop->Name(), loop->NumPumps(), kPumps);
+  }
+}
+
+// ---- life
+
+Recordset PLT_Plant::index_rows() const {
+  const std::string sql = "SELECT * FROM PlantIndex ORDER BY nIndex ASC";
+  try {
+    return database().OpenRecordset(sql);
+  } catch (const Error& error) {
+    if (error.number() == static_cast<int>(ErrorNumber::ObjectNotSet)) throw;
+    throw Error(error.number(), {}, "Could not open recordset object.\nSQL:  " + sql + "\n" + error.what());
+  }
+}
+
+std::string PLT_Plant::no_file_message(const std::string& path) const {
+  return "Plant data file not found.  File name:  " + path;
+}
+
+void PLT_Plant::no_row(int16_t index) {
+  fail(ErrorNumber::NoCurrentRecord,
+       "Plant not found in table (" + std::string(kind().index_table) + ") where index = " + std::to_string(index));
+}
+
+void PLT_Plant::Load(int32_t nOpMode, int16_t nRecNum) {
+  or_as_before([&] {
+    const int16_t before = Index;
+    mask_ = nOpMode;
+    SectionedEntity::Load(nRecNum);
+    loaded_ = nOpMode | (before == nRecNum && before != 0 ? loaded_ : 0);
+  });
+}
+
+void PLT_Plant::Load(int16_t nRecNum) { Load(CCM_ALL, nRecNum); }
+
+void PLT_Plant::Save(int32_t nOpMode, std::optional<bool>& bSaveAfterCalculation) {
+  save(nOpMode, bSaveAfterCalculation.value_or(false));
+}
+
+void PLT_Plant::save(int32_t mask, bool after_calculations) {
+  const int32_t before = mask_;
+  mask_ = mask;
+  try {
+    SectionedEntity::save(after_calculations);
+  } catch (...) {
+    mask_ = before;
+    throw;
+  }
+}
+
+/// A save of inputs that the object never held would empty what the file has.
+void PLT_Plant::check_loaded() const {
+  if (Index == 0) return;
+  for (const size_t section : {kSystems, kDetails}) {
+    if (selected(section) && (loaded_ & kSectionMasks[section]) == 0) {
+      fail(ErrorNumber::InvalidCall, "The " + std::string(section == kSystems ? "SystemSelect" : "Details") +
+                                         " of plant " + std::to_string(Index) +
+                                         " were not loaded, so that a save would empty them. Load them first, or leave "
+                                         "them out of nOpMode.");
+    }
+  }
+}
+
+bool PLT_Plant::holds_anything(size_t section) {
+  const auto is_set = [](std::byte byte) { return byte != std::byte{0}; };
+  return std::ranges::any_of(blocks(section), [&](const auto& block) { return std::ranges::any_of(block, is_set); });
+}
+
+void PLT_Plant::before_save() {
+  as_given_ = false;
+  on_rollback([this, header = PlantHeaderRecord(General), put_rest_back = keep_rest()] {
+    static_cast<PlantHeaderRecord&>(General) = header;
+    put_rest_back();
+  });
+  check_loaded();
+  if (!IsNameUnique()) {
+    fail(ErrorNumber::InvalidCall, "A plant already exists with the name [" + stored_name() +
+                                       "]\nPlease specify a unique plant name and try again.");
+  }
+  for (size_t section = kSizing; section < kSections; ++section) {
+    if (selected(section)) set_there(section, is_there(section) || after_calculations_ || holds_anything(section));
+  }
+  if (after_calculations_) return;
+  if (selected(kDetails)) {
+    for (const PLT_PumpLoop* loop : Details.loops()) loop->Validate();
+  }
+  after_clearing();
+  General.Sized = false;
+  General.Simulated = false;
+  DesHasChanged = SimHasChanged = true;
+}
+
+bool PLT_Plant::knows_links(std::string_view kind) const { return selected(kind == "System" ? kSystems : kDetails); }
+
+/// Lists that lost an entry close up.
+void PLT_Plant::after_clearing() {
+  if (selected(kSystems)) SystemSelect.pack();
+  if (!selected(kDetails)) return;
+  for (PLT_EquipmentList* list : Details.lists()) list->pack();
+}
+
+void PLT_Plant::write_record(int16_t index) {
+  const std::string path = file_of(index);
+  if (path.empty()) fail(ErrorNumber::FileNotFound, "The plant has no file name; set its WorkPath and FilePrefix.");
+  write_file(path, true);
+}
+
+void PLT_Plant::read_default() {
+  if (!has_file(DefFileName))
+    fail(ErrorNumber::FileNotFound, "Default Plant data file not found.  File name:  " + DefFileName);
+  mask_ = loaded_ = CCM_ALL;
+  read_sections(DefFileName);
+}
+
+void PLT_Plant::WriteDefaultsFile(const std::string& strFileName) {
+  if (strFileName.empty()) fail(ErrorNumber::FileNotFound, "The default plant has no file name; give it one.");
+  const int32_t before = mask_;
+  mask_ = CCM_ALL;
+  Transaction transaction;
+  write_file(strFileName, false);
+  transaction.commit();
+  mask_ = before;
+}
+
+void PLT_Plant::renew() {
+  drop_results();
+  loaded_ = CCM_ALL;
+  DesHasChanged = SimHasChanged = true;
+}
+
+std::function<void()> PLT_Plant::keep_rest() {
+  return [this, rest = SectionedEntity::keep_rest(), mask = mask_, loaded = loaded_, hourly = HourlySimData.items()] {
+    rest();
+    mask_ = mask;
+    loaded_ = loaded;
+    HourlySimData.set_items(hourly);
+  };
+}
+
+void PLT_Plant::copy_memory(const StoredEntity& from, bool record_too) {
+  SectionedEntity::copy_memory(from, record_too);
+  const auto& other = dynamic_cast<const PLT_Plant&>(from);
+  DefFileName = other.DefFileName;
+  if (record_too) loaded_ = other.loaded_;
+}
+
+}  // namespace tarn

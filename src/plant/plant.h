@@ -1,0 +1,103 @@
+// A plant: a file of its own, of packed records in sections - header, systems, details, results - which are loaded and
+// saved as a mask selects them; a row in PlantIndex; links to the systems, equipment, towers and schedules it uses.
+#pragma once
+
+#include "plant/plant_results.h"
+#include "storage/sectioned_entity.h"
+
+namespace tarn {
+
+class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
+ public:
+  PLT_Plant();
+  const ClassInfo& info() const override;
+  const Kind& kind() const override;
+
+  std::string DefFileName;  // the default plant's file
+  std::string FileName() const { return file_of(Index); }
+
+  PLT_ServiceHotWater ServiceHotWaterDetails;
+  PLT_General General;
+  PLT_Details Details;
+  PLT_SystemSelect SystemSelect;
+  PLT_SizingLoads SizingLoadsClg, SizingLoadsHtg;
+  PLT_EqptSizingResults EqptSizingResults;
+  PLT_DesignProfile DesignProfile;
+  PLT_UnmetLoads UnmetLoadsClg, UnmetLoadsHtg;
+  PLT_LEEDUnmetLoads LEEDUnmetLoadsClg, LEEDUnmetLoadsHtg;
+  PLT_HourlySimData HourlySimData;
+
+  /// The header, and the sections of a `PLT_ConstituentMasks` value or several joined; references without a link row
+  /// are dropped from lists, which close up. Errors `FileNotFound`, `NoCurrentRecord`, `UnknownFormat`; the object is
+  /// left as it was.
+  void Load(int32_t nOpMode, int16_t nRecNum);
+  /// Everything.
+  void Load(int16_t nRecNum) override;
+  /// The header and the selected sections; the others stay as they are in the file, which is replaced whole. A save
+  /// that is not made after calculations marks sizing and simulation as changed. Errors `InvalidCall` for a name that
+  /// another plant has, for a used loop without pumps, and for inputs that were never loaded.
+  void Save(int32_t nOpMode, std::optional<bool>& bSaveAfterCalculation);
+  void Save(int32_t nOpMode) { save(nOpMode, false); }
+  using SectionedEntity::Save;
+  /// The current plant as a default: its header and inputs.
+  void WriteDefaultsFile(const std::string& strFileName);
+
+  /// Makes it a plant of a type, with those of the type's loops in use that have pumps. Error `InvalidCall` for a type
+  /// that is none.
+  void SetType(PLT_PlantTypes type);
+
+  void SaveDefault() override { WriteDefaultsFile(DefFileName); }
+  std::string default_file() const override { return DefFileName; }
+  void select_all() override { mask_ = CCM_ALL; }
+  /// No results, and changed until it is told otherwise.
+  void renew() override;
+
+ private:
+  enum Section : size_t { kHeader, kSystems, kDetails, kSizing, kProfile, kUnmet, kLeed, kHourly, kSections };
+
+  void save(int32_t mask, bool after_calculations);
+  void check_loaded() const;
+  bool holds_anything(size_t section);
+
+  Ends ends_of(std::span<const std::byte> header, const std::string& path) const override;
+  Blocks blocks(size_t section) override;
+  size_t section_count() const override { return kSections; }
+  size_t first_result() const override { return kSizing; }
+  bool selected(size_t section) const override;
+  void make_room(size_t section, std::span<const std::byte> header, bool there) override;
+  std::string no_file_message(const std::string& path) const override;
+  void no_row(int16_t index) override;
+  void check_counts(const std::string& path) const override;
+  Recordset index_rows() const override;
+  void write_record(int16_t index) override;
+  void read_default() override;
+  void before_save() override;
+  bool knows_links(std::string_view kind) const override;
+  void after_clearing() override;
+  std::function<void()> keep_rest() override;
+  void copy_memory(const StoredEntity& from, bool record_too) override;
+  std::string stored_name() const override { return General.Name.trimmed(); }
+  void store_name(std::string_view name) override { General.Name = name; }
+
+  // What the members table and the index row take.
+  template <Section S>
+  int there() const {
+    return is_there(S) ? 1 : 0;
+  }
+  template <Section S>
+  void set(int16_t count) {
+    set_there(S, count > 0);
+  }
+  int16_t type() const { return General.PlantType.raw; }
+  bool sized() const { return General.Sized; }
+  bool simulated() const { return General.Simulated; }
+  bool sim_has_changed() const { return SimHasChanged; }
+  bool des_has_changed() const { return DesHasChanged; }
+
+  friend class PLT_General;
+
+  int32_t mask_ = CCM_ALL;
+  int32_t loaded_ = CCM_ALL;  // inputs that the object holds; all of them for a new plant
+};
+
+}  // namespace tarn

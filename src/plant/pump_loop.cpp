@@ -1,0 +1,45 @@
+#include "plant/pump_loop.h"
+
+namespace tarn {
+
+const ClassInfo& PLT_Pump::info() const {
+  using R = PumpRecord;
+  static const ClassInfo info =
+      describe<PLT_Pump>(Failures::Raised, property<&PLT_Pump::Name>, property<&R::Flow>, property<&R::FlowUnits>,
+                         property<&R::Performance>, property<&R::PerfUnits>, property<&R::MechanicalEff>("%"),
+                         property<&R::ElectricalEff>("%"));
+  return info;
+}
+
+PLT_PumpLoop::PLT_PumpLoop(std::string name) : name_(std::move(name)) {
+  for (int i = 1; i <= kPumps; ++i) Pumps(i).set_name(name_ + " Pump " + std::to_string(i));
+}
+
+const ClassInfo& PLT_PumpLoop::info() const {
+  using R = PumpLoopRecord;
+  using C = PLT_PumpLoop;
+  static const ClassInfo info = describe<C>(
+      Failures::Raised, property<&C::Name>, property<&R::Used>, converted<&R::NumPumps, &C::NumPumps, &C::SetNumPumps>,
+      property<&R::PumpControl>, property<&R::StaticHead>("ft wg"), property<&R::MinimumPumpFlow>("%"),
+      property<&R::MinimumEqptFlow>("%"), property<&R::DesCoilDeltaT>("F"), property<&R::DesCoilDeltaT2>("F"),
+      property<&R::PipeHeatGainFactor>("%"), property<&R::PipeHeatGainFactor2>("%"), owned<&C::Pumps>,
+      method<&C::Validate>);
+  return info;
+}
+
+void PLT_PumpLoop::SetNumPumps(int16_t pumps) {
+  const auto refuse = [pumps](const std::string& bound) {
+    fail(ErrorNumber::SubscriptOutOfRange,
+         "NumPumps value is out of range: [" + std::to_string(pumps) + bound + "]");
+  };
+  if (pumps < 0) refuse(" < 0");
+  if (pumps > kPumps) refuse(" > " + std::to_string(kPumps));
+  PumpLoopRecord::NumPumps = pumps;
+}
+
+void PLT_PumpLoop::Validate() const {
+  if (Used && NumPumps() < 1)
+    fail(ErrorNumber::InvalidCall, "Data error: if pump loop is used, must have NumPumps >=1");
+}
+
+}  // namespace tarn
