@@ -202,9 +202,7 @@ void AS_AirSystem::renew() {
   DesHasChanged = SimHasChanged = true;
 }
 
-void AS_AirSystem::Save(std::optional<bool>& bSaveAfterCalculations) {
-  save(bSaveAfterCalculations.value_or(false));
-}
+void AS_AirSystem::Save(std::optional<bool>& bSaveAfterCalculations) { save(bSaveAfterCalculations.value_or(false)); }
 
 void AS_AirSystem::copy_memory(const StoredEntity& from, bool record_too) {
   SectionedEntity::copy_memory(from, record_too);

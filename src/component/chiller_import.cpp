@@ -78,7 +78,8 @@ class Map {
     stages_ = &axis("compressor_sequence_number");
     const auto is_entering = [](const Axis& a) { return a.is("condenser") && a.is("entering") && a.is("temperature"); };
     const auto entering = std::find_if(axes_.begin(), axes_.end(), is_entering);
-    const auto dry_bulb = std::find_if(axes_.begin(), axes_.end(), [](const Axis& a) { return a.is("entering_drybulb"); });
+    const auto dry_bulb =
+        std::find_if(axes_.begin(), axes_.end(), [](const Axis& a) { return a.is("entering_drybulb"); });
     if (entering == axes_.end() && dry_bulb == axes_.end()) refuse("it has no entering temperature of the condenser");
     entering_ = dry_bulb != axes_.end() ? &*dry_bulb : &*entering;
     leaving_at_ = place_on(*leaving_, kelvin(kLeavingWater));
@@ -167,8 +168,7 @@ std::vector<size_t> chosen(const Axis& axis, size_t most, std::vector<std::strin
   notes.push_back(std::to_string(all.size() - most) + " of the " + std::to_string(all.size()) + " values of " +
                   axis.name + ", as the map has " + std::to_string(most));
   std::vector<size_t> some;
-  for (size_t i = 0; i < most; ++i)
-    some.push_back((i * (all.size() - 1) + (most - 1) / 2) / (most - 1));
+  for (size_t i = 0; i < most; ++i) some.push_back((i * (all.size() - 1) + (most - 1) / 2) / (most - 1));
   return some;
 }
 
@@ -213,7 +213,8 @@ std::string text_at(const Json& json, const char* key) {
 /// By what the text says of the compressor; where it says nothing the scroll, whose machines are the smallest.
 CHL_ChillerTypes type_of(const Json& product, bool air_cooled, std::vector<std::string>& notes) {
   const std::string compressor = text_at(product, "compressor_type");
-  if (compressor.empty()) notes.push_back("compressor_type, which the file does not tell: the type is taken as a scroll");
+  if (compressor.empty())
+    notes.push_back("compressor_type, which the file does not tell: the type is taken as a scroll");
   using enum CHL_ChillerTypes;
   if (compressor == "CENTRIFUGAL" && !air_cooled) return CT_WATER_COOLED_CENTRIFUGAL;
   if (compressor == "SCREW" || compressor == "ROTARY")
@@ -228,8 +229,7 @@ void fill_record(ChillerRecord& record, const Json& text, const Map& map, const 
   const Json none = Json::object();
   const Json& metadata = text.at("metadata");
   const Json& description = text.contains("description") ? text.at("description") : none;
-  const Json& product =
-      description.contains("product_information") ? description.at("product_information") : none;
+  const Json& product = description.contains("product_information") ? description.at("product_information") : none;
   std::string name = text_at(product, "model_number");
   if (name.empty()) name = text_at(metadata, "description");
   record.Name = name;

@@ -44,11 +44,13 @@ void write_part(std::string& out, Object& part) {
   for (const Member& field : part.info().reserved) write(field);
   for (const Member& member : part.info().members) {
     write(member);
-    if (!member.is_part()) continue;
+    const int count = member.is_part() ? member.part_count(part) : 0;
+    if (!member.is_part() || (count == 0 && !member.numbered_part)) continue;
     key(member.part_name);
-    for (int number = 1; number <= member.part_count(part); ++number)
-      write_part(out += number == 1 ? "[" : ", ", member.part(part, number));
-    out += member.part_count(part) == 0 ? "[]" : "]";
+    if (member.numbered_part) out += "[";
+    for (int number = 1; number <= count; ++number)
+      write_part(out += number == 1 ? "" : ", ", member.part(part, number));
+    if (member.numbered_part) out += "]";
   }
   out += separator.starts_with('{') ? "{}" : "}";
 }

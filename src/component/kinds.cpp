@@ -6,9 +6,9 @@
 
 #include "airsystems/defaults.h"
 #include "base/nearest.h"
-#include "envelope/construction.h"
 #include "component/chiller_import.h"
 #include "component/shipped.h"
+#include "envelope/construction.h"
 #include "envelope/window.h"
 #include "plant/chiller.h"
 #include "plant/plant.h"

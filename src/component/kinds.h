@@ -23,8 +23,8 @@ struct EntityKind {
                                               // where the table of default records has it, or none is kept
   /// Fills a new one from a file of another program, and returns what was not carried over.
   std::vector<std::string> (*import_file)(StoredEntity&, const std::string& path) = nullptr;
-  void (*derive)(Object&) = nullptr;          // what follows inside a part, after an edit of it
-  void (*compute)(StoredEntity&) = nullptr;   // what follows from the inputs, after an edit
+  void (*derive)(Object&) = nullptr;         // what follows inside a part, after an edit of it
+  void (*compute)(StoredEntity&) = nullptr;  // what follows from the inputs, after an edit
 };
 
 std::span<const EntityKind> entity_kinds();

@@ -28,7 +28,8 @@ std::string shipped_file(std::string_view name) {
   const char* set = std::getenv("TARN_SHARE");
   if (set && *set) {
     if (const auto path = std::filesystem::path(set) / name; std::filesystem::exists(path)) return path.string();
-    fail(ErrorNumber::FileNotFound, "TARN_SHARE names " + std::string(set) + ", which has no " + std::string(name) + ".");
+    fail(ErrorNumber::FileNotFound,
+         "TARN_SHARE names " + std::string(set) + ", which has no " + std::string(name) + ".");
   }
   constexpr int kLevels = 5;  // as far as from a Python package in lib/python3/dist-packages to share
   std::filesystem::path folder = own_folder();

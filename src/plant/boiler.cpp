@@ -39,8 +39,8 @@ const ClassInfo& BLR_Boiler::info() const {
       property<&R::HotWaterFlowUnits>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>,
       property<&C::Index>.read_only(), property<&C::FileName>, property<&R::BoilerType>, property<&R::DesignHWST>("F"),
       method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
-      method<&C::Delete>("RecordNumber"), method<&C::Load>("RecordNumber"), method<&C::Save>,
-      method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+      method<&C::Delete>("RecordNumber"), method<&C::Load>("RecordNumber"), method<&C::Save>, method<&C::CreateDefault>,
+      method<&C::IsNameUnique>("sName"));
   return info;
 }
 

@@ -97,9 +97,9 @@ struct FreeCoolingPoint {
 // One counterflow coil for both, of effectiveness 10/28 on the water side, at a water range of 10 F. Non-integrated,
 // the coil alone holds the leaving temperature: dT/18. Integrated, it cools the full flow of return water first:
 // 10/28 (1 + dT/10). Fans take 8 % of the design power and the pump 2 %; integrated, the fans take the coil's share.
-constexpr FreeCoolingPoint kNonIntegrated[]{
-    {0, 0, 0},         {2, 0.1111, 0.1},  {4, 0.2222, 0.1},  {6, 0.3333, 0.1},  {8, 0.4444, 0.1},
-    {10, 0.5556, 0.1}, {12, 0.6667, 0.1}, {14, 0.7778, 0.1}, {16, 0.8889, 0.1}, {18, 1, 0.1}};
+constexpr FreeCoolingPoint kNonIntegrated[]{{0, 0, 0},         {2, 0.1111, 0.1},  {4, 0.2222, 0.1},  {6, 0.3333, 0.1},
+                                            {8, 0.4444, 0.1},  {10, 0.5556, 0.1}, {12, 0.6667, 0.1}, {14, 0.7778, 0.1},
+                                            {16, 0.8889, 0.1}, {18, 1, 0.1}};
 constexpr FreeCoolingPoint kIntegrated[]{
     {0, 0.3571, 0.0486},  {2, 0.4286, 0.0543},  {4, 0.5, 0.06},       {6, 0.5714, 0.0657},  {8, 0.6429, 0.0714},
     {10, 0.7143, 0.0771}, {12, 0.7857, 0.0829}, {14, 0.8571, 0.0886}, {16, 0.9286, 0.0943}, {18, 1, 0.1}};

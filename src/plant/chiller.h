@@ -24,7 +24,7 @@ struct OperatingModeRecord {
   Code<COM_FlowUOM> CondFlowUnits;
   I2 NumRows, NumColumns;  // of the map, in use
   Code<CHL_MapDataTypes> ColumnDataType;
-  Array<R4, kMapRows> MapRowHeading;     // F
+  Array<R4, kMapRows> MapRowHeading;        // F
   Array<I2, kMapColumns> MapColumnHeading;  // per cent of the load, or the stage
   Array<R4, kMapRows, kMapColumns> MapCapacity, MapPower;
   R4 TempPwrCoeffA, TempPwrCoeffB, TempCapCoeffA, TempCapCoeffB;

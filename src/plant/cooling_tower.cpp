@@ -31,8 +31,8 @@ const ClassInfo& TWR_CoolingTower::info() const {
       property<&R::AvgECWT>("F"), property<&R::CondPumpFlow>, property<&R::CondPumpFlowUnits>,
       property<&C::Index>.read_only(), property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>,
       method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
-      method<&C::Delete>("RecordNumber"), method<&C::Load>("RecordNumber"), method<&C::Save>,
-      method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+      method<&C::Delete>("RecordNumber"), method<&C::Load>("RecordNumber"), method<&C::Save>, method<&C::CreateDefault>,
+      method<&C::IsNameUnique>("sName"));
   return info;
 }
 

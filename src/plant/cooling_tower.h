@@ -40,7 +40,8 @@ template <>
 inline constexpr std::span<const Label> labels<TWR_AirFlowUOM> = kTowerAirFlowLabels;
 
 enum class TWR_FanPowerUOM : int16_t { TFP_KW = 0, TFP_BHP = 1, TFP_KW_PER_TON = 2 };
-inline constexpr Label kTowerFanPowerLabels[]{{0, "TFP_KW", "kW"}, {1, "TFP_BHP", "hp"}, {2, "TFP_KW_PER_TON", "kW/ton"}};
+inline constexpr Label kTowerFanPowerLabels[]{
+    {0, "TFP_KW", "kW"}, {1, "TFP_BHP", "hp"}, {2, "TFP_KW_PER_TON", "kW/ton"}};
 template <>
 inline constexpr std::span<const Label> labels<TWR_FanPowerUOM> = kTowerFanPowerLabels;
 

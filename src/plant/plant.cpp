@@ -17,9 +17,8 @@ PlantHeaderRecord header_in(std::span<const std::byte> bytes) {
 }
 
 [[noreturn]] void senseless(const std::string& path, const std::string& what, int count, int most) {
-  fail(ErrorNumber::UnknownFormat, path + " says that it has " + std::to_string(count) + " " + what +
-                                       ", where 0 to " + std::to_string(most) +
-                                       " can be. Restore the file from a copy.");
+  fail(ErrorNumber::UnknownFormat, path + " says that it has " + std::to_string(count) + " " + what + ", where 0 to " +
+                                       std::to_string(most) + " can be. Restore the file from a copy.");
 }
 
 }  // namespace
@@ -78,9 +77,7 @@ const ClassInfo& PLT_Plant::info() const {
 
 // ---- sections of the file
 
-bool PLT_Plant::selected(size_t section) const {
-  return section == kHeader || (mask_ & kSectionMasks[section]) != 0;
-}
+bool PLT_Plant::selected(size_t section) const { return section == kHeader || (mask_ & kSectionMasks[section]) != 0; }
 
 PLT_Plant::Ends PLT_Plant::ends_of(std::span<const std::byte> header, const std::string& path) const {
   const int outputs = header_in(header).NumOutputs;

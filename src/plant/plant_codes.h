@@ -5,7 +5,12 @@
 
 namespace tarn {
 
-enum class COM_ProjectLibrary : int16_t { BelowLibraries = 0, LIB_CHILLERS = 10, LIB_BOILERS = 20, AboveLibraries = 21 };
+enum class COM_ProjectLibrary : int16_t {
+  BelowLibraries = 0,
+  LIB_CHILLERS = 10,
+  LIB_BOILERS = 20,
+  AboveLibraries = 21
+};
 inline constexpr Label kProjectLibraryLabels[]{
     {0, "_PL_MIN", ""}, {10, "LIB_CHILLERS", "chillers"}, {20, "LIB_BOILERS", "boilers"}, {21, "_PL_MAX", ""}};
 template <>

@@ -31,8 +31,8 @@ const ClassInfo& PLT_General::info() const {
 const ClassInfo& PLT_SystemSelect::info() const {
   using R = SystemSelectRecord;
   static const ClassInfo info =
-      describe<PLT_SystemSelect>(Failures::Raised, property<&R::NumSystems>,
-                                 property<&R::SystemID>.refers_to("System"), property<&R::SystemMultiplier>);
+      describe<PLT_SystemSelect>(Failures::Raised, property<&R::NumSystems>, property<&R::SystemID>.refers_to("System"),
+                                 property<&R::SystemMultiplier>);
   return info;
 }
 
@@ -54,12 +54,12 @@ void PLT_SystemSelect::pack() {
 const ClassInfo& PLT_Configuration::info() const {
   using R = ConfigurationRecord;
   using C = PLT_Configuration;
-  static const ClassInfo info = describe<C>(
-      Failures::Raised, property<&C::Name>, property<&R::SizingMethod>, property<&R::UnitSizing>,
-      property<&R::SizingFactor>("%"), property<&R::DesignCapacity>, property<&R::ControlType>,
-      property<&R::LowLoadLimit>("%"), property<&R::HighLoadLimit>("%"), property<&R::DistSystemType>,
-      property<&R::DesignLWT>("F"), property<&R::DesignDeltaT>("F"), property<&R::LWTControl>,
-      property<&R::ResetLWT>("F"), property<&R::ResetStart>, property<&R::ResetEnd>);
+  static const ClassInfo info =
+      describe<C>(Failures::Raised, property<&C::Name>, property<&R::SizingMethod>, property<&R::UnitSizing>,
+                  property<&R::SizingFactor>("%"), property<&R::DesignCapacity>, property<&R::ControlType>,
+                  property<&R::LowLoadLimit>("%"), property<&R::HighLoadLimit>("%"), property<&R::DistSystemType>,
+                  property<&R::DesignLWT>("F"), property<&R::DesignDeltaT>("F"), property<&R::LWTControl>,
+                  property<&R::ResetLWT>("F"), property<&R::ResetStart>, property<&R::ResetEnd>);
   return info;
 }
 
@@ -73,10 +73,10 @@ const ClassInfo& PLT_Equipment::info() const {
 
 const ClassInfo& PLT_EquipmentList::info() const {
   using C = PLT_EquipmentList;
-  static const ClassInfo info = describe<C>(
-      Failures::Raised, property<&C::Name>,
-      converted<&EquipmentListRecord::NumEquipment, &C::NumEquipment, &C::SetNumEquipment>,
-      owned<&C::Equipment, &C::NumEquipment, &C::SetNumEquipment>);
+  static const ClassInfo info =
+      describe<C>(Failures::Raised, property<&C::Name>,
+                  converted<&EquipmentListRecord::NumEquipment, &C::NumEquipment, &C::SetNumEquipment>,
+                  owned<&C::Equipment, &C::NumEquipment, &C::SetNumEquipment>);
   return info;
 }
 

@@ -14,7 +14,7 @@ struct PlantHeaderRecord {
   Text<30> Name;
   Code<PLT_PlantTypes> PlantType;
   Bool Sized, Simulated;
-  I2 NumOutputs;                       // those of the flags that are set
+  I2 NumOutputs;                        // those of the flags that are set
   Array<I2, kOutputFlags> OutputFlags;  // code of the output, and 100 times the unit
 };
 static_assert(sizeof(PlantHeaderRecord) == 178);
@@ -43,8 +43,8 @@ static_assert(sizeof(ConfigurationRecord) == 44);
 struct EquipmentRecord {
   Code<COM_ProjectLibrary> LibraryID;
   I2 EquipmentID;
-  I2 TowerID;     // the unit's own tower
-  I2 Sequence;    // of the units' starts, from 1
+  I2 TowerID;      // the unit's own tower
+  I2 Sequence;     // of the units' starts, from 1
   R4 SizingShare;  // per cent of the plant's capacity
 };
 static_assert(sizeof(EquipmentRecord) == 12);
@@ -63,10 +63,10 @@ struct PlantDetailsRecord {
   R4 FreeCoolingHXApproach, FreeCoolingMaxWetBulb;  // F
   Bool HeatRecoveryUsed;
   Code<PLT_HeatRecoveryType> HeatRecoveryType;
-  R4 HeatRecoveryEff;                  // per cent
-  R4 HeatRecoveryLWT;                  // F
+  R4 HeatRecoveryEff;                    // per cent
+  R4 HeatRecoveryLWT;                    // F
   R4 ChangeoverOAT, ChangeoverDeadband;  // F
-  I2 ChangeoverMinTime;                // hr
+  I2 ChangeoverMinTime;                  // hr
   I2 ChangeoverSchedule;
   R4 StorageCapacity;       // ton.hr
   R4 StorageDischargeRate;  // tons
@@ -82,17 +82,17 @@ struct ServiceHotWaterRecord {
   Code<PLT_SHW_USAGE_RATE_UNITS> UsageRateUnits;
   R4 NumPeople;
   I2 UsageSchedule;
-  R4 SupplyTemp;             // F
-  Array<R4, 12> MainsTemp;   // F, by month
-  R4 StoredVolume;           // gal
-  R4 StoredTemp;             // F
+  R4 SupplyTemp;            // F
+  Array<R4, 12> MainsTemp;  // F, by month
+  R4 StoredVolume;          // gal
+  R4 StoredTemp;            // F
   R4 StoredHeatLoss;
   Code<PLT_SHW_STORED_HEATLOSS_UNITS> StoredHeatLossUnits;
   Code<PLT_SHW_STORED_HW_PRIO_RULE> StoredPriorityRule;
-  R4 StoredPriorityOAT;      // F
+  R4 StoredPriorityOAT;  // F
   I2 StoredPrioritySchedule;
   Bool Recirculation;
-  R4 RecirculationLoss;      // MBH
+  R4 RecirculationLoss;  // MBH
 };
 static_assert(sizeof(ServiceHotWaterRecord) == 92);
 

@@ -100,7 +100,8 @@ std::vector<int16_t> flags_of(const Outputs& outputs, PLT_Details& details) {
     flags.push_back(kFreeCooling);
   if (cools && details.HeatRecoveryUsed && !outputs.recovery_units) flags.push_back(kRecoveredHeat);
   for (const int loop : outputs.loops) {
-    if (details.loops()[static_cast<size_t>(loop) - 1]->Used) flags.push_back(static_cast<int16_t>(kFirstLoop + loop - 1));
+    if (details.loops()[static_cast<size_t>(loop) - 1]->Used)
+      flags.push_back(static_cast<int16_t>(kFirstLoop + loop - 1));
   }
   if (cools) {
     add_units(flags, details.CoolingEqpt, {kCoolingOutput, kCoolingInput});
@@ -181,7 +182,8 @@ int32_t PLT_General::GetDetailedTowerCount() const {
 }
 
 int32_t PLT_General::GetEquipmentLinkCount(int16_t nLibraryID, std::optional<int16_t> nEquipmentID) const {
-  const std::string sql = "SELECT Count(*) as LinkCount FROM Plant_Equipment_Links WHERE Plant_ID = ? AND Library_ID = ?";
+  const std::string sql =
+      "SELECT Count(*) as LinkCount FROM Plant_Equipment_Links WHERE Plant_ID = ? AND Library_ID = ?";
   const int64_t plant_index = of_plant().Index;
   if (nEquipmentID) return count(sql + " AND Equipment_ID = ?", {plant_index, nLibraryID, *nEquipmentID});
   return count(sql, {plant_index, nLibraryID});

@@ -33,10 +33,10 @@ const ClassInfo& PLT_DesignProfile::info() const {
 
 const ClassInfo& PLT_UnmetLoads::info() const {
   using R = PlantUnmetLoadsRecord;
-  static const ClassInfo info = describe<PLT_UnmetLoads>(
-      Failures::Raised, property<&R::StatsProvided>, property<&R::EqptType>.trimmed(), property<&R::CapSufficient>("hr"),
-      property<&R::CapDeficientBy5>("hr"), property<&R::CapDeficientBy10>("hr"),
-      property<&R::CapDeficientOver10>("hr"));
+  static const ClassInfo info =
+      describe<PLT_UnmetLoads>(Failures::Raised, property<&R::StatsProvided>, property<&R::EqptType>.trimmed(),
+                               property<&R::CapSufficient>("hr"), property<&R::CapDeficientBy5>("hr"),
+                               property<&R::CapDeficientBy10>("hr"), property<&R::CapDeficientOver10>("hr"));
   return info;
 }
 

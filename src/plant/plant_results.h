@@ -12,9 +12,9 @@ struct PlantSizingRecord {
   Code<Months> PeakMonth;
   I2 PeakHour;
   R4 PeakLoad;
-  R4 OutdoorDryBulb, OutdoorWetBulb;  // F, at the peak
-  R4 PumpHeat, PipeHeat;              // of the peak load
-  R4 FloorArea;                       // ft2, of what the systems serve
+  R4 OutdoorDryBulb, OutdoorWetBulb;       // F, at the peak
+  R4 PumpHeat, PipeHeat;                   // of the peak load
+  R4 FloorArea;                            // ft2, of what the systems serve
   R4 LeavingWaterTemp, EnteringWaterTemp;  // F
   R4 DesignFlow;                           // gpm
   Array<R4, 12> MonthlyPeakLoad;
@@ -25,15 +25,15 @@ static_assert(sizeof(PlantSizingRecord) == 1112);
 
 /// By the place of the piece in its list, and by pump and loop; loops in the order of the details.
 struct EquipmentSizingRecord {
-  Array<R4, kPlantEquipment> CoolingCapacity;  // tons
-  Array<R4, kPlantEquipment> CoolingPower;     // kW
+  Array<R4, kPlantEquipment> CoolingCapacity;                // tons
+  Array<R4, kPlantEquipment> CoolingPower;                   // kW
   Array<R4, kPlantEquipment> EvaporatorFlow, CondenserFlow;  // gpm
-  Array<R4, kPlantEquipment> HeatingCapacity;  // MBH
-  Array<R4, kPlantEquipment> HeatingFlow;      // gpm
-  Array<R4, kPlantEquipment> HeatRecCapacity;  // MBH
-  Array<R4, kPlantEquipment> HeatRecFlow;      // gpm
-  Array<R4, kPumps, PLT_Details::kLoops> PumpFlow;   // gpm
-  Array<R4, kPumps, PLT_Details::kLoops> PumpPower;  // kW
+  Array<R4, kPlantEquipment> HeatingCapacity;                // MBH
+  Array<R4, kPlantEquipment> HeatingFlow;                    // gpm
+  Array<R4, kPlantEquipment> HeatRecCapacity;                // MBH
+  Array<R4, kPlantEquipment> HeatRecFlow;                    // gpm
+  Array<R4, kPumps, PLT_Details::kLoops> PumpFlow;           // gpm
+  Array<R4, kPumps, PLT_Details::kLoops> PumpPower;          // kW
 };
 static_assert(sizeof(EquipmentSizingRecord) == 2432);
 

@@ -29,8 +29,7 @@ const ClassInfo& PLT_PumpLoop::info() const {
 
 void PLT_PumpLoop::SetNumPumps(int16_t pumps) {
   const auto refuse = [pumps](const std::string& bound) {
-    fail(ErrorNumber::SubscriptOutOfRange,
-         "NumPumps value is out of range: [" + std::to_string(pumps) + bound + "]");
+    fail(ErrorNumber::SubscriptOutOfRange, "NumPumps value is out of range: [" + std::to_string(pumps) + bound + "]");
   };
   if (pumps < 0) refuse(" < 0");
   if (pumps > kPumps) refuse(" > " + std::to_string(kPumps));

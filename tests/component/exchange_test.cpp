@@ -110,7 +110,7 @@ TEST_F(ExchangeTest, TheSameProjectGivesTheSameBytesAfterARoundTrip) {
   fresh.SetWorkPath(other.path);
   fresh.FilePrefix = "NEW";
   create_index(fresh.IndexDBName());
-  EXPECT_EQ(import_project(fresh, before, quiet), 18U);
+  EXPECT_EQ(import_project(fresh, before, quiet), 22U);
   EXPECT_EQ(export_project(fresh, {}, quiet), before);
   const std::string copied = test::bytes_of(fresh.WindowFilename());
   for (const size_t index : {1, 3, 5})

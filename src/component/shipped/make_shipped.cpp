@@ -25,7 +25,8 @@ Json table(const std::filesystem::path& path) {
 }
 
 double quadratic(const Json& coefficients, double x) {
-  return coefficients.at(0).get<double>() + x * (coefficients.at(1).get<double>() + x * coefficients.at(2).get<double>());
+  return coefficients.at(0).get<double>() +
+         x * (coefficients.at(1).get<double>() + x * coefficients.at(2).get<double>());
 }
 
 /// Full-load input as a fraction of that at the design point; below the least unloading the compressor cycles, and
