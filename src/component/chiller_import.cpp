@@ -240,6 +240,7 @@ void fill_record(ChillerRecord& record, const Json& text, const Map& map, const 
   record.DesInputSource = record.PerfMapSource = CHL_DataSourceTypes::IS_PUBLIC_IMPORTED_DATA;
   record.AutoSize = false;
   record.FuelType = CHL_FuelTypes::CFT_ELECTRIC;
+  record.DXFCUOM = CHL_DXFCUOM::DXFC_UOM_Relative;
   record.MinECWT = mode.MapRowHeading(1);
   record.HotGasBypass = product.contains("hot_gas_bypass_installed") && product.at("hot_gas_bypass_installed") == true;
   // The lowest stage, of the highest, in the row nearest to full load.
