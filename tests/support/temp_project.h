@@ -86,11 +86,14 @@ class ProjectTest : public testing::Test {
       at = end + 2;
     }
   }
-  /// Which of the dependants are marked: "SPB".
+  /// Which of the dependants are marked: "SPB"; in small letters where only the simulation is: "spB".
   std::string marked() {
     std::string text;
-    if (count("AirSystemIndex WHERE bDesHasChanged = -1 AND bSimHasChanged = -1") == 1) text += "S";
-    if (count("PlantIndex WHERE bDesHasChanged = -1 AND bSimHasChanged = -1") == 1) text += "P";
+    for (const auto& [table, letter] : {std::pair("AirSystemIndex", 'S'), std::pair("PlantIndex", 'P')}) {
+      const std::string simulation = std::string(table) + " WHERE bSimHasChanged = -1 AND bDesHasChanged = ";
+      if (count(simulation + "-1") == 1) text += letter;
+      if (count(simulation + "0") == 1) text += static_cast<char>(std::tolower(letter));
+    }
     if (count("BuildingIndex WHERE bHasChanged = -1") == 1) text += "B";
     return text;
   }
