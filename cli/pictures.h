@@ -10,4 +10,8 @@ namespace tarn::cli {
 /// the names of what they refer to.
 void show_entity(Database& database, StoredEntity& entity);
 
+/// A chiller with its maps, a plant by what it uses.
+void show_chiller(Database& database, StoredEntity& entity);
+void show_plant(Database& database, StoredEntity& entity);
+
 }  // namespace tarn::cli

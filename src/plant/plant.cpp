@@ -155,13 +155,14 @@ void PLT_Plant::check_counts(const std::string& path) const {
 
 // ---- life
 
-Recordset PLT_Plant::index_rows() const {
-  const std::string sql = "SELECT * FROM PlantIndex ORDER BY nIndex ASC";
+Recordset PLT_Plant::row_of(int16_t index) const {
+  database();  // without one, that is the error
   try {
-    return database().OpenRecordset(sql);
+    return SectionedEntity::row_of(index);
   } catch (const Error& error) {
-    if (error.number() == static_cast<int>(ErrorNumber::ObjectNotSet)) throw;
-    throw Error(error.number(), {}, "Could not open recordset object.\nSQL:  " + sql + "\n" + error.what());
+    throw Error(
+        error.number(), {},
+        "Could not open recordset object.\nSQL:  SELECT * FROM PlantIndex ORDER BY nIndex ASC\n" + error.description());
   }
 }
 

@@ -68,7 +68,7 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
   std::string no_file_message(const std::string& path) const override;
   void no_row(int16_t index) override;
   void check_counts(const std::string& path) const override;
-  Recordset index_rows() const override;
+  Recordset row_of(int16_t index) const override;
   void write_record(int16_t index) override;
   void read_default() override;
   void before_save() override;

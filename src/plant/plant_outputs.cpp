@@ -140,7 +140,8 @@ const PLT_Plant& PLT_General::of_plant() const {
 }
 
 void PLT_General::SetFlags() {
-  const std::vector<int16_t> flags = flags_of(outputs_of(PlantType), const_cast<PLT_Details&>(of_plant().Details));
+  const Outputs& outputs = outputs_of(PlantType);
+  const std::vector<int16_t> flags = flags_of(outputs, const_cast<PLT_Details&>(of_plant().Details));
   if (flags.size() > kOutputFlags) fail(ErrorNumber::InvalidCall, "Too many output flags");
   OutputFlags = {};
   for (size_t i = 0; i < flags.size(); ++i) OutputFlags.items[i] = flags[i];

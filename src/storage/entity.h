@@ -87,7 +87,7 @@ class StoredEntity : public Object {
   virtual void remove_files(int16_t /*index*/) {}
   Database& database() const;
   /// All rows of the index table, by nIndex.
-  virtual Recordset index_rows() const;
+  Recordset index_rows() const;
   /// The references as they are now are those of the database.
   void remember_links(std::vector<Use> uses);
   /// References whose link row is gone.

@@ -103,13 +103,18 @@ void SectionedEntity::drop_results() {
   }
 }
 
+Recordset SectionedEntity::row_of(int16_t index) const {
+  Recordset rows = index_rows();
+  rows.FindFirst("nIndex = ?", {cell(index)});
+  return rows;
+}
+
 void SectionedEntity::Load(int16_t nRecNum) {
   or_as_before([&] {
     Transaction transaction;
     const std::string path = file_of(nRecNum);
     if (!has_file(path)) fail(ErrorNumber::FileNotFound, no_file_message(path));
-    Recordset rows = index_rows();
-    rows.FindFirst("nIndex = ?", {cell(nRecNum)});
+    Recordset rows = row_of(nRecNum);
     Index = nRecNum;
     if (rows.NoMatch()) {
       no_row(nRecNum);
@@ -236,8 +241,7 @@ void SectionedEntity::save(bool after_calculations) {
 }
 
 void SectionedEntity::keep_flags_of_row() {
-  Recordset rows = index_rows();
-  rows.FindFirst("nIndex = ?", {cell(Index)});
+  Recordset rows = row_of(Index);
   if (rows.NoMatch()) return;
   DesHasChanged |= rows.Fields("bDesHasChanged").integer() != 0;
   SimHasChanged |= rows.Fields("bSimHasChanged").integer() != 0;

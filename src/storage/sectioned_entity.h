@@ -43,6 +43,8 @@ class SectionedEntity : public StoredEntity {
   virtual void make_room(size_t /*section*/, std::span<const std::byte> /*header*/, bool /*there*/) {}
   /// What there is to say of a file that is not there.
   virtual std::string no_file_message(const std::string& path) const = 0;
+  /// The index table's rows, at that of an entity, or with no match.
+  virtual Recordset row_of(int16_t index) const;
   /// For an entity without an index row.
   virtual void no_row(int16_t /*index*/) {}
   /// Error `UnknownFormat` for counts out of sense in the sections that were read.
