@@ -1,12 +1,9 @@
 // A large air system - 40 zones of 50 spaces, sizing and simulation - beside plain reads and writes of its file with
 // the same statements.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <filesystem>
 
 #include "airsystems/air_system.h"
-#include "plain_project.h"
+#include "plain_entity.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
 #include "report.h"
@@ -17,7 +14,6 @@ namespace tarn::bench {
 namespace {
 
 constexpr int kZones = 40, kSpaces = 50;  // a zone
-constexpr const char* kUsedKinds[]{"Space", "Schedule", "Tower", "Boiler"};
 
 Ptr<AS_AirSystem> sample_system(COM_ProjectData& project) {
   auto system = project.NewAirSystem();
@@ -76,102 +72,21 @@ struct SystemSample {
   Ptr<AS_AirSystem> system;
 };
 
-/// The same system by hand, with the same statements.
-class PlainSystem {
- public:
-  explicit PlainSystem(const std::string& folder)
-      : database_(opened(folder + "/JOBINX.MDB"), &sqlite3_close),
-        path_(folder + "/JOBA01.DAT"),
-        bytes_(std::filesystem::file_size(path_), '\0'),
-        begin_(database_.get(), "BEGIN"),
-        commit_(database_.get(), "COMMIT"),
-        find_(database_.get(), "SELECT rowid, * FROM AirSystemIndex WHERE nIndex = ?"),
-        same_name_(database_.get(), "SELECT rowid, * FROM AirSystemIndex WHERE (szName = ? AND nIndex <> ?)"),
-        update_(database_.get(), "UPDATE AirSystemIndex SET bDesHasChanged = ? WHERE rowid = ?") {
-    for (const std::string kind : kUsedKinds) {
-      const std::string id = kind + "_ID";
-      links_.emplace_back(database_.get(), ("SELECT " + id + ", nIndex FROM System_" + kind + "_Links LEFT JOIN " +
-                                            kind + "Index ON nIndex = " + id + " WHERE System_ID = ? ORDER BY " + id)
-                                               .c_str());
-    }
-    for (const std::string& statement : AS_AirSystem().kind().reach.statements()) {
-      if (!statement.empty() && statement.find("temp.") == std::string::npos)
-        marks_.emplace_back(database_.get(), statement.c_str());
-    }
+std::vector<std::string> link_queries() {
+  std::vector<std::string> queries;
+  for (const std::string kind : {"Space", "Schedule", "Tower", "Boiler"}) {
+    queries.push_back("SELECT " + kind + "_ID, nIndex FROM System_" + kind + "_Links LEFT JOIN " + kind +
+                      "Index ON nIndex = " + kind + "_ID WHERE System_ID = ? ORDER BY " + kind + "_ID");
   }
-
-  void load() {
-    begin_.run();
-    find();
-    read(bytes_.size());
-    walk(links_);
-    commit_.run();
-  }
-  void load_header() {
-    begin_.run();
-    find();
-    read(sizeof(SystemHeaderRecord));
-    commit_.run();
-  }
-  void save(int64_t changed) {
-    begin_.run();
-    find();
-    same_name_.bind(1, std::string_view("Large system"));
-    same_name_.bind(2, int64_t{1});
-    same_name_.run();
-    update_.bind(1, changed);
-    update_.bind(2, int64_t{1});
-    update_.run();
-    walk(links_);
-    for (PlainStatement& mark : marks_) {
-      mark.bind(1, int64_t{1});
-      mark.run();
-    }
-    const int file = ::open(path_.c_str(), O_RDWR | O_TRUNC | O_CLOEXEC);
-    const bool written = ::pwrite(file, bytes_.data(), bytes_.size(), 0) == static_cast<ssize_t>(bytes_.size());
-    if (!written || ::fsync(file) != 0) throw std::runtime_error("The floor failed: " + path_);
-    ::close(file);
-    commit_.run();
-  }
-
- private:
-  static sqlite3* opened(const std::string& path) {
-    sqlite3* database = nullptr;
-    sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr);
-    return database;
-  }
-  void find() {
-    find_.bind(1, int64_t{1});
-    if (!find_.step()) throw std::runtime_error("The floor failed: no system");
-    find_.reset();
-  }
-  void read(size_t length) {
-    const int file = ::open(path_.c_str(), O_RDONLY | O_CLOEXEC);
-    if (::pread(file, bytes_.data(), length, 0) != static_cast<ssize_t>(length))
-      throw std::runtime_error("The floor failed: " + path_);
-    ::close(file);
-  }
-  void walk(std::vector<PlainStatement>& statements) {
-    for (PlainStatement& statement : statements) {
-      statement.bind(1, int64_t{1});
-      while (statement.step()) last_ = sqlite3_column_int64(statement.get(), 0);
-      statement.reset();
-    }
-  }
-
-  std::unique_ptr<sqlite3, decltype(&sqlite3_close)> database_;
-  std::string path_;
-  std::string bytes_;
-  PlainStatement begin_, commit_, find_, same_name_, update_;
-  std::vector<PlainStatement> links_, marks_;
-  volatile int64_t last_ = 0;
-};
+  return queries;
+}
 
 }  // namespace
 
 void air_system_cases(Report& report, const std::string& folder) {
   SystemSample sample(folder + "/systems");
-  PlainSystem plain(folder + "/systems/floor");
+  PlainEntity plain(folder + "/systems/floor", "JOBA01.DAT", "AirSystemIndex", link_queries(),
+                    sample.system->kind().reach);
   const Ptr<AS_AirSystem> system = sample.project.NewAirSystem();
   const auto load = [&] {
     Transaction transaction;
@@ -188,7 +103,7 @@ void air_system_cases(Report& report, const std::string& folder) {
   int64_t changed = 0;
   report.compare({"save a system of 2,000 spaces after calculations", 1, 1.5, 51}, ours, {[&] {
                    changed = -1 - changed;
-                   plain.save(changed);
+                   plain.save("Large system", changed);
                  }});
   const auto header = sample.project.NewAirSystem();
   header->SetMask(CCM_HEADERMASK, CCM_MASKALL);
@@ -197,7 +112,7 @@ void air_system_cases(Report& report, const std::string& folder) {
     header->Load(1);
     transaction.commit();
   }};
-  report.compare({"load the header of a system alone", 1, 2.5, 1001}, ours_header, {[&] { plain.load_header(); }});
+  report.compare({"load the header of a system alone", 1, 2.5, 1001}, ours_header, {[&] { plain.load(sizeof(SystemHeaderRecord), false); }});
 }
 
 }  // namespace tarn::bench

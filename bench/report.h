@@ -42,6 +42,7 @@ void air_system_cases(Report& report, const std::string& folder);
 void by_name_cases(Report& report);
 void construction_cases(Report& report, const std::string& folder);
 void exchange_cases(Report& report, const std::string& folder);
+void plant_cases(Report& report, const std::string& folder);
 void staleness_cases(Report& report, const std::string& folder);
 void window_cases(Report& report, const std::string& folder);
 

@@ -1,6 +1,7 @@
 #include "plant/plant.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/workspace.h"
 
@@ -155,6 +156,18 @@ void PLT_Plant::check_counts(const std::string& path) const {
 
 // ---- life
 
+/// Runs an operation of some sections; a failure leaves the mask as it was.
+template <typename F>
+void PLT_Plant::with_mask(int32_t mask, F operation) {
+  const int32_t before = std::exchange(mask_, mask);
+  try {
+    operation();
+  } catch (...) {
+    mask_ = before;
+    throw;
+  }
+}
+
 Recordset PLT_Plant::row_of(int16_t index) const {
   database();  // without one, that is the error
   try {
@@ -176,29 +189,15 @@ void PLT_Plant::no_row(int16_t index) {
 }
 
 void PLT_Plant::Load(int32_t nOpMode, int16_t nRecNum) {
-  or_as_before([&] {
-    const int16_t before = Index;
-    mask_ = nOpMode;
-    SectionedEntity::Load(nRecNum);
-    loaded_ = nOpMode | (before == nRecNum && before != 0 ? loaded_ : 0);
-  });
+  const int32_t held = Index == nRecNum && Index != 0 ? loaded_ : 0;
+  with_mask(nOpMode, [&] { SectionedEntity::Load(nRecNum); });
+  loaded_ = nOpMode | held;
 }
 
 void PLT_Plant::Load(int16_t nRecNum) { Load(CCM_ALL, nRecNum); }
 
 void PLT_Plant::Save(int32_t nOpMode, std::optional<bool>& bSaveAfterCalculation) {
-  save(nOpMode, bSaveAfterCalculation.value_or(false));
-}
-
-void PLT_Plant::save(int32_t mask, bool after_calculations) {
-  const int32_t before = mask_;
-  mask_ = mask;
-  try {
-    SectionedEntity::save(after_calculations);
-  } catch (...) {
-    mask_ = before;
-    throw;
-  }
+  with_mask(nOpMode, [&] { save(bSaveAfterCalculation.value_or(false)); });
 }
 
 /// A save of inputs that the object never held would empty what the file has.
@@ -267,12 +266,11 @@ void PLT_Plant::read_default() {
 
 void PLT_Plant::WriteDefaultsFile(const std::string& strFileName) {
   if (strFileName.empty()) fail(ErrorNumber::FileNotFound, "The default plant has no file name; give it one.");
-  const int32_t before = mask_;
-  mask_ = CCM_ALL;
-  Transaction transaction;
-  write_file(strFileName, false);
-  transaction.commit();
-  mask_ = before;
+  with_mask(CCM_ALL, [&] {
+    Transaction transaction;
+    write_file(strFileName, false);
+    transaction.commit();
+  });
 }
 
 void PLT_Plant::renew() {
@@ -282,9 +280,8 @@ void PLT_Plant::renew() {
 }
 
 std::function<void()> PLT_Plant::keep_rest() {
-  return [this, rest = SectionedEntity::keep_rest(), mask = mask_, loaded = loaded_, hourly = HourlySimData.items()] {
+  return [this, rest = SectionedEntity::keep_rest(), loaded = loaded_, hourly = HourlySimData.items()] {
     rest();
-    mask_ = mask;
     loaded_ = loaded;
     HourlySimData.set_items(hourly);
   };

@@ -37,7 +37,10 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
   /// that is not made after calculations marks sizing and simulation as changed. Errors `InvalidCall` for a name that
   /// another plant has, for a used loop without pumps, and for inputs that were never loaded.
   void Save(int32_t nOpMode, std::optional<bool>& bSaveAfterCalculation);
-  void Save(int32_t nOpMode) { save(nOpMode, false); }
+  void Save(int32_t nOpMode) {
+    std::optional<bool> by_user;
+    Save(nOpMode, by_user);
+  }
   using SectionedEntity::Save;
   /// The current plant as a default: its header and inputs.
   void WriteDefaultsFile(const std::string& strFileName);
@@ -55,7 +58,8 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
  private:
   enum Section : size_t { kHeader, kSystems, kDetails, kSizing, kProfile, kUnmet, kLeed, kHourly, kSections };
 
-  void save(int32_t mask, bool after_calculations);
+  template <typename F>
+  void with_mask(int32_t mask, F operation);
   void check_loaded() const;
   bool holds_anything(size_t section);
 

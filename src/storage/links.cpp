@@ -34,21 +34,30 @@ const std::vector<LinkTable>& tables_of(std::string_view owner, std::string_view
   return tables->second;
 }
 
-void add_kinds(const ClassInfo& info, std::set<std::string_view>& kinds) {
+/// What there is to refer in a class: its reference fields, the parts that have some, and the kinds they may be of,
+/// however many parts there are now.
+struct References {
+  std::vector<const Member*> members;  // in interface order
+  std::set<std::string_view> kinds;
+};
+
+const References& references_of(const ClassInfo& info) {
+  static thread_local std::map<const ClassInfo*, References> known;
+  if (const auto found = known.find(&info); found != known.end()) return found->second;
+  References references;
   for (const Member& member : info.members) {
     for (const auto kind : std::views::split(member.refers_to, ' ')) {
-      if (!kind.empty()) kinds.insert(std::string_view(kind.begin(), kind.end()));
+      if (!kind.empty()) references.kinds.insert(std::string_view(kind.begin(), kind.end()));
     }
-    if (member.is_part()) add_kinds(member.part_info(), kinds);
+    if (!member.is_part()) {
+      if (member.stored() && !member.refers_to.empty()) references.members.push_back(&member);
+      continue;
+    }
+    const References& part = references_of(member.part_info());
+    references.kinds.insert(part.kinds.begin(), part.kinds.end());
+    if (!part.members.empty()) references.members.push_back(&member);
   }
-}
-
-/// The kinds that fields of a class and its parts may refer to, however many parts there are now.
-const std::set<std::string_view>& kinds_of(const ClassInfo& info) {
-  static thread_local std::map<const ClassInfo*, std::set<std::string_view>> known;
-  auto [kinds, added] = known.try_emplace(&info);
-  if (added) add_kinds(info, kinds->second);
-  return kinds->second;
+  return known.emplace(&info, std::move(references)).first->second;
 }
 
 }  // namespace
@@ -77,30 +86,38 @@ std::string ReferenceName::operator()() const {
     at.push_back(b.first + static_cast<int>(rest % static_cast<size_t>(b.size())));
     rest /= static_cast<size_t>(b.size());
   }
-  return prefix + element_name(field, at);
+  return (path ? path->prefix() : std::string()) + element_name(field, at);
 }
 
 namespace {
 
-void visit_references(Object& owner, const ReferenceAction& action, const std::string& prefix) {
-  const ClassInfo& info = owner.info();
-  for (const Member& field : info.members) {
+constexpr uint64_t kSpread = 0x9E3779B97F4A7C15ULL;  // 2^64 over the golden ratio
+
+uint64_t place_in(uint64_t owner, const Member& member, uint64_t number) {
+  return (owner ^ reinterpret_cast<uintptr_t>(&member)) * kSpread + number * kSpread;
+}
+
+/// `place` tells the object from the others inside the one that is walked.
+void visit_references(Object& owner, const ReferenceAction& action, const PartPath* path, uint64_t place) {
+  for (const Member* member : references_of(owner.info()).members) {
+    const Member& field = *member;
     if (field.is_part()) {
-      if (kinds_of(field.part_info()).empty()) continue;
-      for (int number = 1; number <= field.part_count(owner); ++number)
-        visit_references(field.part(owner, number), action, prefix + part_prefix(field, number));
+      for (int number = 1; number <= field.part_count(owner); ++number) {
+        const PartPath deeper{path, &field, number};
+        visit_references(field.part(owner, number), action, &deeper,
+                         place_in(place, field, static_cast<uint64_t>(number)));
+      }
+      continue;
     }
-    if (!field.stored() || field.refers_to.empty()) continue;
     const std::string_view target = field.target_of(owner);
     if (target.empty()) continue;
-    const uint64_t place = std::hash<std::string>()(prefix) ^ std::hash<const Member*>()(&field);
     const size_t elements = field.elements(), width = field.size / elements;
     std::byte* at = field.place(owner);
     for (size_t element = 0; element < elements; ++element, at += width) {
       const int32_t index = reference_at(field, at);
       if (index == 0) continue;
-      const Use use{place + (element + 1) * 0x9E3779B97F4A7C15ULL, target, index};
-      const int32_t wanted = action(use, ReferenceName{prefix, field, element});
+      const Use use{place_in(place, field, element + 1), target, index};
+      const int32_t wanted = action(use, ReferenceName{path, field, element});
       if (wanted != index) set_reference(field, at, wanted);
     }
   }
@@ -108,7 +125,7 @@ void visit_references(Object& owner, const ReferenceAction& action, const std::s
 
 }  // namespace
 
-void for_each_reference(Object& object, const ReferenceAction& action) { visit_references(object, action, {}); }
+void for_each_reference(Object& object, const ReferenceAction& action) { visit_references(object, action, nullptr, 0); }
 
 std::string index_table_of(std::string_view kind) {
   return (kind == "System" ? "AirSystem" : std::string(kind)) + "Index";
@@ -169,7 +186,7 @@ bool LinkRows::is_there(const Use& use) {
 
 std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const KindTest& counts) {
   std::vector<std::string_view> kinds;
-  std::ranges::copy_if(kinds_of(info), std::back_inserter(kinds), counts);
+  std::ranges::copy_if(references_of(info).kinds, std::back_inserter(kinds), counts);
   return kinds;
 }
 

@@ -23,14 +23,21 @@ struct Use {
   bool operator==(const Use&) const = default;
 };
 
-/// Calls `action` on every reference of an object and its parts that is not 0; what it returns is stored, where it
-/// differs. `name` gives the field as a person names it: "Wall(2).WindowType(1)".
+/// The way from the object to one of its parts; null for the object itself.
+struct PartPath {
+  const PartPath* owner;
+  const Member* part;
+  int number;
+  std::string prefix() const { return (owner ? owner->prefix() : std::string()) + part_prefix(*part, number); }
+};
 struct ReferenceName {
-  const std::string& prefix;
+  const PartPath* path;
   const Member& field;
   size_t element;  // from 0, the first subscript fastest
   std::string operator()() const;
 };
+/// Calls `action` on every reference of an object and its parts that is not 0; what it returns is stored, where it
+/// differs. `name` gives the field as a person names it: "Wall(2).WindowType(1)".
 using ReferenceAction = std::function<int32_t(const Use& use, const ReferenceName& name)>;
 void for_each_reference(Object& object, const ReferenceAction& action);
 
