@@ -112,7 +112,8 @@ void air_system_cases(Report& report, const std::string& folder) {
     header->Load(1);
     transaction.commit();
   }};
-  report.compare({"load the header of a system alone", 1, 2.5, 1001}, ours_header, {[&] { plain.load(sizeof(SystemHeaderRecord), false); }});
+  report.compare({"load the header of a system alone", 1, 2.5, 1001}, ours_header,
+                 {[&] { plain.load(sizeof(SystemHeaderRecord), false); }});
 }
 
 }  // namespace tarn::bench

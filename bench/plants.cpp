@@ -51,7 +51,6 @@ std::string index_rows() {
   return script + "INSERT INTO Building_Plant_Links (Building_ID, Plant_ID) VALUES (1, 1); COMMIT;";
 }
 
-/// Every table of links once; equipment stands in two.
 std::vector<std::string> link_queries() {
   std::vector<std::string> queries;
   const auto add = [&](const std::string& table, const std::string& id, const std::string& index,
@@ -67,12 +66,15 @@ std::vector<std::string> link_queries() {
   return queries;
 }
 
+/// A save sees to the older tables of equipment too.
 std::vector<std::string> link_queries_of_save() {
   std::vector<std::string> queries = link_queries();
   for (const std::string kind : {"Chiller", "Boiler"}) {
     queries.push_back("SELECT " + kind + "_ID, nIndex FROM Plant_" + kind + "_Links LEFT JOIN " + kind +
                       "Index ON nIndex = " + kind + "_ID WHERE Plant_ID = ? ORDER BY " + kind + "_ID");
   }
+  queries.push_back(
+      "DELETE FROM Plant_Equipment_Links WHERE Plant_ID = ? AND (Library_ID IS NULL OR Library_ID NOT IN (10, 20))");
   return queries;
 }
 

@@ -153,7 +153,9 @@ Object& header_of(Object& entity, const std::string& property) {
   const int own = entity.info().number(property);
   if (own >= 0 && !entity.info().members[static_cast<size_t>(own)].read_only) return entity;
   for (const Member& member : entity.info().members) {
-    if (!member.is_part() || member.numbered_part || member.part_info().number("Name") < 0) continue;
+    if (!member.is_part() || member.numbered_part) continue;
+    const int name = member.part_info().number("Name");
+    if (name < 0 || member.part_info().members[static_cast<size_t>(name)].read_only) continue;
     Object& header = member.part(entity, 1);
     return header.info().number(property) < 0 ? entity : header;
   }

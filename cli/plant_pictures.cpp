@@ -21,8 +21,8 @@ Json real(float value) { return to_json(Value(value)); }
 // ---- chillers
 
 void show_map(const CHL_OperatingMode& mode, const char* what, const Array<R4, kMapRows, kMapColumns>& values) {
-  const int rows = std::clamp<int>(mode.NumRows, 0, kMapRows),
-            columns = std::clamp<int>(mode.NumColumns, 0, kMapColumns);
+  const int rows = std::clamp<int>(mode.NumRows(), 0, kMapRows),
+            columns = std::clamp<int>(mode.NumColumns(), 0, kMapColumns);
   if (rows == 0 || columns == 0) return;
   const bool stages = CHL_MapDataTypes{mode.ColumnDataType} == CHL_MapDataTypes::DT_CHILLER_UNLOADING_STAGES;
   std::vector<std::string> heads{"entering F"};

@@ -169,10 +169,6 @@ void AS_AirSystem::pack_spaces(ZoneRecord& zone, int entries) {
 
 void AS_AirSystem::before_save() {
   as_given_ = false;
-  on_rollback([this, header = SystemHeaderRecord(general_), put_rest_back = keep_rest()] {
-    static_cast<SystemHeaderRecord&>(general_) = header;
-    put_rest_back();
-  });
   const int16_t zones = general_.NumZones;
   if (take_unselected_header() && selected(kInputs)) general_.NumZones = zones;
   if (!IsNameUnique()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");

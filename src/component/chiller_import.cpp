@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <numeric>
 
+#include "base/value.h"
 #include "plant/chiller.h"
 
 namespace tarn {
@@ -14,7 +15,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr double kLeavingWater = 44, kEnteringAir = 95, kEnteringWater = 85;  // F
-constexpr double kWattsPerTon = 3516.8528, kWattsPerKW = 1000;
+constexpr double kWattsPerTon = 3516.85284207, kWattsPerKW = 1000;
 constexpr double kGpmPerCubicMetre = 15850.323;  // a second
 
 double fahrenheit(double kelvin) { return kelvin * 1.8 - 459.67; }
@@ -42,7 +43,11 @@ struct Place {
   double weight = 0;  // of the higher one
 };
 
+/// A value at the end of an axis may be rounded in the file; hundredths of a kelvin are.
 Place place_on(const Axis& axis, double value) {
+  constexpr double kRounding = 0.01;
+  if (value > axis.values.back() - kRounding && value < axis.values.back() + kRounding) value = axis.values.back();
+  if (value > axis.values.front() - kRounding && value < axis.values.front() + kRounding) value = axis.values.front();
   const auto above = std::lower_bound(axis.values.begin(), axis.values.end(), value);
   if (above == axis.values.end() || (above == axis.values.begin() && *above != value)) {
     refuse("its " + axis.name + " goes from " + shown(fahrenheit(axis.values.front())) + " to " +
@@ -69,7 +74,8 @@ class Map {
       axis->stride = size;
       size *= axis->values.size();
     }
-    for (const char* name : {"input_power", "net_evaporator_capacity"}) {
+    for (const char* name : {"input_power", "net_evaporator_capacity", "operation_state"}) {
+      if (name == std::string_view("operation_state") && !lookup_.contains(name)) continue;
       if (lookup_.at(name).size() != size)
         refuse(std::string(name) + " has " + std::to_string(lookup_.at(name).size()) + " values, where its grid has " +
                std::to_string(size));
@@ -96,7 +102,9 @@ class Map {
     const size_t base = fixed_ + row * entering_->stride + stage * stages_->stride;
     const double low = values.at(base + leaving_at_.low * leaving_->stride).get<double>();
     const double high = values.at(base + leaving_at_.high * leaving_->stride).get<double>();
-    return low + (high - low) * leaving_at_.weight;
+    const double value = low + (high - low) * leaving_at_.weight;
+    if (std::abs(value) > 1e12) refuse(std::string(variable) + " of " + shown(value) + " W is no value");
+    return value;
   }
 
   /// Points of the slice that are not in normal operation.
@@ -147,9 +155,9 @@ class Map {
     for (const Axis& a : axes_) {
       if (&a == leaving_ || &a == stages_ || &a == entering_) continue;
       fixed_ += fixed_place(a) * a.stride;
-      if (a.values.size() > 1)
-        notes.push_back(a.name + " is held at " + shown(a.values[fixed_place(a)]) + "; its other " +
-                        std::to_string(a.values.size() - 1) + " values");
+      if (a.values.size() == 1 && a.is("liquid") && a.is("flow")) continue;  // the design flow
+      notes.push_back(a.name + ", which is held at " + shown(a.values[fixed_place(a)]) +
+                      (a.values.size() > 1 ? ": its other values" : ""));
     }
   }
 
@@ -175,11 +183,15 @@ std::vector<size_t> chosen(const Axis& axis, size_t most, std::vector<std::strin
 void fill_mode(CHL_OperatingMode& mode, const Map& map, std::vector<std::string>& notes) {
   const auto rows = chosen(map.entering(), kMapRows, notes), stages = chosen(map.stages(), kMapColumns, notes);
   static_cast<OperatingModeRecord&>(mode) = {};
-  mode.NumRows = static_cast<int16_t>(rows.size());
-  mode.NumColumns = static_cast<int16_t>(stages.size());
+  mode.SetNumRows(static_cast<int16_t>(rows.size()));
+  mode.SetNumColumns(static_cast<int16_t>(stages.size()));
   mode.ColumnDataType = CHL_MapDataTypes::DT_CHILLER_UNLOADING_STAGES;
-  for (size_t c = 0; c < stages.size(); ++c)
-    mode.MapColumnHeading.items[c] = static_cast<int16_t>(std::lround(map.stages().values[stages[c]]));
+  for (size_t c = 0; c < stages.size(); ++c) {
+    const double stage = map.stages().values[stages[c]];
+    if (stage < 1 || stage > INT16_MAX || stage != std::floor(stage))
+      refuse("compressor_sequence_number " + shown(stage) + " is no stage");
+    mode.MapColumnHeading.items[c] = static_cast<int16_t>(stage);
+  }
   for (size_t r = 0; r < rows.size(); ++r) {
     mode.MapRowHeading.items[r] = static_cast<float>(fahrenheit(map.entering().values[rows[r]]));
     for (size_t c = 0; c < stages.size(); ++c) {
@@ -210,6 +222,18 @@ std::string text_at(const Json& json, const char* key) {
   return json.is_object() && json.contains(key) && json.at(key).is_string() ? json.at(key).get<std::string>() : "";
 }
 
+/// As much of a text as there is room for.
+template <size_t N>
+void take_text(Text<N>& field, const std::string& text, const std::string& what, std::vector<std::string>& notes) {
+  try {
+    field = text;
+    if (field.trimmed() != trimmed(text)) notes.push_back("the end of " + what + " \"" + text + "\"");
+  } catch (const Error&) {  // a character that the code page has not
+    field = "";
+    notes.push_back(what + " \"" + text + "\"");
+  }
+}
+
 /// By what the text says of the compressor; where it says nothing the scroll, whose machines are the smallest.
 CHL_ChillerTypes type_of(const Json& product, bool air_cooled, std::vector<std::string>& notes) {
   const std::string compressor = text_at(product, "compressor_type");
@@ -232,8 +256,11 @@ void fill_record(ChillerRecord& record, const Json& text, const Map& map, const 
   const Json& product = description.contains("product_information") ? description.at("product_information") : none;
   std::string name = text_at(product, "model_number");
   if (name.empty()) name = text_at(metadata, "description");
-  record.Name = name;
-  record.Notes = "ASHRAE 205 " + text_at(metadata, "id");
+  take_text(record.Name, name, "the name", notes);
+  take_text(record.Notes, "ASHRAE 205 " + text_at(metadata, "id"), "the identifier", notes);
+  const std::string condenser = text_at(text.at("performance"), "condenser_type");
+  if (!condenser.empty() && (condenser == "AIR") != map.air_cooled())
+    notes.push_back("condenser_type, which does not fit the map; the map's temperature is taken");
   record.SourceFluid = map.air_cooled() ? CHL_SourceFluids::AirSource : CHL_SourceFluids::WaterSource;
   record.FunctionType = CHL_FunctionTypes::FT_CoolingOnly;
   record.ChillerType = type_of(product, map.air_cooled(), notes);
@@ -245,26 +272,38 @@ void fill_record(ChillerRecord& record, const Json& text, const Map& map, const 
   record.HotGasBypass = product.contains("hot_gas_bypass_installed") && product.at("hot_gas_bypass_installed") == true;
   // The lowest stage, of the highest, in the row nearest to full load.
   int row = 1;
-  for (int r = 1; r <= mode.NumRows; ++r) {
+  for (int r = 1; r <= mode.NumRows(); ++r) {
     if (std::abs(mode.MapRowHeading(r) - mode.FLEnteringTemp) < std::abs(mode.MapRowHeading(row) - mode.FLEnteringTemp))
       row = r;
   }
-  const float most = mode.MapCapacity(row, int{mode.NumColumns});
+  const float most = mode.MapCapacity(row, int{mode.NumColumns()});
   record.MinUnloading = most > 0 ? 100 * mode.MapCapacity(row, 1) / most : 0;
 }
 
+/// Keys that are not among those with a place.
+void note_others(const Json& object, const std::string& where, std::initializer_list<std::string_view> taken,
+                 std::vector<std::string>& notes) {
+  for (const auto& [key, value] : object.items()) {
+    if (std::find(taken.begin(), taken.end(), key) == taken.end()) notes.push_back(where + key);
+  }
+}
+
 /// What a chiller's record has no place for.
-void note_the_rest(const Json& performance, const Map& map, std::vector<std::string>& notes) {
-  const auto has_a_place = [](std::string_view key) {
-    return key == "performance_map_cooling" || key == "condenser_type" || key == "compressor_speed_control_type";
-  };
-  for (const auto& [key, value] : performance.items()) {
-    if (!has_a_place(key)) notes.push_back(key);
+void note_the_rest(const Json& text, const Map& map, std::vector<std::string>& notes) {
+  const Json& performance = text.at("performance");
+  note_others(text, "", {"metadata", "description", "performance"}, notes);
+  note_others(text.at("metadata"), "metadata: ",
+              {"data_model", "schema", "schema_version", "id", "description", "data_timestamp", "data_version"}, notes);
+  if (text.contains("description")) {
+    note_others(text.at("description"), "description: ", {"product_information"}, notes);
+    if (text.at("description").contains("product_information")) {
+      note_others(text.at("description").at("product_information"),
+                  "product_information: ", {"model_number", "compressor_type", "hot_gas_bypass_installed"}, notes);
+    }
   }
-  for (const auto& [key, value] : performance.at("performance_map_cooling").at("lookup_variables").items()) {
-    if (key != "input_power" && key != "net_evaporator_capacity" && key != "operation_state")
-      notes.push_back("performance_map_cooling: " + key);
-  }
+  note_others(performance, "", {"performance_map_cooling", "condenser_type"}, notes);
+  note_others(performance.at("performance_map_cooling").at("lookup_variables"),
+              "performance_map_cooling: ", {"input_power", "net_evaporator_capacity", "operation_state"}, notes);
   if (const int points = map.not_normal(); points > 0)
     notes.push_back("operation_state: " + std::to_string(points) + " points of the map are not NORMAL");
   notes.push_back("other leaving water temperatures than 44 F");
@@ -281,21 +320,26 @@ std::vector<std::string> import_chiller(CHL_Chiller& chiller, const std::string&
     const Json text = Json::parse(file);
     const std::string schema = text_at(text.at("metadata"), "schema");
     if (schema != "RS0001") refuse("its schema is \"" + schema + "\", where a chiller's is RS0001");
+    const std::string model = text_at(text.at("metadata"), "data_model");
+    if (!model.empty() && model != "ASHRAE_205") refuse("its data model is \"" + model + "\", not ASHRAE_205");
     const Json& performance = text.at("performance");
     const Map map(performance.at("performance_map_cooling"), notes);
     CHL_OperatingMode mode;
     fill_mode(mode, map, notes);
     ChillerRecord record{};
     fill_record(record, text, map, mode, notes);
-    note_the_rest(performance, map, notes);
+    note_the_rest(text, map, notes);
     static_cast<ChillerRecord&>(chiller) = record;
     static_cast<OperatingModeRecord&>(chiller.CoolingMode) = mode;
     for (CHL_OperatingMode* other : {&chiller.HeatRecoveryMode, &chiller.HeatingMode})
       static_cast<OperatingModeRecord&>(*other) = {};
+  } catch (const std::ios_base::failure&) {
+    fail(ErrorNumber::FileNotFound, "Cannot read " + path + ".");
   } catch (const nlohmann::json::exception& error) {
     refuse(path + " is no chiller in the JSON form of ASHRAE 205: " + error.what());
   } catch (const Error& error) {
-    throw Error(error.number(), error.source(), path + ": " + error.what() + ".");
+    const std::string_view what = error.what();
+    throw Error(error.number(), error.source(), path + ": " + std::string(what) + (what.ends_with('.') ? "" : "."));
   }
   return notes;
 }

@@ -233,6 +233,7 @@ class Import {
       if (!complete) {  // what a text leaves out is the default's
         entity->CreateDefault();
         entity->Reset(true);
+        entity->set_changed();
       }
       if (complete) entity->renew();
       fields(*entity, json, "index", index > 0 || keeps_indexes);

@@ -62,6 +62,9 @@ class BLR_Boiler final : public Entity<BLR_Boiler, BoilerRecord> {
   const ClassInfo& info() const override;
   const Kind& kind() const override;
 
+  using Entity::Load;
+  void Load(int32_t RecordNumber) { load_number(RecordNumber); }
+
   BLR_FuelTypes FuelType() const { return BoilerRecord::FuelType; }
   /// Error `InvalidCall` for what is no fuel; so for the model.
   void SetFuelType(BLR_FuelTypes type);

@@ -7,16 +7,26 @@ namespace tarn {
 const ClassInfo& CHL_OperatingMode::info() const {
   using R = OperatingModeRecord;
   using C = CHL_OperatingMode;
-  static const ClassInfo info =
-      describe<C>(Failures::Raised, property<&C::Name>, property<&R::FLLeavingWaterTemp>("F"),
-                  property<&R::FLEnteringTemp>("F"), property<&R::FLCapacity>, property<&R::FLPower>,
-                  property<&R::FLPowerUnits>, property<&R::EvapFlow>, property<&R::EvapFlowUnits>,
-                  property<&R::CondFlow>, property<&R::CondFlowUnits>, property<&R::NumRows>, property<&R::NumColumns>,
-                  property<&R::ColumnDataType>, property<&R::MapRowHeading>("F"), property<&R::MapColumnHeading>,
-                  property<&R::MapCapacity>, property<&R::MapPower>, another<&R::MapCapacity>.named("MapCapacityArray"),
-                  another<&R::MapPower>.named("MapPowerArray"), property<&R::TempPwrCoeffA>,
-                  property<&R::TempPwrCoeffB>, property<&R::TempCapCoeffA>, property<&R::TempCapCoeffB>);
+  static const ClassInfo info = describe<C>(
+      Failures::Raised, property<&R::FLLeavingWaterTemp>("F"), property<&R::FLEnteringTemp>("F"),
+      property<&R::FLCapacity>, property<&R::FLPower>, property<&R::FLPowerUnits>, property<&R::EvapFlow>,
+      property<&R::EvapFlowUnits>, property<&R::CondFlow>, property<&R::CondFlowUnits>,
+      converted<&R::NumRows, &C::NumRows, &C::SetNumRows>, converted<&R::NumColumns, &C::NumColumns, &C::SetNumColumns>,
+      property<&R::ColumnDataType>, property<&R::MapRowHeading>("F"), property<&R::MapColumnHeading>,
+      property<&R::MapCapacity>, property<&R::MapPower>, another<&R::MapCapacity>.named("MapCapacityArray"),
+      another<&R::MapPower>.named("MapPowerArray"), property<&R::TempPwrCoeffA>, property<&R::TempPwrCoeffB>,
+      property<&R::TempCapCoeffA>, property<&R::TempCapCoeffB>, property<&C::Name>);
   return info;
+}
+
+void CHL_OperatingMode::SetNumRows(int16_t rows) {
+  if (rows < 0 || rows > kMapRows) subscript_out_of_range(rows, {0, kMapRows});
+  OperatingModeRecord::NumRows = rows;
+}
+
+void CHL_OperatingMode::SetNumColumns(int16_t columns) {
+  if (columns < 0 || columns > kMapColumns) subscript_out_of_range(columns, {0, kMapColumns});
+  OperatingModeRecord::NumColumns = columns;
 }
 
 CHL_Chiller::CHL_Chiller() {
@@ -65,7 +75,7 @@ const ClassInfo& CHL_Chiller::info() const {
       property<&R::MaxHeatRecovery>("%"), property<&R::IPLV>, owned<&C::CoolingMode>, owned<&C::HeatRecoveryMode>,
       owned<&C::HeatingMode>, property<&R::DXFCDeltaT>("F"), property<&R::DXFCCapacity>, property<&R::DXFCPower>,
       method<&C::CreateDefaultByType>("nChillerType", "sDefaultsFile"),
-      method<&C::GetDXFCDefaults>("DXFCOption", "UOM", "DeltaT", "Power", "Capacity"), property<&C::Index>.read_only(),
+      method<&C::GetDXFCDefaults>("DXFCOption", "UOM", "DeltaT", "Power", "Capacity"), property<&C::Index>,
       property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>, method<&C::Reset>("bResetAll"),
       method<&C::Clone>("nIndex"), method<&C::CopyInstance>, method<&C::GetFreeIndex>, method<&C::Delete>("nRecNum"),
       method<&C::Load>("RecordNumber"), method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
@@ -85,7 +95,6 @@ void CHL_Chiller::CreateDefaultByType(int16_t nChillerType, const std::string& s
   }
   files.read(sDefaultsFile, static_cast<uint64_t>(nChillerType - 1) * bytes.size(), bytes, OpenMode::Read);
   set_record(bytes);
-  Index = 0;
 }
 
 namespace {

@@ -51,7 +51,7 @@ struct ChillerRecord {
   Code<CHL_DXFCUOM> DXFCUOM;
   Code<CHL_HeatRecMethods> HeatRecoveryMethod;
   R4 MaxHeatRecovery;  // per cent of the heat of rejection
-  R4 IPLV;             // in the unit of the full-load power
+  R4 IPLV;             // kW/ton, or MBH/ton of fuel or heat
   Array<R4, 10> DXFCDeltaT, DXFCCapacity, DXFCPower;
 };
 static_assert(sizeof(ChillerRecord) == 268);
@@ -64,6 +64,12 @@ class CHL_OperatingMode final : public Part<OperatingModeRecord> {
   const ClassInfo& info() const override;
   /// "CoolingMode", as the chiller calls it.
   std::string Name() const { return name_; }
+
+  // Of the map, in use: 0 to 10 and 0 to 20. Error `SubscriptOutOfRange`.
+  int16_t NumRows() const { return OperatingModeRecord::NumRows; }
+  int16_t NumColumns() const { return OperatingModeRecord::NumColumns; }
+  void SetNumRows(int16_t rows);
+  void SetNumColumns(int16_t columns);
 
  private:
   std::string name_;
@@ -78,7 +84,7 @@ class CHL_Chiller final : public Entity<CHL_Chiller, ChillerRecord> {
   CHL_OperatingMode CoolingMode{"CoolingMode"}, HeatRecoveryMode{"HeatRecoveryMode"}, HeatingMode{"HeatingMode"};
 
   /// Takes the record of a type, 1 to 12, from a file of such records. Errors `FileNotFound`, `InvalidCall` for a type
-  /// that the file has not; the chiller stays as it was.
+  /// that the file has not; the chiller stays as it was. Its index stays anyway.
   void CreateDefaultByType(int16_t nChillerType, const std::string& sDefaultsFile);
   /// The usual curve of free cooling by the refrigerant circuit, 10 points: how far outdoor air lies below the leaving
   /// water (F), and power and capacity there as fractions of full load. Error `InvalidCall` for other options than 1

@@ -66,6 +66,9 @@ class TWR_CoolingTower final : public Entity<TWR_CoolingTower, TowerRecord> {
  public:
   const ClassInfo& info() const override;
   const Kind& kind() const override;
+
+  using Entity::Load;
+  void Load(int32_t RecordNumber) { load_number(RecordNumber); }
 };
 
 }  // namespace tarn

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/log.h"
 #include "platform/workspace.h"
 
 namespace tarn {
@@ -70,7 +71,7 @@ const ClassInfo& PLT_Plant::info() const {
       method<&C::CreateDefault>, method<&C::WriteDefaultsFile>("strFileName"), method<&C::Delete>("nRecNum"),
       method<static_cast<void (C::*)(int32_t, int16_t)>(&C::Load)>("nOpMode", "nRecNum"),
       method<static_cast<void (C::*)(int32_t, std::optional<bool>&)>(&C::Save)>("nOpMode", "bSaveAfterCalculation"),
-      property<&C::FileName>, method<&C::GetFreeIndex>, property<&C::Index>.read_only(), method<&C::GetDBHandle>,
+      property<&C::FileName>, method<&C::GetFreeIndex>, property<&C::Index>, method<&C::GetDBHandle>,
       method<&C::SetDBHandle>("DB"), property<&C::SimHasChanged>.kept_in_row(),
       property<&C::DesHasChanged>.kept_in_row(), method<&C::IsNameUnique>("sName"));
   return info;
@@ -141,8 +142,8 @@ void PLT_Plant::make_room(size_t section, std::span<const std::byte> header, boo
 }
 
 void PLT_Plant::check_counts(const std::string& path) const {
-  if (selected(kSystems) && (SystemSelect.NumSystems < 0 || SystemSelect.NumSystems > kPlantSystems))
-    senseless(path, "systems", SystemSelect.NumSystems, kPlantSystems);
+  if (selected(kSystems) && (SystemSelect.NumSystems() < 0 || SystemSelect.NumSystems() > kPlantSystems))
+    senseless(path, "systems", SystemSelect.NumSystems(), kPlantSystems);
   auto& details = const_cast<PLT_Details&>(Details);
   for (const PLT_EquipmentList* list : details.lists()) {
     if (list->NumEquipment() < 0 || list->NumEquipment() > kPlantEquipment)
@@ -202,13 +203,24 @@ void PLT_Plant::Save(int32_t nOpMode, std::optional<bool>& bSaveAfterCalculation
 
 /// A save of inputs that the object never held would empty what the file has.
 void PLT_Plant::check_loaded() const {
-  if (Index == 0) return;
   for (const size_t section : {kSystems, kDetails}) {
-    if (selected(section) && (loaded_ & kSectionMasks[section]) == 0) {
-      fail(ErrorNumber::InvalidCall, "The " + std::string(section == kSystems ? "SystemSelect" : "Details") +
-                                         " of plant " + std::to_string(Index) +
-                                         " were not loaded, so that a save would empty them. Load them first, or leave "
-                                         "them out of nOpMode.");
+    if (!selected(section) || (loaded_ & kSectionMasks[section]) != 0) continue;
+    const std::string what = section == kSystems ? "SystemSelect" : "Details";
+    fail(ErrorNumber::InvalidCall, what +
+                                       " is selected but was not loaded, and a save would empty it in the file. "
+                                       "Load it first, or leave it out of nOpMode.");
+  }
+}
+
+void PLT_Plant::check_details() const {
+  if (!selected(kDetails)) return;
+  auto& details = const_cast<PLT_Details&>(Details);
+  for (const PLT_PumpLoop* loop : details.loops()) loop->Validate();
+  for (const PLT_EquipmentList* list : details.lists()) {
+    for (int i = 1; i <= list->NumEquipment(); ++i) {
+      const PLT_Equipment& piece = list->Equipment(i);
+      if (piece.EquipmentID != 0 && PLT_Equipment::kind_of(piece).empty())
+        fail(ErrorNumber::InvalidCall, "Unknown equipment library ID: " + std::to_string(piece.LibraryID.raw));
     }
   }
 }
@@ -220,35 +232,52 @@ bool PLT_Plant::holds_anything(size_t section) {
 
 void PLT_Plant::before_save() {
   as_given_ = false;
-  on_rollback([this, header = PlantHeaderRecord(General), put_rest_back = keep_rest()] {
-    static_cast<PlantHeaderRecord&>(General) = header;
-    put_rest_back();
-  });
   check_loaded();
   if (!IsNameUnique()) {
     fail(ErrorNumber::InvalidCall, "A plant already exists with the name [" + stored_name() +
                                        "]\nPlease specify a unique plant name and try again.");
   }
-  for (size_t section = kSizing; section < kSections; ++section) {
-    if (selected(section)) set_there(section, is_there(section) || after_calculations_ || holds_anything(section));
-  }
-  if (after_calculations_) return;
-  if (selected(kDetails)) {
-    for (const PLT_PumpLoop* loop : Details.loops()) loop->Validate();
-  }
+  check_details();
   after_clearing();
+  select_results();
+  if (after_calculations_) return;
   General.Sized = false;
   General.Simulated = false;
   DesHasChanged = SimHasChanged = true;
 }
 
+void PLT_Plant::before_restore() {
+  SectionedEntity::before_restore();
+  check_details();
+}
+
+/// An engine's results are what the object has. A user's save leaves those alone that were neither loaded nor set.
+void PLT_Plant::select_results() {
+  for (size_t section = kSizing; section < kSections; ++section) {
+    if (!selected(section)) continue;
+    const bool holds = is_there(section) || holds_anything(section);
+    const bool loaded = (loaded_ & kSectionMasks[section]) != 0;
+    if (!after_calculations_ && !holds && !loaded) mask_ &= ~kSectionMasks[section];
+    set_there(section, after_calculations_ || holds);
+  }
+}
+
 bool PLT_Plant::knows_links(std::string_view kind) const { return selected(kind == "System" ? kSystems : kDetails); }
 
-/// Lists that lost an entry close up.
+/// Lists that lost an entry close up, and leave out what can have no link row.
 void PLT_Plant::after_clearing() {
   if (selected(kSystems)) SystemSelect.pack();
   if (!selected(kDetails)) return;
-  for (PLT_EquipmentList* list : Details.lists()) list->pack();
+  for (PLT_EquipmentList* list : Details.lists()) {
+    for (int i = 1; i <= list->NumEquipment(); ++i) {
+      const PLT_Equipment& piece = list->Equipment(i);
+      if (piece.EquipmentID != 0 && PLT_Equipment::kind_of(piece).empty())
+        log().message("Plant " + std::to_string(Index) + ", " + list->Name() + ": equipment " +
+                      std::to_string(piece.EquipmentID) + " is of library " + std::to_string(piece.LibraryID.raw) +
+                      ", which there is not; it is left out.");
+    }
+    list->pack();
+  }
 }
 
 void PLT_Plant::write_record(int16_t index) {
@@ -266,17 +295,20 @@ void PLT_Plant::read_default() {
 
 void PLT_Plant::WriteDefaultsFile(const std::string& strFileName) {
   if (strFileName.empty()) fail(ErrorNumber::FileNotFound, "The default plant has no file name; give it one.");
+  const int32_t before = mask_;
   with_mask(CCM_ALL, [&] {
+    check_loaded();
     Transaction transaction;
     write_file(strFileName, false);
     transaction.commit();
   });
+  mask_ = before;
 }
 
 void PLT_Plant::renew() {
   drop_results();
   loaded_ = CCM_ALL;
-  DesHasChanged = SimHasChanged = true;
+  set_changed();
 }
 
 std::function<void()> PLT_Plant::keep_rest() {

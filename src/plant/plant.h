@@ -61,6 +61,8 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
   template <typename F>
   void with_mask(int32_t mask, F operation);
   void check_loaded() const;
+  void check_details() const;
+  void select_results();
   bool holds_anything(size_t section);
 
   Ends ends_of(std::span<const std::byte> header, const std::string& path) const override;
@@ -76,6 +78,7 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
   void write_record(int16_t index) override;
   void read_default() override;
   void before_save() override;
+  void before_restore() override;
   bool knows_links(std::string_view kind) const override;
   void after_clearing() override;
   std::function<void()> keep_rest() override;

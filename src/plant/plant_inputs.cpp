@@ -1,21 +1,6 @@
 #include "plant/plant_inputs.h"
 
 namespace tarn {
-namespace {
-
-std::string_view library_of(const Object& piece) {
-  switch (static_cast<COM_ProjectLibrary>(dynamic_cast<const PLT_Equipment&>(piece).LibraryID)) {
-    case COM_ProjectLibrary::LIB_CHILLERS:
-      return "Chiller";
-    case COM_ProjectLibrary::LIB_BOILERS:
-      return "Boiler";
-    default:
-      return "";
-  }
-}
-
-}  // namespace
-
 const ClassInfo& PLT_General::info() const {
   using R = PlantHeaderRecord;
   using C = PLT_General;
@@ -44,11 +29,16 @@ void PLT_SystemSelect::pack() {
     SystemID(kept) = int16_t{SystemID(i)};
     SystemMultiplier(kept) = int16_t{SystemMultiplier(i)};
   }
-  for (int i = kept + 1; i <= kPlantSystems; ++i) {
+  SetNumSystems(static_cast<int16_t>(kept));
+}
+
+void PLT_SystemSelect::SetNumSystems(int16_t systems) {
+  if (systems < 0 || systems > kPlantSystems) subscript_out_of_range(systems, {0, kPlantSystems});
+  SystemSelectRecord::NumSystems = systems;
+  for (int i = systems + 1; i <= kPlantSystems; ++i) {
     SystemID(i) = 0;
     SystemMultiplier(i) = 0;
   }
-  NumSystems = static_cast<int16_t>(kept);
 }
 
 const ClassInfo& PLT_Configuration::info() const {
@@ -59,16 +49,27 @@ const ClassInfo& PLT_Configuration::info() const {
                   property<&R::SizingFactor>("%"), property<&R::DesignCapacity>, property<&R::ControlType>,
                   property<&R::LowLoadLimit>("%"), property<&R::HighLoadLimit>("%"), property<&R::DistSystemType>,
                   property<&R::DesignLWT>("F"), property<&R::DesignDeltaT>("F"), property<&R::LWTControl>,
-                  property<&R::ResetLWT>("F"), property<&R::ResetStart>, property<&R::ResetEnd>);
+                  property<&R::ResetLWT>("F"), property<&R::ResetStart>, property<&R::ResetEnd>, property<&C::Name>);
   return info;
 }
 
 const ClassInfo& PLT_Equipment::info() const {
   using R = EquipmentRecord;
   static const ClassInfo info = describe<PLT_Equipment>(
-      Failures::Raised, property<&R::LibraryID>, property<&R::EquipmentID>.refers_to("Chiller Boiler", library_of),
+      Failures::Raised, property<&R::LibraryID>, property<&R::EquipmentID>.refers_to("Chiller Boiler", kind_of),
       property<&R::TowerID>.refers_to("Tower"), property<&R::Sequence>, property<&R::SizingShare>("%"));
   return info;
+}
+
+std::string_view PLT_Equipment::kind_of(const Object& piece) {
+  switch (static_cast<COM_ProjectLibrary>(dynamic_cast<const PLT_Equipment&>(piece).LibraryID)) {
+    case COM_ProjectLibrary::LIB_CHILLERS:
+      return "Chiller";
+    case COM_ProjectLibrary::LIB_BOILERS:
+      return "Boiler";
+    default:
+      return "";
+  }
 }
 
 const ClassInfo& PLT_EquipmentList::info() const {
@@ -89,7 +90,7 @@ void PLT_EquipmentList::SetNumEquipment(int16_t pieces) {
 void PLT_EquipmentList::pack() {
   int16_t kept = 0;
   for (int i = 1; i <= NumEquipment(); ++i) {
-    if (Equipment(i).EquipmentID == 0) continue;
+    if (Equipment(i).EquipmentID == 0 || PLT_Equipment::kind_of(Equipment(i)).empty()) continue;
     static_cast<EquipmentRecord&>(Equipment(++kept)) = EquipmentRecord(Equipment(i));
   }
   SetNumEquipment(kept);

@@ -118,8 +118,13 @@ class PLT_General final : public Part<PlantHeaderRecord> {
   int32_t count(const std::string& sql, std::initializer_list<int64_t> numbers) const;
 };
 
-struct PLT_SystemSelect final : Part<SystemSelectRecord> {
+class PLT_SystemSelect final : public Part<SystemSelectRecord> {
+ public:
   const ClassInfo& info() const override;
+
+  int16_t NumSystems() const { return SystemSelectRecord::NumSystems; }
+  /// 0 to 250; entries behind the last are emptied. Error `SubscriptOutOfRange`.
+  void SetNumSystems(int16_t systems);
   /// Closes up the entries without a system, and counts the others.
   void pack();
 };
@@ -137,6 +142,8 @@ class PLT_Configuration final : public Part<ConfigurationRecord> {
 
 struct PLT_Equipment final : Part<EquipmentRecord> {
   const ClassInfo& info() const override;
+  /// The kind of entity that the library has: "Chiller", "Boiler"; empty for a library that is none.
+  static std::string_view kind_of(const Object& piece);
 };
 
 class PLT_EquipmentList final : public Part<EquipmentListRecord> {
@@ -149,7 +156,7 @@ class PLT_EquipmentList final : public Part<EquipmentListRecord> {
   int16_t NumEquipment() const { return EquipmentListRecord::NumEquipment; }
   /// 0 to 50; pieces behind the last are emptied. Error `SubscriptOutOfRange`.
   void SetNumEquipment(int16_t pieces);
-  /// Closes up the pieces that have no equipment.
+  /// Closes up the pieces that have no equipment of a library.
   void pack();
 
   Numbered<PLT_Equipment, kPlantEquipment> Equipment;

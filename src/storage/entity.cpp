@@ -108,6 +108,12 @@ void StoredEntity::Load(int16_t nRecNum) {
   });
 }
 
+void StoredEntity::load_number(int32_t number) {
+  if (number >= INT16_MIN && number <= INT16_MAX) return Load(static_cast<int16_t>(number));
+  check_file("Load()");
+  fail(ErrorNumber::NoCurrentRecord, std::string(kind().missing_row_message) + std::to_string(number));
+}
+
 void StoredEntity::make_name_valid() {
   if (!kind().gives_names || !stored_name().empty()) return;
   // The number's sign has its blank: "Window  3", which names are compared by, to the character.
@@ -117,7 +123,9 @@ void StoredEntity::make_name_valid() {
 void StoredEntity::Save() {
   or_as_before([&] {
     Transaction transaction;
-    if (Index == 0 || !kind().link_owner.empty() || kind().saved_anew) follow_rollback();
+    const bool refers = !kind().link_owner.empty();
+    if (Index == 0 || refers || kind().saved_anew) follow_rollback();
+    std::vector<std::byte> before = refers ? record() : std::vector<std::byte>();
     Recordset rows = index_rows();
     if (Index != 0) rows.FindFirst("nIndex = ?", {cell(Index)});
     if (Index == 0 || (rows.NoMatch() && kind().saved_anew)) {
@@ -129,6 +137,7 @@ void StoredEntity::Save() {
       rows.Edit();
     }
     store(rows, Naming::Valid, Saving::Edited);
+    if (refers) take_back_changes(std::move(before));
     transaction.commit();
   });
 }
@@ -147,8 +156,10 @@ void StoredEntity::SaveAs(int16_t index, Naming naming) {
 
 std::string StoredEntity::title() const { return std::string(kind().default_word) + " " + std::to_string(Index); }
 
-void StoredEntity::remember_links(std::vector<Use> uses) {
-  linked_ = {std::move(uses), Index, database().deletions(), database().foreign_version()};
+void StoredEntity::remember_links(std::span<const std::string_view> kinds, const std::vector<Use>& uses) {
+  for (const std::string_view kind : kinds)
+    linked_[kind] = {{}, Index, database().deletions(), database().foreign_version()};
+  for (const Use& use : uses) linked_[use.kind].uses.push_back(use);
 }
 
 std::vector<std::string_view> StoredEntity::known_kinds() const {
@@ -157,7 +168,8 @@ std::vector<std::string_view> StoredEntity::known_kinds() const {
 }
 
 void StoredEntity::clear_unlinked() {
-  if (known_kinds().empty()) return;
+  const auto known = known_kinds();
+  if (known.empty()) return;
   LinkRows links(database(), kind().link_owner, Index);
   std::vector<Use> uses;
   bool cleared = false;
@@ -172,21 +184,33 @@ void StoredEntity::clear_unlinked() {
     uses = uses_of(*this);
     std::erase_if(uses, [&](const Use& use) { return !knows_links(use.kind) || !links.is_there(use); });
   }
-  remember_links(std::move(uses));
+  remember_links(known, uses);
 }
 
 /// What was linked and deleted since goes, also where another entity has its index by now. What another program did in
 /// between shows by the link row alone.
 void StoredEntity::clear_lost_links(LinkRows& links) {
-  if (linked_.uses.empty()) return;
-  const bool foreign = linked_.index == Index && linked_.foreign_version != database().foreign_version();
-  auto next = linked_.uses.begin();  // both stand in the same order, but for what the client changed
+  struct Known {
+    const Linked* linked;
+    std::vector<Use>::const_iterator next;  // both stand in the same order, but for what the client changed
+    bool foreign;
+  };
+  std::map<std::string_view, Known> known;
+  for (const auto& [kind, linked] : linked_) {
+    if (linked.uses.empty()) continue;
+    const bool foreign = linked.index == Index && linked.foreign_version != database().foreign_version();
+    known.emplace(kind, Known{&linked, linked.uses.begin(), foreign});
+  }
+  if (known.empty()) return;
   clear_lost_references(*this, title(), [&](const Use& use) {
-    const auto known =
-        next != linked_.uses.end() && *next == use ? next : std::find(linked_.uses.begin(), linked_.uses.end(), use);
-    if (known == linked_.uses.end()) return false;
-    next = std::next(known);
-    return database().deleted_since(linked_.deletions, use.kind, use.index) || !links.is_there(use) ||
+    const auto found = known.find(use.kind);
+    if (found == known.end()) return false;
+    auto& [linked, next, foreign] = found->second;
+    const auto& uses = linked->uses;
+    const auto use_known = next != uses.end() && *next == use ? next : std::find(uses.begin(), uses.end(), use);
+    if (use_known == uses.end()) return false;
+    next = std::next(use_known);
+    return database().deleted_since(linked->deletions, use.kind, use.index) || !links.is_there(use) ||
            (foreign && !links.has(use));
   });
 }
@@ -198,9 +222,18 @@ void StoredEntity::on_rollback(std::function<void()> undo) {
 }
 
 void StoredEntity::follow_rollback() {
-  on_rollback([this, before = Index, linked = linked_] {
+  on_rollback([this, before = Index, linked = linked_, put_rest_back = keep_rest()] {
     Index = before;
     linked_ = linked;
+    if (put_rest_back) put_rest_back();
+  });
+}
+
+void StoredEntity::take_back_changes(std::vector<std::byte> before) {
+  std::vector<std::byte> after = record();
+  if (after == before) return;
+  on_rollback([this, before = std::move(before), after = std::move(after)] {
+    if (record() == after) set_record(before);
   });
 }
 
@@ -220,7 +253,7 @@ void StoredEntity::store(Recordset& rows, Naming naming, Saving saving) {
   rows.Fields("szName") = stored_name();
   for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
   rows.Update();
-  if (links) remember_links(write_links(*this, *links, known));
+  if (links) remember_links(known, write_links(*this, *links, known));
   mark_dependants();
   write_record(Index);
 }
@@ -240,7 +273,8 @@ void StoredEntity::CreateDefault() {
     LinkRows links(database(), kind().link_owner, 0);
     clear_lost_references(*this, "The default " + std::string(kind().default_word),
                           [&](const Use& use) { return !links.is_there(use); });
-    remember_links(uses_of(*this));
+    after_clearing();
+    remember_links(known_kinds(), uses_of(*this));
   });
 }
 

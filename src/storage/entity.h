@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -30,6 +31,8 @@ class StoredEntity : public Object {
   /// Reads the summary row and the record. A missing row is logged, and the record at the object's own index read.
   /// References whose link row is gone, as what they refer to was deleted elsewhere, are cleared and logged.
   virtual void Load(int16_t nRecNum);
+  /// As `Load`, for a client of 32-bit numbers: one that is no index is that of a missing row.
+  void load_number(int32_t number);
   /// Writes row and record and marks what rests on the entity; a new entity gets the lowest free index and, without a
   /// name, its default name. A failure leaves rows, file and index as they were.
   void Save();
@@ -54,6 +57,8 @@ class StoredEntity : public Object {
   virtual void select_all() {}
   /// Before the object takes another entity's fields one by one: nothing of the last one stays.
   virtual void renew() {}
+  /// It has no results yet, for a kind that says so.
+  virtual void set_changed() {}
 
  protected:
   /// Bytes of the object that the record has next; the record is all of them in a row.
@@ -88,8 +93,8 @@ class StoredEntity : public Object {
   Database& database() const;
   /// All rows of the index table, by nIndex.
   Recordset index_rows() const;
-  /// The references as they are now are those of the database.
-  void remember_links(std::vector<Use> uses);
+  /// The references of these kinds as they are now are those of the database.
+  void remember_links(std::span<const std::string_view> kinds, const std::vector<Use>& uses);
   /// References whose link row is gone.
   void clear_unlinked();
   /// Runs when references were cleared, before those that are left are remembered.
@@ -109,20 +114,23 @@ class StoredEntity : public Object {
   /// Of those that the entity may refer to, the kinds whose references the object knows.
   std::vector<std::string_view> known_kinds() const;
   void clear_lost_links(LinkRows& links);
-  /// A rollback of what is being done takes the object's index and memory of its links back as well.
+  /// A rollback of what is being done takes the object's index, memory of its links and what it keeps besides the
+  /// record back as well.
   void follow_rollback();
+  /// So it does with what the save itself has changed in the record, unless a client has changed it since.
+  void take_back_changes(std::vector<std::byte> before);
 
   Ptr<Database> database_;
   std::vector<std::span<std::byte>> blocks_;
-  /// The references after the last `Load` or `Save` to what was there then, with what tells deletions since: the
-  /// entity's index then, the program's deletions, other programs' commits.
+  /// The references of a kind after the last `Load` or `Save` of them to what was there then, with what tells deletions
+  /// since: the entity's index then, the program's deletions, other programs' commits.
   struct Linked {
     std::vector<Use> uses;
     int16_t index = 0;
     size_t deletions = 0;
     int64_t foreign_version = 0;
   };
-  Linked linked_;
+  std::map<std::string_view, Linked> linked_;
   std::shared_ptr<StoredEntity*> self_ = std::make_shared<StoredEntity*>(this);  // ends with the object
 };
 

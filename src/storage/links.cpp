@@ -202,24 +202,27 @@ bool merge(LinkRows& links, std::string_view kind, const LinkTable& table, const
     links.database().Execute(statement, row);
   };
   auto next = wanted.begin();
+  const auto add = [&](int32_t id) {
+    const bool library = !table.library.empty();
+    change("INSERT INTO " + table.name + " (" + table.owner + ", " + table.other + (library ? ", Library_ID" : "") +
+               ") VALUES (?, ?" + (library ? ", " + std::string(table.library) : "") + ")",
+           id);
+    lacking |= !links.is_there({0, kind, id});
+  };
   const auto add_before = [&](int64_t end) {
-    for (; next != wanted.end() && *next < end; ++next) {
-      const bool library = !table.library.empty();
-      change("INSERT INTO " + table.name + " (" + table.owner + ", " + table.other + (library ? ", Library_ID" : "") +
-                 ") VALUES (?, ?" + (library ? ", " + std::string(table.library) : "") + ")",
-             *next);
-      lacking |= !links.is_there({0, kind, *next});
-    }
+    for (; next != wanted.end() && *next < end; ++next) add(*next);
   };
   for (const auto& [id, there] : rows) {
     lacking |= !there;
     add_before(id);
-    if (next != wanted.end() && *next == id)
+    if (next != wanted.end() && *next == id) {
       ++next;
-    else if (next == wanted.begin() || *std::prev(next) != id)  // not a second row of one that stays
-      change("DELETE FROM " + table.name + " WHERE " + table.owner + " = ? AND " + table.other + " = ?" +
-                 table.condition(),
-             id);
+      continue;
+    }
+    change(
+        "DELETE FROM " + table.name + " WHERE " + table.owner + " = ? AND " + table.other + " = ?" + table.condition(),
+        id);
+    if (next != wanted.begin() && *std::prev(next) == id) add(id);  // a second row of one that stays
   }
   add_before(INT64_MAX);
   return lacking;
@@ -232,6 +235,8 @@ std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std
   const auto counts = [&](const Use& use) { return std::find(kinds.begin(), kinds.end(), use.kind) != kinds.end(); };
   std::erase_if(uses, [&](const Use& use) { return !counts(use); });
   bool lacking = false;
+  const LinkTable* shared = nullptr;
+  std::string libraries;
   for (const std::string_view kind : kinds) {
     std::vector<int32_t> wanted;
     for (const Use& use : uses) {
@@ -243,6 +248,15 @@ std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std
     lacking |= merge(links, kind, tables[0], links.of(kind), wanted);
     for (size_t older = 1; older < tables.size(); ++older)
       merge(links, kind, tables[older], links.rows(kind, older), wanted);
+    if (tables[0].library.empty()) continue;
+    shared = &tables[0];
+    libraries += (libraries.empty() ? "" : ", ") + std::string(shared->library);
+  }
+  if (shared) {  // rows of no library that there is
+    const Cell id[]{cell(links.owner())};
+    links.database().Execute("DELETE FROM " + shared->name + " WHERE " + shared->owner +
+                                 " = ? AND (Library_ID IS NULL OR Library_ID NOT IN (" + libraries + "))",
+                             id);
   }
   if (!lacking) return uses;
   uses.clear();

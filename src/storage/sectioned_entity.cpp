@@ -73,11 +73,15 @@ SectionedEntity::Ends SectionedEntity::checked_ends(std::span<const std::byte> h
   return ends;
 }
 
-void SectionedEntity::read_sections(const std::string& path) {
+void SectionedEntity::read_sections(const std::string& path, const std::function<void()>& inputs_read) {
   const std::vector<std::byte> header = header_of_file(path);
   const uint64_t size = files().size(path);
   const Ends ends = checked_ends(header, size, path);
   for (size_t section = 0; section < section_count(); ++section) {
+    if (section == first_result()) {
+      check_counts(path);
+      inputs_read();
+    }
     const bool there = selected(section) && size >= ends[section];
     make_room(section, header, there);
     if (section == 0 && there)
@@ -88,7 +92,6 @@ void SectionedEntity::read_sections(const std::string& path) {
       clear(section);
     there_[section] = there;  // one that is not selected stays unknown here; a save carries it over
   }
-  check_counts(path);
 }
 
 void SectionedEntity::clear(size_t section) {
@@ -122,8 +125,7 @@ void SectionedEntity::Load(int16_t nRecNum) {
       DesHasChanged = rows.Fields("bDesHasChanged").integer() != 0;
       SimHasChanged = rows.Fields("bSimHasChanged").integer() != 0;
     }
-    read_sections(path);
-    clear_unlinked();
+    read_sections(path, [this] { clear_unlinked(); });
     transaction.commit();
     if (m_bCloning) Index = 0;
   });
@@ -224,7 +226,9 @@ void SectionedEntity::Reset(std::optional<bool> bResetAll) {
 }
 
 bool SectionedEntity::IsNameUnique(const std::optional<std::string>& sName) const {
-  const std::string name(trimmed(sName.value_or("")));
+  Text<kNameWidth> stored;  // the name as it would be
+  stored = trimmed(sName.value_or(""));
+  const std::string name = stored.trimmed();
   return database()
       .OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?",
                      {name.empty() ? stored_name() : name, cell(Index)})

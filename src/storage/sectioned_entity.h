@@ -24,6 +24,7 @@ class SectionedEntity : public StoredEntity {
   /// The results become absent and zero.
   void drop_results();
   std::string default_file() const override { return file_of(0); }
+  void set_changed() override { DesHasChanged = SimHasChanged = true; }
 
  protected:
   using Blocks = std::vector<std::span<std::byte>>;
@@ -47,7 +48,7 @@ class SectionedEntity : public StoredEntity {
   virtual Recordset row_of(int16_t index) const;
   /// For an entity without an index row.
   virtual void no_row(int16_t /*index*/) {}
-  /// Error `UnknownFormat` for counts out of sense in the sections that were read.
+  /// Error `UnknownFormat` for counts out of sense in the inputs that were read.
   virtual void check_counts(const std::string& /*path*/) const {}
 
   // ---- what it is given
@@ -58,7 +59,10 @@ class SectionedEntity : public StoredEntity {
   void save(bool after_calculations);
   /// Only a calculation takes a changed flag away: those of the index row stay, where the object has lost them.
   void keep_flags_of_row();
-  void read_sections(const std::string& path);
+  /// The selected sections of a file. What may fail on their contents runs when the inputs are read: a failure then
+  /// leaves the results as they were, and the inputs are those of `record`.
+  void read_sections(
+      const std::string& path, const std::function<void()>& inputs_read = [] {});
   /// Whether a section of results is there, in the file or to be saved.
   bool is_there(size_t section) const { return there_[section]; }
   void set_there(size_t section, bool there) { there_[section] = there; }
@@ -91,7 +95,7 @@ class SectionedEntity : public StoredEntity {
   void clear(size_t section);
   uint64_t add_section(size_t section, const OldFile& old, std::vector<std::byte>& out);
 
-  static constexpr size_t kMostSections = 16;
+  static constexpr size_t kMostSections = 16, kNameWidth = 30;
   std::array<bool, kMostSections> there_{};
 };
 

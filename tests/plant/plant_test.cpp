@@ -111,7 +111,10 @@ TEST_F(PlantTest, TheFileHasItsSectionsInOrder) {
   plant->SystemSelect.SystemMultiplier(1) = 2;
   plant->Details.RemoteHXEff = 1;
   plant->Details.HeatRecEqpt.SetNumEquipment(50);
-  for (int i = 1; i <= 50; ++i) plant->Details.HeatRecEqpt.Equipment(i).EquipmentID = 9;
+  for (int i = 1; i <= 50; ++i) {
+    plant->Details.HeatRecEqpt.Equipment(i).LibraryID = COM_ProjectLibrary::LIB_BOILERS;
+    plant->Details.HeatRecEqpt.Equipment(i).EquipmentID = 9;
+  }
   plant->Details.HeatRecEqpt.Equipment(50).SizingShare = 2;
   plant->Details.SourceWaterLoop.PipeHeatGainFactor2 = 3;
   plant->Details.SourceWaterLoop.Pumps(13).ElectricalEff = 4;
@@ -215,8 +218,15 @@ TEST_F(PlantTest, BadCallsSayWhyAndChangeNothing) {
        },
        "Too many output flags"},
       {[&] { loaded(1, CCM_HEADER)->Save(CCM_ALL); },
-       "The SystemSelect of plant 1 were not loaded, so that a save would empty them. Load them first, or leave them "
+       "SystemSelect is selected but was not loaded, and a save would empty it in the file. Load it first, or leave it "
        "out of nOpMode."},
+      {[&] { plant->SystemSelect.SetNumSystems(251); }, "Subscript out of range: 251, allowed are 0 to 250."},
+      {[&] {
+         auto twin = plant->CopyInstance();
+         twin->Details.HeatingEqpt.Equipment(1).LibraryID = static_cast<COM_ProjectLibrary>(99);
+         twin->Save(CCM_DETAILS);
+       },
+       "Unknown equipment library ID: 99"},
   };
   const std::string file = test::bytes_of(folder / "JOBP01.DAT"), table = rows("PlantIndex"), linked = links(1);
   for (const auto& c : cases) {
@@ -262,6 +272,54 @@ TEST_F(PlantTest, SectionsThatTheMaskLeavesOutAreCarriedOver) {
   EXPECT_EQ(loaded(1)->SystemSelect.SystemID(1), 1);
 }
 
+TEST_F(PlantTest, AUsersSaveLeavesResultsThatItNeverLoaded) {
+  auto plant = new_plant("P");
+  plant->UnmetLoadsClg.CapSufficient(1) = 5;
+  plant->DesignProfile.CoolingLoad(1, 1) = 6;
+  plant->Save(CCM_ALL);
+  auto part = loaded(1, CCM_DESCRIPTIVE_DATA);
+  part->DesignProfile.CoolingLoad(1, 1) = 7;
+  part->Save(CCM_ALL);
+  auto whole = loaded(1);
+  EXPECT_EQ(whole->UnmetLoadsClg.CapSufficient(1), 5);
+  EXPECT_EQ(whole->DesignProfile.CoolingLoad(1, 1), 7);
+  part->Load(CCM_HEADER, 1);
+  std::optional<bool> after = true;
+  part->Save(CCM_UNMETLOADS, after);
+  EXPECT_EQ(loaded(1)->UnmetLoadsClg.CapSufficient(1), 0) << "an engine's results are what it has";
+}
+
+TEST_F(PlantTest, AFailedLoadKeepsTheResultsToo) {
+  for (const char* name : {"A", "B"}) {
+    auto plant = new_plant(name);
+    plant->UnmetLoadsClg.CapSufficient(1) = *name;
+    plant->Save(CCM_ALL);
+  }
+  std::string bytes = test::bytes_of(folder / "JOBP02.DAT");
+  bytes[178] = '\x7F', bytes[179] = '\x7F';
+  test::write_bytes(folder / "JOBP02.DAT", bytes);
+  auto plant = loaded(1);
+  EXPECT_NE(what_of([&] { plant->Load(CCM_ALL, 2); }), "no error");
+  EXPECT_EQ(plant->UnmetLoadsClg.CapSufficient(1), 'A');
+  EXPECT_EQ(plant->Index, 1);
+}
+
+TEST_F(PlantTest, WhatWasDeletedIsKnownAlsoAfterSavesInParts) {
+  add_library();
+  auto plant = full_plant();
+  plant->Save(CCM_ALL);
+  plant->Load(CCM_SYSTEM_SELECT, 1);
+  plant->Save(CCM_SYSTEM_SELECT);
+  project.NewChiller()->Delete(2);
+  project.NewChiller()->Save();  // under index 2 again
+  database->Execute("INSERT INTO Plant_Equipment_Links VALUES (1, 7, 30)");
+  database->Execute("INSERT INTO Plant_Equipment_Links VALUES (1, 1, 10)");
+  plant->Save(CCM_ALL);
+  EXPECT_EQ(links(1), "systems 1 3; library 10 1; library 20 2; chillers 1; boilers 2; towers 1 3; schedules 1 2 3");
+  EXPECT_EQ(count("Plant_Equipment_Links WHERE Plant_ID = 1"), 2) << "strays and doubles are gone";
+  EXPECT_EQ(plant->Details.CoolingEqpt.NumEquipment(), 1);
+}
+
 TEST_F(PlantTest, OnlyACalculationTakesAChangedFlagAway) {
   auto plant = new_plant("P");
   plant->Save(CCM_ALL);
@@ -291,7 +349,7 @@ TEST_F(PlantTest, ReferencesWithoutALinkRowAreDroppedAndListsCloseUp) {
   database->Execute("DELETE FROM Plant_Tower_Links WHERE Tower_ID = 3");
   database->Execute("DELETE FROM Plant_Schedule_Links WHERE Schedule_ID = 2");
   auto plant = loaded(1);
-  EXPECT_EQ(plant->SystemSelect.NumSystems, 1);
+  EXPECT_EQ(plant->SystemSelect.NumSystems(), 1);
   EXPECT_EQ(plant->SystemSelect.SystemID(1), 3);
   EXPECT_EQ(plant->SystemSelect.SystemMultiplier(1), 7);
   EXPECT_EQ(plant->Details.CoolingEqpt.NumEquipment(), 1);
@@ -518,10 +576,17 @@ TEST_F(PlantTest, ARollbackTakesEverythingBack) {
     plant->Save(CCM_ALL);
   }
   EXPECT_EQ(plant->Index, 0);
-  EXPECT_EQ(plant->General.Sized, true);
+  EXPECT_EQ(plant->General.Sized && !plant->DesHasChanged, true);
   EXPECT_EQ(rows("PlantIndex"), table);
   EXPECT_FALSE(std::filesystem::exists(folder / "JOBP01.DAT"));
   plant->Save(CCM_ALL);
+  {
+    Transaction undone;
+    project.NewChiller()->Delete(1);
+    plant->Save(CCM_ALL);
+    EXPECT_EQ(plant->Details.CoolingEqpt.NumEquipment(), 1);
+  }
+  EXPECT_EQ(plant->Details.CoolingEqpt.NumEquipment(), 2) << "what the save cleared is back";
   auto twin = plant->CopyInstance();
   auto clone = plant->Clone(1);
   EXPECT_EQ(twin->Index, 1);

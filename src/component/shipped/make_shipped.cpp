@@ -40,8 +40,8 @@ double part_load_input(const Json& row, double load) {
 void fill_map(CHL_OperatingMode& mode, const Json& row) {
   const double first = row.at("valid_F").at(0).get<double>(), last = row.at("valid_F").at(1).get<double>();
   constexpr int kRows = 7, kColumns = 10;
-  mode.NumRows = kRows;
-  mode.NumColumns = kColumns;
+  mode.SetNumRows(kRows);
+  mode.SetNumColumns(kColumns);
   mode.ColumnDataType = CHL_MapDataTypes::DT_LOAD_LEVELS_PERCENT;
   for (int c = 1; c <= kColumns; ++c) mode.MapColumnHeading(c) = static_cast<int16_t>(10 * c);
   for (int r = 1; r <= kRows; ++r) {
