@@ -111,6 +111,7 @@ PLT_Plant::Blocks PLT_Plant::blocks(size_t section) {
     case kSystems:
       return {SystemSelect.bytes()};
     case kDetails:
+      blocks.reserve(5 + PLT_Details::kLists * (1 + kPlantEquipment) + PLT_Details::kLoops * (1 + kPumps));
       blocks = {Details.bytes(), Details.ConfigCooling.bytes(), Details.ConfigHeating.bytes()};
       for (PLT_EquipmentList* list : Details.lists()) {
         blocks.push_back(list->bytes());

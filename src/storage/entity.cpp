@@ -157,9 +157,14 @@ void StoredEntity::SaveAs(int16_t index, Naming naming) {
 std::string StoredEntity::title() const { return std::string(kind().default_word) + " " + std::to_string(Index); }
 
 void StoredEntity::remember_links(std::span<const std::string_view> kinds, const std::vector<Use>& uses) {
-  for (const std::string_view kind : kinds)
-    linked_[kind] = {{}, Index, database().deletions(), database().foreign_version()};
-  for (const Use& use : uses) linked_[use.kind].uses.push_back(use);
+  const size_t deletions = database().deletions();
+  const int64_t foreign_version = database().foreign_version();
+  for (const std::string_view kind : kinds) linked_[kind] = {{}, Index, deletions, foreign_version};
+  std::map<std::string_view, Linked>::iterator last = linked_.end();
+  for (const Use& use : uses) {
+    if (last == linked_.end() || !same_kind(last->first, use.kind)) last = linked_.try_emplace(use.kind).first;
+    last->second.uses.push_back(use);
+  }
 }
 
 std::vector<std::string_view> StoredEntity::known_kinds() const {
@@ -175,8 +180,9 @@ void StoredEntity::clear_unlinked() {
   bool cleared = false;
   clear_lost_references(*this, title(), [&](const Use& use) {
     if (!knows_links(use.kind)) return false;
-    if (!links.has(use)) return cleared = true;
-    if (links.is_there(use)) uses.push_back(use);
+    const LinkRows::Row* row = links.find(use);
+    if (!row) return cleared = true;
+    if (row->there) uses.push_back(use);
     return false;
   });
   after_clearing();
@@ -196,9 +202,10 @@ void StoredEntity::clear_lost_links(LinkRows& links) {
     bool foreign;
   };
   std::map<std::string_view, Known> known;
+  const int64_t foreign_version = database().foreign_version();
   for (const auto& [kind, linked] : linked_) {
     if (linked.uses.empty()) continue;
-    const bool foreign = linked.index == Index && linked.foreign_version != database().foreign_version();
+    const bool foreign = linked.index == Index && linked.foreign_version != foreign_version;
     known.emplace(kind, Known{&linked, linked.uses.begin(), foreign});
   }
   if (known.empty()) return;

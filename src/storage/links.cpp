@@ -17,7 +17,14 @@ std::string column_of(std::string_view kind) { return std::string(kind) + "_ID";
 struct LinkTable {
   std::string name, owner, other;
   std::string_view library;  // whose entities the rows are that count; empty where all are of the kind
+  std::string rows;          // the query of an owner's rows, by index, with the index again where the entity is there
 
+  LinkTable(std::string table, std::string_view owner_kind, std::string other_column, std::string_view kind,
+            std::string_view of_library = {})
+      : name(std::move(table)), owner(column_of(owner_kind)), other(std::move(other_column)), library(of_library) {
+    rows = "SELECT " + other + ", nIndex FROM " + name + " LEFT JOIN " + index_table_of(kind) + " ON nIndex = " + other +
+           " WHERE " + owner + " = ?" + condition() + " ORDER BY " + other;
+  }
   std::string condition() const { return library.empty() ? "" : " AND Library_ID = " + std::string(library); }
 };
 
@@ -27,10 +34,9 @@ const std::vector<LinkTable>& tables_of(std::string_view owner, std::string_view
   static thread_local std::map<std::pair<std::string_view, std::string_view>, std::vector<LinkTable>> known;
   auto [tables, added] = known.try_emplace({owner, kind});
   if (!added) return tables->second;
-  const std::string by = column_of(owner);
   if (owner == "Plant" && (kind == "Chiller" || kind == "Boiler"))
-    tables->second.push_back({"Plant_Equipment_Links", by, "Equipment_ID", kind == "Chiller" ? "10" : "20"});
-  tables->second.push_back({std::string(owner) + "_" + std::string(kind) + "_Links", by, column_of(kind), {}});
+    tables->second.emplace_back("Plant_Equipment_Links", owner, "Equipment_ID", kind, kind == "Chiller" ? "10" : "20");
+  tables->second.emplace_back(std::string(owner) + "_" + std::string(kind) + "_Links", owner, column_of(kind), kind);
   return tables->second;
 }
 
@@ -140,20 +146,17 @@ std::vector<Use> uses_of(Object& object) {
   return uses;
 }
 
-const std::vector<LinkRows::Row>& LinkRows::of(std::string_view kind) {
-  const auto [place, added] = rows_.try_emplace(kind);
-  if (added) place->second = rows(kind, 0);
-  return place->second;
+LinkRows::OfKind& LinkRows::of_kind(std::string_view kind) {
+  for (OfKind& each : kinds_) {
+    if (same_kind(each.kind, kind)) return each;
+  }
+  return kinds_.emplace_back(OfKind{kind, rows(kind, 0)});
 }
 
 std::vector<LinkRows::Row> LinkRows::rows(std::string_view kind, size_t number) const {
-  const LinkTable& table = tables_of(owner_kind_, kind)[number];
-  const std::string sql = "SELECT " + table.other + ", nIndex FROM " + table.name + " LEFT JOIN " +
-                          index_table_of(kind) + " ON nIndex = " + table.other + " WHERE " + table.owner + " = ?" +
-                          table.condition() + " ORDER BY " + table.other;
   const Cell owner[]{cell(owner_)};
   database_.join(Database::Part::Reading);
-  Statement found(database_, sql, owner);
+  Statement found(database_, tables_of(owner_kind_, kind)[number].rows, owner);
   std::vector<Row> all;
   while (found.step()) {
     const auto index = static_cast<int32_t>(found.integer(0));
@@ -163,17 +166,12 @@ std::vector<LinkRows::Row> LinkRows::rows(std::string_view kind, size_t number) 
 }
 
 const LinkRows::Row* LinkRows::find(const Use& use) {
-  if (!last_ || use.kind != last_kind_) {
-    last_ = &of(use.kind);
-    last_kind_ = use.kind;
-    next_ = 0;
-  }
-  // References often stand in the order of their rows.
-  if (next_ < last_->size() && (*last_)[next_].index == use.index) return &(*last_)[next_++];
-  const auto row = std::lower_bound(last_->begin(), last_->end(), use.index,
-                                    [](const Row& r, int32_t index) { return r.index < index; });
-  if (row == last_->end() || row->index != use.index) return nullptr;
-  next_ = static_cast<size_t>(row - last_->begin()) + 1;
+  auto& [kind, rows, next] = of_kind(use.kind);
+  if (next < rows.size() && rows[next].index == use.index) return &rows[next++];
+  const auto row =
+      std::lower_bound(rows.begin(), rows.end(), use.index, [](const Row& r, int32_t index) { return r.index < index; });
+  if (row == rows.end() || row->index != use.index) return nullptr;
+  next = static_cast<size_t>(row - rows.begin()) + 1;
   return &*row;
 }
 

@@ -36,6 +36,11 @@ struct ReferenceName {
   size_t element;  // from 0, the first subscript fastest
   std::string operator()() const;
 };
+/// Kinds are named by a few literals, which mostly tell them apart by their place.
+inline bool same_kind(std::string_view one, std::string_view other) {
+  return (one.data() == other.data() && one.size() == other.size()) || one == other;
+}
+
 /// Calls `action` on every reference of an object and its parts that is not 0; what it returns is stored, where it
 /// differs. `name` gives the field as a person names it: "Wall(2).WindowType(1)".
 using ReferenceAction = std::function<int32_t(const Use& use, const ReferenceName& name)>;
@@ -54,27 +59,31 @@ class LinkRows {
   Database& database() const { return database_; }
   std::string_view owner_kind() const { return owner_kind_; }
   int16_t owner() const { return owner_; }
+  struct Row {
+    int32_t index;
+    bool there;  // what it refers to
+  };
+  /// The reference's row, null for none.
+  const Row* find(const Use& use);
   bool has(const Use& use) { return find(use) != nullptr; }
   /// What the reference refers to is there, linked or not.
   bool is_there(const Use& use);
-  struct Row {
-    int32_t index;
-    bool there;
-  };
-  const std::vector<Row>& of(std::string_view kind);
+  const std::vector<Row>& of(std::string_view kind) { return of_kind(kind).rows; }
   /// Those of one of the tables that the kind has under this owner, by its number.
   std::vector<Row> rows(std::string_view kind, size_t table) const;
 
  private:
-  const Row* find(const Use& use);
+  struct OfKind {
+    std::string_view kind;
+    std::vector<Row> rows;  // by index
+    size_t next = 0;        // references often stand in the order of their rows
+  };
+  OfKind& of_kind(std::string_view kind);
 
   Database& database_;
   std::string_view owner_kind_;
   int16_t owner_;
-  std::map<std::string_view, std::vector<Row>> rows_;  // by index
-  std::string_view last_kind_;
-  const std::vector<Row>* last_ = nullptr;
-  size_t next_ = 0;
+  std::vector<OfKind> kinds_;
 };
 
 /// The kinds that fields of a class and its parts may refer to, those that count.

@@ -198,7 +198,11 @@ std::vector<std::byte> SectionedEntity::record() const {
   std::vector<std::byte> out;
   auto& self = const_cast<SectionedEntity&>(*this);
   for (size_t section = 0; section < first_result(); ++section) {
-    for (const auto& block : self.blocks(section)) append(out, block);
+    const Blocks blocks = self.blocks(section);
+    size_t size = out.size();
+    for (const auto& block : blocks) size += block.size();
+    out.reserve(size);
+    for (const auto& block : blocks) append(out, block);
   }
   return out;
 }
