@@ -12,9 +12,10 @@ namespace tarn {
 namespace {
 
 // Journal: magic, then for each file its path (relative to the journal's folder), whether it existed, its size, where
-// it was moved to, and the old bytes; a checksum over all of it last. Numbers are 64-bit. A file that is replaced whole
-// and lies beside the journal is moved aside instead of copied.
+// it was moved to, and the old bytes; a checksum over all of it last. Numbers are 64-bit. A large file that is
+// replaced whole and lies beside the journal is moved aside instead of copied.
 constexpr std::string_view kMagic = "TarnUndo2\n";
+constexpr uint64_t kSmall = 65536;  // up to here a copy costs less than a move, whose new names must be synced too
 
 /// FNV-1a over words of eight bytes, the last one filled with zeros.
 uint64_t checksum(std::string_view bytes) {
@@ -71,7 +72,8 @@ void FileCommit::read_before() {
       };
       before.existed = true;
       before.size = file->size();
-      if (pending->emptied && !journal_.empty() && folder_of(path) == folder_of(journal_)) {
+      const bool large = before.size > kSmall;
+      if (pending->emptied && large && !journal_.empty() && folder_of(path) == folder_of(journal_)) {
         before.moved = journal_ + "-" + std::to_string(before_.size());
       } else if (pending->emptied) {
         keep(0, before.size);
@@ -170,8 +172,12 @@ void FileCommit::write_files() {
       continue;
     }
     const auto file = host().files->open(path, OpenMode::Create);
-    if (pending->emptied) file->truncate(0);
-    for (const auto& [offset, bytes] : pending->extents.pieces()) file->write(offset, bytes);
+    const auto& pieces = pending->extents.pieces();
+    const bool in_place = pieces.size() == 1 && pieces.begin()->first == 0;  // its blocks are used again
+    if (pending->emptied && !in_place) file->truncate(0);
+    for (const auto& [offset, bytes] : pieces) file->write(offset, bytes);
+    if (pending->emptied && in_place && before_[i].size > pieces.begin()->second.size())
+      file->truncate(pieces.begin()->second.size());
     file->sync();
   }
   if (names_changed && !journal_.empty()) host().files->sync_folder(folder_of(journal_));

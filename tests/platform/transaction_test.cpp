@@ -16,7 +16,7 @@ class TransactionTest : public test::ProjectTest {
  protected:
   std::string state() {
     std::string all = rows("WindowIndex") + rows("AirSystemIndex") + bytes_of(project.WindowFilename());
-    for (const char* name : {"A.DAT", "B.DAT", "C.DAT"}) {
+    for (const char* name : {"A.DAT", "B.DAT", "C.DAT", "D.DAT"}) {
       const bool there = std::filesystem::exists(folder / name);
       all += there ? "\n" + std::string(name) + "=" + bytes_of(folder / name) : "";
     }
@@ -27,15 +27,17 @@ class TransactionTest : public test::ProjectTest {
     const auto span = std::as_bytes(std::span(text));
     return {span.begin(), span.end()};
   }
-  /// Two whole files, and what replaces the one and removes the other, and makes a third.
+  /// Whole files, large ones and small ones, which are replaced and removed, and one that is made.
   void make_whole_files() {
-    test::write_bytes(folder / "A.DAT", std::string(5000, 'a'));
+    test::write_bytes(folder / "A.DAT", std::string(70000, 'a'));
     test::write_bytes(folder / "B.DAT", "bbb");
+    test::write_bytes(folder / "D.DAT", std::string(5000, 'd'));
   }
   void change_whole_files() {
     files().replace(folder / "A.DAT", bytes("short"), database);
     files().remove(folder / "B.DAT", database);
     files().replace(folder / "C.DAT", bytes("new"), database);
+    files().replace(folder / "D.DAT", bytes("shorter"), database);
   }
   void save_many(int count) {
     for (int i = 0; i < count; ++i) saved_window("many");
@@ -161,7 +163,7 @@ TEST_F(TransactionTest, AProcessThatDiesAnywhereLeavesTheOldStateOrTheNew) {
       EXPECT_EQ(count("WindowIndex WHERE szName IN ('new', 'added')"), 2);
       EXPECT_NE(now.find("added"), std::string::npos);
       EXPECT_EQ(bytes_of(project.WindowFilename()).size(), 4U * 555);
-      EXPECT_EQ(now.substr(now.find("\nA.DAT")), "\nA.DAT=short\nC.DAT=new");
+      EXPECT_EQ(now.substr(now.find("\nA.DAT")), "\nA.DAT=short\nC.DAT=new\nD.DAT=shorter");
       new_state = now;
     }
     database.reset();
