@@ -1,5 +1,6 @@
-"""A floor of an office from published glazings and materials: windows, walls, a roof, schedules, spaces and air
-systems made, computed and saved; then a layer of a wall and a space edited, and what went stale.
+"""A floor of an office from published glazings and materials: windows, walls, a roof, schedules, spaces, air systems,
+a chilled-water and a hot-water plant made, computed and saved; then a layer of a wall, a space and a chiller edited, and
+what went stale.
 
     PYTHONPATH=build/python python3 examples/office.py FOLDER/PREFIX    (run by `make run`, on a project just made)
 """
@@ -136,6 +137,9 @@ def new_space(project, name, area):
 SYSTEMS = [("VAV, perimeter", 8, [[1], [2], [3, 4]]), ("Fan coils, core", 16, [[5]]), ("Outdoor air unit", 6, [[1, 2, 3, 4, 5]])]
 
 
+CHILLED_WATER, HOT_WATER = 3, 7  # sources of coils
+
+
 def make_systems(project):
     """Systems of three types: a zone for each list of spaces."""
     for name, system_type, zones in SYSTEMS:
@@ -150,21 +154,78 @@ def make_systems(project):
             for place, space in enumerate(spaces, 1):
                 zone.SpaceID[place], zone.SpaceMultiplier[place] = space, 1
         system.GetZoneSchedule().TstatSchedule = 1
+        cooling, heating = system.GetCoolSys(), system.GetHeatSys()
+        cooling.Source, heating.Source = CHILLED_WATER, HOT_WATER
+        cooling.Used = heating.Used = True
         system.Save()
         header = system.GetAirSystem()
         print(f"air system {system.Index}, {name}: type {header.SystemType}, {header.NumZones} zones, "
               f"chilled water {'yes' if header.CWCoilsExists else 'no'}, hot water {'yes' if header.HWCoilsExists else 'no'}")
 
 
-def serve_systems(database):
-    """Rows that the coming kinds will write: plant 1 for the first two systems, 2 for the third, a building for each."""
-    for table in ("PlantIndex", "BuildingIndex"):
-        flags = "bHasChanged" if table == "BuildingIndex" else "bDesHasChanged, bSimHasChanged"
-        zeros = "0" if table == "BuildingIndex" else "0, 0"
-        for n in (1, 2):
-            database.execute(f"INSERT INTO {table} (nIndex, szName, {flags}) VALUES (?, ?, {zeros})", n, f"{table[:-5]} {n}")
-    database.execute("INSERT INTO Plant_System_Links VALUES (1, 1), (1, 2), (2, 3)")
-    database.execute("INSERT INTO Building_Plant_Links VALUES (1, 1), (2, 2)")
+def make_equipment(project):
+    """Two chillers of shipped types, a boiler and a tower for the floor."""
+    for name, chiller_type, tons in (("Screw chiller", 3, 60), ("Scroll chiller", 5, 30)):
+        chiller = project.NewChiller()
+        chiller.CreateDefaultByType(chiller_type, tarn.shipped_file("chillers.dat"))
+        mode = chiller.CoolingMode
+        scale = tons / mode.FLCapacity
+        chiller.Name, chiller.AutoSize = name, False
+        mode.FLCapacity, mode.FLPower = tons, mode.FLPower * scale
+        mode.MapCapacity = [[value * scale for value in column] for column in mode.MapCapacity[:]]
+        mode.MapPower = [[value * scale for value in column] for column in mode.MapPower[:]]
+        chiller.Save()
+        print(f"chiller {chiller.Index}, {name}: {mode.FLCapacity:g} tons, {mode.FLPower:.4g} kW at {mode.FLEnteringTemp:g} F")
+    for entity, name in ((project.NewBoiler(), "Hot water boiler"), (project.NewCoolingTower(), "Cooling tower")):
+        entity.CreateDefault()
+        entity.Name = name
+        entity.Save()
+
+
+CHILLERS, BOILERS = 10, 20  # libraries of equipment
+
+
+def systems_with(project, coils):
+    found = []
+    for index in range(1, len(SYSTEMS) + 1):
+        system = project.NewAirSystem()
+        system.Load(index)
+        if getattr(system.GetAirSystem(), coils):
+            found.append(index)
+    return found
+
+
+def make_plants(project):
+    """Chilled water for the systems with such coils from the chillers with a shared tower, hot water from the boiler."""
+    plants = (("Chilled water", 4, "CWCoilsExists", "CoolingEqpt", [(CHILLERS, 1, 67), (CHILLERS, 2, 33)], ["ChilledWaterPrimaryLoop", "CondenserWaterLoop"]),
+              ("Hot water", 7, "HWCoilsExists", "HeatingEqpt", [(BOILERS, 1, 100)], ["HotWaterPrimaryLoop"]))
+    for name, plant_type, coils, where, pieces, loops in plants:
+        plant = project.NewPlant()
+        plant.CreateDefault()
+        plant.General.Name, plant.General.PlantType = name, plant_type
+        for place, system in enumerate(systems_with(project, coils), 1):
+            plant.SystemSelect.SystemID[place], plant.SystemSelect.SystemMultiplier[place] = system, 1
+        units = getattr(plant.Details, where)
+        units.NumEquipment = len(pieces)
+        for number, (library, index, share) in enumerate(pieces, 1):
+            unit = units.Equipment[number]
+            unit.LibraryID, unit.EquipmentID, unit.Sequence, unit.SizingShare = library, index, number, share
+        for loop in ("ChilledWaterPrimaryLoop", "CondenserWaterLoop", "HotWaterPrimaryLoop"):
+            getattr(plant.Details, loop).Used = loop in loops
+        plant.Details.TowerID = 1 if plant_type == 4 else 0
+        plant.General.SetFlags()
+        plant.Save(ALL)
+        print(f"plant {plant.Index}, {name}: {len(pieces)} units, {plant.SystemSelect.NumSystems} systems, "
+              f"{plant.General.NumOutputs} outputs, {plant.General.GetDetailedTowerCount()} towers in detail")
+
+
+def add_building(database):
+    """The row that the coming kind of buildings will write."""
+    database.execute("INSERT INTO BuildingIndex (nIndex, szName, bHasChanged) VALUES (1, 'Building 1', 0)")
+    database.execute("INSERT INTO Building_Plant_Links (Building_ID, Plant_ID) VALUES (1, 1), (1, 2)")
+
+
+ALL = 508  # all sections of a plant
 
 
 def calculated(project, database):
@@ -175,18 +236,23 @@ def calculated(project, database):
         system.GetAirSystem().Sized, system.GetAirSystem().Simulated = True, True
         system.DesHasChanged = system.SimHasChanged = False
         system.Save(True)
-    database.execute("UPDATE PlantIndex SET bDesHasChanged = 0, bSimHasChanged = 0")
+    for index in (1, 2):
+        plant = project.NewPlant()
+        plant.Load(ALL, index)
+        plant.General.Sized = plant.General.Simulated = True
+        plant.DesHasChanged = plant.SimHasChanged = False
+        plant.Save(ALL, True)
     database.execute("UPDATE BuildingIndex SET bHasChanged = 0")
 
 
 def stale(database):
-    found = [r["szName"] + " (design, simulation)" for r in database.rows(
-        "SELECT szName FROM AirSystemIndex WHERE bDesHasChanged <> 0 UNION ALL SELECT szName FROM PlantIndex WHERE bDesHasChanged <> 0")]
+    found = [r["szName"] + (" (design, simulation)" if r["bDesHasChanged"] else " (simulation)") for table in ("AirSystemIndex", "PlantIndex")
+             for r in database.rows(f"SELECT szName, bDesHasChanged FROM {table} WHERE bSimHasChanged <> 0 ORDER BY nIndex")]
     return found + [r["szName"] + " (simulation)" for r in database.rows("SELECT szName FROM BuildingIndex WHERE bHasChanged <> 0")]
 
 
 def edit_wall(project, database):
-    print(f"\nfive spaces, three air systems, two plants, two buildings; stale now: {', '.join(stale(database)) or 'nothing'}")
+    print(f"\nfive spaces, three air systems, two plants, a building; stale now: {', '.join(stale(database)) or 'nothing'}")
     wall = project.NewWall()
     wall.Load(2)
     layer = wall.GetLayer(3)
@@ -210,6 +276,15 @@ def edit_space(project, database):
     print("space 5, Core: 200 -> 150 ft2 per person, saved; stale now:", ", ".join(stale(database)))
 
 
+def edit_chiller(project, database):
+    calculated(project, database)
+    chiller = project.NewChiller()
+    chiller.Load(2)
+    chiller.CoolingMode.FLPower *= 0.95
+    chiller.Save()
+    print(f"\nchiller 2: full-load power 5 % less, saved; stale now: {', '.join(stale(database))}")
+
+
 def main():
     folder, prefix = pathlib.Path(sys.argv[1]).parent, pathlib.Path(sys.argv[1]).name
     project = tarn.COM_ProjectData()
@@ -221,11 +296,14 @@ def main():
         make_spaces(project)
         print()
         make_systems(project)
+        make_equipment(project)
+        make_plants(project)
     database = tarn.open_database(project.IndexDBName)
-    serve_systems(database)
+    add_building(database)
     calculated(project, database)
     edit_wall(project, database)
     edit_space(project, database)
+    edit_chiller(project, database)
 
 
 main()

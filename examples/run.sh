@@ -28,5 +28,11 @@ echo
 echo "== An air system (the first lines)"
 tarn air-systems show 2 | sed -n '1,45p'
 echo
+echo "== The chillers"
+tarn chillers list
+echo
+echo "== The chilled-water plant"
+tarn plants show 1 | sed -n '1,48p'
+echo
 echo "== What the project holds"
 tarn project info

@@ -19,7 +19,7 @@ from . import _library as _c
 from . import _objects
 from ._library import Error
 
-__all__ = ["Error", "classes", "create_index", "members", "on_log", "on_yield", "open_database", "transaction"]
+__all__ = ["Error", "classes", "create_index", "members", "on_log", "on_yield", "open_database", "shipped_file", "transaction"]
 
 on_yield = None  # called, without arguments, by long calculations where a user interface may handle what waits for it
 on_log = None  # a handler of log entries; unset, they go to logging.getLogger("tarn")
@@ -67,6 +67,13 @@ def members(class_name):
 def create_index(path):
     """Makes a new index database with every table; refuses an existing file."""
     _c.check(_c.library.tarn_create_index(str(path).encode()))
+
+
+def shipped_file(name):
+    """Full path of a data file that comes with Tarn: "chillers.dat" (by chiller type), "plant.dat" (the default plant)."""
+    path = _c.library.tarn_shipped_file(str(name).encode())
+    _c.check(_c.OK if path else _c.ERROR)
+    return path.decode()
 
 
 def open_database(path):

@@ -73,6 +73,7 @@ _SIGNATURES = {
     "last_error": (_int, [_object, ctypes.POINTER(_text), ctypes.POINTER(_text)]),
     "set_log": (None, [Log, ctypes.c_void_p]),
     "set_yield": (None, [Yield, ctypes.c_void_p]),
+    "shipped_file": (_text, [_text]),
     "create_index": (_int, [_text]),
     "open_database": (_int, [_text, ctypes.POINTER(_object)]),
     "execute": (_int, [_object, _text, ValuePointer, _int, _ints]),

@@ -5,6 +5,7 @@
 #include "base/log.h"
 #include "component/c_support.h"
 #include "component/class_list.h"
+#include "component/shipped.h"
 #include "platform/database.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
@@ -101,6 +102,12 @@ void tarn_set_yield(tarn_yield yield, void* context) {
   host().yield = [yield, context] {
     if (yield) yield(context);
   };
+}
+
+const char* tarn_shipped_file(const char* name) {
+  thread_local std::string path;
+  const auto status = guarded(thread_error, [&] { path = shipped_file(required_text(name)); });
+  return status == TARN_OK ? path.c_str() : nullptr;
 }
 
 tarn_status tarn_create_index(const char* path) {

@@ -134,6 +134,10 @@ TARN_API void tarn_set_log(tarn_log log, void* context);
 typedef void (*tarn_yield)(void* context);
 TARN_API void tarn_set_yield(tarn_yield yield, void* context);
 
+/* Full path of a data file that the product ships: "chillers.dat", a record for each chiller type; "plant.dat", the
+ * default plant. NULL where it is not found; the error says where it was looked for. Valid until the next call. */
+TARN_API const char* tarn_shipped_file(const char* name);
+
 /* The client's step: a new index database with every table; an existing file is refused. */
 TARN_API tarn_status tarn_create_index(const char* path);
 /* The shared handle of an existing index database, for SetDBHandle. */
