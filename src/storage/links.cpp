@@ -22,8 +22,8 @@ struct LinkTable {
   LinkTable(std::string table, std::string_view owner_kind, std::string other_column, std::string_view kind,
             std::string_view of_library = {})
       : name(std::move(table)), owner(column_of(owner_kind)), other(std::move(other_column)), library(of_library) {
-    rows = "SELECT " + other + ", nIndex FROM " + name + " LEFT JOIN " + index_table_of(kind) + " ON nIndex = " + other +
-           " WHERE " + owner + " = ?" + condition() + " ORDER BY " + other;
+    rows = "SELECT " + other + ", nIndex FROM " + name + " LEFT JOIN " + index_table_of(kind) +
+           " ON nIndex = " + other + " WHERE " + owner + " = ?" + condition() + " ORDER BY " + other;
   }
   std::string condition() const { return library.empty() ? "" : " AND Library_ID = " + std::string(library); }
 };
@@ -168,8 +168,8 @@ std::vector<LinkRows::Row> LinkRows::rows(std::string_view kind, size_t number) 
 const LinkRows::Row* LinkRows::find(const Use& use) {
   auto& [kind, rows, next] = of_kind(use.kind);
   if (next < rows.size() && rows[next].index == use.index) return &rows[next++];
-  const auto row =
-      std::lower_bound(rows.begin(), rows.end(), use.index, [](const Row& r, int32_t index) { return r.index < index; });
+  const auto row = std::lower_bound(rows.begin(), rows.end(), use.index,
+                                    [](const Row& r, int32_t index) { return r.index < index; });
   if (row == rows.end() || row->index != use.index) return nullptr;
   next = static_cast<size_t>(row - rows.begin()) + 1;
   return &*row;

@@ -103,6 +103,34 @@ class TestCommandLine(unittest.TestCase):
         self.tarn("air-systems", "delete", "1")
         self.assertFalse((self.at / "MALLA01.DAT").exists())
 
+    def test_plants_and_their_equipment(self):
+        self.tarn("chillers", "new", "--type", "water_cooled_packaged_screw")
+        self.tarn("chillers", "new", "--type", "10", "Name=On the roof", "CoolingMode.FLCapacity=150")
+        self.assertRegex(self.tarn("chillers", "show", "2").stdout, r"\n +95 +20 +40 .*\n")
+        self.tarn("boilers", "new", "BoilerOutput=500")
+        self.tarn("towers", "new")
+        piece = "Details.CoolingEqpt.Equipment({}).".format
+        self.tarn("plants", "new", "Name=North", piece(1) + "LibraryID=LIB_CHILLERS", piece(1) + "EquipmentID=2",
+                  piece(2) + "LibraryID=10", piece(2) + "EquipmentID=1", "Details.TowerID=1")
+        self.tarn("plants", "new", "--type", "hot_water")
+        shown = self.tarn("plants", "show", "1").stdout
+        for text in (r"North  4  chiller plant\n", r"\n +1  10  chillers  2  On the roof ", r"\n +2 .*Packaged screw, water-cooled",
+                     r"CondenserWaterLoop Pump 1 +1|CondenserWaterLoop", r"TowerID +1  Tower  1", r"not used: ChilledWaterSecondaryLoop"):
+            self.assertRegex(shown, text)
+        self.assertIn("not used: ChilledWaterPrimaryLoop", self.tarn("plants", "show", "2").stdout)
+        self.assertEqual(json.loads(self.tarn("plants", "show", "1", "--json").stdout)["Details"]["CoolingEqpt"]["Equipment"][1]["EquipmentID"], 1)
+        for words, says in [(["plants", "new", "--type", "hot_watr"], "did you mean HOT_WATER?"),
+                            (["plants", "set", "1", "Name=Plant  2"], "A plant already exists with the name [Plant  2]"),
+                            (["plants", "set", "1", "Details.CondenserWaterLoop.NumPumps=0"], "must have NumPumps >=1"),
+                            (["plants", "set", "1", "Details.SourceWaterLoop.NumPumps=14"], "NumPumps value is out of range: [14 > 13]"),
+                            (["plants", "set", "1", piece(3) + "LibraryID=20", piece(3) + "EquipmentID=7"], "There is no Boiler 7 to refer to"),
+                            (["boilers", "set", "1", "FuelType=9"], "Invalid value for FuelType: 9"),
+                            (["chillers", "import"], "Which file?")]:
+            with self.subTest(words):
+                self.assertIn(says, self.tarn(*words, code=2).stderr)
+        self.tarn("chillers", "delete", "2")
+        self.assertNotIn("On the roof", self.tarn("plants", "show", "1").stdout)
+
     def test_mistakes_name_the_right_word_and_change_nothing(self):
         self.tarn("windows", "new", "Name=A")
         before = {p.name: p.read_bytes() for p in self.at.iterdir()}

@@ -177,6 +177,36 @@ class TestObjects(ProjectCase):
         adjustments.Setup(3)
         self.assertEqual((adjustments.Count, adjustments.Item(9).ID, [a.ID for a in adjustments][7:9]), (19, 9, [9, 14]))
 
+    def test_plants_hand_out_their_parts(self):
+        chiller = self.project.NewChiller()
+        chiller.CreateDefaultByType(11, tarn.shipped_file("chillers.dat"))
+        unit, distances, power, capacity = chiller.GetDXFCDefaults(2, 0, [], [], [])
+        self.assertEqual((unit, distances[:3], power[9], capacity[9]), (20, [0.0, 2.0, 4.0], 0.1, 1.0))
+        with self.assertRaises(tarn.Error) as caught:
+            chiller.GetDXFCDefaults(0, 0, [], [], [])
+        self.assertEqual((caught.exception.source, caught.exception.description), ("CHL_Chiller.GetDXFCDefaults", "Invalid DXFC option"))
+        chiller.Save()
+        plant = self.project.NewPlant()
+        loop = plant.Details.CondenserWaterLoop
+        loop.NumPumps, loop.Pumps[13].Flow = 13, 40.0
+        self.assertEqual((loop.Pumps[13].Name, plant.Details.CondenserWaterLoop.Pumps[13].Flow), ("CondenserWaterLoop Pump 13", 40.0))
+        units = plant.Details.CoolingEqpt
+        units.NumEquipment = 1
+        units.Equipment[1].LibraryID, units.Equipment[1].EquipmentID = 10, chiller.Index
+        plant.General.PlantType = 4
+        plant.General.SetFlags()
+        plant.Save(508)
+        self.assertEqual(plant.FileName, str(pathlib.Path(self.folder.name) / "JOBP01.DAT"))
+        other = self.project.NewPlant()
+        other.Load(2, 1)
+        self.assertEqual((other.Details.CoolingEqpt.NumEquipment, other.General.NumOutputs), (0, 6))
+        pump = self.project.NewPlant().Details.SourceWaterLoop.Pumps[2]  # outlives what it was taken from
+        self.assertEqual(pump.Name, "SourceWaterLoop Pump 2")
+        with self.assertRaisesRegex(tarn.Error, r"NumPumps value is out of range: \[-1 < 0\]"):
+            loop.NumPumps = -1
+        with self.assertRaisesRegex(tarn.Error, "no.dat"):
+            tarn.shipped_file("no.dat")
+
     def test_describes_itself(self):
         self.assertIn("WIN_Window", tarn.classes())
         members = {m.name: m for m in tarn.members("WIN_Window")}
