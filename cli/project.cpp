@@ -202,11 +202,10 @@ int run_describe(const Call& call) {
     const ClassInfo& info = call.verb.empty() ? entry.info() : class_info(call.verb);
     Json members = Json::array();
     for (const Member& member : info.members) members.push_back(member_json(member));
-    all.push_back({{"class", info.name}, {"record_bytes", record_length(info)}, {"members", members}});
+    const size_t length = record_length(*create(info.name));
+    all.push_back({{"class", info.name}, {"record_bytes", length}, {"members", members}});
     if (!call.json) {
-      std::cout << info.name
-                << (record_length(info) > 0 ? ", record of " + std::to_string(record_length(info)) + " bytes" : "")
-                << '\n';
+      std::cout << info.name << (length > 0 ? ", record of " + std::to_string(length) + " bytes" : "") << '\n';
       std::vector<std::vector<Json>> rows;
       for (const Member& m : info.members) {
         constexpr std::string_view kinds[]{"property", "method", "event"};

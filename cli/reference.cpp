@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <map>
 #include <sstream>
 
 #include "base/value.h"
@@ -82,17 +83,54 @@ std::vector<const Member*> stored_fields(const ClassInfo& info) {
   return fields;
 }
 
-/// The blocks of the parts behind the class's own fields, in the order of the interface.
-void add_part_rows(const ClassInfo& info, std::string& rows) {
-  size_t offset = info.record_size;
-  for (const Member& m : info.members) {
-    if (!m.is_part()) continue;
-    const size_t size = record_length(m.part_info());
-    rows += row({std::to_string(offset), std::to_string(m.parts) + " x " + std::to_string(size),
-                 "`" + std::string(m.part_name) + (m.numbered_part ? "(1 to " + std::to_string(m.parts) + ")`" : "`"),
-                 "`" + std::string(m.part_info().name) + "`", ""});
-    offset += size * static_cast<size_t>(m.parts);
+/// A part's record in the memory of an entity.
+struct PartPlace {
+  std::string path, group;  // "Layer(2)", and "Layer" for all of them
+  const ClassInfo* info;
+};
+
+void add_places(Object& object, const std::string& prefix, std::map<const std::byte*, PartPlace>& places) {
+  for (const Member& member : object.info().members) {
+    if (!member.is_part()) continue;
+    const int count = member.bounds.empty() ? member.part_count(object) : member.bounds.front().size();
+    for (int number = 1; number <= (member.numbered_part ? count : 1); ++number) {
+      Object& part = member.part(object, number);
+      const std::string group = prefix + std::string(member.part_name);
+      const std::string path = group + (member.numbered_part ? "(" + std::to_string(number) + ")" : "");
+      if (const auto record = part.part_record(); !record.empty()) places[record.data()] = {path, group, &part.info()};
+      add_places(part, path + ".", places);
+    }
   }
+}
+
+/// The records of an entity's parts as they lie in the file, those of one kind together.
+void add_part_rows(Object& object, std::string& rows) {
+  auto* entity = dynamic_cast<StoredEntity*>(&object);
+  if (!entity) return;
+  std::map<const std::byte*, PartPlace> places;
+  add_places(object, "", places);
+  size_t offset = 0, first = 0, count = 0;
+  const PartPlace* open = nullptr;
+  const auto close = [&] {
+    if (!open) return;
+    const std::string name = count == 1 ? open->path : open->group + "(1 to " + std::to_string(count) + ")";
+    rows += row({std::to_string(first), std::to_string(count) + " x " + std::to_string(open->info->record_size),
+                 "`" + name + "`", "`" + std::string(open->info->name) + "`", ""});
+  };
+  for (const auto& block : entity->layout()) {
+    const auto found = places.find(block.data());
+    const PartPlace* place = found == places.end() ? nullptr : &found->second;
+    if (place && open && place->group == open->group) {
+      ++count;
+    } else {
+      close();
+      open = place;
+      first = offset;
+      count = 1;
+    }
+    offset += block.size();
+  }
+  close();
 }
 
 std::string files_page() {
@@ -101,7 +139,8 @@ std::string files_page() {
       "are "
       "little-endian, fields are not padded, texts are one byte a character (code page 1252) and padded with blanks, "
       "Booleans "
-      "are 16-bit: 0 and -1. Of an array the first subscript varies fastest. Units are those of the file.\n";
+      "are 16-bit: 0 and -1. Of an array the first subscript varies fastest. Units are those of the file. Air systems "
+      "and plants have a file each, here without zones and hourly results.\n";
   for (const ClassEntry& entry : class_list()) {
     const ClassInfo& info = entry.info();
     std::string rows;
@@ -109,9 +148,11 @@ std::string files_page() {
       rows += row({std::to_string(m->offset), std::to_string(m->size),
                    "`" + std::string(m->name) + bounds_text(*m) + "`", type_text(*m), std::string(m->stored_unit)});
     }
-    if (record_length(info) == 0) continue;
-    add_part_rows(info, rows);
-    out += "\n## " + std::string(info.name) + ": " + std::to_string(record_length(info)) +
+    const ObjectPtr object = entry.create();
+    const size_t size = record_length(*object);
+    if (size == 0) continue;
+    add_part_rows(*object, rows);
+    out += "\n## " + std::string(info.name) + ": " + std::to_string(size) +
            " bytes\n\n| offset | size | field | type | unit |\n| --- | --- | --- | --- | --- |\n" + rows;
   }
   return out;

@@ -51,4 +51,12 @@ std::string signature(const Member& member) {
   return text + ")";
 }
 
+size_t record_length(Object& object) {
+  auto* entity = dynamic_cast<StoredEntity*>(&object);
+  if (!entity) return object.info().record_size;
+  size_t length = 0;
+  for (const auto& block : entity->layout()) length += block.size();
+  return length;
+}
+
 }  // namespace tarn::cli

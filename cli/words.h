@@ -18,4 +18,7 @@ std::vector<Group> all_groups();
 /// "GlassTrans(1 to 3)", "Load(nRecNum I2)".
 std::string signature(const Member& member);
 
+/// Bytes of an object's record, those of an entity with its parts; of a file of its own without lists that grow.
+size_t record_length(Object& object);
+
 }  // namespace tarn::cli

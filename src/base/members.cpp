@@ -66,14 +66,6 @@ const Member& ClassInfo::find(std::string_view member) const {
        std::string(name) + " has no member " + std::string(member) + "; " + did_you_mean(member, names));
 }
 
-size_t record_length(const ClassInfo& info) {
-  size_t length = info.record_size;
-  for (const Member& member : info.members) {
-    if (member.is_part()) length += static_cast<size_t>(member.parts) * record_length(member.part_info());
-  }
-  return length;
-}
-
 const Member* find_part(const ClassInfo& info, std::string_view name) {
   for (const Member& member : info.members) {
     if (member.is_part() && (same_word(member.part_name, name) || same_word(member.name, name))) return &member;

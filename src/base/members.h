@@ -93,7 +93,7 @@ struct ClassInfo {
   Failures failures = Failures::Trapped;
   std::vector<Member> members;   // interface order
   std::vector<Member> reserved;  // stored fields that the interface has not; kept as they are
-  size_t record_size = 0;        // without parts
+  size_t record_size = 0;        // of the class alone, without parts
 
   /// Number of a member in interface order, from 0; -1 for a name that the class has not. Letter case does not matter.
   int number(std::string_view member) const;
@@ -105,9 +105,6 @@ struct ClassInfo {
  private:
   std::vector<int16_t> slots_;  // open addressing over the folded names
 };
-
-/// Bytes of the record, with those of the parts.
-size_t record_length(const ClassInfo& info);
 
 /// The member that hands out the part of a name ("Wall" or "GetWall"), null where there is none.
 const Member* find_part(const ClassInfo& info, std::string_view name);

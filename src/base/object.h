@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <variant>
 #include <vector>
@@ -32,6 +33,8 @@ class Object : public std::enable_shared_from_this<Object> {
   Object& operator=(const Object&) = delete;
 
   virtual const ClassInfo& info() const = 0;
+  /// The record of a part, where it lies; empty for other objects.
+  virtual std::span<std::byte> part_record() { return {}; }
 
   /// The object is a part of another one, inside it.
   void belong_to(Object& owner) { owner_ = &owner; }

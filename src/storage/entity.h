@@ -51,6 +51,8 @@ class StoredEntity : public Object {
   void Reset(std::optional<bool> bResetAll = {});
 
   virtual const Kind& kind() const = 0;
+  /// The memory of what the file has, in its order: the records of the entity and its parts.
+  virtual std::vector<std::span<std::byte>> layout() { return blocks_; }
   /// The file that holds the kind's default record.
   virtual std::string default_file() const { return FileName; }
   /// Everything that the entity keeps is loaded and saved from now on, for a kind that can do with less.
@@ -175,6 +177,7 @@ class Part : public Object, public R {
  public:
   using Record = R;
   std::span<std::byte> bytes() { return std::as_writable_bytes(std::span<R, 1>(static_cast<R*>(this), 1)); }
+  std::span<std::byte> part_record() final { return bytes(); }
 };
 
 /// A kind's class that begins with a plain record `R`, with the name first; most kinds have nothing behind it.

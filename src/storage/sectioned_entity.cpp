@@ -46,6 +46,14 @@ std::string SectionedEntity::file_of(int index) const {
 
 bool SectionedEntity::has_file(const std::string& path) const { return !path.empty() && files().exists(path); }
 
+std::vector<std::span<std::byte>> SectionedEntity::layout() {
+  Blocks all;
+  for (size_t section = 0; section < section_count(); ++section) {
+    for (const auto& block : blocks(section)) all.push_back(block);
+  }
+  return all;
+}
+
 size_t SectionedEntity::header_size() const { return const_cast<SectionedEntity*>(this)->blocks(0).front().size(); }
 
 /// The bytes that a file begins with; those that it lacks are zero.

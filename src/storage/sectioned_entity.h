@@ -24,6 +24,7 @@ class SectionedEntity : public StoredEntity {
   /// The results become absent and zero.
   void drop_results();
   std::string default_file() const override { return file_of(0); }
+  std::vector<std::span<std::byte>> layout() override;
   void set_changed() override { DesHasChanged = SimHasChanged = true; }
 
  protected:

@@ -55,7 +55,7 @@ class AirSystemTest : public test::ProjectTest {
 };
 
 TEST_F(AirSystemTest, SectionsLieAtTheirPlaces) {
-  EXPECT_EQ(record_length(AS_General().info()), 94U);
+  EXPECT_EQ(AS_General().info().record_size, 94U);
   EXPECT_EQ(sizeof(ZoneRecord), 398U);
   auto system = calculated("A", 3);
   const std::string bytes = bytes_of(file(1));
