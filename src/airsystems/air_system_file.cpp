@@ -82,8 +82,7 @@ void AS_AirSystem::remove_files(int16_t index) {
   SectionedEntity::remove_files(index);
   if (index == 0 || DLFileName.empty()) return;
   const bool has_folder = DLFileName.find('/') != std::string::npos;
-  Engine::of_thread().Workspaces(0).files().remove(
-      has_folder ? DLFileName : host().directory_form(WorkPath) + DLFileName, GetDBHandle());
+  files().remove(has_folder ? DLFileName : host().directory_form(WorkPath) + DLFileName, GetDBHandle());
 }
 
 std::function<void()> AS_AirSystem::keep_rest() {

@@ -108,7 +108,7 @@ std::vector<std::byte> bytes_of(const std::string& hex) {
   return bytes;
 }
 
-bool on_disk(const std::string& file) { return Engine::of_thread().Workspaces(0).files().size(file) > 0; }
+bool on_disk(const std::string& file) { return files().size(file) > 0; }
 
 }  // namespace
 

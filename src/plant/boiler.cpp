@@ -67,8 +67,7 @@ void BLR_Boiler::SetPartLoadModel(BLR_ModelingMethods model) {
 }
 
 void BLR_Boiler::check_file(std::string_view operation) const {
-  FileStore& files = Engine::of_thread().Workspaces(0).files();
-  const uint64_t size = !FileName.empty() && files.exists(FileName) ? files.size(FileName) : 0;
+  const uint64_t size = !FileName.empty() && files().exists(FileName) ? files().size(FileName) : 0;
   if (size == 0 || size % sizeof(BoilerRecord) != 0) {
     throw Error(static_cast<int>(ErrorNumber::UnknownFormat), std::string(operation),
                 "Size of boiler data file does not match size of boiler data structure.");

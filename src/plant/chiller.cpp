@@ -84,16 +84,15 @@ const ClassInfo& CHL_Chiller::info() const {
 
 void CHL_Chiller::CreateDefaultByType(int16_t nChillerType, const std::string& sDefaultsFile) {
   if (sDefaultsFile.empty()) fail(ErrorNumber::FileNotFound, "Chiller defaults file was not specified.");
-  FileStore& files = Engine::of_thread().Workspaces(0).files();
-  if (!files.exists(sDefaultsFile))
+  if (!files().exists(sDefaultsFile))
     fail(ErrorNumber::FileNotFound, "Chiller defaults file was not found." + sDefaultsFile);
   std::vector<std::byte> bytes(record_size());
-  const auto last = static_cast<int>(files.size(sDefaultsFile) / bytes.size());
+  const auto last = static_cast<int>(files().size(sDefaultsFile) / bytes.size());
   if (nChillerType < 1 || nChillerType > last) {
     fail(ErrorNumber::InvalidCall, sDefaultsFile + " has no chiller type " + std::to_string(nChillerType) +
                                        "; its types are 1 to " + std::to_string(last) + ".");
   }
-  files.read(sDefaultsFile, static_cast<uint64_t>(nChillerType - 1) * bytes.size(), bytes, OpenMode::Read);
+  files().read(sDefaultsFile, static_cast<uint64_t>(nChillerType - 1) * bytes.size(), bytes, OpenMode::Read);
   set_record(bytes);
 }
 

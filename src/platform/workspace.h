@@ -53,6 +53,9 @@ class Engine {
   Workspace workspace_;
 };
 
+/// Record bytes as the thread's open transaction sees them.
+inline FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
+
 /// A transaction on the first workspace: rolled back unless committed, with those left open inside it.
 class Transaction {
  public:

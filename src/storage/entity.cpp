@@ -8,11 +8,6 @@
 #include "storage/links.h"
 
 namespace tarn {
-namespace {
-
-FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
-
-}  // namespace
 
 Database& StoredEntity::database() const {
   if (!database_) {

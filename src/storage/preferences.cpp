@@ -9,8 +9,6 @@
 namespace tarn {
 namespace {
 
-FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
-
 const std::string& named(const std::string& file) {
   if (file.empty()) fail(ErrorNumber::FileNotFound, "There is no file to read or write; set FileName.");
   return file;

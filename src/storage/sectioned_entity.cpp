@@ -9,8 +9,6 @@
 namespace tarn {
 namespace {
 
-FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
-
 /// Fills blocks that lie back to back in a file: large ones in place, the small ones between them by one read.
 void read_blocks(const std::string& path, uint64_t from, std::span<const std::span<std::byte>> blocks) {
   constexpr size_t kLarge = 4096;

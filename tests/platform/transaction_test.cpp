@@ -22,7 +22,6 @@ class TransactionTest : public test::ProjectTest {
     }
     return all;
   }
-  FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
   std::vector<std::byte> bytes(std::string_view text) {
     const auto span = std::as_bytes(std::span(text));
     return {span.begin(), span.end()};
