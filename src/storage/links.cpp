@@ -1,7 +1,6 @@
 #include "storage/links.h"
 
 #include <algorithm>
-#include <ranges>
 #include <set>
 
 #include "base/log.h"
@@ -52,8 +51,10 @@ const References& references_of(const ClassInfo& info) {
   if (const auto found = known.find(&info); found != known.end()) return found->second;
   References references;
   for (const Member& member : info.members) {
-    for (const auto kind : std::views::split(member.refers_to, ' ')) {
-      if (!kind.empty()) references.kinds.insert(std::string_view(kind.begin(), kind.end()));
+    for (std::string_view rest = member.refers_to; !rest.empty();) {
+      const size_t end = std::min(rest.find(' '), rest.size());
+      references.kinds.insert(rest.substr(0, end));
+      rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     if (!member.is_part()) {
       if (member.stored() && !member.refers_to.empty()) references.members.push_back(&member);
@@ -184,7 +185,8 @@ bool LinkRows::is_there(const Use& use) {
 
 std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const KindTest& counts) {
   std::vector<std::string_view> kinds;
-  std::ranges::copy_if(references_of(info).kinds, std::back_inserter(kinds), counts);
+  const auto& all = references_of(info).kinds;
+  std::copy_if(all.begin(), all.end(), std::back_inserter(kinds), counts);
   return kinds;
 }
 
