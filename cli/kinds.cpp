@@ -252,11 +252,12 @@ void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::s
   }
 }
 
-int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::string_view what, Json rest = {}) {
+int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::string_view what,
+          const Json& rest = Json::object()) {
   entity.Save();
   if (call.json) {
     Json json{{"index", entity.Index}};
-    json.update(rest.is_null() ? Json::object() : rest);
+    json.update(rest);
     print_json(json);
   }
   if (!call.json) std::cout << kind.one << ' ' << entity.Index << ' ' << what << '\n';

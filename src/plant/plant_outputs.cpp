@@ -41,10 +41,10 @@ using Codes = std::initializer_list<int16_t>;
 
 /// Units and loops that plants of a type can have.
 struct Outputs {
-  Type type;
   std::vector<int16_t> codes;
-  bool cooling_units = false, heating_units = false, recovery_units = false;
   std::vector<int> loops = {};  // from 1, those that are used
+  Type type;
+  bool cooling_units = false, heating_units = false, recovery_units = false;
 };
 
 const std::vector<int16_t> kCooling{kCoolingLoad, kChilledWaterTemp, kChilledWaterFlow, kUnmetCooling};
@@ -57,34 +57,34 @@ std::vector<int16_t> with(std::vector<int16_t> first, const std::vector<int16_t>
 }
 
 const Outputs kOutputs[]{
-    {.type = Type::PT_GENERIC_CW, .codes = kCooling, .loops = {1, 2}},
-    {.type = Type::PT_GENERIC_HW, .codes = kHeating, .loops = {3, 4}},
-    {.type = Type::PT_GENERIC_STEAM, .codes = kSteam},
-    {.type = Type::PT_CHILLER, .codes = kCooling, .cooling_units = true, .loops = {1, 2, 7}},
-    {.type = Type::PT_COOL_STORAGE,
-     .codes = with(kCooling, {kStorageCharge, kStorageLevel}),
+    {.codes = kCooling, .loops = {1, 2}, .type = Type::PT_GENERIC_CW},
+    {.codes = kHeating, .loops = {3, 4}, .type = Type::PT_GENERIC_HW},
+    {.codes = kSteam, .type = Type::PT_GENERIC_STEAM},
+    {.codes = kCooling, .loops = {1, 2, 7}, .type = Type::PT_CHILLER, .cooling_units = true},
+    {.codes = with(kCooling, {kStorageCharge, kStorageLevel}),
+     .loops = {1, 2, 7},
+     .type = Type::PT_COOL_STORAGE,
+     .cooling_units = true},
+    {.codes = with(kCooling, {kRemoteCooling}), .loops = {1, 2}, .type = Type::PT_REMOTE_SOURCE_CW},
+    {.codes = kHeating, .loops = {3, 4}, .type = Type::PT_HOT_WATER, .heating_units = true},
+    {.codes = kSteam, .type = Type::PT_STEAM_BOILER, .heating_units = true},
+    {.codes = with(kHeating, {kRemoteHeating}), .loops = {3, 4}, .type = Type::PT_REMOTE_SOURCE_HW},
+    {.codes = with(kSteam, {kRemoteHeating}), .type = Type::PT_REMOTE_SOURCE_STEAM},
+    {.codes = with(kCooling, kHeating), .loops = {5, 6}, .type = Type::PT_GENERIC_CHANGEOVER},
+    {.codes = with(kCooling, kHeating),
+     .loops = {5, 6, 7, 8},
+     .type = Type::PT_CHANGEOVER,
      .cooling_units = true,
-     .loops = {1, 2, 7}},
-    {.type = Type::PT_REMOTE_SOURCE_CW, .codes = with(kCooling, {kRemoteCooling}), .loops = {1, 2}},
-    {.type = Type::PT_HOT_WATER, .codes = kHeating, .heating_units = true, .loops = {3, 4}},
-    {.type = Type::PT_STEAM_BOILER, .codes = kSteam, .heating_units = true},
-    {.type = Type::PT_REMOTE_SOURCE_HW, .codes = with(kHeating, {kRemoteHeating}), .loops = {3, 4}},
-    {.type = Type::PT_REMOTE_SOURCE_STEAM, .codes = with(kSteam, {kRemoteHeating})},
-    {.type = Type::PT_GENERIC_CHANGEOVER, .codes = with(kCooling, kHeating), .loops = {5, 6}},
-    {.type = Type::PT_CHANGEOVER,
-     .codes = with(kCooling, kHeating),
+     .heating_units = true},
+    {.codes = {kServiceLoad, kServiceTemp, kServicePump}, .type = Type::PT_SERVICE_HOT_WATER, .heating_units = true},
+    {.codes = {kServiceLoad, kServiceTemp}, .type = Type::PT_GENERIC_SERVICEHW},
+    {.codes = with(with(kCooling, kHeating), {kRecoveredHeat}), .type = Type::PT_GENERIC_HEAT_RECOVERY},
+    {.codes = with(with(kCooling, kHeating), {kRecoveredHeat}),
+     .loops = {1, 2, 3, 4, 7, 8},
+     .type = Type::PT_HEAT_RECOVERY,
      .cooling_units = true,
      .heating_units = true,
-     .loops = {5, 6, 7, 8}},
-    {.type = Type::PT_SERVICE_HOT_WATER, .codes = {kServiceLoad, kServiceTemp, kServicePump}, .heating_units = true},
-    {.type = Type::PT_GENERIC_SERVICEHW, .codes = {kServiceLoad, kServiceTemp}},
-    {.type = Type::PT_GENERIC_HEAT_RECOVERY, .codes = with(with(kCooling, kHeating), {kRecoveredHeat})},
-    {.type = Type::PT_HEAT_RECOVERY,
-     .codes = with(with(kCooling, kHeating), {kRecoveredHeat}),
-     .cooling_units = true,
-     .heating_units = true,
-     .recovery_units = true,
-     .loops = {1, 2, 3, 4, 7, 8}}};
+     .recovery_units = true}};
 
 /// Each unit of a list with these codes.
 void add_units(std::vector<int16_t>& flags, const PLT_EquipmentList& list, Codes codes) {
