@@ -194,6 +194,9 @@ void PLT_Plant::Load(int32_t nOpMode, int16_t nRecNum) {
   const int32_t held = Index == nRecNum && Index != 0 ? loaded_ : 0;
   with_mask(nOpMode, [&] { SectionedEntity::Load(nRecNum); });
   loaded_ = nOpMode | held;
+  for (const size_t section : {kSystems, kDetails}) {  // nothing of another plant stays
+    if ((loaded_ & kSectionMasks[section]) == 0) clear(section);
+  }
 }
 
 void PLT_Plant::Load(int16_t nRecNum) { Load(CCM_ALL, nRecNum); }
@@ -242,6 +245,7 @@ void PLT_Plant::before_save() {
   after_clearing();
   select_results();
   if (after_calculations_) return;
+  drop_misplaced_hours();
   General.Sized = false;
   General.Simulated = false;
   DesHasChanged = SimHasChanged = true;
@@ -261,6 +265,18 @@ void PLT_Plant::select_results() {
     if (!after_calculations_ && !holds && !loaded) mask_ &= ~kSectionMasks[section];
     set_there(section, after_calculations_ || holds);
   }
+}
+
+/// The hourly results of a plant with other outputs now would stand under wrong ones.
+void PLT_Plant::drop_misplaced_hours() {
+  const std::string path = file_of(Index);
+  if (!has_file(path)) return;
+  const PlantHeaderRecord stored = header_in(header_of_file(path)), &own = General;
+  if (stored.NumOutputs == own.NumOutputs && std::ranges::equal(stored.OutputFlags.items, own.OutputFlags.items, {},
+                                                                &I2::value, &I2::value))
+    return;
+  mask_ |= CCM_HOURLYSIMDATA;
+  set_there(kHourly, false);
 }
 
 bool PLT_Plant::knows_links(std::string_view kind) const { return selected(kind == "System" ? kSystems : kDetails); }
@@ -292,6 +308,8 @@ void PLT_Plant::read_default() {
     fail(ErrorNumber::FileNotFound, "Default Plant data file not found.  File name:  " + DefFileName);
   mask_ = loaded_ = CCM_ALL;
   read_sections(DefFileName);
+  General.Sized = false;
+  General.Simulated = false;
 }
 
 void PLT_Plant::WriteDefaultsFile(const std::string& strFileName) {

@@ -34,7 +34,8 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
   /// Everything.
   void Load(int16_t nRecNum) override;
   /// The header and the selected sections; the others stay as they are in the file, which is replaced whole. A save
-  /// that is not made after calculations marks sizing and simulation as changed. Errors `InvalidCall` for a name that
+  /// that is not made after calculations marks sizing and simulation as changed; where the outputs are others than
+  /// those of the file, it drops the hourly results. Errors `InvalidCall` for a name that
   /// another plant has, for a used loop without pumps, and for inputs that were never loaded.
   void Save(int32_t nOpMode, std::optional<bool>& bSaveAfterCalculation);
   void Save(int32_t nOpMode) {
@@ -63,6 +64,7 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
   void check_loaded() const;
   void check_details() const;
   void select_results();
+  void drop_misplaced_hours();
   bool holds_anything(size_t section);
 
   Ends ends_of(std::span<const std::byte> header, const std::string& path) const override;

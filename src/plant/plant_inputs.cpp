@@ -16,7 +16,7 @@ const ClassInfo& PLT_General::info() const {
 const ClassInfo& PLT_SystemSelect::info() const {
   using R = SystemSelectRecord;
   static const ClassInfo info =
-      describe<PLT_SystemSelect>(Failures::Raised, property<&R::NumSystems>, property<&R::SystemID>.refers_to("System"),
+      describe<PLT_SystemSelect>(Failures::Raised, converted<&R::NumSystems, &PLT_SystemSelect::NumSystems, &PLT_SystemSelect::SetNumSystems>, property<&R::SystemID>.refers_to("System"),
                                  property<&R::SystemMultiplier>);
   return info;
 }

@@ -21,7 +21,7 @@ static_assert(sizeof(PlantHeaderRecord) == 178);
 
 struct SystemSelectRecord {
   I2 NumSystems;
-  Array<I2, kPlantSystems> SystemID, SystemMultiplier;
+  Array<I2, kPlantSystems> SystemID, SystemMultiplier;  // a multiplier of 0 counts as 1
 };
 static_assert(sizeof(SystemSelectRecord) == 1002);
 
@@ -102,7 +102,7 @@ class PLT_General final : public Part<PlantHeaderRecord> {
   PLT_Plant* plant = nullptr;
 
   /// Fills NumOutputs and OutputFlags for the plant's type and what it uses. Error `InvalidCall` for an unknown type
-  /// and for more outputs than there are flags; then nothing has changed.
+  /// for more outputs than there are flags, and where Details were not loaded; then nothing has changed.
   void SetFlags();
   /// Codes of a piece of equipment from its library's index table, 0 for what the library has not and for a piece that
   /// is not there. Error `InvalidCall` for an unknown library.

@@ -141,6 +141,8 @@ const PLT_Plant& PLT_General::of_plant() const {
 
 void PLT_General::SetFlags() {
   const Outputs& outputs = outputs_of(PlantType);
+  if ((of_plant().loaded_ & CCM_DETAILS) == 0)
+    fail(ErrorNumber::InvalidCall, "The outputs depend on Details, which were not loaded. Load them first.");
   const std::vector<int16_t> flags = flags_of(outputs, const_cast<PLT_Details&>(of_plant().Details));
   if (flags.size() > kOutputFlags) fail(ErrorNumber::InvalidCall, "Too many output flags");
   OutputFlags = {};

@@ -1,6 +1,7 @@
 #include "platform/commit.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <filesystem>
 
@@ -11,11 +12,13 @@
 namespace tarn {
 namespace {
 
-// Journal: magic, then for each file its path (relative to the journal's folder), whether it existed, its size, where
-// it was moved to, and the old bytes; a checksum over all of it last. Numbers are 64-bit. A large file that is
-// replaced whole and lies beside the journal is moved aside instead of copied.
-constexpr std::string_view kMagic = "TarnUndo2\n";
-constexpr uint64_t kSmall = 65536;  // up to here a copy costs less than a move, whose new names must be synced too
+// Journal: magic, then for each file that is written in place or removed its path (relative to the journal's folder),
+// whether it existed, its size, where it was moved to, and the old bytes; a checksum over all of it last. Numbers are
+// 64-bit. A file beside the journal that is replaced whole is made beside it, as <journal>-new-<name>, and takes its
+// place by a rename behind the database's commit: other programs read the old one or the new one.
+constexpr std::string_view kMagic = "TarnUndo3\n";
+constexpr std::string_view kPrepared = "-new-";
+constexpr uint64_t kSmall = 65536;  // up to here a file that is removed is copied, above it is moved aside
 
 /// FNV-1a over words of eight bytes, the last one filled with zeros.
 uint64_t checksum(std::string_view bytes) {
@@ -63,8 +66,11 @@ FileCommit::FileCommit(std::string journal, std::vector<std::pair<std::string, c
 
 void FileCommit::read_before() {
   for (const auto& [path, pending] : writes_) {
-    Before before{path, false, 0, {}, {}};
-    if (const auto file = host().files->open(path, OpenMode::Read)) {
+    Before before{path, false, 0, {}, {}, {}};
+    const bool whole = pending->emptied && !journal_.empty() && folder_of(path) == folder_of(journal_);
+    if (whole && !pending->removed) {
+      before.prepared = journal_ + std::string(kPrepared) + std::filesystem::path(path).filename().string();
+    } else if (const auto file = host().files->open(path, OpenMode::Read)) {
       const auto keep = [&](uint64_t offset, size_t size) {
         Piece piece{offset, std::string(size, '\0')};
         piece.bytes.resize(file->read(offset, std::as_writable_bytes(std::span(piece.bytes))));
@@ -72,8 +78,7 @@ void FileCommit::read_before() {
       };
       before.existed = true;
       before.size = file->size();
-      const bool large = before.size > kSmall;
-      if (pending->emptied && large && !journal_.empty() && folder_of(path) == folder_of(journal_)) {
+      if (whole && before.size > kSmall) {
         before.moved = journal_ + "-" + std::to_string(before_.size());
       } else if (pending->emptied) {
         keep(0, before.size);
@@ -87,8 +92,10 @@ void FileCommit::read_before() {
 
 std::string FileCommit::written_journal() const {
   std::string out(kMagic);
-  put_number(out, before_.size());
+  const auto in_place = [](const Before& before) { return before.prepared.empty(); };
+  put_number(out, static_cast<uint64_t>(std::count_if(before_.begin(), before_.end(), in_place)));
   for (const Before& before : before_) {
+    if (!in_place(before)) continue;
     put_text(out, std::filesystem::path(before.path).lexically_proximate(folder_of(journal_)).string());
     put_number(out, before.existed ? 1 : 0);
     put_number(out, before.size);
@@ -128,6 +135,7 @@ std::vector<FileCommit::Before> FileCommit::parsed_journal(const std::string& te
 
 void FileCommit::restore(const std::vector<Before>& all) {
   for (const Before& before : all) {
+    if (!before.prepared.empty()) continue;  // the old file is as it was
     if (!before.existed) {
       host().files->remove(before.path);
       continue;
@@ -145,12 +153,13 @@ void FileCommit::restore(const std::vector<Before>& all) {
 
 void FileCommit::apply() {
   read_before();
-  if (!journal_.empty()) {
-    const auto file = host().files->open(journal_, OpenMode::Create);
-    file->truncate(0);
-    file->write(0, bytes_of(written_journal()));
-    file->sync();
-    host().files->sync_folder(folder_of(journal_));
+  try {
+    write_journal();
+    prepare_files();
+    if (!journal_.empty()) host().files->sync_folder(folder_of(journal_));
+  } catch (...) {
+    forget();
+    throw;
   }
   try {
     write_files();
@@ -160,9 +169,31 @@ void FileCommit::apply() {
   }
 }
 
+/// It is there before any of its files. Where it has nothing to put back, it only tells those who come by that there is
+/// something to be finished or removed, and need not reach the disk.
+void FileCommit::write_journal() {
+  if (journal_.empty()) return;
+  const auto file = host().files->open(journal_, OpenMode::Create);
+  file->truncate(0);
+  file->write(0, bytes_of(written_journal()));
+  const auto in_place = [](const Before& before) { return before.prepared.empty(); };
+  if (std::any_of(before_.begin(), before_.end(), in_place)) file->sync();
+}
+
+void FileCommit::prepare_files() {
+  for (size_t i = 0; i < writes_.size(); ++i) {
+    if (before_[i].prepared.empty()) continue;
+    const auto file = host().files->open(before_[i].prepared, OpenMode::Create);
+    file->truncate(0);
+    for (const auto& [offset, bytes] : writes_[i].second->extents.pieces()) file->write(offset, bytes);
+    file->sync();
+  }
+}
+
 void FileCommit::write_files() {
   bool names_changed = false;
   for (size_t i = 0; i < writes_.size(); ++i) {
+    if (!before_[i].prepared.empty()) continue;
     const auto& [path, pending] = writes_[i];
     const bool moves = !before_[i].moved.empty();
     if (moves) host().files->rename(path, before_[i].moved);
@@ -172,12 +203,8 @@ void FileCommit::write_files() {
       continue;
     }
     const auto file = host().files->open(path, OpenMode::Create);
-    const auto& pieces = pending->extents.pieces();
-    const bool in_place = pieces.size() == 1 && pieces.begin()->first == 0;  // its blocks are used again
-    if (pending->emptied && !in_place) file->truncate(0);
-    for (const auto& [offset, bytes] : pieces) file->write(offset, bytes);
-    if (pending->emptied && in_place && before_[i].size > pieces.begin()->second.size())
-      file->truncate(pieces.begin()->second.size());
+    if (pending->emptied) file->truncate(0);
+    for (const auto& [offset, bytes] : pending->extents.pieces()) file->write(offset, bytes);
     file->sync();
   }
   if (names_changed && !journal_.empty()) host().files->sync_folder(folder_of(journal_));
@@ -188,11 +215,38 @@ void FileCommit::undo() {
   forget();
 }
 
+namespace {
+
+/// A file takes its place; another program that came by may have seen to it already.
+void take_place(const std::string& prepared, const std::string& path) {
+  try {
+    host().files->rename(prepared, path);
+  } catch (const Error&) {
+    if (host().files->exists(prepared)) host().files->rename(prepared, path);
+  }
+}
+
+}  // namespace
+
+void FileCommit::finish() {
+  try {
+    for (const Before& before : before_) {
+      if (!before.prepared.empty()) take_place(before.prepared, before.path);
+    }
+  } catch (const Error& refused) {
+    log().message(refused.description() + " The save is finished when the project is opened the next time.");
+    return;
+  }
+  forget();
+}
+
 void FileCommit::forget() {
   if (journal_.empty()) return;
   try {
     for (const Before& before : before_) {
-      if (!before.moved.empty()) host().files->remove(before.moved);
+      for (const std::string& beside : {before.moved, before.prepared}) {
+        if (!beside.empty()) host().files->remove(beside);
+      }
     }
     host().files->remove(journal_);
   } catch (const Error& refused) {
@@ -208,17 +262,65 @@ std::vector<FileCommit::Before> FileCommit::read_journal(const std::string& jour
   return parsed_journal(text, folder_of(journal));
 }
 
+namespace {
+
+/// Names of a folder that begin with a text.
+std::vector<std::string> names_with(const std::string& folder, const std::string& beginning) {
+  std::vector<std::string> names;
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(folder.empty() ? "." : folder, ignored)) {
+    if (std::string name = entry.path().filename().string(); name.starts_with(beginning)) names.push_back(name);
+  }
+  return names;
+}
+
+/// Calls `action` on each new file of a commit, with the path whose place it is to take.
+template <typename F>
+void for_each_prepared(const std::string& journal, F action) {
+  const std::filesystem::path folder = folder_of(journal);
+  const std::string beginning = std::filesystem::path(journal).filename().string() + std::string(kPrepared);
+  for (const std::string& name : names_with(folder.string(), beginning))
+    action((folder / name).string(), (folder / name.substr(beginning.size())).string());
+}
+
+}  // namespace
+
 void undo_interrupted_commit(const std::string& journal) {
   FileCommit::restore(FileCommit::read_journal(journal));
+  for_each_prepared(journal, [](const std::string& prepared, const std::string&) { host().files->remove(prepared); });
   host().files->remove(journal);
 }
 
-void forget_finished_commit(const std::string& journal) {
-  if (!host().files->exists(journal)) return;
+void finish_interrupted_commit(const std::string& journal) {
+  for_each_prepared(journal, take_place);
+  forget_old_commit(journal);
+}
+
+bool has_prepared_files(const std::string& journal) {
+  bool found = false;
+  for_each_prepared(journal, [&found](const std::string&, const std::string&) { found = true; });
+  return found;
+}
+
+void forget_old_commit(const std::string& journal) {
+  for_each_prepared(journal, [](const std::string& prepared, const std::string&) { host().files->remove(prepared); });
   for (const auto& before : FileCommit::read_journal(journal)) {
     if (!before.moved.empty()) host().files->remove(before.moved);
   }
   host().files->remove(journal);
+}
+
+std::vector<int64_t> interrupted_commits(const std::string& stem) {
+  const std::string beginning = std::filesystem::path(stem).filename().string();
+  std::vector<int64_t> numbers;
+  for (const std::string& name : names_with(folder_of(stem), beginning)) {
+    int64_t number = 0;
+    const char* const digits = name.data() + beginning.size();
+    if (std::from_chars(digits, name.data() + name.size(), number).ec == std::errc()) numbers.push_back(number);
+  }
+  std::sort(numbers.begin(), numbers.end());
+  numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+  return numbers;
 }
 
 }  // namespace tarn

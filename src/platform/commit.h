@@ -15,12 +15,13 @@ class FileCommit {
   /// `journal` is empty for writes that belong to no database.
   FileCommit(std::string journal, std::vector<std::pair<std::string, const FileStore::Pending*>> writes);
 
-  /// Saves what the writes replace, then makes them. A failure puts the old bytes back and throws.
+  /// Saves what the writes replace, then makes them, whole files beside the old ones. A failure puts the old bytes back
+  /// and throws.
   void apply();
   /// Puts the old bytes back.
   void undo();
-  /// The database has committed: the old bytes are no longer needed.
-  void forget();
+  /// The database has committed: whole files take their place, and what was saved is removed.
+  void finish();
 
  private:
   struct Piece {
@@ -31,18 +32,22 @@ class FileCommit {
     std::string path;
     bool existed = false;
     uint64_t size = 0;
-    std::string moved;  // where a file lies that is replaced whole; empty: the pieces tell what it held
+    std::string moved;     // where a large file is kept that is removed; empty: the pieces tell what it held
+    std::string prepared;  // the new form of a file that is replaced whole; the old one stays until the end
     std::vector<Piece> pieces;
   };
   friend void undo_interrupted_commit(const std::string& journal);
-  friend void forget_finished_commit(const std::string& journal);
+  friend void forget_old_commit(const std::string& journal);
 
   void read_before();
   std::string written_journal() const;
   static std::vector<Before> parsed_journal(const std::string& text, const std::string& folder);
   static std::vector<Before> read_journal(const std::string& journal);
   static void restore(const std::vector<Before>& all);
+  void write_journal();
+  void prepare_files();
   void write_files();
+  void forget();
 
   std::string journal_;
   std::vector<std::pair<std::string, const FileStore::Pending*>> writes_;
@@ -52,7 +57,16 @@ class FileCommit {
 /// Undoes a commit whose process died before its database committed; a journal that is not whole wrote nothing yet.
 void undo_interrupted_commit(const std::string& journal);
 
-/// Removes what a commit left whose process died behind its database's commit.
-void forget_finished_commit(const std::string& journal);
+/// Brings a commit to its end whose process died behind its database's commit.
+void finish_interrupted_commit(const std::string& journal);
+
+/// Removes what is left of a commit that others have followed.
+void forget_old_commit(const std::string& journal);
+
+/// Whether new files of a commit wait to take their places.
+bool has_prepared_files(const std::string& journal);
+
+/// The numbers of commits that have left something beside a database; `stem` is what their journals' names begin with.
+std::vector<int64_t> interrupted_commits(const std::string& stem);
 
 }  // namespace tarn

@@ -238,25 +238,31 @@ void Database::create(const std::string& path, std::string_view script) {
 std::string Database::journal_name(int64_t token) const { return path_ + "-undo" + std::to_string(token); }
 
 void Database::recover() {
-  // A commit numbers itself one above the database's last. Its journal is there still: it died before the database
-  // committed, or is at work in another program and holds the write lock.
-  const int64_t last = pragma("user_version");
-  if (host().files->exists(journal_name(last + 1))) {
-    if (read_only_) {
-      fail(ErrorNumber::UnfinishedCommit,
-           "A save in " + path_ + " was interrupted; open the project once for writing to undo it.");
-    }
-    run("BEGIN IMMEDIATE");
-    const std::string journal = journal_name(pragma("user_version") + 1);
-    if (host().files->exists(journal)) undo_interrupted_commit(journal);
-    run("ROLLBACK");
+  // A commit numbers itself one above the database's last. What it left is there still: it died, or is at work in
+  // another program, which holds the write lock.
+  const std::vector<int64_t> left = interrupted_commits(path_ + "-undo");
+  if (left.empty()) return;
+  if (read_only_) {
+    const int64_t last = pragma("user_version");
+    if (left.back() < last || (left.back() == last && !has_prepared_files(journal_name(last)))) return;
+    fail(ErrorNumber::UnfinishedCommit,
+         "A save in " + path_ + " was interrupted; open the project once for writing to undo or finish it.");
   }
-  if (!read_only_) forget_finished_commit(journal_name(last));
+  run("BEGIN IMMEDIATE");
+  const int64_t last = pragma("user_version");
+  for (const int64_t token : left) {
+    const std::string journal = journal_name(token);
+    if (token > last) undo_interrupted_commit(journal);
+    if (token == last) finish_interrupted_commit(journal);
+    if (token < last) forget_old_commit(journal);
+  }
+  run("ROLLBACK");
 }
 
 std::string Database::claim_journal() {
   const int64_t token = pragma("user_version") + 1;
   run("PRAGMA user_version = " + std::to_string(token));
+  if (const std::string last = journal_name(token - 1); host().files->exists(last)) finish_interrupted_commit(last);
   const std::string journal = journal_name(token);
   if (host().files->exists(journal)) undo_interrupted_commit(journal);
   return journal;

@@ -96,7 +96,7 @@ void Workspace::commit_outermost() {
       files.undo();
       throw;
     }
-    files.forget();
+    files.finish();
   }
   files_.drop();
   undos_.pop_back();

@@ -56,6 +56,9 @@ class SectionedEntity : public StoredEntity {
   /// Two hexadecimal digits at least: "0A.DAT", "100.DAT"; empty without a prefix.
   std::string file_of(int index) const;
   bool has_file(const std::string& path) const;
+  size_t header_size() const;
+  std::vector<std::byte> header_of_file(const std::string& path) const;
+  void clear(size_t section);
   /// `StoredEntity::Save`, by a user or after calculations.
   void save(bool after_calculations);
   /// Only a calculation takes a changed flag away: those of the index row stay, where the object has lost them.
@@ -91,9 +94,6 @@ class SectionedEntity : public StoredEntity {
   };
   OldFile old_file(const std::string& path) const;
   Ends checked_ends(std::span<const std::byte> header, uint64_t size, const std::string& path) const;
-  std::vector<std::byte> header_of_file(const std::string& path) const;
-  size_t header_size() const;
-  void clear(size_t section);
   uint64_t add_section(size_t section, const OldFile& old, std::vector<std::byte>& out);
 
   static constexpr size_t kMostSections = 16, kNameWidth = 30;
