@@ -210,10 +210,10 @@ std::vector<std::pair<std::string, Json>> fields(StoredEntity& entity) {
 }
 
 /// What is referred to is there, or the nearest is named.
-void check_reference(Database& database, const Assignment& assignment) {
+void check_reference(Database& database, Object& object, const Member& member, Subscripts at) {
   Value value;
-  assignment.member->get(*assignment.object, assignment.at, value);
-  const std::string kind(assignment.member->target_of(*assignment.object));
+  member.get(object, at, value);
+  const std::string kind(member.target_of(object));
   if (kind.empty()) return;
   const auto index = static_cast<int>(integer_from(value, INT32_MIN, INT32_MAX));
   if (index == 0) return;
@@ -225,15 +225,25 @@ void check_reference(Database& database, const Assignment& assignment) {
   }
 }
 
+/// Those of an assignment: its own, and the ones that it directs.
+void check_references(Database& database, const Assignment& a) {
+  check_reference(database, *a.object, *a.member, a.at);
+  for (const Member& member : a.object->info().members) {
+    if (member.refers_by && !member.indexed() && &member != a.member) check_reference(database, *a.object, member, {});
+  }
+}
+
 /// Makes the assignments, then computes what follows from them, but for results that the user set himself.
 void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
   std::vector<Assignment> assignments;
-  for (const std::string& word : words) assignments.push_back(parsed(entity, word));
+  for (const std::string& word : words) {  // a later one may name what an earlier one makes
+    const Assignment& a = assignments.emplace_back(parsed(entity, word));
+    set_from_json(*a.object, *a.member, a.at, json_of(a));
+  }
   const auto assign = [&] {
     for (const Assignment& a : assignments) set_from_json(*a.object, *a.member, a.at, json_of(a));
   };
-  assign();
-  for (const Assignment& a : assignments) check_reference(*entity.GetDBHandle(), a);
+  for (const Assignment& a : assignments) check_references(*entity.GetDBHandle(), a);
   const bool only_name = std::all_of(assignments.begin(), assignments.end(),
                                      [](const Assignment& a) { return a.member->name == "Name" && a.place.empty(); });
   if (!kind.compute || only_name) return;

@@ -53,7 +53,8 @@ void show_systems(Database& database, PLT_SystemSelect& select) {
   std::vector<std::vector<Json>> rows;
   for (int i = 1; i <= kPlantSystems; ++i) {
     if (select.SystemID(i) == 0) continue;
-    rows.push_back({element_text(database, select, id, std::span<const int>(&i, 1)), int{select.SystemMultiplier(i)}});
+    rows.push_back({element_text(database, select, id, std::span<const int>(&i, 1)),
+                    std::max<int>(1, select.SystemMultiplier(i))});
   }
   std::cout << (rows.empty() ? "\nserves no system yet\n" : "\n");
   if (!rows.empty()) print_table({"system", "multiplier"}, rows);

@@ -68,7 +68,12 @@ int make_project(const Call& call) {
   project.SetWorkPath(path.has_parent_path() ? path.parent_path().string() : ".");
   project.FilePrefix = path.filename().string();
   create_index(project.IndexDBName());
-  write_default_records(project);
+  try {
+    write_default_records(project);
+  } catch (...) {  // no half of a project
+    fs::remove(project.IndexDBName());
+    throw;
+  }
   if (call.json)
     print_json({{"index_database", project.IndexDBName()}});
   else

@@ -184,7 +184,8 @@ std::string manual_page() {
       "[\\-p FOLDER | \\-p FOLDER/PREFIX] [\\-\\-json] GROUP VERB ...\n.SH OPTIONS\n"
       ".TP\n\\-p, \\-\\-project\nthe project: a folder with one project, or FOLDER/PREFIX (default: the current "
       "folder)\n"
-      ".TP\n\\-\\-json\nprint JSON\n.TP\n\\-o, \\-\\-output FILE\nwrite to a file instead of standard output\n.SH "
+      ".TP\n\\-\\-json\nprint JSON\n.TP\n\\-\\-type TYPE\nthe type of a new air system, chiller or plant\n.TP\n\\-o, "
+      "\\-\\-output FILE\nwrite to a file instead of standard output\n.SH "
       "GROUPS\n";
   for (const Group& group : all_groups()) {
     out += ".SS " + group.name + "\n" + group.help + "\n";

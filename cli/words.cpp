@@ -19,7 +19,7 @@ std::vector<Group> all_groups() {
     all.push_back({std::string(kind.group),
                    "the project's " + std::string(kind.group),
                    {{"list", "the index rows of all"},
-                    {"show", "N: every stored property of " + one + " N"},
+                    {"show", "N: " + one + " N as a form; --json for every stored property"},
                     {"new", "[Property=value ...]: a new " + one + " from the defaults"},
                     {"set", "N Property=value ... (Part(1).Property=value): changes " + one + " N" + follows},
                     {"clone", "N [Property=value ...]: a copy of " + one + " N"},

@@ -120,13 +120,19 @@ class _Array:
     def __getitem__(self, at):
         if at == slice(None):
             return self._whole()
-        return self._owner._get(self._member, at if isinstance(at, tuple) else (at,))
+        return self._owner._get(self._member, self._subscripts(at))
 
     def __setitem__(self, at, value):
         if at == slice(None):
             self._set_whole(value)
         else:
-            self._owner._let(self._member, at if isinstance(at, tuple) else (at,), value)
+            self._owner._let(self._member, self._subscripts(at), value)
+
+    def _subscripts(self, at):
+        at = at if isinstance(at, tuple) else (at,)
+        if any(isinstance(each, slice) for each in at):
+            raise TypeError(f"{self._member.name}: [:] takes the whole array; there are no slices of a part of it")
+        return at
 
     def __len__(self):
         return self._member.elements

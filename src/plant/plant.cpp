@@ -272,8 +272,8 @@ void PLT_Plant::drop_misplaced_hours() {
   const std::string path = file_of(Index);
   if (!has_file(path)) return;
   const PlantHeaderRecord stored = header_in(header_of_file(path)), &own = General;
-  if (stored.NumOutputs == own.NumOutputs && std::ranges::equal(stored.OutputFlags.items, own.OutputFlags.items, {},
-                                                                &I2::value, &I2::value))
+  if (stored.NumOutputs == own.NumOutputs &&
+      std::ranges::equal(stored.OutputFlags.items, own.OutputFlags.items, {}, &I2::value, &I2::value))
     return;
   mask_ |= CCM_HOURLYSIMDATA;
   set_there(kHourly, false);

@@ -15,9 +15,9 @@ const ClassInfo& PLT_General::info() const {
 
 const ClassInfo& PLT_SystemSelect::info() const {
   using R = SystemSelectRecord;
-  static const ClassInfo info =
-      describe<PLT_SystemSelect>(Failures::Raised, converted<&R::NumSystems, &PLT_SystemSelect::NumSystems, &PLT_SystemSelect::SetNumSystems>, property<&R::SystemID>.refers_to("System"),
-                                 property<&R::SystemMultiplier>);
+  static const ClassInfo info = describe<PLT_SystemSelect>(
+      Failures::Raised, converted<&R::NumSystems, &PLT_SystemSelect::NumSystems, &PLT_SystemSelect::SetNumSystems>,
+      property<&R::SystemID>.refers_to("System"), property<&R::SystemMultiplier>);
   return info;
 }
 

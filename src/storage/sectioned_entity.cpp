@@ -188,9 +188,10 @@ void SectionedEntity::write_file(const std::string& path, bool with_results) {
     const uint64_t size = add_section(section, old, out);
     if (size == 0) out.resize(before);
     if (size == 0 || (out.size() == ends[section] && before <= ends[section - 1])) continue;
-    fail(ErrorNumber::InvalidCall,
-         "The counts in the header have changed, but sections that depend on them are not selected by the mask, or were "
-         "not loaded. Select them for Load and Save.");
+    fail(
+        ErrorNumber::InvalidCall,
+        "The counts in the header have changed, but sections that depend on them are not selected by the mask, or were "
+        "not loaded. Select them for Load and Save.");
   }
   files().replace(path, std::move(out), GetDBHandle());
 }

@@ -115,6 +115,29 @@ TEST_F(PlantFileTest, AUsersSaveLeavesResultsThatItNeverLoaded) {
   EXPECT_EQ(loaded(1)->UnmetLoadsClg.CapSufficient(1), 0) << "an engine's results are what it has";
 }
 
+TEST_F(PlantFileTest, HourlyResultsStayWithTheirOutputs) {
+  auto plant = new_plant("P");
+  plant->General.SetFlags();
+  plant->HourlySimData.Resize(plant->General.NumOutputs);
+  plant->Save(CCM_ALL);
+  std::optional<bool> after = true;
+  plant->Save(CCM_ALL, after);
+  plant->Save(CCM_DETAILS);
+  EXPECT_EQ(std::filesystem::file_size(plant->FileName()), kEnds[6] + 4 * 35040);
+  plant->Details.FreeCoolingType = PLT_FreeCoolingTypes::FCT_STRAINER_CYCLE;
+  plant->General.SetFlags();
+  EXPECT_NE(what_of([&] { plant->Save(CCM_DETAILS, after); }).find("not selected by the mask"), std::string::npos);
+  plant->Save(CCM_DETAILS);
+  EXPECT_EQ(std::filesystem::file_size(plant->FileName()), kEnds[6]);
+  EXPECT_EQ(loaded(1)->General.NumOutputs, 5);
+  auto other = new_plant("Q");
+  other->Save(CCM_ALL);
+  plant->Load(CCM_HEADER, 2);
+  EXPECT_EQ(plant->Details.FreeCoolingType.raw, 0) << "nothing of another plant stays";
+  EXPECT_EQ(what_of([&] { plant->General.SetFlags(); }),
+            "The outputs depend on Details, which were not loaded. Load them first.");
+}
+
 TEST_F(PlantFileTest, AFailedLoadKeepsTheResultsToo) {
   for (const char* name : {"A", "B"}) {
     auto plant = new_plant(name);

@@ -124,6 +124,8 @@ class TestCommandLine(unittest.TestCase):
                             (["plants", "set", "1", "Details.CondenserWaterLoop.NumPumps=0"], "must have NumPumps >=1"),
                             (["plants", "set", "1", "Details.SourceWaterLoop.NumPumps=14"], "NumPumps value is out of range: [14 > 13]"),
                             (["plants", "set", "1", piece(3) + "LibraryID=20", piece(3) + "EquipmentID=7"], "There is no Boiler 7 to refer to"),
+                            (["plants", "set", "1", piece(1) + "LibraryID=20"], "There is no Boiler 2 to refer to"),
+                            (["plants", "set", "1", "SystemSelect.NumSystems=251"], "allowed are 0 to 250"),
                             (["boilers", "set", "1", "FuelType=9"], "Invalid value for FuelType: 9"),
                             (["chillers", "import"], "Which file?")]:
             with self.subTest(words):
