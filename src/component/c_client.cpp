@@ -106,12 +106,8 @@ void tarn_set_yield(tarn_yield yield, void* context) {
 
 const char* tarn_shipped_file(const char* name) {
   thread_local std::string path;
-  const char* found = nullptr;
-  guarded(thread_error, [&] {
-    path = shipped_file(required_text(name));
-    found = path.c_str();
-  });
-  return found;
+  const tarn_status status = guarded(thread_error, [&] { path = shipped_file(required_text(name)); });
+  return status == TARN_OK ? path.c_str() : nullptr;
 }
 
 tarn_status tarn_create_index(const char* path) {

@@ -57,6 +57,20 @@ struct JournalReader {
 
 std::span<const std::byte> bytes_of(std::string_view text) { return std::as_bytes(std::span(text)); }
 
+/// Of the old bytes of a place only those from the first to the last that the new ones change. False where there are
+/// none.
+template <typename Piece>
+bool keep_changed(Piece& old, std::span<const std::byte> bytes) {
+  const auto now = reinterpret_cast<const char*>(bytes.data());
+  const size_t first =
+      static_cast<size_t>(std::mismatch(old.bytes.begin(), old.bytes.end(), now).first - old.bytes.begin());
+  size_t end = old.bytes.size();
+  while (end > first && old.bytes[end - 1] == now[end - 1]) --end;
+  old.bytes = old.bytes.substr(first, end - first);
+  old.offset += first;
+  return !old.bytes.empty();
+}
+
 std::string folder_of(const std::string& path) { return std::filesystem::path(path).parent_path().string(); }
 
 }  // namespace
@@ -83,7 +97,10 @@ void FileCommit::read_before() {
       } else if (pending->emptied) {
         keep(0, before.size);
       } else {
-        for (const auto& [offset, bytes] : pending->extents.pieces()) keep(offset, bytes.size());
+        for (const auto& [offset, bytes] : pending->extents.pieces()) {
+          keep(offset, bytes.size());
+          if (!keep_changed(before.pieces.back(), bytes)) before.pieces.pop_back();
+        }
       }
     }
     before_.push_back(std::move(before));

@@ -90,14 +90,16 @@ void StoredEntity::Load(int16_t nRecNum) {
     Transaction transaction;
     Recordset rows = index_rows();
     rows.FindFirst("nIndex = ?", {cell(nRecNum)});
-    const std::string missing = std::string(kind().missing_row_message) + std::to_string(nRecNum);
-    if (rows.NoMatch() && kind().row_needed) fail(ErrorNumber::NoCurrentRecord, missing);
-    if (rows.NoMatch())
-      log().message(missing);
-    else
+    const bool there = !rows.NoMatch();
+    if (there) {
       Index = static_cast<int16_t>(rows.Fields("nIndex").integer());
+    } else {
+      const std::string missing = std::string(kind().missing_row_message) + std::to_string(nRecNum);
+      if (kind().row_needed) fail(ErrorNumber::NoCurrentRecord, missing);
+      log().message(missing);
+    }
     read_record(Index);  // holds all that the row summarises, and wins over it
-    if (!rows.NoMatch()) clear_unlinked();
+    if (there) clear_unlinked();
     transaction.commit();
     if (m_bCloning) Reset();
   });
