@@ -226,10 +226,21 @@ inline constexpr EventForm<P> event{};
 
 namespace detail {
 
+/// Whether a member is a field of every record in a list of `Record`.
+template <typename Record, typename M>
+constexpr bool is_across() {
+  if constexpr (requires { M::list; })
+    return std::is_same_v<typename M::Owner, Record>;
+  else
+    return false;
+}
+
 /// Bytes of the record that a member stands for, 0 for other members.
 template <typename Record, typename M>
 constexpr size_t covered_bytes() {
-  if constexpr (requires { M::is_covering; }) {
+  if constexpr (is_across<Record, M>()) {
+    return sizeof(typename M::F) * M::Records::size;
+  } else if constexpr (requires { M::is_covering; }) {
     if constexpr (M::is_covering) {
       using Field = FieldOf<std::remove_const_t<decltype(M::pointer)>>;
       if constexpr (std::is_same_v<typename Field::Class, Record>) return sizeof(typename Field::Type);
@@ -239,28 +250,34 @@ constexpr size_t covered_bytes() {
 }
 
 template <typename Record, typename M>
-constexpr const void* field_address(const Record& record) {
-  if constexpr (covered_bytes<Record, M>() > 0)
-    return &(record.*M::pointer);
+constexpr std::string_view covered_name() {
+  if constexpr (is_across<Record, M>())
+    return {M::name.data(), M::name.size()};
+  else if constexpr (covered_bytes<Record, M>() > 0)
+    return member_name<M::pointer>();
   else
-    return nullptr;
+    return {};
 }
 
 template <typename Record, typename... M>
 constexpr bool all_different() {
-  const Record record{};
-  const std::array<const void*, sizeof...(M)> places{field_address<Record, M>(record)...};
-  for (size_t i = 0; i < places.size(); ++i) {
-    for (size_t j = i + 1; j < places.size(); ++j) {
-      if (places[i] && places[i] == places[j]) return false;
+  const std::array<std::string_view, sizeof...(M)> names{covered_name<Record, M>()...};
+  for (size_t i = 0; i < names.size(); ++i) {
+    for (size_t j = i + 1; j < names.size(); ++j) {
+      if (!names[i].empty() && names[i] == names[j]) return false;
     }
   }
   return true;
 }
 
-}  // namespace detail
-
-namespace detail {
+template <typename Record, typename... M>
+constexpr bool checks_record() {
+  static_assert(alignof(Record) == 1, "a record is made of wire types only");
+  static_assert(all_different<Record, M...>(), "a field of the record is listed twice in the members table");
+  static_assert((size_t{0} + ... + covered_bytes<Record, M>()) == sizeof(Record),
+                "a field of the record is left out of the members table, or has the wrong width");
+  return true;
+}
 
 template <typename Form>
 void add(ClassInfo& info, Member member, const Form& form) {
@@ -277,14 +294,10 @@ ClassInfo describe(Failures failures, const M&... members) {
   ClassInfo info;
   info.name = class_name<C>();
   info.failures = failures;
-  if constexpr (requires { typename C::Record; }) {
-    using Record = typename C::Record;
-    static_assert(alignof(Record) == 1, "a record is made of wire types only");
-    static_assert(detail::all_different<Record, M...>(), "a field of the record is listed twice in the members table");
-    static_assert((size_t{0} + ... + detail::covered_bytes<Record, M>()) == sizeof(Record),
-                  "a field of the record is left out of the members table, or has the wrong width");
-    info.record_size = sizeof(Record);
-  }
+  [&]<typename... R>(std::type_identity<std::tuple<R...>>) {
+    static_assert((detail::checks_record<R, M...>() && ...));
+    info.record_size = (size_t{0} + ... + sizeof(R));
+  }(std::type_identity<typename detail::RecordsOf<C>::List>());
   (detail::add(info, members.template make<C>(), members), ...);
   info.index_names();
   return info;

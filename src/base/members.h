@@ -46,8 +46,10 @@ struct Member {
   std::span<const Bounds> bounds;     // of an indexed property; empty for a plain one
   std::vector<Parameter> parameters;  // of a method or event
   std::span<const Label> labels;      // of a property that holds an enumeration's code
+  std::string_view record;            // that has the stored field, where a class has several
   ptrdiff_t offset = -1;              // in the record, for a stored field; -1 for the others
   size_t size = 0;                    // of the stored field, all elements
+  size_t stride = 0;                  // of a field of every record in a list, from one to the next
   size_t width = 0;                   // of one text, in characters
 
   void (*get)(const Object&, Subscripts, Value&) = nullptr;

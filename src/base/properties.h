@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -111,6 +112,40 @@ struct Signature<R (C::*)(A...)> {
 template <typename C, typename R, typename... A>
 struct Signature<R (C::*)(A...) const> : Signature<R (C::*)(A...)> {};
 
+/// What a class says of its records: one, several files' ones, or none.
+template <typename C>
+struct RecordsOf {
+  using List = std::tuple<>;
+};
+template <typename C>
+requires requires { typename C::Record; }
+struct RecordsOf<C> {
+  using List = std::tuple<typename C::Record>;
+};
+template <typename C>
+requires requires { typename C::Records; }
+struct RecordsOf<C> {
+  using List = typename C::Records;
+};
+template <typename R, typename List>
+struct is_one_of;
+template <typename R, typename... L>
+struct is_one_of<R, std::tuple<L...>> : std::bool_constant<(std::is_same_v<R, L> || ...)> {};
+
+/// One for all fields: a record may be millions of bytes.
+template <typename R>
+const R& sample_record() {
+  static const auto sample = std::make_unique<R>();
+  return *sample;
+}
+
+/// A field's place in its record.
+template <auto P>
+ptrdiff_t offset_of() {
+  const auto& sample = sample_record<typename FieldOf<std::remove_const_t<decltype(P)>>::Class>();
+  return reinterpret_cast<const char*>(&(sample.*P)) - reinterpret_cast<const char*>(&sample);
+}
+
 template <typename A>
 Parameter parameter(std::string_view name) {
   using N = std::remove_cvref_t<A>;
@@ -199,10 +234,9 @@ struct Property {
     m.read_only = fixed || !m.let;
     m.refers_by = target_of;
     m.in_row = row;
+    m.labels_for = codes_of;
     if constexpr (std::is_default_constructible_v<C>) {
-      static const C sample{};
-      m.labels_for = codes_of;
-      if (codes_of) m.labels = codes_of(sample);
+      if (codes_of) m.labels = codes_of(C{});
     }
     return m;
   }
@@ -223,12 +257,10 @@ struct Property {
   template <typename C>
   void place_in_record(Member& m) const {
     using Owner = detail::FieldOf<std::remove_const_t<decltype(pointer)>>;
-    if constexpr (requires { typename C::Record; }) {
-      if constexpr (std::is_same_v<typename Owner::Class, typename C::Record>) {
-        static const typename C::Record sample{};
-        m.offset = reinterpret_cast<const char*>(&(sample.*pointer)) - reinterpret_cast<const char*>(&sample);
-        m.size = sizeof(typename Owner::Type);
-      }
+    if constexpr (detail::is_one_of<typename Owner::Class, typename detail::RecordsOf<C>::List>::value) {
+      m.record = class_name<typename Owner::Class>();
+      m.offset = detail::offset_of<pointer>();
+      m.size = sizeof(typename Owner::Type);
     }
   }
 
@@ -316,5 +348,99 @@ inline constexpr Property<Field, nullptr, nullptr, Part, false> forwarded{};
 /// A second member for a field that is listed elsewhere.
 template <auto Field>
 inline constexpr Property<Field, nullptr, nullptr, nullptr, false> another{};
+
+/// A field of every record in a list, with the list's subscript first: `SimDB(day, hour)` for `SimDay(day).DB(hour)`.
+/// Its name is that of the list, without the word for its records, and the field's.
+template <auto List, auto Field>
+struct Across {
+  using Owner = typename detail::FieldOf<std::remove_const_t<decltype(List)>>::Class;
+  using Records = typename detail::FieldOf<std::remove_const_t<decltype(List)>>::Type;
+  using F = typename detail::FieldOf<std::remove_const_t<decltype(Field)>>::Type;
+  static constexpr auto list = List;
+  static constexpr auto field = Field;
+
+  constexpr Across operator()(std::string_view text) const { return {text}; }
+
+  static constexpr auto name = [] {
+    constexpr std::string_view prefix = member_name<List>().substr(0, member_name<List>().find("Day"));
+    std::array<char, prefix.size() + member_name<Field>().size() + 1> chars{};
+    std::copy(prefix.begin(), prefix.end(), chars.begin());
+    std::copy(member_name<Field>().begin(), member_name<Field>().end(), chars.begin() + prefix.size());
+    return chars;
+  }();
+  static constexpr auto bounds = [] {
+    if constexpr (detail::is_array<F>::value) {
+      std::array<Bounds, 1 + F::bounds.size()> all{Records::bounds[0]};
+      std::copy(F::bounds.rbegin(), F::bounds.rend(), all.rbegin());
+      return all;
+    } else {
+      return Records::bounds;
+    }
+  }();
+
+  template <typename C>
+  Member make() const {
+    using E = std::remove_cvref_t<decltype(element(std::declval<F&>(), nullptr))>;
+    Member m;
+    m.name = {name.data(), name.size() - 1};
+    m.unit = m.stored_unit = unit;
+    m.type = value_type<typename detail::NativeOf<E>::type>();
+    m.bounds = bounds;
+    m.get_label = std::string(m.name) + " [PropertyGet]";
+    m.let_label = std::string(m.name) + " [PropertyLet]";
+    m.record = class_name<Owner>();
+    m.offset = detail::offset_of<List>() + detail::offset_of<Field>();
+    m.size = sizeof(F);
+    m.stride = sizeof(typename Records::Element);
+    m.get = [](const Object& o, Subscripts s, Value& out) {
+      detail::read_field(element((static_cast<const C&>(o).*List)(s[0]).*Field, s.data() + 1), false, out);
+    };
+    m.get_stored = m.get;
+    m.let = [](Object& o, Subscripts s, const Value& v) {
+      element((static_cast<C&>(o).*List)(s[0]).*Field, s.data() + 1) = native<typename detail::NativeOf<E>::type>(v);
+    };
+    m.let_stored = m.let;
+    return m;
+  }
+
+  std::string_view unit;
+
+ private:
+  template <typename Any>
+  static auto& element(Any& of, const int* at) {
+    if constexpr (detail::is_array<F>::value)
+      return of.items[F::place(at)];
+    else
+      return of;
+  }
+};
+
+template <auto List, auto Field>
+inline constexpr Across<List, Field> across{};
+
+/// A computed value under subscripts.
+template <auto Get, Bounds... D>
+struct Looked {
+  static constexpr std::array<Bounds, sizeof...(D)> bounds{D...};
+
+  template <typename C>
+  Member make() const {
+    Member m;
+    m.name = member_name<Get>();
+    m.type = value_type<std::remove_cvref_t<typename detail::Signature<decltype(Get)>::Result>>();
+    m.bounds = bounds;
+    m.read_only = true;
+    m.get_label = std::string(m.name) + " [PropertyGet]";
+    m.get = [](const Object& o, Subscripts s, Value& out) {
+      [&]<size_t... I>(std::index_sequence<I...>) { put(out, (static_cast<const C&>(o).*Get)(s[I]...)); }
+      (std::make_index_sequence<sizeof...(D)>());
+    };
+    m.get_stored = m.get;
+    return m;
+  }
+};
+
+template <auto Get, Bounds... D>
+inline constexpr Looked<Get, D...> looked_up{};
 
 }  // namespace tarn

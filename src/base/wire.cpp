@@ -1,6 +1,17 @@
 #include "base/wire.h"
 
+#include <cmath>
+
 namespace tarn {
+
+int16_t scaled(double value, int steps_per_unit) {
+  const double steps = std::nearbyint(value * steps_per_unit);
+  if (!(steps >= INT16_MIN && steps <= INT16_MAX)) {
+    fail(ErrorNumber::Overflow, "Overflow: " + std::to_string(value) + " is beyond what 16 bits hold in steps of 1/" +
+                                    std::to_string(steps_per_unit) + ".");
+  }
+  return static_cast<int16_t>(steps);
+}
 
 void subscript_out_of_range(int subscript, Bounds bounds) {
   fail(ErrorNumber::SubscriptOutOfRange, "Subscript out of range: " + std::to_string(subscript) + ", allowed are " +

@@ -87,6 +87,24 @@ struct Code {
   I2 raw;
 };
 
+/// Error `Overflow` for a value outside the 16-bit steps. Halves go to the even neighbour.
+int16_t scaled(double value, int steps_per_unit);
+
+/// A real number in 16 bits, by steps of a fraction of its unit.
+template <int StepsPerUnit>
+struct Scaled {
+  using Native = double;
+  static constexpr int steps_per_unit = StepsPerUnit;
+  /// To the nearest step; a value that does not fit is refused and the old one stays.
+  Scaled& operator=(double value) {
+    steps = scaled(value, StepsPerUnit);
+    return *this;
+  }
+  constexpr operator double() const { return static_cast<double>(steps.value) / StepsPerUnit; }
+
+  I2 steps;
+};
+
 /// The subscripts that one dimension of an array allows, both ends included.
 struct Bounds {
   int first = 1;

@@ -83,17 +83,90 @@ size_t element_bytes(ValueType type) {
   }
 }
 
-/// Checks that a member's whole array lies in one piece of `bytes` bytes, and gives its place.
-std::byte* block_of(HandleSlot& slot, const Member& member, size_t bytes) {
-  const size_t size = member.elements() * element_bytes(member.type);
-  if (!member.place || size == 0)
-    fail(ErrorNumber::NoSuchMember, std::string(member.name) + " does not move as a block.");
-  if (bytes != size) {
+/// An array's elements in a row, whether they lie so or not.
+class Block {
+ public:
+  Block(HandleSlot& slot, const Member& member, size_t bytes)
+      : object_(*slot.fast), member_(member), width_(element_bytes(member.type)) {
+    const size_t size = member.elements() * width_;
+    if (size == 0 || !(member.place || member.indexed()))
+      fail(ErrorNumber::NoSuchMember, std::string(member.name) + " does not move as a block.");
+    if (bytes == size) return;
     bad_argument(std::string(member.name) + " is a block of " + std::to_string(size) + " bytes, not " +
                  std::to_string(bytes) + ".");
   }
-  return member.place(*slot.fast);
-}
+
+  void get(char* data) const {
+    if (member_.place) {
+      std::memcpy(data, member_.place(object_), member_.elements() * width_);
+      return;
+    }
+    Value value;
+    for_each_element(member_, [&](Subscripts at) {
+      member_.get(object_, at, value);
+      std::visit([&](const auto& v) { store(v, data); }, value);
+      data += width_;
+    });
+  }
+
+  /// All elements, or none where one is refused.
+  void let(const char* data) {
+    if (member_.read_only) fail(ErrorNumber::NoSuchMember, std::string(member_.name) + " is read-only.");
+    if (member_.place) {
+      std::memcpy(member_.place(object_), data, member_.elements() * width_);
+      return;
+    }
+    std::vector<char> before(member_.elements() * width_);
+    get(before.data());
+    try {
+      let_elements(data);
+    } catch (...) {
+      let_elements(before.data());
+      throw;
+    }
+  }
+
+ private:
+  template <typename V>
+  void store(const V& value, char* to) const {
+    if constexpr (std::is_same_v<V, bool>) {
+      const auto truth = static_cast<int16_t>(value ? -1 : 0);
+      std::memcpy(to, &truth, width_);
+    } else if constexpr (std::is_arithmetic_v<V>) {
+      std::memcpy(to, &value, width_);
+    }
+  }
+  template <typename N>
+  static N number_at(const char* from) {
+    N number{};
+    std::memcpy(&number, from, sizeof number);
+    return number;
+  }
+  Value value_at(const char* from) const {
+    switch (member_.type) {
+      case ValueType::Int16:
+        return number_at<int16_t>(from);
+      case ValueType::Int32:
+        return number_at<int32_t>(from);
+      case ValueType::Real32:
+        return number_at<float>(from);
+      case ValueType::Real64:
+        return number_at<double>(from);
+      default:
+        return number_at<int16_t>(from) != 0;
+    }
+  }
+  void let_elements(const char* data) {
+    for_each_element(member_, [&](Subscripts at) {
+      member_.let(object_, at, value_at(data));
+      data += width_;
+    });
+  }
+
+  Object& object_;
+  const Member& member_;
+  size_t width_;
+};
 
 }  // namespace
 
@@ -163,17 +236,13 @@ tarn_status tarn_call_by_name(tarn_object* object, const char* name, tarn_value*
 
 tarn_status tarn_get_block(tarn_object* object, int32_t member, void* data, size_t bytes) {
   return on_object(object, [&](HandleSlot& slot) {
-    const std::byte* from = block_of(slot, member_at(*slot.info, member), bytes);
-    std::memcpy(&required(static_cast<char*>(data)), from, bytes);
+    Block(slot, member_at(*slot.info, member), bytes).get(&required(static_cast<char*>(data)));
   });
 }
 
 tarn_status tarn_let_block(tarn_object* object, int32_t member, const void* data, size_t bytes) {
   return on_object(object, [&](HandleSlot& slot) {
-    const Member& to_set = member_at(*slot.info, member);
-    if (to_set.read_only) fail(ErrorNumber::NoSuchMember, std::string(to_set.name) + " is read-only.");
-    std::byte* to = block_of(slot, to_set, bytes);
-    std::memcpy(to, &required(static_cast<const char*>(data)), bytes);
+    Block(slot, member_at(*slot.info, member), bytes).let(&required(static_cast<const char*>(data)));
   });
 }
 

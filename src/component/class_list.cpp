@@ -19,6 +19,8 @@
 #include "spaces/space.h"
 #include "storage/preferences.h"
 #include "storage/project.h"
+#include "weather/hourly_file.h"
+#include "weather/weather.h"
 
 namespace tarn {
 namespace {
@@ -64,6 +66,7 @@ const std::vector<ClassEntry>& classes() {
     add<PLT_Plant, PLT_General, PLT_SystemSelect, PLT_Details, PLT_Configuration, PLT_EquipmentList, PLT_Equipment,
         PLT_PumpLoop, PLT_Pump, PLT_ServiceHotWater, PLT_SizingLoads, PLT_EqptSizingResults, PLT_DesignProfile,
         PLT_UnmetLoads, PLT_LEEDUnmetLoads, PLT_HourlySimData, PLT_HourlyResults>(list);
+    add<WTH_Weather, WTH_Stats, HW1ReaderWriter>(list);
     add<Collection>(list);
     return list;
   }();

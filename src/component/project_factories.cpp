@@ -17,6 +17,7 @@
 #include "spaces/space.h"
 #include "storage/preferences.h"
 #include "storage/project.h"
+#include "weather/weather.h"
 
 namespace tarn {
 
@@ -147,6 +148,7 @@ Ptr<SCH_Schedule> COM_ProjectData::NewSchedule() { return made_by<SCH_Schedule>(
 Ptr<SHD_Shade> COM_ProjectData::NewShade() { return made_by<SHD_Shade>("NewShade"); }
 Ptr<SPC_Space> COM_ProjectData::NewSpace() { return made_by<SPC_Space>("NewSpace"); }
 Ptr<CA_ConstructionAssly> COM_ProjectData::NewWall() { return made_by<CA_ConstructionAssly>("NewWall"); }
+Ptr<WTH_Weather> COM_ProjectData::NewWeather() { return made_by<WTH_Weather>("NewWeather"); }
 Ptr<WIN_Window> COM_ProjectData::NewWindow() { return made_by<WIN_Window>("NewWindow"); }
 
 const ClassInfo& COM_ProjectData::info() const {

@@ -22,6 +22,7 @@ class SHD_Shade;
 class SPC_Space;
 class TWR_CoolingTower;
 class WIN_Window;
+class WTH_Weather;
 struct FactoryRow;
 
 class COM_ProjectData final : public Object {
@@ -68,6 +69,7 @@ class COM_ProjectData final : public Object {
   Ptr<SHD_Shade> NewShade();
   Ptr<SPC_Space> NewSpace();
   Ptr<CA_ConstructionAssly> NewWall();
+  Ptr<WTH_Weather> NewWeather();
   Ptr<WIN_Window> NewWindow();
 
   /// The file prefix of a kind that keeps one file for each object: the project's, and the kind's one-letter code.

@@ -1,0 +1,178 @@
+#include "weather/weather.h"
+
+#include "base/describe.h"
+#include "base/log.h"
+#include "platform/workspace.h"
+
+namespace tarn {
+namespace {
+
+template <typename R>
+std::span<std::byte> bytes_of(R& record) {
+  return std::as_writable_bytes(std::span<R, 1>(&record, 1));
+}
+
+const std::string& named(const std::string& file, std::string_view property) {
+  if (file.empty())
+    fail(ErrorNumber::FileNotFound, "The weather has no file to work on; set " + std::string(property) + ".");
+  return file;
+}
+
+/// Reads a file's record; false for an empty file, of which the record is zeros.
+template <typename R>
+bool read(R& record, const std::string& file, OpenMode mode) {
+  const size_t got = files().read(file, 0, bytes_of(record), mode);
+  if (got > 0 && got < sizeof(R)) {
+    log().message(file + " is cut short: " + std::to_string(got) + " of " + std::to_string(sizeof(R)) +
+                  " bytes; the rest reads as zeros.");
+  }
+  return got > 0;
+}
+
+/// The record becomes the file's beginning; a longer file keeps its tail.
+template <typename R>
+void write(R& record, const std::string& file, const Ptr<Database>& database) {
+  const auto bytes = bytes_of(record);
+  if (files().size(file) > bytes.size()) return files().write(file, 0, bytes, database);
+  files().replace(file, {bytes.begin(), bytes.end()}, database);
+}
+
+/// The table's one row gives way to a new one.
+void replace_row(Database& database, std::string_view table,
+                 std::initializer_list<std::pair<std::string_view, Cell>> columns) {
+  Recordset rows = database.OpenRecordset("SELECT * FROM " + std::string(table));
+  rows.Delete();
+  rows.AddNew();
+  for (const auto& [name, value] : columns) rows.Fields(name) = value;
+  rows.Update();
+}
+
+template <typename F>
+void in_transaction(F work) {
+  Transaction transaction;
+  work();
+  transaction.commit();
+}
+
+}  // namespace
+
+WTH_Weather::WTH_Weather() {
+  for (auto* name : {&DesCityName, &DesStateName, &SimCityName, &SimStateName}) *name = "";
+  DesSourceCodeString = "";
+  SourceTypeLabel = "";
+}
+
+Database& WTH_Weather::database() const {
+  if (!database_)
+    fail(ErrorNumber::ObjectNotSet, "The WTH_Weather has no database handle; give it one with SetDBHandle.");
+  return *database_;
+}
+
+void WTH_Weather::Load() {
+  Transaction transaction;
+  const std::string design_city =
+      database().OpenRecordset("SELECT * FROM DesWeatherIndex").Fields("szDesCityName").text();
+  const std::string city = database().OpenRecordset("SELECT * FROM SimWeatherIndex").Fields("szSimCityName").text();
+  const OpenMode mode = database().read_only() ? OpenMode::Read : OpenMode::Create;
+  DesignWeather design;
+  const bool has_design = read(design, named(DesFileName, "DesFileName"), mode);
+  const bool has_simulation = read<SimulationWeather>(*this, named(SimFileName, "SimFileName"), mode);
+  static_cast<DesignWeather&>(*this) = design;
+  if (!has_design) DesCityName = design_city;
+  if (!has_simulation) SimCityName = city;
+  transaction.commit();
+}
+
+void WTH_Weather::Save() {
+  in_transaction([this] {
+    replace_row(database(), "DesWeatherIndex",
+                {{"szDesCityName", DesCityName.trimmed() + ", " + DesStateName.trimmed()}});
+    write<DesignWeather>(*this, named(DesFileName, "DesFileName"), database_);
+  });
+  in_transaction([this] {
+    const std::string city = SimCityName.trimmed() + " " + SourceTypeLabel.trimmed();
+    replace_row(database(), "SimWeatherIndex",
+                {{"szSimCityName", std::string(trimmed(city))}, {"nJanOne", cell(int{JanOne})}});
+    write<SimulationWeather>(*this, named(SimFileName, "SimFileName"), database_);
+  });
+  in_transaction([this] {
+    database().Execute("UPDATE AirSystemIndex SET bDesHasChanged = -1, bSimHasChanged = -1");
+    database().Execute("UPDATE PlantIndex SET bDesHasChanged = -1, bSimHasChanged = -1");
+    database().Execute("UPDATE BuildingIndex SET bHasChanged = -1");
+  });
+}
+
+Ptr<WTH_Weather> WTH_Weather::Clone() const {
+  database();
+  auto clone = std::make_shared<WTH_Weather>();
+  clone->database_ = database_;
+  static_cast<DesignWeather&>(*clone) = *this;
+  static_cast<SimulationWeather&>(*clone) = *this;
+  return clone;
+}
+
+bool WTH_Weather::LoadSourceCodes(const std::string& database_name, const std::string& table) {
+  const Ptr<Database> database = Database::open(database_name, Database::Access::ReadOnly);
+  std::vector<std::string> codes = source_codes_;
+  Recordset rows = database->OpenRecordset("SELECT * FROM " + table + " ORDER BY ID ASC");
+  for (; !rows.AtEof(); rows.MoveNext()) codes.push_back(rows.Fields("Description").text());
+  source_codes_ = std::move(codes);
+  return true;
+}
+
+std::string WTH_Weather::SourceCode(int index) const {
+  const auto place = static_cast<size_t>(index) - 1;  // beyond every list for 0 and less
+  return place < source_codes_.size() ? source_codes_[place] : std::string();
+}
+
+const ClassInfo& WTH_Weather::info() const {
+  using C = WTH_Weather;
+  using D = DesignWeather;
+  using S = SimulationWeather;
+  using M = DesignDay;
+  using W = WeatherDay;
+  constexpr const char* kSolar = "Btu/(hr.ft2)";
+  constexpr auto kDesign = &D::DesDay;
+  constexpr auto kSimulation = &S::SimDay;
+  static const ClassInfo info = describe<C>(
+      Failures::Raised, property<&D::Region>, property<&D::DesCityName>, property<&D::DesStateName>,
+      property<&D::DesLatitude>("deg"), property<&D::DesLongitude>("deg"), property<&D::DesElevation>("ft"),
+      property<&D::SummerDB>("F"), property<&D::SummerWB>("F"), property<&D::DailyRange>("F"),
+      property<&D::WinterDB>("F"), property<&D::WinterWB>("F"), property<&D::AtmosClear>,
+      property<&D::DesBaromPress>("psia"), property<&D::GrdReflect>, property<&D::SoilConductivity>("Btu/(hr.ft.F)"),
+      property<&D::DesTZMeridian>("deg"), property<&D::DayLightSavings>, property<&D::FirstDesMonth>,
+      property<&D::FirstMonthDST>, property<&D::FirstDayDST>, property<&D::LastDesMonth>, property<&D::LastMonthDST>,
+      property<&D::LastDayDST>, property<&D::DesSourceCode>, property<&D::DesSourceCodeString>,
+      looked_up<&C::SourceCode, Bounds{INT16_MIN, INT16_MAX}>, property<&D::MaximumDB>("F"),
+      property<&D::MinimumDB>("F"), property<&D::MaximumWB>("F"), property<&D::MinimumWB>("F"),
+      across<kDesign, &M::DB>("F"), across<kDesign, &M::SH>("lb/lb"), across<kDesign, &M::IDN>(kSolar),
+      across<kDesign, &M::IDIFF>(kSolar), across<kDesign, &M::ITOT>(kSolar), across<kDesign, &M::SBeamTrn>,
+      across<kDesign, &M::SBeamAbs>, across<kDesign, &M::AltAngle>("deg"), across<kDesign, &M::AziAngle>("deg"),
+      across<kDesign, &M::HrAngle>("deg"), across<kDesign, &M::DecAngle>("deg"), across<kDesign, &M::MaxSol>(kSolar),
+      across<kDesign, &M::SolarMult>, property<&S::SimCityName>, property<&S::SimStateName>,
+      property<&S::SimCitySelected>, property<&S::SimLatitude>("deg"), property<&S::SimLongitude>("deg"),
+      property<&S::SimTZMeridian>("deg"), property<&S::SimElevation>("ft"), property<&S::SimBaromPress>("psia"),
+      property<&S::SourceTypeLabel>, property<&S::JanOne>, property<&S::Holiday>, across<kSimulation, &W::DB>("F"),
+      across<kSimulation, &W::SH>("lb/lb"), across<kSimulation, &W::IDN>(kSolar),
+      across<kSimulation, &W::IDIFF>(kSolar), across<kSimulation, &W::ITOT>(kSolar), across<kSimulation, &W::SBeamTrn>,
+      across<kSimulation, &W::SBeamAbs>, across<kSimulation, &W::AltAngle>("deg"),
+      across<kSimulation, &W::AziAngle>("deg"), across<kSimulation, &W::HrAngle>("deg"),
+      across<kSimulation, &W::DecAngle>("deg"), property<&C::SimFileName>, property<&C::SimInputFileName>,
+      property<&C::DesFileName>, method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"), method<&C::Load>,
+      method<&C::LoadSourceCodes>("szDatabaseName", "szTableName"), method<&C::Save>, method<&C::Clone>);
+  return info;
+}
+
+const ClassInfo& WTH_Stats::info() const {
+  using C = WTH_Stats;
+  constexpr const char* kSolar = "Btu/(ft2.day)";
+  static const ClassInfo info =
+      describe<C>(Failures::Raised, property<&C::MaxDB>("F"), property<&C::AvgMaxDB>("F"), property<&C::AvgDB>("F"),
+                  property<&C::AvgMinDB>("F"), property<&C::MinDB>("F"), property<&C::MaxItot>(kSolar),
+                  property<&C::AvgItot>(kSolar), property<&C::MinItot>(kSolar), property<&C::MaxKt>,
+                  property<&C::AvgKt>, property<&C::MinKt>, property<&C::MaxDBDay>, property<&C::MaxDBHour>,
+                  property<&C::MinDBDay>, property<&C::MinDBHour>, property<&C::MaxItotDay>, property<&C::MinItotDay>);
+  return info;
+}
+
+}  // namespace tarn
