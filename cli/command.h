@@ -25,6 +25,7 @@ struct Call {
   bool json = false;
   std::string output;  // of --output
   std::string type;    // of --type
+  std::string svg;     // of --svg
   std::string group, verb;
   std::vector<std::string> words;  // behind the verb
 };
@@ -45,6 +46,7 @@ void print_json(const Json& json);
 
 int run_project(const Call& call);
 int run_kind(const Call& call);
+int run_weather(const Call& call);
 int run_describe(const Call& call);
 
 }  // namespace tarn::cli

@@ -47,11 +47,14 @@ void check_extras(const Call& call) {
   const auto most = [&]() -> size_t {
     if (call.group == "describe" || call.verb == "list" || call.verb == "info") return 0;
     if (call.group == "project") return call.verb == "new" ? 0 : call.verb == "import" ? 1 : SIZE_MAX;
-    return call.verb == "show" || call.verb == "delete" ? 1 : SIZE_MAX;
+    return call.group == "weather" || call.verb == "show" || call.verb == "delete" ? 1 : SIZE_MAX;
   }();
   if (call.words.size() > most) throw UsageError("\"" + call.words[most] + "\" is one word too many.");
   if (!call.type.empty() && call.verb != "new") throw UsageError("--type goes with new.");
-  if (!call.output.empty() && call.verb != "export") throw UsageError("--output goes with project export.");
+  if (!call.output.empty() && call.verb != "export" && !(call.group == "weather" && call.verb == "import"))
+    throw UsageError("--output goes with project export and weather import.");
+  if (!call.svg.empty() && !(call.group == "weather" && call.verb == "show"))
+    throw UsageError("--svg goes with weather show.");
 }
 
 /// Files and databases; everything else that fails is a mistake in the call.
@@ -71,6 +74,7 @@ int dispatch(const Call& call, const std::vector<Group>& all) {
   if (call.verb.empty()) throw UsageError("What to do with " + call.group + "? tarn --help lists the verbs.");
   check_word(
       call.verb, group.verbs, [](const auto& v) -> std::string_view { return v.first; }, "verb of " + call.group);
+  if (call.group == "weather") return run_weather(call);
   return call.group == "project" ? run_project(call) : run_kind(call);
 }
 
@@ -83,6 +87,7 @@ int main(int argc, char** argv) {
   app.add_option("-p,--project", call.project, "the project: FOLDER or FOLDER/PREFIX (default: the current folder)");
   app.add_option("-o,--output", call.output, "the file to write, instead of standard output");
   app.add_option("--type", call.type, "the type of a new air system, chiller or plant: VAV, 10, HOT_WATER, ...");
+  app.add_option("--svg", call.svg, "a picture to make of what is shown");
   app.add_flag("--json", call.json, "print JSON");
   app.add_option("words", words, "GROUP VERB ...");
   const auto all = all_groups();

@@ -185,7 +185,8 @@ std::string manual_page() {
       ".TP\n\\-p, \\-\\-project\nthe project: a folder with one project, or FOLDER/PREFIX (default: the current "
       "folder)\n"
       ".TP\n\\-\\-json\nprint JSON\n.TP\n\\-\\-type TYPE\nthe type of a new air system, chiller or plant\n.TP\n\\-o, "
-      "\\-\\-output FILE\nwrite to a file instead of standard output\n.SH "
+      "\\-\\-output FILE\nwrite to a file instead of standard output\n.TP\n\\-\\-svg FILE\na picture to make of what "
+      "is shown\n.SH "
       "GROUPS\n";
   for (const Group& group : all_groups()) {
     out += ".SS " + group.name + "\n" + group.help + "\n";

@@ -27,6 +27,12 @@ std::vector<Group> all_groups() {
     if (kind.import_file)
       all.back().verbs.emplace_back("import", "FILE [Property=value ...]: a new " + one + " from an ASHRAE 205 file");
   }
+  all.push_back(
+      {"weather",
+       "hourly weather files; without FILE the project's own",
+       {{"import", "FILE: an EPW, TMY3 or TMY2 year becomes the project's weather, or with --output an hourly file"},
+        {"check", "[FILE]: whether the file is valid, and what cannot be right in its hours"},
+        {"show", "[FILE]: site, statistics and a chart by month; --svg PICTURE for a heat map of the year"}}});
   Group describe{"describe", "[CLASS]: the members of the classes", {}};
   for (const ClassEntry& entry : class_list()) describe.verbs.emplace_back(entry.info().name, "");
   all.push_back(std::move(describe));

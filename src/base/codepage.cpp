@@ -88,6 +88,27 @@ std::string page_from_utf8(std::string_view text) {
   return out;
 }
 
+ForeignText foreign_text(std::string_view bytes) {
+  ForeignText out;
+  try {
+    for (size_t at = 0; at < bytes.size();) {
+      const size_t start = at;
+      next_code(bytes, at);
+      const std::string_view character = bytes.substr(start, at - start);
+      try {
+        page_from_utf8(character);
+        out.text += character;
+      } catch (const Error&) {
+        out.text += '?';
+        out.has_replaced = true;
+      }
+    }
+    return out;
+  } catch (const Error&) {
+    return {utf8_from_page(bytes), true, false};
+  }
+}
+
 std::string_view trimmed(std::string_view text) {
   const auto first = text.find_first_not_of(' ');
   if (first == std::string_view::npos) return {};

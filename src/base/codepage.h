@@ -16,6 +16,14 @@ std::string utf8_from_page(std::string_view bytes);
 /// sequence.
 std::string page_from_utf8(std::string_view text);
 
+/// A text of a file that does not tell its encoding: UTF-8 where it is valid, else the code page's bytes.
+struct ForeignText {
+  std::string text;           // UTF-8; characters that the page lacks are "?"
+  bool by_page = false;       // it is no UTF-8
+  bool has_replaced = false;  // it has characters that the page lacks
+};
+ForeignText foreign_text(std::string_view bytes);
+
 /// Without the blanks at both ends.
 std::string_view trimmed(std::string_view text);
 

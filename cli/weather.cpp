@@ -1,0 +1,152 @@
+// weather import, check and show: hourly weather files, and years of other programs.
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+#include "cli/command.h"
+#include "cli/weather_pictures.h"
+#include "component/json.h"
+#include "platform/workspace.h"
+#include "weather/calendar.h"
+#include "weather/weather_import.h"
+#include "weather/year_review.h"
+
+namespace tarn::cli {
+namespace {
+
+/// The file behind the verb, or the project's own.
+std::string file_of(const Call& call) {
+  if (!call.words.empty()) return call.words.front();
+  COM_ProjectData project;
+  place_project(project, call);
+  const std::string file = project.SimWeatherInputsFilename();
+  if (!std::filesystem::exists(file))
+    throw UsageError("The project has no hourly weather yet; tarn weather import FILE brings one in.");
+  return file;
+}
+
+struct Read {
+  HW1ReaderWriter year;
+  ImportedWeather imported;
+  std::string file;
+
+  explicit Read(const Call& call) : file(file_of(call)) {
+    if (std::filesystem::is_directory(file)) fail(ErrorNumber::PermissionDenied, file + " is a folder; give a file.");
+    imported = import_weather(year, file);
+    if (call.json) return;
+    for (const std::string& note : imported.notes) std::cerr << file << ": " << note << '\n';
+  }
+  bool is_hourly() const { return imported.format == "HW1"; }
+};
+
+/// Every property of an object, as the members table has them.
+Json properties_json(Object& object) {
+  Json json;
+  for (const Member& member : object.info().members) {
+    if (member.kind == MemberKind::Property && member.stride == 0)
+      json[std::string(member.name)] = to_json(object, member);
+  }
+  return json;
+}
+
+int import_verb(const Call& call) {
+  if (call.words.empty()) throw UsageError("Which file? tarn weather import FILE [--output CITY.HW1]");
+  Read read(call);
+  const HourlyVerdict verdict = verdict_of(read.year);
+  if (read.is_hourly() && verdict.code == kHourlyInvalid.code)
+    fail(ErrorNumber::UnknownFormat, read.file + ": " + std::string(verdict.text) + " Nothing was imported.");
+  std::string made = call.output;
+  if (made.empty()) {
+    COM_ProjectData project;
+    open_project(project, call, Use::Writing);
+    made = project.SimWeatherInputsFilename();
+    const auto weather = project.NewWeather();
+    weather->Load();
+    use_as_simulation(*weather, read.year, read.imported);
+    Transaction transaction;
+    read.year.Save(made);
+    weather->Save();
+    transaction.commit();
+  } else {
+    read.year.Save(made);
+  }
+  const std::string city = read.year.CityName.trimmed() + ", " + read.year.LocationName.trimmed();
+  if (call.json) {
+    print_json({{"made", made}, {"format", read.imported.format}, {"city", city}, {"notes", read.imported.notes}});
+    return kClean;
+  }
+  std::cout << "made " << made << " from " << read.file << " (" << read.imported.format << "): " << city << '\n';
+  if (call.output.empty())
+    std::cout << "it is the project's simulation weather now; every system, plant and building is stale\n";
+  return kClean;
+}
+
+Json finding_json(const Finding& finding) {
+  return {{"what", finding.what},
+          {"hours", finding.count},
+          {"first", {{"date", date_text(finding.day)}, {"day", finding.day}, {"hour", finding.hour}}},
+          {"value", finding.value}};
+}
+
+int check_verb(const Call& call) {
+  const Read read(call);
+  const HourlyVerdict verdict = verdict_of(read.year);
+  const bool named = !read.is_hourly() || HW1ReaderWriter::is_hourly_name(read.file);
+  const auto findings = findings_of(read.year);
+  const bool clean = verdict.code == 0 && findings.empty() && (!read.is_hourly() || read.imported.notes.empty());
+  if (call.json) {
+    Json list = Json::array();
+    for (const Finding& finding : findings) list.push_back(finding_json(finding));
+    print_json({{"file", read.file},
+                {"format", read.imported.format},
+                {"code", verdict.code},
+                {"text", verdict.text},
+                {"name_ends_in_hw1", named},
+                {"notes", read.imported.notes},
+                {"findings", list}});
+    return clean ? kClean : kFindings;
+  }
+  std::cout << "content: " << verdict.code << " " << verdict.text << '\n';
+  if (!named)
+    std::cout << "name: does not end in .HW1; ValidateHW1File refuses it with " << kHourlyInvalid.code
+              << " whatever its content\n";
+  for (const Finding& finding : findings) {
+    std::cout << finding.what << ": " << finding.count << (finding.count == 1 ? " hour" : " hours") << ", first "
+              << date_text(finding.day) << " hour " << finding.hour
+              << (finding.value.empty() ? "" : ", " + finding.value) << '\n';
+  }
+  if (clean) std::cout << "nothing found in 8760 hours\n";
+  return clean ? kClean : kFindings;
+}
+
+int show_verb(const Call& call) {
+  Read read(call);
+  WTH_Stats statistics;
+  fill_statistics(statistics, read.year);
+  if (call.json) {
+    print_json({{"file", read.file},
+                {"format", read.imported.format},
+                {"header", properties_json(read.year)},
+                {"statistics", properties_json(statistics)},
+                {"notes", read.imported.notes}});
+  } else {
+    show_site(read.year);
+    show_statistics(statistics);
+    show_month_chart(statistics);
+  }
+  if (call.svg.empty()) return kClean;
+  std::ofstream out(call.svg, std::ios::binary);
+  if (!(out << heat_map(read.year)).flush()) fail(ErrorNumber::DeviceError, "Cannot write " + call.svg + ".");
+  if (!call.json) std::cout << "\nmade " << call.svg << '\n';
+  return kClean;
+}
+
+}  // namespace
+
+int run_weather(const Call& call) {
+  if (call.verb == "import") return import_verb(call);
+  return call.verb == "check" ? check_verb(call) : show_verb(call);
+}
+
+}  // namespace tarn::cli

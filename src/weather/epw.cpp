@@ -1,0 +1,192 @@
+// Hourly weather of the EPW form: header lines that begin with a word, then rows of 35 comma-separated fields.
+// Source of the fields, their units and the values that stand for missing ones: the form's public data dictionary.
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+
+#include "base/nearest.h"
+#include "weather/source_text.h"
+#include "weather/source_year.h"
+
+namespace tarn {
+namespace {
+
+constexpr size_t kFieldsRead = 16;  // up to diffuse solar
+
+constexpr std::string_view kHeaderWords[]{"LOCATION",
+                                          "DESIGN CONDITIONS",
+                                          "TYPICAL/EXTREME PERIODS",
+                                          "GROUND TEMPERATURES",
+                                          "HOLIDAYS/DAYLIGHT SAVINGS",
+                                          "COMMENTS 1",
+                                          "COMMENTS 2",
+                                          "DATA PERIODS"};
+
+bool is_data(std::string_view line) {
+  line = stripped(line);
+  return !line.empty() && (std::isdigit(static_cast<unsigned char>(line.front())) != 0);
+}
+
+/// Header words are spelled in many ways; their first letters tell them apart.
+std::string_view header_word(std::string_view field) {
+  constexpr size_t kTelling = 3;
+  for (const std::string_view word : kHeaderWords) {
+    if (same_word(stripped(field), word)) return word;
+  }
+  for (const std::string_view word : kHeaderWords) {
+    if (same_word(stripped(field).substr(0, kTelling), word.substr(0, kTelling))) return word;
+  }
+  return {};
+}
+
+struct Header {
+  std::string_view word;
+  std::vector<std::string_view> fields;  // behind the word
+  int line;
+};
+
+Header header_of(std::string_view line, int number) {
+  std::vector<std::string_view> fields(200);
+  fields.resize(split(line, fields));
+  Header header{header_word(fields.front()), {fields.begin() + 1, fields.end()}, number};
+  while (!header.fields.empty() && stripped(header.fields.back()).empty()) header.fields.pop_back();
+  return header;
+}
+
+void read_location(Header header, SourceYear& year) {
+  constexpr size_t kFields = 9;
+  auto& fields = header.fields;
+  if (fields.size() < kFields) {
+    refuse_line(header.line, "the location has " + std::to_string(fields.size()) + " of its 9 fields");
+  }
+  const size_t more = fields.size() - kFields;  // commas in the city's name
+  const auto city = std::string_view(fields[0].data(), fields[more].data() + fields[more].size() - fields[0].data());
+  year.city = name_in_page(stripped(city), "city", year.notes);
+  const std::string_view state = stripped(fields[more + 1]);
+  const bool has_state = !state.empty() && state != "-" && !same_word(state, "NA") && !same_word(state, "N/A");
+  year.region = name_in_page(has_state ? state : stripped(fields[more + 2]), "region", year.notes);
+  year.source = name_in_page(stripped(fields[more + 3]), "source", year.notes);
+  year.station = name_in_page(stripped(fields[more + 4]), "station", year.notes);
+  year.latitude = number_in(fields[more + 5], "the latitude", header.line);
+  year.longitude = number_in(fields[more + 6], "the longitude", header.line);
+  year.time_zone = number_in(fields[more + 7], "the time zone", header.line);
+  year.elevation = number_in(fields[more + 8], "the elevation", header.line);
+  check_site(year, header.line);
+}
+
+/// The place behind a word of the design conditions.
+size_t behind(const std::vector<std::string_view>& fields, std::string_view word) {
+  const auto found =
+      std::find_if(fields.begin(), fields.end(), [word](std::string_view f) { return same_word(stripped(f), word); });
+  return static_cast<size_t>(found - fields.begin()) + 1;
+}
+
+/// Behind "Heating" stand the coldest month and the dry-bulb that 99.6 % of the hours exceed; behind "Cooling" the
+/// hottest month, its daily range, and the dry-bulb that 0.4 % exceed with its coincident wet-bulb (ASHRAE Handbook of
+/// Fundamentals, chapter Climatic Design Information, since 2005).
+void read_design(const Header& header, SourceYear& year) {
+  const size_t heating = behind(header.fields, "Heating");
+  const size_t cooling = behind(header.fields, "Cooling");
+  if (heating + 1 >= header.fields.size() || cooling + 3 >= header.fields.size()) return;
+  const auto at = [&](size_t place) { return number_in(header.fields[place], "a design condition", header.line); };
+  const auto is_month = [](double value) { return value >= 1 && value <= 12 && value == std::floor(value); };
+  DesignConditions design{};
+  try {
+    if (!is_month(at(heating)) || !is_month(at(cooling))) return;
+    design = {at(cooling + 2), at(cooling + 3), at(heating + 1), at(cooling + 1)};
+  } catch (const Error&) {
+    return;
+  }
+  const bool sensible = design.summer_dry_bulb < 65 && design.winter_dry_bulb < design.summer_dry_bulb &&
+                        design.winter_dry_bulb > -90 && design.summer_wet_bulb <= design.summer_dry_bulb &&
+                        design.daily_range > 0 && design.daily_range < 50;
+  if (sensible) year.design = design;
+}
+
+void read_holidays(const Header& header, SourceYear& year) {
+  const std::string_view leap = header.fields.empty() ? std::string_view() : stripped(header.fields.front());
+  if (same_word(leap, "Yes") || same_word(leap, "No"))
+    year.says_leap = same_word(leap, "Yes");
+  else
+    year.notes.push_back("line " + std::to_string(header.line) + ": the leap year flag is " +
+                         (leap.empty() ? "empty" : "\"" + std::string(leap.substr(0, 20)) + "\"") +
+                         "; the rows tell whether there is a 29 February");
+}
+
+/// "1,1,Data,Sunday, 1/ 1,12/31": periods, rows an hour, name, first day.
+void read_periods(const Header& header, SourceYear& year) {
+  const auto& fields = header.fields;
+  if (fields.size() > 1 && stripped(fields[1]) != "1") {
+    refuse_line(header.line, "there are " + std::string(stripped(fields[1]).substr(0, 20)) +
+                                 " rows an hour; only files of one row an hour can be taken, so average them first");
+  }
+  constexpr std::string_view kDays[]{"Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday", "Sunday"};
+  for (size_t i = 0; i < std::size(kDays); ++i) {
+    if (fields.size() > 3 && same_word(stripped(fields[3]), kDays[i])) year.first_weekday = static_cast<int16_t>(i + 1);
+  }
+}
+
+void read_header(std::string_view line, int number, SourceYear& year) {
+  const Header header = header_of(line, number);
+  const std::string_view written = stripped(line.substr(0, line.find(',')));
+  if (header.word.empty()) {
+    year.notes.push_back("line " + std::to_string(number) + ": \"" + foreign_text(written.substr(0, 40)).text +
+                         "\" is no header word of this form; the line is passed over");
+    return;
+  }
+  if (written != header.word) {
+    year.notes.push_back("line " + std::to_string(number) + ": \"" + foreign_text(written.substr(0, 40)).text +
+                         "\" is taken for " + std::string(header.word));
+  }
+  if (header.word == "LOCATION") read_location(header, year);
+  if (header.word == "DESIGN CONDITIONS") read_design(header, year);
+  if (header.word == "HOLIDAYS/DAYLIGHT SAVINGS") read_holidays(header, year);
+  if (header.word == "DATA PERIODS") read_periods(header, year);
+}
+
+SourceRow row_of(std::string_view line, int number) {
+  std::array<std::string_view, kFieldsRead> fields;
+  if (const size_t count = split(line, fields); count < kFieldsRead) {
+    refuse_line(number, "the row has " + std::to_string(count) + " fields; up to diffuse solar there are " +
+                            std::to_string(kFieldsRead));
+  }
+  SourceRow row;
+  row.line = number;
+  row.year = whole_in(fields[0], "the year", number);
+  row.month = whole_in(fields[1], "the month", number);
+  row.day = whole_in(fields[2], "the day", number);
+  row.hour = whole_in(fields[3], "the hour", number);
+  row.minute = stripped(fields[4]).empty() ? 0 : whole_in(fields[4], "the minute", number);
+  row.dry_bulb = reading_in(fields[6], "the dry-bulb", number, 99.9);
+  row.dew_point = reading_in(fields[7], "the dew point", number, 99.9);
+  row.relative_humidity = reading_in(fields[8], "the relative humidity", number, 999);
+  row.pressure = reading_in(fields[9], "the pressure", number, 999999);
+  row.direct = reading_in(fields[14], "the direct normal solar", number, 9999);
+  row.diffuse = reading_in(fields[15], "the diffuse solar", number, 9999);
+  return row;
+}
+
+}  // namespace
+
+bool is_epw(std::string_view text) {
+  const std::string_view line = text.substr(0, text.find('\n'));
+  return line.find(',') != std::string_view::npos && header_word(line.substr(0, line.find(','))) == "LOCATION";
+}
+
+SourceYear read_epw(std::string_view text) {
+  SourceYear year;
+  year.rows.reserve(size_t{kDays + 1} * kHours);
+  for (Lines lines(text); lines.next();) {
+    if (is_data(lines.line()))
+      year.rows.push_back(row_of(lines.line(), lines.number()));
+    else if (stripped(lines.line()).empty())
+      continue;
+    else if (year.rows.empty())
+      read_header(lines.line(), lines.number(), year);
+    else
+      refuse_line(lines.number(), "\"" + foreign_text(lines.line().substr(0, 40)).text + "\" is no row of hourly data");
+  }
+  return year;
+}
+
+}  // namespace tarn

@@ -1,0 +1,157 @@
+// Readings that are missing or cannot be: short gaps are bridged, long ones refused, and all of it is said.
+#include <algorithm>
+#include <cmath>
+
+#include "weather/calendar.h"
+#include "weather/psychrometrics.h"
+#include "weather/source_text.h"
+#include "weather/source_year.h"
+
+namespace tarn {
+namespace {
+
+constexpr size_t kLongestGap = 6;  // hours that are bridged
+
+using Reading = double SourceRow::*;
+
+struct Limits {
+  Reading reading;
+  const char* what;
+  const char* unit;
+  double least, most;
+};
+
+/// Beyond the records of the earth's surface.
+constexpr Limits kLimits[]{{&SourceRow::dry_bulb, "dry-bulb", "C", -90, 65},
+                           {&SourceRow::dew_point, "dew point", "C", -99, 45},
+                           {&SourceRow::relative_humidity, "relative humidity", "%", 0, 998},
+                           {&SourceRow::pressure, "pressure", "Pa", 31000, 120000},
+                           {&SourceRow::direct, "direct normal solar", "W/m2", -50, 2000},
+                           {&SourceRow::diffuse, "diffuse solar", "W/m2", -50, 2000}};
+
+void check_limits(const std::vector<SourceRow>& hours) {
+  for (const SourceRow& row : hours) {
+    for (const Limits& limits : kLimits) {
+      const double value = row.*limits.reading;
+      if (std::isnan(value) || (value >= limits.least && value <= limits.most)) continue;
+      char text[160];
+      std::snprintf(text, sizeof text, "a %s of %g %s cannot be; %g to %g can, or the code of a missing reading",
+                    limits.what, value, limits.unit, limits.least, limits.most);
+      refuse_line(row.line, text);
+    }
+  }
+}
+
+std::string hours_text(size_t count) { return std::to_string(count) + (count == 1 ? " hour" : " hours"); }
+
+/// A straight line over each gap, level at the ends of the year. `what` is refused in longer ones.
+void bridge(std::vector<SourceRow>& hours, Reading reading, const std::string& what, std::vector<std::string>& notes) {
+  size_t bridged = 0;
+  for (size_t first = 0; first < hours.size(); ++first) {
+    if (!std::isnan(hours[first].*reading)) continue;
+    size_t end = first;
+    while (end < hours.size() && std::isnan(hours[end].*reading)) ++end;
+    if (end - first > kLongestGap) {
+      refuse_line(hours[first].line, "the " + what + " is missing from here for " + hours_text(end - first) +
+                                         "; up to " + std::to_string(kLongestGap) + " are bridged");
+    }
+    const double before = first > 0 ? hours[first - 1].*reading : hours[end].*reading;
+    const double after = end < hours.size() ? hours[end].*reading : before;
+    const auto steps = static_cast<double>(end - first + 1);
+    for (size_t i = first; i < end; ++i)
+      hours[i].*reading = before + (after - before) * static_cast<double>(i - first + 1) / steps;
+    bridged += end - first;
+    first = end;
+  }
+  if (bridged > 0)
+    notes.push_back("the " + what + " is missing in " + hours_text(bridged) + "; a straight line bridges the gaps");
+}
+
+size_t missing_in(const std::vector<SourceRow>& hours, Reading reading) {
+  return static_cast<size_t>(
+      std::count_if(hours.begin(), hours.end(), [reading](const SourceRow& row) { return std::isnan(row.*reading); }));
+}
+
+void complete_pressure(std::vector<SourceRow>& hours, SourceYear& year) {
+  const size_t missing = missing_in(hours, &SourceRow::pressure);
+  if (missing == 0) return;
+  const double standard = standard_pressure(year.elevation);
+  for (SourceRow& row : hours) {
+    if (std::isnan(row.pressure)) row.pressure = standard;
+  }
+  year.notes.push_back("the pressure is missing in " + hours_text(missing) +
+                       "; that of the standard atmosphere at the elevation is taken");
+}
+
+/// The dew point of a vapour pressure, C, to 0.001 K.
+double dew_point_of(double vapour_pressure) {
+  double low = -99, high = 70;
+  while (high - low > 0.001) {
+    const double middle = (low + high) / 2;
+    (saturation_pressure(middle) < vapour_pressure ? low : high) = middle;
+  }
+  return (low + high) / 2;
+}
+
+void complete_dew_point(std::vector<SourceRow>& hours, SourceYear& year) {
+  size_t by_humidity = 0;
+  for (SourceRow& row : hours) {
+    if (!std::isnan(row.dew_point) || !(row.relative_humidity > 0)) continue;
+    const double share = std::min(row.relative_humidity, 100.0) / 100;
+    row.dew_point = dew_point_of(share * saturation_pressure(row.dry_bulb));
+    ++by_humidity;
+  }
+  if (by_humidity > 0)
+    year.notes.push_back("the dew point is missing in " + hours_text(by_humidity) +
+                         "; it follows from the relative humidity there");
+  bridge(hours, &SourceRow::dew_point, "dew point", year.notes);
+}
+
+void complete_solar(std::vector<SourceRow>& hours, SourceYear& year) {
+  for (const auto& [reading, what] :
+       {std::pair{&SourceRow::direct, "direct normal solar"}, std::pair{&SourceRow::diffuse, "diffuse solar"}}) {
+    size_t negative = 0;
+    for (SourceRow& row : hours) {
+      if (!(row.*reading < 0)) continue;
+      row.*reading = 0;
+      ++negative;
+    }
+    if (negative > 0)
+      year.notes.push_back("the " + std::string(what) + " is below 0 in " + hours_text(negative) + "; 0 is taken");
+    if (const size_t missing = missing_in(hours, reading); missing > 0)
+      year.notes.push_back("the " + std::string(what) + " is missing in " + hours_text(missing) +
+                           "; they are marked with 999");
+  }
+}
+
+template <typename Test>
+void note_hours(const std::vector<SourceRow>& hours, Test test, const std::string& what, SourceYear& year) {
+  const auto count = std::count_if(hours.begin(), hours.end(), test);
+  if (count == 0) return;
+  const auto first = std::find_if(hours.begin(), hours.end(), test);
+  year.notes.push_back(what + " in " + hours_text(static_cast<size_t>(count)) + ", first in line " +
+                       std::to_string(first->line));
+}
+
+}  // namespace
+
+void complete_rows(std::vector<SourceRow>& hours, SourceYear& year) {
+  constexpr double kSolarConstant = 1415;  // W/m2, at the beginning of January
+  constexpr double kRounding = 0.1;        // K, of what a file holds
+  check_limits(hours);
+  note_hours(
+      hours, [](const SourceRow& row) { return row.relative_humidity > 100; },
+      "the relative humidity is above 100 %; humidity follows from the dew point", year);
+  bridge(hours, &SourceRow::dry_bulb, "dry-bulb", year.notes);
+  complete_dew_point(hours, year);
+  complete_pressure(hours, year);
+  complete_solar(hours, year);
+  note_hours(
+      hours, [](const SourceRow& row) { return row.dew_point > row.dry_bulb + kRounding; },
+      "the dew point is above the dry-bulb, and kept", year);
+  note_hours(
+      hours, [](const SourceRow& row) { return row.direct > kSolarConstant; },
+      "the direct normal solar is above that of the sun outside the air, and kept", year);
+}
+
+}  // namespace tarn

@@ -1,0 +1,73 @@
+// Texts of other programs, line by line and field by field. What cannot be read is refused with its line.
+#pragma once
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "base/error.h"
+
+namespace tarn {
+
+inline constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
+
+[[noreturn]] void refuse_line(int line, const std::string& reason);
+
+/// The lines of a text, without their ends (LF or CR LF).
+class Lines {
+ public:
+  explicit Lines(std::string_view text) : rest_(text) {}
+  /// False behind the last line.
+  bool next() {
+    if (rest_.empty()) return false;
+    const size_t end = std::min(rest_.find('\n'), rest_.size());
+    line_ = rest_.substr(0, end);
+    if (line_.ends_with('\r')) line_.remove_suffix(1);
+    rest_.remove_prefix(std::min(end + 1, rest_.size()));
+    ++number_;
+    return true;
+  }
+  std::string_view line() const { return line_; }
+  int number() const { return number_; }  // from 1
+
+ private:
+  std::string_view rest_, line_;
+  int number_ = 0;
+};
+
+/// Without blanks and tabulators at both ends.
+constexpr std::string_view stripped(std::string_view text) {
+  const auto is_blank = [](char c) { return c == ' ' || c == '\t'; };
+  while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+/// The fields between commas; one in quotation marks may hold commas. Returns how many there are, of which the first
+/// ones are in `fields`; counting ends when those are full.
+size_t split(std::string_view line, std::span<std::string_view> fields);
+
+/// A field as a number, `kNoValue` for an empty one; `what` names it where it is none.
+inline double number_in(std::string_view field, const char* what, int line) {
+  field = stripped(field);
+  if (field.starts_with('+')) field.remove_prefix(1);
+  if (field.empty()) return kNoValue;
+  double value = 0;
+  const auto [end, failed] = std::from_chars(field.data(), field.data() + field.size(), value);
+  if (failed == std::errc() && end == field.data() + field.size() && std::isfinite(value)) return value;
+  refuse_line(line, std::string(what) + " is \"" + std::string(field.substr(0, 40)) + "\", which is no number");
+}
+
+/// As `number_in`, without values that stand for a missing one: those from `missing` on, and all below -990.
+inline double reading_in(std::string_view field, const char* what, int line, double missing) {
+  const double value = number_in(field, what, line);
+  return value >= missing || value <= -990 ? kNoValue : value;
+}
+
+/// A whole number that must be there.
+int whole_in(std::string_view field, const char* what, int line);
+
+}  // namespace tarn
