@@ -123,8 +123,8 @@ std::string scale(const Panel& panel, double top) {
            color_of(panel.ramp, (static_cast<double>(shade) + 0.5) / double{kShades}) + "\"/>\n";
   }
   const double right = kScaleLeft + kScaleWidth;
-  out += label(right + 52, top - 8, panel.unit, "text-anchor=\"end\"") +
-         label(right + 126, top - 8, panel.si_unit, "text-anchor=\"end\"");
+  out += label(right + 52, top - 16, panel.unit, "text-anchor=\"end\"") +
+         label(right + 126, top - 16, panel.si_unit, "text-anchor=\"end\"");
   for (double value = panel.least; value <= panel.most + panel.step / 100; value += panel.step) {
     const double y = top + kHigh * (1 - (value - panel.least) / (panel.most - panel.least));
     out += "<path stroke=\"#333\" stroke-width=\"1\" d=\"M" + number(right) + " " + number(y) + "h5\"/>\n" +
