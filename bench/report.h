@@ -44,6 +44,7 @@ void construction_cases(Report& report, const std::string& folder);
 void exchange_cases(Report& report, const std::string& folder);
 void plant_cases(Report& report, const std::string& folder);
 void staleness_cases(Report& report, const std::string& folder);
+void weather_cases(Report& report, const std::string& folder);
 void window_cases(Report& report, const std::string& folder);
 
 }  // namespace tarn::bench

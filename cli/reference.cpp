@@ -133,27 +133,48 @@ void add_part_rows(Object& object, std::string& rows) {
   close();
 }
 
+struct Record {
+  std::string rows;
+  size_t size = 0;
+};
+
+/// A field of every record in a list is told for the first one, with how far the others are behind it.
+void add_field(Record& record, const Member& m) {
+  const size_t count = m.stride > 0 ? static_cast<size_t>(m.bounds.front().size()) : 1;
+  const std::string more =
+      m.stride > 0 ? " in each of " + std::to_string(count) + ", " + std::to_string(m.stride) + " apart" : "";
+  record.rows += row({std::to_string(m.offset), std::to_string(m.size) + more,
+                      "`" + std::string(m.name) + bounds_text(m) + "`", type_text(m), std::string(m.stored_unit)});
+  record.size = std::max(record.size, static_cast<size_t>(m.offset) + m.size + m.stride * (count - 1));
+}
+
 std::string files_page() {
   std::string out =
       "# Record files\n\nRecord n lies at byte n times the record's length; record 0 is the kind's default. Numbers "
       "are "
       "little-endian, fields are not padded, texts are one byte a character (code page 1252) and padded with blanks, "
       "Booleans "
-      "are 16-bit: 0 and -1. Of an array the first subscript varies fastest. Units are those of the file. Air systems "
-      "and plants have a file each, here without zones and hourly results.\n";
+      "are 16-bit: 0 and -1. Of an array the first subscript varies fastest, but for one that counts months or days of "
+      "weather: they lie block by block. Units are those of the file. Air systems and plants have a file each, here "
+      "without zones and hourly results.\n";
   for (const ClassEntry& entry : class_list()) {
     const ClassInfo& info = entry.info();
-    std::string rows;
-    for (const Member* m : stored_fields(info)) {
-      rows += row({std::to_string(m->offset), std::to_string(m->size),
-                   "`" + std::string(m->name) + bounds_text(*m) + "`", type_text(*m), std::string(m->stored_unit)});
-    }
     const ObjectPtr object = entry.create();
-    const size_t size = record_length(*object);
-    if (size == 0) continue;
-    add_part_rows(*object, rows);
-    out += "\n## " + std::string(info.name) + ": " + std::to_string(size) +
-           " bytes\n\n| offset | size | field | type | unit |\n| --- | --- | --- | --- | --- |\n" + rows;
+    if (record_length(*object) == 0) continue;
+    std::map<std::string_view, Record> records;
+    for (const Member* m : stored_fields(info)) add_field(records[m->record], *m);
+    if (records.empty()) records[info.name];  // of parts alone
+    for (auto& [name, record] : records) {
+      if (records.size() == 1) {
+        record.size = record_length(*object);
+        add_part_rows(*object, record.rows);
+      }
+      out += "\n## " + std::string(info.name) + (records.size() > 1 ? ", " + std::string(name) : "") + ": " +
+             std::to_string(record.size) +
+             " bytes\n\n| offset | size | field | type | unit |\n"
+             "| --- | --- | --- | --- | --- |\n" +
+             record.rows;
+    }
   }
   return out;
 }

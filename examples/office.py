@@ -289,6 +289,11 @@ def main():
     folder, prefix = pathlib.Path(sys.argv[1]).parent, pathlib.Path(sys.argv[1]).name
     project = tarn.COM_ProjectData()
     project.WorkPath, project.FilePrefix = str(folder), prefix
+    if "--calculated" in sys.argv:  # as engines leave it
+        database = tarn.open_database(project.IndexDBName)
+        calculated(project, database)
+        print(f"all calculated; stale now: {', '.join(stale(database)) or 'nothing'}")
+        return
     make_windows(project)
     with tarn.transaction(project):
         make_constructions(project)

@@ -34,5 +34,14 @@ echo
 echo "== The chilled-water plant"
 tarn plants show 1 | sed -n '1,48p'
 echo
-echo "== What the project holds"
+echo "== A year of weather, computed by examples/make_year.py, becomes the project's; before, nothing is stale"
+PYTHONPATH=build/python python3 examples/office.py "$job/MALL" --calculated
+python3 examples/make_year.py "$job/tarnwater.epw"
+tarn weather import "$job/tarnwater.epw"
+echo
+tarn weather show --svg "$job/tarnwater.svg"
+echo
+tarn weather check "$job/MALLHW1.DAT"
+echo
+echo "== What the project holds, and that all of it is stale"
 tarn project info

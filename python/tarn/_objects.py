@@ -169,12 +169,22 @@ class _Array:
         _check_shape(values, sizes, self._member.name)
         block = self._filled(values, sizes)
         if block is None:
-            for at in self._places():
-                self[at] = _at(values, at, self._member.bounds)
+            self._set_each(values)
             return
         address, _ = block.buffer_info()
         c.check(c.library.tarn_let_block(self._owner._handle, self._member.number, address, len(block) * block.itemsize),
                 self._owner._handle)
+
+    def _set_each(self, values):
+        """Every element by its own setting; a failure puts the old ones back."""
+        before = self._whole()
+        try:
+            for at in self._places():
+                self[at] = _at(values, at, self._member.bounds)
+        except Exception:
+            for at in self._places():
+                self[at] = _at(before, at, self._member.bounds)
+            raise
 
     def _filled(self, values, sizes):
         """The values as a block; None where one of them needs the care of an element's own setting."""

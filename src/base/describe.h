@@ -252,7 +252,7 @@ constexpr size_t covered_bytes() {
 template <typename Record, typename M>
 constexpr std::string_view covered_name() {
   if constexpr (is_across<Record, M>())
-    return {M::name.data(), M::name.size()};
+    return {M::name.data(), M::name.size() - 1};
   else if constexpr (covered_bytes<Record, M>() > 0)
     return member_name<M::pointer>();
   else
@@ -271,12 +271,11 @@ constexpr bool all_different() {
 }
 
 template <typename Record, typename... M>
-constexpr bool checks_record() {
+constexpr void check_record() {
   static_assert(alignof(Record) == 1, "a record is made of wire types only");
   static_assert(all_different<Record, M...>(), "a field of the record is listed twice in the members table");
   static_assert((size_t{0} + ... + covered_bytes<Record, M>()) == sizeof(Record),
                 "a field of the record is left out of the members table, or has the wrong width");
-  return true;
 }
 
 template <typename Form>
@@ -295,7 +294,7 @@ ClassInfo describe(Failures failures, const M&... members) {
   info.name = class_name<C>();
   info.failures = failures;
   [&]<typename... R>(std::type_identity<std::tuple<R...>>) {
-    static_assert((detail::checks_record<R, M...>() && ...));
+    (detail::check_record<R, M...>(), ...);
     info.record_size = (size_t{0} + ... + sizeof(R));
   }(std::type_identity<typename detail::RecordsOf<C>::List>());
   (detail::add(info, members.template make<C>(), members), ...);

@@ -236,7 +236,7 @@ struct Property {
     m.in_row = row;
     m.labels_for = codes_of;
     if constexpr (std::is_default_constructible_v<C>) {
-      if (codes_of) m.labels = codes_of(C{});
+      if (codes_of) m.labels = codes_of(*std::make_unique<C>());  // some are too large for a stack
     }
     return m;
   }
@@ -384,6 +384,11 @@ struct Across {
     Member m;
     m.name = {name.data(), name.size() - 1};
     m.unit = m.stored_unit = unit;
+    if constexpr (requires { E::steps_per_unit; }) {
+      static const std::string steps =
+          std::string(unit) + ", in 16-bit steps of 1/" + std::to_string(E::steps_per_unit);
+      m.stored_unit = steps;
+    }
     m.type = value_type<typename detail::NativeOf<E>::type>();
     m.bounds = bounds;
     m.get_label = std::string(m.name) + " [PropertyGet]";

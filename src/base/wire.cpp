@@ -1,14 +1,17 @@
 #include "base/wire.h"
 
 #include <cmath>
+#include <cstdio>
 
 namespace tarn {
 
 int16_t scaled(double value, int steps_per_unit) {
   const double steps = std::nearbyint(value * steps_per_unit);
   if (!(steps >= INT16_MIN && steps <= INT16_MAX)) {
-    fail(ErrorNumber::Overflow, "Overflow: " + std::to_string(value) + " is beyond what 16 bits hold in steps of 1/" +
-                                    std::to_string(steps_per_unit) + ".");
+    char text[120];
+    std::snprintf(text, sizeof text, "Overflow: %g is beyond what 16 bits hold in steps of 1/%d.", value,
+                  steps_per_unit);
+    fail(ErrorNumber::Overflow, text);
   }
   return static_cast<int16_t>(steps);
 }

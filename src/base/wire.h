@@ -7,6 +7,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -150,5 +151,12 @@ struct Array {
 
   std::array<T, size> items{};
 };
+
+/// The bytes of a record in place.
+template <typename R>
+std::span<std::byte> record_bytes(R& record) {
+  static_assert(alignof(R) == 1, "a record is made of wire types only");
+  return std::as_writable_bytes(std::span<R, 1>(&record, 1));
+}
 
 }  // namespace tarn

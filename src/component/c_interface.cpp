@@ -103,7 +103,7 @@ class Block {
     }
     Value value;
     for_each_element(member_, [&](Subscripts at) {
-      member_.get(object_, at, value);
+      get_property(object_, member_, at, value);
       std::visit([&](const auto& v) { store(v, data); }, value);
       data += width_;
     });
@@ -158,7 +158,7 @@ class Block {
   }
   void let_elements(const char* data) {
     for_each_element(member_, [&](Subscripts at) {
-      member_.let(object_, at, value_at(data));
+      let_property(object_, member_, at, value_at(data));
       data += width_;
     });
   }

@@ -39,12 +39,14 @@ constexpr int kBusyMilliseconds = 1000;  // how long a statement waits for anoth
 }
 
 /// Refuses what is no database of this engine before the engine sees it, so that the message says what the file is.
-void check_signature(const std::string& path) {
+void check_signature(const std::string& path, Database::Access access) {
   std::string head(20, '\0');
   const auto file = host().files->open(path, OpenMode::Read);
   if (!file) {
     fail(ErrorNumber::DatabaseNotFound,
-         "The index database " + path + " does not exist; make it with 'tarn project new'.");
+         access == Database::Access::Apart
+             ? "The database " + path + " does not exist."
+             : "The index database " + path + " does not exist; make it with 'tarn project new'.");
   }
   head.resize(file->read(0, std::as_writable_bytes(std::span(head))));
   if (head.starts_with("SQLite format 3")) return;
@@ -207,13 +209,15 @@ const ClassInfo& Database::info() const {
 }
 
 Ptr<Database> Database::open(const std::string& name, Access access) {
+  if (name.empty()) fail(ErrorNumber::DatabaseNotFound, "There is no database without a name.");
   const std::string path = std::filesystem::absolute(name).lexically_normal().string();
-  check_signature(path);
+  check_signature(path, access);
   sqlite3* handle = nullptr;
-  const int flags = access == Access::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+  const int flags = access == Access::ReadWrite ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
   const int result = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
   auto database = std::make_shared<Database>(Private(), path, handle);
   if (result != SQLITE_OK) fail_with(handle, path, {});
+  database->apart_ = access == Access::Apart;
   database->read_only_ = sqlite3_db_readonly(handle, "main") == 1;
   // Savepoints, sorting and the scratch list need no files of their own: they fit memory, and a read-only folder stays
   // usable.
@@ -279,6 +283,7 @@ int64_t Database::pragma(const std::string& name) {
 }
 
 void Database::join(Part part) {
+  if (apart_) return;
   Workspace& workspace = Engine::of_thread().Workspaces(0);
   const size_t depth = part == Part::Writing ? workspace.depth() : std::min<size_t>(workspace.depth(), 1);
   if (level_ > 0 && sqlite3_get_autocommit(handle_) != 0) {

@@ -57,7 +57,8 @@ struct QueryShape {
 
 class Database final : public Object {
  public:
-  enum class Access : uint8_t { ReadWrite, ReadOnly };
+  /// `Apart` reads another program's database, outside of the transactions here.
+  enum class Access : uint8_t { ReadWrite, ReadOnly, Apart };
 
   /// Opens an existing database, read-only where the file does not take writes.
   /// Errors `DatabaseNotFound`, `UnknownFormat`, `DatabaseLocked`, `UnfinishedCommit`, each naming the file.
@@ -123,6 +124,7 @@ class Database final : public Object {
   std::string path_;
   sqlite3* handle_ = nullptr;
   bool read_only_ = false;
+  bool apart_ = false;
   size_t level_ = 0;                                    // of the workspace's transaction that this database has joined
   std::unordered_map<std::string, Prepared> prepared_;  // by text
   std::unordered_map<std::string, std::shared_ptr<QueryShape>> shapes_;  // by query

@@ -1,6 +1,7 @@
 #include "platform/file_store.h"
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
 
 #include "base/error.h"
@@ -12,6 +13,7 @@ namespace {
 
 /// One name a file, whatever the current folder.
 std::string absolute(const std::string& path) {
+  if (path.empty()) fail(ErrorNumber::FileNotFound, "There is no file without a name.");
   const bool plain =
       path.starts_with('/') && path.find("/.") == std::string::npos && path.find("//") == std::string::npos;
   return plain ? path : std::filesystem::absolute(path).lexically_normal().string();
@@ -79,6 +81,27 @@ void FileStore::write(const std::string& name, uint64_t offset, std::span<const 
   Pending& place = pending(absolute(name), std::move(owner));
   place.removed = false;
   place.extents.write(offset, bytes);
+}
+
+void FileStore::update(const std::string& path, std::span<const std::byte> bytes, const Ptr<Database>& owner) {
+  constexpr size_t kBlock = 4096, kRead = 16 * kBlock, kMuch = 16 * kBlock;
+  std::vector<std::byte> old(kRead);
+  std::vector<std::pair<size_t, size_t>> changes;  // offset and size
+  size_t changed = 0;
+  const bool replaceable = size(path) <= bytes.size();
+  for (size_t start = 0; start < bytes.size(); start += kRead) {
+    const auto now = bytes.subspan(start, std::min(kRead, bytes.size() - start));
+    const size_t got = read(path, start, std::span(old).first(now.size()), OpenMode::Read);
+    for (size_t at = 0; at < now.size(); at += kBlock) {
+      const size_t block = std::min(kBlock, now.size() - at);
+      // The first block goes along, so that a file which takes no writes is found.
+      if (start + at > 0 && at + block <= got && std::memcmp(now.data() + at, old.data() + at, block) == 0) continue;
+      changes.emplace_back(start + at, block);
+      changed += block;
+    }
+    if (changed > kMuch && replaceable) return replace(path, {bytes.begin(), bytes.end()}, owner);
+  }
+  for (const auto& [offset, size] : changes) write(path, offset, bytes.subspan(offset, size), owner);
 }
 
 void FileStore::replace(const std::string& name, std::vector<std::byte> bytes, Ptr<Database> owner) {

@@ -31,6 +31,9 @@ class FileStore {
   size_t read(const std::string& path, uint64_t offset, std::span<std::byte> into, OpenMode mode);
   /// Error where the file, or the folder of a new one, does not take writes; found here, not at the commit.
   void write(const std::string& path, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner);
+  /// The file begins with these bytes afterwards; a longer one keeps its tail. Only what changes is written; where that
+  /// is much, the file is replaced, which writes its bytes once.
+  void update(const std::string& path, std::span<const std::byte> bytes, const Ptr<Database>& owner);
   /// The whole file becomes these bytes.
   void replace(const std::string& path, std::vector<std::byte> bytes, Ptr<Database> owner);
   void remove(const std::string& path, Ptr<Database> owner);

@@ -74,14 +74,16 @@ void Workspace::commit_outermost() {
   // Writes that belong to no database go with the first one that commits, and alone where there is none.
   const auto writes_of = [this](const Database* owner) {
     std::vector<std::pair<std::string, const FileStore::Pending*>> writes;
-    const Database* first = enlisted_.empty() ? nullptr : enlisted_.front().get();
+    const auto writes_too = [](const Ptr<Database>& database) { return !database->read_only(); };
+    const auto found = std::find_if(enlisted_.begin(), enlisted_.end(), writes_too);
+    const Database* first = found == enlisted_.end() ? nullptr : found->get();
     for (const auto& [path, pending] : files_.outermost()) {
       if ((pending.owner ? pending.owner.get() : first) == owner) writes.emplace_back(path, &pending);
     }
     std::sort(writes.begin(), writes.end());
     return writes;
   };
-  if (enlisted_.empty()) FileCommit({}, writes_of(nullptr)).apply();
+  FileCommit({}, writes_of(nullptr)).apply();
   for (const auto& database : enlisted_) {
     auto writes = writes_of(database.get());
     if (writes.empty()) {

@@ -3,15 +3,10 @@
 #include <algorithm>
 
 #include "base/describe.h"
-#include "base/log.h"
-#include "platform/workspace.h"
+#include "weather/record_file.h"
 
 namespace tarn {
 namespace {
-
-std::span<std::byte> bytes_of(HourlyWeather& year) {
-  return std::as_writable_bytes(std::span<HourlyWeather, 1>(&year, 1));
-}
 
 bool within(float value, float least, float most) { return value >= least && value <= most; }
 
@@ -29,16 +24,13 @@ HW1ReaderWriter::HW1ReaderWriter() {
 
 void HW1ReaderWriter::Load(const std::string& file) {
   if (!files().exists(file)) fail(ErrorNumber::FileNotFound, "There is no hourly weather file " + file + ".");
-  const size_t got = files().read(file, 0, bytes_of(*this), OpenMode::Read);
-  if (got == sizeof(HourlyWeather)) return;
-  log().message(file + " is cut short: " + std::to_string(got) + " of " + std::to_string(sizeof(HourlyWeather)) +
-                " bytes; the rest reads as zeros.");
+  if (!read_record<HourlyWeather>(*this, file, OpenMode::Read)) log().message(file + " is empty; all of it is zeros.");
 }
 
 void HW1ReaderWriter::Save(const std::string& file) {
   Reserved = "";
   Transaction transaction;
-  files().write(file, 0, bytes_of(*this), nullptr);
+  files().write(file, 0, record_bytes<HourlyWeather>(*this), nullptr);
   transaction.commit();
 }
 
@@ -49,7 +41,8 @@ bool HW1ReaderWriter::is_hourly_name(const std::string& file) {
   name.erase(0, name.rfind('\\') + 1);
   std::transform(name.begin(), name.end(), name.begin(),
                  [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-  return name.size() <= kEnding.size() || name.ends_with(kEnding);
+  const auto characters = std::count_if(name.begin(), name.end(), [](char c) { return (c & 0xC0) != 0x80; });
+  return characters <= static_cast<ptrdiff_t>(kEnding.size()) || name.ends_with(kEnding);
 }
 
 bool HW1ReaderWriter::has_valid_header() const {

@@ -1,40 +1,17 @@
 #include "weather/weather.h"
 
+#include <charconv>
+
 #include "base/describe.h"
-#include "base/log.h"
-#include "platform/workspace.h"
+#include "weather/record_file.h"
 
 namespace tarn {
 namespace {
-
-template <typename R>
-std::span<std::byte> bytes_of(R& record) {
-  return std::as_writable_bytes(std::span<R, 1>(&record, 1));
-}
 
 const std::string& named(const std::string& file, std::string_view property) {
   if (file.empty())
     fail(ErrorNumber::FileNotFound, "The weather has no file to work on; set " + std::string(property) + ".");
   return file;
-}
-
-/// Reads a file's record; false for an empty file, of which the record is zeros.
-template <typename R>
-bool read(R& record, const std::string& file, OpenMode mode) {
-  const size_t got = files().read(file, 0, bytes_of(record), mode);
-  if (got > 0 && got < sizeof(R)) {
-    log().message(file + " is cut short: " + std::to_string(got) + " of " + std::to_string(sizeof(R)) +
-                  " bytes; the rest reads as zeros.");
-  }
-  return got > 0;
-}
-
-/// The record becomes the file's beginning; a longer file keeps its tail.
-template <typename R>
-void write(R& record, const std::string& file, const Ptr<Database>& database) {
-  const auto bytes = bytes_of(record);
-  if (files().size(file) > bytes.size()) return files().write(file, 0, bytes, database);
-  files().replace(file, {bytes.begin(), bytes.end()}, database);
 }
 
 /// The table's one row gives way to a new one.
@@ -45,6 +22,16 @@ void replace_row(Database& database, std::string_view table,
   rows.AddNew();
   for (const auto& [name, value] : columns) rows.Fields(name) = value;
   rows.Update();
+}
+
+/// A cell as text, numbers included.
+std::string text_of(const Cell& cell) {
+  if (const auto* whole = std::get_if<int64_t>(&cell)) return std::to_string(*whole);
+  if (const auto* text = std::get_if<std::string>(&cell)) return *text;
+  const auto* real = std::get_if<double>(&cell);
+  if (!real) return {};
+  char digits[32];
+  return {digits, std::to_chars(std::begin(digits), std::end(digits), *real).ptr};
 }
 
 template <typename F>
@@ -70,13 +57,13 @@ Database& WTH_Weather::database() const {
 
 void WTH_Weather::Load() {
   Transaction transaction;
-  const std::string design_city =
-      database().OpenRecordset("SELECT * FROM DesWeatherIndex").Fields("szDesCityName").text();
-  const std::string city = database().OpenRecordset("SELECT * FROM SimWeatherIndex").Fields("szSimCityName").text();
+  Text<20> design_city, city;
+  design_city = database().OpenRecordset("SELECT * FROM DesWeatherIndex").Fields("szDesCityName").text();
+  city = database().OpenRecordset("SELECT * FROM SimWeatherIndex").Fields("szSimCityName").text();
   const OpenMode mode = database().read_only() ? OpenMode::Read : OpenMode::Create;
   DesignWeather design;
-  const bool has_design = read(design, named(DesFileName, "DesFileName"), mode);
-  const bool has_simulation = read<SimulationWeather>(*this, named(SimFileName, "SimFileName"), mode);
+  const bool has_design = read_record(design, named(DesFileName, "DesFileName"), mode);
+  const bool has_simulation = read_record<SimulationWeather>(*this, named(SimFileName, "SimFileName"), mode);
   static_cast<DesignWeather&>(*this) = design;
   if (!has_design) DesCityName = design_city;
   if (!has_simulation) SimCityName = city;
@@ -87,13 +74,13 @@ void WTH_Weather::Save() {
   in_transaction([this] {
     replace_row(database(), "DesWeatherIndex",
                 {{"szDesCityName", DesCityName.trimmed() + ", " + DesStateName.trimmed()}});
-    write<DesignWeather>(*this, named(DesFileName, "DesFileName"), database_);
+    files().update(named(DesFileName, "DesFileName"), record_bytes<DesignWeather>(*this), database_);
   });
   in_transaction([this] {
     const std::string city = SimCityName.trimmed() + " " + SourceTypeLabel.trimmed();
     replace_row(database(), "SimWeatherIndex",
                 {{"szSimCityName", std::string(trimmed(city))}, {"nJanOne", cell(int{JanOne})}});
-    write<SimulationWeather>(*this, named(SimFileName, "SimFileName"), database_);
+    files().update(named(SimFileName, "SimFileName"), record_bytes<SimulationWeather>(*this), database_);
   });
   in_transaction([this] {
     database().Execute("UPDATE AirSystemIndex SET bDesHasChanged = -1, bSimHasChanged = -1");
@@ -112,10 +99,10 @@ Ptr<WTH_Weather> WTH_Weather::Clone() const {
 }
 
 bool WTH_Weather::LoadSourceCodes(const std::string& database_name, const std::string& table) {
-  const Ptr<Database> database = Database::open(database_name, Database::Access::ReadOnly);
+  const Ptr<Database> database = Database::open(database_name, Database::Access::Apart);
   std::vector<std::string> codes = source_codes_;
   Recordset rows = database->OpenRecordset("SELECT * FROM " + table + " ORDER BY ID ASC");
-  for (; !rows.AtEof(); rows.MoveNext()) codes.push_back(rows.Fields("Description").text());
+  for (; !rows.AtEof(); rows.MoveNext()) codes.push_back(text_of(rows.Fields("Description").Value()));
   source_codes_ = std::move(codes);
   return true;
 }
@@ -143,16 +130,16 @@ const ClassInfo& WTH_Weather::info() const {
       property<&D::DesTZMeridian>("deg"), property<&D::DayLightSavings>, property<&D::FirstDesMonth>,
       property<&D::FirstMonthDST>, property<&D::FirstDayDST>, property<&D::LastDesMonth>, property<&D::LastMonthDST>,
       property<&D::LastDayDST>, property<&D::DesSourceCode>, property<&D::DesSourceCodeString>,
-      looked_up<&C::SourceCode, Bounds{INT16_MIN, INT16_MAX}>, property<&D::MaximumDB>("F"),
-      property<&D::MinimumDB>("F"), property<&D::MaximumWB>("F"), property<&D::MinimumWB>("F"),
-      across<kDesign, &M::DB>("F"), across<kDesign, &M::SH>("lb/lb"), across<kDesign, &M::IDN>(kSolar),
-      across<kDesign, &M::IDIFF>(kSolar), across<kDesign, &M::ITOT>(kSolar), across<kDesign, &M::SBeamTrn>,
-      across<kDesign, &M::SBeamAbs>, across<kDesign, &M::AltAngle>("deg"), across<kDesign, &M::AziAngle>("deg"),
-      across<kDesign, &M::HrAngle>("deg"), across<kDesign, &M::DecAngle>("deg"), across<kDesign, &M::MaxSol>(kSolar),
-      across<kDesign, &M::SolarMult>, property<&S::SimCityName>, property<&S::SimStateName>,
-      property<&S::SimCitySelected>, property<&S::SimLatitude>("deg"), property<&S::SimLongitude>("deg"),
-      property<&S::SimTZMeridian>("deg"), property<&S::SimElevation>("ft"), property<&S::SimBaromPress>("psia"),
-      property<&S::SourceTypeLabel>, property<&S::JanOne>, property<&S::Holiday>, across<kSimulation, &W::DB>("F"),
+      looked_up<&C::SourceCode, Bounds{INT16_MAX}>, property<&D::MaximumDB>("F"), property<&D::MinimumDB>("F"),
+      property<&D::MaximumWB>("F"), property<&D::MinimumWB>("F"), across<kDesign, &M::DB>("F"),
+      across<kDesign, &M::SH>("lb/lb"), across<kDesign, &M::IDN>(kSolar), across<kDesign, &M::IDIFF>(kSolar),
+      across<kDesign, &M::ITOT>(kSolar), across<kDesign, &M::SBeamTrn>, across<kDesign, &M::SBeamAbs>,
+      across<kDesign, &M::AltAngle>("deg"), across<kDesign, &M::AziAngle>("deg"), across<kDesign, &M::HrAngle>("deg"),
+      across<kDesign, &M::DecAngle>("deg"), across<kDesign, &M::MaxSol>(kSolar), across<kDesign, &M::SolarMult>,
+      property<&S::SimCityName>, property<&S::SimStateName>, property<&S::SimCitySelected>,
+      property<&S::SimLatitude>("deg"), property<&S::SimLongitude>("deg"), property<&S::SimTZMeridian>("deg"),
+      property<&S::SimElevation>("ft"), property<&S::SimBaromPress>("psia"), property<&S::SourceTypeLabel>,
+      property<&S::JanOne>, property<&S::Holiday>, across<kSimulation, &W::DB>("F"),
       across<kSimulation, &W::SH>("lb/lb"), across<kSimulation, &W::IDN>(kSolar),
       across<kSimulation, &W::IDIFF>(kSolar), across<kSimulation, &W::ITOT>(kSolar), across<kSimulation, &W::SBeamTrn>,
       across<kSimulation, &W::SBeamAbs>, across<kSimulation, &W::AltAngle>("deg"),
