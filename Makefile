@@ -31,8 +31,9 @@ FUZZ_SECONDS ?= 600
 fuzz:
 	@scripts/setup
 	@cmake --preset sanitize >/dev/null
-	@cmake --build build-sanitize --target tarn_fuzz
+	@cmake --build build-sanitize --target tarn_fuzz --target tarn_fuzz_weather
 	build-sanitize/fuzz/tarn_fuzz $(FUZZ_SECONDS)
+	for reader in epw tmy hourly; do build-sanitize/fuzz/tarn_fuzz_weather $$reader $(FUZZ_SECONDS) || exit 1; done
 
 format:
 	@scripts/format-check fix

@@ -19,7 +19,7 @@ namespace {
 std::string file_of(const Call& call) {
   if (!call.words.empty()) return call.words.front();
   COM_ProjectData project;
-  place_project(project, call);
+  open_project(project, call, Use::Reading);
   const std::string file = project.SimWeatherInputsFilename();
   if (!std::filesystem::exists(file))
     throw UsageError("The project has no hourly weather yet; tarn weather import FILE brings one in.");
@@ -32,7 +32,8 @@ struct Read {
   std::string file;
 
   explicit Read(const Call& call) : file(file_of(call)) {
-    if (std::filesystem::is_directory(file)) fail(ErrorNumber::PermissionDenied, file + " is a folder; give a file.");
+    if (std::error_code none; std::filesystem::is_directory(file, none))
+      fail(ErrorNumber::PermissionDenied, file + " is a folder; give a file.");
     imported = import_weather(year, file);
     if (call.json) return;
     for (const std::string& note : imported.notes) std::cerr << file << ": " << note << '\n';
@@ -50,12 +51,25 @@ Json properties_json(Object& object) {
   return json;
 }
 
+/// What is there already is written over only if it is an hourly file.
+void check_output(const std::string& file) {
+  std::error_code ignored;
+  if (!std::filesystem::exists(file, ignored) || std::filesystem::file_size(file, ignored) == 0) return;
+  HW1ReaderWriter there;
+  there.Load(file);
+  if (!there.has_valid_header())
+    fail(ErrorNumber::FileExists,
+         file + " is there and no hourly weather file; remove it first, or give another name.");
+}
+
 int import_verb(const Call& call) {
   if (call.words.empty()) throw UsageError("Which file? tarn weather import FILE [--output CITY.HW1]");
   Read read(call);
   const HourlyVerdict verdict = verdict_of(read.year);
   if (read.is_hourly() && verdict.code == kHourlyInvalid.code)
     fail(ErrorNumber::UnknownFormat, read.file + ": " + std::string(verdict.text) + " Nothing was imported.");
+  if (read.is_hourly() && !read.imported.notes.empty())
+    fail(ErrorNumber::UnknownFormat, read.file + " is not whole. Nothing was imported.");
   std::string made = call.output;
   if (made.empty()) {
     COM_ProjectData project;
@@ -69,6 +83,7 @@ int import_verb(const Call& call) {
     weather->Save();
     transaction.commit();
   } else {
+    check_output(made);
     read.year.Save(made);
   }
   const std::string city = read.year.CityName.trimmed() + ", " + read.year.LocationName.trimmed();
@@ -79,6 +94,8 @@ int import_verb(const Call& call) {
   std::cout << "made " << made << " from " << read.file << " (" << read.imported.format << "): " << city << '\n';
   if (call.output.empty())
     std::cout << "it is the project's simulation weather now; every system, plant and building is stale\n";
+  if (call.output.empty() && read.imported.first_weekday == 0)
+    std::cout << "the file does not tell the weekday of 1 January; JanOne is as it was\n";
   return kClean;
 }
 
@@ -92,7 +109,7 @@ Json finding_json(const Finding& finding) {
 int check_verb(const Call& call) {
   const Read read(call);
   const HourlyVerdict verdict = verdict_of(read.year);
-  const bool named = !read.is_hourly() || HW1ReaderWriter::is_hourly_name(read.file);
+  const bool named = !read.is_hourly() || call.words.empty() || HW1ReaderWriter::is_hourly_name(read.file);
   const auto findings = findings_of(read.year);
   const bool clean = verdict.code == 0 && findings.empty() && (!read.is_hourly() || read.imported.notes.empty());
   if (call.json) {

@@ -361,11 +361,17 @@ struct Across {
 
   constexpr Across operator()(std::string_view text) const { return {text}; }
 
+  /// By the characters alone: comparisons of their addresses are no constants where sanitizers watch.
   static constexpr auto name = [] {
-    constexpr std::string_view prefix = member_name<List>().substr(0, member_name<List>().find("Day"));
-    std::array<char, prefix.size() + member_name<Field>().size() + 1> chars{};
-    std::copy(prefix.begin(), prefix.end(), chars.begin());
-    std::copy(member_name<Field>().begin(), member_name<Field>().end(), chars.begin() + prefix.size());
+    constexpr auto& of_list = detail::member_chars<List>;
+    constexpr auto& of_field = detail::member_chars<Field>;
+    constexpr size_t prefix = [] {
+      size_t length = 0;
+      while (of_list[length] != 'D' || of_list[length + 1] != 'a' || of_list[length + 2] != 'y') ++length;
+      return length;
+    }();
+    std::array<char, prefix + of_field.size()> chars{};
+    for (size_t i = 0; i < chars.size(); ++i) chars[i] = i < prefix ? of_list[i] : of_field[i - prefix];
     return chars;
   }();
   static constexpr auto bounds = [] {

@@ -12,6 +12,7 @@ namespace tarn {
 namespace {
 
 constexpr size_t kFieldsRead = 16;  // up to diffuse solar
+constexpr int kMostHeaderLines = 100;
 
 constexpr std::string_view kHeaderWords[]{"LOCATION",
                                           "DESIGN CONDITIONS",
@@ -29,14 +30,24 @@ bool is_data(std::string_view line) {
 
 /// Header words are spelled in many ways; their first letters tell them apart.
 std::string_view header_word(std::string_view field) {
-  constexpr size_t kTelling = 3;
+  constexpr size_t kTelling = 4;
+  field = stripped(field);
+  if (field.starts_with('"')) field.remove_prefix(1);
   for (const std::string_view word : kHeaderWords) {
-    if (same_word(stripped(field), word)) return word;
+    if (same_word(field, word)) return word;
   }
   for (const std::string_view word : kHeaderWords) {
-    if (same_word(stripped(field).substr(0, kTelling), word.substr(0, kTelling))) return word;
+    if (same_word(field.substr(0, kTelling), word.substr(0, kTelling))) return word;
   }
   return {};
+}
+
+/// Latitude, longitude, time zone, elevation.
+void set_site(SourceYear& year, const std::string_view* fields, int line) {
+  year.latitude = number_in(fields[0], "the latitude", line);
+  year.longitude = number_in(fields[1], "the longitude", line);
+  year.time_zone = number_in(fields[2], "the time zone", line);
+  year.elevation = number_in(fields[3], "the elevation", line);
 }
 
 struct Header {
@@ -53,25 +64,42 @@ Header header_of(std::string_view line, int number) {
   return header;
 }
 
-void read_location(Header header, SourceYear& year) {
+/// Where the site's four numbers begin: commas in the city's name shift them, and fields may follow.
+size_t numbers_at(const std::vector<std::string_view>& fields, int line) {
+  constexpr size_t kUsual = 5, kNumbers = 4;
+  for (size_t at = kUsual; at + kNumbers <= fields.size(); ++at) {
+    try {
+      SourceYear site;
+      set_site(site, fields.data() + at, line);
+      check_site(site, line);
+      return at;
+    } catch (const Error&) {
+    }
+  }
+  return kUsual;
+}
+
+void read_location(const Header& header, SourceYear& year) {
   constexpr size_t kFields = 9;
-  auto& fields = header.fields;
+  const auto& fields = header.fields;
+  if (!year.city.empty()) refuse_line(header.line, "a second location");
   if (fields.size() < kFields) {
     refuse_line(header.line, "the location has " + std::to_string(fields.size()) + " of its 9 fields");
   }
-  const size_t more = fields.size() - kFields;  // commas in the city's name
-  const auto city = std::string_view(fields[0].data(), fields[more].data() + fields[more].size() - fields[0].data());
+  const size_t at = numbers_at(fields, header.line);
+  const auto before = [&](size_t places) { return stripped(fields[at - places]); };
+  const std::string_view last = fields[at - 5];
+  const std::string_view city(fields[0].data(), static_cast<size_t>(last.data() + last.size() - fields[0].data()));
   year.city = name_in_page(stripped(city), "city", year.notes);
-  const std::string_view state = stripped(fields[more + 1]);
+  const std::string_view state = before(4);
   const bool has_state = !state.empty() && state != "-" && !same_word(state, "NA") && !same_word(state, "N/A");
-  year.region = name_in_page(has_state ? state : stripped(fields[more + 2]), "region", year.notes);
-  year.source = name_in_page(stripped(fields[more + 3]), "source", year.notes);
-  year.station = name_in_page(stripped(fields[more + 4]), "station", year.notes);
-  year.latitude = number_in(fields[more + 5], "the latitude", header.line);
-  year.longitude = number_in(fields[more + 6], "the longitude", header.line);
-  year.time_zone = number_in(fields[more + 7], "the time zone", header.line);
-  year.elevation = number_in(fields[more + 8], "the elevation", header.line);
+  year.region = name_in_page(has_state ? state : before(3), "region", year.notes);
+  year.source = name_in_page(before(2), "source", year.notes);
+  year.station = name_in_page(before(1), "station", year.notes);
+  set_site(year, fields.data() + at, header.line);
   check_site(year, header.line);
+  if (at + 4 < fields.size())
+    year.notes.push_back("line " + std::to_string(header.line) + ": what stands behind the elevation is passed over");
 }
 
 /// The place behind a word of the design conditions.
@@ -85,6 +113,10 @@ size_t behind(const std::vector<std::string_view>& fields, std::string_view word
 /// hottest month, its daily range, and the dry-bulb that 0.4 % exceed with its coincident wet-bulb (ASHRAE Handbook of
 /// Fundamentals, chapter Climatic Design Information, since 2005).
 void read_design(const Header& header, SourceYear& year) {
+  if (!header.fields.empty() && header.fields.front().find_first_not_of(" 01") != std::string_view::npos)
+    year.notes.push_back("line " + std::to_string(header.line) + ": of " +
+                         foreign_text(stripped(header.fields.front()).substr(0, 20)).text +
+                         " design conditions the first are taken");
   const size_t heating = behind(header.fields, "Heating");
   const size_t cooling = behind(header.fields, "Cooling");
   if (heating + 1 >= header.fields.size() || cooling + 3 >= header.fields.size()) return;
@@ -109,20 +141,23 @@ void read_holidays(const Header& header, SourceYear& year) {
     year.says_leap = same_word(leap, "Yes");
   else
     year.notes.push_back("line " + std::to_string(header.line) + ": the leap year flag is " +
-                         (leap.empty() ? "empty" : "\"" + std::string(leap.substr(0, 20)) + "\"") +
-                         "; the rows tell whether there is a 29 February");
+                         (leap.empty() ? "empty" : quoted(leap)) + "; the rows tell whether there is a 29 February");
 }
 
-/// "1,1,Data,Sunday, 1/ 1,12/31": periods, rows an hour, name, first day.
+/// "1,1,Data,Sunday, 1/ 1,12/31": periods, rows an hour, name, weekday of the first day, first day.
 void read_periods(const Header& header, SourceYear& year) {
   const auto& fields = header.fields;
-  if (fields.size() > 1 && stripped(fields[1]) != "1") {
-    refuse_line(header.line, "there are " + std::string(stripped(fields[1]).substr(0, 20)) +
+  if (fields.size() > 1 && number_in(fields[1], "the number of rows an hour", header.line) > 1) {
+    refuse_line(header.line, "there are " + std::string(stripped(fields[1])) +
                                  " rows an hour; only files of one row an hour can be taken, so average them first");
   }
+  if (fields.size() < 5) return;
+  std::string first_day(fields[4]);
+  std::erase(first_day, ' ');
+  if (first_day != "1/1" && first_day != "01/01") return;
   constexpr std::string_view kDays[]{"Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday", "Sunday"};
   for (size_t i = 0; i < std::size(kDays); ++i) {
-    if (fields.size() > 3 && same_word(stripped(fields[3]), kDays[i])) year.first_weekday = static_cast<int16_t>(i + 1);
+    if (same_word(stripped(fields[3]), kDays[i])) year.first_weekday = static_cast<int16_t>(i + 1);
   }
 }
 
@@ -130,13 +165,13 @@ void read_header(std::string_view line, int number, SourceYear& year) {
   const Header header = header_of(line, number);
   const std::string_view written = stripped(line.substr(0, line.find(',')));
   if (header.word.empty()) {
-    year.notes.push_back("line " + std::to_string(number) + ": \"" + foreign_text(written.substr(0, 40)).text +
-                         "\" is no header word of this form; the line is passed over");
+    year.notes.push_back("line " + std::to_string(number) + ": " + quoted(written) +
+                         " is no header word of this form; the line is passed over");
     return;
   }
-  if (written != header.word) {
-    year.notes.push_back("line " + std::to_string(number) + ": \"" + foreign_text(written.substr(0, 40)).text +
-                         "\" is taken for " + std::string(header.word));
+  if (written != header.word && !header.word.starts_with("COMMENTS")) {
+    year.notes.push_back("line " + std::to_string(number) + ": " + quoted(written) + " is taken for " +
+                         std::string(header.word));
   }
   if (header.word == "LOCATION") read_location(header, year);
   if (header.word == "DESIGN CONDITIONS") read_design(header, year);
@@ -178,13 +213,15 @@ SourceYear read_epw(std::string_view text) {
   year.rows.reserve(size_t{kDays + 1} * kHours);
   for (Lines lines(text); lines.next();) {
     if (is_data(lines.line()))
-      year.rows.push_back(row_of(lines.line(), lines.number()));
+      add_row(year, row_of(lines.line(), lines.number()));
     else if (stripped(lines.line()).empty())
       continue;
-    else if (year.rows.empty())
-      read_header(lines.line(), lines.number(), year);
+    else if (!year.rows.empty())
+      refuse_line(lines.number(), quoted(lines.line()) + " is no row of hourly data");
+    else if (lines.number() > kMostHeaderLines)
+      refuse_line(lines.number(), "there is no row of hourly data so far");
     else
-      refuse_line(lines.number(), "\"" + foreign_text(lines.line().substr(0, 40)).text + "\" is no row of hourly data");
+      read_header(lines.line(), lines.number(), year);
   }
   return year;
 }

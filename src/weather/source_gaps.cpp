@@ -13,6 +13,7 @@ namespace {
 constexpr size_t kLongestGap = 6;  // hours that are bridged
 
 using Reading = double SourceRow::*;
+constexpr double kSolarConstant = 1415;  // W/m2, at the beginning of January
 
 struct Limits {
   Reading reading;
@@ -47,6 +48,7 @@ std::string hours_text(size_t count) { return std::to_string(count) + (count == 
 /// A straight line over each gap, level at the ends of the year. `what` is refused in longer ones.
 void bridge(std::vector<SourceRow>& hours, Reading reading, const std::string& what, std::vector<std::string>& notes) {
   size_t bridged = 0;
+  int line = 0;
   for (size_t first = 0; first < hours.size(); ++first) {
     if (!std::isnan(hours[first].*reading)) continue;
     size_t end = first;
@@ -60,27 +62,43 @@ void bridge(std::vector<SourceRow>& hours, Reading reading, const std::string& w
     const auto steps = static_cast<double>(end - first + 1);
     for (size_t i = first; i < end; ++i)
       hours[i].*reading = before + (after - before) * static_cast<double>(i - first + 1) / steps;
+    if (bridged == 0) line = hours[first].line;
     bridged += end - first;
     first = end;
   }
   if (bridged > 0)
-    notes.push_back("the " + what + " is missing in " + hours_text(bridged) + "; a straight line bridges the gaps");
+    notes.push_back("the " + what + " is missing in " + hours_text(bridged) + ", first in line " +
+                    std::to_string(line) + "; a straight line bridges the gaps");
 }
 
-size_t missing_in(const std::vector<SourceRow>& hours, Reading reading) {
-  return static_cast<size_t>(
-      std::count_if(hours.begin(), hours.end(), [reading](const SourceRow& row) { return std::isnan(row.*reading); }));
+/// "in 3 hours, first in line 20"; empty where no hour fits.
+template <typename Test>
+std::string where(const std::vector<SourceRow>& hours, Test test) {
+  const auto count = static_cast<size_t>(std::count_if(hours.begin(), hours.end(), test));
+  if (count == 0) return {};
+  const auto first = std::find_if(hours.begin(), hours.end(), test);
+  return "in " + hours_text(count) + ", first in line " + std::to_string(first->line);
+}
+
+template <typename Test>
+void note_hours(const std::vector<SourceRow>& hours, Test test, const std::string& what, SourceYear& year) {
+  if (const std::string place = where(hours, test); !place.empty()) year.notes.push_back(what + " " + place);
 }
 
 void complete_pressure(std::vector<SourceRow>& hours, SourceYear& year) {
-  const size_t missing = missing_in(hours, &SourceRow::pressure);
-  if (missing == 0) return;
+  const std::string missing = where(hours, [](const SourceRow& row) { return std::isnan(row.pressure); });
   const double standard = standard_pressure(year.elevation);
   for (SourceRow& row : hours) {
     if (std::isnan(row.pressure)) row.pressure = standard;
   }
-  year.notes.push_back("the pressure is missing in " + hours_text(missing) +
-                       "; that of the standard atmosphere at the elevation is taken");
+  if (!missing.empty())
+    year.notes.push_back("the pressure is missing " + missing +
+                         "; that of the standard atmosphere at the elevation is taken");
+  constexpr double kFar = 0.08;  // weather moves it by some 5 per cent
+  note_hours(
+      hours, [=](const SourceRow& row) { return std::abs(row.pressure / standard - 1) > kFar; },
+      "the pressure is far from that of the elevation, and kept; it must be the station's, not reduced to the sea,",
+      year);
 }
 
 /// The dew point of a vapour pressure, C, to 0.001 K.
@@ -94,50 +112,38 @@ double dew_point_of(double vapour_pressure) {
 }
 
 void complete_dew_point(std::vector<SourceRow>& hours, SourceYear& year) {
-  size_t by_humidity = 0;
+  const auto follows = [](const SourceRow& row) { return std::isnan(row.dew_point) && row.relative_humidity > 0; };
+  if (const std::string places = where(hours, follows); !places.empty())
+    year.notes.push_back("the dew point is missing " + places +
+                         "; it follows from the relative humidity there, up to 100 %");
   for (SourceRow& row : hours) {
-    if (!std::isnan(row.dew_point) || !(row.relative_humidity > 0)) continue;
+    if (!follows(row)) continue;
     const double share = std::min(row.relative_humidity, 100.0) / 100;
     row.dew_point = dew_point_of(share * saturation_pressure(row.dry_bulb));
-    ++by_humidity;
   }
-  if (by_humidity > 0)
-    year.notes.push_back("the dew point is missing in " + hours_text(by_humidity) +
-                         "; it follows from the relative humidity there");
   bridge(hours, &SourceRow::dew_point, "dew point", year.notes);
 }
 
 void complete_solar(std::vector<SourceRow>& hours, SourceYear& year) {
   for (const auto& [reading, what] :
        {std::pair{&SourceRow::direct, "direct normal solar"}, std::pair{&SourceRow::diffuse, "diffuse solar"}}) {
-    size_t negative = 0;
+    const auto is_negative = [reading = reading](const SourceRow& row) { return row.*reading < 0; };
+    const auto is_missing = [reading = reading](const SourceRow& row) { return std::isnan(row.*reading); };
+    const auto is_beyond = [reading = reading](const SourceRow& row) { return row.*reading > kSolarConstant; };
+    const std::string named = "the " + std::string(what);
+    note_hours(hours, is_negative, named + " is below 0, and taken as 0,", year);
+    note_hours(hours, is_missing, named + " is missing, and marked with 999,", year);
+    note_hours(hours, is_beyond, named + " is above that of the sun outside the air, and kept,", year);
     for (SourceRow& row : hours) {
-      if (!(row.*reading < 0)) continue;
-      row.*reading = 0;
-      ++negative;
+      if (is_negative(row)) row.*reading = 0;
     }
-    if (negative > 0)
-      year.notes.push_back("the " + std::string(what) + " is below 0 in " + hours_text(negative) + "; 0 is taken");
-    if (const size_t missing = missing_in(hours, reading); missing > 0)
-      year.notes.push_back("the " + std::string(what) + " is missing in " + hours_text(missing) +
-                           "; they are marked with 999");
   }
-}
-
-template <typename Test>
-void note_hours(const std::vector<SourceRow>& hours, Test test, const std::string& what, SourceYear& year) {
-  const auto count = std::count_if(hours.begin(), hours.end(), test);
-  if (count == 0) return;
-  const auto first = std::find_if(hours.begin(), hours.end(), test);
-  year.notes.push_back(what + " in " + hours_text(static_cast<size_t>(count)) + ", first in line " +
-                       std::to_string(first->line));
 }
 
 }  // namespace
 
 void complete_rows(std::vector<SourceRow>& hours, SourceYear& year) {
-  constexpr double kSolarConstant = 1415;  // W/m2, at the beginning of January
-  constexpr double kRounding = 0.1;        // K, of what a file holds
+  constexpr double kRounding = 0.1;  // K, of what a file holds
   check_limits(hours);
   note_hours(
       hours, [](const SourceRow& row) { return row.relative_humidity > 100; },
@@ -149,9 +155,6 @@ void complete_rows(std::vector<SourceRow>& hours, SourceYear& year) {
   note_hours(
       hours, [](const SourceRow& row) { return row.dew_point > row.dry_bulb + kRounding; },
       "the dew point is above the dry-bulb, and kept", year);
-  note_hours(
-      hours, [](const SourceRow& row) { return row.direct > kSolarConstant; },
-      "the direct normal solar is above that of the sun outside the air, and kept", year);
 }
 
 }  // namespace tarn

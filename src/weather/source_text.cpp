@@ -1,9 +1,21 @@
 #include "weather/source_text.h"
 
+#include <algorithm>
+
+#include "base/codepage.h"
+
 namespace tarn {
 
 void refuse_line(int line, const std::string& reason) {
   fail(ErrorNumber::UnknownFormat, "line " + std::to_string(line) + ": " + reason + ".");
+}
+
+std::string quoted(std::string_view text) {
+  constexpr size_t kLongest = 40;
+  std::string shown(text.substr(0, kLongest));
+  std::replace_if(
+      shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, '?');
+  return "\"" + foreign_text(shown).text + "\"";
 }
 
 size_t split(std::string_view line, std::span<std::string_view> fields) {
@@ -29,8 +41,7 @@ size_t split(std::string_view line, std::span<std::string_view> fields) {
 int whole_in(std::string_view field, const char* what, int line) {
   const double value = number_in(field, what, line);
   if (value == std::floor(value) && std::abs(value) <= 99999) return static_cast<int>(value);
-  refuse_line(
-      line, std::string(what) + " is \"" + std::string(stripped(field).substr(0, 40)) + "\", which is no whole number");
+  refuse_line(line, std::string(what) + " is " + quoted(stripped(field)) + ", which is no whole number");
 }
 
 }  // namespace tarn

@@ -25,7 +25,7 @@ class Lines {
     if (rest_.empty()) return false;
     const size_t end = std::min(rest_.find('\n'), rest_.size());
     line_ = rest_.substr(0, end);
-    if (line_.ends_with('\r')) line_.remove_suffix(1);
+    while (line_.ends_with('\r')) line_.remove_suffix(1);
     rest_.remove_prefix(std::min(end + 1, rest_.size()));
     ++number_;
     return true;
@@ -50,21 +50,27 @@ constexpr std::string_view stripped(std::string_view text) {
 /// ones are in `fields`; counting ends when those are full.
 size_t split(std::string_view line, std::span<std::string_view> fields);
 
+/// A piece of the text as a message shows it: UTF-8, no control characters, not long.
+std::string quoted(std::string_view text);
+
 /// A field as a number, `kNoValue` for an empty one; `what` names it where it is none.
 inline double number_in(std::string_view field, const char* what, int line) {
   field = stripped(field);
-  if (field.starts_with('+')) field.remove_prefix(1);
+  if (field.size() > 1 && field.front() == '+' && field[1] != '-') field.remove_prefix(1);
   if (field.empty()) return kNoValue;
   double value = 0;
   const auto [end, failed] = std::from_chars(field.data(), field.data() + field.size(), value);
   if (failed == std::errc() && end == field.data() + field.size() && std::isfinite(value)) return value;
-  refuse_line(line, std::string(what) + " is \"" + std::string(field.substr(0, 40)) + "\", which is no number");
+  refuse_line(line, std::string(what) + " is " + quoted(field) + ", which is no number");
 }
 
-/// As `number_in`, without values that stand for a missing one: those from `missing` on, and all below -990.
+/// As `number_in`, without values that stand for a missing one: nines alone from `missing` on ("99.9", "9999"), nines
+/// and zeros below -990 ("-9900").
 inline double reading_in(std::string_view field, const char* what, int line, double missing) {
   const double value = number_in(field, what, line);
-  return value >= missing || value <= -990 ? kNoValue : value;
+  if (value < missing && value > -990) return value;
+  const bool is_code = stripped(field).find_first_not_of(value > 0 ? "9." : "-90.") == std::string_view::npos;
+  return is_code ? kNoValue : value;
 }
 
 /// A whole number that must be there.

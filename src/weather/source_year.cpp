@@ -9,6 +9,12 @@
 
 namespace tarn {
 
+void add_row(SourceYear& year, const SourceRow& row) {
+  constexpr size_t kMostRows = 20'000;
+  if (year.rows.size() == kMostRows) refuse_line(row.line, "there are many more rows than a year has hours");
+  year.rows.push_back(row);
+}
+
 void check_site(SourceYear& year, int line) {
   const struct {
     const char* what;
@@ -16,7 +22,7 @@ void check_site(SourceYear& year, int line) {
   } limits[]{{"the latitude", year.latitude, -90, 90},
              {"the longitude", year.longitude, -180, 180},
              {"the time zone", year.time_zone, -14, 14},
-             {"the elevation", year.elevation, -450, 5000}};
+             {"the elevation, m,", year.elevation, -304, 4572}};  // what an hourly file may have
   for (const auto& [what, value, least, most] : limits) {
     if (value >= least && value <= most) continue;
     char text[160];
@@ -33,6 +39,11 @@ void check_site(SourceYear& year, int line) {
 
 std::string name_in_page(std::string_view bytes, const char* what, std::vector<std::string>& notes) {
   ForeignText name = foreign_text(bytes);
+  const auto is_control = [](char c) { return static_cast<unsigned char>(c) < ' '; };
+  if (std::any_of(name.text.begin(), name.text.end(), is_control)) {
+    std::replace_if(name.text.begin(), name.text.end(), is_control, '?');
+    name.has_replaced = true;
+  }
   if (name.by_page) notes.push_back("the " + std::string(what) + "'s name is read by code page 1252: " + name.text);
   if (name.has_replaced)
     notes.push_back("the " + std::string(what) +
@@ -46,81 +57,95 @@ namespace {
 
 /// How the file stamps the hours of a day.
 enum class Stamps : uint8_t {
-  Ends,    // 1 to 24, the hour that ends then
-  Starts,  // 0 to 23, the hour that begins then
-  Clock,   // 1 to 23 and midnight as 0, the hour that ends then
+  Ends,            // 1 to 24, the hour that ends then
+  Starts,          // 0 to 23, the hour that begins then
+  MidnightOfDay,   // 1 to 23, and 0 for the last hour of the same day
+  MidnightOfNext,  // 1 to 23, and 0 of the next day for the last hour
 };
 
 bool is_inside(const SourceRow& row) { return row.minute > 0 && row.minute < 60; }
+bool same_day(const SourceRow& a, const SourceRow& b) { return a.month == b.month && a.day == b.day; }
+
+/// Whether rows are stamped inside their hours; all are, or none.
+bool are_inside(const std::vector<SourceRow>& rows) {
+  const auto other = std::find_if(rows.begin(), rows.end(),
+                                  [&rows](const SourceRow& row) { return is_inside(row) != is_inside(rows.front()); });
+  if (other != rows.end())
+    refuse_line(other->line, "the minute is " + std::to_string(other->minute) + ", that of the rows before is " +
+                                 std::to_string((other - 1)->minute) + "; all rows must be stamped alike");
+  return is_inside(rows.front());
+}
+
+/// By what stands beside the rows of hour 0, and by how the file begins and ends.
+Stamps stamps_of_zeros(const std::vector<SourceRow>& rows) {
+  size_t zeros = 0, behind_23 = 0, before_1 = 0;
+  for (size_t i = 0; i < rows.size(); ++i) {
+    if (rows[i].hour != 0) continue;
+    ++zeros;
+    behind_23 += i > 0 && rows[i - 1].hour == 23 && same_day(rows[i - 1], rows[i]);
+    before_1 += i + 1 < rows.size() && rows[i + 1].hour == 1 && same_day(rows[i], rows[i + 1]);
+  }
+  const int first = rows.front().hour, last = rows.back().hour;
+  if (behind_23 + 1 >= zeros && before_1 == 0) return Stamps::MidnightOfDay;
+  if (before_1 + 1 >= zeros && behind_23 == 0) {
+    if (first == 0 && last == 23) return Stamps::Starts;
+    if (first == 1 && last == 0) return Stamps::MidnightOfNext;
+  }
+  refuse_line(std::find_if(rows.begin(), rows.end(), [](const SourceRow& row) { return row.hour == 0; })->line,
+              "hours are stamped with 0, but the rows' order does not tell whether that is the day's first hour or the "
+              "last one of the day before; stamp them 1 to 24, or sort them from the year's first hour on");
+}
 
 Stamps stamps_of(const std::vector<SourceRow>& rows) {
-  const auto any = [&rows](int hour) {
-    return std::any_of(rows.begin(), rows.end(), [hour](const SourceRow& row) { return row.hour == hour; });
+  const auto first_of = [&rows](int hour) {
+    return std::find_if(rows.begin(), rows.end(), [hour](const SourceRow& row) { return row.hour == hour; });
   };
-  if (!any(0)) return Stamps::Ends;
-  if (any(24)) return Stamps::Clock;
-  if (std::any_of(rows.begin(), rows.end(), is_inside)) return Stamps::Starts;
-  // A year by the clock begins at 1 o'clock, and the midnight that is its last hour comes behind.
-  const auto first = std::find_if(rows.begin(), rows.end(),
-                                  [](const SourceRow& row) { return row.month == 1 && row.day == 1 && row.hour <= 1; });
-  const bool midnight_first = first != rows.end() && first->hour == 0;
-  return midnight_first && rows.front().hour != 1 ? Stamps::Starts : Stamps::Clock;
+  const bool inside = are_inside(rows);
+  if (first_of(0) == rows.end()) return Stamps::Ends;
+  if (first_of(24) != rows.end())
+    refuse_line(first_of(0)->line,
+                "the hour is 0 in a file that has hour 24 as well, in line " + std::to_string(first_of(24)->line));
+  return inside ? Stamps::Starts : stamps_of_zeros(rows);
 }
 
 void note_stamps(Stamps stamps, SourceYear& year) {
   if (stamps == Stamps::Starts)
     year.notes.emplace_back("hours are stamped 0 to 23; each is taken as the hour that begins then");
-  if (stamps == Stamps::Clock)
+  if (stamps == Stamps::MidnightOfDay || stamps == Stamps::MidnightOfNext)
     year.notes.emplace_back("midnight is stamped as hour 0; it is taken as hour 24 of the day that ends");
-  const auto& rows = year.rows;
-  if (std::any_of(rows.begin(), rows.end(), is_inside))
-    year.notes.emplace_back("rows are stamped inside their hours, at minute " +
-                            std::to_string(std::find_if(rows.begin(), rows.end(), is_inside)->minute) +
-                            "; each is taken as the hour that it lies in");
+  if (is_inside(year.rows.front()))
+    year.notes.emplace_back("rows are stamped inside their hours, the first at minute " +
+                            std::to_string(year.rows.front().minute) + "; each is taken as the hour that it lies in");
 }
 
 void check_stamp(const SourceRow& row) {
-  const auto outside = [&row](const char* what, int value, int most) {
-    refuse_line(row.line,
-                std::string(what) + " is " + std::to_string(value) + ", outside 1 to " + std::to_string(most));
+  const auto require = [&row](const char* what, int value, int least, int most) {
+    if (value >= least && value <= most) return;
+    refuse_line(row.line, std::string(what) + " is " + std::to_string(value) + ", outside " + std::to_string(least) +
+                              " to " + std::to_string(most));
   };
-  if (row.month < 1 || row.month > 12) outside("the month", row.month, 12);
-  const int days = row.month == 2 ? 29 : days_in(row.month);
-  if (row.day < 1 || row.day > days) outside("the day", row.day, days);
-  if (row.hour < 0 || row.hour > 24)
-    refuse_line(row.line, "the hour is " + std::to_string(row.hour) + ", outside 0 to 24");
-  if (row.minute < 0 || row.minute > 60)
-    refuse_line(row.line, "the minute is " + std::to_string(row.minute) + ", outside 0 to 60");
+  require("the month", row.month, 1, 12);
+  require("the day", row.day, 1, row.month == 2 ? 29 : days_in(row.month));
+  require("the hour", row.hour, 0, 24);
+  require("the minute", row.minute, 0, 60);
+  require("the year", row.year, 0, 9999);
 }
 
 bool is_leap_day(const SourceRow& row) { return row.month == 2 && row.day == 29; }
 
 /// The place of a row in the year, hour 1 of 1 January at 0; -1 for 29 February.
-class Places {
- public:
-  Places(Stamps stamps, bool leap_rows) : stamps_(stamps), leap_rows_(leap_rows) {}
-
-  int of(const SourceRow& row, const SourceRow* before) const {
-    if (stamps_ == Stamps::Clock && row.hour == 0) {
-      const bool same_day = before && before->hour == 23 && before->month == row.month && before->day == row.day;
-      if (same_day) return in_year(row, 24);
-      if (row.month == 3 && row.day == 1 && leap_rows_) return -1;  // 24 o'clock of 29 February
-      if (is_leap_day(row)) return in_year(row, 0) + kHours;        // 24 o'clock of the 28th
-      return (in_year(row, 0) + kDays * kHours) % (kDays * kHours);
-    }
-    if (is_leap_day(row)) return -1;
-    return in_year(row, row.hour + (stamps_ == Stamps::Starts ? 1 : 0));
+int place_of(const SourceRow& row, Stamps stamps, bool leap_rows) {
+  const auto in_year = [](int month, int day, int hour) { return (day_of_year(month, day) - 1) * kHours + hour - 1; };
+  int hour = row.hour;
+  if (hour == 0 && stamps == Stamps::MidnightOfNext) {
+    if (is_leap_day(row)) return in_year(2, 28, 24);
+    if (row.month == 3 && row.day == 1 && leap_rows) return -1;
+    return (in_year(row.month, row.day, 0) + kDays * kHours) % (kDays * kHours);
   }
-
- private:
-  static int in_year(const SourceRow& row, int hour) {
-    const int day = is_leap_day(row) ? 28 : row.day;
-    return (day_of_year(row.month, day) - 1) * kHours + hour - 1;
-  }
-
-  Stamps stamps_;
-  bool leap_rows_;
-};
+  if (hour == 0 && stamps == Stamps::MidnightOfDay) hour = 24;
+  if (stamps == Stamps::Starts) ++hour;
+  return is_leap_day(row) ? -1 : in_year(row.month, row.day, hour);
+}
 
 std::string hour_name(int place) {
   return date_text(place / kHours + 1) + " hour " + std::to_string(place % kHours + 1);
@@ -138,17 +163,20 @@ void note_leap_day(size_t dropped, SourceYear& year) {
 
 std::vector<SourceRow> rows_in_order(SourceYear& year) {
   const auto& rows = year.rows;
-  if (rows.empty()) fail(ErrorNumber::UnknownFormat, "there are no rows of hourly data.");
+  if (rows.empty()) {
+    fail(ErrorNumber::UnknownFormat,
+         "there are no rows of hourly data" + (year.notes.empty() ? "." : "; " + year.notes.back() + "."));
+  }
   for (const SourceRow& row : rows) check_stamp(row);
   const Stamps stamps = stamps_of(rows);
   note_stamps(stamps, year);
-  const Places places(stamps, std::any_of(rows.begin(), rows.end(), is_leap_day));
+  const bool leap_rows = std::any_of(rows.begin(), rows.end(), is_leap_day);
   std::vector<SourceRow> hours(size_t{kDays} * kHours);
   size_t dropped = 0;
   int last = -1;
   int first_misplaced = 0;
   for (size_t i = 0; i < rows.size(); ++i) {
-    const int place = places.of(rows[i], i > 0 ? &rows[i - 1] : nullptr);
+    const int place = place_of(rows[i], stamps, leap_rows);
     if (place < 0) {
       ++dropped;
       continue;

@@ -48,6 +48,11 @@ bool is_epw(std::string_view text);
 bool is_tmy3(std::string_view text);
 bool is_tmy2(std::string_view text);
 
+/// Years of two digits are of 1950 to 2049.
+inline constexpr int kFirstOfCentury = 50;
+
+/// Error `UnknownFormat` for far more rows than a year has hours.
+void add_row(SourceYear& year, const SourceRow& row);
 /// Site values that must be numbers inside their limits.
 void check_site(SourceYear& year, int line);
 /// A name in the code page, with a note where it had to be changed.

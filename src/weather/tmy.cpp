@@ -14,46 +14,54 @@ constexpr double kPascalsPerMillibar = 100;
 
 // ---- TMY3
 
-/// What tells a column in the second line, whatever its unit, case and punctuation.
-struct Column {
-  std::string_view letters;
-  const char* what;
-  size_t place = SIZE_MAX;
-};
-
+/// Small letters alone: names of columns differ in case and punctuation.
 std::string letters_of(std::string_view field) {
   std::string out;
-  for (const char c : field.substr(0, field.find('('))) {
+  for (const char c : field) {
     if (std::isalpha(static_cast<unsigned char>(c)) != 0)
       out += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   }
   return out;
 }
 
+/// A column that is needed, found by its name in the second line; its unit stands behind in parentheses, or nowhere.
+struct Column {
+  const char* what;
+  std::vector<std::string_view> names, units;  // in letters alone
+  size_t place = SIZE_MAX;
+
+  void find(std::span<const std::string_view> heads) {
+    for (size_t i = 0; i < heads.size(); ++i) {
+      const size_t open = std::min(heads[i].find('('), heads[i].size());
+      const std::string name = letters_of(heads[i].substr(0, open)), unit = letters_of(heads[i].substr(open));
+      if (std::find(names.begin(), names.end(), name) == names.end()) continue;
+      if (place != SIZE_MAX) refuse_line(2, std::string("there are two columns ") + what);
+      place = i;
+      if (!unit.empty() && !units.empty() && std::find(units.begin(), units.end(), unit) == units.end())
+        refuse_line(2, std::string("the column ") + what + " is headed " + quoted(heads[i]) +
+                           "; its unit must be that of TMY3");
+    }
+    if (place == SIZE_MAX) refuse_line(2, std::string("there is no column ") + what + ", which is needed");
+  }
+};
+
 struct Tmy3Columns {
-  Column date{"date", "date"}, time{"time", "time"}, direct{"dni", "DNI"}, diffuse{"dhi", "DHI"},
-      dry_bulb{"drybulb", "Dry-bulb"}, dew_point{"dewpoint", "Dew-point"}, humidity{"rhum", "RHum"},
-      pressure{"pressure", "Pressure"};
+  Column date{"Date", {"date", "datemmddyyyy"}, {}}, time{"Time", {"time", "timehhmm"}, {}};
+  Column direct{"DNI", {"dni", "directnormalirradiance"}, {"wm", "whm"}};
+  Column diffuse{"DHI", {"dhi", "diffusehorizontalirradiance"}, {"wm", "whm"}};
+  Column dry_bulb{"Dry-bulb", {"drybulb", "drybulbtemperature", "drybulbtemp"}, {"c", "degc"}};
+  Column dew_point{"Dew-point", {"dewpoint", "dewpointtemperature", "dewpointtemp"}, {"c", "degc"}};
+  Column humidity{"RHum", {"rhum", "relativehumidity", "relhum", "rh"}, {"percent"}};
+  Column pressure{"Pressure", {"pressure", "stationpressure"}, {"mbar", "hpa", "mb"}};
   size_t last = 0;
 
   explicit Tmy3Columns(std::string_view line) {
-    std::vector<std::string_view> fields(200);
-    fields.resize(split(line, fields));
+    std::vector<std::string_view> heads(200);
+    heads.resize(split(line, heads));
     for (Column* column : {&date, &time, &direct, &diffuse, &dry_bulb, &dew_point, &humidity, &pressure}) {
-      const auto found =
-          std::find_if(fields.begin(), fields.end(), [&](std::string_view f) { return is(letters_of(f), *column); });
-      if (found == fields.end())
-        refuse_line(2, std::string("there is no column ") + column->what + ", which is needed");
-      column->place = static_cast<size_t>(found - fields.begin());
+      column->find(heads);
       last = std::max(last, column->place);
     }
-  }
-
- private:
-  /// Flags of a column ("DNI source", "DNI uncert") begin with its name as well.
-  static bool is(const std::string& letters, const Column& column) {
-    if (letters.find("source") != std::string::npos || letters.find("uncert") != std::string::npos) return false;
-    return letters.starts_with(column.letters) || (column.letters == "rhum" && letters.starts_with("relativehum"));
   }
 };
 
@@ -62,7 +70,7 @@ void read_date(std::string_view field, int line, SourceRow& row) {
   const size_t first = field.find('/');
   const size_t second = std::min(field.find('/', first + 1), field.size());
   if (first >= field.size() || second == field.size())
-    refuse_line(line, "the date is \"" + std::string(field.substr(0, 40)) + "\", wanted MM/DD/YYYY");
+    refuse_line(line, "the date is " + quoted(field) + ", wanted MM/DD/YYYY");
   row.month = whole_in(field.substr(0, first), "the month", line);
   row.day = whole_in(field.substr(first + 1, second - first - 1), "the day", line);
   row.year = whole_in(field.substr(second + 1), "the year", line);
@@ -72,7 +80,7 @@ void read_date(std::string_view field, int line, SourceRow& row) {
 void read_time(std::string_view field, int line, SourceRow& row) {
   const size_t colon = std::min(field.find(':'), field.size());
   row.hour = whole_in(field.substr(0, colon), "the hour", line);
-  if (colon < field.size()) row.minute = whole_in(field.substr(colon + 1, 2), "the minute", line);
+  if (colon < field.size()) row.minute = whole_in(field.substr(colon + 1), "the minute", line);
 }
 
 SourceRow tmy3_row(std::string_view line, int number, const Tmy3Columns& columns) {
@@ -137,10 +145,12 @@ void read_tmy2_site(std::string_view line, SourceYear& year) {
   const auto angle = [&](size_t at, char negative, char positive, const char* what) {
     const char side = words[at].size() == 1 ? words[at].front() : '?';
     if (side != negative && side != positive)
-      refuse_line(1, std::string(what) + " begins with \"" + std::string(words[at].substr(0, 10)) + "\", wanted " +
-                         positive + " or " + negative);
-    const double degrees = number_in(words[at + 1], what, 1) + number_in(words[at + 2], what, 1) / 60;
-    return side == negative ? -degrees : degrees;
+      refuse_line(1,
+                  std::string(what) + " begins with " + quoted(words[at]) + ", wanted " + positive + " or " + negative);
+    const int degrees = whole_in(words[at + 1], what, 1), minutes = whole_in(words[at + 2], what, 1);
+    if (degrees < 0 || minutes < 0 || minutes > 59)
+      refuse_line(1, std::string(what) + " has minutes outside 0 to 59 or degrees below 0");
+    return (side == negative ? -1 : 1) * (degrees + minutes / 60.0);
   };
   year.source = "TMY2";
   year.station = name_in_page(words[0], "station", year.notes);
@@ -164,7 +174,8 @@ SourceRow tmy2_row(std::string_view line, int number) {
   constexpr double kMissing = 9999;
   SourceRow row;
   row.line = number;
-  row.year = 1900 + whole_in(columns(line, 2, 3), "the year", number);
+  const int year = whole_in(columns(line, 2, 3), "the year", number);
+  row.year = year + (year < kFirstOfCentury ? 2000 : 1900);
   row.month = whole_in(columns(line, 4, 5), "the month", number);
   row.day = whole_in(columns(line, 6, 7), "the day", number);
   row.hour = whole_in(columns(line, 8, 9), "the hour", number);
@@ -188,7 +199,7 @@ std::string_view line_at(std::string_view text, int number) {
 
 bool is_tmy3(std::string_view text) {
   const std::string_view heads = line_at(text, 2);
-  return letters_of(heads.substr(0, heads.find(','))).starts_with("date") && heads.find(',') != std::string_view::npos;
+  return heads.find(',') != std::string_view::npos && letters_of(heads.substr(0, heads.find(','))).starts_with("date");
 }
 
 SourceYear read_tmy3(std::string_view text) {
@@ -199,7 +210,7 @@ SourceYear read_tmy3(std::string_view text) {
   lines.next();
   const Tmy3Columns columns(lines.line());
   while (lines.next()) {
-    if (!stripped(lines.line()).empty()) year.rows.push_back(tmy3_row(lines.line(), lines.number(), columns));
+    if (!stripped(lines.line()).empty()) add_row(year, tmy3_row(lines.line(), lines.number(), columns));
   }
   return year;
 }
@@ -216,7 +227,7 @@ SourceYear read_tmy2(std::string_view text) {
   lines.next();
   read_tmy2_site(lines.line(), year);
   while (lines.next()) {
-    if (!stripped(lines.line()).empty()) year.rows.push_back(tmy2_row(lines.line(), lines.number()));
+    if (!stripped(lines.line()).empty()) add_row(year, tmy2_row(lines.line(), lines.number()));
   }
   return year;
 }

@@ -29,6 +29,10 @@ std::string_view without_mark(std::string_view text) {
   constexpr std::string_view kMark = "\xEF\xBB\xBF";
   if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
     refuse_line(1, "this is text in UTF-16; save it as UTF-8");
+  if (text.find('\n') == std::string_view::npos && text.find('\r') != std::string_view::npos)
+    refuse_line(1, "lines end with CR alone; save the text with LF or CR LF");
+  constexpr std::string_view kEndMarks("\x1A\0", 2);  // of old systems
+  text = text.substr(0, text.find_last_not_of(kEndMarks) + 1);
   return text.starts_with(kMark) ? text.substr(kMark.size()) : text;
 }
 
@@ -38,7 +42,7 @@ const Format& format_of(std::string_view text) {
   }
   refuse_line(1,
               "this is neither an EPW file (first line LOCATION,...), nor TMY3 (second line Date, Time, ...), nor "
-              "TMY2 (rows of 142 characters), nor an hourly weather file of 70,272 bytes");
+              "TMY2 (rows of 142 characters), nor an hourly weather file (.HW1, or of 70,272 bytes)");
 }
 
 // ---- design conditions
@@ -131,9 +135,12 @@ void fill_years(HourlyWeather& out, const std::vector<SourceRow>& hours, std::ve
     const int first = (day_of_year(month, 1) - 1) * kHours;
     for (int i = first; i < first + days_in(month) * kHours; ++i) ++rows_of[hours[static_cast<size_t>(i)].year];
     const auto fewer = [](const auto& a, const auto& b) { return a.second < b.second; };
-    const int year = std::max_element(rows_of.begin(), rows_of.end(), fewer)->first;
-    if (year < 0 || year > INT16_MAX)
-      refuse_line(hours[static_cast<size_t>(first)].line, "the year is " + std::to_string(year));
+    int year = std::max_element(rows_of.begin(), rows_of.end(), fewer)->first;
+    if (year > 0 && year < 100) {
+      year += year < kFirstOfCentury ? 2000 : 1900;
+      notes.push_back(std::string(kMonthNames[static_cast<size_t>(month) - 1]) +
+                      " has a year of two digits; it is read as " + std::to_string(year));
+    }
     out.DataYear(month) = static_cast<int16_t>(year);
     if (rows_of.size() > 1)
       notes.push_back(std::string(kMonthNames[static_cast<size_t>(month) - 1]) + " has rows of " +
@@ -163,7 +170,7 @@ double mean_pressure(const std::vector<SourceRow>& hours) {
 }
 
 ImportedWeather loaded(HW1ReaderWriter& year, const std::string& path, uint64_t size) {
-  year.Load(path);
+  files().read(path, 0, record_bytes<HourlyWeather>(year), OpenMode::Read);
   ImportedWeather out{"HW1", year.DataSource.trimmed(), 0, 0, {}};
   out.pressure = standard_pressure(year.Elevation / kFeetPerMetre) / kPascalsPerPsi;
   if (size < sizeof(HourlyWeather))
@@ -193,11 +200,11 @@ ImportedWeather import_weather_text(HW1ReaderWriter& out, std::string_view text)
 ImportedWeather import_weather(HW1ReaderWriter& year, const std::string& path) {
   if (!files().exists(path)) fail(ErrorNumber::FileNotFound, "There is no weather file " + path + ".");
   const uint64_t size = files().size(path);
-  if (size == sizeof(HourlyWeather) || (path.size() > 4 && HW1ReaderWriter::is_hourly_name(path)))
-    return loaded(year, path, size);
   if (size > kLargestFile) fail(ErrorNumber::UnknownFormat, path + " is too large for a year of hourly weather.");
   std::string text(size, '\0');
   text.resize(files().read(path, 0, std::as_writable_bytes(std::span(text)), OpenMode::Read));
+  const bool hourly = size == sizeof(HourlyWeather) || (path.size() > 4 && HW1ReaderWriter::is_hourly_name(path));
+  if (hourly && !is_epw(text) && !is_tmy3(text)) return loaded(year, path, size);
   try {
     return import_weather_text(year, text);
   } catch (const Error& error) {
@@ -222,7 +229,8 @@ void use_as_simulation(WTH_Weather& weather, const HW1ReaderWriter& year, const 
     for (size_t hour = 0; hour < kHours; ++hour) {
       to.DB.items[hour] = static_cast<float>(from.DB.items[hour]);
       to.SH.items[hour] = static_cast<float>(from.SH.items[hour]);
-      to.IDN.items[hour] = static_cast<float>(from.IDN.items[hour]);
+      const double direct = from.IDN.items[hour];
+      to.IDN.items[hour] = direct == kMissingSolar ? 0 : static_cast<float>(direct);
     }
   }
 }

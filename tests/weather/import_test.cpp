@@ -54,7 +54,7 @@ std::string epw_row(const Hour& h) {
          h.direct + "," + h.diffuse + ",0,0,0,0,0,0.0,9,8\n";
 }
 
-const std::string kLocation = "LOCATION,Golden,CO,USA,TMY3,724666,39.74,-105.18,-7.0,1829.0\n";
+const std::string kLocation = "LOCATION,Golden,CO,USA,TMY3,724666,39.74,-105.18,-7.0,280.0\n";
 const std::string kDesign =
     "DESIGN CONDITIONS,1,2009 Handbook,,Heating,12,-18.8,-15.5,-21.6,Cooling,7,15.2,33,15.7,32,15.5,Extremes,11.1\n";
 const std::string kHolidays = "HOLIDAYS/DAYLIGHT SAVINGS,No,0,0,0\n";
@@ -69,7 +69,7 @@ std::string epw(const std::vector<Hour>& hours,
 
 std::string tmy3(const std::vector<Hour>& hours) {
   std::string text =
-      "724666,\"GOLDEN, NREL\",CO,-7.0,39.740,-105.180,1829\r\n"
+      "724666,\"GOLDEN, NREL\",CO,-7.0,39.740,-105.180,280\r\n"
       "Date (MM/DD/YYYY),Time (HH:MM),DNI source,DNI (W/m^2),DHI (W/m^2),Dry-bulb (C),Dry-bulb source,Dew-point "
       "(C),RHum "
       "(%),Pressure (mbar),Pressure source\r\n";
@@ -83,7 +83,7 @@ std::string tmy3(const std::vector<Hour>& hours) {
 }
 
 std::string tmy2(const std::vector<Hour>& hours) {
-  std::string text = " 94018 GOLDEN_NREL            CO  -7 N 39 44 W 105 11  1829\n";
+  std::string text = " 94018 GOLDEN_NREL            CO  -7 N 39 44 W 105 11   280\n";
   const auto tenths = [](const std::string& value) { return static_cast<int>(std::lround(std::stod(value) * 10)); };
   for (const Hour& h : hours) {
     char row[160];
@@ -124,7 +124,7 @@ TEST(WeatherImport, ConvertsUnitsAndHeader) {
   const HW1ReaderWriter& year = plain();
   EXPECT_EQ(year.CityName.trimmed() + "/" + year.LocationName.trimmed() + "/" + year.DataSource.trimmed(),
             "Golden/CO/TMY3 724666");
-  EXPECT_FLOAT_EQ(year.Elevation, 1829 / 0.3048F);
+  EXPECT_FLOAT_EQ(year.Elevation, 280 / 0.3048F);
   EXPECT_FLOAT_EQ(year.TZMeridian, -105);
   EXPECT_FLOAT_EQ(year.SummerDB, 91.4F);
   EXPECT_FLOAT_EQ(year.SummerWB, 60.26F);
@@ -245,14 +245,14 @@ const Quirk kRead[]{
          }
        });
      },
-     "stamped inside their hours, at minute 30"},
+     "stamped inside their hours, the first at minute 30"},
     {"half-hour stamps from 1:30",
      [] {
        return changed([](Hours& h) {
          for (Hour& hour : h) hour.minute = 30;
        });
      },
-     "stamped inside their hours, at minute 30"},
+     "stamped inside their hours, the first at minute 30"},
     {"minute 60",
      [] {
        return changed([](Hours& h) {
@@ -292,19 +292,45 @@ const Quirk kRead[]{
     {"a sign lost", [] { return with_header(replaced(kLocation, "-105.18", "105.18") + kDesign); },
      "longitude and time zone lie far apart"},
     {"a dry-bulb is missing", [] { return changed([](Hours& h) { h[14].dry_bulb = "99.9"; }); },
-     "the dry-bulb is missing in 1 hour; a straight line bridges the gaps", false},
+     "the dry-bulb is missing in 1 hour, first in line 19; a straight line bridges the gaps", false},
     {"an empty dew point", [] { return changed([](Hours& h) { h[5].dew_point = ""; }); },
-     "the dew point is missing in 1 hour; it follows from the relative humidity", false},
+     "the dew point is missing in 1 hour, first in line 10; it follows from the relative humidity", false},
     {"a pressure is missing", [] { return changed([](Hours& h) { h[5].pressure = "999999"; }); },
-     "the pressure is missing in 1 hour; that of the standard atmosphere", false},
+     "the pressure is missing in 1 hour, first in line 10; that of the standard atmosphere"},
     {"solar is missing", [] { return changed([](Hours& h) { h[12].direct = "9999"; }); },
-     "the direct normal solar is missing in 1 hour; they are marked with 999", false},
+     "the direct normal solar is missing, and marked with 999, in 1 hour, first in line 17", false},
     {"solar below 0", [] { return changed([](Hours& h) { h[2].direct = "-1"; }); },
-     "the direct normal solar is below 0 in 1 hour; 0 is taken"},
+     "the direct normal solar is below 0, and taken as 0, in 1 hour, first in line 7"},
     {"dew above dry-bulb", [] { return changed([](Hours& h) { h[5].dew_point = "20"; }); },
      "the dew point is above the dry-bulb, and kept in 1 hour, first in line 10", false},
     {"TMY3 codes", [] { return replaced(tmy3(year_of()), ",980,", ",-9900,"); },
-     "the pressure is missing in 8760 hours", false},
+     "the pressure is missing in 8760 hours"},
+    {"midnight as hour 0 of the same day in a leap year",
+     [] {
+       return changed(
+           [](Hours& h) {
+             for (size_t i = 23; i < h.size(); i += 24) h[i].hour = 0;
+           },
+           true);
+     },
+     "midnight is stamped as hour 0"},
+    {"fields behind the elevation", [] { return with_header(replaced(kLocation, "280.0", "280.0,7") + kDesign); },
+     "what stands behind the elevation is passed over"},
+    {"two design conditions",
+     [] { return with_header(kLocation + replaced(kDesign, "CONDITIONS,1,", "CONDITIONS,2,") + kHolidays); },
+     "of 2 design conditions the first are taken"},
+    {"a pressure of the sea", [] { return changed([](Hours& h) { h[5].pressure = "109000"; }); },
+     "the pressure is far from that of the elevation", false},
+    {"a year of two digits",
+     [] {
+       return changed([](Hours& h) {
+         for (Hour& hour : h) hour.year = 88;
+       });
+     },
+     "January has a year of two digits; it is read as 1988"},
+    {"illuminance columns",
+     [] { return replaced(tmy3(year_of()), "DNI source,DNI (W/m^2)", "DN illum (lx),DNI (W/m^2)"); }, ""},
+    {"an old end mark", [] { return epw(year_of()) + "\x1A"; }, ""},
 };
 
 TEST(WeatherImport, ReadsRealFilesAndSaysWhatItMadeOfThem) {
@@ -313,7 +339,7 @@ TEST(WeatherImport, ReadsRealFilesAndSaysWhatItMadeOfThem) {
     const std::string notes = imported(year, quirk.text());
     EXPECT_NE(notes.find(quirk.said), std::string::npos) << quirk.name << ": " << notes;
     EXPECT_FALSE(notes.starts_with("refused")) << quirk.name << ": " << notes;
-    if (*quirk.said == '\0') {
+    if (*quirk.said == '\0' && notes.find("no design conditions") == std::string::npos) {
       EXPECT_EQ(notes, "") << quirk.name;
     }
     EXPECT_EQ(hourly_bytes(year) == hourly_bytes(plain()), quirk.same_year) << quirk.name;
@@ -352,6 +378,32 @@ const Quirk kRefused[]{
      "line 1: the latitude is 93, outside -90 to 90"},
     {"a TMY3 without a column", [] { return replaced(tmy3(year_of()), "Dew-point (C)", "Wet-bulb (C)"); },
      "line 2: there is no column Dew-point"},
+    {"hours 0 to 23 out of order",
+     [] {
+       return changed([](Hours& h) {
+         for (Hour& hour : h) --hour.hour;
+         std::swap(h[0], h[1]);
+       });
+     },
+     "the rows' order does not tell whether"},
+    {"one stamp inside its hour", [] { return changed([](Hours& h) { h[7].minute = 1; }); },
+     "line 12: the minute is 1, that of the rows before is 0"},
+    {"hours 0 and 24", [] { return changed([](Hours& h) { h[0].hour = 0; }); },
+     "line 5: the hour is 0 in a file that has hour 24 as well, in line 28"},
+    {"solar in Btu", [] { return replaced(tmy3(year_of()), "DNI (W/m^2)", "DNI (Btu/ft^2)"); },
+     "line 2: the column DNI is headed \"DNI (Btu/ft^2)\""},
+    {"two columns of a name", [] { return replaced(tmy3(year_of()), "Pressure source", "Dry-bulb (C)"); },
+     "line 2: there are two columns Dry-bulb"},
+    {"two locations", [] { return with_header(kLocation + kLocation); }, "line 2: a second location"},
+    {"a huge value", [] { return changed([](Hours& h) { h[8].dry_bulb = "150"; }); },
+     "line 13: a dry-bulb of 150 C cannot be"},
+    {"a site below what a file can hold", [] { return with_header(replaced(kLocation, "280.0", "-430")); },
+     "line 1: the elevation, m, is -430, outside -304 to 4572"},
+    {"CR alone", [] { return replaced(epw(year_of()), "\n", "\r"); }, "line 1: lines end with CR alone"},
+    {"a NUL in a number", [] { return replaced(epw(year_of()), ",98000,", std::string(",98\0,", 5)); },
+     "line 5: the pressure is \"98?\", which is no number"},
+    {"header lines without end", [] { return kLocation + replaced(std::string(9000, 'x'), "xxx", "HOL\n"); },
+     "there is no row of hourly data so far"},
     {"UTF-16", [] { return std::string("\xFF\xFEL\0O\0", 6); }, "line 1: this is text in UTF-16"},
     {"another text", [] { return std::string("Dear all,\nplease find the weather.\n"); },
      "line 1: this is neither an EPW file"},
