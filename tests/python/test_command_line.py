@@ -1,13 +1,20 @@
 """The command line, run as a user runs it."""
 
 import json
+import math
 import os
 import pathlib
+import struct
 import subprocess
+import sys
 import tempfile
 import unittest
+from xml.etree import ElementTree
 
 TARN = os.environ["TARN_CLI"]
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+EXAMPLES = ROOT / "examples"
+GOLDEN = ROOT.parent / "shared" / "data" / "USA_CO_Golden-NREL.724666_TMY3-noleapday.epw"
 
 
 class TestCommandLine(unittest.TestCase):
@@ -153,6 +160,67 @@ class TestCommandLine(unittest.TestCase):
         self.tarn("project", "new", project=self.at / "MALL", code=3)
         self.tarn("windows", "list", project=self.at / "NONE", code=3)
         self.tarn("windows", "list", project=self.at / "nowhere" / "MALL", code=3)
+
+    def made_year(self):
+        path = self.at / "year.epw"
+        subprocess.run([sys.executable, EXAMPLES / "make_year.py", path], check=True)
+        return path
+
+    def test_weather(self):
+        year = self.made_year()
+        self.tarn("air-systems", "new", "--type", "VAV")
+        run = self.tarn("weather", "import", str(year))
+        self.assertIn("every system, plant and building is stale", run.stdout)
+        self.assertIn("no design conditions that can be read", run.stderr)
+        info = json.loads(self.tarn("project", "info", "--json").stdout)
+        self.assertEqual(info["stale"], {"air systems to size again": 1, "air systems to simulate again": 1})
+        self.assertEqual([info["files"][f"MALL{name}.DAT"] for name in ("HW1", "WTD", "WTA")], [70272, 86494, 2595219])
+        self.assertIn("nothing found", self.tarn("weather", "check").stdout)
+        shown = json.loads(self.tarn("weather", "show", "--json").stdout)
+        self.assertEqual(shown["header"]["CityName"], "Tarnwater")
+        self.assertEqual(len(shown["statistics"]["AvgDB"]), 12)
+
+        svg = self.at / "year.svg"
+        self.tarn("weather", "show", str(year), "--svg", str(svg))
+        texts = [t.text for t in ElementTree.parse(svg).iter("{http://www.w3.org/2000/svg}text")]
+        for word in ("Tarnwater, IL", "Dry-bulb", "F", "C", "lb/lb", "g/kg", "Jan", "Dec"):
+            self.assertIn(word, texts)
+
+        hourly = self.at / "CITY.HW1"
+        self.tarn("weather", "import", str(year), "--output", str(hourly))
+        before = year.read_bytes()
+        self.tarn("weather", "import", str(year), "--output", str(year), code=3)
+        self.assertEqual(year.read_bytes(), before)
+        damaged = bytearray(hourly.read_bytes())
+        damaged[192 * 200:192 * 200 + 4] = b"\xff\x7f\x00\x00"
+        hourly.write_bytes(damaged[:60000])
+        found = self.tarn("weather", "check", str(hourly), code=1)
+        self.assertIn("19 July hour 1, 3276.7 F", found.stdout)
+        self.assertIn("60000 of its 70,272 bytes", found.stderr)
+        self.tarn("weather", "import", str(hourly), code=3)
+        self.tarn("weather", "check", str(self.at / "none.HW1"), code=3)
+
+    @unittest.skipUnless(GOLDEN.exists(), "real weather lies beside the project")
+    def test_a_real_year_is_converted_within_one_unit(self):
+        def pressure(t):  # of saturation, Pa, by Hyland and Wexler
+            k = t + 273.15
+            if t < 0:
+                return math.exp(-5.6745359e3 / k + 6.3925247 - 9.677843e-3 * k + 6.2215701e-7 * k**2 + 2.0747825e-9 * k**3
+                                - 9.484024e-13 * k**4 + 4.1635019 * math.log(k))
+            return math.exp(-5.8002206e3 / k + 1.3914993 - 4.8640239e-2 * k + 4.1764768e-5 * k**2 - 1.4452093e-8 * k**3
+                            + 6.5459673 * math.log(k))
+
+        self.tarn("weather", "import", str(GOLDEN), "--output", str(self.at / "G.HW1"))
+        stored = struct.unpack(f"<{96 * 366}h", (self.at / "G.HW1").read_bytes())[96:]
+        rows = [line.split(",") for line in GOLDEN.read_text().splitlines() if line[0].isdigit()]
+        self.assertEqual(len(rows), 8760)
+        for place, row in enumerate(rows):
+            dry_bulb, dew_point, station, direct, diffuse = (float(row[i]) for i in (6, 7, 9, 14, 15))
+            ratio = 0.621945 * pressure(dew_point) / (station - pressure(dew_point))
+            wanted = ((dry_bulb * 1.8 + 32) * 10, ratio / (1 + ratio) * 1e5, direct * 3.16998, diffuse * 3.16998)
+            day, hour = divmod(place, 24)
+            for quantity, value in enumerate(wanted):
+                self.assertLess(abs(stored[96 * day + 24 * quantity + hour] - value), 1, row[:5])
 
     def test_reading_creates_nothing(self):
         self.tarn("windows", "new", "Name=A")

@@ -102,6 +102,45 @@ class TestObjects(ProjectCase):
         with self.assertRaises(tarn.Error):
             window.GlassTypeID[2**32 + 1]
 
+    def test_weather_moves_as_blocks(self):
+        weather = self.project.NewWeather()
+        weather.SimDB[:] = [[day + hour / 100 for hour in range(1, 25)] for day in range(1, 366)]
+        self.assertAlmostEqual(weather.SimDB[365, 24], 365.24, 3)
+        self.assertAlmostEqual(weather.SimDB[:][0][23], 1.24, 6)
+        weather.DesIDIFF[12, 24, 17] = 5.5
+        whole = weather.DesIDIFF[:]
+        self.assertEqual((len(whole), len(whole[0]), len(whole[0][0]), whole[11][23][16]), (12, 24, 17, 5.5))
+        weather.Holiday[:] = [day == 0 for day in range(365)]
+        self.assertEqual((weather.Holiday[1], weather.Holiday[2]), (True, False))
+        self.assertEqual((weather.SourceCode[1], weather.SourceCode[0]), ("", ""))
+
+        reader = tarn.HW1ReaderWriter()
+        reader.DB[:] = [[72.25] * 24 for _ in range(365)]
+        self.assertEqual(reader.DB[:], [[72.2] * 24 for _ in range(365)])
+        refused = [[1.0] * 24 for _ in range(365)]
+        refused[200][5] = 4000.0
+        with self.assertRaises(tarn.Error) as caught:
+            reader.DB[:] = refused
+        self.assertEqual((caught.exception.number, caught.exception.source), (6, "HW1ReaderWriter.DB"))
+        refused[200][5] = None
+        with self.assertRaises(tarn.Error):
+            reader.DB[:] = refused
+        self.assertEqual(reader.DB[1, 1], 72.2)
+        self.assertEqual(reader.ValidateHW1File("A.TXT", 0, ""), (False, 3001, "HW1 file format not valid/recognizable."))
+
+    def test_a_lookup_in_another_database_stays_outside_the_transaction(self):
+        other = str(pathlib.Path(self.folder.name) / "codes.mdb")
+        tarn.create_index(other)
+        codes = tarn.open_database(other)
+        codes.execute("CREATE TABLE Codes (ID INTEGER, Description TEXT)")
+        codes.execute("INSERT INTO Codes VALUES (2, 'second'), (1, 5)")
+        weather = self.project.NewWeather()
+        with tarn.transaction(self.project):
+            self.assertTrue(weather.LoadSourceCodes(other, "Codes"))
+            tarn.HW1ReaderWriter().Save(str(pathlib.Path(self.folder.name) / "A.HW1"))
+            weather.Save()
+        self.assertEqual([weather.SourceCode[i] for i in (1, 2, 3)], ["5", "second", ""])
+
     def test_other_threads_log_and_may_end_objects(self):
         holder = [self.project.NewWindow()]
 
