@@ -264,10 +264,18 @@ struct Property {
     }
   }
 
+  /// A field of the class, of its record, or of the record that it gives access to by `->`, where a rule may stand.
+  template <typename C, auto P>
+  static auto& field_in(Object& o) {
+    if constexpr (std::is_base_of_v<typename detail::FieldOf<std::remove_const_t<decltype(P)>>::Class, C>)
+      return static_cast<C&>(o).*P;
+    else
+      return (*static_cast<C&>(o).operator->()).*P;
+  }
   template <typename C>
   static auto& field_of(Object& o) {
     if constexpr (std::is_null_pointer_v<decltype(Part)>)
-      return static_cast<C&>(o).*Get;
+      return field_in<C, Get>(o);
     else
       return static_cast<C&>(o).*Part.*Get;
   }
@@ -327,7 +335,7 @@ struct Property {
       m.let_stored = m.let;
       if constexpr (is_converted && std::is_enum_v<Result>) {
         m.labels = tarn::labels<Result>;
-        m.let_stored = [](Object& o, Subscripts, const Value& v) { store(static_cast<C&>(o).*Field, v); };
+        m.let_stored = [](Object& o, Subscripts, const Value& v) { store(field_in<C, Field>(o), v); };
       }
     }
   }
