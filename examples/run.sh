@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The main job on real input: a fresh project, a floor of an office from published data, a wall edited, what went stale.
+# The main job on real input: a fresh project, a floor of an office from published data, a wall edited,
+# a year of weather, what went stale.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 job=build/example
