@@ -12,7 +12,7 @@ constexpr double kRadians = std::numbers::pi / 180;
 /// The year's angle on 1 January and on.
 double year_angle(int day) { return 2 * std::numbers::pi * (day - 1) / 365; }
 
-/// Radians. Series of Spencer (1971), as in the ASHRAE Handbook of Fundamentals.
+/// Radians. Series of Spencer (1971).
 double declination(double g) {
   return 0.006918 - 0.399912 * std::cos(g) + 0.070257 * std::sin(g) - 0.006758 * std::cos(2 * g) +
          0.000907 * std::sin(2 * g) - 0.002697 * std::cos(3 * g) + 0.00148 * std::sin(3 * g);

@@ -11,14 +11,14 @@ namespace tarn {
 /// What the hourly file has no place for.
 struct ImportedWeather {
   std::string format;              // "EPW", "TMY3", "TMY2" or "HW1"
-  std::string source;              // "TMY3", as the file calls it
-  double pressure = 0;             // psia, the mean of the year at the station
+  std::string source;              // "TMY3", as the file calls it; of an hourly one its `DataSource`
+  double pressure = 0;             // psia, the mean of the year at the station; of an hourly file the standard one
   int16_t first_weekday = 0;       // of 1 January, 1 Monday to 7 Sunday; 0 where the file does not tell
   std::vector<std::string> notes;  // what was changed, chosen or left out, a line each
 };
 
-/// Fills a year from a file. Errors `FileNotFound`, and `UnknownFormat` with file, line and reason; the year stays as
-/// it was.
+/// Fills a year from a file. Errors `FileNotFound`, and `UnknownFormat` with file, reason and, where one is to blame,
+/// line; the year stays as it was.
 ImportedWeather import_weather(HW1ReaderWriter& year, const std::string& path);
 
 /// The same of a text; errors have no file. Temperatures to F, solar to Btu/(hr.ft2), humidity from dew point and

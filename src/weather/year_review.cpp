@@ -122,7 +122,7 @@ void fill_solar(WTH_Stats& out, const HourlyWeather& year, int month) {
 // ---- findings
 
 constexpr double kColdest = -90, kHottest = 135;         // F, about the records at the earth's surface
-constexpr double kMostHumid = 0.04;                      // lb/lb, a dew point of 97 F at sea level
+constexpr double kMostHumid = 0.04;                      // lb/lb, a dew point of 99 F at sea level
 constexpr double kJump = 27;                             // F in an hour
 constexpr double kHumidityJump = 0.008;                  // lb/lb in an hour
 constexpr double kMostDirect = 450, kMostDiffuse = 270;  // Btu/(hr.ft2); the first is the sun's outside the air
