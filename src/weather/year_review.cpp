@@ -226,6 +226,10 @@ Finding standstill(const HourlyWeather& year) {
 }  // namespace
 
 void fill_statistics(WTH_Stats& statistics, const HourlyWeather& year) {
+  using S = WTH_Stats;
+  for (const auto field : {&S::MaxItot, &S::AvgItot, &S::MinItot, &S::MaxKt, &S::AvgKt, &S::MinKt})
+    (statistics.*field).items.fill({});
+  for (const auto field : {&S::MaxItotDay, &S::MinItotDay}) (statistics.*field).items.fill({});
   for (int month = 1; month <= 12; ++month) {
     fill_dry_bulbs(statistics, year, month);
     fill_solar(statistics, year, month);
