@@ -36,8 +36,8 @@ std::string element_text(Database& database, Object& owner, const Member& field,
     const std::string name(label->text.empty() ? label->name : label->text);
     text = name.starts_with(text) ? name : text + "  " + name;  // "8. VAV" has its code
   }
-  if (code && *code != 0 && !field.target_of(owner).empty())
-    text += "  " + name_of(database, field.target_of(owner), *code);
+  if (code && *code != 0 && !field.target_of(owner, at).empty())
+    text += "  " + name_of(database, field.target_of(owner, at), *code);
   return text;
 }
 

@@ -213,7 +213,7 @@ std::vector<std::pair<std::string, Json>> fields(StoredEntity& entity) {
 void check_reference(Database& database, Object& object, const Member& member, Subscripts at) {
   Value value;
   member.get(object, at, value);
-  const std::string kind(member.target_of(object));
+  const std::string kind(member.target_of(object, at));
   if (kind.empty()) return;
   const auto index = static_cast<int>(integer_from(value, INT32_MIN, INT32_MAX));
   if (index == 0) return;

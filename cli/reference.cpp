@@ -155,8 +155,8 @@ std::string files_page() {
       "little-endian, fields are not padded, texts are one byte a character (code page 1252) and padded with blanks, "
       "Booleans "
       "are 16-bit: 0 and -1. Of an array the first subscript varies fastest, but for one that counts months or days of "
-      "weather: they lie block by block. Units are those of the file. Air systems and plants have a file each, here "
-      "without zones and hourly results.\n";
+      "weather: they lie block by block. Units are those of the file. Air systems, plants and buildings have a file "
+      "each, here without zones and hourly results.\n";
   for (const ClassEntry& entry : class_list()) {
     const ClassInfo& info = entry.info();
     const ObjectPtr object = entry.create();
@@ -185,7 +185,7 @@ std::string tables_page() {
       "| --- | --- | --- | --- | --- |\n";
   COM_ProjectData project;
   for (const EntityKind& kind : entity_kinds()) {
-    const auto entity = std::dynamic_pointer_cast<StoredEntity>(create(kind.class_name));
+    const auto entity = make_entity(project, kind);
     std::string columns = "`nIndex`, `szName`";
     for (const SummaryColumn& column : entity->kind().columns) columns += ", `" + std::string(column.name) + "`";
     std::string links;

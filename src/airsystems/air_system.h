@@ -11,7 +11,7 @@
 
 namespace tarn {
 
-class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionedEntity> {
+class AS_AirSystem final : public CopiedEntity<AS_AirSystem, Sized<SectionedEntity>> {
  public:
   AS_AirSystem();
   const ClassInfo& info() const override;

@@ -11,7 +11,7 @@ std::span<const Label> direct_heat_options(const Object&) {
   return kOptions;
 }
 
-std::string_view schedule_if_used(const Object& ventilation) {
+std::string_view schedule_if_used(const Object& ventilation, size_t /*element*/) {
   constexpr int16_t kScheduled = 3;
   return dynamic_cast<const AS_OutdoorVent&>(ventilation).VentType.raw == kScheduled ? "Schedule" : "";
 }

@@ -35,6 +35,9 @@ enum class ErrorNumber : int {
   ItemNotFound = 3265,
   UnknownFormat = 3343,
   DatabaseFailure = 3000,
+  RateTypeUndefined = 3001,
+  RateTypeClosed = 3002,
+  RateStyleInvalid = 3003,
   UnfinishedCommit = 3356,
 };
 

@@ -31,6 +31,15 @@ size_t folded_hash(std::string_view name) {
 
 }  // namespace
 
+size_t Member::place_of(Subscripts at) const {
+  size_t before = 0, step = 1;
+  for (size_t d = 0; d < at.size(); ++d) {
+    before += step * static_cast<size_t>(at[d] - bounds[d].first);
+    step *= static_cast<size_t>(bounds[d].size());
+  }
+  return before;
+}
+
 size_t Member::elements() const {
   size_t count = 1;
   for (const Bounds& b : bounds) count *= static_cast<size_t>(b.size());

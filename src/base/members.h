@@ -71,13 +71,19 @@ struct Member {
   int (*part_count)(const Object&) = nullptr;    // set for parts alone
   void (*resize_parts)(Object&, int) = nullptr;  // where the number changes
 
-  // Where they depend on the object: the codes of a property, and the kind that a reference is to.
+  // Where they depend on the object: the codes of a property, and the kind that a reference is to, by the element's
+  // place from 0.
   std::span<const Label> (*labels_for)(const Object&) = nullptr;
-  std::string_view (*refers_by)(const Object&) = nullptr;
+  std::string_view (*refers_by)(const Object&, size_t element) = nullptr;
 
   std::span<const Label> labels_of(const Object& object) const { return labels_for ? labels_for(object) : labels; }
-  /// The kind that the reference of an object is to; empty for none.
-  std::string_view target_of(const Object& object) const { return refers_by ? refers_by(object) : refers_to; }
+  /// The kind that a reference of an object is to; empty for none.
+  std::string_view target_of(const Object& object, size_t element) const {
+    return refers_by ? refers_by(object, element) : refers_to;
+  }
+  std::string_view target_of(const Object& object, Subscripts at) const { return target_of(object, place_of(at)); }
+  /// Of an element, from 0, the first subscript fastest.
+  size_t place_of(Subscripts at) const;
   bool is_part() const { return part_count != nullptr; }
   bool in_row = false;  // kept in the index row alone
   bool stored() const { return offset >= 0; }

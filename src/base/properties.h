@@ -207,8 +207,9 @@ struct Property {
   constexpr Property codes(std::span<const Label> (*of)(const Object&)) const {
     return with([&](Property& p) { p.codes_of = of; });
   }
-  /// The kind of entity whose index the field holds. Where the object decides, it gives one of the kinds, or none.
-  constexpr Property refers_to(std::string_view kinds, std::string_view (*by)(const Object&) = nullptr) const {
+  /// The kind of entity whose index the field holds. Where the object or the element decides, `by` gives one of the
+  /// kinds, or none.
+  constexpr Property refers_to(std::string_view kinds, std::string_view (*by)(const Object&, size_t) = nullptr) const {
     return with([&](Property& p) {
       p.target = kinds;
       p.target_of = by;
@@ -244,7 +245,7 @@ struct Property {
   std::string_view unit, get_label, own_name, stored_unit, target;
   bool fixed = false, reference = false, trim = false, hidden = false, row = false;
   std::span<const Label> (*codes_of)(const Object&) = nullptr;
-  std::string_view (*target_of)(const Object&) = nullptr;
+  std::string_view (*target_of)(const Object&, size_t) = nullptr;
 
  private:
   template <typename F>

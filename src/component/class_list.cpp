@@ -7,6 +7,8 @@
 #include "base/collection.h"
 #include "base/error.h"
 #include "base/nearest.h"
+#include "building/building.h"
+#include "building/utility_rate.h"
 #include "envelope/construction.h"
 #include "envelope/door.h"
 #include "envelope/shade.h"
@@ -67,6 +69,7 @@ const std::vector<ClassEntry>& classes() {
         PLT_PumpLoop, PLT_Pump, PLT_ServiceHotWater, PLT_SizingLoads, PLT_EqptSizingResults, PLT_DesignProfile,
         PLT_UnmetLoads, PLT_LEEDUnmetLoads, PLT_HourlySimData, PLT_HourlyResults>(list);
     add<WTH_Weather, WTH_Stats, HW1ReaderWriter>(list);
+    add<URT_UtilityRate, BLD_Building, BLD_General, BLD_Inputs, BLD_Results, BLD_Profile>(list);
     add<Collection>(list);
     return list;
   }();

@@ -317,12 +317,14 @@ namespace {
 
 void follow_references(Object& object, const Member& field,
                        const std::function<int32_t(std::string_view, int32_t)>& follow) {
-  if (field.refers_to.empty() || field.target_of(object).empty()) return;
+  if (field.refers_to.empty()) return;
   for_each_element(field, [&](Subscripts at) {
+    const std::string_view target = field.target_of(object, at);
+    if (target.empty()) return;
     Value value;
     field.get(object, at, value);
     if (const auto index = static_cast<int32_t>(integer_from(value, INT32_MIN, INT32_MAX)); index != 0)
-      field.let(object, at, follow(field.target_of(object), index));
+      field.let(object, at, follow(target, index));
   });
 }
 

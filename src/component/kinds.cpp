@@ -135,6 +135,17 @@ constexpr EntityKind kKinds[]{
      .factory = "NewPlant",
      .start = start_plant,
      .standard = standard_plant},
+    {.group = "electric-rates",
+     .one = "electric rate",
+     .class_name = "URT_UtilityRate",
+     .factory = "NewElectricRate",
+     .section = "URT_UtilityRate.ElectricRate"},
+    {.group = "fuel-rates",
+     .one = "fuel rate",
+     .class_name = "URT_UtilityRate",
+     .factory = "NewFuelRate",
+     .section = "URT_UtilityRate.FuelRate"},
+    {.group = "buildings", .one = "building", .class_name = "BLD_Building", .factory = "NewBuilding"},
 };
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include "airsystems/air_system.h"
 #include "base/by_name.h"
 #include "base/describe.h"
+#include "building/building.h"
+#include "building/utility_rate.h"
 #include "component/class_list.h"
 #include "envelope/construction.h"
 #include "envelope/door.h"
@@ -137,9 +139,12 @@ Ptr<C> COM_ProjectData::made_by(std::string_view method) {
 
 Ptr<AS_AirSystem> COM_ProjectData::NewAirSystem() { return made_by<AS_AirSystem>("NewAirSystem"); }
 Ptr<BLR_Boiler> COM_ProjectData::NewBoiler() { return made_by<BLR_Boiler>("NewBoiler"); }
+Ptr<BLD_Building> COM_ProjectData::NewBuilding() { return made_by<BLD_Building>("NewBuilding"); }
 Ptr<CHL_Chiller> COM_ProjectData::NewChiller() { return made_by<CHL_Chiller>("NewChiller"); }
 Ptr<TWR_CoolingTower> COM_ProjectData::NewCoolingTower() { return made_by<TWR_CoolingTower>("NewCoolingTower"); }
 Ptr<DOR_Door> COM_ProjectData::NewDoor() { return made_by<DOR_Door>("NewDoor"); }
+Ptr<URT_UtilityRate> COM_ProjectData::NewElectricRate() { return made_by<URT_UtilityRate>("NewElectricRate"); }
+Ptr<URT_UtilityRate> COM_ProjectData::NewFuelRate() { return made_by<URT_UtilityRate>("NewFuelRate"); }
 Ptr<PLT_Plant> COM_ProjectData::NewPlant() { return made_by<PLT_Plant>("NewPlant"); }
 Ptr<PRF_ProjectPrefs> COM_ProjectData::NewProjectPrefs() { return made_by<PRF_ProjectPrefs>("NewProjectPrefs"); }
 Ptr<RPT_ReportOptions> COM_ProjectData::NewReportOptions() { return made_by<RPT_ReportOptions>("NewReportOptions"); }

@@ -1,7 +1,6 @@
 #include "plant/plant.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "base/log.h"
 #include "platform/workspace.h"
@@ -79,7 +78,7 @@ const ClassInfo& PLT_Plant::info() const {
 
 // ---- sections of the file
 
-bool PLT_Plant::selected(size_t section) const { return section == kHeader || (mask_ & kSectionMasks[section]) != 0; }
+int32_t PLT_Plant::mask_of(size_t section) const { return kSectionMasks[section]; }
 
 PLT_Plant::Ends PLT_Plant::ends_of(std::span<const std::byte> header, const std::string& path) const {
   const int outputs = header_in(header).NumOutputs;
@@ -158,18 +157,6 @@ void PLT_Plant::check_counts(const std::string& path) const {
 
 // ---- life
 
-/// Runs an operation of some sections; a failure leaves the mask as it was.
-template <typename F>
-void PLT_Plant::with_mask(int32_t mask, F operation) {
-  const int32_t before = std::exchange(mask_, mask);
-  try {
-    operation();
-  } catch (...) {
-    mask_ = before;
-    throw;
-  }
-}
-
 Recordset PLT_Plant::row_of(int16_t index) const {
   database();  // without one, that is the error
   try {
@@ -190,30 +177,12 @@ void PLT_Plant::no_row(int16_t index) {
        "Plant not found in table (" + std::string(kind().index_table) + ") where index = " + std::to_string(index));
 }
 
-void PLT_Plant::Load(int32_t nOpMode, int16_t nRecNum) {
-  const int32_t held = Index == nRecNum && Index != 0 ? loaded_ : 0;
-  with_mask(nOpMode, [&] { SectionedEntity::Load(nRecNum); });
-  loaded_ = nOpMode | held;
-  for (const size_t section : {kSystems, kDetails}) {  // nothing of another plant stays
-    if ((loaded_ & kSectionMasks[section]) == 0) clear(section);
-  }
-}
+void PLT_Plant::Load(int32_t nOpMode, int16_t nRecNum) { load(nOpMode, nRecNum); }
 
-void PLT_Plant::Load(int16_t nRecNum) { Load(CCM_ALL, nRecNum); }
+void PLT_Plant::Load(int16_t nRecNum) { load(CCM_ALL, nRecNum); }
 
 void PLT_Plant::Save(int32_t nOpMode, std::optional<bool>& bSaveAfterCalculation) {
-  with_mask(nOpMode, [&] { save(bSaveAfterCalculation.value_or(false)); });
-}
-
-/// A save of inputs that the object never held would empty what the file has.
-void PLT_Plant::check_loaded() const {
-  for (const size_t section : {kSystems, kDetails}) {
-    if (!selected(section) || (loaded_ & kSectionMasks[section]) != 0) continue;
-    const std::string what = section == kSystems ? "SystemSelect" : "Details";
-    fail(ErrorNumber::InvalidCall, what +
-                                       " is selected but was not loaded, and a save would empty it in the file. "
-                                       "Load it first, or leave it out of nOpMode.");
-  }
+  save(nOpMode, bSaveAfterCalculation.value_or(false));
 }
 
 void PLT_Plant::check_details() const {
@@ -227,11 +196,6 @@ void PLT_Plant::check_details() const {
         fail(ErrorNumber::InvalidCall, "Unknown equipment library ID: " + std::to_string(piece.LibraryID.raw));
     }
   }
-}
-
-bool PLT_Plant::holds_anything(size_t section) {
-  const auto is_set = [](std::byte byte) { return byte != std::byte{0}; };
-  return std::ranges::any_of(blocks(section), [&](const auto& block) { return std::ranges::any_of(block, is_set); });
 }
 
 void PLT_Plant::before_save() {
@@ -256,17 +220,6 @@ void PLT_Plant::before_restore() {
   check_details();
 }
 
-/// An engine's results are what the object has. A user's save leaves those alone that were neither loaded nor set.
-void PLT_Plant::select_results() {
-  for (size_t section = kSizing; section < kSections; ++section) {
-    if (!selected(section)) continue;
-    const bool holds = is_there(section) || holds_anything(section);
-    const bool loaded = (loaded_ & kSectionMasks[section]) != 0;
-    if (!after_calculations_ && !holds && !loaded) mask_ &= ~kSectionMasks[section];
-    set_there(section, after_calculations_ || holds);
-  }
-}
-
 /// The hourly results of a plant with other outputs now would stand under wrong ones.
 void PLT_Plant::drop_misplaced_hours() {
   const std::string path = file_of(Index);
@@ -275,8 +228,7 @@ void PLT_Plant::drop_misplaced_hours() {
   if (stored.NumOutputs == own.NumOutputs &&
       std::ranges::equal(stored.OutputFlags.items, own.OutputFlags.items, {}, &I2::value, &I2::value))
     return;
-  mask_ |= CCM_HOURLYSIMDATA;
-  set_there(kHourly, false);
+  drop(kHourly);
 }
 
 bool PLT_Plant::knows_links(std::string_view kind) const { return selected(kind == "System" ? kSystems : kDetails); }
@@ -303,46 +255,21 @@ void PLT_Plant::write_record(int16_t index) {
   write_file(path, true);
 }
 
+std::string PLT_Plant::no_default_message() const {
+  return "Default Plant data file not found.  File name:  " + DefFileName;
+}
+
 void PLT_Plant::read_default() {
-  if (!has_file(DefFileName))
-    fail(ErrorNumber::FileNotFound, "Default Plant data file not found.  File name:  " + DefFileName);
-  mask_ = loaded_ = CCM_ALL;
-  read_sections(DefFileName);
+  MaskedEntity::read_default();
   General.Sized = false;
   General.Simulated = false;
 }
 
-void PLT_Plant::WriteDefaultsFile(const std::string& strFileName) {
-  if (strFileName.empty()) fail(ErrorNumber::FileNotFound, "The default plant has no file name; give it one.");
-  const int32_t before = mask_;
-  with_mask(CCM_ALL, [&] {
-    check_loaded();
-    Transaction transaction;
-    write_file(strFileName, false);
-    transaction.commit();
-  });
-  mask_ = before;
-}
-
-void PLT_Plant::renew() {
-  drop_results();
-  loaded_ = CCM_ALL;
-  set_changed();
-}
-
 std::function<void()> PLT_Plant::keep_rest() {
-  return [this, rest = SectionedEntity::keep_rest(), loaded = loaded_, hourly = HourlySimData.items()] {
+  return [this, rest = MaskedEntity::keep_rest(), hourly = HourlySimData.items()] {
     rest();
-    loaded_ = loaded;
     HourlySimData.set_items(hourly);
   };
-}
-
-void PLT_Plant::copy_memory(const StoredEntity& from, bool record_too) {
-  SectionedEntity::copy_memory(from, record_too);
-  const auto& other = dynamic_cast<const PLT_Plant&>(from);
-  DefFileName = other.DefFileName;
-  if (record_too) loaded_ = other.loaded_;
 }
 
 }  // namespace tarn

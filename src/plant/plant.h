@@ -3,17 +3,16 @@
 #pragma once
 
 #include "plant/plant_results.h"
-#include "storage/sectioned_entity.h"
+#include "storage/masked_entity.h"
 
 namespace tarn {
 
-class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
+class PLT_Plant final : public CopiedEntity<PLT_Plant, Sized<MaskedEntity>> {
  public:
   PLT_Plant();
   const ClassInfo& info() const override;
   const Kind& kind() const override;
 
-  std::string DefFileName;  // the default plant's file
   std::string FileName() const { return file_of(Index); }
 
   PLT_ServiceHotWater ServiceHotWaterDetails;
@@ -42,36 +41,27 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
     std::optional<bool> by_user;
     Save(nOpMode, by_user);
   }
-  using SectionedEntity::Save;
+  using StoredEntity::Save;
   /// The current plant as a default: its header and inputs.
-  void WriteDefaultsFile(const std::string& strFileName);
+  void WriteDefaultsFile(const std::string& strFileName) { write_default(strFileName); }
 
   /// Makes it a plant of a type, with those of the type's loops in use that have pumps. Error `InvalidCall` for a type
   /// that is none.
   void SetType(PLT_PlantTypes type);
 
-  void SaveDefault() override { WriteDefaultsFile(DefFileName); }
-  std::string default_file() const override { return DefFileName; }
-  void select_all() override { mask_ = CCM_ALL; }
-  /// No results, and changed until it is told otherwise.
-  void renew() override;
-
  private:
   enum Section : size_t { kHeader, kSystems, kDetails, kSizing, kProfile, kUnmet, kLeed, kHourly, kSections };
 
-  template <typename F>
-  void with_mask(int32_t mask, F operation);
-  void check_loaded() const;
   void check_details() const;
-  void select_results();
   void drop_misplaced_hours();
-  bool holds_anything(size_t section);
 
   Ends ends_of(std::span<const std::byte> header, const std::string& path) const override;
   Blocks blocks(size_t section) override;
   size_t section_count() const override { return kSections; }
   size_t first_result() const override { return kSizing; }
-  bool selected(size_t section) const override;
+  int32_t mask_of(size_t section) const override;
+  std::string_view name_of(size_t section) const override { return section == kSystems ? "SystemSelect" : "Details"; }
+  std::string no_default_message() const override;
   void make_room(size_t section, std::span<const std::byte> header, bool there) override;
   std::string no_file_message(const std::string& path) const override;
   void no_row(int16_t index) override;
@@ -84,7 +74,6 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
   bool knows_links(std::string_view kind) const override;
   void after_clearing() override;
   std::function<void()> keep_rest() override;
-  void copy_memory(const StoredEntity& from, bool record_too) override;
   std::string stored_name() const override { return General.Name.trimmed(); }
   void store_name(std::string_view name) override { General.Name = name; }
 
@@ -104,9 +93,6 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionedEntity> {
   bool des_has_changed() const { return DesHasChanged; }
 
   friend class PLT_General;
-
-  int32_t mask_ = CCM_ALL;
-  int32_t loaded_ = CCM_ALL;  // inputs that the object holds; all of them for a new plant
 };
 
 }  // namespace tarn

@@ -61,7 +61,7 @@ const ClassInfo& PLT_Equipment::info() const {
   return info;
 }
 
-std::string_view PLT_Equipment::kind_of(const Object& piece) {
+std::string_view PLT_Equipment::kind_of(const Object& piece, size_t /*element*/) {
   switch (static_cast<COM_ProjectLibrary>(dynamic_cast<const PLT_Equipment&>(piece).LibraryID)) {
     case COM_ProjectLibrary::LIB_CHILLERS:
       return "Chiller";

@@ -143,7 +143,7 @@ class PLT_Configuration final : public Part<ConfigurationRecord> {
 struct PLT_Equipment final : Part<EquipmentRecord> {
   const ClassInfo& info() const override;
   /// The kind of entity that the library has: "Chiller", "Boiler"; empty for a library that is none.
-  static std::string_view kind_of(const Object& piece);
+  static std::string_view kind_of(const Object& piece, size_t element = 0);
 };
 
 class PLT_EquipmentList final : public Part<EquipmentListRecord> {

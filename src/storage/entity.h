@@ -166,7 +166,7 @@ class CopiedEntity : public Base {
   Ptr<C> CopyInstance() {
     auto twin = Clone();
     twin->copy_record(*this);
-    twin->Index = this->Index;
+    static_cast<Base&>(*twin).Index = this->Index;
     return twin;
   }
 };

@@ -116,13 +116,14 @@ void visit_references(Object& owner, const ReferenceAction& action, const PartPa
       }
       continue;
     }
-    const std::string_view target = field.target_of(owner);
-    if (target.empty()) continue;
+    std::string_view target = field.target_of(owner, 0);
     const size_t elements = field.elements(), width = field.size / elements;
     std::byte* at = field.place(owner);
     for (size_t element = 0; element < elements; ++element, at += width) {
       const int32_t index = reference_at(field, at);
       if (index == 0) continue;
+      if (field.refers_by) target = field.target_of(owner, element);
+      if (target.empty()) continue;
       const Use use{place_in(place, field, element + 1), target, index};
       const int32_t wanted = action(use, ReferenceName{path, field, element});
       if (wanted != index) set_reference(field, at, wanted);

@@ -10,6 +10,7 @@
 namespace tarn {
 
 class AS_AirSystem;
+class BLD_Building;
 class BLR_Boiler;
 class CA_ConstructionAssly;
 class CHL_Chiller;
@@ -21,6 +22,7 @@ class SCH_Schedule;
 class SHD_Shade;
 class SPC_Space;
 class TWR_CoolingTower;
+class URT_UtilityRate;
 class WIN_Window;
 class WTH_Weather;
 struct FactoryRow;
@@ -58,9 +60,12 @@ class COM_ProjectData final : public Object {
 
   Ptr<AS_AirSystem> NewAirSystem();
   Ptr<BLR_Boiler> NewBoiler();
+  Ptr<BLD_Building> NewBuilding();
   Ptr<CHL_Chiller> NewChiller();
   Ptr<TWR_CoolingTower> NewCoolingTower();
   Ptr<DOR_Door> NewDoor();
+  Ptr<URT_UtilityRate> NewElectricRate();
+  Ptr<URT_UtilityRate> NewFuelRate();
   Ptr<PLT_Plant> NewPlant();
   Ptr<PRF_ProjectPrefs> NewProjectPrefs();
   Ptr<RPT_ReportOptions> NewReportOptions();

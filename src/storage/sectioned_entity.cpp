@@ -128,10 +128,9 @@ void SectionedEntity::Load(int16_t nRecNum) {
     if (rows.NoMatch()) {
       no_row(nRecNum);
     } else {
-      DesHasChanged = rows.Fields("bDesHasChanged").integer() != 0;
-      SimHasChanged = rows.Fields("bSimHasChanged").integer() != 0;
+      for (const auto& [column, flag] : row_flags()) *flag = rows.Fields(column).integer() != 0;
     }
-    read_sections(path, [this] { clear_unlinked(); });
+    read_sections(path, [this] { check_links(); });
     transaction.commit();
     if (m_bCloning) Index = 0;
   });
@@ -224,22 +223,22 @@ void SectionedEntity::set_record(std::span<const std::byte> bytes) {
 }
 
 std::function<void()> SectionedEntity::keep_rest() {
-  return [this, there = there_, des = DesHasChanged, sim = SimHasChanged] {
+  std::vector<std::pair<bool*, bool>> before;
+  for (const auto& [column, flag] : row_flags()) before.emplace_back(flag, *flag);
+  return [this, there = there_, before] {
     there_ = there;
-    DesHasChanged = des;
-    SimHasChanged = sim;
+    for (const auto& [flag, changed] : before) *flag = changed;
   };
 }
 
 void SectionedEntity::Reset(std::optional<bool> bResetAll) {
   StoredEntity::Reset(bResetAll);
-  if (bResetAll.value_or(false)) DesHasChanged = SimHasChanged = false;
+  if (bResetAll.value_or(false)) set_flags(false);
 }
 
 bool SectionedEntity::IsNameUnique(const std::optional<std::string>& sName) const {
-  Text<kNameWidth> stored;  // the name as it would be
-  stored = trimmed(sName.value_or(""));
-  const std::string name = stored.trimmed();
+  const std::string page = page_from_utf8(trimmed(sName.value_or(""))).substr(0, name_width());
+  const std::string name(trimmed(utf8_from_page(page)));  // as it would be stored
   return database()
       .OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?",
                      {name.empty() ? stored_name() : name, cell(Index)})
@@ -258,8 +257,11 @@ void SectionedEntity::save(bool after_calculations) {
 void SectionedEntity::keep_flags_of_row() {
   Recordset rows = row_of(Index);
   if (rows.NoMatch()) return;
-  DesHasChanged |= rows.Fields("bDesHasChanged").integer() != 0;
-  SimHasChanged |= rows.Fields("bSimHasChanged").integer() != 0;
+  for (const auto& [column, flag] : row_flags()) *flag |= rows.Fields(column).integer() != 0;
+}
+
+void SectionedEntity::set_flags(bool changed) {
+  for (const auto& [column, flag] : row_flags()) *flag = changed;
 }
 
 /// Names are unique, also of what comes with an exchange.
@@ -277,8 +279,8 @@ void SectionedEntity::copy_memory(const StoredEntity& from, bool record_too) {
   WorkPath = other.WorkPath;
   FilePrefix = other.FilePrefix;
   if (!record_too) return;
-  DesHasChanged = other.DesHasChanged;
-  SimHasChanged = other.SimHasChanged;
+  const auto flags = row_flags(), other_flags = other.row_flags();
+  for (size_t i = 0; i < flags.size(); ++i) *flags[i].flag = *other_flags[i].flag;
   there_ = other.there_;
   for (size_t section = first_result(); section < section_count(); ++section) {
     make_room(section, other.blocks(0).front(), there_[section]);

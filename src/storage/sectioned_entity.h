@@ -11,8 +11,6 @@ namespace tarn {
 class SectionedEntity : public StoredEntity {
  public:
   std::string WorkPath, FilePrefix;
-  bool DesHasChanged = false;  // since the last sizing
-  bool SimHasChanged = false;  // since the last simulation
 
   /// Index 0; with true also no name and no changed flags.
   void Reset(std::optional<bool> bResetAll = {});
@@ -25,11 +23,16 @@ class SectionedEntity : public StoredEntity {
   void drop_results();
   std::string default_file() const override { return file_of(0); }
   std::vector<std::span<std::byte>> layout() override;
-  void set_changed() override { DesHasChanged = SimHasChanged = true; }
+  void set_changed() override { set_flags(true); }
 
  protected:
   using Blocks = std::vector<std::span<std::byte>>;
   using Ends = std::vector<uint64_t>;
+  /// A changed flag: its column of the index row, which alone keeps it, and its place in the object.
+  struct RowFlag {
+    std::string_view column;
+    bool* flag;
+  };
 
   // ---- what a kind declares
   /// Where the sections of a file end that begins with these bytes, the header's size of them. Error `UnknownFormat`
@@ -45,10 +48,15 @@ class SectionedEntity : public StoredEntity {
   virtual void make_room(size_t /*section*/, std::span<const std::byte> /*header*/, bool /*there*/) {}
   /// What there is to say of a file that is not there.
   virtual std::string no_file_message(const std::string& path) const = 0;
+  virtual std::vector<RowFlag> row_flags() = 0;
+  /// Of a name, in characters.
+  virtual size_t name_width() const { return 30; }
   /// The index table's rows, at that of an entity, or with no match.
   virtual Recordset row_of(int16_t index) const;
   /// For an entity without an index row.
   virtual void no_row(int16_t /*index*/) {}
+  /// References of the inputs that were read, whose link row is gone.
+  virtual void check_links() { clear_unlinked(); }
   /// Error `UnknownFormat` for counts out of sense in the inputs that were read.
   virtual void check_counts(const std::string& /*path*/) const {}
 
@@ -63,6 +71,7 @@ class SectionedEntity : public StoredEntity {
   void save(bool after_calculations);
   /// Only a calculation takes a changed flag away: those of the index row stay, where the object has lost them.
   void keep_flags_of_row();
+  void set_flags(bool changed);
   /// The selected sections of a file. What may fail on their contents runs when the inputs are read: a failure then
   /// leaves the results as they were, and the inputs are those of `record`.
   void read_sections(
@@ -96,8 +105,21 @@ class SectionedEntity : public StoredEntity {
   Ends checked_ends(std::span<const std::byte> header, uint64_t size, const std::string& path) const;
   uint64_t add_section(size_t section, const OldFile& old, std::vector<std::byte>& out);
 
-  static constexpr size_t kMostSections = 16, kNameWidth = 30;
+  static constexpr size_t kMostSections = 16;
   std::array<bool, kMostSections> there_{};
+};
+
+/// One that is sized and simulated.
+template <typename Base>
+class Sized : public Base {
+ public:
+  bool DesHasChanged = false;  // since the last sizing
+  bool SimHasChanged = false;  // since the last simulation
+
+ protected:
+  std::vector<SectionedEntity::RowFlag> row_flags() override {
+    return {{"bDesHasChanged", &DesHasChanged}, {"bSimHasChanged", &SimHasChanged}};
+  }
 };
 
 }  // namespace tarn

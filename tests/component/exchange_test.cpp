@@ -5,6 +5,8 @@
 #include <nlohmann/json.hpp>
 
 #include "airsystems/air_system.h"
+#include "building/building.h"
+#include "building/utility_rate.h"
 #include "component/defaults.h"
 #include "component/json.h"
 #include "component/json_lines.h"
@@ -91,6 +93,23 @@ class ExchangeTest : public test::ProjectTest {
     system->SetMask(0, CCM_SIMULATIONMASK);
     system->DesHasChanged = false;
     system->Save(after);
+    auto electric = project.NewElectricRate();
+    electric->CreateDefault();
+    (*electric)->TimeOfDaySched = true;
+    (*electric)->TODSchedule = 1;
+    (*electric)->ECRate(14) = 0.125;
+    electric->Save();
+    auto fuel = project.NewFuelRate();
+    fuel->CreateDefault();
+    (*fuel)->TODSchedule = 9;  // of no use
+    fuel->Save();
+    auto building = project.NewBuilding();
+    building->CreateDefault();
+    building->GetBuildingInputs()->SystemID(250) = 1;
+    building->GetBuildingInputs()->UtilityRate(2) = 1;
+    building->GetBuildingInputs()->UtilityRate(8) = 1;
+    building->GetBuildingProfile(8)->Power(8760) = 1.5F;
+    building->Save(FS_ALL, true);
     auto preferences = project.NewProjectPrefs();
     preferences->EnergyStandardCode = PRF_EnergyStandards{77};
     preferences->CurrencyUnits = "\xE2\x82\xAC";
@@ -110,7 +129,7 @@ TEST_F(ExchangeTest, TheSameProjectGivesTheSameBytesAfterARoundTrip) {
   fresh.SetWorkPath(other.path);
   fresh.FilePrefix = "NEW";
   create_index(fresh.IndexDBName());
-  EXPECT_EQ(import_project(fresh, before, quiet), 22U);
+  EXPECT_EQ(import_project(fresh, before, quiet), 28U);
   EXPECT_EQ(export_project(fresh, {}, quiet), before);
   const std::string copied = test::bytes_of(fresh.WindowFilename());
   for (const size_t index : {1, 3, 5})
@@ -119,6 +138,9 @@ TEST_F(ExchangeTest, TheSameProjectGivesTheSameBytesAfterARoundTrip) {
   EXPECT_EQ(test::bytes_of(fresh.WallFilename()), test::bytes_of(project.WallFilename()));
   EXPECT_EQ(test::bytes_of(fresh.ScheduleFilename()), test::bytes_of(project.ScheduleFilename()));
   EXPECT_EQ(test::bytes_of(fresh.SpaceFilename()), test::bytes_of(project.SpaceFilename()));
+  EXPECT_EQ(test::bytes_of(fresh.ElecRateFilename()), test::bytes_of(project.ElecRateFilename()));
+  EXPECT_EQ(test::bytes_of(fresh.FuelRateFilename()), test::bytes_of(project.FuelRateFilename()));
+  EXPECT_EQ(test::bytes_of(other / "NEWB01.DAT"), test::bytes_of(folder / "JOBB01.DAT")) << "with its profiles";
   EXPECT_EQ(test::bytes_of(other / "NEWA01.DAT"), test::bytes_of(folder / "JOBA01.DAT")) << "sizing, and no simulation";
   EXPECT_NE(before.find("\"Source\": {\"code\":7,\"text\":\"ST_HOT_WATER\"}"), std::string::npos);
 }

@@ -61,7 +61,7 @@ TEST_F(PlantTest, BadCallsSayWhyAndChangeNothing) {
        "Too many output flags"},
       {[&] { loaded(1, CCM_HEADER)->Save(CCM_ALL); },
        "SystemSelect is selected but was not loaded, and a save would empty it in the file. Load it first, or leave it "
-       "out of nOpMode."},
+       "out of the mask."},
       {[&] { plant->SystemSelect.SetNumSystems(251); }, "Subscript out of range: 251, allowed are 0 to 250."},
       {[&] {
          auto twin = plant->CopyInstance();
