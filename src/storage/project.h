@@ -9,6 +9,7 @@
 
 namespace tarn {
 
+class ADL_AirSystemDesign;
 class AS_AirSystem;
 class BLR_Boiler;
 class CA_ConstructionAssly;
@@ -24,6 +25,10 @@ class TWR_CoolingTower;
 class WIN_Window;
 class WTH_Weather;
 struct FactoryRow;
+
+/// The file of an object that has one of its own: two hexadecimal digits at least, "JOBA0A.DAT"; empty without a
+/// prefix.
+std::string object_file_name(const std::string& prefix, int index);
 
 class COM_ProjectData final : public Object {
  public:
@@ -57,6 +62,7 @@ class COM_ProjectData final : public Object {
   std::string FilePrefix;  // as given
 
   Ptr<AS_AirSystem> NewAirSystem();
+  Ptr<ADL_AirSystemDesign> NewAirSystemDesign();
   Ptr<BLR_Boiler> NewBoiler();
   Ptr<CHL_Chiller> NewChiller();
   Ptr<TWR_CoolingTower> NewCoolingTower();
