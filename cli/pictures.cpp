@@ -124,6 +124,7 @@ void show_schedule(Database&, StoredEntity& entity) {
 }
 
 const std::map<std::string_view, void (*)(Database&, StoredEntity&)> kPictures{
+    {"BLD_Building", show_building},
     {"CA_ConstructionAssly", show_construction},
     {"CHL_Chiller", show_chiller},
     {"PLT_Plant", show_plant},

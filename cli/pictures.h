@@ -10,7 +10,8 @@ namespace tarn::cli {
 /// the names of what they refer to.
 void show_entity(Database& database, StoredEntity& entity);
 
-/// A chiller with its maps, a plant by what it uses.
+/// A building by what it uses and pays, a chiller with its maps, a plant by what it uses.
+void show_building(Database& database, StoredEntity& entity);
 void show_chiller(Database& database, StoredEntity& entity);
 void show_plant(Database& database, StoredEntity& entity);
 

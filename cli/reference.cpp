@@ -140,7 +140,7 @@ struct Record {
 
 /// A field of every record in a list is told for the first one, with how far the others are behind it.
 void add_field(Record& record, const Member& m) {
-  const size_t count = m.stride > 0 ? static_cast<size_t>(m.bounds.front().size()) : 1;
+  const size_t count = m.stride > 0 ? m.records : 1;
   const std::string more =
       m.stride > 0 ? " in each of " + std::to_string(count) + ", " + std::to_string(m.stride) + " apart" : "";
   record.rows += row({std::to_string(m.offset), std::to_string(m.size) + more,

@@ -15,6 +15,7 @@ class Collection final : public Object {
   /// 1 to Count. Error `SubscriptOutOfRange`.
   Value Item(int32_t nIndex) const;
   void add(const Value& value);
+  void clear() { items_.clear(); }
 
  private:
   std::vector<Value> items_;

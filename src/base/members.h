@@ -50,6 +50,7 @@ struct Member {
   ptrdiff_t offset = -1;              // in the record, for a stored field; -1 for the others
   size_t size = 0;                    // of the stored field, all elements
   size_t stride = 0;                  // of a field of every record in a list, from one to the next
+  size_t records = 0;                 // in that list
   size_t width = 0;                   // of one text, in characters
 
   void (*get)(const Object&, Subscripts, Value&) = nullptr;
@@ -57,6 +58,7 @@ struct Member {
   void (*let)(Object&, Subscripts, const Value&) = nullptr;
   void (*let_stored)(Object&, Subscripts, const Value&) = nullptr;  // an exchange's: a code that is none is kept
   std::byte* (*place)(Object&) = nullptr;                           // of a stored field, for moves of whole arrays
+  bool elsewhere = false;  // that place is outside the object, another one for each object
   void (*call)(Object&, Arguments, Value&) = nullptr;
   void (*listen)(Object&, Listener) = nullptr;
 

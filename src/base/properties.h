@@ -303,6 +303,7 @@ struct Property {
       m.let_stored = m.let;
     }
     if (m.stored() || !Covers) m.place = [](Object& o) { return reinterpret_cast<std::byte*>(&field_of<C>(o)); };
+    m.elsewhere = requires { typename C::IsView; };
   }
 
   template <typename C, typename F>
@@ -358,15 +359,16 @@ inline constexpr Property<Field, nullptr, nullptr, Part, false> forwarded{};
 template <auto Field>
 inline constexpr Property<Field, nullptr, nullptr, nullptr, false> another{};
 
-/// A field of every record in a list, with the list's subscript first: `SimDB(day, hour)` for `SimDay(day).DB(hour)`.
-/// Its name is that of the list, without the word for its records, and the field's.
-template <auto List, auto Field>
+/// A field of every record in a list, with the list's subscripts first, the outermost before all: `SimDB(day, hour)`
+/// for `SimDay(day).DB(hour)`. A composed name is that of the list, without the word for its records, and the field's.
+template <auto List, auto Field, bool Composed>
 struct Across {
   using Owner = typename detail::FieldOf<std::remove_const_t<decltype(List)>>::Class;
   using Records = typename detail::FieldOf<std::remove_const_t<decltype(List)>>::Type;
   using F = typename detail::FieldOf<std::remove_const_t<decltype(Field)>>::Type;
   static constexpr auto list = List;
   static constexpr auto field = Field;
+  static constexpr size_t depth = Records::bounds.size();
 
   constexpr Across operator()(std::string_view text) const { return {text}; }
 
@@ -375,6 +377,7 @@ struct Across {
     constexpr auto& of_list = detail::member_chars<List>;
     constexpr auto& of_field = detail::member_chars<Field>;
     constexpr size_t prefix = [] {
+      if (!Composed) return size_t{0};
       size_t length = 0;
       while (of_list[length] != 'D' || of_list[length + 1] != 'a' || of_list[length + 2] != 'y') ++length;
       return length;
@@ -384,13 +387,16 @@ struct Across {
     return chars;
   }();
   static constexpr auto bounds = [] {
-    if constexpr (detail::is_array<F>::value) {
-      std::array<Bounds, 1 + F::bounds.size()> all{Records::bounds[0]};
-      std::copy(F::bounds.rbegin(), F::bounds.rend(), all.rbegin());
+    const auto behind_list = [](const auto& of_field) {
+      std::array<Bounds, depth + std::tuple_size_v<std::remove_cvref_t<decltype(of_field)>>> all{};
+      const auto next = std::copy(Records::bounds.rbegin(), Records::bounds.rend(), all.begin());
+      std::copy(of_field.begin(), of_field.end(), next);
       return all;
-    } else {
-      return Records::bounds;
-    }
+    };
+    if constexpr (detail::is_array<F>::value)
+      return behind_list(F::bounds);
+    else
+      return behind_list(std::array<Bounds, 0>{});
   }();
 
   template <typename C>
@@ -412,12 +418,14 @@ struct Across {
     m.offset = detail::offset_of<List>() + detail::offset_of<Field>();
     m.size = sizeof(F);
     m.stride = sizeof(typename Records::Element);
+    m.records = Records::size;
     m.get = [](const Object& o, Subscripts s, Value& out) {
-      detail::read_field(element((static_cast<const C&>(o).*List)(s[0]).*Field, s.data() + 1), false, out);
+      detail::read_field(element(record_of(static_cast<const C&>(o).*List, s).*Field, s.data() + depth), false, out);
     };
     m.get_stored = m.get;
     m.let = [](Object& o, Subscripts s, const Value& v) {
-      element((static_cast<C&>(o).*List)(s[0]).*Field, s.data() + 1) = native<typename detail::NativeOf<E>::type>(v);
+      element(record_of(static_cast<C&>(o).*List, s).*Field, s.data() + depth) =
+          native<typename detail::NativeOf<E>::type>(v);
     };
     m.let_stored = m.let;
     return m;
@@ -426,6 +434,12 @@ struct Across {
   std::string_view unit;
 
  private:
+  template <typename Any>
+  static auto& record_of(Any& list, Subscripts s) {
+    std::array<int, depth> at{};
+    std::copy_n(s.rbegin() + static_cast<ptrdiff_t>(s.size() - depth), depth, at.begin());
+    return list.items[Records::place(at.data())];
+  }
   template <typename Any>
   static auto& element(Any& of, const int* at) {
     if constexpr (detail::is_array<F>::value)
@@ -436,7 +450,11 @@ struct Across {
 };
 
 template <auto List, auto Field>
-inline constexpr Across<List, Field> across{};
+inline constexpr Across<List, Field, true> across{};
+
+/// The same under the field's own name: `CentHeat(month, hour)` for `Hours(hour, month).CentHeat`.
+template <auto Table, auto Field>
+inline constexpr Across<Table, Field, false> column{};
 
 /// A computed value under subscripts.
 template <auto Get, Bounds... D>

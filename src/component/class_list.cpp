@@ -17,6 +17,7 @@
 #include "plant/chiller.h"
 #include "plant/cooling_tower.h"
 #include "plant/plant.h"
+#include "results/air_system_design.h"
 #include "spaces/schedule.h"
 #include "spaces/space.h"
 #include "storage/preferences.h"
@@ -70,6 +71,9 @@ const std::vector<ClassEntry>& classes() {
         PLT_UnmetLoads, PLT_LEEDUnmetLoads, PLT_HourlySimData, PLT_HourlyResults>(list);
     add<WTH_Weather, WTH_Stats, HW1ReaderWriter>(list);
     add<URT_UtilityRate, BLD_Building, BLD_General, BLD_Inputs, BLD_Results, BLD_Profile>(list);
+    add<ADL_AirSystemDesign, ADL_DXXFileHeader, ADL_Weather, ADL_SSAir, ADL_DLAir, ADL_HLAir, ADL_HourlyAirData,
+        ADL_SPAir, ADL_SysPsychro, ADL_TSZone, ADL_TerminalSizing, ADL_HLZone, ADL_HourlyZoneData, ADL_DLZone,
+        ADL_CoolingLoads, ADL_HeatingLoads, ADL_LoadDetails, ADL_SpaceLoads>(list);
     add<Collection>(list);
     return list;
   }();

@@ -15,6 +15,7 @@
 #include "plant/chiller.h"
 #include "plant/cooling_tower.h"
 #include "plant/plant.h"
+#include "results/air_system_design.h"
 #include "spaces/schedule.h"
 #include "spaces/space.h"
 #include "storage/preferences.h"
@@ -138,6 +139,9 @@ Ptr<C> COM_ProjectData::made_by(std::string_view method) {
 }
 
 Ptr<AS_AirSystem> COM_ProjectData::NewAirSystem() { return made_by<AS_AirSystem>("NewAirSystem"); }
+Ptr<ADL_AirSystemDesign> COM_ProjectData::NewAirSystemDesign() {
+  return made_by<ADL_AirSystemDesign>("NewAirSystemDesign");
+}
 Ptr<BLR_Boiler> COM_ProjectData::NewBoiler() { return made_by<BLR_Boiler>("NewBoiler"); }
 Ptr<BLD_Building> COM_ProjectData::NewBuilding() { return made_by<BLD_Building>("NewBuilding"); }
 Ptr<CHL_Chiller> COM_ProjectData::NewChiller() { return made_by<CHL_Chiller>("NewChiller"); }

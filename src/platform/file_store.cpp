@@ -60,6 +60,25 @@ size_t FileStore::read(const std::string& name, uint64_t offset, std::span<std::
   return got;
 }
 
+void FileStore::read_blocks(const std::string& path, uint64_t from, std::span<const std::span<std::byte>> blocks) {
+  constexpr size_t kLarge = 4096;
+  std::vector<std::byte> buffer;
+  for (size_t i = 0; i < blocks.size();) {
+    if (blocks[i].size() >= kLarge) {
+      read(path, from, blocks[i], OpenMode::Read);
+      from += blocks[i++].size();
+      continue;
+    }
+    size_t end = i, size = 0;
+    while (end < blocks.size() && blocks[end].size() < kLarge) size += blocks[end++].size();
+    buffer.resize(size);
+    read(path, from, buffer, OpenMode::Read);
+    from += size;
+    for (auto next = buffer.begin(); i < end; next += static_cast<ptrdiff_t>(blocks[i++].size()))
+      std::copy_n(next, blocks[i].size(), blocks[i].begin());
+  }
+}
+
 /// The file's writes at the innermost level. A file that does not take writes is found here, not at the commit.
 FileStore::Pending& FileStore::pending(const std::string& path, Ptr<Database> owner) {
   if (levels_.empty()) fail(ErrorNumber::NoTransaction, "Record bytes are written inside a transaction only: " + path);

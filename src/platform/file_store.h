@@ -29,6 +29,9 @@ class FileStore {
 
   /// Bytes that the file holds from `offset`, as the open transaction sees it; fewer than asked at its end.
   size_t read(const std::string& path, uint64_t offset, std::span<std::byte> into, OpenMode mode);
+  /// Fills memory from bytes that lie back to back in a file: large pieces in place, the small ones between them by one
+  /// read.
+  void read_blocks(const std::string& path, uint64_t from, std::span<const std::span<std::byte>> blocks);
   /// Error where the file, or the folder of a new one, does not take writes; found here, not at the commit.
   void write(const std::string& path, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner);
   /// The file begins with these bytes afterwards; a longer one keeps its tail. Only what changes is written; where that

@@ -11,6 +11,13 @@ namespace {
 constexpr std::string_view kClass = "COM_ProjectData";
 }
 
+std::string object_file_name(const std::string& prefix, int index) {
+  if (prefix.empty()) return {};
+  char number[16];
+  std::snprintf(number, sizeof number, "%02X", index & 0xFFFF);
+  return prefix + number + ".DAT";
+}
+
 void COM_ProjectData::SetWorkPath(const std::string& path) { work_path_ = host().normalise_path(path); }
 
 std::string COM_ProjectData::CreateFilespec(const std::string& suffix) const {

@@ -9,6 +9,7 @@
 
 namespace tarn {
 
+class ADL_AirSystemDesign;
 class AS_AirSystem;
 class BLD_Building;
 class BLR_Boiler;
@@ -26,6 +27,10 @@ class URT_UtilityRate;
 class WIN_Window;
 class WTH_Weather;
 struct FactoryRow;
+
+/// The file of an object that has one of its own: two hexadecimal digits at least, "JOBA0A.DAT"; empty without a
+/// prefix.
+std::string object_file_name(const std::string& prefix, int index);
 
 class COM_ProjectData final : public Object {
  public:
@@ -59,6 +64,7 @@ class COM_ProjectData final : public Object {
   std::string FilePrefix;  // as given
 
   Ptr<AS_AirSystem> NewAirSystem();
+  Ptr<ADL_AirSystemDesign> NewAirSystemDesign();
   Ptr<BLR_Boiler> NewBoiler();
   Ptr<BLD_Building> NewBuilding();
   Ptr<CHL_Chiller> NewChiller();

@@ -5,29 +5,10 @@
 #include "base/log.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
+#include "storage/project.h"
 
 namespace tarn {
 namespace {
-
-/// Fills blocks that lie back to back in a file: large ones in place, the small ones between them by one read.
-void read_blocks(const std::string& path, uint64_t from, std::span<const std::span<std::byte>> blocks) {
-  constexpr size_t kLarge = 4096;
-  std::vector<std::byte> buffer;
-  for (size_t i = 0; i < blocks.size();) {
-    if (blocks[i].size() >= kLarge) {
-      files().read(path, from, blocks[i], OpenMode::Read);
-      from += blocks[i++].size();
-      continue;
-    }
-    size_t end = i, size = 0;
-    while (end < blocks.size() && blocks[end].size() < kLarge) size += blocks[end++].size();
-    buffer.resize(size);
-    files().read(path, from, buffer, OpenMode::Read);
-    from += size;
-    for (auto next = buffer.begin(); i < end; next += static_cast<ptrdiff_t>(blocks[i++].size()))
-      std::copy_n(next, blocks[i].size(), blocks[i].begin());
-  }
-}
 
 void append(std::vector<std::byte>& out, std::span<const std::byte> bytes) {
   out.insert(out.end(), bytes.begin(), bytes.end());
@@ -36,10 +17,8 @@ void append(std::vector<std::byte>& out, std::span<const std::byte> bytes) {
 }  // namespace
 
 std::string SectionedEntity::file_of(int index) const {
-  if (FilePrefix.empty()) return {};
-  char number[16];
-  std::snprintf(number, sizeof number, "%02X", index);
-  return host().directory_form(WorkPath) + FilePrefix + number + ".DAT";
+  const std::string name = object_file_name(FilePrefix, index);
+  return name.empty() ? name : host().directory_form(WorkPath) + name;
 }
 
 bool SectionedEntity::has_file(const std::string& path) const { return !path.empty() && files().exists(path); }
@@ -93,7 +72,7 @@ void SectionedEntity::read_sections(const std::string& path, const std::function
     if (section == 0 && there)
       std::copy(header.begin(), header.end(), blocks(0).front().begin());
     else if (there)
-      read_blocks(path, ends[section - 1], blocks(section));
+      files().read_blocks(path, ends[section - 1], blocks(section));
     else if (selected(section) || section >= first_result())
       clear(section);
     there_[section] = there;  // one that is not selected stays unknown here; a save carries it over

@@ -1,0 +1,126 @@
+#include "results/air_system_design.h"
+
+#include "base/log.h"
+#include "platform/host.h"
+#include "platform/workspace.h"
+#include "storage/project.h"
+
+namespace tarn {
+namespace {
+
+uint64_t total(const ResultBlock::Spans& spans) {
+  uint64_t size = 0;
+  for (const auto& span : spans) size += span.size();
+  return size;
+}
+
+/// Of a system's record, a number that is within what the system can have.
+int checked_count(int count, int most, const std::string& what) {
+  if (count >= 0 && count <= most) return count;
+  fail(ErrorNumber::UnknownFormat, "The air system's " + what + " is " + std::to_string(count) +
+                                       ", which is out of sense. Load the air system anew, with its inputs.");
+}
+
+std::string system_name(const SystemHeaderRecord& header) {
+  const bool written = header.Name.chars[0] != '\0';
+  return written ? header.Name.str() : std::string();
+}
+
+}  // namespace
+
+void ADL_AirSystemDesign::SetAirSystem(const Ptr<AS_AirSystem>& system) {
+  std::vector<Ptr<ADL_TSZone>> ts_zones;
+  std::vector<Ptr<ADL_HLZone>> hl_zones;
+  std::vector<Ptr<ADL_DLZone>> dl_zones;
+  if (system) {
+    constexpr int kMostSpaces = decltype(ZoneRecord::SpaceID)::size;
+    const int zones = checked_count(system->GetAirSystem()->NumZones, INT16_MAX, "number of zones");
+    for (int zone = 1; zone <= zones; ++zone) {
+      const int spaces = checked_count(system->GetZoneData(static_cast<int16_t>(zone))->TotalSpacesInZone, kMostSpaces,
+                                       "number of spaces in zone " + std::to_string(zone));
+      dl_zones.push_back(std::make_shared<ADL_DLZone>());
+      dl_zones.back()->resize_spaces(spaces);
+      ts_zones.push_back(std::make_shared<ADL_TSZone>());
+      hl_zones.push_back(std::make_shared<ADL_HLZone>());
+    }
+    DXXFileHeader.SystemName = system_name(*system->GetAirSystem());
+  }
+  air_system_ = system;
+  ts_zones_.become(std::move(ts_zones));
+  hl_zones_.become(std::move(hl_zones));
+  dl_zones_.become(std::move(dl_zones));
+}
+
+std::string ADL_AirSystemDesign::file_of(int16_t index) const {
+  const std::string name = object_file_name(FilePrefix, index);
+  return name.empty() ? name : host().directory_form(WorkPath) + name;
+}
+
+/// In the order of the file.
+std::vector<ResultBlock*> ADL_AirSystemDesign::blocks() const {
+  auto& self = const_cast<ADL_AirSystemDesign&>(*this);
+  std::vector<ResultBlock*> all{&self.DXXFileHeader, &self.Weather, &self.SSAir, &self.DLAir, &self.HLAir, &self.SPAir};
+  for (const auto& zone : ts_zones_.items) all.push_back(zone.get());
+  for (const auto& zone : hl_zones_.items) all.push_back(zone.get());
+  for (const auto& zone : dl_zones_.items) all.push_back(zone.get());
+  return all;
+}
+
+ResultBlock::Spans ADL_AirSystemDesign::spans() const {
+  ResultBlock::Spans all;
+  for (ResultBlock* block : blocks()) block->add_spans(all);
+  return all;
+}
+
+uint64_t ADL_AirSystemDesign::size_in_file() const { return total(spans()); }
+
+void ADL_AirSystemDesign::Load() {
+  if (!air_system_) return log().message("Air system object must be set before loading air system design load data.");
+  const std::string path = file_of(air_system_->Index);
+  if (path.empty()) return log().message("Air system design data filename is invalid");
+  if (!files().exists(path)) return log().message("File does not exist: " + path);
+  Transaction transaction;
+  const ResultBlock::Spans all = spans();
+  if (const uint64_t size = files().size(path), expected = total(all); size != expected) {
+    size_t spaces = 0;
+    for (const auto& zone : dl_zones_.items) spaces += zone->spaces().size();
+    fail(ErrorNumber::UnknownFormat, path + " has " + std::to_string(size) + " bytes, but the results of a system of " +
+                                         std::to_string(dl_zones_.items.size()) + " zones and " +
+                                         std::to_string(spaces) + " spaces have " + std::to_string(expected) +
+                                         ". The system has changed since, or the file is damaged: run the design " +
+                                         "calculation again.");
+  }
+  files().read_blocks(path, 0, all);
+  transaction.commit();
+}
+
+void ADL_AirSystemDesign::Save(int16_t nIndex) {
+  const std::string path = file_of(nIndex);
+  if (path.empty()) return log().message("Air system design data filename is invalid");
+  const ResultBlock::Spans all = spans();
+  std::vector<std::byte> bytes;
+  bytes.reserve(total(all));
+  for (const auto& span : all) bytes.insert(bytes.end(), span.begin(), span.end());
+  Transaction transaction;
+  files().replace(path, std::move(bytes), nullptr);
+  transaction.commit();
+}
+
+std::string ADL_AirSystemDesign::Dump() const {
+  std::string text = "ADL_AirSystemDesign\n";
+  for (const ResultBlock* block : blocks()) text += block->Dump();
+  return text;
+}
+
+const ClassInfo& ADL_AirSystemDesign::info() const {
+  using C = ADL_AirSystemDesign;
+  static const ClassInfo info = describe<C>(
+      Failures::Trapped, property<&C::AirSystem, &C::SetAirSystem>, owned<&C::DXXFileHeader>, owned<&C::Weather>,
+      owned<&C::SSAir>, owned<&C::HLAir>, owned<&C::SPAir>, owned<&C::DLAir>, property<&C::TSZones>,
+      property<&C::HLZones>, property<&C::DLZones>, method<&C::TSZone>("nIndex"), method<&C::HLZone>("nIndex"),
+      method<&C::DLZone>("nIndex"), property<&C::WorkPath>, property<&C::sWorkPath>, property<&C::FilePrefix>,
+      method<&C::Load>, method<&C::Save>("nIndex"), method<&C::Dump>);
+  return info;
+}
+
+}  // namespace tarn

@@ -1,0 +1,78 @@
+// The results of an air system's design calculation: one file for each system, without a count in it. What it holds of
+// zones and spaces is what the system has when it is handed in.
+#pragma once
+
+#include "airsystems/air_system.h"
+#include "results/system_results.h"
+#include "results/zone_results.h"
+
+namespace tarn {
+
+class ADL_AirSystemDesign final : public Object {
+ public:
+  const ClassInfo& info() const override;
+
+  Ptr<AS_AirSystem> AirSystem() const { return air_system_; }
+  /// The collections get new objects for the system's zones and their spaces, and the header its name. Error
+  /// `UnknownFormat` for counts out of sense, which leaves everything as it was. Null takes the system away, and the
+  /// zones.
+  void SetAirSystem(const Ptr<AS_AirSystem>& system);
+
+  ADL_DXXFileHeader DXXFileHeader;
+  ADL_Weather Weather;
+  ADL_SSAir SSAir;
+  ADL_HLAir HLAir;
+  ADL_SPAir SPAir;
+  ADL_DLAir DLAir;
+
+  // The design's own lists, as they are now and will be, and their objects by number, from 1. Error
+  // `SubscriptOutOfRange`.
+  Ptr<Collection> TSZones() const { return ts_zones_.list; }
+  Ptr<Collection> HLZones() const { return hl_zones_.list; }
+  Ptr<Collection> DLZones() const { return dl_zones_.list; }
+  Ptr<ADL_TSZone> TSZone(int16_t nIndex) const { return ts_zones_.at(nIndex); }
+  Ptr<ADL_HLZone> HLZone(int16_t nIndex) const { return hl_zones_.at(nIndex); }
+  Ptr<ADL_DLZone> DLZone(int16_t nIndex) const { return dl_zones_.at(nIndex); }
+
+  std::string WorkPath, FilePrefix;
+  std::string sWorkPath() const { return WorkPath; }
+
+  /// The file of the system's index. No system, no name and no file are logged. Error `UnknownFormat` for a file that
+  /// is not exactly as long as the system's zones and spaces ask for; the object is left as it was.
+  void Load();
+  /// Replaces the file of an index whole; a failure leaves the old one.
+  void Save(int16_t nIndex);
+  /// The whole tree as text.
+  std::string Dump() const;
+
+  /// Full path of the file of an index; empty without a prefix.
+  std::string file_of(int16_t index) const;
+  uint64_t size_in_file() const;
+
+ private:
+  template <typename Z>
+  struct Zones {
+    std::vector<Ptr<Z>> items;
+    Ptr<Collection> list = std::make_shared<Collection>();
+
+    Ptr<Z> at(int number) const {
+      const auto count = static_cast<int>(items.size());
+      if (number < 1 || number > count) subscript_out_of_range(number, count);
+      return items[static_cast<size_t>(number) - 1];
+    }
+    void become(std::vector<Ptr<Z>> all) {
+      items = std::move(all);
+      list->clear();
+      for (const auto& item : items) list->add(std::static_pointer_cast<Object>(item));
+    }
+  };
+  std::vector<ResultBlock*> blocks() const;
+  ResultBlock::Spans spans() const;
+
+  Ptr<AS_AirSystem> air_system_;
+  Zones<ADL_TSZone> ts_zones_;
+  Zones<ADL_HLZone> hl_zones_;
+  Zones<ADL_DLZone> dl_zones_;
+};
+
+}  // namespace tarn

@@ -1,0 +1,136 @@
+#include "results/system_results.h"
+
+namespace tarn {
+namespace {
+
+constexpr const char* kLoad = "Btu/hr";
+constexpr const char* kFlow = "CFM";
+
+}  // namespace
+
+std::string WithComponents::ComponentName(int component) const {
+  if (component < 1 || component > kLoadComponents) subscript_out_of_range(component, kLoadComponents);
+  return std::string(text_of(labels<ADL_LoadComponents>, component));
+}
+
+const ClassInfo& ADL_DXXFileHeader::info() const {
+  static const ClassInfo info = describe_block<ADL_DXXFileHeader>(property<&ResultHeaderRecord::SystemName>);
+  return info;
+}
+
+const ClassInfo& ADL_Weather::info() const {
+  using R = ResultWeatherRecord;
+  static const ClassInfo info = describe_block<ADL_Weather>(
+      property<&R::DB>("F"), property<&R::WB>("F"), property<&R::WinterDB>("F"), property<&R::WinterWB>("F"),
+      property<&R::RhoCpK>("Btu/(hr.CFM.F)"), property<&R::RhoHfgK>("Btu/(hr.CFM)"), property<&R::Altitude>("ft"));
+  return info;
+}
+
+const ClassInfo& ADL_SSAir::info() const {
+  using R = SystemSummaryRecord;
+  static const ClassInfo info = describe_block<ADL_SSAir>(
+      property<&R::ClgPeakMonth>, property<&R::ClgPeakHour>, property<&R::ClgOutdoorDB>("F"),
+      property<&R::ClgOutdoorWB>("F"), property<&R::ClgCoilTotal>(kLoad), property<&R::ClgCoilSensible>(kLoad),
+      property<&R::ClgCoilAirflow>(kFlow), property<&R::ClgEnteringDB>("F"), property<&R::ClgEnteringWB>("F"),
+      property<&R::ClgLeavingDB>("F"), property<&R::ClgLeavingWB>("F"), property<&R::ClgSensibleHeatRatio>,
+      property<&R::ClgBypassFactor>, property<&R::ClgResultingRH>("%"), property<&R::ClgWaterFlow>("gpm"),
+      property<&R::ClgWaterRise>("F"), property<&R::ClgAreaPerTon>("ft2/ton"),
+      property<&R::ClgLoadPerArea>("Btu/(hr.ft2)"), property<&R::ClgAirflowPerArea>("CFM/ft2"),
+      property<&R::ClgAirflowPerTon>("CFM/ton"), property<&R::HtgOutdoorDB>("F"), property<&R::HtgOutdoorWB>("F"),
+      property<&R::HtgCoilLoad>(kLoad), property<&R::HtgCoilAirflow>(kFlow), property<&R::HtgEnteringDB>("F"),
+      property<&R::HtgLeavingDB>("F"), property<&R::HtgWaterFlow>("gpm"), property<&R::HtgWaterDrop>("F"),
+      property<&R::HtgLoadPerArea>("Btu/(hr.ft2)"), property<&R::PrecoolTotal>(kLoad),
+      property<&R::PrecoolSensible>(kLoad), property<&R::PrecoolAirflow>(kFlow), property<&R::PrecoolEnteringDB>("F"),
+      property<&R::PrecoolLeavingDB>("F"), property<&R::PrecoolWaterFlow>("gpm"), property<&R::PreheatLoad>(kLoad),
+      property<&R::PreheatAirflow>(kFlow), property<&R::PreheatEnteringDB>("F"), property<&R::PreheatLeavingDB>("F"),
+      property<&R::PreheatWaterFlow>("gpm"), property<&R::HumidifierLoad>(kLoad), property<&R::HumidifierFlow>("lb/hr"),
+      property<&R::SupplyFanAirflow>(kFlow), property<&R::SupplyFanStandardAirflow>(kFlow),
+      property<&R::SupplyFanBHP>("bhp"), property<&R::SupplyFanPower>("kW"), property<&R::SupplyFanStatic>("in. wg"),
+      property<&R::ReturnFanAirflow>(kFlow), property<&R::ReturnFanStandardAirflow>(kFlow),
+      property<&R::ReturnFanBHP>("bhp"), property<&R::ReturnFanPower>("kW"), property<&R::ReturnFanStatic>("in. wg"),
+      property<&R::VentAirflow>(kFlow), property<&R::VentPerArea>("CFM/ft2"), property<&R::VentPerPerson>("CFM/person"),
+      property<&R::FloorArea>("ft2"), property<&R::People>("people"));
+  return info;
+}
+
+const ClassInfo& ADL_DLAir::info() const {
+  using C = ADL_DLAir;
+  using R = SystemLoadsRecord;
+  static const ClassInfo info = describe_block<C>(
+      property<&R::ClgPeakMonth>, property<&R::ClgPeakHour>, property<&R::ClgOutdoorDB>("F"),
+      property<&R::ClgOutdoorWB>("F"), property<&R::ClgDetail>, property<&R::ClgSensible>(kLoad),
+      property<&R::ClgLatent>(kLoad), property<&R::ClgTotalSensible>(kLoad), property<&R::ClgTotalLatent>(kLoad),
+      property<&R::ClgCoilSensible>(kLoad), property<&R::ClgCoilLatent>(kLoad), property<&R::HtgOutdoorDB>("F"),
+      property<&R::HtgOutdoorWB>("F"), property<&R::HtgDetail>, property<&R::HtgSensible>(kLoad),
+      property<&R::HtgLatent>(kLoad), property<&R::HtgTotalSensible>(kLoad), property<&R::HtgTotalLatent>(kLoad),
+      property<&R::HtgCoilSensible>(kLoad), property<&R::HtgCoilLatent>(kLoad),
+      looked_up<&C::ComponentName, kLoadComponents>);
+  return info;
+}
+
+const ClassInfo& ADL_HourlyAirData::info() const {
+  using R = HourlyAirRecord;
+  static const ClassInfo info = describe_block<ADL_HourlyAirData>(
+      property<&R::CentCoolTot>(kLoad), property<&R::CentCoolSens>(kLoad), property<&R::CentHeat>(kLoad),
+      property<&R::PreCool>(kLoad), property<&R::PreHeat>(kLoad), property<&R::TermCool>(kLoad),
+      property<&R::TermHeat>(kLoad), property<&R::ZoneHeat>(kLoad), property<&R::AirFlow>(kFlow));
+  return info;
+}
+
+namespace {
+
+const Bounds& hourly_bounds(int dimension) {
+  if (dimension < 1 || dimension > 2) subscript_out_of_range(dimension, 2);
+  using Hours = decltype(HourlyAirTable::Hours);
+  return Hours::bounds[static_cast<size_t>(2 - dimension)];  // in memory the hour comes first
+}
+
+}  // namespace
+
+int16_t ADL_HLAir::LowerBound(int16_t dimension) const { return static_cast<int16_t>(hourly_bounds(dimension).first); }
+int16_t ADL_HLAir::UpperBound(int16_t dimension) const { return static_cast<int16_t>(hourly_bounds(dimension).last); }
+
+const ClassInfo& ADL_HLAir::info() const {
+  using C = ADL_HLAir;
+  using R = HourlyAirRecord;
+  constexpr auto kHours = &HourlyAirTable::Hours;
+  static const ClassInfo info = describe_block<C>(
+      method<&C::HourlyAir>("nMonth", "nHour"), method<&C::LowerBound>("nDimension"),
+      method<&C::UpperBound>("nDimension"), column<kHours, &R::CentCoolTot>(kLoad),
+      column<kHours, &R::CentCoolSens>(kLoad), column<kHours, &R::CentHeat>(kLoad), column<kHours, &R::PreCool>(kLoad),
+      column<kHours, &R::PreHeat>(kLoad), column<kHours, &R::TermCool>(kLoad), column<kHours, &R::TermHeat>(kLoad),
+      column<kHours, &R::ZoneHeat>(kLoad), column<kHours, &R::AirFlow>(kFlow));
+  return info;
+}
+
+std::string ADL_SysPsychro::PointName(int point) const {
+  if (point < 1 || point > kAirPoints) subscript_out_of_range(point, kAirPoints);
+  return std::string(text_of(labels<ADL_AirPoints>, point));
+}
+
+const ClassInfo& ADL_SysPsychro::info() const {
+  using R = PsychroRecord;
+  static const ClassInfo info = describe_block<ADL_SysPsychro>(
+      property<&R::DryBulb>("F"), property<&R::HumidityRatio>("lb/lb"), property<&R::Airflow>(kFlow),
+      property<&R::SensibleChange>(kLoad), property<&R::LatentChange>(kLoad),
+      looked_up<&ADL_SysPsychro::PointName, kAirPoints>);
+  return info;
+}
+
+void ADL_SPAir::add_spans(Spans& all) {
+  RecordBlock::add_spans(all);
+  SPAirHtg.add_spans(all);
+}
+
+const ClassInfo& ADL_SPAir::info() const {
+  using C = ADL_SPAir;
+  using R = PsychroRecord;
+  constexpr auto kHours = &PsychroTable::Hours;
+  static const ClassInfo info =
+      describe_block<C>(method<&C::SPAirClg>("nMonth", "nHour"), owned<&C::SPAirHtg>, column<kHours, &R::DryBulb>("F"),
+                        column<kHours, &R::HumidityRatio>("lb/lb"), column<kHours, &R::Airflow>(kFlow),
+                        column<kHours, &R::SensibleChange>(kLoad), column<kHours, &R::LatentChange>(kLoad));
+  return info;
+}
+
+}  // namespace tarn

@@ -1,0 +1,147 @@
+#include "results/zone_results.h"
+
+namespace tarn {
+namespace {
+
+constexpr const char* kLoad = "Btu/hr";
+constexpr const char* kFlow = "CFM";
+
+}  // namespace
+
+const ClassInfo& ADL_TerminalSizing::info() const {
+  using R = TerminalSizingRecord;
+  static const ClassInfo info = describe_block<ADL_TerminalSizing>(
+      property<&R::PeakMonth>, property<&R::PeakHour>, property<&R::PeakSensible>(kLoad),
+      property<&R::PeakTotal>(kLoad), property<&R::HeatingLoad>(kLoad), property<&R::DesignAirflow>(kFlow),
+      property<&R::MinAirflow>(kFlow), property<&R::AirflowPerArea>("CFM/ft2"), property<&R::VentAirflow>(kFlow),
+      property<&R::FloorArea>("ft2"), property<&R::People>("people"), property<&R::TermType>,
+      property<&R::ReheatCoilLoad>(kLoad), property<&R::ReheatCoilFlow>("gpm"), property<&R::CoolCoilTotal>(kLoad),
+      property<&R::CoolCoilSensible>(kLoad), property<&R::CoolCoilFlow>("gpm"), property<&R::CoolCoilEnteringDB>("F"),
+      property<&R::CoolCoilEnteringWB>("F"), property<&R::CoolCoilLeavingDB>("F"), property<&R::CoolCoilLeavingWB>("F"),
+      property<&R::HeatCoilLoad>(kLoad), property<&R::HeatCoilFlow>("gpm"), property<&R::HeatCoilEnteringDB>("F"),
+      property<&R::HeatCoilLeavingDB>("F"), property<&R::TermFanAirflow>(kFlow), property<&R::TermFanBHP>("bhp"),
+      property<&R::TermFanPower>("kW"), property<&R::HeatUnitType>, property<&R::HeatUnitLoad>(kLoad),
+      property<&R::HeatUnitFlow>("gpm"), property<&R::HeatUnitFanAirflow>(kFlow));
+  return info;
+}
+
+const ClassInfo& ADL_TSZone::info() const {
+  static const ClassInfo info = describe_block<ADL_TSZone>(owned<&ADL_TSZone::TerminalSizing>);
+  return info;
+}
+
+const ClassInfo& ADL_HourlyZoneData::info() const {
+  using R = ZoneHourRecord;
+  static const ClassInfo info = describe_block<ADL_HourlyZoneData>(
+      property<&R::OutdoorDB>("F"), property<&R::ZoneDB>("F"), property<&R::ZoneRH>("%"),
+      property<&R::ZoneSensible>(kLoad), property<&R::ZoneConditioning>(kLoad), property<&R::TermCool>(kLoad),
+      property<&R::TermHeat>(kLoad), property<&R::ZoneHeat>(kLoad), property<&R::AirFlow>(kFlow));
+  return info;
+}
+
+void ADL_HLZone::add_spans(Spans& all) {
+  RecordBlock::add_spans(all);
+  HLZoneHtg.add_spans(all);
+}
+
+const ClassInfo& ADL_HLZone::info() const {
+  using C = ADL_HLZone;
+  using R = ZoneHourRecord;
+  constexpr auto kHours = &ZoneHourTable::Hours;
+  static const ClassInfo info = describe_block<C>(
+      method<&C::HLZoneClg>("nMonth", "nHour"), owned<&C::HLZoneHtg>, column<kHours, &R::OutdoorDB>("F"),
+      column<kHours, &R::ZoneDB>("F"), column<kHours, &R::ZoneRH>("%"), column<kHours, &R::ZoneSensible>(kLoad),
+      column<kHours, &R::ZoneConditioning>(kLoad), column<kHours, &R::TermCool>(kLoad),
+      column<kHours, &R::TermHeat>(kLoad), column<kHours, &R::ZoneHeat>(kLoad), column<kHours, &R::AirFlow>(kFlow));
+  return info;
+}
+
+namespace {
+
+template <typename C>
+ClassInfo describe_zone_loads() {
+  using R = ZoneLoadsRecord;
+  return describe_block<C>(property<&R::Sensible>(kLoad), property<&R::Latent>(kLoad),
+                           property<&R::TotalSensible>(kLoad), property<&R::TotalLatent>(kLoad),
+                           looked_up<&C::ComponentName, kLoadComponents>);
+}
+
+}  // namespace
+
+const ClassInfo& ADL_CoolingLoads::info() const {
+  static const ClassInfo info = describe_zone_loads<ADL_CoolingLoads>();
+  return info;
+}
+
+const ClassInfo& ADL_HeatingLoads::info() const {
+  static const ClassInfo info = describe_zone_loads<ADL_HeatingLoads>();
+  return info;
+}
+
+const ClassInfo& ADL_LoadDetails::info() const {
+  using C = ADL_LoadDetails;
+  using R = LoadDetailsRecord;
+  static const ClassInfo info = describe_block<C>(
+      property<&R::PeakMonth>, property<&R::PeakHour>, property<&R::ClgOutdoorDB>("F"), property<&R::ClgOutdoorWB>("F"),
+      property<&R::ClgThermostat>("F"), property<&R::HtgOutdoorDB>("F"), property<&R::HtgOutdoorWB>("F"),
+      property<&R::HtgThermostat>("F"), property<&R::FloorArea>("ft2"), property<&R::People>("people"),
+      property<&R::ClgDetail>, property<&R::HtgDetail>, looked_up<&C::ComponentName, kLoadComponents>);
+  return info;
+}
+
+const ClassInfo& ADL_SpaceLoads::info() const {
+  using C = ADL_SpaceLoads;
+  using R = SpaceLoadsRecord;
+  static const ClassInfo info = describe_block<C>(
+      property<&R::SpaceID>, property<&R::Name>.trimmed(), property<&R::Multiplier>, property<&R::FloorArea>("ft2"),
+      property<&R::People>("people"), property<&R::Airflow>(kFlow), property<&R::PeakMonth>, property<&R::PeakHour>,
+      property<&R::ClgDetail>, property<&R::ClgSensible>(kLoad), property<&R::ClgLatent>(kLoad),
+      property<&R::HtgDetail>, property<&R::HtgLoad>(kLoad), property<&R::ClgTotalSensible>(kLoad),
+      property<&R::ClgTotalLatent>(kLoad), property<&R::HtgTotal>(kLoad),
+      looked_up<&C::ComponentName, kLoadComponents>);
+  return info;
+}
+
+Ptr<ADL_SpaceLoads> ADL_DLZone::DLSpace(int16_t nIndex) const {
+  const auto count = static_cast<int>(spaces_.size());
+  if (nIndex < 1 || nIndex > count) subscript_out_of_range(nIndex, count);
+  return spaces_[static_cast<size_t>(nIndex) - 1];
+}
+
+void ADL_DLZone::resize_spaces(int count) {
+  spaces_.resize(static_cast<size_t>(count));
+  list_->clear();
+  for (auto& space : spaces_) {
+    if (!space) space = std::make_shared<ADL_SpaceLoads>();
+    list_->add(std::static_pointer_cast<Object>(space));
+  }
+}
+
+void ADL_DLZone::add_spans(Spans& all) {
+  RecordBlock::add_spans(all);
+  HeatingLoads.add_spans(all);
+  LoadDetails.add_spans(all);
+  for (const auto& space : spaces_) space->add_spans(all);
+}
+
+void ADL_DLZone::fit(const ResultBlock& other) {
+  resize_spaces(static_cast<int>(static_cast<const ADL_DLZone&>(other).spaces_.size()));
+}
+
+void ADL_DLZone::dump_rest(std::string& text) const {
+  for (size_t i = 0; i < spaces_.size(); ++i) text += "DLSpace(" + std::to_string(i + 1) + "): " + spaces_[i]->Dump();
+}
+
+const ClassInfo& ADL_DLZone::info() const {
+  using C = ADL_DLZone;
+  using R = ZoneLoadsRecord;
+  constexpr auto kHours = &ZoneLoadsTable::Hours;
+  static const ClassInfo info =
+      describe_block<C>(method<&C::CoolingLoads>("nMonth", "nHour"), owned<&C::HeatingLoads>, owned<&C::LoadDetails>,
+                        property<&C::DLSpaces>, method<&C::DLSpace>("nIndex"), column<kHours, &R::Sensible>(kLoad),
+                        column<kHours, &R::Latent>(kLoad), column<kHours, &R::TotalSensible>(kLoad),
+                        column<kHours, &R::TotalLatent>(kLoad));
+  return info;
+}
+
+}  // namespace tarn
