@@ -1,6 +1,6 @@
 // The results of a large system - 100 zones of 50 spaces each - beside the same records in plain structs, which are
 // filled by vectored reads of the whole file, and written by vectored writes to a new file that takes the old one's
-// place once it is on the disk.
+// place once it is on the disk, and its name too.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
@@ -46,6 +46,9 @@ class PlainResults {
     require(::fsync(file) == 0);
     ::close(file);
     require(::rename(fresh.c_str(), path_.c_str()) == 0);
+    const int folder = ::open(std::filesystem::path(path_).parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    require(::fsync(folder) == 0);
+    ::close(folder);
   }
 
  private:
