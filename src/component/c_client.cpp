@@ -146,8 +146,8 @@ tarn_status tarn_query(tarn_object* database, const char* sql, const tarn_value*
 
 tarn_status tarn_open_file(const char* path, int32_t write, int16_t* number) {
   return guarded(thread_error, [&] {
-    const OpenMode mode = write != 0 ? OpenMode::Create : OpenMode::Read;
-    required(number) = BinaryFiles::of_thread().open(required_text(path), mode);
+    int16_t& place = required(number);
+    place = BinaryFiles::of_thread().open(required_text(path), write != 0 ? OpenMode::Create : OpenMode::Read);
   });
 }
 

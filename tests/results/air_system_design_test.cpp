@@ -127,13 +127,18 @@ TEST_F(AirSystemDesignTest, BlocksFollowEachOtherAndComeBack) {
   EXPECT_EQ(bytes_of(folder / "JOBD05.DAT"), expected) << "also over a longer file";
   EXPECT_EQ(design->size_in_file(), expected.size());
 
-  const auto again = design_of({1, 2});
+  auto again = design_of({1, 2});
   const auto view = again->HLAir.HourlyAir(Months::July, 15);
   again->Load();
   again->Save(300);
   EXPECT_EQ(bytes_of(folder / "JOBD12C.DAT"), expected);
   EXPECT_EQ(std::memcmp(&**view, &design->HLAir.at(Months::July, 15), sizeof(HourlyAirRecord)), 0)
       << "a view sees what is loaded";
+  const float of_view = (*view)->AirFlow;
+  const std::weak_ptr<Object> watched = again;
+  again.reset();
+  EXPECT_FALSE(watched.expired()) << "a view keeps the design alive";
+  EXPECT_EQ(std::memcmp(&of_view, &(*view)->AirFlow, sizeof of_view), 0);
   EXPECT_TRUE(log.messages.empty() && log.errors.empty());
 
   const std::string text = design->Dump();
