@@ -64,6 +64,7 @@ int number_of(const std::string& word);
 int run_project(const Call& call);
 int run_kind(const Call& call);
 int run_weather(const Call& call);
+int run_results(const Call& call);
 int run_describe(const Call& call);
 
 }  // namespace tarn::cli
