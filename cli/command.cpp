@@ -1,10 +1,13 @@
 #include "cli/command.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 
+#include "base/error.h"
 #include "platform/host.h"
 
 namespace tarn::cli {
@@ -80,28 +83,63 @@ void print_cell(const std::string& text, size_t width, bool right) {
 
 }  // namespace
 
-void print_table(const std::vector<std::string>& heads, const std::vector<std::vector<Json>>& rows) {
+void print_table(const std::vector<std::string>& heads, const std::vector<std::vector<Json>>& rows,
+                 std::string_view sides) {
   std::vector<size_t> widths;
   for (const std::string& head : heads) widths.push_back(columns_of(head));
   for (const auto& row : rows) {
     for (size_t c = 0; c < row.size(); ++c) widths[c] = std::max(widths[c], columns_of(shown(row[c])));
   }
-  const auto line = [&](const auto& cells, const auto& is_number) {
+  const auto& sample = rows.empty() ? std::vector<Json>(heads.size()) : rows.front();
+  const auto right = [&](size_t c) { return sides.empty() ? sample[c].is_number() : sides[c] == 'r'; };
+  const auto line = [&](const auto& cells) {
     for (size_t c = 0; c < cells.size(); ++c) {
-      print_cell(cells[c], widths[c], is_number(c));
+      print_cell(cells[c], widths[c], right(c));
       std::cout << (c + 1 < cells.size() ? "  " : "\n");
     }
   };
-  const auto& sample = rows.empty() ? std::vector<Json>(heads.size()) : rows.front();
-  const auto number = [&](size_t c) { return sample[c].is_number(); };
-  line(heads, number);
+  line(heads);
   for (const auto& row : rows) {
     std::vector<std::string> cells;
     for (const Json& value : row) cells.push_back(shown(value));
-    line(cells, number);
+    line(cells);
   }
 }
 
 void print_json(const Json& json) { std::cout << json.dump(2) << '\n'; }
+
+void save_picture(const Call& call, const std::string& picture) {
+  std::ofstream out(call.svg, std::ios::binary);
+  if (!(out << picture).flush()) fail(ErrorNumber::DeviceError, "Cannot write " + call.svg + ".");
+  if (!call.json) std::cout << "\nmade " << call.svg << '\n';
+}
+
+std::optional<int64_t> nearest_index(Database& database, const std::string& table, int index) {
+  auto nearest =
+      database.OpenRecordset("SELECT nIndex FROM " + table + " ORDER BY abs(nIndex - ?) LIMIT 1", {cell(index)});
+  if (nearest.AtEof()) return std::nullopt;
+  return nearest.Fields("nIndex").integer();
+}
+
+int number_of(const std::string& word) {
+  int number = 0;
+  const auto [end, failed] = std::from_chars(word.data(), word.data() + word.size(), number);
+  if (failed != std::errc() || end != word.data() + word.size())
+    throw UsageError("\"" + word + "\" is no index; give a number.");
+  return number;
+}
+
+int16_t index_of(const Call& call, Database& database, const Indexed& rows) {
+  if (call.words.empty())
+    throw UsageError("Which " + rows.one + "? Give its index: tarn " + call.group + " " + call.verb + " N");
+  const int index = number_of(call.words.front());
+  const auto nearest = nearest_index(database, rows.table, index);
+  if (!nearest) throw UsageError("The project has no " + rows.many + " yet.");
+  if (*nearest != index) {
+    throw UsageError("There is no " + rows.one + " " + call.words.front() + "; the nearest is " +
+                     std::to_string(*nearest) + ".");
+  }
+  return static_cast<int16_t>(index);
+}
 
 }  // namespace tarn::cli

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/database.h"
@@ -40,13 +42,29 @@ Ptr<Database> open_project(COM_ProjectData& project, const Call& call, Use use);
 /// A number as a person reads it, six digits.
 std::string shown(const Json& value);
 
-/// Rows of texts in aligned columns; numbers to the right.
-void print_table(const std::vector<std::string>& heads, const std::vector<std::vector<Json>>& rows);
+/// Rows of texts in aligned columns; to the right those whose letter in `sides` is 'r', without letters the numbers.
+void print_table(const std::vector<std::string>& heads, const std::vector<std::vector<Json>>& rows,
+                 std::string_view sides = {});
 void print_json(const Json& json);
+
+/// Writes the picture that --svg asks for.
+void save_picture(const Call& call, const std::string& picture);
+
+/// How messages call the rows of an index table: "air system" and "air-systems".
+struct Indexed {
+  std::string table, one, many;
+};
+/// The index behind the verb; a row has it, or the nearest that has one is named.
+int16_t index_of(const Call& call, Database& database, const Indexed& rows);
+/// Of the rows of an index table, none for an empty one.
+std::optional<int64_t> nearest_index(Database& database, const std::string& table, int index);
+/// A word that is a number. Error `UsageError`.
+int number_of(const std::string& word);
 
 int run_project(const Call& call);
 int run_kind(const Call& call);
 int run_weather(const Call& call);
+int run_results(const Call& call);
 int run_describe(const Call& call);
 
 }  // namespace tarn::cli

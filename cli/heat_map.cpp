@@ -4,12 +4,16 @@
 #include <functional>
 #include <vector>
 
+#include "cli/svg.h"
 #include "cli/weather_pictures.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
 
 namespace tarn::cli {
 namespace {
+
+using svg::label;
+using svg::number;
 
 constexpr double kDayWidth = 2.4, kHourHeight = 7;
 constexpr double kLeft = 64, kTop = 74, kPanelGap = 62;
@@ -31,12 +35,6 @@ const Ramp kHumidity{{247, 252, 240}, {224, 243, 219}, {204, 235, 197}, {168, 22
 const Ramp kSolar{{20, 20, 40},   {66, 10, 104},  {147, 38, 103}, {188, 55, 84},  {221, 81, 58},
                   {243, 120, 25}, {252, 165, 10}, {246, 215, 70}, {252, 255, 164}};
 
-std::string number(double value, int decimals = 1) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%.*f", decimals, value);
-  return text;
-}
-
 std::string color_of(const Ramp& ramp, double share) {
   const double at = share * static_cast<double>(ramp.size() - 1);
   const auto low = std::min(static_cast<size_t>(at), ramp.size() - 2);
@@ -57,10 +55,6 @@ struct Panel {
   std::function<double(int day, int hour)> value;  // NaN for a missing one
   std::function<double(double)> si;
 };
-
-std::string label(double x, double y, const std::string& text, const char* more = "") {
-  return "<text x=\"" + number(x) + "\" y=\"" + number(y) + "\" " + more + ">" + text + "</text>\n";
-}
 
 size_t shade_of(const Panel& panel, double value) {
   const double share = (value - panel.least) / (panel.most - panel.least);
@@ -167,19 +161,6 @@ Panel panel_of(std::string title, std::string unit, std::string si_unit, const R
           decimals,         si_decimals,     std::move(value),   std::move(si)};
 }
 
-std::string escaped(const std::string& text) {
-  std::string out;
-  for (const char c : text) {
-    if (c == '&')
-      out += "&amp;";
-    else if (c == '<')
-      out += "&lt;";
-    else if (static_cast<unsigned char>(c) >= 0x20)
-      out += c;
-  }
-  return out;
-}
-
 }  // namespace
 
 std::string heat_map(const HW1ReaderWriter& year) {
@@ -200,26 +181,18 @@ std::string heat_map(const HW1ReaderWriter& year) {
                               "Diffuse solar on the horizontal", "Btu/hr.ft\u00B2", "W/m\u00B2", kSolar, 25, 0, 0,
                               [&](int d, int h) { return known(year.Day(d).IDIFF(h)); }, watts)};
   const double height = kTop + panels.size() * (kHigh + kPanelGap);
-  std::string out = "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " + number(kPageWidth, 0) + " " +
-                    number(height, 0) + "\" width=\"" + number(kPageWidth, 0) + "\" height=\"" + number(height, 0) +
-                    "\" font-family=\"Helvetica, Arial, sans-serif\" font-size=\"12\">\n<rect width=\"100%\" "
-                    "height=\"100%\" fill=\"#fff\"/>\n";
-  const std::string place = escaped(year.CityName.trimmed() + ", " + year.LocationName.trimmed());
-  out += "<title>" + place + ": a year of hourly weather</title>\n";
-  out += label(kLeft, 26, place, "font-size=\"18\" font-weight=\"bold\"");
-  out += label(kLeft, 44,
-               escaped("latitude " + number(year.Latitude, 2) + ", longitude " + number(year.Longitude, 2) + ", " +
-                       number(year.Elevation, 0) + " ft (" + number(year.Elevation * 0.3048, 0) + " m); " +
-                       year.DataSource.trimmed() +
-                       "; each column a day, hours of local standard time upwards; grey is "
-                       "missing"),
-               "fill=\"#666\"");
+  const std::string place = year.CityName.trimmed() + ", " + year.LocationName.trimmed();
+  const std::string site = "latitude " + number(year.Latitude, 2) + ", longitude " + number(year.Longitude, 2) + ", " +
+                           number(year.Elevation, 0) + " ft (" + number(year.Elevation * 0.3048, 0) + " m); " +
+                           year.DataSource.trimmed() +
+                           "; each column a day, hours of local standard time upwards; grey is missing";
+  std::string content;
   double top = kTop;
   for (const Panel& panel : panels) {
-    out += drawn(panel, top);
+    content += drawn(panel, top);
     top += kHigh + kPanelGap;
   }
-  return out + "</svg>\n";
+  return svg::page(kPageWidth, height, kLeft, place + ": a year of hourly weather", place, site, content);
 }
 
 }  // namespace tarn::cli

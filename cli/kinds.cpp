@@ -51,33 +51,6 @@ int list(const Call& call, Database& database, const StoredEntity& entity) {
   return kClean;
 }
 
-/// Of the rows of an index table, none for an empty one.
-std::optional<int64_t> nearest_index(Database& database, const std::string& table, int index) {
-  auto nearest =
-      database.OpenRecordset("SELECT nIndex FROM " + table + " ORDER BY abs(nIndex - ?) LIMIT 1", {cell(index)});
-  if (nearest.AtEof()) return std::nullopt;
-  return nearest.Fields("nIndex").integer();
-}
-
-/// The index behind the verb; an entity of it exists, or the nearest is named.
-int16_t index_of(const Call& call, Database& database, const StoredEntity& entity, const EntityKind& kind) {
-  if (call.words.empty())
-    throw UsageError("Which " + std::string(kind.one) + "? Give its index: tarn " + call.group + " " + call.verb +
-                     " N");
-  const std::string& word = call.words.front();
-  int index = 0;
-  const auto [end, failed] = std::from_chars(word.data(), word.data() + word.size(), index);
-  if (failed != std::errc() || end != word.data() + word.size())
-    throw UsageError("\"" + word + "\" is no index; give a number.");
-  const auto nearest = nearest_index(database, std::string(entity.kind().index_table), index);
-  if (!nearest) throw UsageError("The project has no " + call.group + " yet.");
-  if (*nearest != index) {
-    throw UsageError("There is no " + std::string(kind.one) + " " + word + "; the nearest is " +
-                     std::to_string(*nearest) + ".");
-  }
-  return static_cast<int16_t>(index);
-}
-
 int show(const Call& call, Database& database, StoredEntity& entity) {
   if (call.json) {
     Json json{{"class", std::string(entity.info().name)}, {"index", entity.Index}};
@@ -308,7 +281,8 @@ int run_kind(const Call& call) {
     return saved(call, *entity, kind, "made");
   }
   if (call.verb == "import") return import_one(call, *entity, kind);
-  const int16_t index = index_of(call, *database, *entity, kind);
+  const int16_t index = index_of(
+      call, *database, {std::string(entity->kind().index_table), std::string(kind.one), std::string(kind.group)});
   const std::vector<std::string> rest(call.words.begin() + 1, call.words.end());
   if (call.verb == "clone") {
     entity->Load(index);

@@ -47,14 +47,17 @@ void check_extras(const Call& call) {
   const auto most = [&]() -> size_t {
     if (call.group == "describe" || call.verb == "list" || call.verb == "info") return 0;
     if (call.group == "project") return call.verb == "new" ? 0 : call.verb == "import" ? 1 : SIZE_MAX;
+    if (call.group == "results") return 2;
     return call.group == "weather" || call.verb == "show" || call.verb == "delete" ? 1 : SIZE_MAX;
   }();
   if (call.words.size() > most) throw UsageError("\"" + call.words[most] + "\" is one word too many.");
   if (!call.type.empty() && call.verb != "new") throw UsageError("--type goes with new.");
   if (!call.output.empty() && call.verb != "export" && !(call.group == "weather" && call.verb == "import"))
     throw UsageError("--output goes with project export and weather import.");
-  if (!call.svg.empty() && !(call.group == "weather" && call.verb == "show"))
-    throw UsageError("--svg goes with weather show.");
+  if (!call.svg.empty() && !((call.group == "weather" || call.group == "results") && call.verb == "show"))
+    throw UsageError("--svg goes with weather show and results show.");
+  if (!call.svg.empty() && call.group == "results" && call.words.size() > 1)
+    throw UsageError("--svg shows an air system; leave the zone out.");
 }
 
 /// Files and databases; everything else that fails is a mistake in the call.
@@ -75,6 +78,7 @@ int dispatch(const Call& call, const std::vector<Group>& all) {
   check_word(
       call.verb, group.verbs, [](const auto& v) -> std::string_view { return v.first; }, "verb of " + call.group);
   if (call.group == "weather") return run_weather(call);
+  if (call.group == "results") return run_results(call);
   return call.group == "project" ? run_project(call) : run_kind(call);
 }
 

@@ -1,7 +1,6 @@
 // weather import, check and show: hourly weather files, and years of other programs.
 
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 
 #include "cli/command.h"
@@ -152,10 +151,7 @@ int show_verb(const Call& call) {
     show_statistics(statistics);
     show_month_chart(statistics);
   }
-  if (call.svg.empty()) return kClean;
-  std::ofstream out(call.svg, std::ios::binary);
-  if (!(out << heat_map(read.year)).flush()) fail(ErrorNumber::DeviceError, "Cannot write " + call.svg + ".");
-  if (!call.json) std::cout << "\nmade " << call.svg << '\n';
+  if (!call.svg.empty()) save_picture(call, heat_map(read.year));
   return kClean;
 }
 

@@ -33,6 +33,12 @@ std::vector<Group> all_groups() {
        {{"import", "FILE: an EPW, TMY3 or TMY2 year becomes the project's weather, or with --output an hourly file"},
         {"check", "[FILE]: whether the file is valid, and what cannot be right in its hours"},
         {"show", "[FILE]: site, statistics and a chart by month; --svg PICTURE for a heat map of the year"}}});
+  all.push_back({"results",
+                 "what the design calculation found for the air systems",
+                 {{"list", "the air systems that have design results"},
+                  {"show",
+                   "N [ZONE]: sizes, loads and the air's way through air system N, or the loads of one of its zones; "
+                   "--svg PICTURE for load profile and psychrometric chart"}}});
   Group describe{"describe", "[CLASS]: the members of the classes", {}};
   for (const ClassEntry& entry : class_list()) describe.verbs.emplace_back(entry.info().name, "");
   all.push_back(std::move(describe));
