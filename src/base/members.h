@@ -88,6 +88,7 @@ struct Member {
   size_t place_of(Subscripts at) const;
   bool is_part() const { return part_count != nullptr; }
   bool in_row = false;  // kept in the index row alone
+  bool ruled = false;   // a rule of the class stands before the field, so that its place may be refused
   bool stored() const { return offset >= 0; }
   /// Part of what an entity is, in an exchange.
   bool exchanged() const { return stored() || in_row; }

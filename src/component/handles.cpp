@@ -56,8 +56,8 @@ void add_slot(Table& t) {
 }
 
 bool is_direct(const Member& member) {
-  return member.place && !member.elsewhere && member.bounds.empty() && member.type >= ValueType::Boolean &&
-         member.type <= ValueType::Real64;
+  return member.place && !member.elsewhere && !member.ruled && member.bounds.empty() &&
+         member.type >= ValueType::Boolean && member.type <= ValueType::Real64;
 }
 
 /// Where the plain fields of a class lie, found on the first of its objects.

@@ -5,6 +5,7 @@
 #include "base/by_name.h"
 #include "building/building.h"
 #include "component/defaults.h"
+#include "component/tarn.h"
 #include "spaces/schedule.h"
 #include "support/temp_project.h"
 
@@ -114,6 +115,33 @@ TEST_F(UtilityRateTest, NothingButTheWiringWorksBeforeTheTypeIsKnown) {
     EXPECT_NE(said.substr(0, 5), "3001 ") << use;
     const bool may_fail = use == "RateType" || use == "RateStyle" || use == "SetDBHandle";
     EXPECT_TRUE(said.empty() || said.starts_with("9 ") || may_fail) << use << ": " << said;
+  }
+}
+
+TEST(UtilityRateHandles, TheGuardStandsBeforeEveryReadInPlace) {
+  for (int made = 0; made < 2; ++made) {  // the second one when the fields of the class are known
+    tarn_object* rate = nullptr;
+    ASSERT_EQ(tarn_create("URT_UtilityRate", &rate), TARN_OK);
+    tarn_value value{};
+    int16_t seasons[12]{};
+    const int32_t season = tarn_member_number(rate, "Season");
+    const std::pair<const char*, tarn_status> calls[]{
+        {"FlatRate", tarn_get_by_name(rate, "FlatRate", nullptr, 0, &value)},
+        {"TODSchedule", tarn_get(rate, tarn_member_number(rate, "TODSchedule"), nullptr, 0, &value)},
+        {"Index", tarn_get_by_name(rate, "Index", nullptr, 0, &value)},
+        {"Season", tarn_get_block(rate, season, seasons, sizeof seasons)},
+        {"Season", tarn_let_block(rate, season, seasons, sizeof seasons)}};
+    for (const auto& [name, status] : calls) EXPECT_EQ(status, TARN_ERROR) << name;
+    const char *source = nullptr, *description = nullptr;
+    EXPECT_EQ(tarn_last_error(rate, &source, &description), 3001);
+    EXPECT_EQ(source + std::string(": ") + description, std::string("URT_UtilityRate.Season: ") + kUndefined);
+    value.type = TARN_INT16;
+    value.as.i2 = 1;
+    EXPECT_EQ(tarn_let_by_name(rate, "RateType", nullptr, 0, &value), TARN_OK);
+    EXPECT_EQ(tarn_get_by_name(rate, "FlatRate", nullptr, 0, &value), TARN_OK);
+    EXPECT_EQ(value.type, TARN_REAL64);
+    EXPECT_EQ(tarn_get_block(rate, season, seasons, sizeof seasons), TARN_OK);
+    tarn_release(rate);
   }
 }
 

@@ -137,6 +137,11 @@ class TestObjects(ProjectCase):
         loaded.Load(8, 1)
         self.assertEqual(loaded.GetBuildingProfile(3).Power[:], year)
         self.assertEqual(set(loaded.GetBuildingProfile(4).Power[:]), {0})
+        rate = tarn.URT_UtilityRate()
+        for refused in (lambda: rate.Season[:], lambda: rate.Season[13], lambda: rate.Save()):
+            with self.assertRaises(tarn.Error) as caught:
+                refused()
+            self.assertEqual(caught.exception.number, 3001)
 
     def test_a_lookup_in_another_database_stays_outside_the_transaction(self):
         other = str(pathlib.Path(self.folder.name) / "codes.mdb")
