@@ -106,6 +106,7 @@ TEST_F(UtilityRateTest, NothingButTheWiringWorksBeforeTheTypeIsKnown) {
   EXPECT_EQ(test::bytes_of(project.ElecRateFilename()), file);
   EXPECT_EQ(static_cast<StoredEntity&>(*rate).Index, 0);
   EXPECT_EQ(std::get<int16_t>(get_property(*rate, "RateType")), -1);
+  EXPECT_EQ(thrown([&] { rate->SaveDefault(); }), std::string("3001 : ") + kUndefined);
   EXPECT_EQ(thrown([&] { (*rate)->Season(0) = 1; }), std::string("3001 : ") + kUndefined) << "before the bounds";
 
   rate->SetRateType(URT_RateTypes::TD_ELECTRIC);
@@ -240,6 +241,13 @@ TEST_F(UtilityRateTest, RecordsThatAreNotWhatTheyShouldBe) {
   found->Save();
   EXPECT_EQ(test::bytes_of(project.FuelRateFilename())[900 + 37], 1);
   EXPECT_EQ(loaded(true, 1)->Clone(1)->RateType(), URT_RateTypes::TD_FUEL);
+
+  found->info().find("RateType").let_stored(*found, {}, int16_t{0});  // as an exchange may bring it
+  file = test::bytes_of(project.FuelRateFilename());
+  EXPECT_EQ(thrown([&] { found->Save(); }),
+            "5 : RateType 0 is not that of the FuelRate that it is given to, 1, and cannot change.");
+  EXPECT_EQ(test::error_number([&] { found->SaveDefault(); }), 5);
+  EXPECT_EQ(test::bytes_of(project.FuelRateFilename()), file);
 }
 
 TEST_F(UtilityRateTest, DefaultsTellWhatARateIs) {
