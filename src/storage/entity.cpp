@@ -19,7 +19,7 @@ Database& StoredEntity::database() const {
 
 const std::string& StoredEntity::file_name() const {
   if (FileName.empty()) {
-    fail(ErrorNumber::FileNotFound, "The " + std::string(kind().class_name) + " has no record file; set its FileName.");
+    fail(ErrorNumber::FileNotFound, "The " + std::string(info().name) + " has no record file; set its FileName.");
   }
   return FileName;
 }

@@ -276,6 +276,8 @@ TEST_F(UtilityRateTest, DefaultsTellWhatARateIs) {
   auto open = untyped();
   EXPECT_EQ(test::error_number([&] { open->CreateDefault(); }), test::number(ErrorNumber::UnknownFormat)) << "no type";
   EXPECT_EQ(open->RateType(), URT_RateTypes::TD_UNDEFINED);
+  open->FileName.clear();
+  EXPECT_EQ(thrown([&] { open->CreateDefault(); }), "53 : The URT_UtilityRate has no record file; set its FileName.");
 }
 
 TEST_F(UtilityRateTest, TheTimeOfDayScheduleIsLinkedWhileItIsInUse) {
