@@ -67,6 +67,7 @@ void SectionedEntity::read_sections(const std::string& path, const std::function
       check_counts(path);
       inputs_read();
     }
+    if (keeps(section)) continue;
     const bool there = selected(section) && size >= ends[section];
     make_room(section, header, there);
     if (section == 0 && there)

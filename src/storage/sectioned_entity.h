@@ -44,6 +44,8 @@ class SectionedEntity : public StoredEntity {
   /// Sections from this one on are results, which are there or not; those before it are the inputs.
   virtual size_t first_result() const = 0;
   virtual bool selected(size_t section) const = 0;
+  /// Whether a section of results that is not selected stays as the object has it.
+  virtual bool keeps(size_t /*section*/) const { return false; }
   /// Makes room for the records of a section of the file with this header, or for none.
   virtual void make_room(size_t /*section*/, std::span<const std::byte> /*header*/, bool /*there*/) {}
   /// What there is to say of a file that is not there.

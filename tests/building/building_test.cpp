@@ -170,6 +170,32 @@ TEST_F(BuildingTest, TheMaskSaysWhichSectionsAreReadAndWritten) {
   }
 }
 
+TEST_F(BuildingTest, SectionsMayBeLoadedOneAfterTheOther) {
+  add_library();
+  full_building("B")->Save(FS_ALL);
+  full_building("C")->Save(FS_STANDARD);
+  auto building = loaded(1, FS_STANDARD);
+  building->Load(FS_SIMRESULTS, 1);
+  building->Load(FS_POWERPROFILE, 1);
+  building->Load(FS_HEADERONLY, 1);
+  EXPECT_EQ(uses(*building), "1721111");
+  EXPECT_EQ(building->GetBuildingResults()->TotClgLoad, 5);
+  EXPECT_EQ(building->GetBuildingProfile(8)->Power(8760), 1.5F);
+  const std::string before = file();
+  building->Save(FS_ALL);
+  EXPECT_TRUE(file() == before);
+  building->Load(FS_HEADERONLY, 2);
+  EXPECT_EQ(uses(*building) + std::to_string(building->GetBuildingResults()->TotClgLoad), "00000000.000000")
+      << "nothing of another building";
+  const std::string other = file(2);
+  EXPECT_EQ(what_of([&] { building->Save(FS_STANDARD); }),
+            "BuildingInputs is selected but was not loaded, and a save would empty it in the file. Load it first, or "
+            "leave it out of the mask.");
+  EXPECT_TRUE(file(2) == other && links(2) == links(1));
+  building->Save(FS_HEADERONLY | FS_SIMRESULTS);
+  EXPECT_TRUE(file(2) == other) << "results that are not there take no room";
+}
+
 TEST_F(BuildingTest, EachReferenceIsClearedWhenItsLinkIsGone) {
   add_library();
   full_building("B")->Save(FS_ALL);
