@@ -208,6 +208,7 @@ TEST_F(BuildingTest, EachReferenceIsClearedWhenItsLinkIsGone) {
             {"ElectricRate", "1721101", "UtilityRate(2)", [&] { project.NewElectricRate()->Delete(1); }},
             {"FuelRate", "1721110", "UtilityRate(8)", [&] { project.NewFuelRate()->Delete(1); }}};
   for (const auto& c : cases) {
+    const auto open = loaded(1);
     {
       Transaction undone;
       database->Execute("DELETE FROM Building_" + std::string(c.kind) + "_Links");
@@ -217,6 +218,11 @@ TEST_F(BuildingTest, EachReferenceIsClearedWhenItsLinkIsGone) {
                                                        c.kind + " 1 was deleted; the reference is cleared."});
       EXPECT_EQ(uses(*loaded(1, FS_HEADERONLY)), "0000000") << "not read, not looked up";
     }
+    Transaction undone;
+    c.remove();
+    open->Save(FS_ALL);
+    EXPECT_EQ(uses(*open), c.left) << "loaded before " << c.kind << " was deleted";
+    EXPECT_EQ(count("Building_" + std::string(c.kind) + "_Links"), 0);
   }
 }
 
@@ -369,8 +375,13 @@ TEST_F(BuildingTest, DefaultsAreAFileOfTheirOwn) {
   auto building = project.NewBuilding();
   building->CreateDefault();
   EXPECT_EQ(building->GetBuildingGeneral()->Name.trimmed(), "Default Building");
+  building->GetBuildingInputs()->SystemID(4) = 9;
+  building->GetBuildingInputs()->SystemMult(4) = 3;
+  building->SaveDefault();
   auto other = full_building("B");
   other->CreateDefault();
+  EXPECT_EQ(other->GetBuildingInputs()->SystemID(4) + other->GetBuildingInputs()->SystemMult(4), 0)
+      << "of no system that is there";
   EXPECT_EQ(other->GetBuildingResults()->TotClgLoad + other->GetBuildingProfile(8)->Power(8760), 0);
   EXPECT_EQ(other->Index, 0);
   other->DefFileName = "/nowhere/B00.DAT";
