@@ -40,6 +40,7 @@ int main(int count, char** arguments) {
     tarn::bench::construction_cases(report, folder.path());
     tarn::bench::air_system_cases(report, folder.path());
     tarn::bench::plant_cases(report, folder.path());
+    tarn::bench::building_cases(report, folder.path());
     tarn::bench::weather_cases(report, folder.path());
     tarn::bench::result_cases(report, folder.path());
     tarn::bench::by_name_cases(report);

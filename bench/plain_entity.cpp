@@ -18,7 +18,7 @@ sqlite3* opened(const std::string& path) {
 }  // namespace
 
 PlainEntity::PlainEntity(const std::string& folder, const std::string& file, const std::string& table,
-                         const std::vector<std::string>& link_queries, const Reach& reach)
+                         const std::vector<std::string>& link_queries, const Reach& reach, const std::string& flag)
     : database_(opened(folder + "/JOBINX.MDB"), &sqlite3_close),
       path_(folder + "/" + file),
       bytes_(std::filesystem::file_size(path_), '\0'),
@@ -26,7 +26,7 @@ PlainEntity::PlainEntity(const std::string& folder, const std::string& file, con
       commit_(database_.get(), "COMMIT"),
       find_(database_.get(), ("SELECT rowid, * FROM " + table + " WHERE nIndex = ?").c_str()),
       same_name_(database_.get(), ("SELECT rowid, * FROM " + table + " WHERE (szName = ? AND nIndex <> ?)").c_str()),
-      update_(database_.get(), ("UPDATE " + table + " SET bDesHasChanged = ? WHERE rowid = ?").c_str()) {
+      update_(database_.get(), ("UPDATE " + table + " SET " + flag + " = ? WHERE rowid = ?").c_str()) {
   for (const std::string& query : link_queries) links_.emplace_back(database_.get(), query.c_str());
   for (const std::string& statement : reach.statements()) {
     if (!statement.empty() && statement.find("temp.") == std::string::npos)
@@ -50,9 +50,11 @@ void PlainEntity::load(size_t length, bool with_links) {
 void PlainEntity::save(const std::string& name, int64_t changed) {
   begin_.run();
   find();
-  same_name_.bind(1, std::string_view(name));
-  same_name_.bind(2, int64_t{1});
-  same_name_.run();
+  if (!name.empty()) {
+    same_name_.bind(1, std::string_view(name));
+    same_name_.bind(2, int64_t{1});
+    same_name_.run();
+  }
   update_.bind(1, changed);
   update_.bind(2, int64_t{1});
   update_.run();

@@ -39,6 +39,7 @@ class Report {
 };
 
 void air_system_cases(Report& report, const std::string& folder);
+void building_cases(Report& report, const std::string& folder);
 void by_name_cases(Report& report);
 void construction_cases(Report& report, const std::string& folder);
 void exchange_cases(Report& report, const std::string& folder);

@@ -121,18 +121,24 @@ Object& part_of(Object& object, std::string_view step, const std::string& word) 
   return part->part(object, part->numbered_part ? at[0] : 1);
 }
 
-/// The part that has the entity's name, where it has a property that the entity has not: an air system's header.
-Object& header_of(Object& entity, const std::string& property) {
-  const int own = entity.info().number(property);
-  if (own >= 0 && !entity.info().members[static_cast<size_t>(own)].read_only) return entity;
+/// Where a property stands that is named without a part: in the entity; in the part that has its name, an air system's
+/// header; in the only other part that has such a property. The entity, where no place is the one.
+Object& holder_of(Object& entity, const std::string& property) {
+  const auto settable = [](const ClassInfo& info, std::string_view name) {
+    const int number = info.number(name);
+    return number >= 0 && !info.members[static_cast<size_t>(number)].read_only;
+  };
+  if (settable(entity.info(), property)) return entity;
+  Object* found = nullptr;
   for (const Member& member : entity.info().members) {
-    if (!member.is_part() || member.numbered_part) continue;
-    const int name = member.part_info().number("Name");
-    if (name < 0 || member.part_info().members[static_cast<size_t>(name)].read_only) continue;
-    Object& header = member.part(entity, 1);
-    return header.info().number(property) < 0 ? entity : header;
+    if (!member.is_part() || member.numbered_part || member.part_count(entity) == 0) continue;
+    Object& part = member.part(entity, 1);
+    if (!settable(part.info(), property)) continue;
+    if (settable(part.info(), "Name")) return part;
+    if (found) return entity;
+    found = &part;
   }
-  return entity;
+  return found ? *found : entity;
 }
 
 /// "GlassTrans(2)=0.78", "Height=4", "Layer(2).Thickness=8".
@@ -148,7 +154,7 @@ Assignment parsed(StoredEntity& entity, const std::string& word) {
   }
   const size_t open = std::min(path.find_first_of("(["), path.size());
   const std::string name(path.substr(0, open));
-  if (out.place.empty()) out.object = &header_of(entity, name);
+  if (out.place.empty()) out.object = &holder_of(entity, name);
   const ClassInfo& info = out.object->info();
   std::vector<std::string_view> names;
   for (const Member& member : info.members) {

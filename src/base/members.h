@@ -58,7 +58,8 @@ struct Member {
   void (*let)(Object&, Subscripts, const Value&) = nullptr;
   void (*let_stored)(Object&, Subscripts, const Value&) = nullptr;  // an exchange's: a code that is none is kept
   std::byte* (*place)(Object&) = nullptr;                           // of a stored field, for moves of whole arrays
-  bool elsewhere = false;  // that place is outside the object, another one for each object
+  bool elsewhere =
+      false;  // the record is reached by `->`: its place is another one for each object, or refused by a rule
   void (*call)(Object&, Arguments, Value&) = nullptr;
   void (*listen)(Object&, Listener) = nullptr;
 

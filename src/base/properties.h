@@ -302,8 +302,9 @@ struct Property {
       m.let = [](Object& o, Subscripts, const Value& v) { store(field_of<C>(o), v); };
       m.let_stored = m.let;
     }
+    using Owner = typename detail::FieldOf<std::remove_const_t<decltype(Get)>>::Class;
+    m.elsewhere = std::is_null_pointer_v<decltype(Part)> && !std::is_base_of_v<Owner, C>;
     if (m.stored() || !Covers) m.place = [](Object& o) { return reinterpret_cast<std::byte*>(&field_of<C>(o)); };
-    m.elsewhere = requires { typename C::IsView; };
   }
 
   template <typename C, typename F>

@@ -83,9 +83,9 @@ void BLD_Building::Load(int32_t Section, int32_t RecordNumber) {
   load(Section, index);
 }
 
-void BLD_Building::check_links() {
+void BLD_Building::clear_references(const std::string& title, const std::function<bool(const Use&)>& lost) {
   const auto before = inputs_.SystemID;
-  MaskedEntity::check_links();
+  MaskedEntity::clear_references(title, lost);
   for (int slot = 1; slot <= kBuildingSystems; ++slot) {
     if (before(slot) != 0 && inputs_.SystemID(slot) == 0) inputs_.SystemMult(slot) = 0;
   }

@@ -52,7 +52,7 @@ class BLD_Building final : public CopiedEntity<BLD_Building, MaskedEntity> {
   void write_record(int16_t index) override;
   void before_save() override;
   void before_restore() override {}  // names may be shared
-  void check_links() override;
+  void clear_references(const std::string& title, const std::function<bool(const Use&)>& lost) override;
   bool knows_links(std::string_view /*kind*/) const override { return selected(kInputs); }
   std::string stored_name() const override { return general_.Name.trimmed(); }
   void store_name(std::string_view name) override { general_.Name = name; }

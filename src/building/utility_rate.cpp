@@ -117,6 +117,11 @@ void URT_UtilityRate::check_type_kept() const {
                                      std::to_string(static_cast<int>(type_)) + ", and cannot change.");
 }
 
+void URT_UtilityRate::SaveDefault() {
+  check_type_kept();
+  StoredEntity::SaveDefault();
+}
+
 /// The default says what the rate is. A file without one does not change what is known.
 void URT_UtilityRate::read_default() {
   const bool there = !FileName.empty() && files().exists(FileName) && files().size(FileName) >= sizeof(Record);

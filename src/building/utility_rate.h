@@ -97,6 +97,7 @@ class URT_UtilityRate final : public CopiedEntity<URT_UtilityRate> {
   void Load(int16_t RecordNumber) override;
   void Load(int32_t RecordNumber) { checked().load_number(RecordNumber); }
   void Save() { checked().StoredEntity::Save(); }
+  void SaveDefault() override;
   void Delete(std::optional<int16_t> RecordNumber = {}) { checked().StoredEntity::Delete(RecordNumber); }
   void Reset(std::optional<bool> ResetAll = {}) { checked().StoredEntity::Reset(ResetAll); }
   int16_t GetFreeIndex() const { return checked().StoredEntity::GetFreeIndex(); }

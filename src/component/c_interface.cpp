@@ -98,7 +98,7 @@ class Block {
 
   void get(char* data) const {
     if (member_.place) {
-      std::memcpy(data, member_.place(object_), member_.elements() * width_);
+      std::memcpy(data, place(), member_.elements() * width_);
       return;
     }
     Value value;
@@ -113,7 +113,7 @@ class Block {
   void let(const char* data) {
     if (member_.read_only) fail(ErrorNumber::NoSuchMember, std::string(member_.name) + " is read-only.");
     if (member_.place) {
-      std::memcpy(member_.place(object_), data, member_.elements() * width_);
+      std::memcpy(place(), data, member_.elements() * width_);
       return;
     }
     std::vector<char> before(member_.elements() * width_);
@@ -127,6 +127,14 @@ class Block {
   }
 
  private:
+  std::byte* place() const {
+    try {
+      return member_.place(object_);
+    } catch (Error& error) {
+      if (error.source().empty()) error.set_source(std::string(object_.info().name) + "." + std::string(member_.name));
+      throw;
+    }
+  }
   template <typename V>
   void store(const V& value, char* to) const {
     if constexpr (std::is_same_v<V, bool>) {

@@ -60,6 +60,8 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, Sized<MaskedEntity>> {
   size_t section_count() const override { return kSections; }
   size_t first_result() const override { return kSizing; }
   int32_t mask_of(size_t section) const override;
+  /// Hours stand under the outputs of the header that they were read with.
+  bool keeps(size_t section) const override { return section != kHourly && MaskedEntity::keeps(section); }
   std::string_view name_of(size_t section) const override { return section == kSystems ? "SystemSelect" : "Details"; }
   std::string no_default_message() const override;
   void make_room(size_t section, std::span<const std::byte> header, bool there) override;

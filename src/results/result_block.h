@@ -57,7 +57,6 @@ template <typename R>
 class RecordView : public ResultBlock {
  public:
   using Record = R;
-  using IsView = void;
   RecordView() : own_(std::make_unique<R>()), record_(own_.get()) {}
   RecordView(Object& owner, R& record) : owner_(owner.keeper()), record_(&record) {}
   R* operator->() const { return record_; }

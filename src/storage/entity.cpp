@@ -19,7 +19,7 @@ Database& StoredEntity::database() const {
 
 const std::string& StoredEntity::file_name() const {
   if (FileName.empty()) {
-    fail(ErrorNumber::FileNotFound, "The " + std::string(kind().class_name) + " has no record file; set its FileName.");
+    fail(ErrorNumber::FileNotFound, "The " + std::string(info().name) + " has no record file; set its FileName.");
   }
   return FileName;
 }
@@ -169,13 +169,17 @@ std::vector<std::string_view> StoredEntity::known_kinds() const {
   return kinds_referred_to(info(), [this](std::string_view k) { return knows_links(k); });
 }
 
+void StoredEntity::clear_references(const std::string& title, const std::function<bool(const Use&)>& lost) {
+  clear_lost_references(*this, title, lost);
+}
+
 void StoredEntity::clear_unlinked() {
   const auto known = known_kinds();
   if (known.empty()) return;
   LinkRows links(database(), kind().link_owner, Index);
   std::vector<Use> uses;
   bool cleared = false;
-  clear_lost_references(*this, title(), [&](const Use& use) {
+  clear_references(title(), [&](const Use& use) {
     if (!knows_links(use.kind)) return false;
     const LinkRows::Row* row = links.find(use);
     if (!row) return cleared = true;
@@ -206,7 +210,7 @@ void StoredEntity::clear_lost_links(LinkRows& links) {
     known.emplace(kind, Known{&linked, linked.uses.begin(), foreign});
   }
   if (known.empty()) return;
-  clear_lost_references(*this, title(), [&](const Use& use) {
+  clear_references(title(), [&](const Use& use) {
     const auto found = known.find(use.kind);
     if (found == known.end()) return false;
     auto& [linked, next, foreign] = found->second;
@@ -275,8 +279,8 @@ void StoredEntity::CreateDefault() {
     Index = 0;
     if (kind().link_owner.empty() || !database_) return;
     LinkRows links(database(), kind().link_owner, 0);
-    clear_lost_references(*this, "The default " + std::string(kind().default_word),
-                          [&](const Use& use) { return !links.is_there(use); });
+    clear_references("The default " + std::string(kind().default_word),
+                     [&](const Use& use) { return !links.is_there(use); });
     after_clearing();
     remember_links(known_kinds(), uses_of(*this));
   });

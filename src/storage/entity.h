@@ -99,6 +99,8 @@ class StoredEntity : public Object {
   void remember_links(std::span<const std::string_view> kinds, const std::vector<Use>& uses);
   /// References whose link row is gone.
   void clear_unlinked();
+  /// Sets the references to 0 that are lost, with what means nothing without them, and logs each under the title.
+  virtual void clear_references(const std::string& title, const std::function<bool(const Use&)>& lost);
   /// Runs when references were cleared, before those that are left are remembered.
   virtual void after_clearing() {}
   template <typename F>

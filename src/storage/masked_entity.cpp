@@ -20,11 +20,13 @@ void MaskedEntity::with_mask(int32_t mask, F operation) {
 }
 
 void MaskedEntity::load(int32_t mask, int16_t index) {
-  const int32_t held = Index == index && Index != 0 ? loaded_ : 0;
+  held_ = Index == index && Index != 0 ? loaded_ : 0;
   with_mask(mask, [&] { SectionedEntity::Load(index); });
-  loaded_ = mask | held;
-  for (size_t section = 1; section < first_result(); ++section) {  // nothing of another one stays
-    if (!is_loaded(section)) clear(section);
+  loaded_ = mask;
+  for (size_t section = 1; section < section_count(); ++section) {
+    const bool input = section < first_result();
+    if ((held_ & mask_of(section)) != 0 && (input || keeps(section))) loaded_ |= mask_of(section);
+    if (input && !is_loaded(section)) clear(section);  // nothing of another one stays
   }
 }
 

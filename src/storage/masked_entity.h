@@ -26,6 +26,9 @@ class MaskedEntity : public SectionedEntity {
 
   // ---- what it is given
   bool selected(size_t section) const override { return section == 0 || (mask_ & mask_of(section)) != 0; }
+  bool keeps(size_t section) const override {
+    return section >= first_result() && !selected(section) && (held_ & mask_of(section)) != 0;
+  }
   bool is_loaded(size_t section) const { return (loaded_ & mask_of(section)) != 0; }
   void load(int32_t mask, int16_t index);
   void save(int32_t mask, bool after_calculations);
@@ -47,7 +50,8 @@ class MaskedEntity : public SectionedEntity {
   bool holds_anything(size_t section);
 
   int32_t mask_ = kAll;
-  int32_t loaded_ = kAll;  // inputs that the object holds; all of them where it is new
+  int32_t held_ = 0;       // while loading: what the object has of the same entity already
+  int32_t loaded_ = kAll;  // sections that the object holds; all of them where it is new
 };
 
 }  // namespace tarn

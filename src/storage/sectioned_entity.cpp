@@ -67,6 +67,7 @@ void SectionedEntity::read_sections(const std::string& path, const std::function
       check_counts(path);
       inputs_read();
     }
+    if (keeps(section)) continue;
     const bool there = selected(section) && size >= ends[section];
     make_room(section, header, there);
     if (section == 0 && there)
@@ -109,7 +110,7 @@ void SectionedEntity::Load(int16_t nRecNum) {
     } else {
       for (const auto& [column, flag] : row_flags()) *flag = rows.Fields(column).integer() != 0;
     }
-    read_sections(path, [this] { check_links(); });
+    read_sections(path, [this] { clear_unlinked(); });
     transaction.commit();
     if (m_bCloning) Index = 0;
   });

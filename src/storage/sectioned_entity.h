@@ -44,6 +44,8 @@ class SectionedEntity : public StoredEntity {
   /// Sections from this one on are results, which are there or not; those before it are the inputs.
   virtual size_t first_result() const = 0;
   virtual bool selected(size_t section) const = 0;
+  /// Whether a section of results that is not selected stays as the object has it.
+  virtual bool keeps(size_t /*section*/) const { return false; }
   /// Makes room for the records of a section of the file with this header, or for none.
   virtual void make_room(size_t /*section*/, std::span<const std::byte> /*header*/, bool /*there*/) {}
   /// What there is to say of a file that is not there.
@@ -55,8 +57,6 @@ class SectionedEntity : public StoredEntity {
   virtual Recordset row_of(int16_t index) const;
   /// For an entity without an index row.
   virtual void no_row(int16_t /*index*/) {}
-  /// References of the inputs that were read, whose link row is gone.
-  virtual void check_links() { clear_unlinked(); }
   /// Error `UnknownFormat` for counts out of sense in the inputs that were read.
   virtual void check_counts(const std::string& /*path*/) const {}
 

@@ -178,6 +178,21 @@ class TestObjects(ProjectCase):
         self.assertEqual(reader.DB[1, 1], 72.2)
         self.assertEqual(reader.ValidateHW1File("A.TXT", 0, ""), (False, 3001, "HW1 file format not valid/recognizable."))
 
+    def test_a_meters_profile_moves_as_one_block(self):
+        building = self.project.NewBuilding()
+        year = [hour / 4 for hour in range(8760)]
+        building.GetBuildingProfile(3).Power[:] = year
+        building.Save(15)
+        loaded = self.project.NewBuilding()
+        loaded.Load(8, 1)
+        self.assertEqual(loaded.GetBuildingProfile(3).Power[:], year)
+        self.assertEqual(set(loaded.GetBuildingProfile(4).Power[:]), {0})
+        rate = tarn.URT_UtilityRate()
+        for refused in (lambda: rate.Season[:], lambda: rate.Season[13], lambda: rate.Save()):
+            with self.assertRaises(tarn.Error) as caught:
+                refused()
+            self.assertEqual(caught.exception.number, 3001)
+
     def test_a_lookup_in_another_database_stays_outside_the_transaction(self):
         other = str(pathlib.Path(self.folder.name) / "codes.mdb")
         tarn.create_index(other)
