@@ -1,5 +1,8 @@
 #include "results/air_system_design.h"
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "base/by_name.h"
 #include "support/temp_project.h"
 
@@ -204,6 +207,32 @@ TEST_F(AirSystemDesignTest, ASaveThatFailsLeavesTheOldFile) {
   design->SSAir.People = 0;
   design->Load();
   EXPECT_EQ(design->SSAir.People, 10) << "a transaction sees its own save";
+}
+
+TEST_F(AirSystemDesignTest, AProcessThatDiesInASaveLeavesTheOldFileOrTheNew) {
+  const auto design = design_of({1});
+  design->Save(5);
+  const std::string path = folder / "JOBD05.DAT", old_file = bytes_of(path);
+  design->SSAir.People = 9;
+  int died = 0, old_files = 0;
+  for (int step = 0;; ++step) {
+    const pid_t child = fork();
+    if (child == 0) {
+      FaultyFiles faulty(step, [] { _exit(7); });
+      design->Save(5);
+      _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    const std::string now = bytes_of(path);
+    ASSERT_EQ(now.size(), old_file.size()) << step;
+    old_files += now == old_file ? 1 : 0;
+    if (WEXITSTATUS(status) != 7) break;
+    ++died;
+  }
+  EXPECT_GT(died, 2);
+  EXPECT_EQ(old_files, died) << "up to the rename, and the next save is not in the way of what was left";
+  EXPECT_NE(bytes_of(path), old_file);
 }
 
 }  // namespace
