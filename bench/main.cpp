@@ -41,6 +41,7 @@ int main(int count, char** arguments) {
     tarn::bench::air_system_cases(report, folder.path());
     tarn::bench::plant_cases(report, folder.path());
     tarn::bench::weather_cases(report, folder.path());
+    tarn::bench::result_cases(report, folder.path());
     tarn::bench::by_name_cases(report);
     tarn::bench::staleness_cases(report, folder.path());
     tarn::bench::exchange_cases(report, folder.path());

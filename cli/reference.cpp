@@ -156,7 +156,8 @@ std::string files_page() {
       "Booleans "
       "are 16-bit: 0 and -1. Of an array the first subscript varies fastest, but for one that counts months or days of "
       "weather: they lie block by block. Units are those of the file. Air systems, plants and buildings have a file "
-      "each, here without zones and hourly results.\n";
+      "each, here without zones and hourly results. Results of a design are records in a row, as "
+      "[results](../results.md) tells; their tables have the month outside, the hour inside.\n";
   for (const ClassEntry& entry : class_list()) {
     const ClassInfo& info = entry.info();
     const ObjectPtr object = entry.create();

@@ -1,18 +1,24 @@
-"""A floor of an office from published glazings and materials: windows, walls, a roof, schedules, spaces, air systems,
-a chilled-water and a hot-water plant made, computed and saved; then a layer of a wall, a space and a chiller edited, and
-what went stale.
+"""A small office building of one storey, 5,400 ft2: windows, walls and a roof from published glazings and materials,
+schedules, five spaces, three air systems, a chilled-water and a hot-water plant, an electric and a gas rate, and the
+building that holds them; made, computed and saved.
 
     PYTHONPATH=build/python python3 examples/office.py FOLDER/PREFIX    (run by `make run`, on a project just made)
 """
 
 import json
 import pathlib
-import sys
 
 import tarn
+from job import open_project
 
 HERE = pathlib.Path(__file__).parent
 FRAME_TYPE = 3  # 18 % of the window at 0.4 Btu/(hr.ft2.F)
+PEAK, NORMAL, OFF_PEAK = 1, 3, 4  # periods of the day
+RATE = 2  # a schedule of such periods
+COMPLEX = 2  # style of a rate
+ELECTRIC, NATURAL_GAS = 1, 3  # meters
+EVERYTHING = 15  # all sections of a building
+ALL = 508  # all sections of a plant
 
 
 def glazed(window, table, glazing, frame_type):
@@ -36,6 +42,7 @@ def glazed(window, table, glazing, frame_type):
 
 def make_windows(project):
     table = json.loads((HERE / "glazings.json").read_text())
+    print("U-values in Btu/(hr.ft2.F); the coefficients are those of the conduction transfer functions\n")
     print(f"{'glazing':24} {'centre of glass, computed (published)':>38}   {'with frame':>14}")
     print(f"{'':24} {'U-value':>17} {'shade coeff.':>20}   {'U':>6} {'SC':>7}")
     with tarn.transaction(project):
@@ -50,7 +57,7 @@ def make_windows(project):
 
 def make_constructions(project):
     table = json.loads((HERE / "constructions.json").read_text())
-    print(f"\n{'construction':24} {'U-value':>8} {'weight':>8}   {'b, first three':27} {'d, after the first':27}")
+    print(f"\n{'construction':24} {'U-value':>8} {'lb/ft2':>8}   {'b, first three':29} {'d, after the first':29}")
     for group, new in (("walls", project.NewWall), ("roofs", project.NewRoof)):
         for entry in table[group]:
             built = new()
@@ -86,11 +93,12 @@ def sum_layers(built):
 def print_coefficients(built):
     b, d = built.BTrans[:], built.DTrans[:]
     print(f"{built.Name:24} {built.OverallUValue:8.4f} {built.OverallWeight:8.1f}   "
-          f"{b[0]:8.5f} {b[1]:8.5f} {b[2]:8.5f}  {d[1]:8.5f} {d[2]:8.5f} {d[3]:8.5f}")
+          f"{b[0]:9.2e} {b[1]:9.2e} {b[2]:9.2e}  {d[1]:9.2e} {d[2]:9.2e} {d[3]:9.2e}")
 
 
 def make_schedules(project):
-    """Office hours, as per cent of the peak: profile 1 on weekdays and design days, 2 on the others."""
+    """Office hours, as per cent of the peak: profile 1 on weekdays and design days, 2 on the others; then the periods of
+    the electric rate."""
     for name, workday, weekend in (("Office people", 95, 5), ("Office lights", 90, 10)):
         schedule = project.NewSchedule()
         schedule.Name = name
@@ -101,10 +109,18 @@ def make_schedules(project):
             schedule.HourlyValue[2, hour] = weekend
         schedule.Applicable[:] = [[1] * 6 + [2] * 3] * 12
         schedule.Save()
+    periods = project.NewSchedule()
+    periods.Name, periods.ScheduleType = "Electric rate periods", RATE
+    periods.ProfileName[1], periods.ProfileName[2] = "Workday", "Weekend and holiday"
+    for hour in range(24):
+        periods.HourlyValue[1, hour] = PEAK if 12 <= hour < 19 else NORMAL if 7 <= hour < 22 else OFF_PEAK
+        periods.HourlyValue[2, hour] = OFF_PEAK
+    periods.Applicable[:] = [[1] * 6 + [2] * 3] * 12
+    periods.Save()
 
 
 def make_spaces(project):
-    """A floor of four perimeter rooms around a core; exposures 1 to 4 are south, west, north, east here."""
+    """Four perimeter rooms around a core; exposures 1 to 4 are south, west, north, east here."""
     door, shade = project.NewDoor(), project.NewShade()
     door.CreateDefault()
     door.Save()
@@ -164,8 +180,8 @@ def make_systems(project):
 
 
 def make_equipment(project):
-    """Two chillers of shipped types, a boiler and a tower for the floor."""
-    for name, chiller_type, tons in (("Screw chiller", 3, 60), ("Scroll chiller", 5, 30)):
+    """Two chillers of shipped types, a boiler and a tower."""
+    for name, chiller_type, tons in (("Screw chiller", 3, 12), ("Scroll chiller", 5, 6)):
         chiller = project.NewChiller()
         chiller.CreateDefaultByType(chiller_type, tarn.shipped_file("chillers.dat"))
         mode = chiller.CoolingMode
@@ -219,81 +235,38 @@ def make_plants(project):
               f"{plant.General.NumOutputs} outputs, {plant.General.GetDetailedTowerCount()} towers in detail")
 
 
-def add_building(database):
-    """The row that the coming kind of buildings will write."""
-    database.execute("INSERT INTO BuildingIndex (nIndex, szName, bHasChanged) VALUES (1, 'Building 1', 0)")
-    database.execute("INSERT INTO Building_Plant_Links (Building_ID, Plant_ID) VALUES (1, 1), (1, 2)")
+def make_rates(project):
+    """Electricity by time of day with a charge for the month's greatest demand; gas at one price. Prices are made up."""
+    rate = project.NewElectricRate()
+    rate.CreateDefault()
+    rate.Name, rate.RateStyle, rate.FixedCharge, rate.TaxRate = "Office electricity", COMPLEX, 25.0, 6.0
+    rate.TimeOfDaySched, rate.TODSchedule = True, 3
+    for step, (period, price) in enumerate(((PEAK, 0.19), (NORMAL, 0.12), (OFF_PEAK, 0.08)), 1):
+        rate.ECStepUsed[step], rate.ECPeriod[step], rate.ECRate[step] = True, period, price
+    rate.DCStepUsed[1], rate.DCRate[1] = True, 9.5
+    rate.Save()
+    gas = project.NewFuelRate()
+    gas.CreateDefault()
+    gas.Name, gas.FixedCharge, gas.TaxRate = "Natural gas", 15.0, 6.0
+    gas.Save()
 
 
-ALL = 508  # all sections of a plant
-
-
-def calculated(project, database):
-    """What calculation engines do last: results in, flags off."""
-    for index in range(1, len(SYSTEMS) + 1):
-        system = project.NewAirSystem()
-        system.Load(index)
-        system.GetAirSystem().Sized, system.GetAirSystem().Simulated = True, True
-        system.DesHasChanged = system.SimHasChanged = False
-        system.Save(True)
-    for index in (1, 2):
-        plant = project.NewPlant()
-        plant.Load(ALL, index)
-        plant.General.Sized = plant.General.Simulated = True
-        plant.DesHasChanged = plant.SimHasChanged = False
-        plant.Save(ALL, True)
-    database.execute("UPDATE BuildingIndex SET bHasChanged = 0")
-
-
-def stale(database):
-    found = [r["szName"] + (" (design, simulation)" if r["bDesHasChanged"] else " (simulation)") for table in ("AirSystemIndex", "PlantIndex")
-             for r in database.rows(f"SELECT szName, bDesHasChanged FROM {table} WHERE bSimHasChanged <> 0 ORDER BY nIndex")]
-    return found + [r["szName"] + " (simulation)" for r in database.rows("SELECT szName FROM BuildingIndex WHERE bHasChanged <> 0")]
-
-
-def edit_wall(project, database):
-    print(f"\nfive spaces, three air systems, two plants, a building; stale now: {', '.join(stale(database)) or 'nothing'}")
-    wall = project.NewWall()
-    wall.Load(2)
-    layer = wall.GetLayer(3)
-    before = layer.Thickness
-    layer.Thickness = 4.0
-    layer.ThermalResistance, layer.Weight = 4.0 / 12 / layer.Conductivity, 4.0 / 12 * layer.Density
-    sum_layers(wall)
-    wall.Save(0)
-    print(f"wall 2, {layer.Name}: {before:.4g} -> 4 in, U-value and weight set from the layers, saved:")
-    print_coefficients(wall)
-    print("stale now:", ", ".join(stale(database)))
-
-
-def edit_space(project, database):
-    calculated(project, database)
-    print(f"\nall calculated; stale now: {', '.join(stale(database)) or 'nothing'}")
-    space = project.NewSpace()
-    space.Load(5)
-    space.GetPeople().Occupancy = 150
-    space.Save()
-    print("space 5, Core: 200 -> 150 ft2 per person, saved; stale now:", ", ".join(stale(database)))
-
-
-def edit_chiller(project, database):
-    calculated(project, database)
-    chiller = project.NewChiller()
-    chiller.Load(2)
-    chiller.CoolingMode.FLPower *= 0.95
-    chiller.Save()
-    print(f"\nchiller 2: full-load power 5 % less, saved; stale now: {', '.join(stale(database))}")
+def make_building(project):
+    building = project.NewBuilding()
+    building.CreateDefault()
+    building.GetBuildingGeneral().Name = "Small office"
+    inputs = building.GetBuildingInputs()
+    for slot in range(1, len(SYSTEMS) + 1):
+        inputs.SystemID[slot], inputs.SystemMult[slot] = slot, 1
+    inputs.PlantID[1], inputs.PlantID[2] = 1, 2
+    inputs.UtilityRate[ELECTRIC], inputs.UtilityRate[NATURAL_GAS] = 1, 1
+    inputs.MEName[1], inputs.METype[1], inputs.MEMaxPower[1], inputs.MESchedule[1] = "Parking lights", 1, 1.2, 2
+    building.Save(EVERYTHING)
+    print(f"building {building.Index}, {building.GetBuildingGeneral().Name}: {len(SYSTEMS)} air systems, 2 plants, 2 meters with a rate")
 
 
 def main():
-    folder, prefix = pathlib.Path(sys.argv[1]).parent, pathlib.Path(sys.argv[1]).name
-    project = tarn.COM_ProjectData()
-    project.WorkPath, project.FilePrefix = str(folder), prefix
-    if "--calculated" in sys.argv:  # as engines leave it
-        database = tarn.open_database(project.IndexDBName)
-        calculated(project, database)
-        print(f"all calculated; stale now: {', '.join(stale(database)) or 'nothing'}")
-        return
+    project = open_project()
     make_windows(project)
     with tarn.transaction(project):
         make_constructions(project)
@@ -303,12 +276,8 @@ def main():
         make_systems(project)
         make_equipment(project)
         make_plants(project)
-    database = tarn.open_database(project.IndexDBName)
-    add_building(database)
-    calculated(project, database)
-    edit_wall(project, database)
-    edit_space(project, database)
-    edit_chiller(project, database)
+        make_rates(project)
+        make_building(project)
 
 
 main()

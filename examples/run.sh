@@ -1,48 +1,53 @@
 #!/usr/bin/env bash
-# The main job on real input: a fresh project, a floor of an office from published data, a wall edited,
-# a year of weather, what went stale.
+# The main job on real input, the whole road: a small office building made from published data, synthetic results for it,
+# edits, and what went stale by which way; a year of weather at the end.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 job=build/example
 rm -rf "$job"
 mkdir -p "$job"
 tarn() { build/bin/tarn -p "$job/MALL" "$@"; }
+python() { PYTHONPATH=build/python python3 "examples/$1" "$job/MALL"; }
+# The first lines of what is long; all of it is read, so that the writer is not cut off.
+first() { sed -n "1,$1p"; }
 
-echo "== A new project"
+echo "== 1. A new project: an index database and record files with defaults"
 tarn project new
 echo
-echo "== A floor of an office from examples/glazings.json and constructions.json, in Python; then a wall edited"
-PYTHONPATH=build/python python3 examples/office.py "$job/MALL"
+echo "== 2. A small office building, made in Python from examples/glazings.json and constructions.json"
+python office.py
 echo
-echo "== The edited wall"
+echo "== 3. What was made, on the command line: a wall with its layers and transfer functions"
 tarn walls show 2
 echo
-echo "== A schedule"
-tarn schedules show 1 | head -22
+echo "-- a schedule (the first lines)"
+tarn schedules show 1 | first 10
 echo
-echo "== The spaces (ft2, people, W/ft2)"
+echo "-- the spaces (ft2, people, W/ft2) and the air systems that serve them (codes and flags of the index: 0 no, -1 yes)"
 tarn spaces list
-echo
-echo "== The air systems"
 tarn air-systems list
 echo
-echo "== An air system (the first lines)"
-tarn air-systems show 2 | sed -n '1,45p'
+echo "-- the chilled-water plant (the first lines)"
+tarn plants show 1 | first 22
 echo
-echo "== The chillers"
-tarn chillers list
+echo "== 4. Results, SYNTHETIC, by examples/results.py: rough sums in place of load and energy calculations"
+python results.py
 echo
-echo "== The chilled-water plant"
-tarn plants show 1 | sed -n '1,48p'
+echo "-- the building: what it uses, what its meters paid"
+tarn buildings show 1
 echo
-echo "== A year of weather, computed by examples/make_year.py, becomes the project's; before, nothing is stale"
-PYTHONPATH=build/python python3 examples/office.py "$job/MALL" --calculated
+echo "== 5. Edits, and what each makes stale; the way goes from the edited thing by what uses it"
+python edits.py
+echo "== 6. A year of weather, computed by examples/make_year.py, becomes the project's"
 python3 examples/make_year.py "$job/tarnwater.epw"
 tarn weather import "$job/tarnwater.epw"
 echo
 tarn weather show --svg "$job/tarnwater.svg"
 echo
+echo "-- is the year's file valid, and can its hours be?"
 tarn weather check "$job/MALLHW1.DAT"
 echo
-echo "== What the project holds, and that all of it is stale"
+echo "== 7. What the project holds; the weather made all results stale"
 tarn project info
+echo
+echo "pictures: $job/design.svg, $job/tarnwater.svg"

@@ -19,7 +19,7 @@ from . import _library as _c
 from . import _objects
 from ._library import Error
 
-__all__ = ["Error", "classes", "create_index", "members", "on_log", "on_yield", "open_database", "shipped_file", "transaction"]
+__all__ = ["Error", "classes", "create_index", "members", "on_log", "on_yield", "open_database", "open_file", "shipped_file", "transaction"]
 
 on_yield = None  # called, without arguments, by long calculations where a user interface may handle what waits for it
 on_log = None  # a handler of log entries; unset, they go to logging.getLogger("tarn")
@@ -81,6 +81,31 @@ def open_database(path):
     place = ctypes.c_void_p()
     _c.check(_c.library.tarn_open_database(str(path).encode(), ctypes.byref(place)))
     return _objects.wrap(place.value)
+
+
+class File(int):
+    """The number of an open file; a block's Load and Save take it."""
+
+    @property
+    def position(self):
+        """Where the last block ended, from 1: where the next one starts."""
+        place = ctypes.c_int32()
+        _c.check(_c.library.tarn_file_position(self, ctypes.byref(place)))
+        return place.value
+
+
+@contextlib.contextmanager
+def open_file(path, write=False):
+    """A file by number, for blocks of results: `with tarn.open_file(path) as f: header.Load(f, 1)`. What is written takes
+    the old file's place at the end; an exception leaves the old file."""
+    place = ctypes.c_int16()
+    _c.check(_c.library.tarn_open_file(str(path).encode(), write, ctypes.byref(place)))
+    try:
+        yield File(place.value)
+    except BaseException:
+        _c.check(_c.library.tarn_drop_file(place.value))
+        raise
+    _c.check(_c.library.tarn_close_file(place.value))
 
 
 @contextlib.contextmanager

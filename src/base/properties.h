@@ -435,10 +435,10 @@ struct Across {
 
  private:
   template <typename Any>
-  static auto& record_of(Any& list, Subscripts s) {
+  static auto& record_of(Any& of, Subscripts s) {
     std::array<int, depth> at{};
     std::copy_n(s.rbegin() + static_cast<ptrdiff_t>(s.size() - depth), depth, at.begin());
-    return list.items[Records::place(at.data())];
+    return of.items[Records::place(at.data())];
   }
   template <typename Any>
   static auto& element(Any& of, const int* at) {

@@ -51,6 +51,7 @@ class BLD_Building final : public CopiedEntity<BLD_Building, MaskedEntity> {
   void read_default() override;
   void write_record(int16_t index) override;
   void before_save() override;
+  void before_restore() override {}  // names may be shared
   void check_links() override;
   bool knows_links(std::string_view /*kind*/) const override { return selected(kInputs); }
   std::string stored_name() const override { return general_.Name.trimmed(); }

@@ -6,6 +6,7 @@
 #include "component/c_support.h"
 #include "component/class_list.h"
 #include "component/shipped.h"
+#include "platform/binary_file.h"
 #include "platform/database.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
@@ -141,6 +142,25 @@ tarn_status tarn_query(tarn_object* database, const char* sql, const tarn_value*
       row(context, names.data(), values.data(), static_cast<int32_t>(values.size()));
     }
   });
+}
+
+tarn_status tarn_open_file(const char* path, int32_t write, int16_t* number) {
+  return guarded(thread_error, [&] {
+    int16_t& place = required(number);
+    place = BinaryFiles::of_thread().open(required_text(path), write != 0 ? OpenMode::Create : OpenMode::Read);
+  });
+}
+
+tarn_status tarn_close_file(int16_t number) {
+  return guarded(thread_error, [&] { BinaryFiles::of_thread().close(number); });
+}
+
+tarn_status tarn_drop_file(int16_t number) {
+  return guarded(thread_error, [&] { BinaryFiles::of_thread().drop(number); });
+}
+
+tarn_status tarn_file_position(int16_t number, int32_t* position) {
+  return guarded(thread_error, [&] { required(position) = BinaryFiles::of_thread().position(number); });
 }
 
 tarn_status tarn_begin(void) {

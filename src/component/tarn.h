@@ -150,6 +150,17 @@ typedef void (*tarn_row)(void* context, const char* const* names, const tarn_val
 TARN_API tarn_status tarn_query(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
                                 tarn_row row, void* context);
 
+/* A file under a number, 1 to 511, as Load and Save of result blocks take it; a thread has its own numbers. To write,
+ * the file need not be there; what is written takes the place of the old file at the close, whose failure leaves that
+ * one.
+ */
+TARN_API tarn_status tarn_open_file(const char* path, int32_t write, int16_t* number);
+TARN_API tarn_status tarn_close_file(int16_t number);
+/* Closes it without what was written. */
+TARN_API tarn_status tarn_drop_file(int16_t number);
+/* Where the last block ended, from 1. */
+TARN_API tarn_status tarn_file_position(int16_t number, int32_t* position);
+
 /* Transactions over all saves of this thread, files included; they nest. */
 TARN_API tarn_status tarn_begin(void);
 TARN_API tarn_status tarn_commit(void);

@@ -66,6 +66,11 @@ void BinaryFiles::close(int16_t number) {
   transaction.commit();
 }
 
+void BinaryFiles::drop(int16_t number) {
+  of(number);
+  opened_.erase(number);
+}
+
 void BinaryFiles::read(int16_t number, int32_t position, std::span<std::byte> into) {
   Opened& file = of(number);
   const size_t end = end_of(position, into.size(), file.path), start = end - into.size();

@@ -24,6 +24,8 @@ class BinaryFiles {
   int16_t open(const std::string& path, OpenMode mode);
   /// The number is free afterwards, also where what was written cannot be stored.
   void close(int16_t number);
+  /// The same, without what was written.
+  void drop(int16_t number);
   /// Fills all of it and goes behind it; error `InputPastEnd`, and neither, where the file is shorter.
   void read(int16_t number, int32_t position, std::span<std::byte> into);
   void write(int16_t number, int32_t position, std::span<const std::byte> bytes);

@@ -15,7 +15,8 @@ namespace {
 // Journal: magic, then for each file that is written in place or removed its path (relative to the journal's folder),
 // whether it existed, its size, where it was moved to, and the old bytes; a checksum over all of it last. Numbers are
 // 64-bit. A file beside the journal that is replaced whole is made beside it, as <journal>-new-<name>, and takes its
-// place by a rename behind the database's commit: other programs read the old one or the new one.
+// place by a rename behind the database's commit: other programs read the old one or the new one. Without a database it
+// is made as <name>-new, and renamed at once.
 constexpr std::string_view kMagic = "TarnUndo3\n";
 constexpr std::string_view kPrepared = "-new-";
 constexpr uint64_t kSmall = 65536;  // up to here a file that is removed is copied, above it is moved aside
@@ -82,7 +83,9 @@ void FileCommit::read_before() {
   for (const auto& [path, pending] : writes_) {
     Before before{path, false, 0, {}, {}, {}};
     const bool whole = pending->emptied && !journal_.empty() && folder_of(path) == folder_of(journal_);
-    if (whole && !pending->removed) {
+    if (journal_.empty() && pending->emptied && !pending->removed) {
+      before.prepared = path + "-new";
+    } else if (whole && !pending->removed) {
       before.prepared = journal_ + std::string(kPrepared) + std::filesystem::path(path).filename().string();
     } else if (const auto file = host().files->open(path, OpenMode::Read)) {
       const auto keep = [&](uint64_t offset, size_t size) {
@@ -210,8 +213,13 @@ void FileCommit::prepare_files() {
 void FileCommit::write_files() {
   bool names_changed = false;
   for (size_t i = 0; i < writes_.size(); ++i) {
-    if (!before_[i].prepared.empty()) continue;
     const auto& [path, pending] = writes_[i];
+    if (!before_[i].prepared.empty()) {
+      if (!journal_.empty()) continue;
+      host().files->rename(before_[i].prepared, path);
+      host().files->sync_folder(folder_of(path));
+      continue;
+    }
     const bool moves = !before_[i].moved.empty();
     if (moves) host().files->rename(path, before_[i].moved);
     names_changed |= moves || pending->removed;
@@ -258,14 +266,13 @@ void FileCommit::finish() {
 }
 
 void FileCommit::forget() {
-  if (journal_.empty()) return;
   try {
     for (const Before& before : before_) {
       for (const std::string& beside : {before.moved, before.prepared}) {
         if (!beside.empty()) host().files->remove(beside);
       }
     }
-    host().files->remove(journal_);
+    if (!journal_.empty()) host().files->remove(journal_);
   } catch (const Error& refused) {
     log().message(refused.description() + " It is no longer needed.");
   }

@@ -28,6 +28,11 @@ std::string system_name(const SystemHeaderRecord& header) {
 
 }  // namespace
 
+/// So that views of its tables keep the design alive.
+ADL_AirSystemDesign::ADL_AirSystemDesign() {
+  for (ResultBlock* block : blocks()) block->belong_to(*this);
+}
+
 void ADL_AirSystemDesign::SetAirSystem(const Ptr<AS_AirSystem>& system) {
   std::vector<Ptr<ADL_TSZone>> ts_zones;
   std::vector<Ptr<ADL_HLZone>> hl_zones;

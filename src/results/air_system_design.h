@@ -10,6 +10,7 @@ namespace tarn {
 
 class ADL_AirSystemDesign final : public Object {
  public:
+  ADL_AirSystemDesign();
   const ClassInfo& info() const override;
 
   Ptr<AS_AirSystem> AirSystem() const { return air_system_; }

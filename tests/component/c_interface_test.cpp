@@ -48,6 +48,34 @@ TEST(CInterface, GetsLetsAndCallsByNameAndNumber) {
   EXPECT_EQ(tarn_release(copy.as.object), TARN_OK);
 }
 
+TEST(CInterface, FilesByNumber) {
+  test::TempFolder folder;
+  const std::string path = folder / "blocks";
+  int16_t file = 0;
+  int32_t position = 0;
+  EXPECT_EQ(tarn_open_file(path.c_str(), 1, nullptr), TARN_BAD_ARGUMENT);
+  EXPECT_EQ(tarn_open_file(nullptr, 1, &file), TARN_BAD_ARGUMENT);
+  EXPECT_EQ(tarn_open_file(path.c_str(), 0, &file), TARN_ERROR);
+  EXPECT_EQ(tarn_last_error(nullptr, nullptr, nullptr), 53);
+  ASSERT_EQ(tarn_open_file(path.c_str(), 1, &file), TARN_OK);
+  EXPECT_EQ(file, 1) << "a call that fails leaves none open";
+  Handle header("ADL_DXXFileHeader");
+  tarn_value arguments[2]{};
+  arguments[0].type = TARN_INT16;
+  arguments[0].as.i2 = file;
+  arguments[1].type = TARN_INT32;
+  arguments[1].as.i4 = 5;
+  ASSERT_EQ(tarn_call_by_name(header.object, "Save", arguments, 2, nullptr), TARN_OK);
+  ASSERT_EQ(tarn_file_position(file, &position), TARN_OK);
+  EXPECT_EQ(position, 37);
+  ASSERT_EQ(tarn_close_file(file), TARN_OK);
+  EXPECT_EQ(test::bytes_of(path), std::string(4, '\0') + std::string(32, ' '));
+  EXPECT_EQ(tarn_close_file(file), TARN_ERROR);
+  EXPECT_EQ(tarn_drop_file(file), TARN_ERROR);
+  EXPECT_EQ(tarn_file_position(file, &position), TARN_ERROR);
+  EXPECT_EQ(tarn_last_error(nullptr, nullptr, nullptr), 52);
+}
+
 TEST(CInterface, BadHandlesAreAnsweredByEveryCall) {
   tarn_object* released = nullptr;
   ASSERT_EQ(tarn_create("WIN_Window", &released), TARN_OK);

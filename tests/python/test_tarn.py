@@ -102,6 +102,56 @@ class TestObjects(ProjectCase):
         with self.assertRaises(tarn.Error):
             window.GlassTypeID[2**32 + 1]
 
+    def test_results_of_a_design(self):
+        system = self.project.NewAirSystem()
+        system.GetAirSystem().Name = "AHU"
+        system.GetAirSystem().SetNumZones(2)
+        system.Save()
+        system.GetZoneData(2).TotalSpacesInZone = 3
+        design = self.project.NewAirSystemDesign()
+        design.AirSystem = system
+        self.assertEqual([len(zone.DLSpaces) for zone in design.DLZones], [0, 3])
+        self.assertEqual(design.DXXFileHeader.SystemName, "AHU".ljust(32))
+        design.HLAir.CentCoolTot[:] = [[100.0 * month + hour for hour in range(24)] for month in range(1, 13)]
+        self.assertEqual(design.HLAir.HourlyAir(7, 15).CentCoolTot, 715.0)
+        hour = design.DLZone(2).CoolingLoads(12, 23)
+        hour.Sensible[14] = 5.0
+        self.assertEqual((hour.ComponentName[14], design.DLZone(2).Sensible[12, 23, 14]), ("People", 5.0))
+        design.SPAir.SPAirHtg.DryBulb[1] = -10
+        design.Save(system.Index)
+
+        again = self.project.NewAirSystemDesign()
+        again.AirSystem = system
+        again.Load()
+        self.assertEqual(again.HLAir.CentCoolTot[:], design.HLAir.CentCoolTot[:])
+        self.assertEqual(again.DLZone(2).Sensible[:], design.DLZone(2).Sensible[:])
+        self.assertEqual(again.Dump(), design.Dump())
+        self.assertIsNone(again.HLAir.HourlyAir(0, 0))
+        again.SSAir.CopyFrom(again.HLAir)
+        self.assertEqual([(e.class_name, e.procedure) for e in self.entries],
+                         [("ADL_HLAir", "HourlyAir()"), ("ADL_SSAir", "CopyFrom()")])
+
+        header, weather = tarn.ADL_DXXFileHeader(), tarn.ADL_Weather()
+        path = pathlib.Path(self.folder.name, "JOBD01.DAT")
+        with tarn.open_file(path) as file:
+            header.Load(file, 1)
+            self.assertEqual(file.position, 33)
+            weather.Load(file, file.position)
+        self.assertEqual((header.SystemName.strip(), file + 0), ("AHU", 1))
+        before = path.read_bytes()
+        with self.assertRaises(ZeroDivisionError), tarn.open_file(path, write=True) as file:
+            weather.Altitude = 5280
+            weather.Save(file, 33)
+            1 / 0
+        self.assertEqual(path.read_bytes(), before)
+        with tarn.open_file(path, write=True) as file:
+            weather.Save(file, 33)
+        self.assertEqual(path.read_bytes()[:32] + path.read_bytes()[2356:], before[:32] + before[2356:])
+        self.assertNotEqual(path.read_bytes(), before)
+        with self.assertRaises(tarn.Error) as missing, tarn.open_file(path.with_name("none")):
+            pass
+        self.assertEqual(missing.exception.number, 53)
+
     def test_weather_moves_as_blocks(self):
         weather = self.project.NewWeather()
         weather.SimDB[:] = [[day + hour / 100 for hour in range(1, 25)] for day in range(1, 366)]

@@ -1,0 +1,65 @@
+"""Four edits of the small office, each after everything was calculated: what goes stale, and by which way.
+
+    PYTHONPATH=build/python python3 examples/edits.py FOLDER/PREFIX    (run by `make run`)
+"""
+
+import tarn
+from job import open_project, show_stale, stale
+from results import calculate
+
+
+def edit_wall(project):
+    wall = project.NewWall()
+    wall.Load(2)
+    layer = wall.GetLayer(3)
+    before, u_before, b_before = layer.Thickness, wall.OverallUValue, wall.BTrans[:]
+    layer.Thickness = 4.0
+    layer.ThermalResistance, layer.Weight = 4.0 / 12 / layer.Conductivity, 4.0 / 12 * layer.Density
+    layers = [wall.GetLayer(n) for n in range(1, wall.LayerCount + 1)]  # the sums are the client's to set
+    wall.OverallUValue = 1 / sum(layer.ThermalResistance for layer in layers)
+    wall.OverallWeight = sum(layer.Weight for layer in layers)
+    wall.Save(0)
+    b = wall.BTrans[:]
+    print(f"wall 2, {wall.Name}: {layer.Name} {before:.4g} in -> 4 in, U-value {u_before:.4f} -> {wall.OverallUValue:.4f} Btu/(hr.ft2.F);\n"
+          f"  transfer coefficients computed anew, the first b: {b_before[0]:.2e} {b_before[1]:.2e} {b_before[2]:.2e}"
+          f" -> {b[0]:.2e} {b[1]:.2e} {b[2]:.2e}")
+    return "Wall", 2
+
+
+def edit_space(project):
+    space = project.NewSpace()
+    space.Load(5)
+    space.GetPeople().Occupancy = 150
+    space.Save()
+    print("space 5, Core: 200 -> 150 ft2 per person")
+    return "Space", 5
+
+
+def edit_chiller(project):
+    chiller = project.NewChiller()
+    chiller.Load(2)
+    chiller.CoolingMode.FLPower *= 0.95
+    chiller.Save()
+    print(f"chiller 2, {chiller.Name}: full-load power 5 % less")
+    return "Chiller", 2
+
+
+def edit_rate(project):
+    rate = project.NewElectricRate()
+    rate.Load(1)
+    rate.ECRate[1] = 0.21
+    rate.Save()
+    print(f"electric rate 1, {rate.Name}: the peak price 0.19 -> 0.21 {rate.CurrSymbol.strip()}/{rate.EnergyUnits.strip()}")
+    return "ElectricRate", 1
+
+
+def main():
+    project = open_project()
+    database = tarn.open_database(project.IndexDBName)
+    for edit in (edit_wall, edit_space, edit_chiller, edit_rate):
+        show_stale(database, *edit(project))
+        calculate(project)
+        print(f"  calculated again; now {len(stale(database))} are stale\n")
+
+
+main()
