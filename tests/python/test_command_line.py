@@ -270,7 +270,7 @@ class TestCommandLine(unittest.TestCase):
         svg = "{http://www.w3.org/2000/svg}"
         root = ElementTree.parse(picture).getroot()
         texts = [text.text for text in root.iter(svg + "text")]
-        for text in ("VAV-1, air system 1", "Design day of July: loads of the central coils", "most 1235 MBH (361.8 kW) at hour 15", "most 5000 CFM (2360 L/s) at hour 12",
+        for text in ("VAV-1, air system 1", "Design day of July: loads of the central coils", "most 1234.6 MBH (361.8 kW) at hour 15", "most 5000 CFM (2360 L/s) at hour 12",
                      "kW", "L/s", "g/kg", "100 %", "The air at July hour 15", "77.0 F (25.0 C), 0.00988 lb/lb (9.9 g/kg)"):
             self.assertIn(text, texts)
         self.assertEqual(texts.count("Mixed air"), 2)
