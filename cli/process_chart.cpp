@@ -17,7 +17,7 @@ using svg::number;
 using svg::path;
 using svg::Scale;
 
-constexpr double kLeft = 118, kWide = 660, kRight = kLeft + kWide, kKey = kRight + 128;
+constexpr double kLeft = kChartLeft, kRight = kChartRight, kWide = kRight - kLeft;
 constexpr double kHigh = 440;
 
 struct Spot {
@@ -243,7 +243,7 @@ double cost_of(const Chart& chart, const std::vector<Group>& groups, const Group
                const Box& box, double far) {
   double cost = far / 10 + (box.wide * box.high - box.shared(chart.frame()));
   for (const Group& other : groups) {
-    if (&other != &own) cost += box.shared(other.box);
+    if (const double shared = &other == &own ? 0 : box.shared(other.box); shared > 0) cost += 400 + shared;
     for (const State* state : other.states) {
       const double near = distance(state->spot, nearest_of(box, state->spot));
       cost += near < 6 ? 400 : &other == &own ? 0 : std::max(0.0, 24 - near) / 2;
@@ -303,9 +303,9 @@ std::string key(const Chart& chart) {
   std::string out;
   double y = chart.top + 10;
   for (const State& state : chart.states) {
-    out += label(kKey + 18, y, std::to_string(state.point), "font-weight=\"bold\" text-anchor=\"end\"") +
-           label(kKey + 26, y, text_of_state(state)) +
-           label(kKey + 26, y + 15,
+    out += label(kKeyLeft + 18, y, std::to_string(state.point), "font-weight=\"bold\" text-anchor=\"end\"") +
+           label(kKeyLeft + 26, y, text_of_state(state)) +
+           label(kKeyLeft + 26, y + 15,
                  number(state.dry_bulb) + " F (" + number(celsius(state.dry_bulb)) + " C), " + number(state.ratio, 5) +
                      " lb/lb (" + number(state.ratio * 1000) + " g/kg)",
                  "fill=\"#666\" font-size=\"11\"");
@@ -323,7 +323,7 @@ std::string process_chart(const ADL_AirSystemDesign& design, double top) {
   std::string out = label(kLeft, top + 4, "The air at " + (peak ? hour_text(peak) : std::string("heating design")),
                           "font-weight=\"bold\" font-size=\"14\"") +
                     background(chart);
-  if (chart.states.empty()) return out + label(kKey, chart.top + 10, "no states of the air");
+  if (chart.states.empty()) return out + label(kKeyLeft, chart.top + 10, "no states of the air");
   const auto ways = ways_of(chart);
   auto groups = groups_of(chart);
   place_labels(chart, groups, ways);

@@ -15,12 +15,12 @@ using svg::number;
 using svg::path;
 using svg::Scale;
 
-constexpr double kLeft = 118, kWide = 660, kRight = kLeft + kWide, kKey = kRight + 128;
+constexpr double kLeft = kChartLeft, kRight = kChartRight, kWide = kRight - kLeft;
 constexpr double kTop = 112, kHigh = 270, kBottom = kTop + kHigh;
 constexpr double kProcessTop = kBottom + 74, kPageWidth = 1190;
 constexpr double kBtuPerMBH = 1000;
 
-const svg::Unit kLoad{"MBH", "kW", 0.29307107, 0, 1}, kFlow{"CFM", "L/s", 0.47194745, 0, 0};
+const svg::Unit kLoad{"MBH", "kW", 0.29307107, 1, 1}, kFlow{"CFM", "L/s", 0.47194745, 0, 0};
 
 struct Series {
   const char* name;
@@ -73,10 +73,10 @@ std::string curve(const Day& day, const Scale& hours, const Scale& values) {
 std::string key(const Series& series, const Day& day, double y) {
   const auto most = std::ranges::max_element(day);
   const svg::Unit& unit = series.unit;
-  return path("M" + number(kKey) + " " + number(y - 4) + "h26",
+  return path("M" + number(kKeyLeft) + " " + number(y - 4) + "h26",
               std::string("stroke-width=\"2.5\" stroke=\"") + series.color + "\" " + series.dash) +
-         label(kKey + 34, y, series.name) +
-         label(kKey + 34, y + 16,
+         label(kKeyLeft + 34, y, series.name) +
+         label(kKeyLeft + 34, y + 16,
                *most <= 0 ? std::string("none")
                           : "most " + number(*most, unit.decimals) + " " + unit.name + " (" +
                                 number(*most * unit.factor, unit.si_decimals) + " " + unit.si_name + ") at hour " +

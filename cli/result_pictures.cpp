@@ -201,10 +201,10 @@ std::string component_cell(const LoadColumn& column, int component) {
   return figure(value, unit) + (unit.empty() ? "" : " " + std::string(unit));
 }
 
-/// What stands in the column, whole Btu/hr, so that it adds up on paper.
+/// Of what stands in the column, rounded as it is there, so that it adds up on paper.
 double total_of(const LoadColumn& column) {
   double sum = 0;
-  for (const R4& value : column.values.items) sum += std::round(value);
+  for (const R4& value : column.values.items) sum += std::nearbyint(value);
   return sum;
 }
 

@@ -28,6 +28,9 @@ void show_system(ADL_AirSystemDesign& design);
 /// Sizes and loads of a zone, from 1, and of its spaces.
 void show_zone(const ADL_AirSystemDesign& design, int zone);
 
+/// Between which places of the page the charts stand, and where their keys begin.
+inline constexpr double kChartLeft = 118, kChartRight = kChartLeft + 660, kKeyLeft = kChartRight + 128;
+
 /// A self-contained picture (SVG): loads and airflow of the peak month's day, the air's way on a psychrometric chart.
 std::string result_picture(const ADL_AirSystemDesign& design, const std::string& name);
 /// The second of them, with its upper edge at `top`; without a cooling peak at heating design.

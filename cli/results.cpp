@@ -134,7 +134,7 @@ void print_heading(const Read& read, int zone) {
   std::cout << read.row.name << ", air system " << read.row.index;
   if (zone > 0) std::cout << ", zone " << zone << " " << read.zone_name(zone);
   const std::string then = read.design->DXXFileHeader.SystemName.trimmed();
-  if (then != read.row.name) std::cout << "; calculated as \"" << then << '"';
+  if (!then.empty() && then != read.row.name) std::cout << "; calculated as \"" << then << '"';
   std::cout << "; " << read.file << '\n';
 }
 

@@ -46,7 +46,7 @@ std::string upright_axis(const Scale& scale, double x, int away, const Unit& uni
   scale.each_mark([&](double value) {
     const double y = scale.at(value);
     out += path("M" + number(x) + " " + number(y) + "h" + number(away * 5), "stroke=\"#333\"") +
-           label(near, y + 4, number(value, std::max(unit.decimals, between)), side) +
+           label(near, y + 4, number(value, between), side) +
            label(far, y + 4, number(value * unit.factor, unit.si_decimals), grey);
   });
   return out;

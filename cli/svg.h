@@ -25,14 +25,15 @@ struct Scale {
 /// Around the values, in about so many steps of 1, 2 or 5 times a power of ten.
 Scale scale_around(double least, double most, int steps, double from, double to);
 
-/// A quantity in both unit systems: the names, the factor from the one to the other and how many decimals are shown.
+/// A quantity in both unit systems: the names, the factor from the one to the other, and how many decimals a
+/// value has.
 struct Unit {
   std::string name, si_name;
   double factor;
   int decimals, si_decimals;
 };
-/// The numbers of an upright axis: beside it IP units, SI units in grey behind them. `away` is -1 to the left of it
-/// and 1 to the right.
+/// The numbers of an upright axis, as its steps need them: beside it IP units, SI units in grey behind them. `away` is
+/// -1 to the left of it and 1 to the right.
 std::string upright_axis(const Scale& scale, double x, int away, const Unit& unit);
 
 /// A self-contained picture on white: whom it shows as the heading, with a line below it. `title` is for the program
