@@ -16,7 +16,7 @@ WALLS, ROOFS, SOLAR, GLASS, LIGHTS, EQUIPMENT, PEOPLE, INFILTRATION, VENTILATION
 COMPONENTS, POINTS = 22, 13
 OUTDOOR, MIXED, COIL, FAN_OUT, ROOM, RETURN = 1, 4, 5, 8, 10, 12  # points of the air's way
 ROOM_DB, SUPPLY_DB, WINTER_DB = 75.0, 56.0, -2.0  # F
-ROOM_W, SUPPLY_W, OUTDOOR_W, WINTER_W = 0.0093, 0.0085, 0.0140, 0.0008  # lb/lb
+ROOM_W, OUTDOOR_W = 0.0093, 0.0140  # lb/lb
 SENSIBLE, LATENT = 1.08, 4840.0  # Btu/(hr.CFM.F), Btu/(hr.CFM) for each lb/lb, at sea level
 WATT = 3.412  # Btu/hr
 
@@ -83,7 +83,8 @@ def added(lists):
 
 
 def fill_zone(design, number, rooms):
-    """The zone's loads of every hour, its sizing and its spaces. Returns its sensible load by month and hour, and its airflow."""
+    """The zone's loads of every hour, its sizing and its spaces. Returns its sensible load by month and hour, its airflow,
+    and its latent load by component besides."""
     zone, hourly, sizing = design.DLZone(number), design.HLZone(number), design.TSZone(number).TerminalSizing
     hours = [[[added(part) for part in zip(*(room.loads(outdoor(m, h), h) for room in rooms))] for h in HOURS] for m in MONTHS]
     sensible, latent = ([[hours[m][h][part] for h in HOURS] for m in range(12)] for part in (0, 1))
@@ -151,8 +152,9 @@ def fill_system(design, rooms, zones):
     rooms_load = [[sum(z[0][m - 1][h] for z in zones) for h in HOURS] for m in MONTHS]
     vent = [[SENSIBLE * outside * (outdoor(m, h) - ROOM_DB) for h in HOURS] for m in MONTHS]
     latent_vent = LATENT * outside * (OUTDOOR_W - ROOM_W)
+    wet = [[sum(sum(z[2][m][h]) for z in zones) + latent_vent for h in HOURS] for m in range(12)]
     sensible = [[max(0.0, 1.05 * rooms_load[m][h] + vent[m][h] + fan_heat) for h in HOURS] for m in range(12)]
-    total = [[s + (latent_vent if s > 0 else 0) for s in month] for month in sensible]
+    total = [[sensible[m][h] + (wet[m][h] if sensible[m][h] > 0 else 0) for h in HOURS] for m in range(12)]
     peak, month, hour = max((total[m - 1][h], m, h) for m in MONTHS for h in HOURS)
     coil = sensible[month - 1][hour]
 
@@ -167,7 +169,8 @@ def fill_system(design, rooms, zones):
     clg[FAN - 1], htg[FAN - 1] = fan_heat, -fan_heat
     clg[DUCTS - 1] = 0.02 * rooms_load[month - 1][hour]
     clg[SAFETY - 1], htg[SAFETY - 1] = 0.03 * rooms_load[month - 1][hour], 0.1 * sum(htg)
-    loads.ClgPeakMonth, loads.ClgPeakHour, loads.ClgOutdoorDB, loads.HtgOutdoorDB = month, hour, outdoor(month, hour), WINTER_DB
+    loads.ClgPeakMonth, loads.ClgPeakHour, loads.ClgOutdoorDB, loads.ClgOutdoorWB = month, hour, outdoor(month, hour), design.Weather.WB[month, hour]
+    loads.HtgOutdoorDB, loads.HtgOutdoorWB = WINTER_DB, WINTER_DB - 1
     loads.ClgSensible[:], loads.ClgLatent[:], loads.ClgDetail[:] = clg, lat, details
     loads.HtgSensible[:], loads.HtgDetail[:] = htg, details
     loads.ClgTotalSensible, loads.ClgTotalLatent, loads.HtgTotalSensible = sum(clg), sum(lat), sum(htg)
@@ -175,12 +178,14 @@ def fill_system(design, rooms, zones):
 
     share = min(1.0, outside / airflow)
     mixed_db, mixed_w = ROOM_DB + share * (outdoor(month, hour) - ROOM_DB), ROOM_W + share * (OUTDOOR_W - ROOM_W)
+    leaving_db, leaving_w = mixed_db - coil / (SENSIBLE * airflow), mixed_w - (peak - coil) / (LATENT * airflow)
     sizing = design.SSAir
     sizing.ClgPeakMonth, sizing.ClgPeakHour, sizing.ClgOutdoorDB, sizing.ClgOutdoorWB = month, hour, outdoor(month, hour), design.Weather.WB[month, hour]
     sizing.ClgCoilTotal, sizing.ClgCoilSensible, sizing.ClgCoilAirflow, sizing.ClgSensibleHeatRatio = peak, coil, airflow, coil / peak
-    sizing.ClgEnteringDB, sizing.ClgLeavingDB, sizing.ClgBypassFactor, sizing.ClgResultingRH = mixed_db, SUPPLY_DB - 1.5, 0.05, 50.0
+    sizing.ClgEnteringDB, sizing.ClgLeavingDB, sizing.ClgBypassFactor, sizing.ClgResultingRH = mixed_db, leaving_db, 0.05, 50.0
     sizing.ClgEnteringWB, sizing.ClgLeavingWB = 64.0, 54.0
     sizing.ClgWaterRise, sizing.ClgWaterFlow = 10.0, peak / (500 * 10)
+    sizing.HtgOutdoorWB = WINTER_DB - 1
     tons = peak / 12000
     sizing.ClgAreaPerTon, sizing.ClgLoadPerArea, sizing.ClgAirflowPerArea, sizing.ClgAirflowPerTon = area / tons, peak / area, airflow / area, airflow / tons
     sizing.HtgOutdoorDB, sizing.HtgCoilLoad, sizing.HtgCoilAirflow, sizing.HtgLoadPerArea = WINTER_DB, sum(htg), airflow, sum(htg) / area
@@ -194,14 +199,14 @@ def fill_system(design, rooms, zones):
     air.CentCoolTot[:], air.CentCoolSens[:] = total, sensible
     air.CentHeat[:] = [[max(0.0, -(1.05 * rooms_load[m][h] + vent[m][h])) for h in HOURS] for m in range(12)]
     air.AirFlow[:] = [[max(0.3, rooms_load[m][h] / max(rooms_load[month - 1])) * airflow for h in HOURS] for m in range(12)]
-    fill_process(design.SPAir, airflow, outside, (mixed_db, mixed_w), (month, hour))
+    fill_process(design.SPAir, airflow, outside, (mixed_db, mixed_w), (leaving_db, leaving_w), fan_heat, (month, hour))
 
 
-def fill_process(process, airflow, outside, mixed, peak):
+def fill_process(process, airflow, outside, mixed, leaving, fan_heat, peak):
     """The way of the air at the peak hour; other hours stay empty."""
     states = process.SPAirClg(*peak)
-    for point, db, w, flow in ((OUTDOOR, outdoor(*peak), OUTDOOR_W, outside), (MIXED, *mixed, airflow), (COIL, SUPPLY_DB - 1.5, SUPPLY_W, airflow),
-                               (FAN_OUT, SUPPLY_DB, SUPPLY_W, airflow), (ROOM, ROOM_DB, ROOM_W, airflow), (RETURN, ROOM_DB + 0.5, ROOM_W, airflow)):
+    for point, db, w, flow in ((OUTDOOR, outdoor(*peak), OUTDOOR_W, outside), (MIXED, *mixed, airflow), (COIL, *leaving, airflow),
+                               (FAN_OUT, leaving[0] + fan_heat / (SENSIBLE * airflow), leaving[1], airflow), (ROOM, ROOM_DB, ROOM_W, airflow), (RETURN, ROOM_DB + 0.5, ROOM_W, airflow)):
         states.DryBulb[point], states.HumidityRatio[point], states.Airflow[point] = db, w, flow
     for before, point in ((MIXED, COIL), (COIL, FAN_OUT), (FAN_OUT, ROOM), (ROOM, RETURN)):
         states.SensibleChange[point] = SENSIBLE * airflow * (states.DryBulb[point] - states.DryBulb[before])

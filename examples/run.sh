@@ -33,6 +33,9 @@ echo
 echo "== 4. Results, SYNTHETIC, by examples/results.py: rough sums in place of load and energy calculations"
 python results.py
 echo
+echo "-- the design of an air system: sizing, zones, load components"
+tarn results show 1 --svg "$job/design.svg"
+echo
 echo "-- the building: what it uses, what its meters paid"
 tarn buildings show 1
 echo
