@@ -6,7 +6,7 @@
 // A field of the record that is left out or listed twice does not compile.
 #pragma once
 
-#include "base/properties.h"
+#include "base/list_properties.h"
 
 namespace tarn {
 
