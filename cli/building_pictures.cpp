@@ -7,13 +7,14 @@
 #include "cli/form.h"
 #include "cli/pictures.h"
 #include "component/json.h"
+#include "weather/calendar.h"
 
 namespace tarn::cli {
 namespace {
 
 using Rows = std::vector<std::vector<Json>>;
 
-Json real(double value) { return to_json(Value(value)); }
+Json real(float value) { return to_json(Value(value)); }
 
 std::string element(Database& database, Object& part, std::string_view field, int at) {
   return element_text(database, part, part.info().find(field), std::span<const int>(&at, 1));
@@ -44,7 +45,7 @@ void show_inputs(Database& database, BLD_Inputs& inputs) {
     return {std::string(text_of(labels<BLD_PowerProfiles>, static_cast<int16_t>(meter))),
             element(database, inputs, "UtilityRate", meter)};
   });
-  show_rows({"consumer", "meter"}, kElectricConsumers, "", [&](int consumer) -> std::vector<Json> {
+  show_rows({"electric consumer", "on meter"}, kElectricConsumers, "", [&](int consumer) -> std::vector<Json> {
     return {std::string(text_of(labels<BLD_EnergyConsumingSystems>, static_cast<int16_t>(consumer))),
             element(database, inputs, "ElecCompMeter", consumer)};
   });
@@ -62,50 +63,93 @@ void show_inputs(Database& database, BLD_Inputs& inputs) {
             << " ft2 besides the systems', electric generation " << shown(real(inputs.ElecGenEfficiency)) << " %\n";
 }
 
-double year_of(const Array<R8, kMeters, 12>& monthly, int meter) {
+using Months = Array<R8, kMeters, 12>;
+
+double year_of(const Months& monthly, int meter) {
   double sum = 0;
   for (int month = 1; month <= 12; ++month) sum += monthly(meter, month);
   return sum;
 }
 
+/// Rows with a line of sums below them.
+class Summed {
+ public:
+  explicit Summed(int decimals) : decimals_(decimals) {}
+  void add(std::vector<Json> cells, const std::vector<double>& amounts) {
+    sums_.resize(amounts.size());
+    for (size_t i = 0; i < amounts.size(); ++i) {
+      sums_[i] += amounts[i];
+      cells.emplace_back(grouped(amounts[i], decimals_));
+    }
+    rows_.push_back(std::move(cells));
+  }
+  void print(const std::vector<std::string>& heads, std::string_view sides) {
+    if (rows_.empty()) return;
+    std::vector<Json> total(heads.size() - sums_.size(), "");
+    total.front() = "total";
+    for (const double sum : sums_) total.emplace_back(grouped(sum, decimals_));
+    rows_.push_back(std::move(total));
+    std::cout << '\n';
+    print_table(heads, rows_, sides);
+  }
+
+ private:
+  int decimals_;
+  std::vector<double> sums_;
+  Rows rows_;
+};
+
+void show_components(const BLD_Results& results, const std::string& money) {
+  Summed table(0);
+  for (int c = 1; c <= kEnergyComponents; ++c) {
+    const double site = results.AnnSiteEnComp(c), cost = results.AnnCostComp(c);
+    if (site != 0 || cost != 0)
+      table.add({std::string(text_of(labels<BLD_SystemComponents>, static_cast<int16_t>(c)))},
+                {site, results.AnnSrceEnComp(c), cost});
+  }
+  table.print({"component, a year", "site, kBtu", "source, kBtu", "cost, " + money}, "lrrr");
+}
+
+void show_bills(const BLD_Results& results, const std::string& money) {
+  Summed table(2);
+  for (int meter = 1; meter <= kMeters; ++meter) {
+    const double energy = year_of(results.MonMetEnergy, meter), total = year_of(results.MonMetCharge, meter);
+    if (energy == 0 && total == 0) continue;
+    table.add({std::string(text_of(labels<BLD_PowerProfiles>, static_cast<int16_t>(meter))), grouped(energy, 0),
+               results.EnergyUnits(meter).trimmed()},
+              {year_of(results.MonEnCharge, meter), year_of(results.MonDmdCharge, meter),
+               year_of(results.MonFixCharge, meter), year_of(results.MonTaxCharge, meter), total});
+  }
+  table.print({"bills of a year", "used", "unit", "energy, " + money, "demand, " + money, "fixed, " + money,
+               "tax, " + money, "total, " + money},
+              "lrlrrrrr");
+}
+
 void show_results(const BLD_Results& results) {
-  std::cout << "\nresults: " << results.Location.trimmed() << "; " << shown(real(results.TotFlrArea))
-            << " ft2, cooling " << shown(real(results.TotClgLoad)) << " tons, heating "
-            << shown(real(results.TotHtgLoad)) << " MBH; unmet hours " << shown(real(results.UnmetClgHours))
-            << " cooling, " << shown(real(results.UnmetHtgHours)) << " heating\n";
+  std::cout << "\nresults: " << results.Location.trimmed() << "; " << grouped(results.TotFlrArea, 0)
+            << " ft2, peak cooling load " << grouped(results.TotClgLoad, 1) << " tons, peak heating load "
+            << grouped(results.TotHtgLoad, 1) << " MBH; unmet hours " << grouped(results.UnmetClgHours, 0)
+            << " cooling, " << grouped(results.UnmetHtgHours, 0) << " heating\n";
   const std::string money = results.CurrSymbol.trimmed();
-  const auto label = [](auto labels, int code) { return std::string(text_of(labels, static_cast<int16_t>(code))); };
-  show_rows({"component", "site, kBtu", "source, kBtu", "cost, " + money}, kEnergyComponents, "no energy",
-            [&](int c) -> std::vector<Json> {
-              if (results.AnnSiteEnComp(c) == 0.0 && results.AnnCostComp(c) == 0.0) return {};
-              return {label(labels<BLD_SystemComponents>, c), real(results.AnnSiteEnComp(c)),
-                      real(results.AnnSrceEnComp(c)), real(results.AnnCostComp(c))};
-            });
-  show_rows({"meter", "a year", "unit", "energy, " + money, "demand, " + money, "fixed, " + money, "tax, " + money,
-             "total, " + money},
-            kMeters, "no metered energy", [&](int meter) -> std::vector<Json> {
-              const double energy = year_of(results.MonMetEnergy, meter), total = year_of(results.MonMetCharge, meter);
-              if (energy == 0 && total == 0) return {};
-              return {label(labels<BLD_PowerProfiles>, meter),    real(energy),
-                      results.EnergyUnits(meter).trimmed(),       real(year_of(results.MonEnCharge, meter)),
-                      real(year_of(results.MonDmdCharge, meter)), real(year_of(results.MonFixCharge, meter)),
-                      real(year_of(results.MonTaxCharge, meter)), real(total)};
-            });
+  show_components(results, money);
+  show_bills(results, money);
 }
 
 /// The greatest hour of each meter that has any.
 void show_profiles(BLD_Building& building) {
-  show_rows({"meter", "greatest hour", "day of the year", "hour", "year's sum"}, kMeters, "",
-            [&](int meter) -> std::vector<Json> {
-              const auto& hours = building.GetBuildingProfile(static_cast<int16_t>(meter))->Power.items;
-              const auto most = std::ranges::max_element(hours, {}, &R4::value);
-              if (*most == 0.0F) return {};
-              double sum = 0;
-              for (const R4& hour : hours) sum += hour;
-              const auto at = static_cast<int>(most - hours.begin());
-              return {std::string(text_of(labels<BLD_PowerProfiles>, static_cast<int16_t>(meter))), real(*most),
-                      at / 24 + 1, at % 24, real(sum)};
-            });
+  Rows rows;
+  for (int meter = 1; meter <= kMeters; ++meter) {
+    const auto& hours = building.GetBuildingProfile(static_cast<int16_t>(meter))->Power.items;
+    const auto most = std::ranges::max_element(hours, {}, &R4::value);
+    if (*most == 0.0F) continue;
+    const auto at = static_cast<int>(most - hours.begin());
+    const std::string unit = building.GetBuildingResults()->EnergyUnits(meter).trimmed();
+    rows.push_back({std::string(text_of(labels<BLD_PowerProfiles>, static_cast<int16_t>(meter))),
+                    grouped(*most, 2) + " " + unit, date_text(at / 24 + 1) + ", hour " + std::to_string(at % 24 + 1)});
+  }
+  if (rows.empty()) return;
+  std::cout << '\n';
+  print_table({"greatest hour of", "used", "on"}, rows, "lrl");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -82,6 +83,17 @@ void print_cell(const std::string& text, size_t width, bool right) {
 }
 
 }  // namespace
+
+std::string grouped(double value, int decimals) {
+  if (!std::isfinite(value) || std::abs(value) >= 1e15) return shown(Json(value));
+  char text[40];
+  std::snprintf(text, sizeof text, "%.*f", decimals, value);
+  std::string out(text);
+  if (out.find_first_not_of("-0.") == std::string::npos) out = out.substr(out.find('0'));  // no -0
+  const size_t first = out[0] == '-' ? 1 : 0;
+  for (size_t at = std::min(out.find('.'), out.size()); at > first + 3; at -= 3) out.insert(at - 3, ",");
+  return out;
+}
 
 void print_table(const std::vector<std::string>& heads, const std::vector<std::vector<Json>>& rows,
                  std::string_view sides) {

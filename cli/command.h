@@ -42,6 +42,9 @@ Ptr<Database> open_project(COM_ProjectData& project, const Call& call, Use use);
 /// A number as a person reads it, six digits.
 std::string shown(const Json& value);
 
+/// As reports have it: so many decimals, thousands apart.
+std::string grouped(double value, int decimals);
+
 /// Rows of texts in aligned columns; to the right those whose letter in `sides` is 'r', without letters the numbers.
 void print_table(const std::vector<std::string>& heads, const std::vector<std::vector<Json>>& rows,
                  std::string_view sides = {});

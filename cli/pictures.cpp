@@ -61,8 +61,8 @@ void show_construction(Database&, StoredEntity& entity) {
     terms.push_back({Json(i), Json(double{construction.BTrans(i)}), Json(double{construction.DTrans(i)})});
   print_table({"n", "b", "d"}, terms);
   try {
-    std::cout << "The 12 terms hold the response of the layers to "
-              << shown(Json(construction.coefficient_error() * 100)) << " % (step and sunny day).\n";
+    std::cout << "The 12 terms differ from the exact response of the layers, to a step and on a sunny day, by at most "
+              << shown(Json(construction.coefficient_error() * 100)) << " %.\n";
   } catch (const Error& error) {
     std::cout << "The layers have no transfer functions: " << error.description() << ".\n";
   }
@@ -82,7 +82,7 @@ void show_profile(const SCH_Schedule& schedule, int profile) {
         const bool reached = value(hour) * kRows + 50 >= row * 100;
         bars += reached ? "##" : row == 1 && value(hour) > 0 ? ".." : "  ";
       }
-      std::printf("%4d %%  |%s|\n", row * 100 / kRows, bars.c_str());
+      std::printf("%4d %%  |%s|%s\n", row * 100 / kRows, bars.c_str(), row == 1 ? "  .. less, but not 0" : "");
     }
   } else {
     const bool rate = schedule.ScheduleType == SCH_ScheduleTypes::ST_RATE;

@@ -125,10 +125,11 @@ std::string load_profile(const ADL_AirSystemDesign& design) {
   }
   for (size_t i = 0; i < days.size(); ++i) {
     const Scale& scale = &kSeries[i].unit == &kFlow ? flows : loads;
-    out += path(curve(days[i], hours, scale),
-                std::string("fill=\"none\" stroke-width=\"2.5\" stroke-linejoin=\"round\" stroke=\"") +
-                    kSeries[i].color + "\" " + kSeries[i].dash) +
-           key(kSeries[i], days[i], kTop + 24 + 48 * static_cast<double>(i));
+    if (std::ranges::any_of(days[i], [](double value) { return value > 0; }))
+      out += path(curve(days[i], hours, scale),
+                  std::string("fill=\"none\" stroke-width=\"2.5\" stroke-linejoin=\"round\" stroke=\"") +
+                      kSeries[i].color + "\" " + kSeries[i].dash) +
+             key(kSeries[i], days[i], kTop + 24 + 48 * static_cast<double>(i));
   }
   out +=
       path("M" + number(kLeft) + " " + number(kTop) + "V" + number(kBottom) + "H" + number(kRight) + "V" + number(kTop),

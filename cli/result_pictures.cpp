@@ -25,17 +25,8 @@ int decimals_of(std::string_view unit) {
   return found == std::end(kDecimals) ? 2 : found->second;
 }
 
-/// As reports have it: as many decimals as the unit deserves, thousands apart.
-std::string figure(double value, std::string_view unit) {
-  if (!std::isfinite(value) || std::abs(value) >= 1e15) return shown(Json(value));
-  char text[40];
-  std::snprintf(text, sizeof text, "%.*f", decimals_of(unit), value);
-  std::string out(text);
-  if (out.find_first_not_of("-0.") == std::string::npos) out = out.substr(out.find('0'));  // no -0
-  const size_t first = out[0] == '-' ? 1 : 0;
-  for (size_t at = std::min(out.find('.'), out.size()); at > first + 3; at -= 3) out.insert(at - 3, ",");
-  return out;
-}
+/// As many decimals as the unit deserves.
+std::string figure(double value, std::string_view unit) { return grouped(value, decimals_of(unit)); }
 
 std::string field_text(Object& object, const Member& field) {
   Value value;

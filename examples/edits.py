@@ -56,10 +56,12 @@ def edit_rate(project):
 def main():
     project = open_project()
     database = tarn.open_database(project.IndexDBName)
+    tons, bills = calculate(project)
     for edit in (edit_wall, edit_space, edit_chiller, edit_rate):
         show_stale(database, *edit(project))
-        calculate(project)
-        print(f"  calculated again; now {len(stale(database))} are stale\n")
+        before, (tons, bills) = (tons, bills), calculate(project)
+        print(f"  calculated again: cooling peaks {before[0]:.2f} -> {tons:.2f} tons, bills of a year {before[1]:,.2f} -> {bills:,.2f} $; "
+              f"{len(stale(database))} are stale now\n")
 
 
 main()

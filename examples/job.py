@@ -49,7 +49,7 @@ def stale(database):
     found = {}
     for kind, table in (("System", "AirSystemIndex"), ("Plant", "PlantIndex")):
         for row in database.rows(f"SELECT nIndex, bDesHasChanged, bSimHasChanged FROM {table} ORDER BY nIndex"):
-            what = [word for word, flag in (("design", "bDesHasChanged"), ("simulation", "bSimHasChanged")) if row[flag]]
+            what = [word for word, flag in (("sizing", "bDesHasChanged"), ("simulation", "bSimHasChanged")) if row[flag]]
             if what:
                 found[kind, row["nIndex"]] = " and ".join(what)
     for row in database.rows("SELECT nIndex FROM BuildingIndex WHERE bHasChanged <> 0 ORDER BY nIndex"):

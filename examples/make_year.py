@@ -7,7 +7,7 @@ Model, all times local standard:
   cover    0 to 1, from a walk that forgets half of itself in a day
   air      yearly wave around 49 F with its coldest day on 24 January, daily wave with its peak at 15 h that clouds flatten,
            and fronts: a walk that forgets half of itself in two days
-  vapour   dew point below the day's coolest air by a depression that clouds lessen
+  vapour   dew point below the day's coolest air by a depression that clouds lessen, at most 24 C
   pressure standard at 600 ft, with the fronts
 The walks come from one seed, so that the same file comes every time.
 
@@ -19,6 +19,7 @@ import random
 import sys
 
 LATITUDE, LONGITUDE, ZONE, ELEVATION_M = 41.0, -88.0, -6.0, 183.0
+DAMPEST = 24.0  # C, dew point
 DAYS_IN = [31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31]
 
 
@@ -63,7 +64,7 @@ def hours():
             cover = min(1.0, max(0.0, 0.5 + cover_walk[at]))
             swing = 6.5 * (1 - 0.6 * cover)
             dry_bulb = season + fronts[at] + swing * math.cos(2 * math.pi * (hour - 15) / 24)
-            dew_point = season + fronts[at] - swing - 4.0 * (1 - cover)
+            dew_point = min(DAMPEST, season + fronts[at] - swing - 4.0 * (1 - cover))
             direct, diffuse = solar(day, hour, cover)
             yield day, hour, dry_bulb, min(dew_point, dry_bulb), pressure - 60 * fronts[at], direct, diffuse
             at += 1

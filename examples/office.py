@@ -150,7 +150,7 @@ def new_space(project, name, area):
     return space
 
 
-SYSTEMS = [("VAV, perimeter", 8, [[1], [2], [3, 4]]), ("Fan coils, core", 16, [[5]]), ("Outdoor air unit", 6, [[1, 2, 3, 4, 5]])]
+SYSTEMS = [("VAV, perimeter", 8, [[1], [2], [3, 4]]), ("Fan coils, core", 16, [[5]]), ("Outdoor air unit, core", 6, [[5]])]
 
 
 CHILLED_WATER, HOT_WATER = 3, 7  # sources of coils
@@ -175,7 +175,7 @@ def make_systems(project):
         cooling.Used = heating.Used = True
         system.Save()
         header = system.GetAirSystem()
-        print(f"air system {system.Index}, {name}: type {header.SystemType}, {header.NumZones} zones, "
+        print(f"air system {system.Index}, {name}: {header.NumZones} zones, "
               f"chilled water {'yes' if header.CWCoilsExists else 'no'}, hot water {'yes' if header.HWCoilsExists else 'no'}")
 
 
@@ -191,7 +191,7 @@ def make_equipment(project):
         mode.MapCapacity = [[value * scale for value in column] for column in mode.MapCapacity[:]]
         mode.MapPower = [[value * scale for value in column] for column in mode.MapPower[:]]
         chiller.Save()
-        print(f"chiller {chiller.Index}, {name}: {mode.FLCapacity:g} tons, {mode.FLPower:.4g} kW at {mode.FLEnteringTemp:g} F")
+        print(f"chiller {chiller.Index}, {name}: {mode.FLCapacity:g} tons, {mode.FLPower:.4g} kW with condenser water of {mode.FLEnteringTemp:g} F")
     for entity, name in ((project.NewBoiler(), "Hot water boiler"), (project.NewCoolingTower(), "Cooling tower")):
         entity.CreateDefault()
         entity.Name = name
@@ -232,7 +232,7 @@ def make_plants(project):
         plant.General.SetFlags()
         plant.Save(ALL)
         print(f"plant {plant.Index}, {name}: {len(pieces)} units, {plant.SystemSelect.NumSystems} systems, "
-              f"{plant.General.NumOutputs} outputs, {plant.General.GetDetailedTowerCount()} towers in detail")
+              f"{plant.General.NumOutputs} hourly outputs to come")
 
 
 def make_rates(project):

@@ -5,7 +5,7 @@ files with methods of their own.
     PYTHONPATH=build/python python3 examples/results.py FOLDER/PREFIX    (run by `make run`)
 """
 
-from math import cos, pi, sin
+from math import cos, exp, pi, sin
 
 import tarn
 from job import open_project, stale
@@ -13,12 +13,16 @@ from job import open_project, stale
 MONTHS, HOURS = range(1, 13), range(24)
 DAYS_IN = (31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31)
 WALLS, ROOFS, SOLAR, GLASS, LIGHTS, EQUIPMENT, PEOPLE, INFILTRATION, VENTILATION, FAN, DUCTS, SAFETY = 1, 2, 3, 4, 11, 13, 14, 15, 17, 18, 20, 22
-COMPONENTS, POINTS = 22, 13
-OUTDOOR, MIXED, COIL, FAN_OUT, ROOM, RETURN = 1, 4, 5, 8, 10, 12  # points of the air's way
-ROOM_DB, SUPPLY_DB, WINTER_DB = 75.0, 56.0, -2.0  # F
+COMPONENTS = 22
+OUTDOOR, MIXED, COIL, FAN_OUT, ROOM = 1, 4, 5, 8, 10  # points of the air's way
+ROOM_DB, SUPPLY_DB, WINTER_ROOM_DB, WINTER_DB = 75.0, 58.0, 70.0, -2.0  # F
 ROOM_W, OUTDOOR_W = 0.0093, 0.0140  # lb/lb
-SENSIBLE, LATENT = 1.08, 4840.0  # Btu/(hr.CFM.F), Btu/(hr.CFM) for each lb/lb, at sea level
+ALTITUDE, PRESSURE, STANDARD = 600.0, 14.38, 0.978  # ft, psia, density beside that at sea level
+SENSIBLE, LATENT = 1.08 * STANDARD, 4840.0 * STANDARD  # Btu/(hr.CFM.F), Btu/(hr.CFM) for each lb/lb
 WATT = 3.412  # Btu/hr
+DUCT, MARGIN, HEATING_MARGIN = 0.02, 0.03, 0.10  # of the rooms' sensible loads, and of the heating load
+OUTDOOR_CFM = 17.0  # a person
+SERVES = {8: (1, 1), 16: (1, 0), 6: (0, 1)}  # by type of system: the rooms' loads, their outdoor air
 
 
 def outdoor(month, hour):
@@ -28,6 +32,17 @@ def outdoor(month, hour):
 
 def occupied(hour):
     return 1.0 if 8 <= hour < 18 else 0.1
+
+
+def wet_bulb(db, w):
+    """F, by the psychrometric equation and Magnus' formula."""
+    low, high = -60.0, db
+    while high - low > 0.01:
+        middle = (low + high) / 2
+        vapour = 0.08865 * exp(17.62 * (middle - 32) / (1.8 * 243.12 + middle - 32))
+        saturated = 0.622 * vapour / (PRESSURE - vapour)
+        low, high = (middle, high) if ((1093 - 0.556 * middle) * saturated - 0.24 * (db - middle)) / (1093 + 0.444 * db - middle) < w else (low, middle)
+    return low
 
 
 def sun(exposure, hour):
@@ -63,64 +78,79 @@ class Room:
                               (LIGHTS, self.area), (EQUIPMENT, 0.75 * self.area), (PEOPLE, self.people), (INFILTRATION, 0.04 * self.area)):
             self.details[place - 1] = amount
 
-    def loads(self, db, hour, heating=False):
-        """Sensible and latent Btu/hr by component."""
+    def loads(self, db, hour):
+        """Sensible and latent Btu/hr by component, on a sunny day; walls and roofs as if they had no mass."""
         amount = self.details
         sensible, latent = [0.0] * COMPONENTS, [0.0] * COMPONENTS
-        for place, conductance in ((WALLS, self.wall_u), (ROOFS, self.roof_u), (GLASS, self.glass_u), (INFILTRATION, SENSIBLE)):
-            sensible[place - 1] = conductance * amount[place - 1] * (db - ROOM_DB)
-        if not heating:
-            sensible[SOLAR - 1] = self.glass * self.shade * sun(self.exposure, hour)
-            sensible[LIGHTS - 1] = WATT * amount[LIGHTS - 1] * occupied(hour)
-            sensible[EQUIPMENT - 1] = WATT * amount[EQUIPMENT - 1] * occupied(hour)
-            sensible[PEOPLE - 1], latent[PEOPLE - 1] = 245 * self.people * occupied(hour), 205 * self.people * occupied(hour)
-            latent[INFILTRATION - 1] = LATENT * amount[INFILTRATION - 1] * (OUTDOOR_W - ROOM_W)
+        sky = 35 * max(0.0, cos((hour - 13) * pi / 14))  # F by which the sun warms a roof
+        for place, conductance, warmer in ((WALLS, self.wall_u, 0.15 * sun(self.exposure, hour)), (ROOFS, self.roof_u, sky),
+                                           (GLASS, self.glass_u, 0), (INFILTRATION, SENSIBLE, 0)):
+            sensible[place - 1] = conductance * amount[place - 1] * (db + warmer - ROOM_DB)
+        sensible[SOLAR - 1] = self.glass * self.shade * sun(self.exposure, hour)
+        sensible[LIGHTS - 1] = WATT * amount[LIGHTS - 1] * occupied(hour)
+        sensible[EQUIPMENT - 1] = WATT * amount[EQUIPMENT - 1] * occupied(hour)
+        sensible[PEOPLE - 1], latent[PEOPLE - 1] = 245 * self.people * occupied(hour), 205 * self.people * occupied(hour)
+        latent[INFILTRATION - 1] = LATENT * amount[INFILTRATION - 1] * (OUTDOOR_W - ROOM_W)
         return sensible, latent
+
+    def heating(self):
+        """Btu/hr by component at heating design."""
+        loads, colder = [0.0] * COMPONENTS, WINTER_ROOM_DB - WINTER_DB
+        for place, conductance in ((WALLS, self.wall_u), (ROOFS, self.roof_u), (GLASS, self.glass_u), (INFILTRATION, SENSIBLE)):
+            loads[place - 1] = conductance * self.details[place - 1] * colder
+        return loads
 
 
 def added(lists):
     return [sum(column) for column in zip(*lists)] or [0.0] * COMPONENTS
 
 
-def fill_zone(design, number, rooms):
-    """The zone's loads of every hour, its sizing and its spaces. Returns its sensible load by month and hour, its airflow,
-    and its latent load by component besides."""
+def fill_zone(design, number, rooms, serves):
+    """The zone's loads of every hour, its sizing and its spaces, as far as the system serves them. Returns loads and
+    airflow by month and hour."""
     zone, hourly, sizing = design.DLZone(number), design.HLZone(number), design.TSZone(number).TerminalSizing
+    loads, air = serves
     hours = [[[added(part) for part in zip(*(room.loads(outdoor(m, h), h) for room in rooms))] for h in HOURS] for m in MONTHS]
-    sensible, latent = ([[hours[m][h][part] for h in HOURS] for m in range(12)] for part in (0, 1))
+    sensible, latent = ([[[load * loads for load in hours[m][h][part]] for h in HOURS] for m in range(12)] for part in (0, 1))
     zone.Sensible[:], zone.Latent[:] = sensible, latent
-    totals = [[sum(hour) for hour in month] for month in sensible]
-    zone.TotalSensible[:], zone.TotalLatent[:] = totals, [[sum(hour) for hour in month] for month in latent]
+    totals, wet = ([[sum(hour) for hour in month] for month in part] for part in (sensible, latent))
+    zone.TotalSensible[:], zone.TotalLatent[:] = totals, wet
     peak, month, hour = max((totals[m - 1][h], m, h) for m in MONTHS for h in HOURS)
-    heating, _ = zip(*(room.loads(WINTER_DB, 6, True) for room in rooms))
-    winter = added([[-load for load in each] for each in heating])
-    airflow, area = peak / (SENSIBLE * (ROOM_DB - SUPPLY_DB)), sum(room.area for room in rooms)
+    winter = [load * loads for load in added([room.heating() for room in rooms])]
+    area, people = sum(room.area for room in rooms), sum(room.people for room in rooms)
+    outside = OUTDOOR_CFM * people * air
+
+    def flow(load):
+        return (1 + DUCT + MARGIN) * load / (SENSIBLE * (ROOM_DB - SUPPLY_DB))
+
+    airflow = max(flow(peak), outside)
+    flows = [[max(flow(load), 0.3 * airflow) for load in month] for month in totals]
 
     zone.HeatingLoads.Sensible[:], zone.HeatingLoads.TotalSensible = winter, sum(winter)
     facts = zone.LoadDetails
-    facts.PeakMonth, facts.PeakHour, facts.FloorArea, facts.People = month, hour, area, sum(room.people for room in rooms)
-    facts.ClgOutdoorDB, facts.ClgThermostat, facts.HtgOutdoorDB, facts.HtgThermostat = outdoor(month, hour), ROOM_DB, WINTER_DB, 70.0
+    facts.PeakMonth, facts.PeakHour, facts.FloorArea, facts.People = month, hour, area, people
+    facts.ClgOutdoorDB, facts.ClgOutdoorWB = outdoor(month, hour), wet_bulb(outdoor(month, hour), OUTDOOR_W)
+    facts.ClgThermostat, facts.HtgOutdoorDB, facts.HtgThermostat = ROOM_DB, WINTER_DB, WINTER_ROOM_DB
     facts.ClgDetail[:] = facts.HtgDetail[:] = added([room.details for room in rooms])
 
     sizing.PeakMonth, sizing.PeakHour, sizing.PeakSensible = month, hour, peak
-    sizing.PeakTotal, sizing.HeatingLoad = peak + sum(latent[month - 1][hour]), sum(winter)
+    sizing.PeakTotal, sizing.HeatingLoad = peak + wet[month - 1][hour], sum(winter)
     sizing.DesignAirflow, sizing.MinAirflow, sizing.AirflowPerArea, sizing.FloorArea = airflow, 0.3 * airflow, airflow / area, area
-    sizing.People, sizing.VentAirflow, sizing.ReheatCoilLoad = facts.People, 17 * facts.People, sum(winter)
+    sizing.People, sizing.VentAirflow = people, outside
 
     hourly.OutdoorDB[:] = [[outdoor(m, h) for h in HOURS] for m in MONTHS]
     hourly.ZoneDB[:], hourly.ZoneRH[:] = [[ROOM_DB] * 24] * 12, [[50.0] * 24] * 12
-    hourly.ZoneSensible[:] = totals
-    hourly.AirFlow[:] = [[max(0.3, load / peak) * airflow for load in month] for month in totals]
+    hourly.ZoneSensible[:], hourly.AirFlow[:] = totals, flows
     for place, room in enumerate(rooms, 1):
-        fill_space(zone.DLSpace(place), room, month, hour)
-    return totals, airflow, latent
+        fill_space(zone.DLSpace(place), room, month, hour, loads)
+    return totals, wet, flows
 
 
-def fill_space(loads, room, month, hour):
+def fill_space(loads, room, month, hour, share):
     loads.SpaceID, loads.Name, loads.Multiplier, loads.FloorArea, loads.People = room.index, room.name, 1, room.area, room.people
     loads.PeakMonth, loads.PeakHour = month, hour
-    sensible, latent = room.loads(outdoor(month, hour), hour)
-    winter = [-load for load in room.loads(WINTER_DB, 6, True)[0]]
+    sensible, latent = ([load * share for load in part] for part in room.loads(outdoor(month, hour), hour))
+    winter = [load * share for load in room.heating()]
     loads.ClgSensible[:], loads.ClgLatent[:], loads.ClgDetail[:] = sensible, latent, room.details
     loads.HtgLoad[:], loads.HtgDetail[:], loads.HtgTotal = winter, room.details, sum(winter)
     loads.ClgTotalSensible, loads.ClgTotalLatent = sum(sensible), sum(latent)
@@ -128,162 +158,202 @@ def fill_space(loads, room, month, hour):
 
 
 def fill_design(project, system, rooms):
-    """The design results of an air system, whole."""
+    """The design results of an air system, whole. Returns its cooling and heating peaks, Btu/hr."""
     design = project.NewAirSystemDesign()
     design.AirSystem = system
     weather = design.Weather
     weather.DB[:] = [[outdoor(m, h) for h in HOURS] for m in MONTHS]
-    weather.WB[:] = [[min(outdoor(m, h), 74 - 0.3 * (93 - outdoor(m, h))) for h in HOURS] for m in MONTHS]
-    weather.WinterDB, weather.WinterWB, weather.RhoCpK, weather.RhoHfgK, weather.Altitude = WINTER_DB, WINTER_DB - 1, SENSIBLE, LATENT, 600.0
+    weather.WB[:] = [[wet_bulb(outdoor(m, h), min(OUTDOOR_W, 0.0140 * outdoor(m, h) / 93)) for h in HOURS] for m in MONTHS]
+    weather.WinterDB, weather.WinterWB, weather.RhoCpK, weather.RhoHfgK, weather.Altitude = WINTER_DB, WINTER_DB - 1, SENSIBLE, LATENT, ALTITUDE
+    serves = SERVES[system.GetAirSystem().SystemType]
     zones = [[rooms[system.GetZoneData(z).SpaceID[place]] for place in range(1, system.GetZoneData(z).TotalSpacesInZone + 1)]
              for z in range(1, system.GetAirSystem().NumZones + 1)]
-    filled = [fill_zone(design, number, each) for number, each in enumerate(zones, 1)]
-    everyone = [room for each in zones for room in each]
-    fill_system(design, everyone, filled)
+    filled = [fill_zone(design, number, each, serves) for number, each in enumerate(zones, 1)]
+    peaks = fill_system(design, [room for each in zones for room in each], filled, serves)
     design.Save(system.Index)
+    return peaks
 
 
-def fill_system(design, rooms, zones):
-    """Coil, fan, components and the states of the air, from those of the zones and the outdoor air of the people."""
-    area, people, airflow = sum(r.area for r in rooms), sum(r.people for r in rooms), sum(z[1] for z in zones)
-    outside = 17 * people
+def fill_system(design, rooms, zones, serves):
+    """Coils, fan, components and the states of the air, from those of the zones and the outdoor air of the people."""
+    served, air = serves
+    area, people = sum(room.area for room in rooms), sum(room.people for room in rooms)
+    dry, wet, flow = ([[sum(zone[part][m][h] for zone in zones) for h in HOURS] for m in range(12)] for part in (0, 1, 2))
+    airflow = max(max(month) for month in flow)  # the zones' peaks are not all in one hour
     fan_kw = airflow * 0.0007
-    fan_heat = fan_kw * 1000 * WATT
-    rooms_load = [[sum(z[0][m - 1][h] for z in zones) for h in HOURS] for m in MONTHS]
-    vent = [[SENSIBLE * outside * (outdoor(m, h) - ROOM_DB) for h in HOURS] for m in MONTHS]
-    latent_vent = LATENT * outside * (OUTDOOR_W - ROOM_W)
-    wet = [[sum(sum(z[2][m][h]) for z in zones) + latent_vent for h in HOURS] for m in range(12)]
-    sensible = [[max(0.0, 1.05 * rooms_load[m][h] + vent[m][h] + fan_heat) for h in HOURS] for m in range(12)]
-    total = [[sensible[m][h] + (wet[m][h] if sensible[m][h] > 0 else 0) for h in HOURS] for m in range(12)]
-    peak, month, hour = max((total[m - 1][h], m, h) for m in MONTHS for h in HOURS)
-    coil = sensible[month - 1][hour]
+    outside = OUTDOOR_CFM * people * air
 
-    loads = design.DLAir
+    def coil_loads(m, h):
+        """Sensible and latent, of the fan, the outdoor air and the rooms with ducts and margin."""
+        open_air = outside if occupied(h) == 1 else 0.0
+        sensible = (1 + DUCT + MARGIN) * dry[m][h] + SENSIBLE * open_air * (outdoor(m + 1, h) - ROOM_DB) + fan_kw * 1000 * WATT
+        return (sensible, wet[m][h] + LATENT * open_air * (OUTDOOR_W - ROOM_W)) if sensible > 0 else (0.0, 0.0)
+
+    coils = [[coil_loads(m, h) for h in HOURS] for m in range(12)]
+    peak, month, hour = max((sum(coils[m - 1][h]), m, h) for m in MONTHS for h in HOURS)
+    sensible, latent = coils[month - 1][hour]
+    air_now = flow[month - 1][hour]
+    db, fan_rise = outdoor(month, hour), fan_kw * 1000 * WATT / (SENSIBLE * air_now)
+    share = min(1.0, outside / air_now)
+    mixed = ROOM_DB + share * (db - ROOM_DB), ROOM_W + share * (OUTDOOR_W - ROOM_W)
+    leaving = mixed[0] - sensible / (SENSIBLE * air_now), mixed[1] - latent / (LATENT * air_now)
+    heating = fill_components(design.DLAir, rooms, serves, (month, hour), (sensible, latent), fan_kw * 1000 * WATT)
+
+    sizing, tons = design.SSAir, peak / 12000
+    sizing.ClgPeakMonth, sizing.ClgPeakHour, sizing.ClgOutdoorDB, sizing.ClgOutdoorWB = month, hour, db, wet_bulb(db, OUTDOOR_W)
+    sizing.ClgCoilTotal, sizing.ClgCoilSensible, sizing.ClgCoilAirflow, sizing.ClgSensibleHeatRatio = peak, sensible, air_now, sensible / peak
+    sizing.ClgEnteringDB, sizing.ClgEnteringWB = mixed[0], wet_bulb(*mixed)
+    sizing.ClgLeavingDB, sizing.ClgLeavingWB, sizing.ClgResultingRH = leaving[0], wet_bulb(*leaving), 50.0
+    sizing.ClgWaterRise, sizing.ClgWaterFlow = 10.0, peak / (500 * 10)
+    sizing.ClgAreaPerTon, sizing.ClgLoadPerArea, sizing.ClgAirflowPerArea, sizing.ClgAirflowPerTon = area / tons, peak / area, air_now / area, air_now / tons
+    winter_mix = WINTER_ROOM_DB + min(1.0, outside / airflow) * (WINTER_DB - WINTER_ROOM_DB)
+    sizing.HtgOutdoorDB, sizing.HtgOutdoorWB, sizing.HtgCoilLoad, sizing.HtgCoilAirflow = WINTER_DB, WINTER_DB - 1, heating, airflow
+    sizing.HtgWaterDrop, sizing.HtgWaterFlow, sizing.HtgLoadPerArea = 20.0, heating / (500 * 20), heating / area
+    sizing.HtgEnteringDB, sizing.HtgLeavingDB = winter_mix, winter_mix + heating / (SENSIBLE * airflow)
+    sizing.SupplyFanAirflow, sizing.SupplyFanStandardAirflow = airflow, airflow * STANDARD
+    sizing.SupplyFanPower, sizing.SupplyFanBHP, sizing.SupplyFanStatic = fan_kw, fan_kw / 0.746 * 0.9, 3.0
+    sizing.VentAirflow, sizing.VentPerArea, sizing.VentPerPerson, sizing.FloorArea, sizing.People = outside, outside / area, outside / people, area, people
+
+    table = design.HLAir
+    table.CentCoolTot[:], table.CentCoolSens[:] = [[sum(pair) for pair in month] for month in coils], [[pair[0] for pair in month] for month in coils]
+    table.AirFlow[:] = flow
+    fan_leaving = leaving[0] + fan_rise, leaving[1]
+    fill_process(design.SPAir.SPAirClg(month, hour), (outside, air_now), ((OUTDOOR, db, OUTDOOR_W), (MIXED, *mixed), (COIL, *leaving),
+                                                                         (FAN_OUT, *fan_leaving), (ROOM, ROOM_DB, ROOM_W)))
+    return peak, heating
+
+
+def fill_components(loads, rooms, serves, peak, coil, fan_heat):
+    """The system's loads by component. Returns the heating load."""
+    served, air = serves
+    month, hour = peak
     at_peak = [room.loads(outdoor(month, hour), hour) for room in rooms]
-    clg, lat = added([each[0] for each in at_peak]), added([each[1] for each in at_peak])
-    htg = added([[-load for load in room.loads(WINTER_DB, 6, True)[0]] for room in rooms])
-    details = added([room.details for room in rooms])
+    clg, lat = ([load * served for load in added([each[part] for each in at_peak])] for part in (0, 1))
+    htg = [load * served for load in added([room.heating() for room in rooms])]
+    details = [amount * served for amount in added([room.details for room in rooms])]
+    rooms_load, outside = sum(clg), OUTDOOR_CFM * sum(room.people for room in rooms) * air
     details[VENTILATION - 1] = outside
-    clg[VENTILATION - 1], lat[VENTILATION - 1] = vent[month - 1][hour], latent_vent
-    htg[VENTILATION - 1] = SENSIBLE * outside * (70 - WINTER_DB)
-    clg[FAN - 1], htg[FAN - 1] = fan_heat, -fan_heat
-    clg[DUCTS - 1] = 0.02 * rooms_load[month - 1][hour]
-    clg[SAFETY - 1], htg[SAFETY - 1] = 0.03 * rooms_load[month - 1][hour], 0.1 * sum(htg)
-    loads.ClgPeakMonth, loads.ClgPeakHour, loads.ClgOutdoorDB, loads.ClgOutdoorWB = month, hour, outdoor(month, hour), design.Weather.WB[month, hour]
+    clg[VENTILATION - 1], lat[VENTILATION - 1] = SENSIBLE * outside * (outdoor(month, hour) - ROOM_DB), LATENT * outside * (OUTDOOR_W - ROOM_W)
+    htg[VENTILATION - 1] = SENSIBLE * outside * (WINTER_ROOM_DB - WINTER_DB)
+    clg[FAN - 1], clg[DUCTS - 1], clg[SAFETY - 1] = fan_heat, DUCT * rooms_load, MARGIN * rooms_load
+    htg[SAFETY - 1] = HEATING_MARGIN * sum(htg)
+    loads.ClgPeakMonth, loads.ClgPeakHour, loads.ClgOutdoorDB, loads.ClgOutdoorWB = month, hour, outdoor(month, hour), wet_bulb(outdoor(month, hour), OUTDOOR_W)
     loads.HtgOutdoorDB, loads.HtgOutdoorWB = WINTER_DB, WINTER_DB - 1
     loads.ClgSensible[:], loads.ClgLatent[:], loads.ClgDetail[:] = clg, lat, details
     loads.HtgSensible[:], loads.HtgDetail[:] = htg, details
     loads.ClgTotalSensible, loads.ClgTotalLatent, loads.HtgTotalSensible = sum(clg), sum(lat), sum(htg)
-    loads.ClgCoilSensible, loads.ClgCoilLatent, loads.HtgCoilSensible = coil, peak - coil, sum(htg)
-
-    share = min(1.0, outside / airflow)
-    mixed_db, mixed_w = ROOM_DB + share * (outdoor(month, hour) - ROOM_DB), ROOM_W + share * (OUTDOOR_W - ROOM_W)
-    leaving_db, leaving_w = mixed_db - coil / (SENSIBLE * airflow), mixed_w - (peak - coil) / (LATENT * airflow)
-    sizing = design.SSAir
-    sizing.ClgPeakMonth, sizing.ClgPeakHour, sizing.ClgOutdoorDB, sizing.ClgOutdoorWB = month, hour, outdoor(month, hour), design.Weather.WB[month, hour]
-    sizing.ClgCoilTotal, sizing.ClgCoilSensible, sizing.ClgCoilAirflow, sizing.ClgSensibleHeatRatio = peak, coil, airflow, coil / peak
-    sizing.ClgEnteringDB, sizing.ClgLeavingDB, sizing.ClgBypassFactor, sizing.ClgResultingRH = mixed_db, leaving_db, 0.05, 50.0
-    sizing.ClgEnteringWB, sizing.ClgLeavingWB = 64.0, 54.0
-    sizing.ClgWaterRise, sizing.ClgWaterFlow = 10.0, peak / (500 * 10)
-    sizing.HtgOutdoorWB = WINTER_DB - 1
-    tons = peak / 12000
-    sizing.ClgAreaPerTon, sizing.ClgLoadPerArea, sizing.ClgAirflowPerArea, sizing.ClgAirflowPerTon = area / tons, peak / area, airflow / area, airflow / tons
-    sizing.HtgOutdoorDB, sizing.HtgCoilLoad, sizing.HtgCoilAirflow, sizing.HtgLoadPerArea = WINTER_DB, sum(htg), airflow, sum(htg) / area
-    sizing.HtgWaterDrop, sizing.HtgWaterFlow = 20.0, sum(htg) / (500 * 20)
-    sizing.HtgEnteringDB, sizing.HtgLeavingDB = 60.0, 60.0 + sum(htg) / (SENSIBLE * airflow)
-    sizing.SupplyFanAirflow = sizing.SupplyFanStandardAirflow = airflow
-    sizing.SupplyFanPower, sizing.SupplyFanBHP, sizing.SupplyFanStatic = fan_kw, fan_kw / 0.746 * 0.9, 3.0
-    sizing.VentAirflow, sizing.VentPerArea, sizing.VentPerPerson, sizing.FloorArea, sizing.People = outside, outside / area, outside / people, area, people
-
-    air = design.HLAir
-    air.CentCoolTot[:], air.CentCoolSens[:] = total, sensible
-    air.CentHeat[:] = [[max(0.0, -(1.05 * rooms_load[m][h] + vent[m][h])) for h in HOURS] for m in range(12)]
-    air.AirFlow[:] = [[max(0.3, rooms_load[m][h] / max(rooms_load[month - 1])) * airflow for h in HOURS] for m in range(12)]
-    fill_process(design.SPAir, airflow, outside, (mixed_db, mixed_w), (leaving_db, leaving_w), fan_heat, (month, hour))
+    loads.ClgCoilSensible, loads.ClgCoilLatent, loads.HtgCoilSensible = *coil, sum(htg)
+    return sum(htg)
 
 
-def fill_process(process, airflow, outside, mixed, leaving, fan_heat, peak):
-    """The way of the air at the peak hour; other hours stay empty."""
-    states = process.SPAirClg(*peak)
-    for point, db, w, flow in ((OUTDOOR, outdoor(*peak), OUTDOOR_W, outside), (MIXED, *mixed, airflow), (COIL, *leaving, airflow),
-                               (FAN_OUT, leaving[0] + fan_heat / (SENSIBLE * airflow), leaving[1], airflow), (ROOM, ROOM_DB, ROOM_W, airflow), (RETURN, ROOM_DB + 0.5, ROOM_W, airflow)):
-        states.DryBulb[point], states.HumidityRatio[point], states.Airflow[point] = db, w, flow
-    for before, point in ((MIXED, COIL), (COIL, FAN_OUT), (FAN_OUT, ROOM), (ROOM, RETURN)):
-        states.SensibleChange[point] = SENSIBLE * airflow * (states.DryBulb[point] - states.DryBulb[before])
-        states.LatentChange[point] = LATENT * airflow * (states.HumidityRatio[point] - states.HumidityRatio[before])
+def fill_process(states, flows, points):
+    """The way of the air at the peak hour, a state after the other; other hours stay empty."""
+    outside, airflow = flows
+    before = None
+    for point, db, w in points:
+        states.DryBulb[point], states.HumidityRatio[point], states.Airflow[point] = db, w, outside if point == OUTDOOR else airflow
+        if before:
+            states.SensibleChange[point], states.LatentChange[point] = SENSIBLE * airflow * (db - before[0]), LATENT * airflow * (w - before[1])
+        before = (db, w) if point != OUTDOOR else None
 
 
 # ---- a year of the building
 
-FANS, COOLING, HEATING, PUMPS, TOWERS, LIGHTING, PLUGS = 1, 2, 3, 4, 5, 6, 7  # components
+FANS, COOLING, HEATING, PUMPS, TOWERS, LIGHTING, PLUGS, PARKING = 1, 2, 3, 4, 5, 6, 7, 8  # components
 ELECTRIC, GAS = 1, 3  # meters
 HVAC_ELECTRIC, HVAC_GAS, OTHER_ELECTRIC = 1, 2, 8  # categories
 ALL_DAY = 5  # the period of the whole day
 KBTU = {ELECTRIC: WATT, GAS: 100.0}  # a kWh, a therm
-SOURCE = {ELECTRIC: 3.0, GAS: 1.05}  # round factors from the site to the source
+BOILER = 0.8
 
 
-def hour_of_year(hour, area):
-    """kWh or therms of each component in an hour of the year, from 0."""
-    day, clock = divmod(hour, 24)
-    db = 50 - 25 * cos((day - 20) * 2 * pi / 365) + 9 * sin((clock - 9) * pi / 12)
-    busy = occupied(clock) if day % 7 not in (5, 6) else 0.1
-    kilo = area / 1000
-    cooling = max(0.0, db - 58) * 0.1 * kilo * busy
-    return {FANS: 0.6 * kilo * busy, COOLING: cooling, HEATING: max(0.0, 58 - db) * 0.003 * kilo, PUMPS: 0.1 * kilo, TOWERS: 0.08 * cooling,
-            LIGHTING: 1.0 * kilo * busy, PLUGS: 0.75 * kilo * busy}
+class Office:
+    """What the building's energy rests on, read from the project."""
+
+    def __init__(self, project, rooms):
+        self.area = sum(room.area for room in rooms)
+        self.people = sum(room.people for room in rooms)
+        self.conductance = sum(room.heating()[place - 1] for room in rooms for place in (WALLS, ROOFS, GLASS, INFILTRATION)) / (WINTER_ROOM_DB - WINTER_DB)
+        chillers = [project.NewChiller() for _ in range(2)]
+        for index, chiller in enumerate(chillers, 1):
+            chiller.Load(index)
+        self.chiller_kw = sum(c.CoolingMode.FLPower for c in chillers) / sum(c.CoolingMode.FLCapacity for c in chillers)  # a ton
+
+    def hour(self, number, parking):
+        """kWh or therms of each component in an hour of the year, from 0."""
+        day, clock = divmod(number, 24)
+        db = 50 - 25 * cos((day - 20) * 2 * pi / 365) + 9 * sin((clock - 9) * pi / 12)
+        busy = occupied(clock) if day % 7 < 5 else 0.1
+        kilo = self.area / 1000
+        gains = busy * (450 * self.people + WATT * 1.75 * self.area)
+        tons = max(0.0, gains + self.conductance * (db - 68)) / 12000 if db > 55 else 0.0
+        return {FANS: 0.6 * kilo * busy, COOLING: tons * self.chiller_kw, HEATING: max(0.0, self.conductance * (58 - db)) / 1e5 / BOILER,
+                PUMPS: 0.1 * kilo, TOWERS: 0.06 * tons, LIGHTING: kilo * busy, PLUGS: 0.75 * kilo * busy, PARKING: parking if clock < 6 or clock > 18 else 0.0}
 
 
-def fill_building(project, building):
-    results, area = building.GetBuildingResults(), sum(Room(project, index).area for index in range(1, 6))
-    rates = {ELECTRIC: project.NewElectricRate(), GAS: project.NewFuelRate()}
-    hours = [hour_of_year(hour, area) for hour in range(8760)]
-    results.Location, results.CurrSymbol, results.TotFlrArea = "Tarnwater, IL (synthetic)", "$", area
-    results.TotClgLoad, results.TotHtgLoad = 18.0, 150.0
-    month_of = [month for month in range(12) for _ in range(DAYS_IN[month] * 24)]
-    for meter, rate in rates.items():
-        rate.Load(1)
-        parts = [HEATING] if meter == GAS else [FANS, COOLING, PUMPS, TOWERS, LIGHTING, PLUGS]
-        price = rate.FlatRate if rate.RateStyle == 1 else sum(rate.ECRate[step] for step in (1, 2, 3)) / 3  # periods are not told apart
-        building.GetBuildingProfile(meter).Power[:] = [sum(hour[part] for part in parts) for hour in hours]
-        results.EnergyUnits[meter], results.EnergyConv[meter] = rate.EnergyUnits, rate.EnergyConv
-        for part in parts:
-            energy = sum(hour[part] for hour in hours)
-            results.AnnSiteEnComp[part], results.AnnSrceEnComp[part] = energy * KBTU[meter], energy * KBTU[meter] * SOURCE[meter]
-            results.AnnCostComp[part] = energy * price
-            results.AnnHVACEnergy[part, meter] = energy
-            category = HVAC_GAS if meter == GAS else OTHER_ELECTRIC if part in (LIGHTING, PLUGS) else HVAC_ELECTRIC
-            results.AnnEnergyType[category] += energy
-            results.AnnSiteEnType[category] += energy * KBTU[meter]
-            results.AnnSrceEnType[category] += energy * KBTU[meter] * SOURCE[meter]
-            results.AnnCostType[category] += energy * price
-        power = building.GetBuildingProfile(meter).Power[:]
-        for month in range(12):
-            mine = [value for value, of in zip(power, month_of) if of == month]
-            demand = max(mine) * rate.DCRate[1] if rate.DCStepUsed[1] else 0.0
-            charges = (sum(mine) * price, demand, rate.FixedCharge)
-            tax = sum(charges) * rate.TaxRate / 100
-            at = meter, month + 1
-            results.MonMetEnergy[at], results.MonConsump[(ALL_DAY, *at)], results.MonMaxDemand[(ALL_DAY, *at)] = sum(mine), sum(mine), max(mine)
-            results.MonEnCharge[at], results.MonDmdCharge[at], results.MonFixCharge[at] = charges
-            results.MonTaxCharge[at], results.MonMetCharge[at] = tax, sum(charges) + tax
-            results.MonMetRate[at] = (sum(charges) + tax) / sum(mine) if sum(mine) else 0.0
+def price_by_hour(project, rate):
+    """What a unit of energy costs in each hour of a week, from Monday: by the rate's periods, where it has some."""
+    if rate.RateStyle == 1:
+        return [rate.FlatRate] * 168
+    prices = {rate.ECPeriod[step]: rate.ECRate[step] for step in range(1, 15) if rate.ECStepUsed[step]}
+    periods = project.NewSchedule()
+    periods.Load(rate.TODSchedule)
+    return [prices[periods.HourlyValue[1 if day < 5 else 2, clock]] for day in range(7) for clock in HOURS]
 
 
-def blank(results):
-    """Sums begin at nothing."""
+def fill_building(project, building, rooms, peaks):
+    results, inputs, office = building.GetBuildingResults(), building.GetBuildingInputs(), Office(project, rooms)
+    hours = [office.hour(number, inputs.MEMaxPower[1]) for number in range(8760)]
+    results.Location, results.CurrSymbol, results.TotFlrArea = "no place, SYNTHETIC", "$", office.area
+    results.TotClgLoad, results.TotHtgLoad = sum(peak[0] for peak in peaks) / 12000, sum(peak[1] for peak in peaks) / 1000
+    source = {ELECTRIC: 100 / inputs.ElecGenEfficiency, GAS: 1.0}
     for name in ("AnnEnergyType", "AnnSiteEnType", "AnnSrceEnType", "AnnCostType"):
         getattr(results, name)[:] = [0.0] * 13
+    for meter, rate in ((ELECTRIC, project.NewElectricRate()), (GAS, project.NewFuelRate())):
+        rate.Load(inputs.UtilityRate[meter])
+        parts = [HEATING] if meter == GAS else [FANS, COOLING, PUMPS, TOWERS, LIGHTING, PLUGS, PARKING]
+        week = price_by_hour(project, rate)
+        results.EnergyUnits[meter], results.EnergyConv[meter] = rate.EnergyUnits, rate.EnergyConv
+        for part in parts:
+            energy, cost = sum(hour[part] for hour in hours), sum(hour[part] * week[number % 168] for number, hour in enumerate(hours))
+            site = energy * KBTU[meter]
+            results.AnnSiteEnComp[part], results.AnnSrceEnComp[part], results.AnnCostComp[part] = site, site * source[meter], cost
+            results.AnnHVACEnergy[part, meter] = energy
+            category = HVAC_GAS if meter == GAS else OTHER_ELECTRIC if part in (LIGHTING, PLUGS, PARKING) else HVAC_ELECTRIC
+            results.AnnEnergyType[category] += energy
+            results.AnnSiteEnType[category] += site
+            results.AnnSrceEnType[category] += site * source[meter]
+            results.AnnCostType[category] += cost
+        power = [sum(hour[part] for part in parts) for hour in hours]
+        building.GetBuildingProfile(meter).Power[:] = power
+        fill_bills(results, meter, rate, power, week)
+
+
+def fill_bills(results, meter, rate, power, week):
+    start = 0
+    for month, days in enumerate(DAYS_IN, 1):
+        mine = power[start:start + 24 * days]
+        energy = sum(value * week[(start + number) % 168] for number, value in enumerate(mine))
+        start += 24 * days
+        demand = max(mine) * rate.DCRate[1] if rate.DCStepUsed[1] else 0.0
+        charges = (energy, demand, rate.FixedCharge)
+        tax = sum(charges) * rate.TaxRate / 100
+        at = meter, month
+        results.MonMetEnergy[at], results.MonConsump[(ALL_DAY, *at)], results.MonMaxDemand[(ALL_DAY, *at)] = sum(mine), sum(mine), max(mine)
+        results.MonEnCharge[at], results.MonDmdCharge[at], results.MonFixCharge[at] = charges
+        results.MonTaxCharge[at], results.MonMetCharge[at] = tax, sum(charges) + tax
+        results.MonMetRate[at] = (sum(charges) + tax) / sum(mine) if sum(mine) else 0.0
 
 
 def calculate(project):
     """What calculation engines do last: results in, flags off, all in one transaction."""
     rooms = {index: Room(project, index) for index in range(1, 6)}
+    peaks = []
     with tarn.transaction(project):
         for index in (1, 2, 3):
             system = project.NewAirSystem()
             system.Load(index)
-            fill_design(project, system, rooms)
+            peaks.append(fill_design(project, system, rooms))
             system.GetAirSystem().Sized, system.GetAirSystem().Simulated = True, True
             system.DesHasChanged = system.SimHasChanged = False
             system.Save(True)
@@ -295,10 +365,10 @@ def calculate(project):
             plant.Save(508, True)
         building = project.NewBuilding()
         building.Load(15, 1)  # all sections
-        blank(building.GetBuildingResults())
-        fill_building(project, building)
+        fill_building(project, building, list(rooms.values()), peaks)
         building.GetBuildingGeneral().Simulated, building.HasChanged = True, False
         building.Save(15, True)
+    return sum(peak[0] for peak in peaks) / 12000, sum(sum(month) for month in building.GetBuildingResults().MonMetCharge[:])
 
 
 def main():

@@ -23,7 +23,7 @@ echo
 echo "-- a schedule (the first lines)"
 tarn schedules show 1 | first 10
 echo
-echo "-- the spaces (ft2, people, W/ft2) and the air systems that serve them (codes and flags of the index: 0 no, -1 yes)"
+echo "-- index rows: the spaces (ft2, people, W/ft2), then the air systems (codes; flags are 0 no, -1 yes)"
 tarn spaces list
 tarn air-systems list
 echo
@@ -39,7 +39,7 @@ echo
 echo "-- the building: what it uses, what its meters paid"
 tarn buildings show 1
 echo
-echo "== 5. Edits, and what each makes stale; the way goes from the edited thing by what uses it"
+echo "== 5. Edits, and what each makes stale: the shortest way from the edited thing by what uses it"
 python edits.py
 echo "== 6. A year of weather, computed by examples/make_year.py, becomes the project's"
 python3 examples/make_year.py "$job/tarnwater.epw"
@@ -47,7 +47,7 @@ tarn weather import "$job/tarnwater.epw"
 echo
 tarn weather show --svg "$job/tarnwater.svg"
 echo
-echo "-- is the year's file valid, and can its hours be?"
+echo "-- is the year's file valid (content and name are judged apart), and is any of its hours impossible?"
 tarn weather check "$job/MALLHW1.DAT"
 echo
 echo "== 7. What the project holds; the weather made all results stale"

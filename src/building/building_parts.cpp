@@ -23,7 +23,7 @@ const ClassInfo& BLD_Inputs::info() const {
   using C = BLD_Inputs;
   static const ClassInfo info =
       describe<C>(Failures::Raised, property<&R::SystemID>.refers_to("System"), property<&R::SystemMult>,
-                  property<&R::PlantID>.refers_to("Plant"), property<&R::MEProcess>, property<&R::MEName>.trimmed(),
+                  property<&R::PlantID>.refers_to("Plant"), property<&R::MEProcess>, property<&R::MEName>,
                   property<&R::METype>, property<&R::MEMaxPower>, property<&R::MESchedule>.refers_to("Schedule"),
                   property<&R::UtilityRate>.refers_to("ElectricRate FuelRate", rate_of_meter),
                   property<&R::ElecCompMeter>, property<&R::BldgPowerFactor>, property<&R::AddBldgFloorArea>("ft2"),
@@ -35,10 +35,10 @@ const ClassInfo& BLD_Results::info() const {
   using R = BuildingResultsRecord;
   using C = BLD_Results;
   static const ClassInfo info = describe<C>(
-      Failures::Raised, property<&R::Location>.trimmed(), property<&R::TotClgLoad>("tons"),
-      property<&R::TotHtgLoad>("MBH"), property<&R::TotFlrArea>("ft2"), property<&R::GrossWallArea>("ft2"),
-      property<&R::WindowArea>("ft2"), property<&R::UnmetClgHours>("hr"), property<&R::UnmetHtgHours>("hr"),
-      property<&R::CurrSymbol>, property<&R::EnergyUnits>, property<&R::DemandUnits>, property<&R::EnergyConv>,
+      Failures::Raised, property<&R::Location>, property<&R::TotClgLoad>("tons"), property<&R::TotHtgLoad>("MBH"),
+      property<&R::TotFlrArea>("ft2"), property<&R::GrossWallArea>("ft2"), property<&R::WindowArea>("ft2"),
+      property<&R::UnmetClgHours>("hr"), property<&R::UnmetHtgHours>("hr"), property<&R::CurrSymbol>,
+      property<&R::EnergyUnits>, property<&R::DemandUnits>, property<&R::EnergyConv>,
       property<&R::AnnSiteEnComp>("kBtu"), property<&R::AnnSrceEnComp>("kBtu"), property<&R::AnnSiteEnType>("kBtu"),
       property<&R::AnnSrceEnType>("kBtu"), property<&R::AnnCostComp>, property<&R::AnnCostType>,
       property<&R::AnnEnergyType>, property<&R::MonEnergyType>, property<&R::MonEnergyCxE>, property<&R::MonCostComp>,
