@@ -7,25 +7,13 @@
 #include <cstdio>
 
 #include "component/exchange.h"
+#include "finding.h"
 #include "mutate.h"
 #include "platform/workspace.h"
 #include "sample.h"
 
 namespace tarn::fuzz {
 namespace {
-
-unsigned long long seed_at_work = 0;
-
-void name_seed() { std::fprintf(stderr, "seed %llu\n", seed_at_work); }
-
-class Finding : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-void require(bool holds, const std::string& what) {
-  if (!holds) throw Finding(what);
-}
 
 /// Runs what may be refused; the refusal's text, empty where it was done.
 template <typename F>

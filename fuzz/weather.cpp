@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "finding.h"
 #include "mutate.h"
 #include "weather/calendar.h"
 #include "weather/weather_import.h"
@@ -17,19 +18,6 @@
 
 namespace tarn::fuzz {
 namespace {
-
-unsigned long long seed_at_work = 0;
-
-void name_seed() { std::fprintf(stderr, "seed %llu\n", seed_at_work); }
-
-class Finding : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-void require(bool holds, const std::string& what) {
-  if (!holds) throw Finding(what);
-}
 
 template <typename Row>
 std::string year_text(std::string text, Row row) {

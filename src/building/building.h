@@ -58,14 +58,6 @@ class BLD_Building final : public CopiedEntity<BLD_Building, MaskedEntity> {
   void store_name(std::string_view name) override { general_.Name = name; }
 
   // What the members table and the index row take.
-  template <Sections S>
-  int there() const {
-    return is_there(S) ? 1 : 0;
-  }
-  template <Sections S>
-  void set(int count) {
-    set_there(S, count > 0);
-  }
   int profile_count() const { return is_there(kProfiles) ? kMeters : 0; }
   bool simulated() const { return general_.Simulated; }
   bool has_changed() const { return HasChanged; }

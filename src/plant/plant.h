@@ -80,14 +80,6 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, Sized<MaskedEntity>> {
   void store_name(std::string_view name) override { General.Name = name; }
 
   // What the members table and the index row take.
-  template <Section S>
-  int there() const {
-    return is_there(S) ? 1 : 0;
-  }
-  template <Section S>
-  void set(int16_t count) {
-    set_there(S, count > 0);
-  }
   int16_t type() const { return General.PlantType.raw; }
   bool sized() const { return General.Sized; }
   bool simulated() const { return General.Simulated; }

@@ -79,6 +79,15 @@ class SectionedEntity : public StoredEntity {
   /// Whether a section of results is there, in the file or to be saved.
   bool is_there(size_t section) const { return there_[section]; }
   void set_there(size_t section, bool there) { there_[section] = there; }
+  /// The same as members tables take them, for the parts of a section.
+  template <size_t S>
+  int there() const {
+    return is_there(S) ? 1 : 0;
+  }
+  template <size_t S>
+  void set(int count) {
+    set_there(S, count > 0);
+  }
   /// A header that the mask does not select is that of the file. Returns whether it was taken.
   bool take_unselected_header();
   /// Writes the file with the selected sections, the others as the old file has them; of results none where they are

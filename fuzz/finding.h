@@ -1,0 +1,24 @@
+// What a fuzzer found, and the seed by which it is found again.
+#pragma once
+
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+
+namespace tarn::fuzz {
+
+inline unsigned long long seed_at_work = 0;
+
+/// For a sanitizer's death.
+inline void name_seed() { std::fprintf(stderr, "seed %llu\n", seed_at_work); }
+
+class Finding : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+inline void require(bool holds, const std::string& what) {
+  if (!holds) throw Finding(what);
+}
+
+}  // namespace tarn::fuzz
