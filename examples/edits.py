@@ -38,9 +38,10 @@ def edit_space(project):
 def edit_chiller(project):
     chiller = project.NewChiller()
     chiller.Load(2)
+    before = chiller.CoolingMode.FLPower
     chiller.CoolingMode.FLPower *= 0.95
     chiller.Save()
-    print(f"chiller 2, {chiller.Name}: full-load power 5 % less")
+    print(f"chiller 2, {chiller.Name}: full-load power {before:.3f} -> {chiller.CoolingMode.FLPower:.3f} kW")
     return "Chiller", 2
 
 
@@ -60,7 +61,7 @@ def main():
     for edit in (edit_wall, edit_space, edit_chiller, edit_rate):
         show_stale(database, *edit(project))
         before, (tons, bills) = (tons, bills), calculate(project)
-        print(f"  calculated again: cooling peaks {before[0]:.2f} -> {tons:.2f} tons, bills of a year {before[1]:,.2f} -> {bills:,.2f} $; "
+        print(f"  calculated again: sum of the systems' cooling peaks {before[0]:.2f} -> {tons:.2f} tons, bills of a year {before[1]:,.2f} -> {bills:,.2f} $; "
               f"{len(stale(database))} are stale now\n")
 
 

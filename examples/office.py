@@ -109,6 +109,12 @@ def make_schedules(project):
             schedule.HourlyValue[2, hour] = weekend
         schedule.Applicable[:] = [[1] * 6 + [2] * 3] * 12
         schedule.Save()
+    nights = project.NewSchedule()
+    nights.Name, nights.ProfileName[1] = "Parking lights", "Every night"
+    for hour in range(24):
+        nights.HourlyValue[1, hour] = 100 if hour < 6 or hour > 18 else 0
+    nights.Applicable[:] = [[1] * 9] * 12
+    nights.Save()
     periods = project.NewSchedule()
     periods.Name, periods.ScheduleType = "Electric rate periods", RATE
     periods.ProfileName[1], periods.ProfileName[2] = "Workday", "Weekend and holiday"
@@ -150,7 +156,8 @@ def new_space(project, name, area):
     return space
 
 
-SYSTEMS = [("VAV, perimeter", 8, [[1], [2], [3, 4]]), ("Fan coils, core", 16, [[5]]), ("Outdoor air unit, core", 6, [[5]])]
+SYSTEMS = [("VAV, perimeter", 8, {"South": [1], "West": [2], "North and east": [3, 4]}), ("Fan coils, core", 16, {"Core": [5]}),
+           ("Outdoor air unit, core", 6, {"Core": [5]})]
 
 
 CHILLED_WATER, HOT_WATER = 3, 7  # sources of coils
@@ -164,9 +171,9 @@ def make_systems(project):
         header = system.GetAirSystem()
         header.Name = name
         header.SetNumZones(len(zones))
-        for number, spaces in enumerate(zones, 1):
+        for number, (called, spaces) in enumerate(zones.items(), 1):
             zone = system.GetZoneData(number)
-            zone.Name, zone.TotalSpacesInZone = f"Zone {number}", len(spaces)
+            zone.Name, zone.TotalSpacesInZone = called, len(spaces)
             for place, space in enumerate(spaces, 1):
                 zone.SpaceID[place], zone.SpaceMultiplier[place] = space, 1
         system.GetZoneSchedule().TstatSchedule = 1
@@ -240,7 +247,7 @@ def make_rates(project):
     rate = project.NewElectricRate()
     rate.CreateDefault()
     rate.Name, rate.RateStyle, rate.FixedCharge, rate.TaxRate = "Office electricity", COMPLEX, 25.0, 6.0
-    rate.TimeOfDaySched, rate.TODSchedule = True, 3
+    rate.TimeOfDaySched, rate.TODSchedule = True, 4
     for step, (period, price) in enumerate(((PEAK, 0.19), (NORMAL, 0.12), (OFF_PEAK, 0.08)), 1):
         rate.ECStepUsed[step], rate.ECPeriod[step], rate.ECRate[step] = True, period, price
     rate.DCStepUsed[1], rate.DCRate[1] = True, 9.5
@@ -260,7 +267,7 @@ def make_building(project):
         inputs.SystemID[slot], inputs.SystemMult[slot] = slot, 1
     inputs.PlantID[1], inputs.PlantID[2] = 1, 2
     inputs.UtilityRate[ELECTRIC], inputs.UtilityRate[NATURAL_GAS] = 1, 1
-    inputs.MEName[1], inputs.METype[1], inputs.MEMaxPower[1], inputs.MESchedule[1] = "Parking lights", 1, 1.2, 2
+    inputs.MEName[1], inputs.METype[1], inputs.MEMaxPower[1], inputs.MESchedule[1] = "Parking lights", 1, 1.2, 3
     building.Save(EVERYTHING)
     print(f"building {building.Index}, {building.GetBuildingGeneral().Name}: {len(SYSTEMS)} air systems, 2 plants, 2 meters with a rate")
 

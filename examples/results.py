@@ -34,15 +34,31 @@ def occupied(hour):
     return 1.0 if 8 <= hour < 18 else 0.1
 
 
+def saturated(db):
+    """lb/lb, by Magnus' formula."""
+    vapour = 0.08865 * exp(17.62 * (db - 32) / (1.8 * 243.12 + db - 32))  # psia
+    return 0.622 * vapour / (PRESSURE - vapour)
+
+
 def wet_bulb(db, w):
-    """F, by the psychrometric equation and Magnus' formula."""
+    """F, by the psychrometric equation."""
     low, high = -60.0, db
     while high - low > 0.01:
-        middle = (low + high) / 2
-        vapour = 0.08865 * exp(17.62 * (middle - 32) / (1.8 * 243.12 + middle - 32))
-        saturated = 0.622 * vapour / (PRESSURE - vapour)
-        low, high = (middle, high) if ((1093 - 0.556 * middle) * saturated - 0.24 * (db - middle)) / (1093 + 0.444 * db - middle) < w else (low, middle)
+        wb = (low + high) / 2
+        dry = ((1093 - 0.556 * wb) * saturated(wb) - 0.24 * (db - wb)) / (1093 + 0.444 * db - wb) < w
+        low, high = (wb, high) if dry else (low, wb)
     return low
+
+
+def bypass(entering, leaving):
+    """The share of the air that a coil leaves as it was: how far its line goes on behind the leaving air to saturation."""
+    beyond = 0.0
+    while beyond < 1:
+        db, w = (out + beyond * (out - into) for into, out in zip(entering, leaving))
+        if w >= saturated(db):
+            break
+        beyond += 0.001
+    return beyond / (1 + beyond)
 
 
 def sun(exposure, hour):
@@ -204,6 +220,7 @@ def fill_system(design, rooms, zones, serves):
     sizing.ClgCoilTotal, sizing.ClgCoilSensible, sizing.ClgCoilAirflow, sizing.ClgSensibleHeatRatio = peak, sensible, air_now, sensible / peak
     sizing.ClgEnteringDB, sizing.ClgEnteringWB = mixed[0], wet_bulb(*mixed)
     sizing.ClgLeavingDB, sizing.ClgLeavingWB, sizing.ClgResultingRH = leaving[0], wet_bulb(*leaving), 50.0
+    sizing.ClgBypassFactor = bypass(mixed, leaving)
     sizing.ClgWaterRise, sizing.ClgWaterFlow = 10.0, peak / (500 * 10)
     sizing.ClgAreaPerTon, sizing.ClgLoadPerArea, sizing.ClgAirflowPerArea, sizing.ClgAirflowPerTon = area / tons, peak / area, air_now / area, air_now / tons
     winter_mix = WINTER_ROOM_DB + min(1.0, outside / airflow) * (WINTER_DB - WINTER_ROOM_DB)
@@ -374,6 +391,7 @@ def calculate(project):
 def main():
     project = open_project()
     calculate(project)
+    print("weather: assumed design days of 93 F and -2 F and an assumed year, at 600 ft; that of section 6 is not yet there")
     print(f"3 air systems, 2 plants and 1 building calculated; {len(stale(tarn.open_database(project.IndexDBName)))} of them are stale")
 
 

@@ -39,7 +39,8 @@ echo
 echo "-- the building: what it uses, what its meters paid"
 tarn buildings show 1
 echo
-echo "== 5. Edits, and what each makes stale: the shortest way from the edited thing by what uses it"
+echo "== 5. Edits, and which results each makes stale, older than what they rest on"
+echo "   (below each: edited thing > what uses it > ... > what is stale; the shortest way, where there are several)"
 python edits.py
 echo "== 6. A year of weather, computed by examples/make_year.py, becomes the project's"
 python3 examples/make_year.py "$job/tarnwater.epw"
@@ -47,8 +48,9 @@ tarn weather import "$job/tarnwater.epw"
 echo
 tarn weather show --svg "$job/tarnwater.svg"
 echo
-echo "-- is the year's file valid (content and name are judged apart), and is any of its hours impossible?"
-tarn weather check "$job/MALLHW1.DAT"
+echo "-- the same year as an hourly file: is it valid, and is any of its hours impossible?"
+tarn weather import "$job/tarnwater.epw" --output "$job/TARNWATER.HW1"
+tarn weather check "$job/TARNWATER.HW1"
 echo
 echo "== 7. What the project holds; the weather made all results stale"
 tarn project info

@@ -117,7 +117,7 @@ TEST_F(BuildingTest, RecordsLieAsTheFileHasThem) {
   EXPECT_EQ(bytes.substr(kEnds[3] - 4), std::string("\0\0\xC0\x3F", 4));
   for (const auto& [name, at] :
        {std::pair("SystemID", 251), {"SystemMult", 0}, {"PlantID", 0}, {"MEName", 11}, {"UtilityRate", 9}})
-    EXPECT_EQ(test::error_number([&] { get_property(*inputs, name, std::array{at}); }), 9) << name;
+    EXPECT_EQ(test::error_number([&, n = name, a = at] { get_property(*inputs, n, std::array{a}); }), 9) << name;
   EXPECT_EQ(test::error_number([&] { get_property(*building->GetBuildingProfile(8), "Power", std::array{8761}); }), 9);
   for (const int meter : {0, 9})
     EXPECT_EQ(test::error_number([&] { building->GetBuildingProfile(static_cast<int16_t>(meter)); }), 9) << meter;

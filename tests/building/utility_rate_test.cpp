@@ -178,10 +178,12 @@ TEST_F(UtilityRateTest, StylesAndSubscriptsHaveTheirBounds) {
   for (const auto& [name, last] :
        {std::pair("ECRate", 14), {"DCDemandID", 14}, {"RCUsed", 2}, {"PFMMult", 2}, {"Season", 12}}) {
     for (const int at : {0, last + 1}) {
-      EXPECT_EQ(test::error_number([&] { get_property(*rate, name, std::array{at}); }), 9) << name << at;
-      EXPECT_EQ(test::error_number([&] { let_property(*rate, name, int16_t{1}, std::array{at}); }), 9) << name << at;
+      EXPECT_EQ(test::error_number([&, n = name] { get_property(*rate, n, std::array{at}); }), 9) << name << at;
+      EXPECT_EQ(test::error_number([&, n = name] { let_property(*rate, n, int16_t{1}, std::array{at}); }), 9)
+          << name << at;
     }
-    EXPECT_EQ(test::error_number([&] { let_property(*rate, name, int16_t{1}, std::array{last}); }), 0) << name;
+    EXPECT_EQ(test::error_number([&, n = name, l = last] { let_property(*rate, n, int16_t{1}, std::array{l}); }), 0)
+        << name;
   }
 }
 
