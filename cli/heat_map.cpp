@@ -119,7 +119,9 @@ std::string scale(const Panel& panel, double top) {
   const double right = kScaleLeft + kScaleWidth;
   out += label(right + 52, top - 16, panel.unit, "text-anchor=\"end\"") +
          label(right + 126, top - 16, panel.si_unit, "text-anchor=\"end\"");
-  for (double value = panel.least; value <= panel.most + panel.step / 100; value += panel.step) {
+  const auto steps = static_cast<int>((panel.most - panel.least) / panel.step + 0.01);
+  for (int step = 0; step <= steps; ++step) {
+    const double value = panel.least + step * panel.step;
     const double y = top + kHigh * (1 - (value - panel.least) / (panel.most - panel.least));
     out += "<path stroke=\"#333\" stroke-width=\"1\" d=\"M" + number(right) + " " + number(y) + "h5\"/>\n" +
            label(right + 52, y + 4, number(value, panel.decimals), "text-anchor=\"end\"") +

@@ -127,7 +127,7 @@ constexpr Block kZoneBlocks[]{{"", "zone"},
 // ---- tables
 
 /// Heads, a row of units, rows.
-void print_report(std::vector<std::string> heads, std::vector<Json> units, Rows rows, std::string_view sides) {
+void print_report(const std::vector<std::string>& heads, std::vector<Json> units, Rows rows, std::string_view sides) {
   rows.insert(rows.begin(), std::move(units));
   print_table(heads, rows, sides);
 }
@@ -200,7 +200,7 @@ double total_of(const LoadColumn& column) {
 }
 
 /// The components that are not zero, columns that have any, and totals.
-void show_breakdown(std::vector<LoadColumn> all) {
+void show_breakdown(const std::vector<LoadColumn>& all) {
   std::vector<const LoadColumn*> columns;
   std::vector<std::string> heads{"component"};
   std::vector<Json> units{""}, totals{"total"};

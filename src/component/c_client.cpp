@@ -44,6 +44,12 @@ class CallbackLog final : public Log {
 };
 thread_local CallbackLog callback_log;
 
+/// The last one handed out, which stays until the thread's next.
+std::string& shipped_path() {
+  thread_local std::string path;
+  return path;
+}
+
 }  // namespace
 
 int32_t tarn_class_count(void) { return static_cast<int32_t>(class_list().size()); }
@@ -106,7 +112,7 @@ void tarn_set_yield(tarn_yield yield, void* context) {
 }
 
 const char* tarn_shipped_file(const char* name) {
-  thread_local std::string path;
+  std::string& path = shipped_path();
   const tarn_status status = guarded(thread_error, [&] { path = shipped_file(required_text(name)); });
   return status == TARN_OK ? path.c_str() : nullptr;
 }

@@ -88,7 +88,7 @@ static_assert(sizeof(HourlyAirRecord) == 36);
 struct HourlyAirTable {
   HourTable<HourlyAirRecord> Hours;
 };
-static_assert(sizeof(HourlyAirTable) == 10368);
+static_assert(sizeof(HourlyAirTable) == 10'368);
 
 /// Where the air's state is told, in the order of its way.
 enum class ADL_AirPoints : int16_t {
@@ -135,7 +135,7 @@ static_assert(sizeof(PsychroRecord) == 260);
 struct PsychroTable {
   HourTable<PsychroRecord> Hours;
 };
-static_assert(sizeof(PsychroTable) == 288 * 260);
+static_assert(sizeof(PsychroTable) == 74'880);
 
 class ADL_DXXFileHeader final : public RecordBlock<ResultHeaderRecord> {
  public:

@@ -60,7 +60,7 @@ static_assert(sizeof(ZoneLoadsRecord) == 184);
 struct ZoneLoadsTable {
   HourTable<ZoneLoadsRecord> Hours;
 };
-static_assert(sizeof(ZoneLoadsTable) == 288 * 184);
+static_assert(sizeof(ZoneLoadsTable) == 52'992);
 
 /// What a zone's loads rest on.
 struct LoadDetailsRecord {

@@ -199,7 +199,8 @@ TEST(HourlyFile, TheNameIsJudgedFirst) {
       continue;
     }
     // It goes on to the file, which is not there.
-    EXPECT_EQ(error_number([&] { year.ValidateHW1File(name, code, text); }), number(ErrorNumber::FileNotFound)) << name;
+    EXPECT_EQ(error_number([&, n = name] { year.ValidateHW1File(n, code, text); }), number(ErrorNumber::FileNotFound))
+        << name;
     EXPECT_EQ(code, 0) << name;
     EXPECT_EQ(text, "No error");
   }
