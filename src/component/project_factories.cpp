@@ -50,7 +50,8 @@ Setting file_prefix() {
 }
 template <int16_t Type>
 Setting rate_type() {
-  return {"RateType", [](const Project&) { return std::vector<Value>{Type}; }};
+  // In place: clang 14 takes a parameter that is 0 for a null pointer, and makes an empty list of it.
+  return {"RateType", [](const Project&) { return std::vector<Value>{Value(std::in_place_type<int16_t>, Type)}; }};
 }
 
 const Setting kWorkPath = take<&Project::WorkPath>("WorkPath");
