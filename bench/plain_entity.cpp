@@ -7,16 +7,6 @@
 #include <stdexcept>
 
 namespace tarn::bench {
-namespace {
-
-sqlite3* opened(const std::string& path) {
-  sqlite3* database = nullptr;
-  sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr);
-  return database;
-}
-
-}  // namespace
-
 PlainEntity::PlainEntity(const std::string& folder, const std::string& file, const std::string& table,
                          const std::vector<std::string>& link_queries, const Reach& reach, const std::string& flag)
     : database_(opened(folder + "/JOBINX.MDB"), &sqlite3_close),

@@ -33,14 +33,14 @@ void require(bool done, const std::string& what) {
   if (!done) throw std::runtime_error("The floor failed: " + what);
 }
 
+}  // namespace
+
 sqlite3* opened(const std::string& path) {
   sqlite3* database = nullptr;
   require(sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK, path);
   require(sqlite3_exec(database, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr) == SQLITE_OK, path);
   return database;
 }
-
-}  // namespace
 
 PlainStatement::PlainStatement(sqlite3* database, const char* sql) : statement_(nullptr, &sqlite3_finalize) {
   sqlite3_stmt* statement = nullptr;

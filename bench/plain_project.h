@@ -13,6 +13,9 @@
 
 namespace tarn::bench {
 
+/// A floor's own connection; throws where it cannot be opened.
+sqlite3* opened(const std::string& path);
+
 /// A prepared statement, kept for the life of its database.
 class PlainStatement {
  public:

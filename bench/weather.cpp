@@ -21,12 +21,6 @@
 namespace tarn::bench {
 namespace {
 
-sqlite3* opened(const std::string& path) {
-  sqlite3* database = nullptr;
-  sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr);
-  return database;
-}
-
 void require(bool holds) {
   if (!holds) throw std::runtime_error("The floor of the weather failed");
 }

@@ -8,12 +8,6 @@
 namespace tarn {
 namespace {
 
-uint64_t total(const ResultBlock::Spans& spans) {
-  uint64_t size = 0;
-  for (const auto& span : spans) size += span.size();
-  return size;
-}
-
 /// Of a system's record, a number that is within what the system can have.
 int checked_count(int count, int most, const std::string& what) {
   if (count >= 0 && count <= most) return count;
@@ -77,7 +71,7 @@ ResultBlock::Spans ADL_AirSystemDesign::spans() const {
   return all;
 }
 
-uint64_t ADL_AirSystemDesign::size_in_file() const { return total(spans()); }
+uint64_t ADL_AirSystemDesign::size_in_file() const { return size_of(spans()); }
 
 void ADL_AirSystemDesign::Load() {
   if (!air_system_) return log().message("Air system object must be set before loading air system design load data.");
@@ -86,7 +80,7 @@ void ADL_AirSystemDesign::Load() {
   if (!files().exists(path)) return log().message("File does not exist: " + path);
   Transaction transaction;
   const ResultBlock::Spans all = spans();
-  if (const uint64_t size = files().size(path), expected = total(all); size != expected) {
+  if (const uint64_t size = files().size(path), expected = size_of(all); size != expected) {
     size_t spaces = 0;
     for (const auto& zone : dl_zones_.items) spaces += zone->spaces().size();
     fail(ErrorNumber::UnknownFormat, path + " has " + std::to_string(size) + " bytes, but the results of a system of " +
@@ -102,12 +96,8 @@ void ADL_AirSystemDesign::Load() {
 void ADL_AirSystemDesign::Save(int16_t nIndex) {
   const std::string path = file_of(nIndex);
   if (path.empty()) return log().message("Air system design data filename is invalid");
-  const ResultBlock::Spans all = spans();
-  std::vector<std::byte> bytes;
-  bytes.reserve(total(all));
-  for (const auto& span : all) bytes.insert(bytes.end(), span.begin(), span.end());
   Transaction transaction;
-  files().replace(path, std::move(bytes), nullptr);
+  files().replace(path, gathered(spans()), nullptr);
   transaction.commit();
 }
 

@@ -7,12 +7,6 @@
 namespace tarn {
 namespace {
 
-size_t total(const ResultBlock::Spans& spans) {
-  size_t size = 0;
-  for (const auto& span : spans) size += span.size();
-  return size;
-}
-
 template <typename V>
 void append(std::string& text, const V& value) {
   if constexpr (std::is_same_v<V, std::string>) {
@@ -94,17 +88,30 @@ void append_table(std::string& text, const Object& object, const std::vector<con
 
 }  // namespace
 
+size_t size_of(const ResultBlock::Spans& spans) {
+  size_t size = 0;
+  for (const auto& span : spans) size += span.size();
+  return size;
+}
+
+std::vector<std::byte> gathered(const ResultBlock::Spans& spans) {
+  std::vector<std::byte> bytes;
+  bytes.reserve(size_of(spans));
+  for (const auto& span : spans) bytes.insert(bytes.end(), span.begin(), span.end());
+  return bytes;
+}
+
 ResultBlock::Spans ResultBlock::spans() const {
   Spans all;
   const_cast<ResultBlock*>(this)->add_spans(all);
   return all;
 }
 
-size_t ResultBlock::size_in_file() const { return total(spans()); }
+size_t ResultBlock::size_in_file() const { return size_of(spans()); }
 
 void ResultBlock::Load(int16_t nFileHandle, int32_t nCurPos) {
   const Spans all = spans();
-  std::vector<std::byte> bytes(total(all));
+  std::vector<std::byte> bytes(size_of(all));
   BinaryFiles::of_thread().read(nFileHandle, nCurPos, bytes);
   auto next = bytes.begin();
   for (const auto& span : all) {
@@ -114,10 +121,7 @@ void ResultBlock::Load(int16_t nFileHandle, int32_t nCurPos) {
 }
 
 void ResultBlock::Save(int16_t nFileHandle, int32_t nCurPos) {
-  std::vector<std::byte> bytes;
-  bytes.reserve(size_in_file());
-  for (const auto& span : spans()) bytes.insert(bytes.end(), span.begin(), span.end());
-  BinaryFiles::of_thread().write(nFileHandle, nCurPos, bytes);
+  BinaryFiles::of_thread().write(nFileHandle, nCurPos, gathered(spans()));
 }
 
 std::string ResultBlock::Dump() const {

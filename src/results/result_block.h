@@ -44,6 +44,10 @@ class ResultBlock : public Object {
   Spans spans() const;
 };
 
+size_t size_of(const ResultBlock::Spans& spans);
+/// All of them in a row.
+std::vector<std::byte> gathered(const ResultBlock::Spans& spans);
+
 /// A block that has its record in itself.
 template <typename R>
 class RecordBlock : public ResultBlock, public R {
