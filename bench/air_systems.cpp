@@ -6,8 +6,8 @@
 #include "plain_entity.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
+#include "project/project.h"
 #include "report.h"
-#include "storage/project.h"
 #include "storage/schema.h"
 
 namespace tarn::bench {

@@ -1,6 +1,6 @@
 #include <benchmark/benchmark.h>
 
-#include "component/tarn.h"
+#include "c/tarn.h"
 #include "envelope/window.h"
 #include "report.h"
 

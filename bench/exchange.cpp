@@ -1,6 +1,6 @@
 // A project of 10,000 windows as JSON and back. Floor: the JSON library alone on the same text, plus the loads or
 // saves.
-#include "component/exchange.h"
+#include "exchange/exchange.h"
 
 #include <nlohmann/json.hpp>
 

@@ -9,9 +9,9 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "project/project.h"
 #include "report.h"
 #include "results/air_system_design.h"
-#include "storage/project.h"
 #include "storage/schema.h"
 
 namespace tarn::bench {

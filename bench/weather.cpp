@@ -12,8 +12,8 @@
 #include <stdexcept>
 
 #include "plain_project.h"
+#include "project/project.h"
 #include "report.h"
-#include "storage/project.h"
 #include "storage/schema.h"
 #include "weather/calendar.h"
 #include "weather/weather_import.h"

@@ -6,7 +6,7 @@
 #include "building/building.h"
 #include "cli/form.h"
 #include "cli/pictures.h"
-#include "component/json.h"
+#include "reflect/json.h"
 #include "weather/calendar.h"
 
 namespace tarn::cli {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/database.h"
-#include "storage/project.h"
+#include "project/project.h"
 
 namespace tarn::cli {
 

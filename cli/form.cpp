@@ -5,7 +5,7 @@
 #include <iostream>
 
 #include "base/value.h"
-#include "component/json.h"
+#include "reflect/json.h"
 #include "storage/links.h"
 
 namespace tarn::cli {
@@ -114,7 +114,7 @@ void show_form(Database& database, Object& object) {
     for (int number = 1; member.is_part() && number <= member.part_count(object); ++number) {
       Object& part = member.part(object, number);
       const std::string title =
-          std::string(member.part_name) + (member.numbered_part ? " " + std::to_string(number) : "");
+          std::string(member.owned().name) + (member.owned().numbered ? " " + std::to_string(number) : "");
       if (is_blank(part)) {
         blank += (blank.empty() ? "" : ", ") + title;
         continue;

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "base/members.h"
 #include "cli/command.h"
+#include "reflect/members.h"
 
 namespace tarn::cli {
 

@@ -1,18 +1,17 @@
 // list, show, new, set, clone and delete, for every kind of entity alike, by its members table.
 
-#include "component/kinds.h"
-
 #include <algorithm>
 #include <charconv>
 #include <iostream>
 
-#include "base/by_name.h"
 #include "base/nearest.h"
 #include "base/value.h"
 #include "cli/command.h"
 #include "cli/pictures.h"
-#include "component/json.h"
+#include "exchange/imports.h"
 #include "platform/workspace.h"
+#include "reflect/by_name.h"
+#include "reflect/json.h"
 #include "storage/entity.h"
 
 namespace tarn::cli {
@@ -98,27 +97,27 @@ Object& part_of(Object& object, std::string_view step, const std::string& word) 
   if (!part) {
     std::vector<std::string_view> names;
     for (const Member& member : object.info().members) {
-      if (member.is_part()) names.push_back(member.part_name);
+      if (member.is_part()) names.push_back(member.owned().name);
     }
     throw UsageError("A " + std::string(object.info().name) + " has no part " + std::string(step.substr(0, open)) +
                      "; " + did_you_mean(step.substr(0, open), names));
   }
   const std::vector<int> at = subscripts_in(step.substr(open), word);
   int count = part->part_count(object);
-  if (part->numbered_part && part->resize_parts && at.size() == 1 && at[0] == count + 1) {
-    part->resize_parts(object, count + 1);  // the next one is added
+  if (part->owned().numbered && part->owned().resize && at.size() == 1 && at[0] == count + 1) {
+    part->owned().resize(object, count + 1);  // the next one is added
     count = part->part_count(object);
   }
   if (count == 0) {
-    throw UsageError("The " + std::string(object.info().name) + " has no " + std::string(part->part_name) +
+    throw UsageError("The " + std::string(object.info().name) + " has no " + std::string(part->owned().name) +
                      " yet; it comes with results.");
   }
-  if (at.size() != (part->numbered_part ? 1U : 0U) || (part->numbered_part && (at[0] < 1 || at[0] > count))) {
-    throw UsageError("\"" + word + "\": " + std::string(part->part_name) +
-                     (part->numbered_part ? " takes a number from 1 to " + std::to_string(count) : " takes no number") +
-                     ".");
+  if (at.size() != (part->owned().numbered ? 1U : 0U) || (part->owned().numbered && (at[0] < 1 || at[0] > count))) {
+    throw UsageError(
+        "\"" + word + "\": " + std::string(part->owned().name) +
+        (part->owned().numbered ? " takes a number from 1 to " + std::to_string(count) : " takes no number") + ".");
   }
-  return part->part(object, part->numbered_part ? at[0] : 1);
+  return part->part(object, part->owned().numbered ? at[0] : 1);
 }
 
 /// Where a property stands that is named without a part: in the entity; in the part that has its name, an air system's
@@ -131,7 +130,7 @@ Object& holder_of(Object& entity, const std::string& property) {
   if (settable(entity.info(), property)) return entity;
   Object* found = nullptr;
   for (const Member& member : entity.info().members) {
-    if (!member.is_part() || member.numbered_part || member.part_count(entity) == 0) continue;
+    if (!member.is_part() || member.owned().numbered || member.part_count(entity) == 0) continue;
     Object& part = member.part(entity, 1);
     if (!settable(part.info(), property)) continue;
     if (settable(part.info(), "Name")) return part;
@@ -158,7 +157,8 @@ Assignment parsed(StoredEntity& entity, const std::string& word) {
   const ClassInfo& info = out.object->info();
   std::vector<std::string_view> names;
   for (const Member& member : info.members) {
-    const bool settable = member.kind == MemberKind::Property && !member.read_only && (member.stored() || member.place);
+    const bool settable =
+        member.kind == MemberKind::Property && !member.read_only && (member.stored() || member.in_place());
     if (settable || same_word(member.name, "Name")) names.push_back(member.name);
   }
   const int number = info.number(name);
@@ -256,7 +256,7 @@ int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::s
 /// A new entity from a file of another program; what had no place is told.
 int import_one(const Call& call, StoredEntity& entity, const EntityKind& kind) {
   if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
-  const std::vector<std::string> left = kind.import_file(entity, call.words.front());
+  const std::vector<std::string> left = file_import_of(kind)(entity, call.words.front());
   if (!call.json) {
     for (const std::string& note : left) std::cerr << "not carried over: " << note << '\n';
   }

@@ -6,8 +6,8 @@
 #include <map>
 
 #include "cli/form.h"
-#include "component/json.h"
 #include "envelope/construction.h"
+#include "reflect/json.h"
 #include "spaces/schedule.h"
 
 namespace tarn::cli {

@@ -5,9 +5,9 @@
 #include "base/value.h"
 #include "cli/form.h"
 #include "cli/pictures.h"
-#include "component/json.h"
 #include "plant/chiller.h"
 #include "plant/plant.h"
+#include "reflect/json.h"
 
 namespace tarn::cli {
 namespace {
@@ -128,8 +128,8 @@ void show_plant(Database& database, StoredEntity& entity) {
     show_form(database, plant.ServiceHotWaterDetails);
   }
   for (const Member& member : plant.info().members) {
-    if (!member.resize_parts || member.part_count(plant) == 0) continue;
-    std::cout << '\n' << member.part_name << '\n';
+    if (!member.is_part() || !member.owned().resize || member.part_count(plant) == 0) continue;
+    std::cout << '\n' << member.owned().name << '\n';
     show_form(database, member.part(plant, 1));
   }
 }

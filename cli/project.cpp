@@ -13,11 +13,11 @@
 #include "base/value.h"
 #include "cli/command.h"
 #include "cli/words.h"
-#include "component/class_list.h"
-#include "component/defaults.h"
-#include "component/exchange.h"
-#include "component/kinds.h"
-#include "storage/preferences.h"
+#include "exchange/exchange.h"
+#include "project/class_list.h"
+#include "project/defaults.h"
+#include "project/kinds.h"
+#include "project/preferences.h"
 #include "storage/schema.h"
 
 namespace tarn::cli {
@@ -118,11 +118,11 @@ Json member_json(const Member& member) {
   constexpr std::string_view kinds[]{"property", "method", "event"};
   Json json{{"name", member.name}, {"kind", kinds[static_cast<size_t>(member.kind)]}, {"type", type_name(member.type)}};
   if (!member.unit.empty()) json["unit"] = member.unit;
-  if (member.width > 0) json["width"] = member.width;
+  if (member.width() > 0) json["width"] = member.width();
   for (const Bounds& b : member.bounds) json["bounds"].push_back({b.first, b.last});
   if (member.kind == MemberKind::Property) json["read_only"] = member.read_only;
   if (member.by_reference) json["by_reference"] = true;
-  for (const Parameter& p : member.parameters) {
+  for (const Parameter& p : member.parameters()) {
     json["parameters"].push_back(
         {{"name", p.name}, {"type", type_name(p.type)}, {"optional", p.optional}, {"by_reference", p.by_reference}});
   }
@@ -204,7 +204,7 @@ int run_project(const Call& call) {
 int run_describe(const Call& call) {
   Json all = Json::array();
   for (const ClassEntry& entry : class_list()) {
-    const ClassInfo& info = call.verb.empty() ? entry.info() : class_info(call.verb);
+    const ClassInfo& info = call.verb.empty() ? *entry.info : class_info(call.verb);
     Json members = Json::array();
     for (const Member& member : info.members) members.push_back(member_json(member));
     const size_t length = record_length(*create(info.name));

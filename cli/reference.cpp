@@ -10,8 +10,8 @@
 #include "base/value.h"
 #include "cli/command.h"
 #include "cli/words.h"
-#include "component/class_list.h"
-#include "component/kinds.h"
+#include "project/class_list.h"
+#include "project/kinds.h"
 #include "storage/schema.h"
 
 namespace {
@@ -29,7 +29,7 @@ std::string bounds_text(const Member& member) {
 
 std::string type_text(const Member& member) {
   std::string text(type_name(member.type));
-  if (member.width > 0) text += " of " + std::to_string(member.width);
+  if (member.width() > 0) text += " of " + std::to_string(member.width());
   return text;
 }
 
@@ -60,12 +60,12 @@ std::string codes(const ClassInfo& info) {
 std::string classes_page() {
   std::string out = "# Classes\n\nEvery class with its members, in interface order.\n";
   for (const ClassEntry& entry : class_list()) {
-    const ClassInfo& info = entry.info();
+    const ClassInfo& info = *entry.info;
     out += "\n## " + std::string(info.name) + "\n\nFailures are " +
            (info.failures == Failures::Trapped ? "trapped and logged" : "raised") +
            ".\n\n| member | type | unit | |\n| --- | --- | --- | --- |\n";
     for (const Member& m : info.members)
-      out += row({"`" + signature(m) + "`", m.is_part() ? "`" + std::string(m.part_info().name) + "`" : type_text(m),
+      out += row({"`" + signature(m) + "`", m.is_part() ? "`" + std::string(m.owned().info().name) + "`" : type_text(m),
                   std::string(m.unit), notes(m)});
     out += codes(info);
   }
@@ -79,7 +79,8 @@ std::vector<const Member*> stored_fields(const ClassInfo& info) {
       if (m.stored()) fields.push_back(&m);
     }
   }
-  std::sort(fields.begin(), fields.end(), [](const Member* a, const Member* b) { return a->offset < b->offset; });
+  std::sort(fields.begin(), fields.end(),
+            [](const Member* a, const Member* b) { return a->field()->offset() < b->field()->offset(); });
   return fields;
 }
 
@@ -93,10 +94,10 @@ void add_places(Object& object, const std::string& prefix, std::map<const std::b
   for (const Member& member : object.info().members) {
     if (!member.is_part()) continue;
     const int count = member.bounds.empty() ? member.part_count(object) : member.bounds.front().size();
-    for (int number = 1; number <= (member.numbered_part ? count : 1); ++number) {
+    for (int number = 1; number <= (member.owned().numbered ? count : 1); ++number) {
       Object& part = member.part(object, number);
-      const std::string group = prefix + std::string(member.part_name);
-      const std::string path = group + (member.numbered_part ? "(" + std::to_string(number) + ")" : "");
+      const std::string group = prefix + std::string(member.owned().name);
+      const std::string path = group + (member.owned().numbered ? "(" + std::to_string(number) + ")" : "");
       if (const auto record = part.part_record(); !record.empty()) places[record.data()] = {path, group, &part.info()};
       add_places(part, path + ".", places);
     }
@@ -140,12 +141,15 @@ struct Record {
 
 /// A field of every record in a list is told for the first one, with how far the others are behind it.
 void add_field(Record& record, const Member& m) {
-  const size_t count = m.stride > 0 ? m.records : 1;
+  const RecordField& field = *m.field();
+  const size_t count = field.stride > 0 ? field.records : 1;
   const std::string more =
-      m.stride > 0 ? " in each of " + std::to_string(count) + ", " + std::to_string(m.stride) + " apart" : "";
-  record.rows += row({std::to_string(m.offset), std::to_string(m.size) + more,
-                      "`" + std::string(m.name) + bounds_text(m) + "`", type_text(m), std::string(m.stored_unit)});
-  record.size = std::max(record.size, static_cast<size_t>(m.offset) + m.size + m.stride * (count - 1));
+      field.stride > 0 ? " in each of " + std::to_string(count) + ", " + std::to_string(field.stride) + " apart" : "";
+  std::string unit(m.stored_unit.empty() ? m.unit : m.stored_unit);
+  if (field.wire == Wire::Scaled) unit += ", in 16-bit steps of 1/" + std::to_string(field.per_unit);
+  record.rows += row({std::to_string(field.offset()), std::to_string(field.size) + more,
+                      "`" + std::string(m.name) + bounds_text(m) + "`", type_text(m), unit});
+  record.size = std::max(record.size, field.offset() + field.size + field.stride * (count - 1));
 }
 
 std::string files_page() {
@@ -159,11 +163,11 @@ std::string files_page() {
       "each, here without zones and hourly results. Results of a design are records in a row, as "
       "[results](../results.md) tells; their tables have the month outside, the hour inside.\n";
   for (const ClassEntry& entry : class_list()) {
-    const ClassInfo& info = entry.info();
+    const ClassInfo& info = *entry.info;
     const ObjectPtr object = entry.create();
     if (record_length(*object) == 0) continue;
     std::map<std::string_view, Record> records;
-    for (const Member* m : stored_fields(info)) add_field(records[m->record], *m);
+    for (const Member* m : stored_fields(info)) add_field(records[m->field()->record], *m);
     if (records.empty()) records[info.name];  // of parts alone
     for (auto& [name, record] : records) {
       if (records.size() == 1) {

@@ -7,7 +7,7 @@
 
 #include "base/value.h"
 #include "cli/command.h"
-#include "component/json.h"
+#include "reflect/json.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <iostream>
 
-#include "base/collection.h"
 #include "cli/command.h"
 #include "cli/result_pictures.h"
-#include "component/json.h"
 #include "platform/workspace.h"
+#include "reflect/collection.h"
+#include "reflect/json.h"
 
 namespace tarn::cli {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "cli/command.h"
 #include "cli/weather_pictures.h"
-#include "component/json.h"
 #include "platform/workspace.h"
+#include "reflect/json.h"
 #include "weather/calendar.h"
 #include "weather/weather_import.h"
 #include "weather/year_review.h"
@@ -44,7 +44,7 @@ struct Read {
 Json properties_json(Object& object) {
   Json json;
   for (const Member& member : object.info().members) {
-    if (member.kind == MemberKind::Property && member.stride == 0)
+    if (member.kind == MemberKind::Property && !(member.field() && member.field()->stride > 0))
       json[std::string(member.name)] = to_json(object, member);
   }
   return json;

@@ -1,8 +1,8 @@
 #include "cli/words.h"
 
 #include "base/value.h"
-#include "component/class_list.h"
-#include "component/kinds.h"
+#include "exchange/imports.h"
+#include "project/class_list.h"
 
 namespace tarn::cli {
 
@@ -24,7 +24,7 @@ std::vector<Group> all_groups() {
                     {"set", "N Property=value ... (Part(1).Property=value): changes " + one + " N" + follows},
                     {"clone", "N [Property=value ...]: a copy of " + one + " N"},
                     {"delete", "N: removes " + one + " N and every use of it"}}});
-    if (kind.import_file)
+    if (file_import_of(kind))
       all.back().verbs.emplace_back("import", "FILE [Property=value ...]: a new " + one + " from an ASHRAE 205 file");
   }
   all.push_back(
@@ -40,7 +40,7 @@ std::vector<Group> all_groups() {
                    "N [ZONE]: sizes, loads and the air's way through air system N, or the loads of one of its zones; "
                    "--svg PICTURE for load profile and psychrometric chart"}}});
   Group describe{"describe", "[CLASS]: the members of the classes", {}};
-  for (const ClassEntry& entry : class_list()) describe.verbs.emplace_back(entry.info().name, "");
+  for (const ClassEntry& entry : class_list()) describe.verbs.emplace_back(entry.info->name, "");
   all.push_back(std::move(describe));
   return all;
 }
@@ -54,8 +54,8 @@ std::string signature(const Member& member) {
   if (!member.bounds.empty()) text += ")";
   if (member.kind == MemberKind::Property) return text;
   text += "(";
-  for (size_t i = 0; i < member.parameters.size(); ++i) {
-    const Parameter& p = member.parameters[i];
+  for (size_t i = 0; i < member.parameters().size(); ++i) {
+    const Parameter& p = member.parameters()[i];
     if (i > 0) text += ", ";
     text += (p.optional ? "[" : "") + std::string(p.by_reference ? "ByRef " : "") + std::string(p.name) + " " +
             std::string(type_name(p.type)) + (p.optional ? "]" : "");

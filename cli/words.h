@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "base/members.h"
+#include "reflect/members.h"
 
 namespace tarn::cli {
 

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <cstdio>
 
-#include "component/exchange.h"
+#include "exchange/exchange.h"
 #include "finding.h"
 #include "mutate.h"
 #include "platform/workspace.h"

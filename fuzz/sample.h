@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "airsystems/air_system.h"
-#include "component/kinds.h"
 #include "envelope/construction.h"
 #include "platform/host.h"
-#include "storage/project.h"
+#include "project/kinds.h"
+#include "project/project.h"
 #include "storage/schema.h"
 
 namespace tarn::fuzz {
@@ -28,7 +28,7 @@ inline State state_of(AS_AirSystem& system) {
   state["DesHasChanged"] = std::to_string(system.DesHasChanged);
   state["SimHasChanged"] = std::to_string(system.SimHasChanged);
   for_each_field(system, [&](Object& owner, const Member& field, const std::string& prefix) {
-    if (!field.place) return;
+    if (!field.in_place()) return;
     state[prefix + std::string(field.name)].assign(reinterpret_cast<const char*>(field.place(owner)), field.size);
   });
   for (int32_t i = 1; i <= system.GetHourlySimData()->Count(); ++i) {

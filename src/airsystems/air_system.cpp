@@ -59,7 +59,7 @@ const Kind& AS_AirSystem::kind() const {
 
 const ClassInfo& AS_AirSystem::info() const {
   using C = AS_AirSystem;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, property<&C::m_lCurMask>, property<&C::WorkPath>,
       property<&C::FilePrefix>, method<&C::Clone>("nIndex"), method<&C::SetAsNew>, method<&C::SetToDefaults>,
       method<&C::SetToDefaultsByType>("nSystemType"), method<&C::Delete>("nRecNum"), method<&C::GetDBHandle>,
@@ -86,6 +86,7 @@ const ClassInfo& AS_AirSystem::info() const {
       property<&C::DesHasChanged>.kept_in_row(), property<&C::SimHasChanged>.kept_in_row(),
       property<&C::index32>.named("Index"), method<&C::SetMask>("lMaskAdd", "lMaskRemove"),
       method<&C::IsNameUnique>("sName"));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "airsystems/dx_coefficients.h"
-#include "base/by_name.h"
 #include "base/nearest.h"
+#include "reflect/by_name.h"
 
 namespace tarn {
 namespace {
@@ -91,7 +91,7 @@ void set(Object& object, std::string_view word) {
 
 void clear(Object& object) {
   const auto zero = [&object](const Member& field) {
-    if (field.stored()) std::memset(field.place(object), 0, field.size);
+    if (field.stored()) std::memset(field.place(object), 0, field.field()->size);
   };
   std::for_each(object.info().members.begin(), object.info().members.end(), zero);
   std::for_each(object.info().reserved.begin(), object.info().reserved.end(), zero);
@@ -109,32 +109,22 @@ std::string_view words_of(std::string_view all, std::string_view component) {
   return {};
 }
 
-/// The members-table form of an operation: its row says all.
-template <size_t Row>
-struct OperationForm {
-  template <typename C>
-  Member make() const {
-    Member m;
-    m.name = kOperations[Row].name;
-    m.kind = MemberKind::Method;
-    m.call_label = std::string(m.name) + "()";
-    m.parameters.push_back({"component", ValueType::Object, false, false, false});
-    m.call = [](Object& defaults, Arguments arguments, Value&) {
-      const auto* part = std::get_if<ObjectPtr>(&arguments[0]);
-      if (!part || !*part) type_mismatch(arguments[0], kOperations[Row].class_name);
-      static_cast<C&>(defaults).populate(Row, **part);
-    };
-    return m;
-  }
-};
+void call_populate(Object& defaults, size_t operation, Arguments arguments, Value& /*result*/) {
+  const auto* part = std::get_if<ObjectPtr>(&arguments[0]);
+  if (!part || !*part) type_mismatch(arguments[0], kOperations[operation].class_name);
+  dynamic_cast<AS_SystemDefaults&>(defaults).populate(operation, **part);
+}
 
-template <size_t... Row>
-ClassInfo described(const SystemDefaults& defaults, std::index_sequence<Row...>) {
-  using C = AS_SystemDefaults;
-  ClassInfo info = defaults.type == 1
-                       ? describe<C>(Failures::Raised, OperationForm<Row>()..., property<&C::ForPellNotTarn>)
-                       : describe<C>(Failures::Raised, OperationForm<Row>()...);
-  info.name = defaults.class_name;
+ClassInfo described(const SystemDefaults& defaults) {
+  ClassInfo info(ClassFacts{defaults.class_name, Failures::Raised});
+  for (size_t i = 0; i < std::size(kOperations); ++i) {
+    Member operation;
+    operation.name = kOperations[i].name;
+    operation.kind = MemberKind::Method;
+    operation.form = Method{call_populate, i, 1, {{{"component", ValueType::Object}}}};
+    info.add(operation);
+  }
+  if (defaults.type == 1) info.add(property<&AS_SystemDefaults::ForPellNotTarn>);
   return info;
 }
 
@@ -142,9 +132,8 @@ ClassInfo described(const SystemDefaults& defaults, std::index_sequence<Row...>)
 
 const ClassInfo& AS_SystemDefaults::info() const {
   static const auto all = [] {
-    std::array<ClassInfo, kSystemDefaults.size()> infos;
-    for (size_t i = 0; i < infos.size(); ++i)
-      infos[i] = described(kSystemDefaults[i], std::make_index_sequence<std::size(kOperations)>());
+    std::vector<ClassInfo> infos;
+    for (const SystemDefaults& each : kSystemDefaults) infos.push_back(described(each));
     return infos;
   }();
   return all[static_cast<size_t>(&defaults_ - kSystemDefaults.data())];

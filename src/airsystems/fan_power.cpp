@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "base/describe.h"
+#include "reflect/describe.h"
 
 namespace tarn {
 
@@ -85,18 +85,20 @@ Use use_under(const Row& row, PRF_EnergyStandards standard) {
 
 const ClassInfo& AS_FanPowerAdjustment::info() const {
   using C = AS_FanPowerAdjustment;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&C::ID>, property<&C::Description>,
                   property<&C::AppliesToCurrentEnergyStd>, property<&C::DefaultValue>("in. w.c."),
                   property<&C::Editable>, property<&C::AutomaticallySelected>, property<&C::IsCredit>,
                   property<&C::IsDeduction>, property<&C::MinLimit>("in. w.c."), property<&C::MaxLimit>("in. w.c."));
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_FanPowerAdjustments::info() const {
   using C = AS_FanPowerAdjustments;
-  static const ClassInfo info = describe<C>(Failures::Raised, method<&C::Item>("factor"), property<&C::Count>,
-                                            property<&C::NewEnum>, method<&C::Setup>("energyStd"));
+  static constexpr auto members = describe<C>(Failures::Raised, method<&C::Item>("factor"), property<&C::Count>,
+                                              property<&C::NewEnum>, method<&C::Setup>("energyStd"));
+  static const ClassInfo info(members);
   return info;
 }
 

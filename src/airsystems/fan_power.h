@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "airsystems/codes.h"
-#include "base/collection.h"
-#include "storage/preferences.h"
+#include "project/preferences.h"
+#include "reflect/collection.h"
 
 namespace tarn {
 

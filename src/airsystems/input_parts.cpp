@@ -21,19 +21,20 @@ std::string_view schedule_if_used(const Object& ventilation, size_t /*element*/)
 const ClassInfo& AS_General::info() const {
   using R = SystemHeaderRecord;
   using C = AS_General;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::Name>.trimmed(), property<&R::EquipClass>, property<&R::SystemType>,
                   property<&R::NumZones>.read_only(), property<&R::Sized>, property<&R::CoilDataValid>,
                   property<&R::Simulated>, property<&R::CWCoilsExists>, property<&R::HWCoilsExists>,
                   property<&R::STMCoilsExists>, property<&R::NumOutputs>.read_only(),
                   property<&R::OutputFlags>.read_only(), method<&C::SetNumZones>("nValue"), method<&C::SetFlags>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_CoolData::info() const {
   using R = CoolingRecord;
   using C = AS_CoolData;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::Used>, property<&R::SupAirSpec>, property<&R::SupAirVal>,
       property<&R::SupAirReset>, property<&R::FanCycled>, property<&R::ResetTemp>("F"), property<&R::OAMinTemp>("F"),
       property<&R::OAMaxTemp>("F"), property<&R::Source>.codes(cooling_sources), property<&R::Schedule>,
@@ -44,13 +45,14 @@ const ClassInfo& AS_CoolData::info() const {
       property<&R::CutoffOAT1>("F"), property<&R::LowTempControlUsed>, property<&R::CutoffOAT2>("F"),
       property<&R::PerfModelType>, property<&R::PLR1Coeff>, property<&R::Cap1Coeff>, property<&R::CapCFM1Coeff>,
       property<&R::Pow1Coeff>, property<&R::PowCFM1Coeff>, property<&R::LowTempCapMult>, property<&R::LowTempPowMult>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_HeatData::info() const {
   using R = HeatingRecord;
   using C = AS_HeatData;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::Used>, property<&R::SupAirSpec>, property<&R::SupAirVal>,
       property<&R::SupAirReset>, property<&R::FanCycled>, property<&R::ResetTemp>("F"), property<&R::OAMinTemp>("F"),
       property<&R::OAMaxTemp>("F"), property<&R::Source>, property<&R::Schedule>,
@@ -63,58 +65,64 @@ const ClassInfo& AS_HeatData::info() const {
       property<&R::Pow2Coeff>, property<&R::PowCFM2Coeff>, property<&R::DirectHeatType>,
       property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>,
       property<&R::AuxHeatUpperCutoff>("F"));
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_OutdoorVent::info() const {
   using R = VentilationRecord;
   using C = AS_OutdoorVent;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::VentType>, property<&R::CommonSys>, property<&R::MinCO2>("ppm"),
                   property<&R::MaxCO2>("ppm"), property<&R::OutdoorCO2>("ppm"), property<&R::SizingMethod>,
                   property<&R::MinVentRate>, property<&R::Schedule>.refers_to("Schedule", schedule_if_used),
                   property<&R::DampersOn>, property<&R::LeakRate>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_SupplyDuct::info() const {
   using R = SupplyDuctRecord;
   using C = AS_SupplyDuct;
-  static const ClassInfo info = describe<C>(Failures::Raised, property<&R::HeatGain>, property<&R::LeakRate>);
+  static constexpr auto members = describe<C>(Failures::Raised, property<&R::HeatGain>, property<&R::LeakRate>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_RetPlenum::info() const {
   using R = ReturnPlenumRecord;
   using C = AS_RetPlenum;
-  static const ClassInfo info = describe<C>(Failures::Raised, property<&R::Used>, property<&R::RoofGain>,
-                                            property<&R::WallGain>, property<&R::LightGain>);
+  static constexpr auto members = describe<C>(Failures::Raised, property<&R::Used>, property<&R::RoofGain>,
+                                              property<&R::WallGain>, property<&R::LightGain>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_FanData::info() const {
   using R = FanRecord;
   using C = AS_FanData;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::Used>, property<&R::FanType>, property<&R::PerfUnits>, property<&R::Value>,
       property<&R::Efficiency>, property<&R::Configuration>, property<&R::KWValue>, property<&R::AFactorUsed>,
       property<&R::AFactorPD>, property<&R::FanControl>, property<&R::UnoccFanControl>, property<&R::LowSpeedFlow>,
       property<&R::MidSpeedFlow>, property<&R::UnoccFlow>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_EconomizerData::info() const {
   using R = EconomizerRecord;
   using C = AS_EconomizerData;
-  static const ClassInfo info = describe<C>(Failures::Raised, property<&R::Used>, property<&R::EconomizerType>,
-                                            property<&R::UpCutoff>, property<&R::LoCutoff>);
+  static constexpr auto members = describe<C>(Failures::Raised, property<&R::Used>, property<&R::EconomizerType>,
+                                              property<&R::UpCutoff>, property<&R::LoCutoff>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_CoilData::info() const {
   using R = CoilRecord;
   using C = AS_CoilData;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::Used>, property<&R::Setpoint>("F"), property<&R::UnoccSetpoint>("F"),
                   property<&R::DownStream>, property<&R::Source>.codes(C::sources), property<&R::Schedule>,
                   another<&R::Schedule>.named("AllSchedules"), property<&R::CoilBypass>, property<&R::AutoSize>,
@@ -126,71 +134,78 @@ const ClassInfo& AS_CoilData::info() const {
                   property<&R::CapCFM1Coeff>, property<&R::Pow1Coeff>, property<&R::PowCFM1Coeff>,
                   property<&R::LowTempCapMult>, property<&R::LowTempPowMult>, property<&R::DirectHeatType>,
                   property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_HumidityData::info() const {
   using R = HumidifierRecord;
   using C = AS_HumidityData;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::Used>, property<&R::Setpoint>, property<&R::DeviceType>,
                   property<&R::HeatSource>, property<&R::DevicePower>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_DehumidData::info() const {
   using R = DehumidificationRecord;
   using C = AS_DehumidData;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::Used>, property<&R::Setpoint>, method<&C::GetReheatSource>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_VentReclaim::info() const {
   using R = VentReclaimRecord;
   using C = AS_VentReclaim;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::Used>, property<&R::ReclaimType>, property<&R::ThermEff>,
                   property<&R::DevPower>, property<&R::Schedule>, another<&R::Schedule>.named("AllSchedules"));
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_SafetyFactor::info() const {
   using R = SafetyFactorRecord;
   using C = AS_SafetyFactor;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::Sensible>, property<&R::Latent>, property<&R::Heating>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_ZoneSchedule::info() const {
   using R = ZoneScheduleRecord;
   using C = AS_ZoneSchedule;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::ReheatSource>, property<&R::ReheatCoil>,
                   another<&R::ReheatCoil>.named("ReheatCoils"), property<&R::HeatingSource>, property<&R::HeatingUnit>,
                   another<&R::HeatingUnit>.named("HeatingUnits"), property<&R::TermClgSource>.codes(cooling_sources),
                   property<&R::TermClgSchedule>, another<&R::TermClgSchedule>.named("TermClgSchedules"),
                   property<&R::TstatSchedule>.refers_to("Schedule"));
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_WCSystemData::info() const {
   using R = WaterLoopRecord;
   using C = AS_WCSystemData;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::LoopConfig>, property<&R::TowerID>.refers_to("Tower"),
                   property<&R::BoilerID>.refers_to("Boiler"), property<&R::LoopMaxSetpt>("F"),
                   property<&R::LoopMinSetpt>("F"), property<&R::FreeCoolingUsed>, property<&R::FreeCoolingType>,
                   property<&R::HXApproach>("F"), property<&R::CondPumpPerf>, property<&R::CondPumpUnits>,
                   property<&R::CondPumpMechEff>, property<&R::CondPumpElecEff>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_SplitSystemData::info() const {
   using R = SplitSystemRecord;
   using C = AS_SplitSystemData;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::AutoSize>, property<&R::ClgSizingFactor>, property<&R::HtgSizingFactor>,
       property<&R::CompressorType>, property<&R::HeatRecoveryUsed>, property<&R::MinimumLoad>,
       property<&R::PipeLength>("ft"), property<&R::PipeHeight>("ft"), property<&R::DesignPowerOption>,
@@ -198,23 +213,25 @@ const ClassInfo& AS_SplitSystemData::info() const {
       property<&R::ClgDesignPower>, property<&R::HtgDesignOADB>("F"), property<&R::HtgDesignCapacity>,
       property<&R::HtgDesignPowerUnits>, property<&R::HtgDesignPower>, property<&R::HtgCutoffOADB>("F"),
       property<&R::DirectHeatType>, property<&R::AuxHeatUpperCutoff>("F"));
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_ChangeoverControl::info() const {
   using R = ChangeoverRecord;
   using C = AS_ChangeoverControl;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::Begin>.reserved(), property<&R::Used>, property<&R::Trigger>,
                   property<&R::OATThreshold>("F"), property<&R::Deadband>("F"), property<&R::MinCycleTime>,
                   property<&R::End>.reserved());
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& AS_ZoneData::info() const {
   using R = ZoneRecord;
   using C = AS_ZoneData;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::Name>.trimmed(), property<&R::SpaceID>.refers_to("Space"),
       another<&R::SpaceID>.named("AllSpaces"), another<&R::SpaceMultiplier>.named("AllMultipliers"),
       property<&R::SpaceMultiplier>, property<&R::TotalSpacesInZone>, property<&R::AllZoneTstatSame>,
@@ -236,6 +253,7 @@ const ClassInfo& AS_ZoneData::info() const {
       property<&R::HtgDesignPowerUnits>, property<&R::HtgDesignPowerOption>,
       property<&R::DirectHeatOption>.codes(direct_heat_options), property<&R::HtgCutoffOAT>("F"),
       property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>);
+  static const ClassInfo info(members);
   return info;
 }
 

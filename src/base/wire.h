@@ -52,25 +52,26 @@ struct Bool {
   I2 bits;
 };
 
+/// Takes UTF-8, padded with blanks or cut to as many characters as there are; a character outside the code page is
+/// refused and the old text stays.
+void put_text(std::span<char> chars, std::string_view text);
+/// Without the blanks at both ends, as UTF-8; empty for a text that was never written.
+std::string trimmed_text(std::string_view chars);
+
 /// Text of N one-byte characters, padded with blanks.
 template <size_t N>
 struct Text {
   using Native = std::string;
   static constexpr size_t width = N;
 
-  /// Takes UTF-8, padded or cut to N characters; a character outside the code page is refused and the old text stays.
   Text& operator=(std::string_view text) {
-    const std::string bytes = page_from_utf8(text);
-    const size_t used = std::min(N, bytes.size());
-    std::copy_n(bytes.data(), used, chars.data());
-    std::fill(chars.begin() + used, chars.end(), ' ');
+    put_text(chars, text);
     return *this;
   }
   std::string_view bytes() const { return {chars.data(), N}; }
   /// All N characters, as UTF-8.
   std::string str() const { return utf8_from_page(bytes()); }
-  /// Without the blanks at both ends, as UTF-8; empty for a text that was never written.
-  std::string trimmed() const { return utf8_from_page(tarn::trimmed(bytes().substr(0, chars[0] == '\0' ? 0 : N))); }
+  std::string trimmed() const { return trimmed_text(bytes()); }
 
   std::array<char, N> chars{};
 };

@@ -25,7 +25,7 @@ const Kind& BLD_Building::kind() const {
 
 const ClassInfo& BLD_Building::info() const {
   using C = BLD_Building;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, part<&C::GetBuildingGeneral>, part<&C::GetBuildingInputs>,
       parts<&C::GetBuildingResults, &C::there<kResults>, &C::set<kResults>>,
       parts<&C::GetBuildingProfile, &C::profile_count, &C::set<kProfiles>>("Index"), method<&C::Reset>("ResetAll"),
@@ -36,6 +36,7 @@ const ClassInfo& BLD_Building::info() const {
       method<static_cast<void (C::*)(int32_t, std::optional<bool>)>(&C::Save)>("Section", "bSaveAfterCalculations"),
       property<&C::WorkPath>, property<&C::FilePrefix>, property<&C::DefFileName>, method<&C::IsNameUnique>("sName"),
       event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

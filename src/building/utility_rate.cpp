@@ -57,7 +57,7 @@ const Kind& URT_UtilityRate::kind() const {
 const ClassInfo& URT_UtilityRate::info() const {
   using R = UtilityRateRecord;
   using C = URT_UtilityRate;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, property<&R::Name>.trimmed(), property<&R::CurrSymbol>,
       converted<&R::RateStyle, &C::RateStyle, &C::SetRateStyle>, converted<&R::RateType, &C::RateType, &C::SetRateType>,
       property<&R::EnergyUnits>, property<&R::EnergyConv>, property<&R::FlatRate>, property<&R::DemandUnits>,
@@ -76,6 +76,7 @@ const ClassInfo& URT_UtilityRate::info() const {
       method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
       method<&C::Delete>("RecordNumber"), method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"),
       method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -84,12 +84,13 @@ void CA_Layer::set_content(const Content& content) {
 const ClassInfo& CA_Layer::info() const {
   using R = LayerRecord;
   using C = CA_Layer;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Trapped, property<&R::Name>.trimmed(), property<&R::LayerUsed>,
                   converted<&R::Thickness, &C::ThicknessInches, &C::SetThicknessInches>("in").stored_in("ft"),
                   property<&R::Conductivity>("Btu/(hr.ft.F)"), property<&R::Density>("lb/ft3"),
                   property<&R::SpecificHeat>("Btu/(lb.F)"), property<&R::ThermalResistance>("hr.ft2.F/Btu"),
                   property<&R::Weight>("lb/ft2"));
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -116,7 +117,7 @@ const Kind& CA_ConstructionAssly::kind() const {
 const ClassInfo& CA_ConstructionAssly::info() const {
   using R = ConstructionRecord;
   using C = CA_ConstructionAssly;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::m_bCloning>, property<&C::Category, &C::SetCategory>,
       property<&C::Index>.read_only(), method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"), property<&C::FileName>,
       property<&R::Absorptivity>, property<&C::CoeffLBound>, property<&C::CoeffUBound>, property<&R::Color>,
@@ -130,6 +131,7 @@ const ClassInfo& CA_ConstructionAssly::info() const {
       method<static_cast<void (C::*)(CA_ReturnCodes&)>(&C::Save)>("ReturnCode"), method<&C::CreateDefault>,
       method<&C::InsertLayer>("nInsertAt"), method<&C::RemoveLayer>("nRemoveAt"), method<&C::IsNameUnique>("sName"),
       event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -18,7 +18,7 @@ const Kind& DOR_Door::kind() const {
 const ClassInfo& DOR_Door::info() const {
   using R = DoorRecord;
   using C = DOR_Door;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::m_bCloning>, method<&C::Reset>("bResetAll").by_reference(),
       method<&C::Clone>("nIndex"), method<&C::GetFreeIndex>, method<&C::Delete>("nRecNum").by_reference(),
       property<&R::GlassArea>("ft2").by_reference(), property<&R::GlassShadeCo>.by_reference(),
@@ -28,6 +28,7 @@ const ClassInfo& DOR_Door::info() const {
       property<&C::Index>.read_only(), method<&C::Load>("nRecNum"), property<&C::FileName>, method<&C::Save>,
       method<&C::CreateDefault>, property<&R::Name>, property<&R::SolidUValue>("Btu/(hr.ft2.F)").by_reference(),
       method<&C::CopyInstance>, event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

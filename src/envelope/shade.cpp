@@ -16,7 +16,7 @@ const Kind& SHD_Shade::kind() const {
 const ClassInfo& SHD_Shade::info() const {
   using R = ShadeRecord;
   using C = SHD_Shade;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::m_bCloning>, method<&C::Reset>("bResetAll").by_reference(),
       method<&C::CopyInstance>, method<&C::Clone>("nIndex"), method<&C::GetFreeIndex>,
       method<&C::Delete>("nRecNum").by_reference(), method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"),
@@ -28,6 +28,7 @@ const ClassInfo& SHD_Shade::info() const {
       property<&R::RHFinHeight>("ft").by_reference(), property<&R::LHFinSep>("ft").by_reference(),
       property<&R::LHFinExt>("ft").by_reference(), property<&R::LHFinHeight>("ft").by_reference(),
       method<&C::IsNameUnique>("sName"), event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -31,7 +31,7 @@ const Kind& BLR_Boiler::kind() const {
 const ClassInfo& BLR_Boiler::info() const {
   using R = BoilerRecord;
   using C = BLR_Boiler;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, property<&R::Name>.trimmed(), property<&R::AutoSize>,
       property<&R::BoilerOutput>("MBH"), property<&R::BoilerInput>("MBH"), property<&R::BoilerEff>("%"),
       converted<&R::FuelType, &C::FuelType, &C::SetFuelType>, property<&R::MiscKW>("kW"),
@@ -41,6 +41,7 @@ const ClassInfo& BLR_Boiler::info() const {
       method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
       method<&C::Delete>("RecordNumber"), method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"),
       method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -7,7 +7,7 @@ namespace tarn {
 const ClassInfo& CHL_OperatingMode::info() const {
   using R = OperatingModeRecord;
   using C = CHL_OperatingMode;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::FLLeavingWaterTemp>("F"), property<&R::FLEnteringTemp>("F"),
       property<&R::FLCapacity>, property<&R::FLPower>, property<&R::FLPowerUnits>, property<&R::EvapFlow>,
       property<&R::EvapFlowUnits>, property<&R::CondFlow>, property<&R::CondFlowUnits>,
@@ -16,6 +16,7 @@ const ClassInfo& CHL_OperatingMode::info() const {
       property<&R::MapCapacity>, property<&R::MapPower>, another<&R::MapCapacity>.named("MapCapacityArray"),
       another<&R::MapPower>.named("MapPowerArray"), property<&R::TempPwrCoeffA>, property<&R::TempPwrCoeffB>,
       property<&R::TempCapCoeffA>, property<&R::TempCapCoeffB>, property<&C::Name>);
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -65,7 +66,7 @@ const Kind& CHL_Chiller::kind() const {
 const ClassInfo& CHL_Chiller::info() const {
   using R = ChillerRecord;
   using C = CHL_Chiller;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, property<&R::SourceFluid>, property<&R::Name>.trimmed(),
       property<&R::FunctionType>, property<&R::ChillerType>, property<&R::Notes>.trimmed(),
       property<&R::DesInputSource>, property<&R::PerfMapSource>, property<&R::AutoSize>, property<&R::FuelType>,
@@ -79,6 +80,7 @@ const ClassInfo& CHL_Chiller::info() const {
       property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>, method<&C::Reset>("bResetAll"),
       method<&C::Clone>("nIndex"), method<&C::CopyInstance>, method<&C::GetFreeIndex>, method<&C::Delete>("nRecNum"),
       method<&C::Load>("RecordNumber"), method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -23,7 +23,7 @@ const Kind& TWR_CoolingTower::kind() const {
 const ClassInfo& TWR_CoolingTower::info() const {
   using R = TowerRecord;
   using C = TWR_CoolingTower;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, property<&R::Name>.trimmed(), property<&R::ECWTModel>,
       property<&R::DesignWetBulb>("F"), property<&R::DesignRange>("F"), property<&R::DesignApproach>("F"),
       property<&R::AirFlow>, property<&R::AirFlowUnits>, property<&R::FanPower>, property<&R::FanPowerUnits>,
@@ -33,6 +33,7 @@ const ClassInfo& TWR_CoolingTower::info() const {
       method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
       method<&C::Delete>("RecordNumber"), method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"),
       method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -55,7 +55,7 @@ const Kind& PLT_Plant::kind() const {
 
 const ClassInfo& PLT_Plant::info() const {
   using C = PLT_Plant;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, owned<&C::ServiceHotWaterDetails>,
       owned<&C::SizingLoadsClg, &C::there<kSizing>, &C::set<kSizing>>,
       owned<&C::SizingLoadsHtg, &C::there<kSizing>, &C::set<kSizing>>, owned<&C::General>, owned<&C::Details>,
@@ -73,6 +73,7 @@ const ClassInfo& PLT_Plant::info() const {
       property<&C::FileName>, method<&C::GetFreeIndex>, property<&C::Index>, method<&C::GetDBHandle>,
       method<&C::SetDBHandle>("DB"), property<&C::SimHasChanged>.kept_in_row(),
       property<&C::DesHasChanged>.kept_in_row(), method<&C::IsNameUnique>("sName"));
+  static const ClassInfo info(members);
   return info;
 }
 

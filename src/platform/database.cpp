@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "base/describe.h"
 #include "platform/commit.h"
 #include "platform/host.h"
 #include "platform/statement.h"
 #include "platform/workspace.h"
+#include "reflect/describe.h"
 
 namespace tarn {
 namespace {
@@ -204,7 +204,8 @@ Database::~Database() {
 }
 
 const ClassInfo& Database::info() const {
-  static const ClassInfo info = describe<Database>(Failures::Raised, property<&Database::Name>);
+  static constexpr auto members = describe<Database>(Failures::Raised, property<&Database::Name>);
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -3,7 +3,7 @@
 #include "base/log.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
-#include "storage/project.h"
+#include "storage/file_names.h"
 
 namespace tarn {
 namespace {
@@ -109,12 +109,13 @@ std::string ADL_AirSystemDesign::Dump() const {
 
 const ClassInfo& ADL_AirSystemDesign::info() const {
   using C = ADL_AirSystemDesign;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::AirSystem, &C::SetAirSystem>, owned<&C::DXXFileHeader>, owned<&C::Weather>,
       owned<&C::SSAir>, owned<&C::HLAir>, owned<&C::SPAir>, owned<&C::DLAir>, property<&C::TSZones>,
       property<&C::HLZones>, property<&C::DLZones>, method<&C::TSZone>("nIndex"), method<&C::HLZone>("nIndex"),
       method<&C::DLZone>("nIndex"), property<&C::WorkPath>, property<&C::sWorkPath>, property<&C::FilePrefix>,
       method<&C::Load>, method<&C::Save>("nIndex"), method<&C::Dump>);
+  static const ClassInfo info(members);
   return info;
 }
 

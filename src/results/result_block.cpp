@@ -129,7 +129,7 @@ std::string ResultBlock::Dump() const {
   std::string text = "CONTENTS OF " + std::string(about.name) + "\n";
   std::vector<const Member*> columns;
   for (const Member& member : about.members) {
-    if (member.records > 0)
+    if (member.stored() && member.field()->stride > 0)
       columns.push_back(&member);
     else if (member.stored())
       append_field(text, *this, member);

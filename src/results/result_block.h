@@ -6,10 +6,10 @@
 #include <memory>
 #include <vector>
 
-#include "base/describe.h"
 #include "base/months.h"
 #include "base/object.h"
 #include "base/wire.h"
+#include "reflect/describe.h"
 
 namespace tarn {
 
@@ -88,8 +88,8 @@ class TableBlock : public RecordBlock<T> {
 };
 
 /// The members table of a block: what it is given, and what all blocks have.
-template <typename C, typename... M>
-ClassInfo describe_block(const M&... members) {
+template <typename C, typename... Row>
+consteval auto describe_block(const Row&... members) {
   return describe<C>(Failures::Trapped, members..., method<&C::Load>("nFileHandle", "nCurPos"),
                      method<&C::Save>("nFileHandle", "nCurPos"), method<&C::Dump>, method<&C::CopyFrom>("Source"));
 }

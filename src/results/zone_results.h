@@ -3,7 +3,7 @@
 #pragma once
 
 #include "airsystems/codes.h"
-#include "base/collection.h"
+#include "reflect/collection.h"
 #include "results/load_components.h"
 #include "results/result_block.h"
 

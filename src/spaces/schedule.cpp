@@ -34,7 +34,7 @@ const Kind& SCH_Schedule::kind() const {
 const ClassInfo& SCH_Schedule::info() const {
   using R = ScheduleRecord;
   using C = SCH_Schedule;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::m_bCloning>, method<&C::Reset>("bResetAll"), property<&R::Applicable>,
       method<&C::Clone>("nIndex"), method<&C::CopyInstance>, property<&R::ProfileName>, property<&R::HourlyValue>,
       method<&C::GetFreeIndex>, method<&C::Delete>("nRecNum"), method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"),
@@ -42,6 +42,7 @@ const ClassInfo& SCH_Schedule::info() const {
       method<&C::CreateDefault>, property<&R::Name>, property<&R::ScheduleType>,
       method<&C::GetUsedProfiles>("bDesignOnly"), method<&C::GetValue>("M", "d", "h"),
       method<&C::IsNameUnique>("sName"), event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -1,8 +1,8 @@
 // A schedule: up to eight profiles of 24 hourly values, and which of them applies on each day type of each month.
 #pragma once
 
-#include "base/collection.h"
 #include "base/months.h"
+#include "reflect/collection.h"
 #include "storage/entity.h"
 
 namespace tarn {

@@ -40,7 +40,7 @@ const Kind& SPC_Space::kind() const {
 const ClassInfo& SPC_Space::info() const {
   using C = SPC_Space;
   using G = GeneralRecord;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::m_bCloning>, forwarded<&C::general_, &G::AvgHeight>("ft"),
       method<&C::Reset>("bResetAll").by_reference(),
       forwarded<&C::general_, &G::BuildingWt>.named("BuildingWeight")("lb/ft2"), method<&C::GetWallExposures>,
@@ -55,6 +55,7 @@ const ClassInfo& SPC_Space::info() const {
       part<&C::GetOtherLoads>, forwarded<&C::general_, &G::OAReq1Value>, forwarded<&C::general_, &G::OAReq2Value>,
       forwarded<&C::general_, &G::OAReq1Spec>, forwarded<&C::general_, &G::OAReq2Spec>,
       forwarded<&C::general_, &G::SpaceUsage>, method<&C::IsNameUnique>("sName"), method<&C::GrossWallArea>);
+  static const ClassInfo info(members);
   return info;
 }
 

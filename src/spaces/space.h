@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "base/collection.h"
+#include "reflect/collection.h"
 #include "spaces/space_parts.h"
 
 namespace tarn {

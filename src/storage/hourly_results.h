@@ -1,7 +1,7 @@
 // Hourly results: a year of values each for what an entity's output flags select.
 #pragma once
 
-#include "base/collection.h"
+#include "reflect/collection.h"
 #include "storage/entity.h"
 
 namespace tarn {
@@ -17,8 +17,9 @@ static_assert(sizeof(HourlyResultRecord) == 35040);
 template <typename C>
 struct HourlyResults : Part<HourlyResultRecord> {
   const ClassInfo& info() const override {
-    static const ClassInfo info =
+    static constexpr auto members =
         describe<C>(Failures::Raised, property<&HourlyResultRecord::HourlyResult>, method<&C::ResetData>);
+    static const ClassInfo info(members);
     return info;
   }
   void ResetData() { static_cast<HourlyResultRecord&>(*this) = {}; }
@@ -30,10 +31,11 @@ template <typename C, typename ItemType>
 class HourlyList : public Object {
  public:
   const ClassInfo& info() const override {
-    static const ClassInfo info =
+    static constexpr auto members =
         describe<C>(Failures::Raised, parts<&C::Item, &C::Count, &C::Resize>("vntIndexKey"), property<&C::Count>,
                     property<&C::NewEnum>, method<&C::Add>, method<&C::Resize>("numItems"),
                     method<&C::Remove>("vntIndexKey"), method<&C::ResetData>);
+    static const ClassInfo info(members);
     return info;
   }
 

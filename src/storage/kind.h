@@ -1,8 +1,8 @@
 // What one kind of stored entity declares of its own; everything else of its life is `StoredEntity`.
 #pragma once
 
-#include "base/describe.h"
 #include "platform/database.h"
+#include "reflect/describe.h"
 #include "storage/staleness.h"
 
 namespace tarn {
@@ -17,7 +17,7 @@ template <typename C, auto P>
 SummaryColumn summary(std::string_view name) {
   return {name, [](const Object& o) {
             Value value;
-            detail::read_field(static_cast<const C&>(o).*P, true, value);
+            put(value, static_cast<typename detail::TypeOf<P>::Native>(static_cast<const C&>(o).*P));
             return cell(value);
           }};
 }
@@ -25,10 +25,10 @@ SummaryColumn summary(std::string_view name) {
 /// A column that shows a property of a part.
 template <auto Part, auto Field>
 SummaryColumn part_summary(std::string_view name) {
-  using C = typename detail::FieldOf<std::remove_const_t<decltype(Part)>>::Class;
   return {name, [](const Object& o) {
             Value value;
-            detail::read_field(static_cast<const C&>(o).*Part.*Field, true, value);
+            const auto& part = static_cast<const detail::ClassOf<Part>&>(o).*Part;
+            put(value, static_cast<typename detail::TypeOf<Field>::Native>(part.*Field));
             return cell(value);
           }};
 }

@@ -60,28 +60,11 @@ const References& references_of(const ClassInfo& info) {
       if (member.stored() && !member.refers_to.empty()) references.members.push_back(&member);
       continue;
     }
-    const References& part = references_of(member.part_info());
+    const References& part = references_of(member.owned().info());
     references.kinds.insert(part.kinds.begin(), part.kinds.end());
     if (!part.members.empty()) references.members.push_back(&member);
   }
   return known.emplace(&info, std::move(references)).first->second;
-}
-
-}  // namespace
-
-namespace {
-
-/// A reference field's element in place, a 16-bit or a 32-bit integer.
-int32_t reference_at(const Member& field, const std::byte* at) {
-  if (field.type == ValueType::Int32) return reinterpret_cast<const I4*>(at)->value;
-  return reinterpret_cast<const I2*>(at)->value;
-}
-
-void set_reference(const Member& field, std::byte* at, int32_t index) {
-  if (field.type == ValueType::Int32)
-    *reinterpret_cast<I4*>(at) = index;
-  else
-    *reinterpret_cast<I2*>(at) = static_cast<int16_t>(index);
 }
 
 }  // namespace
@@ -117,16 +100,18 @@ void visit_references(Object& owner, const ReferenceAction& action, const PartPa
       continue;
     }
     std::string_view target = field.target_of(owner, 0);
-    const size_t elements = field.elements(), width = field.size / elements;
+    const RecordField& stored = *field.field();
+    const size_t elements = field.elements(), width = stored.size / elements;
     std::byte* at = field.place(owner);
     for (size_t element = 0; element < elements; ++element, at += width) {
-      const int32_t index = reference_at(field, at);
+      int32_t index = 0;
+      with_number(stored.wire, at, [&index](auto number) { index = static_cast<int32_t>(number); });
       if (index == 0) continue;
       if (field.refers_by) target = field.target_of(owner, element);
       if (target.empty()) continue;
       const Use use{place_in(place, field, element + 1), target, index};
       const int32_t wanted = action(use, ReferenceName{path, field, element});
-      if (wanted != index) set_reference(field, at, wanted);
+      if (wanted != index) write(stored, at, wanted);
     }
   }
 }

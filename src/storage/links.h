@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "base/members.h"
+#include "reflect/members.h"
 
 namespace tarn {
 

@@ -5,7 +5,7 @@
 #include "base/log.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
-#include "storage/project.h"
+#include "storage/file_names.h"
 
 namespace tarn {
 namespace {

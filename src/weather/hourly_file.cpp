@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/describe.h"
+#include "reflect/describe.h"
 #include "weather/record_file.h"
 
 namespace tarn {
@@ -81,7 +81,7 @@ const ClassInfo& HW1ReaderWriter::info() const {
   using R = HourlyWeather;
   using D = HourlyDay;
   constexpr const char* kSolar = "Btu/(hr.ft2)";
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::CityName>.trimmed(), property<&R::LocationName>.trimmed(),
       property<&R::Latitude>("deg"), property<&R::Longitude>("deg"), property<&R::Elevation>("ft"),
       property<&R::SummerDB>("F"), property<&R::SummerWB>("F"), property<&R::DailyRange>("F"),
@@ -90,6 +90,7 @@ const ClassInfo& HW1ReaderWriter::info() const {
       across<&R::Day, &D::DB>("F"), across<&R::Day, &D::SH>("lb/lb"), across<&R::Day, &D::IDN>(kSolar),
       across<&R::Day, &D::IDIFF>(kSolar), method<&C::Load>("filespec"), method<&C::Save>("filespec"),
       method<&C::ValidateHW1File>("HW1FileName", "errCode", "errDesc"), property<&R::Reserved>.reserved());
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "base/describe.h"
+#include "reflect/describe.h"
 #include "weather/record_file.h"
 
 namespace tarn {
@@ -121,7 +121,7 @@ const ClassInfo& WTH_Weather::info() const {
   constexpr const char* kSolar = "Btu/(hr.ft2)";
   constexpr auto kDesign = &D::DesDay;
   constexpr auto kSimulation = &S::SimDay;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&D::Region>, property<&D::DesCityName>, property<&D::DesStateName>,
       property<&D::DesLatitude>("deg"), property<&D::DesLongitude>("deg"), property<&D::DesElevation>("ft"),
       property<&D::SummerDB>("F"), property<&D::SummerWB>("F"), property<&D::DailyRange>("F"),
@@ -147,18 +147,23 @@ const ClassInfo& WTH_Weather::info() const {
       across<kSimulation, &W::DecAngle>("deg"), property<&C::SimFileName>, property<&C::SimInputFileName>,
       property<&C::DesFileName>, method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"), method<&C::Load>,
       method<&C::LoadSourceCodes>("szDatabaseName", "szTableName"), method<&C::Save>, method<&C::Clone>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& WTH_Stats::info() const {
   using C = WTH_Stats;
   constexpr const char* kSolar = "Btu/(ft2.day)";
-  static const ClassInfo info =
-      describe<C>(Failures::Raised, property<&C::MaxDB>("F"), property<&C::AvgMaxDB>("F"), property<&C::AvgDB>("F"),
-                  property<&C::AvgMinDB>("F"), property<&C::MinDB>("F"), property<&C::MaxItot>(kSolar),
-                  property<&C::AvgItot>(kSolar), property<&C::MinItot>(kSolar), property<&C::MaxKt>,
-                  property<&C::AvgKt>, property<&C::MinKt>, property<&C::MaxDBDay>, property<&C::MaxDBHour>,
-                  property<&C::MinDBDay>, property<&C::MinDBHour>, property<&C::MaxItotDay>, property<&C::MinItotDay>);
+  static constexpr auto members = describe<C>(
+      Failures::Raised, property<&MonthlyStatistics::MaxDB>("F"), property<&MonthlyStatistics::AvgMaxDB>("F"),
+      property<&MonthlyStatistics::AvgDB>("F"), property<&MonthlyStatistics::AvgMinDB>("F"),
+      property<&MonthlyStatistics::MinDB>("F"), property<&MonthlyStatistics::MaxItot>(kSolar),
+      property<&MonthlyStatistics::AvgItot>(kSolar), property<&MonthlyStatistics::MinItot>(kSolar),
+      property<&MonthlyStatistics::MaxKt>, property<&MonthlyStatistics::AvgKt>, property<&MonthlyStatistics::MinKt>,
+      property<&MonthlyStatistics::MaxDBDay>, property<&MonthlyStatistics::MaxDBHour>,
+      property<&MonthlyStatistics::MinDBDay>, property<&MonthlyStatistics::MinDBHour>,
+      property<&MonthlyStatistics::MaxItotDay>, property<&MonthlyStatistics::MinItotDay>);
+  static const ClassInfo info(members);
   return info;
 }
 

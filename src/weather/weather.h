@@ -111,16 +111,19 @@ class WTH_Weather final : public Object, public DesignWeather, public Simulation
 };
 
 /// Statistics of a year's hours by month, filled and read by the client.
-class WTH_Stats final : public Object {
- public:
-  const ClassInfo& info() const override;
-
+struct MonthlyStatistics {
   template <typename T>
   using Months = Array<T, 12>;
   Months<R4> MaxDB, AvgMaxDB, AvgDB, AvgMinDB, MinDB;  // F; the averages of daily extremes
   Months<R4> MaxItot, AvgItot, MinItot;                // Btu/(ft2.day), total solar on the horizontal
   Months<R4> MaxKt, AvgKt, MinKt;                      // clearness index: beside the solar above the air
   Months<I2> MaxDBDay, MaxDBHour, MinDBDay, MinDBHour, MaxItotDay, MinItotDay;
+};
+
+class WTH_Stats final : public Object, public MonthlyStatistics {
+ public:
+  using Unstored = MonthlyStatistics;
+  const ClassInfo& info() const override;
 };
 
 }  // namespace tarn

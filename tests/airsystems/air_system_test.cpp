@@ -3,7 +3,7 @@
 #include <numeric>
 
 #include "airsystems/defaults.h"
-#include "base/by_name.h"
+#include "reflect/by_name.h"
 #include "spaces/space.h"
 #include "support/temp_project.h"
 
@@ -581,7 +581,7 @@ TEST_F(AirSystemTest, ASecondTypeLeavesNothingOfTheFirst) {
     const auto dump = [](Object& object, std::string& out) {
       for_each_field(object, [&](Object& owner, const Member& field, const std::string& prefix) {
         (out += prefix) += field.name;
-        out.append(reinterpret_cast<const char*>(field.place(owner)), field.size);
+        out.append(reinterpret_cast<const char*>(field.place(owner)), field.field()->size);
       });
     };
     dump(fresh, one);

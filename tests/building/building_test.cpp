@@ -3,10 +3,10 @@
 #include <cstring>
 
 #include "airsystems/air_system.h"
-#include "base/by_name.h"
 #include "building/utility_rate.h"
-#include "component/defaults.h"
 #include "plant/plant.h"
+#include "project/defaults.h"
+#include "reflect/by_name.h"
 #include "spaces/schedule.h"
 #include "support/temp_project.h"
 

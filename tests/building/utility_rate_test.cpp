@@ -2,10 +2,10 @@
 
 #include <cstring>
 
-#include "base/by_name.h"
 #include "building/building.h"
-#include "component/defaults.h"
-#include "component/tarn.h"
+#include "c/tarn.h"
+#include "project/defaults.h"
+#include "reflect/by_name.h"
 #include "spaces/schedule.h"
 #include "support/temp_project.h"
 
@@ -58,7 +58,7 @@ class UtilityRateTest : public test::ProjectTest {
       if (m.kind == MemberKind::Method) {
         uses.emplace_back(name, [&rate, &m] {
           std::vector<Value> arguments;
-          for (const Parameter& p : m.parameters) {
+          for (const Parameter& p : m.parameters()) {
             arguments.emplace_back();
             if (!p.optional) arguments.back() = int32_t{1};
           }
@@ -78,7 +78,7 @@ class UtilityRateTest : public test::ProjectTest {
         if (m.read_only) continue;
         uses.emplace_back(name, [&rate, &m, at] { let_property(rate, m, at, empty_value(m.type)); });
       }
-      if (m.place) uses.emplace_back(name + " as a block", [&rate, &m] { m.place(rate); });
+      if (m.in_place()) uses.emplace_back(name + " as a block", [&rate, &m] { m.place(rate); });
     }
     return uses;
   }

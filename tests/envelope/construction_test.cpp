@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "base/by_name.h"
+#include "reflect/by_name.h"
 #include "support/temp_project.h"
 
 namespace tarn {

@@ -1,7 +1,7 @@
-#include "base/by_name.h"
 #include "envelope/door.h"
 #include "envelope/shade.h"
-#include "storage/preferences.h"
+#include "project/preferences.h"
+#include "reflect/by_name.h"
 #include "support/temp_project.h"
 
 namespace tarn {
@@ -10,7 +10,8 @@ namespace {
 std::string by_reference(const ClassInfo& info) {
   std::string text;
   for (const Member& m : info.members) {
-    if (m.by_reference || (!m.parameters.empty() && m.parameters[0].by_reference)) text += std::string(m.name) + " ";
+    if (m.by_reference || (!m.parameters().empty() && m.parameters()[0].by_reference))
+      text += std::string(m.name) + " ";
   }
   return text;
 }

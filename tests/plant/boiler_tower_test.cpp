@@ -1,7 +1,7 @@
-#include "base/by_name.h"
 #include "plant/boiler.h"
 #include "plant/chiller.h"
 #include "plant/cooling_tower.h"
+#include "reflect/by_name.h"
 #include "support/temp_project.h"
 
 namespace tarn {

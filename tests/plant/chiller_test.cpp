@@ -5,9 +5,9 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "base/by_name.h"
-#include "component/chiller_import.h"
-#include "component/shipped.h"
+#include "exchange/chiller_import.h"
+#include "project/shipped.h"
+#include "reflect/by_name.h"
 #include "support/temp_project.h"
 
 namespace tarn {

@@ -1,6 +1,6 @@
-#include "component/defaults.h"
-#include "component/shipped.h"
 #include "plant/plant_case.h"
+#include "project/defaults.h"
+#include "project/shipped.h"
 
 namespace tarn {
 namespace {

@@ -1,8 +1,8 @@
 #include "plant/plant.h"
 
-#include "component/defaults.h"
-#include "component/exchange.h"
+#include "exchange/exchange.h"
 #include "plant/plant_case.h"
+#include "project/defaults.h"
 
 namespace tarn {
 namespace {

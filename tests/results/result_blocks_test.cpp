@@ -1,6 +1,6 @@
-#include "base/by_name.h"
-#include "component/class_list.h"
 #include "platform/binary_file.h"
+#include "project/class_list.h"
+#include "reflect/by_name.h"
 #include "results/air_system_design.h"
 #include "support/temp_project.h"
 
@@ -11,7 +11,7 @@ namespace {
 std::vector<std::string_view> block_classes() {
   std::vector<std::string_view> names;
   for (const ClassEntry& entry : class_list()) {
-    if (dynamic_cast<ResultBlock*>(entry.create().get())) names.push_back(entry.info().name);
+    if (dynamic_cast<ResultBlock*>(entry.create().get())) names.push_back(entry.info->name);
   }
   return names;
 }

@@ -1,6 +1,6 @@
 #include "spaces/schedule.h"
 
-#include "base/by_name.h"
+#include "reflect/by_name.h"
 #include "support/temp_project.h"
 
 namespace tarn {

@@ -14,7 +14,7 @@
 #include "platform/database.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
-#include "storage/project.h"
+#include "project/project.h"
 #include "storage/schema.h"
 
 namespace tarn::test {
@@ -204,7 +204,9 @@ int error_number(F action) {
 inline std::string layout(const ClassInfo& info) {
   std::string text;
   for (const Member& m : info.members) {
-    if (m.stored()) text += std::string(m.name) + "@" + std::to_string(m.offset) + "+" + std::to_string(m.size) + " ";
+    if (m.stored())
+      text +=
+          std::string(m.name) + "@" + std::to_string(m.field()->offset()) + "+" + std::to_string(m.field()->size) + " ";
   }
   return text;
 }

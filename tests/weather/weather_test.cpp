@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "base/by_name.h"
+#include "reflect/by_name.h"
 #include "support/temp_project.h"
 
 namespace tarn::test {
