@@ -98,8 +98,8 @@ const ClassInfo& AS_FanData::info() const {
   static const ClassInfo info = describe<C>(
       Failures::Raised, property<&R::Used>, property<&R::FanType>, property<&R::PerfUnits>, property<&R::Value>,
       property<&R::Efficiency>, property<&R::Configuration>, property<&R::KWValue>, property<&R::AFactorUsed>,
-      property<&R::AFactorPD>, property<&R::FanControl>, property<&R::UnoccFanControl>, property<&R::LowSpeedFlow>,
-      property<&R::MidSpeedFlow>, property<&R::UnoccFlow>);
+      property<&R::AFactorPD>("in. w.c."), property<&R::FanControl>, property<&R::UnoccFanControl>,
+      property<&R::LowSpeedFlow>, property<&R::MidSpeedFlow>, property<&R::UnoccFlow>);
   return info;
 }
 
