@@ -5,7 +5,7 @@ namespace {
 
 std::span<const Label> cooling_sources(const Object&) { return kCoolingSources; }
 
-/// Code 0 is another thing for fuels than for compressors.
+/// Code 0 means average efficiency for a fuel, and compressor power for a compressor.
 std::span<const Label> direct_heat_options(const Object&) {
   static constexpr Label kOptions[]{{0, "ptAVG_HEAT_EFF", ""}, {1, "ptARI_PERF", ""}, {2, "ptASHRAE_EFF", ""}};
   return kOptions;

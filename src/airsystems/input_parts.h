@@ -344,7 +344,7 @@ struct AS_EconomizerData final : Part<EconomizerRecord> {
   const ClassInfo& info() const override;
 };
 
-/// The preheat coil heats, the precool coil cools: its source is shown by that.
+/// The preheat coil heats, the precool coil cools; the text of its source follows that.
 struct AS_CoilData final : Part<CoilRecord> {
   const ClassInfo& info() const override;
   static std::span<const Label> sources(const Object& coil);

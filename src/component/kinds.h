@@ -1,5 +1,5 @@
-// The kinds of entity that a project keeps, in the order in which they are listed, exported and given defaults: what is
-// referred to stands before what refers to it. A new kind is one row here.
+// The kinds of entity that a project keeps, in the order in which they are listed, exported and given defaults: a kind
+// stands before those that refer to it. A new kind is one row here.
 #pragma once
 
 #include <span>

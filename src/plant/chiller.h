@@ -86,12 +86,11 @@ class CHL_Chiller final : public Entity<CHL_Chiller, ChillerRecord> {
 
   CHL_OperatingMode CoolingMode{"CoolingMode"}, HeatRecoveryMode{"HeatRecoveryMode"}, HeatingMode{"HeatingMode"};
 
-  /// Takes the record of a type, 1 to 12, from a file of such records. Errors `FileNotFound`, `InvalidCall` for a type
-  /// that the file has not; the chiller stays as it was. Its index stays anyway.
+  /// Takes the record of a type, 1 to 12, from a file of such records; the index stays. Errors `FileNotFound`,
+  /// `InvalidCall` for a type that the file does not have; then the chiller stays as it was.
   void CreateDefaultByType(int16_t nChillerType, const std::string& sDefaultsFile);
-  /// The usual curve of free cooling by the refrigerant circuit, 10 points: how far outdoor air lies below the leaving
-  /// water (F), and power and capacity there as fractions of full load. Error `InvalidCall` for other options than 1
-  /// and 2.
+  /// The default curve of free cooling, 10 points: how far the outdoor air is below the leaving water (F), and power
+  /// and capacity there as fractions of full load. Error `InvalidCall` for other options than 1 and 2.
   void GetDXFCDefaults(CHL_DXFCOptions DXFCOption, CHL_DXFCUOM& UOM, std::vector<double>& DeltaT,
                        std::vector<double>& Power, std::vector<double>& Capacity) const;
 };

@@ -301,7 +301,7 @@ TEST_F(ChillerTest, AnImportedMapIsThatOfAConversionByHandAndSaysWhatItLeft) {
 }
 
 TEST_F(ChillerTest, WhatIsNoMapIsRefusedAndTheChillerStays) {
-  const std::string none = " is no chiller in the JSON form of ASHRAE 205: ", leaving = kLeaving, air = kAir;
+  const std::string none = " is not a chiller in the JSON form of ASHRAE 205: ", leaving = kLeaving, air = kAir;
   const Json good = text_of(kAirCooled);
   const auto with = [&](const std::string& pointer, const Json& value) {
     Json text = good;
@@ -339,8 +339,8 @@ TEST_F(ChillerTest, WhatIsNoMapIsRefusedAndTheChillerStays) {
              ": its " + leaving + " goes from 26.33 to 42.53 F, which leaves out the 44 F that are needed."},
             {with(grid + kAir, {290, 300, 308}),
              ": its " + air + " goes from 62.33 to 94.73 F, which leaves out the 95 F that are needed."},
-            {with(grid + kStage, {1, 70000}), ": compressor_sequence_number 70000 is no stage."},
-            {with(lookup + "input_power/3", 1e300), ": input_power of 6.97222e+299 W is no value."}};
+            {with(grid + kStage, {1, 70000}), ": compressor_sequence_number 70000 is not a stage number."},
+            {with(lookup + "input_power/3", 1e300), ": input_power of 6.97222e+299 W is not a possible value."}};
   const std::string path = folder / "map.json";
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
