@@ -66,7 +66,7 @@ std::vector<std::string> link_queries() {
   return queries;
 }
 
-/// A save sees to the older tables of equipment too.
+/// A save also writes the older tables of equipment.
 std::vector<std::string> link_queries_of_save() {
   std::vector<std::string> queries = link_queries();
   for (const std::string kind : {"Chiller", "Boiler"}) {

@@ -29,7 +29,7 @@ struct Call {
   std::string type;    // of --type
   std::string svg;     // of --svg
   std::string group, verb;
-  std::vector<std::string> words;  // behind the verb
+  std::vector<std::string> words;  // after the verb
 };
 
 /// The project of -p: FOLDER/PREFIX, or FOLDER with the one project in it; the current folder without.
@@ -42,7 +42,7 @@ Ptr<Database> open_project(COM_ProjectData& project, const Call& call, Use use);
 /// A number as a person reads it, six digits.
 std::string shown(const Json& value);
 
-/// As reports have it: so many decimals, thousands apart.
+/// A number as in reports: with so many decimals, thousands separated.
 std::string grouped(double value, int decimals);
 
 /// Rows of texts in aligned columns; to the right those whose letter in `sides` is 'r', without letters the numbers.
@@ -57,9 +57,9 @@ void save_picture(const Call& call, const std::string& picture);
 struct Indexed {
   std::string table, one, many;
 };
-/// The index behind the verb; a row has it, or the nearest that has one is named.
+/// The index after the verb. Error `UsageError` where no row has it; the message names the nearest index that exists.
 int16_t index_of(const Call& call, Database& database, const Indexed& rows);
-/// Of the rows of an index table, none for an empty one.
+/// The nearest index among the rows of an index table; none for an empty table.
 std::optional<int64_t> nearest_index(Database& database, const std::string& table, int index);
 /// A word that is a number. Error `UsageError`.
 int number_of(const std::string& word);

@@ -43,7 +43,7 @@ std::string element_text(Database& database, Object& owner, const Member& field,
 
 namespace {
 
-/// What the elements refer to, those that do.
+/// The entities that the elements refer to, without empty references.
 std::string references_text(Database& database, Object& owner, const Member& field) {
   std::string line;
   for_each_element(field, [&](Subscripts at) {

@@ -27,7 +27,7 @@ struct Color {
 };
 using Ramp = std::vector<Color>;
 
-/// Cold to hot by way of the lightest; light to dark; dark to light.
+/// Color ramps: cold to hot with the lightest in the middle; light to dark; dark to light.
 const Ramp kTemperature{{49, 54, 149},   {69, 117, 180}, {116, 173, 209}, {171, 217, 233}, {224, 243, 248},
                         {254, 224, 144}, {253, 174, 97}, {244, 109, 67},  {215, 48, 39},   {165, 0, 38}};
 const Ramp kHumidity{{247, 252, 240}, {224, 243, 219}, {204, 235, 197}, {168, 221, 181}, {123, 204, 196},

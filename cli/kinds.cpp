@@ -70,7 +70,7 @@ struct Assignment {
   std::string place;  // "Layer(2).", before the property
 };
 
-/// The subscripts that stand behind a name, "(2)" or "[1,2]"; none for an empty text.
+/// The subscripts that follow a name, "(2)" or "[1,2]"; none for an empty text.
 std::vector<int> subscripts_in(std::string_view text, const std::string& word) {
   std::vector<int> found;
   if (text.empty()) return found;
@@ -120,8 +120,8 @@ Object& part_of(Object& object, std::string_view step, const std::string& word) 
   return part->part(object, part->owned().numbered ? at[0] : 1);
 }
 
-/// Where a property stands that is named without a part: in the entity; in the part that has its name, an air system's
-/// header; in the only other part that has such a property. The entity, where no place is the one.
+/// Where a property named without a part belongs: to the entity; else to the part that also holds the entity's name (an
+/// air system's header); else to the only part that has such a property. Where several parts have it: the entity.
 Object& holder_of(Object& entity, const std::string& property) {
   const auto settable = [](const ClassInfo& info, std::string_view name) {
     const int number = info.number(name);
@@ -143,7 +143,7 @@ Object& holder_of(Object& entity, const std::string& property) {
 /// "GlassTrans(2)=0.78", "Height=4", "Layer(2).Thickness=8".
 Assignment parsed(StoredEntity& entity, const std::string& word) {
   const size_t equals = word.find('=');
-  if (equals == std::string::npos) throw UsageError("\"" + word + "\" is no assignment; write Property=value.");
+  if (equals == std::string::npos) throw UsageError("\"" + word + "\" is not an assignment; write Property=value.");
   Assignment out{&entity, nullptr, {}, word.substr(equals + 1), {}};
   std::string_view path = std::string_view(word).substr(0, equals);
   for (size_t dot = path.find('.'); dot != std::string_view::npos; dot = path.find('.')) {
@@ -175,7 +175,7 @@ Json json_of(const Assignment& assignment) {
   try {
     return Json::parse(assignment.value);
   } catch (const nlohmann::json::exception&) {
-    return assignment.value;  // "NaN" is a text; anything else is refused by its type, in its words
+    return assignment.value;  // "NaN" is a text; a wrong value is refused by the property's type, with its message
   }
 }
 
@@ -188,7 +188,7 @@ std::vector<std::pair<std::string, Json>> fields(StoredEntity& entity) {
   return all;
 }
 
-/// What is referred to is there, or the nearest is named.
+/// Error `UsageError` for a reference to an entity that does not exist; the message names the nearest one.
 void check_reference(Database& database, Object& object, const Member& member, Subscripts at) {
   Value value;
   member.get(object, at, value);
@@ -204,7 +204,7 @@ void check_reference(Database& database, Object& object, const Member& member, S
   }
 }
 
-/// Those of an assignment: its own, and the ones that it directs.
+/// The references to check after an assignment: its own, and those whose kind it decides.
 void check_references(Database& database, const Assignment& a) {
   check_reference(database, *a.object, *a.member, a.at);
   for (const Member& member : a.object->info().members) {

@@ -42,7 +42,7 @@ void help_text(CLI::App& app, const std::vector<Group>& all) {
   app.footer(text + "\nExit codes: 0 clean, 1 findings, 2 usage, 3 input or output, 4 internal.");
 }
 
-/// Words and options that a verb does not take are mistakes, not decoration.
+/// Words and options that a verb does not take are refused, not ignored.
 void check_extras(const Call& call) {
   const auto most = [&]() -> size_t {
     if (call.group == "describe" || call.verb == "list" || call.verb == "info") return 0;

@@ -17,7 +17,7 @@ using Rows = std::vector<std::vector<Json>>;
 
 // ---- walls and roofs
 
-/// Stored and computed, both where they differ by more than storage does.
+/// A stored value and the computed one; both are shown where they differ by more than the rounding of storage.
 std::string beside(double stored, double computed, const std::string& unit) {
   const bool same = std::abs(stored - computed) <= 1e-5 * std::abs(computed);
   const std::string first = shown(Json(stored)) + " " + unit;

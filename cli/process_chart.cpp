@@ -1,4 +1,4 @@
-// The air's way through a system on a psychrometric chart: states in order, lines between them, labels where there is
+// The air's path through a system on a psychrometric chart: states in order, lines between them, labels where there is
 // room.
 #include <algorithm>
 #include <cmath>

@@ -139,7 +139,7 @@ struct Record {
   size_t size = 0;
 };
 
-/// A field of every record in a list is told for the first one, with how far the others are behind it.
+/// A field of every record in a list is given once, for the first record, with the distance between records.
 void add_field(Record& record, const Member& m) {
   const RecordField& field = *m.field();
   const size_t count = field.stride > 0 ? field.records : 1;
@@ -154,14 +154,18 @@ void add_field(Record& record, const Member& m) {
 
 std::string files_page() {
   std::string out =
-      "# Record files\n\nRecord n lies at byte n times the record's length; record 0 is the kind's default. Numbers "
-      "are "
-      "little-endian, fields are not padded, texts are one byte a character (code page 1252) and padded with blanks, "
-      "Booleans "
-      "are 16-bit: 0 and -1. Of an array the first subscript varies fastest, but for one that counts months or days of "
-      "weather: they lie block by block. Units are those of the file. Air systems, plants and buildings have a file "
-      "each, here without zones and hourly results. Results of a design are records in a row, as "
-      "[results](../results.md) tells; their tables have the month outside, the hour inside.\n";
+      "# Record files\n\n"
+      "- Record n lies at byte n times the record's length. Record 0 is the kind's default.\n"
+      "- Numbers are little-endian. Fields are not padded. Booleans have 16 bits: 0 and -1.\n"
+      "- Texts have one byte for each character (code page 1252) and are padded with blanks.\n"
+      "- The first subscript of an array varies fastest. The exception is a first subscript that counts months or "
+      "days\n"
+      "  of weather: their blocks follow one another.\n"
+      "- Units are those of the values in the file.\n"
+      "- Air systems, plants and buildings have a file each; it is given here without zones and hourly results.\n"
+      "- Results of a design are records that follow one another ([results](../results.md)). In their tables the month "
+      "is\n"
+      "  the outer loop and the hour the inner one.\n";
   for (const ClassEntry& entry : class_list()) {
     const ClassInfo& info = *entry.info;
     const ObjectPtr object = entry.create();

@@ -1,4 +1,4 @@
-// Design results as a picture: the loads of the peak month's day, above the air's way on a psychrometric chart.
+// Design results as a picture: the loads of the peak month's day, above the states of the air on a psychrometric chart.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -37,7 +37,7 @@ const std::array kSeries{
 
 using Day = std::array<double, 24>;
 
-/// Without what no system has: infinite loads, and those beyond all sense.
+/// A day's values; infinite and implausibly large ones count as 0.
 Day day_of(const ADL_AirSystemDesign& design, Months month, const Series& series) {
   Day day{};
   for (int hour = 0; hour < 24; ++hour) {
@@ -47,7 +47,7 @@ Day day_of(const ADL_AirSystemDesign& design, Months month, const Series& series
   return day;
 }
 
-/// That of the cooling peak, or the one that is heated most.
+/// The month of the cooling peak, or without one the month with the most heating.
 Months profile_month(const ADL_AirSystemDesign& design) {
   if (const auto peak = cooling_peak(design)) return peak->month;
   Months most = Months::January;

@@ -192,7 +192,7 @@ std::string component_cell(const LoadColumn& column, int component) {
   return figure(value, unit) + (unit.empty() ? "" : " " + std::string(unit));
 }
 
-/// Of what stands in the column, rounded as it is there, so that it adds up on paper.
+/// The sum of the column's values as they are printed, rounded, so that it adds up on paper.
 double total_of(const LoadColumn& column) {
   double sum = 0;
   for (const R4& value : column.values.items) sum += std::nearbyint(value);

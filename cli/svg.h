@@ -32,8 +32,8 @@ struct Unit {
   double factor;
   int decimals, si_decimals;
 };
-/// The numbers of an upright axis, as its steps need them: beside it IP units, SI units in grey behind them. `away` is
-/// -1 to the left of it and 1 to the right.
+/// The numbers of a vertical axis, with as many decimals as its steps need: IP units beside it, SI units in grey next
+/// to them. `away` is -1 to the left of it and 1 to the right.
 std::string upright_axis(const Scale& scale, double x, int away, const Unit& unit);
 
 /// A self-contained picture on white: whom it shows as the heading, with a line below it. `title` is for the program

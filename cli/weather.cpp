@@ -14,7 +14,7 @@
 namespace tarn::cli {
 namespace {
 
-/// The file behind the verb, or the project's own.
+/// The file after the verb, or the project's own.
 std::string file_of(const Call& call) {
   if (!call.words.empty()) return call.words.front();
   COM_ProjectData project;
@@ -50,7 +50,7 @@ Json properties_json(Object& object) {
   return json;
 }
 
-/// What is there already is written over only if it is an hourly file.
+/// An existing file is replaced only if it is empty or an hourly weather file.
 void check_output(const std::string& file) {
   std::error_code ignored;
   if (!std::filesystem::exists(file, ignored) || std::filesystem::file_size(file, ignored) == 0) return;
@@ -58,7 +58,7 @@ void check_output(const std::string& file) {
   there.Load(file);
   if (!there.has_valid_header())
     fail(ErrorNumber::FileExists,
-         file + " is there and no hourly weather file; remove it first, or give another name.");
+         file + " exists and is not an hourly weather file; remove it first, or give another name.");
 }
 
 int import_verb(const Call& call) {

@@ -12,7 +12,7 @@ std::vector<Group> all_groups() {
                           {{"new", "makes the index database and the default records"},
                            {"info", "what the project holds, and what is stale"},
                            {"export", "[KIND ...]: the project as JSON"},
-                           {"import", "FILE: brings entities of a JSON text in, all or none"}}}};
+                           {"import", "FILE: reads the entities of a JSON text into the project, all or none"}}}};
   for (const EntityKind& kind : entity_kinds()) {
     const std::string one(kind.one);
     const std::string follows = kind.compute ? ", and what is computed from it" : "";
@@ -31,13 +31,13 @@ std::vector<Group> all_groups() {
       {"weather",
        "hourly weather files; without FILE the project's own",
        {{"import", "FILE: an EPW, TMY3 or TMY2 year becomes the project's weather, or with --output an hourly file"},
-        {"check", "[FILE]: whether the file is valid, and what cannot be right in its hours"},
+        {"check", "[FILE]: whether the file is valid, and which of its hours are implausible"},
         {"show", "[FILE]: site, statistics and a chart by month; --svg PICTURE for a heat map of the year"}}});
   all.push_back({"results",
                  "what the design calculation found for the air systems",
                  {{"list", "the air systems that have design results"},
                   {"show",
-                   "N [ZONE]: sizes, loads and the air's way through air system N, or the loads of one of its zones; "
+                   "N [ZONE]: sizes, loads and states of the air of air system N, or the loads of one of its zones; "
                    "--svg PICTURE for load profile and psychrometric chart"}}});
   Group describe{"describe", "[CLASS]: the members of the classes", {}};
   for (const ClassEntry& entry : class_list()) describe.verbs.emplace_back(entry.info->name, "");

@@ -1,5 +1,5 @@
 // Damaged air-system files and exchange texts: nothing crashes, a failed load leaves the object as it was and names the
-// file, what was loaded can be saved and loaded again, and a failed import leaves nothing behind.
+// file, what was loaded can be saved and loaded again, and a failed import changes nothing.
 #include <sanitizer/common_interface_defs.h>
 #include <stdlib.h>
 

@@ -21,7 +21,7 @@ from ._library import Error
 
 __all__ = ["Error", "classes", "create_index", "members", "on_log", "on_yield", "open_database", "open_file", "shipped_file", "transaction"]
 
-on_yield = None  # called, without arguments, by long calculations where a user interface may handle what waits for it
+on_yield = None  # called, without arguments, by long calculations, so that a user interface can handle its pending events
 on_log = None  # a handler of log entries; unset, they go to logging.getLogger("tarn")
 
 

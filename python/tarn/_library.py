@@ -123,7 +123,7 @@ def catch(exception):
 
 
 def check(status, handle=None):
-    """Raises what a handler raised, else the error behind a status that is not OK."""
+    """Raises what a handler raised, else the error of a status that is not OK."""
     if getattr(caught, "exceptions", None):
         first = caught.exceptions[0]
         caught.exceptions.clear()

@@ -23,20 +23,20 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, Sized<SectionedEnti
   /// Clears the bits 0 to 26 of the second, then sets those of the first.
   void SetMask(int32_t lMaskAdd, std::optional<int32_t> lMaskRemove = {});
   void select_all() override { SetMask(CCM_MASKALL); }
-  /// No zones, no results, and changed until it is told otherwise.
+  /// No zones, no results, and marked as changed.
   void renew() override;
-  /// The system as a new one: its inputs stay, results and all flags go.
+  /// Makes it a new system: its inputs stay, results and all flags go.
   void SetAsNew();
-  /// From the file of index 0; as type 1, without a name, where there is none.
+  /// Takes the file of index 0; where there is none, the defaults of type 1 without a name.
   void CreateDefault() override;
-  /// As type 1 under the name "Default System".
+  /// The defaults of type 1 under the name "Default System".
   void SetToDefaults();
   /// Errors `InvalidCall` for a type outside 1 to 22 and for 17; the system is left as it was.
   void SetToDefaultsByType(int16_t nSystemType);
 
-  /// The selected sections; the others are carried over byte for byte. A save of inputs by a user, which is one that is
-  /// not made after calculations, drops sizing and simulation results and marks both as changed. The file is replaced
-  /// whole. Errors `NoCurrentRecord`, `InvalidCall` for a name that another system has.
+  /// The selected sections; the others are carried over byte for byte. A save of inputs by a user, that is, not after
+  /// calculations, drops sizing and simulation results and marks both as changed. The file is replaced whole. Errors
+  /// `NoCurrentRecord`, `InvalidCall` for a name that another system has.
   void Save(std::optional<bool>& bSaveAfterCalculations);
   using StoredEntity::Save;
 
@@ -138,7 +138,7 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, Sized<SectionedEnti
   int zone_simulation_count() const { return is_there(kSimulation) ? zone_count() : 0; }
   void resize_sizing(int count) { set_there(kSizing, count > 0); }
   void resize_simulation(int count) { set_there(kSimulation, count > 0); }
-  // A list of results says that they are there; it is as long as that of the zones.
+  // A list of results is empty where there are none; otherwise it is as long as the list of zones.
   void resize_zone_sizing(int count) { set_there(kSizing, is_there(kSizing) || count > 0); }
   void resize_zone_simulation(int count) { set_there(kSimulation, is_there(kSimulation) || count > 0); }
   template <auto Field>

@@ -1,6 +1,6 @@
-// What a new air system of each type is filled with: the VAV set, and what each other type has instead. Enumerations by
-// their codes, temperatures in F. A word is Property=value, values in a row from element 1 on, or *value for all
-// elements.
+// The inputs that a new air system of each type gets: the VAV set, and for each other type the values that differ.
+// Enumerations by their codes, temperatures in F. A word is Property=value, values in a row from element 1 on, or
+// *value for all elements.
 #include "airsystems/defaults.h"
 
 namespace tarn {

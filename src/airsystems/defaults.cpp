@@ -54,7 +54,7 @@ constexpr Operation kOperations[]{
     {"PopulateZoneData", "ZoneData", "AS_ZoneData", of_zone_1<&S::GetZoneData>},
     {"PopulateZSD", "ZSD", "AS_ZoneSizingData", of_zone_1<&S::GetZoneSizing>}};
 
-/// What type 1 has instead for `ForPellNotTarn`.
+/// The values of type 1 that differ with `ForPellNotTarn`.
 constexpr std::string_view kForPell =
     "CoolSys: Source=1 AutoSize=false HeatSys: AutoSize=false SupplyFan: PerfUnits=0 Efficiency=0.84 "
     "ZoneData: OccCoolSetpt=80 ASD: CoolingSupplyTemp=58";
@@ -165,7 +165,8 @@ void set_cooling_curves(Component& to) {
   to.LowTempPowMult = from.LowTempPowMult;
 }
 
-/// Where the source is direct expansion; elsewhere the coefficients stay zero. Codes 1 and 2 are that in both roles.
+/// Sets the curves where the source is direct expansion (codes 1 and 2, for heating and cooling alike); elsewhere the
+/// coefficients stay zero.
 bool is_direct_expansion(const Code<AS_HeatCoolSourceTypes>& source) { return source.raw == 1 || source.raw == 2; }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Defaults of air systems by type: the VAV set, and for each other type what it has instead. Tables, read by one class
-// under the name of each type's own.
+// Defaults of air systems by type: the VAV set, and for each other type the values that differ. They stand in tables;
+// one class reads them and stands for the defaults classes of all types.
 #pragma once
 
 #include <array>

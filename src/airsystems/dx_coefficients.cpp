@@ -47,7 +47,7 @@ DxFlow flow(double slope) { return row({1 - slope, slope}); }
 
 DxPartLoad cycling() { return row({1 - kCyclingLoss, kCyclingLoss, 0, 0}); }
 
-/// Each stage counts from its own rating, so that all share a curve.
+/// The curves give fractions of each stage's own rating, so that all stages share them.
 template <typename Stages, typename Curve>
 void fill(Stages& stages, const Curve& curve) {
   for (int stage = 1; stage <= kDxStages; ++stage) {

@@ -1,5 +1,5 @@
-// Performance curves of direct-expansion equipment as the defaults give them to an air system. Capacity and power count
-// from 1 at the rating point; docs/dx-curves.md has the sources and the ranges.
+// Performance curves of direct-expansion equipment as the defaults give them to an air system. Capacity and power are 1
+// at the rating point; docs/dx-curves.md has the sources and the ranges.
 //
 //   bi-quadratic   c1 + c2 x + c3 x^2 + c4 y + c5 y^2 + c6 x y, x: air entering the coil, y: outdoor air dry bulb, F
 //   flow           c1 + c2 (airflow / rated airflow)

@@ -17,7 +17,7 @@ enum Edition : size_t { Y2007, Y2010, Y2013, Editions };
 enum class Use : uint8_t {
   None,   // the edition has no such row
   Fixed,  // the row gives the value
-  Open    // the value is the design's, or the row offers another one
+  Open    // the designer gives the value, or the row offers a second one
 };
 using enum Use;
 
@@ -42,7 +42,7 @@ constexpr std::string_view kHighRise = "Laboratory and vivarium exhaust systems 
 constexpr std::string_view kQuietSpaces =
     "Sound attenuation section (fans serving spaces with design background noise goals below NC35)";
 
-/// A value that no text which could be read confirms.
+/// A value for which no readable source was found.
 constexpr float unconfirmed(float value) { return value; }
 
 // In the order of creation. Which edition has a row is confirmed only for 1 in 2007 and 12 in 2010.

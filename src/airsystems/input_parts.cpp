@@ -5,7 +5,7 @@ namespace {
 
 std::span<const Label> cooling_sources(const Object&) { return kCoolingSources; }
 
-/// Code 0 is another thing for fuels than for compressors.
+/// Code 0 means average efficiency for a fuel, and compressor power for a compressor.
 std::span<const Label> direct_heat_options(const Object&) {
   static constexpr Label kOptions[]{{0, "ptAVG_HEAT_EFF", ""}, {1, "ptARI_PERF", ""}, {2, "ptASHRAE_EFF", ""}};
   return kOptions;
@@ -104,8 +104,8 @@ const ClassInfo& AS_FanData::info() const {
   static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::Used>, property<&R::FanType>, property<&R::PerfUnits>, property<&R::Value>,
       property<&R::Efficiency>, property<&R::Configuration>, property<&R::KWValue>, property<&R::AFactorUsed>,
-      property<&R::AFactorPD>, property<&R::FanControl>, property<&R::UnoccFanControl>, property<&R::LowSpeedFlow>,
-      property<&R::MidSpeedFlow>, property<&R::UnoccFlow>);
+      property<&R::AFactorPD>("in. w.c."), property<&R::FanControl>, property<&R::UnoccFanControl>,
+      property<&R::LowSpeedFlow>, property<&R::MidSpeedFlow>, property<&R::UnoccFlow>);
   static const ClassInfo info(members);
   return info;
 }

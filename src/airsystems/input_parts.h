@@ -1,5 +1,9 @@
 // The inputs of an air system: a header and its components, each with its block of the system's file. Codes and tables
-// that belong to calculation engines are kept as they are.
+// that belong to calculation engines are kept as they are. A real whose unit no comment gives has the unit of those
+// engines; nothing is converted here.
+//
+// Curves of direct expansion (c1 + c2 x + ...) give fractions of the value at the rating point, with temperatures in F;
+// dx_coefficients.h has their forms. Of two subscripts the first is the coefficient, the second the stage.
 #pragma once
 
 #include "airsystems/codes.h"
@@ -23,10 +27,10 @@ static_assert(sizeof(SystemHeaderRecord) == 94);
 struct CoolingRecord {
   Bool Used;
   Code<AS_SupplyAirSizingTypes> SupAirSpec;
-  R4 SupAirVal;
+  R4 SupAirVal;  // by SupAirSpec: F, cfm or cfm/ft2
   Code<AS_SupplyAirTempTypes> SupAirReset;
   Bool FanCycled;
-  R4 ResetTemp, OAMinTemp, OAMaxTemp;
+  R4 ResetTemp, OAMinTemp, OAMaxTemp;  // F
   Code<AS_HeatCoolSourceTypes> Source;
   Array<Bool, 12> Schedule;
   R4 CoilBypass;
@@ -34,43 +38,45 @@ struct CoolingRecord {
   I2 BypassFlowRate, ChangeoverTime;
   Bool AutoSize;
   I2 SizingFactor;
-  R4 DesignET;
-  R4 DesignCapacity, DesignPower;
+  R4 DesignET;  // F
+  R4 DesignCapacity;
+  R4 DesignPower;  // by DesignPowerUnits: COP, kW, EER, SEER or HSPF
   Code<AS_DesignPowerUOM> DesignPowerUnits;
   Code<AS_PerformanceTypes> DesignPowerOption;
   Code<AS_DXConfigTypes> DXConfig;
-  R4 CutoffOAT1;
+  R4 CutoffOAT1;  // F
   Bool LowTempControlUsed;
-  R4 CutoffOAT2;
+  R4 CutoffOAT2;  // F
   Code<AS_PerformanceModelTypes> PerfModelType;
-  Array<R8, 4> PLR1Coeff;
+  Array<R8, 4> PLR1Coeff;  // efficiency over that at full load, by part load
   Array<R8, 6, 8> Cap1Coeff;
   Array<R8, 2, 8> CapCFM1Coeff;
   Array<R8, 6, 8> Pow1Coeff;
   Array<R8, 2, 8> PowCFM1Coeff;
-  Array<R8, 8> LowTempCapMult, LowTempPowMult;
+  Array<R8, 8> LowTempCapMult, LowTempPowMult;  // factors on what the curves give at the upper cut-off
 };
 static_assert(sizeof(CoolingRecord) == 1278);
 
 struct HeatingRecord {
   Bool Used;
   Code<AS_SupplyAirSizingTypes> SupAirSpec;
-  R4 SupAirVal;
+  R4 SupAirVal;  // by SupAirSpec: F, cfm or cfm/ft2
   Code<AS_SupplyAirTempTypes> SupAirReset;
   Bool FanCycled;
-  R4 ResetTemp, OAMinTemp, OAMaxTemp;
+  R4 ResetTemp, OAMinTemp, OAMaxTemp;  // F
   Code<AS_HeatCoolSourceTypes> Source;
   Array<Bool, 12> Schedule;
   Bool AutoSize;
   I2 SizingFactor;
-  R4 DesignET;
-  R4 DesignCapacity, DesignPower;
+  R4 DesignET;  // F
+  R4 DesignCapacity;
+  R4 DesignPower;  // by DesignPowerUnits: COP, kW, EER, SEER or HSPF
   Code<AS_DesignPowerUOM> DesignPowerUnits;
   Code<AS_PerformanceTypes> DesignPowerOption, DirectHeatOption;
   Code<AS_DXConfigTypes> DXConfig;
-  R4 CutoffOAT;
+  R4 CutoffOAT;  // F
   Code<AS_PerformanceModelTypes> PerfModelType;
-  Array<R8, 4> PLR1Coeff;
+  Array<R8, 4> PLR1Coeff;  // efficiency over that at full load, by part load
   Array<R8, 6> Cap1Coeff;
   Array<R8, 2> CapCFM1Coeff;
   Array<R8, 6> Pow1Coeff;
@@ -81,14 +87,14 @@ struct HeatingRecord {
   Array<R8, 2> PowCFM2Coeff;
   Code<AS_DirectHeatTypes> DirectHeatType;
   R4 DirectHeatCapacity, DirectHeatEff, DirectHeatMiscElec;
-  R4 AuxHeatUpperCutoff;
+  R4 AuxHeatUpperCutoff;  // F
 };
 static_assert(sizeof(HeatingRecord) == 386);
 
 struct VentilationRecord {
   Code<AS_VentilationControlTypes> VentType;
   Bool CommonSys;
-  I4 MinCO2, MaxCO2, OutdoorCO2;
+  I4 MinCO2, MaxCO2, OutdoorCO2;  // ppm
   Code<AS_VentSizingMethods> SizingMethod;
   R4 MinVentRate;
   I2 Schedule;
@@ -112,11 +118,12 @@ struct FanRecord {
   Bool Used;
   Code<AS_FanTypes> FanType;
   Code<AS_FanPerfUOM> PerfUnits;
-  R4 Value, Efficiency;
+  R4 Value;  // by PerfUnits: bhp, in. wg of static pressure, kW, W/cfm, or kW by Appendix G of ASHRAE 90.1
+  R4 Efficiency;
   Code<AS_FanConfigTypes> Configuration;
-  Array<R4, 11> KWValue;
+  Array<R4, 11> KWValue;  // fractions of full-load power at 0, 10, ... 100 % airflow
   Array<Bool, 19> AFactorUsed;
-  Array<R4, 19> AFactorPD;
+  Array<R4, 19> AFactorPD;  // in. w.c., by AS_AFactors
   Code<AS_FanControlTypes> FanControl;
   Code<AS_UnoccFanControlEnum> UnoccFanControl;
   I2 LowSpeedFlow, MidSpeedFlow;
@@ -133,28 +140,29 @@ static_assert(sizeof(EconomizerRecord) == 12);
 
 struct CoilRecord {
   Bool Used;
-  R4 Setpoint, UnoccSetpoint;
+  R4 Setpoint, UnoccSetpoint;  // F
   Bool DownStream;
   Code<AS_HeatCoolSourceTypes> Source;
   Array<Bool, 12> Schedule;
   R4 CoilBypass;
   Bool AutoSize;
   I2 SizingFactor;
-  R4 DesignET;
-  R4 DesignCapacity, DesignPower;
+  R4 DesignET;  // F
+  R4 DesignCapacity;
+  R4 DesignPower;  // by DesignPowerUnits: COP, kW, EER, SEER or HSPF
   Code<AS_DesignPowerUOM> DesignPowerUnits;
   Code<AS_PerformanceTypes> DesignPowerOption, DirectHeatOption;
   Code<AS_DXConfigTypes> DXConfig;
-  R4 CutoffOAT1;
+  R4 CutoffOAT1;  // F
   Bool LowTempControlUsed;
-  R4 CutoffOAT2;
+  R4 CutoffOAT2;  // F
   Code<AS_PerformanceModelTypes> PerfModelType;
-  Array<R8, 4> PLR1Coeff;
+  Array<R8, 4> PLR1Coeff;  // efficiency over that at full load, by part load
   Array<R8, 6, 8> Cap1Coeff;
   Array<R8, 2, 8> CapCFM1Coeff;
   Array<R8, 6, 8> Pow1Coeff;
   Array<R8, 2, 8> PowCFM1Coeff;
-  Array<R8, 8> LowTempCapMult, LowTempPowMult;
+  Array<R8, 8> LowTempCapMult, LowTempPowMult;  // factors on what the curves give at the upper cut-off
   Code<AS_DirectHeatTypes> DirectHeatType;
   R4 DirectHeatCapacity, DirectHeatEff, DirectHeatMiscElec;
 };
@@ -202,11 +210,11 @@ static_assert(sizeof(ZoneScheduleRecord) == 80);
 struct WaterLoopRecord {
   Code<AS_LoopConfigTypes> LoopConfig;
   I4 TowerID, BoilerID;
-  R4 LoopMaxSetpt, LoopMinSetpt;
+  R4 LoopMaxSetpt, LoopMinSetpt;  // F
   Bool FreeCoolingUsed;
   Code<AS_CoolingTypes> FreeCoolingType;
-  R4 HXApproach;
-  R4 CondPumpPerf;
+  R4 HXApproach;    // F
+  R4 CondPumpPerf;  // by CondPumpUnits, of whose codes 2 alone is known: W/gpm
   I2 CondPumpUnits;
   R4 CondPumpMechEff, CondPumpElecEff;
 };
@@ -218,19 +226,19 @@ struct SplitSystemRecord {
   Code<AS_SplitSystemCompressorTypes> CompressorType;
   Bool HeatRecoveryUsed;
   I2 MinimumLoad;
-  R4 PipeLength, PipeHeight;
+  R4 PipeLength, PipeHeight;  // ft
   Code<AS_PerformanceTypes> DesignPowerOption;
-  R4 ClgDesignOADB;
+  R4 ClgDesignOADB;  // F
   R4 ClgDesignCapacity;
   Code<AS_DesignPowerUOM> ClgDesignPowerUnits;
-  R4 ClgDesignPower;
-  R4 HtgDesignOADB;
+  R4 ClgDesignPower;  // by ClgDesignPowerUnits: COP, kW, EER, SEER or HSPF
+  R4 HtgDesignOADB;   // F
   R4 HtgDesignCapacity;
   Code<AS_DesignPowerUOM> HtgDesignPowerUnits;
-  R4 HtgDesignPower;
-  R4 HtgCutoffOADB;
+  R4 HtgDesignPower;  // by HtgDesignPowerUnits: COP, kW, EER, SEER or HSPF
+  R4 HtgCutoffOADB;   // F
   Code<AS_DirectHeatTypes> DirectHeatType;
-  R4 AuxHeatUpperCutoff;
+  R4 AuxHeatUpperCutoff;  // F
 };
 static_assert(sizeof(SplitSystemRecord) == 60);
 
@@ -238,7 +246,7 @@ struct ChangeoverRecord {
   Text<10> Begin;  // "STARTCO"
   Bool Used;
   Code<AS_COTriggers> Trigger;
-  R4 OATThreshold, Deadband;
+  R4 OATThreshold, Deadband;  // F
   R4 MinCycleTime;
   Text<10> End;  // "ENDCO"
 };
@@ -249,16 +257,17 @@ struct ZoneRecord {
   Array<I2, 50> SpaceID, SpaceMultiplier;
   I2 TotalSpacesInZone;
   Bool AllZoneTstatSame;
-  R4 OccCoolSetpt, UnoccCoolSetpt, OccHeatSetpt, UnoccHeatSetpt, TstatRange;
+  R4 OccCoolSetpt, UnoccCoolSetpt, OccHeatSetpt, UnoccHeatSetpt, TstatRange;  // F
   R4 DiversityFactor;
   Code<AS_AirflowSpec> AirRateSpec;
-  R4 ExhaustAirRate;
+  R4 ExhaustAirRate;  // by AirRateSpec: cfm, cfm/ft2, cfm/person, % of the supply air, or air changes an hour
   R4 ExhaustFanKW;
   Bool AllZoneHtgUnitsSame;
   Code<AS_SupplementalHeatUnitTypes> HeatUnitType;
-  R4 HeatUnitTripTemp, HeatUnitSupTemp;
+  R4 HeatUnitTripTemp, HeatUnitSupTemp;  // F
   Code<AS_FanPerfUOM> HeatUnitFanSpec;
-  R4 HeatUnitFanVal, HeatUnitFanEff;
+  R4 HeatUnitFanVal;  // by HeatUnitFanSpec, as a fan's Value
+  R4 HeatUnitFanEff;
   Bool AllZoneTermsSame;
   Code<AS_SupplyTerminalTypes> TermType;
   Code<AS_ZoneAirDistribution> AirDistribution;
@@ -266,26 +275,29 @@ struct ZoneRecord {
   Code<AS_ZoneAirDistributionEffectiveness> AirDistributionEffectiveness;
   R4 CoilBypass, AirflowRatio;
   Code<AS_AirflowSpec> MinAirSpec;
-  R4 MinAirValue;
+  R4 MinAirValue;  // by MinAirSpec: cfm, cfm/ft2, cfm/person, % of the supply air, or air changes an hour
   I2 MinDamperPos;
   Bool ReheatCoil;
   Code<AS_FanPerfUOM> TermFanSpec;
-  R4 TermFanVal, TermFanEff;
-  R4 TermSupTemp;
+  R4 TermFanVal;  // by TermFanSpec, as a fan's Value
+  R4 TermFanEff;
+  R4 TermSupTemp;  // F
   Bool AllZoneTermClgSame, ClgAutoSize;
   I2 ClgDesignSizingFactor;
-  R4 ClgDesignET;
-  R4 ClgDesignCapacity, ClgDesignPower;
+  R4 ClgDesignET;  // F
+  R4 ClgDesignCapacity;
+  R4 ClgDesignPower;  // by ClgDesignPowerUnits: COP, kW, EER, SEER or HSPF
   Code<AS_DesignPowerUOM> ClgDesignPowerUnits;
   Code<AS_PerformanceTypes> ClgDesignPowerOption;
-  R4 ClgCutoffOAT;
+  R4 ClgCutoffOAT;  // F
   Bool AllZoneTermHtgSame, HtgAutoSize;
   I2 HtgDesignSizingFactor;
-  R4 HtgDesignET;
-  R4 HtgDesignCapacity, HtgDesignPower;
+  R4 HtgDesignET;  // F
+  R4 HtgDesignCapacity;
+  R4 HtgDesignPower;  // by HtgDesignPowerUnits: COP, kW, EER, SEER or HSPF
   Code<AS_DesignPowerUOM> HtgDesignPowerUnits;
   Code<AS_PerformanceTypes> HtgDesignPowerOption, DirectHeatOption;
-  R4 HtgCutoffOAT;
+  R4 HtgCutoffOAT;  // F
   R4 DirectHeatCapacity, DirectHeatEff, DirectHeatMiscElec;
 };
 static_assert(sizeof(ZoneRecord) == 398);
@@ -332,7 +344,7 @@ struct AS_EconomizerData final : Part<EconomizerRecord> {
   const ClassInfo& info() const override;
 };
 
-/// The preheat coil heats, the precool coil cools: its source is shown by that.
+/// The preheat coil heats, the precool coil cools; the text of its source follows that.
 struct AS_CoilData final : Part<CoilRecord> {
   const ClassInfo& info() const override;
   static std::span<const Label> sources(const Object& coil);

@@ -1,5 +1,6 @@
 // The results of an air system: sizing, which has fixed records, and simulation, whose widths are this layer's own:
-// eight counts of hours a zone, unmet loads by load type and month, and an hour of the year each in what is hourly.
+// eight counts of hours a zone, unmet loads by load type and month, and one element for each hour of the year in what
+// is hourly. A real whose unit no comment gives has the unit of the calculation engines; nothing is converted here.
 #pragma once
 
 #include "airsystems/codes.h"
@@ -9,12 +10,12 @@
 namespace tarn {
 
 struct AirSizingRecord {
-  R4 CoolingSupplyTemp, CoolingTermTemp, HeatingSupplyTemp;
+  R4 CoolingSupplyTemp, CoolingTermTemp, HeatingSupplyTemp;  // F
   R4 SupplyFan1CFM, SupplyFan2CFM, VentCFM, ExhaustCFM;
-  R4 FloorArea;
+  R4 FloorArea;  // ft2
   Code<AS_SizingMethodTypes> SizingMethod;
   Code<AS_SizingSourceTypes> Source;
-  R4 CWDeltaT, HWDeltaT;
+  R4 CWDeltaT, HWDeltaT;  // F
   Code<Months> CalcStartMonth, CalcEndMonth;
   Bool SDLSForPeakHour;
   Code<Months> SDLSMonth;
@@ -25,10 +26,10 @@ static_assert(sizeof(AirSizingRecord) == 54);
 struct ZoneSizingRecord {
   R4 MaxCFM, MinCFM, TermCFM;
   R4 ReheatCapacity, SpaceHeatCapacity;
-  R4 FloorArea;
+  R4 FloorArea;  // ft2
   R4 CoolingCoilTot, HeatingCoilTot, MaxCooling, MaxHeating;
   R4 MaxPeople;
-  R4 CoolingSupplyTemp, HeatingSupplyTemp;
+  R4 CoolingSupplyTemp, HeatingSupplyTemp;  // F
   R4 G0, G1, G2, P1;
   I2 Reserved;
 };
@@ -43,8 +44,8 @@ static_assert(sizeof(CoilSizingRecord) == 3488);
 
 struct ZoneTemperatureRecord {
   R4 OccMaxTemp, OccMinTemp, UnoccMaxTemp, UnoccMinTemp, OccClgLimitTemp, OccHtgLimitTemp, UnoccClgLimitTemp,
-      UnoccHtgLimitTemp;
-  Array<I2, 8> StatusHours;
+      UnoccHtgLimitTemp;     // F
+  Array<I2, 8> StatusHours;  // counts of hours
 };
 static_assert(sizeof(ZoneTemperatureRecord) == 48);
 

@@ -18,8 +18,8 @@ template <typename T>
 using Ptr = std::shared_ptr<T>;
 using ObjectPtr = Ptr<Object>;
 
-/// A value on its way through a by-name face. The order of the alternatives is that of `ValueType`, which has `Any`
-/// besides: a result whose type shows only when it is there.
+/// A value passed by name. The alternatives stand in the order of `ValueType`, which has one more, `Any`: the type of a
+/// result that is known only after the call.
 using Value =
     std::variant<std::monostate, bool, int16_t, int32_t, float, double, std::string, ObjectPtr, std::vector<double>>;
 

@@ -40,7 +40,8 @@ using I4 = Number<int32_t>;
 using R4 = Number<float>;
 using R8 = Number<double>;
 
-/// Truth in 16 bits: 0 is false, anything else true; true is written as -1. A value that is not set keeps its bits.
+/// A Boolean in 16 bits: 0 is false, anything else true; true is written as -1. A value that nobody sets keeps its
+/// bits.
 struct Bool {
   using Native = bool;
   constexpr Bool& operator=(bool truth) {

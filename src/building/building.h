@@ -1,6 +1,6 @@
 // A building: a file of its own, of packed records in sections - general, inputs, results, meter profiles - which are
 // loaded and saved as a mask selects them; a row in BuildingIndex; links to the systems, plants, rates and schedules it
-// uses. Nothing rests on a building.
+// uses. Nothing else refers to a building.
 #pragma once
 
 #include "building/building_parts.h"

@@ -14,7 +14,7 @@ inline constexpr int kMeters = 8, kElectricMeters = 2, kPowerTypes = 7, kElectri
 struct BuildingGeneralRecord {
   Text<45> Name;
   Bool Simulated;
-  I2 Kept;  // both for use inside the layer
+  I2 Kept;  // both reserved; kept as they are in the file
   Array<I2, 8> KeptOf;
 };
 static_assert(sizeof(BuildingGeneralRecord) == 65);

@@ -110,7 +110,7 @@ void URT_UtilityRate::Load(int16_t RecordNumber) {
   type = type_;
 }
 
-/// An exchange or an edit sets fields one by one, the type's among them.
+/// An import or an edit sets fields one by one, the type among them.
 void URT_UtilityRate::check_type_kept() const {
   if (fields().RateType == type_) return;
   fail(ErrorNumber::InvalidCall, "RateType " + std::to_string(fields().RateType.raw) + " is not that of the " +
@@ -123,7 +123,7 @@ void URT_UtilityRate::SaveDefault() {
   StoredEntity::SaveDefault();
 }
 
-/// The default says what the rate is. A file without one does not change what is known.
+/// The default record decides the rate's type. A file without one leaves the type as it is.
 void URT_UtilityRate::read_default() {
   const bool there = !FileName.empty() && files().exists(FileName) && files().size(FileName) >= sizeof(Record);
   StoredEntity::read_default();

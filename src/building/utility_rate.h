@@ -1,6 +1,7 @@
-// Utility rates: electric ones in ERT.DAT, table ElectricRateIndex; fuel ones in FRT.DAT, table FuelRateIndex. What a
-// rate is, is assigned once and before all else. Buildings refer to rates; a rate refers to the schedule of its
-// time-of-day periods. Prices are in the rate's currency; codes of units, steps and charges are the pricing engine's.
+// Utility rates: electric ones in ERT.DAT, table ElectricRateIndex; fuel ones in FRT.DAT, table FuelRateIndex. Whether
+// a rate is electric or fuel is assigned once, before everything else. Buildings refer to rates; a rate refers to the
+// schedule of its time-of-day periods. Prices are in the rate's currency; codes of units, steps and charges are the
+// pricing engine's.
 #pragma once
 
 #include "storage/entity.h"
@@ -123,7 +124,7 @@ class URT_UtilityRate final : public CopiedEntity<URT_UtilityRate> {
   void store_name(std::string_view name) override { fields_.Name = name; }
 
   RateFields fields_;
-  URT_RateTypes type_ = URT_RateTypes::TD_UNDEFINED;  // the record's, but where a file says otherwise
+  URT_RateTypes type_ = URT_RateTypes::TD_UNDEFINED;  // the record's, except where a file has another one
 };
 
 }  // namespace tarn

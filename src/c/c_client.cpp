@@ -1,4 +1,4 @@
-// The C interface's part for clients as such: the list of classes, the log, databases, transactions.
+// The part of the C interface that belongs to no object: the list of classes, the log, databases, transactions.
 
 #include <list>
 
@@ -18,7 +18,7 @@ namespace {
 
 Database& database_of(HandleSlot& slot) {
   auto* database = dynamic_cast<Database*>(slot.fast);
-  if (!database) bad_argument("The object is no database handle.");
+  if (!database) bad_argument("The object is not a database handle.");
   return *database;
 }
 

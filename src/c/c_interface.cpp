@@ -48,14 +48,15 @@ void call_into(HandleSlot& slot, const Member& member, tarn_value* arguments, in
   if (result) give(value, *result, returned_text);
 }
 
-/// An array's elements in a row, whether they lie so or not.
+/// All elements of an array as one block of memory, even where they do not lie side by side in the record.
 class Block {
  public:
   Block(HandleSlot& slot, const Member& member, size_t bytes)
       : object_(*slot.fast), member_(member), width_(block_width(member.type)) {
     const size_t size = member.elements() * width_;
     if (size == 0 || !(member.in_place() || member.indexed()))
-      fail(ErrorNumber::NoSuchMember, std::string(member.name) + " does not move as a block.");
+      fail(ErrorNumber::NoSuchMember,
+           std::string(member.name) + " cannot be read or set as a block; only arrays of numbers and Booleans can.");
     if (bytes == size) return;
     bad_argument(std::string(member.name) + " is a block of " + std::to_string(size) + " bytes, not " +
                  std::to_string(bytes) + ".");

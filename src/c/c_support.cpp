@@ -37,7 +37,7 @@ void give_text(tarn_value& out, const std::string& text) {
   out.as.text = text.c_str();
 }
 
-/// The place of a text serves for reals too: its memory is aligned for them.
+/// A text's memory is used for reals too: it is aligned for them.
 void give_reals(tarn_value& out, const std::vector<double>& reals, std::string& place) {
   place.assign(reinterpret_cast<const char*>(reals.data()), reals.size() * sizeof(double));
   out.type = TARN_REALS;

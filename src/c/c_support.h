@@ -1,4 +1,4 @@
-// What the entry points of the C interface share: the border that no exception crosses, and values in and out.
+// What the entry points of the C interface share: catching every exception, and the conversion of values.
 #pragma once
 
 #include <exception>
@@ -14,10 +14,10 @@ namespace tarn {
 /// The error of the thread's last failed call.
 extern thread_local LastError thread_error;
 
-/// Keeps an error for `tarn_last_error`, and tells its status.
+/// Keeps an error for `tarn_last_error`, and returns its status.
 tarn_status remember(LastError& place, int32_t number, const std::string& source, const std::string& description);
 
-/// Every entry point runs in here: no exception crosses the border.
+/// Every entry point runs inside this: no exception reaches the C caller.
 template <typename F>
 tarn_status guarded(LastError& place, F action) {
   try {

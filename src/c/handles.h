@@ -1,4 +1,5 @@
-// Handles of the C interface: numbers dressed as pointers, so that no call can be led astray by a bad one.
+// Handles of the C interface: numbers in the form of pointers, never followed as pointers, so that a bad one does no
+// harm.
 #pragma once
 
 #include <cstdint>

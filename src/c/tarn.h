@@ -1,9 +1,9 @@
 /* The C interface: objects by class name, members by name or number, values as a tagged union, a status from each call.
  *
- * Objects are opaque handles, counted by their holders' calls of tarn_release. A handle that is null, released, made up
- * or of another thread is answered with TARN_BAD_HANDLE, never with a crash. One engine a thread: an object stays on
- * the thread that made it. Texts are UTF-8, ended by a NUL that their length does not count; texts handed out stay
- * valid until the next call on the same thread. */
+ * Objects are opaque handles. Whoever was given a handle releases it once with tarn_release. A handle that is null,
+ * released, made up or of another thread is answered with TARN_BAD_HANDLE, never with a crash. Each thread has its own
+ * database engine: an object stays on the thread that made it. Texts are UTF-8, ended by a NUL that their length does
+ * not count; texts handed out stay valid until the next call on the same thread. */
 #ifndef TARN_H
 #define TARN_H
 
@@ -40,7 +40,7 @@ typedef enum tarn_type {
   TARN_TEXT,
   TARN_OBJECT,
   TARN_REALS,
-  TARN_ANY /* of a result in tarn_member alone: its type shows when it is there */
+  TARN_ANY /* only for a result in tarn_member: its type is known after the call */
 } tarn_type;
 
 typedef enum tarn_kind { TARN_PROPERTY, TARN_METHOD, TARN_EVENT } tarn_kind;
@@ -130,7 +130,7 @@ typedef void (*tarn_log)(void* context, const char* text, const char* component,
                          const char* procedure, const char* detail);
 TARN_API void tarn_set_log(tarn_log log, void* context);
 
-/* Called by long calculations of this thread where a user interface may handle what waits for it; null for none. */
+/* Called by long calculations of this thread, so that a user interface can handle its pending events; null for none. */
 typedef void (*tarn_yield)(void* context);
 TARN_API void tarn_set_yield(tarn_yield yield, void* context);
 
@@ -138,11 +138,12 @@ TARN_API void tarn_set_yield(tarn_yield yield, void* context);
  * default plant. NULL where it is not found; the error says where it was looked for. Valid until the next call. */
 TARN_API const char* tarn_shipped_file(const char* name);
 
-/* The client's step: a new index database with every table; an existing file is refused. */
+/* Makes a new index database with every table, which a client does first; an existing file is refused. */
 TARN_API tarn_status tarn_create_index(const char* path);
 /* The shared handle of an existing index database, for SetDBHandle. */
 TARN_API tarn_status tarn_open_database(const char* path, tarn_object** out);
-/* Statements of the client's own; the rows changed come back. Values are bound to the '?' of the statement. */
+/* Runs a statement of the client's own, and gives the number of rows changed. Values are bound to the '?' of the
+ * statement. */
 TARN_API tarn_status tarn_execute(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
                                   int32_t* changed);
 /* Rows of a query: `row` is called for each with its column names and values. */
@@ -150,15 +151,13 @@ typedef void (*tarn_row)(void* context, const char* const* names, const tarn_val
 TARN_API tarn_status tarn_query(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
                                 tarn_row row, void* context);
 
-/* A file under a number, 1 to 511, as Load and Save of result blocks take it; a thread has its own numbers. To write,
- * the file need not be there; what is written takes the place of the old file at the close, whose failure leaves that
- * one.
- */
+/* A file under a number, 1 to 511, for Load and Save of result blocks; each thread has its own numbers. A file to
+ * write need not exist. What is written replaces the old file when it is closed; a failure leaves the old file. */
 TARN_API tarn_status tarn_open_file(const char* path, int32_t write, int16_t* number);
 TARN_API tarn_status tarn_close_file(int16_t number);
-/* Closes it without what was written. */
+/* Closes the file and drops what was written to it. */
 TARN_API tarn_status tarn_drop_file(int16_t number);
-/* Where the last block ended, from 1. */
+/* The position after the last block, counted from 1. */
 TARN_API tarn_status tarn_file_position(int16_t number, int32_t* position);
 
 /* Transactions over all saves of this thread, files included; they nest. */

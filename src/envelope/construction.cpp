@@ -39,7 +39,7 @@ struct GenerationFailed : Error {
   std::string reason;
 };
 
-/// User interfaces handle what waits for them.
+/// Lets a user interface handle its pending events.
 void let_others_run() {
   if (host().yield) host().yield();
 }
@@ -235,7 +235,7 @@ void CA_ConstructionAssly::before_save() {
   if (const std::string failure = generate(); !failure.empty()) throw GenerationFailed(named(), failure);
 }
 
-/// Coefficients that come with the layers stay where they belong to them, whoever made them.
+/// Coefficients that come with the layers are kept where they fit the layers, whoever computed them.
 void CA_ConstructionAssly::before_restore() {
   try {
     const double error = coefficient_error();

@@ -20,7 +20,7 @@ inline constexpr Label kReturnCodes[]{{0, "CA_ERR_NOERR", ""}, {-3, "CA_ERR_TFCG
 template <>
 inline constexpr std::span<const Label> labels<CA_ReturnCodes> = kReturnCodes;
 
-/// A layer's block of the wall and roof files, behind the header.
+/// A layer's block of the wall and roof files; ten of them follow the header.
 struct LayerRecord {
   Text<255> Name;
   Bool LayerUsed;
@@ -107,8 +107,8 @@ class CA_ConstructionAssly final : public Entity<CA_ConstructionAssly, Construct
   void Save(CA_ReturnCodes& ReturnCode);
   using StoredEntity::Save;
 
-  /// How far the response by the coefficients, as they stand, is off that of the layers: as `TransferFunctions::error`.
-  /// Error `InvalidCall`, with the reason, for layers without transfer functions.
+  /// How far the response by the coefficients, as they are now, is off that of the layers: as
+  /// `TransferFunctions::error`. Error `InvalidCall`, with the reason, for layers without transfer functions.
   double coefficient_error() const;
 
   // Over all ten slots, used or not.

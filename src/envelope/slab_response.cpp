@@ -145,7 +145,7 @@ SlabResponse slab_response(std::span<const SlabLayer> layers) {
   SlabResponse out{.u_value = overall_conductance(layers), .roots = {}, .offset = {}, .weights = {}};
   const double bound = -std::log(kSmallestFactor);
   RootSearch search(layers);
-  double half_waves = 0;  // of all layers: as many roots at least, but for one a layer
+  double half_waves = 0;  // of all layers together: there are at least so many roots, less one for each layer
   for (const auto& [r, c] : layers) half_waves += std::sqrt(bound * r * c) / kPi;
   const double count = half_waves < 1e6 ? search.count(bound) : half_waves;
   if (!(count <= kMostRoots)) {

@@ -20,7 +20,7 @@ constexpr double kTimeConstants = 16;  // after which a response is over
 constexpr double kShortest = 40, kLongest = 4000;  // hours
 
 double single(double value) { return static_cast<double>(static_cast<float>(value)); }
-/// Of a heavy slab the terms all but cancel: their sum may be a billionth of the largest.
+/// The terms of a heavy slab nearly cancel: their sum may be a billionth of the largest.
 double sum(const Series& terms) { return static_cast<double>(std::accumulate(terms.begin(), terms.end(), 0.0L)); }
 
 /// Values at hours 0, 1, ..., zero before.
@@ -30,7 +30,7 @@ class Hours {
   size_t size() const { return values_.size() - kTerms; }
   double& operator[](size_t hour) { return values_[kTerms + hour]; }
   double operator[](size_t hour) const { return values_[kTerms + hour]; }
-  /// So many hours earlier, at most 12.
+  /// The value so many hours earlier, at most 12.
   double before(size_t hour, size_t lag) const { return values_[kTerms + hour - lag]; }
 
  private:
@@ -58,7 +58,7 @@ Hours pulse_response(const SlabResponse& slab, Face face, size_t hours) {
 /// The series divided by the denominator: the response of the stored terms to the series as hourly input.
 Hours filtered(const Series& denominator, Hours series) {
   for (size_t j = 0; j < series.size(); ++j) {
-    double past = 0;  // the newest last: it is what the sum must wait for
+    double past = 0;  // the newest value last, as it is known last
     for (size_t i = kTerms - 1; i > 0; --i) past += denominator[i] * series.before(j, i);
     series[j] -= past;
   }
@@ -98,8 +98,9 @@ struct System {
   std::array<Series, kMostPoles> rows{};
 };
 
-/// The denominator of the slowest poles in 4-byte terms. For a heavy slab their rounding would move the slow poles
-/// about; the orders behind the poles are small, hence finely spaced, and take up what brings the poles back.
+/// The denominator of the slowest poles in 4-byte terms. For a heavy slab their rounding would move the slow poles. The
+/// terms of orders above the number of poles are small, so that 4-byte reals are finely spaced there; they take the
+/// correction that brings the poles back.
 Series denominator_of(const SlabResponse& slab, size_t poles) {
   constexpr double kSlow = 0.7;  // 1/hr: faster poles do not feel the rounding
   const Series exact = poles_product(slab, poles);
@@ -247,7 +248,8 @@ size_t hours_of(const SlabResponse& slab) {
 }
 
 /// Where the search for the best number of poles begins. The tail that a numerator of 12 terms loses decays with the
-/// first pole left out of the denominator; orders behind the poles are needed to mend the rounding of a heavy slab.
+/// first pole left out of the denominator; orders above the number of poles are needed to correct the rounding of a
+/// heavy slab.
 size_t poles_that_leave_little(const SlabResponse& slab) {
   constexpr size_t kMended = 3;
   size_t poles = 0;

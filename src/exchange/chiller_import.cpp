@@ -51,8 +51,8 @@ Place place_on(const Axis& axis, double value) {
   const auto above = std::lower_bound(axis.values.begin(), axis.values.end(), value);
   if (above == axis.values.end() || (above == axis.values.begin() && *above != value)) {
     refuse("its " + axis.name + " goes from " + shown(fahrenheit(axis.values.front())) + " to " +
-           shown(fahrenheit(axis.values.back())) + " F, which leaves out the " + shown(fahrenheit(value)) +
-           " F that are needed");
+           shown(fahrenheit(axis.values.back())) + " F, which does not reach the " + shown(fahrenheit(value)) +
+           " F that is needed");
   }
   const auto high = static_cast<size_t>(above - axis.values.begin());
   if (*above == value) return {high, high, 0};
@@ -67,7 +67,7 @@ class Map {
       axes_.push_back({name, values.get<std::vector<double>>()});
       const auto& list = axes_.back().values;
       if (list.empty() || std::adjacent_find(list.begin(), list.end(), std::greater_equal<>()) != list.end())
-        refuse("the values of " + name + " do not ascend");
+        refuse("the values of " + name + " are not in ascending order");
     }
     size_t size = 1;
     for (auto axis = axes_.rbegin(); axis != axes_.rend(); ++axis) {
@@ -103,7 +103,7 @@ class Map {
     const double low = values.at(base + leaving_at_.low * leaving_->stride).get<double>();
     const double high = values.at(base + leaving_at_.high * leaving_->stride).get<double>();
     const double value = low + (high - low) * leaving_at_.weight;
-    if (std::abs(value) > 1e12) refuse(std::string(variable) + " of " + shown(value) + " W is no value");
+    if (std::abs(value) > 1e12) refuse(std::string(variable) + " of " + shown(value) + " W is not a possible value");
     return value;
   }
 
@@ -126,7 +126,7 @@ class Map {
     return count;
   }
 
-  /// The design value of an axis that the map of a chiller has not, 0 where the file has none.
+  /// The design value of an axis that a chiller's map does not have; 0 where the file has no such axis.
   double fixed_value(std::string_view what, std::string_view quantity) const {
     for (const Axis& a : axes_) {
       if (a.is(what) && a.is(quantity)) return a.values[fixed_place(a)];
@@ -189,7 +189,7 @@ void fill_mode(CHL_OperatingMode& mode, const Map& map, std::vector<std::string>
   for (size_t c = 0; c < stages.size(); ++c) {
     const double stage = map.stages().values[stages[c]];
     if (stage < 1 || stage > INT16_MAX || stage != std::floor(stage))
-      refuse("compressor_sequence_number " + shown(stage) + " is no stage");
+      refuse("compressor_sequence_number " + shown(stage) + " is not a stage number");
     mode.MapColumnHeading.items[c] = static_cast<int16_t>(stage);
   }
   for (size_t r = 0; r < rows.size(); ++r) {
@@ -222,19 +222,19 @@ std::string text_at(const Json& json, const char* key) {
   return json.is_object() && json.contains(key) && json.at(key).is_string() ? json.at(key).get<std::string>() : "";
 }
 
-/// As much of a text as there is room for.
+/// As much of a text as the field has room for.
 template <size_t N>
 void take_text(Text<N>& field, const std::string& text, const std::string& what, std::vector<std::string>& notes) {
   try {
     field = text;
     if (field.trimmed() != trimmed(text)) notes.push_back("the end of " + what + " \"" + text + "\"");
-  } catch (const Error&) {  // a character that the code page has not
+  } catch (const Error&) {  // a character that code page 1252 lacks
     field = "";
     notes.push_back(what + " \"" + text + "\"");
   }
 }
 
-/// By what the text says of the compressor; where it says nothing the scroll, whose machines are the smallest.
+/// By what the file says of the compressor. Where it says nothing, a scroll, which has the smallest machines.
 CHL_ChillerTypes type_of(const Json& product, bool air_cooled, std::vector<std::string>& notes) {
   const std::string compressor = text_at(product, "compressor_type");
   if (compressor.empty())
@@ -270,7 +270,7 @@ void fill_record(ChillerRecord& record, const Json& text, const Map& map, const 
   record.DXFCUOM = CHL_DXFCUOM::DXFC_UOM_Relative;
   record.MinECWT = mode.MapRowHeading(1);
   record.HotGasBypass = product.contains("hot_gas_bypass_installed") && product.at("hot_gas_bypass_installed") == true;
-  // The lowest stage, of the highest, in the row nearest to full load.
+  // Capacity of the lowest stage over that of the highest, in the row nearest to full load.
   int row = 1;
   for (int r = 1; r <= mode.NumRows(); ++r) {
     if (std::abs(mode.MapRowHeading(r) - mode.FLEnteringTemp) < std::abs(mode.MapRowHeading(row) - mode.FLEnteringTemp))
@@ -280,7 +280,7 @@ void fill_record(ChillerRecord& record, const Json& text, const Map& map, const 
   record.MinUnloading = most > 0 ? 100 * mode.MapCapacity(row, 1) / most : 0;
 }
 
-/// Keys that are not among those with a place.
+/// Notes the keys that are not in the list of those taken over.
 void note_others(const Json& object, const std::string& where, std::initializer_list<std::string_view> taken,
                  std::vector<std::string>& notes) {
   for (const auto& [key, value] : object.items()) {
@@ -336,7 +336,7 @@ std::vector<std::string> import_chiller(CHL_Chiller& chiller, const std::string&
   } catch (const std::ios_base::failure&) {
     fail(ErrorNumber::FileNotFound, "Cannot read " + path + ".");
   } catch (const nlohmann::json::exception& error) {
-    refuse(path + " is no chiller in the JSON form of ASHRAE 205: " + error.what());
+    refuse(path + " is not a chiller in the JSON form of ASHRAE 205: " + error.what());
   } catch (const Error& error) {
     const std::string_view what = error.what();
     throw Error(error.number(), error.source(), path + ": " + std::string(what) + (what.ends_with('.') ? "" : "."));

@@ -55,7 +55,7 @@ void write_part(std::string& out, Object& part) {
   out += separator.starts_with('{') ? "{}" : "}";
 }
 
-/// The stored fields and the parts, a line each, behind what stands in the object already.
+/// Appends the stored fields and the parts, a line each, to what the object's text holds already.
 void write_fields(std::string& out, Object& object, std::string_view separator) {
   const auto key = [&](std::string_view name) {
     ((out += std::exchange(separator, ",")) += "\n  \"") += name;
@@ -186,7 +186,7 @@ class Import {
     all_ = Json::parse(text_);
     if (!all_.is_object() || !all_.contains("tarn") || all_["tarn"] != kFormat) {
       fail(ErrorNumber::TypeMismatch,
-           "line 1: the text is no project; wanted an object with \"tarn\": " + std::to_string(kFormat));
+           "line 1: the text is not a project; wanted an object with \"tarn\": " + std::to_string(kFormat));
     }
     for (const EntityKind& kind : entity_kinds()) {
       if (const auto list = all_.find(kind.section); list != all_.end() && list->is_array()) total_ += list->size();
@@ -220,7 +220,8 @@ class Import {
     Renumbered& renumbered = renumbered_[entity->kind().default_word];
     renumbered.keeps_indexes = keeps_indexes;
     std::set<int16_t> seen;
-    std::vector<std::pair<int16_t, size_t>> order;  // the default record first: it fills in what others leave out
+    std::vector<std::pair<int16_t, size_t>>
+        order;  // the default record first: it supplies the fields that others leave out
     for (size_t element = 0; element < list.size(); ++element) {
       at_ = place + "/" + std::to_string(element);
       const int16_t index = index_in(list[element], seen);
@@ -262,7 +263,7 @@ class Import {
     }
     const auto index = found->get<int16_t>();
     if (!seen.insert(index).second)
-      fail(ErrorNumber::TypeMismatch, "the index " + std::to_string(index) + " stands twice");
+      fail(ErrorNumber::TypeMismatch, "the index " + std::to_string(index) + " appears twice");
     at_ = place;
     return index;
   }
@@ -275,14 +276,14 @@ class Import {
     at_ = place;
   }
 
-  /// References to entities of the text take the indexes that these have got. Kinds that the text leaves out are the
-  /// project's own.
+  /// References to entities of the text become the indexes that these entities get here. A reference of a kind that the
+  /// text does not have means the project's own entity.
   int32_t followed(std::string_view kind, int32_t index) const {
     const auto text = renumbered_.find(kind);
     if (text == renumbered_.end()) return index;
     const auto found = text->second.given.find(index);
     if (found != text->second.given.end()) return found->second;
-    if (text->second.keeps_indexes) return index;  // to nothing, here as there
+    if (text->second.keeps_indexes) return index;  // refers to nothing, as it did where the text was made
     fail(ErrorNumber::InvalidCall, "refers to " + std::string(kind) + " " + std::to_string(index) +
                                        ", which the text does not have. Add it, or set the reference to 0.");
   }
@@ -298,7 +299,7 @@ class Import {
     const auto reports = project_.NewReportOptions();
     if (!json.is_object() || !json.contains("record"))
       fail(ErrorNumber::TypeMismatch, "wanted an object with \"record\"");
-    if (json.size() > 1) fail(ErrorNumber::TypeMismatch, "wanted \"record\" alone");
+    if (json.size() > 1) fail(ErrorNumber::TypeMismatch, "wanted \"record\" only");
     at_ += "/record";
     reports->bytes = bytes_of(std::get<std::string>(from_json(json["record"], ValueType::Text)));
     reports->Save();

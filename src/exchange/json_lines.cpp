@@ -12,13 +12,13 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// The line of the character read last but one: the parser takes one beyond a number before it tells of it.
+/// The line of the last character but one: the parser reads one character beyond a number before it reports the number.
 struct LineCounter {
   size_t line = 1;
   bool at_end_of_line = false;
 };
 
-/// Reads characters and counts the lines behind it.
+/// Reads characters and counts the lines it has passed.
 struct CountingIterator {
   using iterator_category = std::input_iterator_tag;
   using value_type = char;
@@ -92,7 +92,7 @@ struct Finder : nlohmann::json_sax<Json> {
   bool parse_error(size_t, const std::string&, const nlohmann::detail::exception&) override { return false; }
 };
 
-/// Refuses what a tree of values would hide or could not hold.
+/// Refuses what would be lost in a tree of JSON values, such as a repeated key, or could not be held in one.
 struct Checker : nlohmann::json_sax<Json> {
   explicit Checker(const LineCounter& lines) : counter(lines) {}
 
@@ -131,14 +131,14 @@ struct Checker : nlohmann::json_sax<Json> {
     for (char& c : folded) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
     auto& seen = keys.back();
     if (std::find(seen.begin(), seen.end(), folded) != seen.end())
-      return refuse(counter.line, "the key \"" + name + "\" stands twice.");
+      return refuse(counter.line, "the key \"" + name + "\" appears twice.");
     seen.push_back(std::move(folded));
     return true;
   }
   bool parse_error(size_t, const std::string&, const nlohmann::detail::exception& error) override {
     const bool number = dynamic_cast<const Json::out_of_range*>(&error) != nullptr;
     return refuse(counter.line,
-                  (number ? "a number is too large: " : "the text is no JSON: ") + std::string(error.what()));
+                  (number ? "a number is too large: " : "the text is not JSON: ") + std::string(error.what()));
   }
 };
 

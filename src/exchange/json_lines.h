@@ -9,8 +9,8 @@ namespace tarn {
 /// for a pointer that the text has not.
 size_t line_of(const std::string& text, const std::string& pointer);
 
-/// Reads the text through before it is taken: a text that is no JSON, nests too deep, holds a number that no real can,
-/// or gives an object the same key twice (letter case ignored) is an error `TypeMismatch` that names the line.
+/// Checks a text before it is used. Error `TypeMismatch`, with the line, for a text that is not JSON, nests too deep,
+/// has a number too large for a real, or gives an object the same key twice (letter case ignored).
 void check_json(const std::string& text);
 
 }  // namespace tarn

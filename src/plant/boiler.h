@@ -66,7 +66,7 @@ class BLR_Boiler final : public Entity<BLR_Boiler, BoilerRecord> {
   void Load(int32_t RecordNumber) { load_number(RecordNumber); }
 
   BLR_FuelTypes FuelType() const { return BoilerRecord::FuelType; }
-  /// Error `InvalidCall` for what is no fuel; so for the model.
+  /// Error `InvalidCall` for an unknown fuel, and below for an unknown model.
   void SetFuelType(BLR_FuelTypes type);
   BLR_ModelingMethods PartLoadModel() const { return BoilerRecord::PartLoadModel; }
   void SetPartLoadModel(BLR_ModelingMethods model);

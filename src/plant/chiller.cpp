@@ -14,8 +14,9 @@ const ClassInfo& CHL_OperatingMode::info() const {
       converted<&R::NumRows, &C::NumRows, &C::SetNumRows>, converted<&R::NumColumns, &C::NumColumns, &C::SetNumColumns>,
       property<&R::ColumnDataType>, property<&R::MapRowHeading>("F"), property<&R::MapColumnHeading>,
       property<&R::MapCapacity>, property<&R::MapPower>, another<&R::MapCapacity>.named("MapCapacityArray"),
-      another<&R::MapPower>.named("MapPowerArray"), property<&R::TempPwrCoeffA>, property<&R::TempPwrCoeffB>,
-      property<&R::TempCapCoeffA>, property<&R::TempCapCoeffB>, property<&C::Name>);
+      another<&R::MapPower>.named("MapPowerArray"), property<&R::TempPwrCoeffA>("1/F"),
+      property<&R::TempPwrCoeffB>("1/F2"), property<&R::TempCapCoeffA>("1/F"), property<&R::TempCapCoeffB>("1/F2"),
+      property<&C::Name>);
   static const ClassInfo info(members);
   return info;
 }

@@ -11,22 +11,24 @@ namespace tarn {
 
 constexpr int kMapRows = 10, kMapColumns = 20;
 
-/// Capacities are in tons when cooling and MBH when heating. The map's power is in kW, or in MBH for a chiller that
-/// burns fuel or takes heat; its rows are entering temperatures of the condenser.
+/// The map's rows are entering temperatures of the condenser. Power of a chiller that burns fuel or takes heat is in
+/// MBH where that of an electric one is in kW.
 struct OperatingModeRecord {
   R4 FLLeavingWaterTemp, FLEnteringTemp;  // F
-  R4 FLCapacity;
-  R4 FLPower;
+  R4 FLCapacity;                          // tons when cooling, MBH when heating
+  R4 FLPower;                             // by FLPowerUnits: kW/ton or kW (MBH/ton or MBH)
   Code<CHL_InputPower> FLPowerUnits;
-  R4 EvapFlow;
+  R4 EvapFlow;  // by EvapFlowUnits: gpm, gpm/ton, or the temperature difference in F
   Code<COM_FlowUOM> EvapFlowUnits;
-  R4 CondFlow;
+  R4 CondFlow;  // by CondFlowUnits, likewise
   Code<COM_FlowUOM> CondFlowUnits;
   I2 NumRows, NumColumns;  // of the map, in use
   Code<CHL_MapDataTypes> ColumnDataType;
-  Array<R4, kMapRows> MapRowHeading;        // F
-  Array<I2, kMapColumns> MapColumnHeading;  // per cent of the load, or the stage
-  Array<R4, kMapRows, kMapColumns> MapCapacity, MapPower;
+  Array<R4, kMapRows> MapRowHeading;             // F
+  Array<I2, kMapColumns> MapColumnHeading;       // per cent of the load, or the stage
+  Array<R4, kMapRows, kMapColumns> MapCapacity;  // tons when cooling, MBH when heating
+  Array<R4, kMapRows, kMapColumns> MapPower;     // kW (MBH)
+  // Factors 1 + A dT + B dT2, with dT the leaving water's distance from FLLeavingWaterTemp in F.
   R4 TempPwrCoeffA, TempPwrCoeffB, TempCapCoeffA, TempCapCoeffB;
 };
 static_assert(sizeof(OperatingModeRecord) == 1732);
@@ -50,9 +52,10 @@ struct ChillerRecord {
   Code<CHL_DXFCOptions> DXFreeCooling;
   Code<CHL_DXFCUOM> DXFCUOM;
   Code<CHL_HeatRecMethods> HeatRecoveryMethod;
-  R4 MaxHeatRecovery;  // per cent of the heat of rejection
-  R4 IPLV;             // kW/ton, or MBH/ton of fuel or heat
-  Array<R4, 10> DXFCDeltaT, DXFCCapacity, DXFCPower;
+  R4 MaxHeatRecovery;                     // per cent of the heat of rejection
+  R4 IPLV;                                // kW/ton, or MBH/ton of fuel or heat
+  Array<R4, 10> DXFCDeltaT;               // F, of outdoor air below the leaving water
+  Array<R4, 10> DXFCCapacity, DXFCPower;  // by DXFCUOM: tons and kW, or fractions of full load
 };
 static_assert(sizeof(ChillerRecord) == 268);
 static_assert(sizeof(ChillerRecord) + 3 * sizeof(OperatingModeRecord) == 5464);
@@ -83,12 +86,11 @@ class CHL_Chiller final : public Entity<CHL_Chiller, ChillerRecord> {
 
   CHL_OperatingMode CoolingMode{"CoolingMode"}, HeatRecoveryMode{"HeatRecoveryMode"}, HeatingMode{"HeatingMode"};
 
-  /// Takes the record of a type, 1 to 12, from a file of such records. Errors `FileNotFound`, `InvalidCall` for a type
-  /// that the file has not; the chiller stays as it was. Its index stays anyway.
+  /// Takes the record of a type, 1 to 12, from a file of such records; the index stays. Errors `FileNotFound`,
+  /// `InvalidCall` for a type that the file does not have; then the chiller stays as it was.
   void CreateDefaultByType(int16_t nChillerType, const std::string& sDefaultsFile);
-  /// The usual curve of free cooling by the refrigerant circuit, 10 points: how far outdoor air lies below the leaving
-  /// water (F), and power and capacity there as fractions of full load. Error `InvalidCall` for other options than 1
-  /// and 2.
+  /// The default curve of free cooling, 10 points: how far the outdoor air is below the leaving water (F), and power
+  /// and capacity there as fractions of full load. Error `InvalidCall` for other options than 1 and 2.
   void GetDXFCDefaults(CHL_DXFCOptions DXFCOption, CHL_DXFCUOM& UOM, std::vector<double>& DeltaT,
                        std::vector<double>& Power, std::vector<double>& Capacity) const;
 };

@@ -1,4 +1,4 @@
-// The codes of chillers. Those of energy sources and cycle types stand for engines that read them.
+// The codes of chillers. Those of energy sources and cycle types are for calculation engines; no record has them.
 #pragma once
 
 #include "base/labels.h"

@@ -18,8 +18,9 @@ PlantHeaderRecord header_in(std::span<const std::byte> bytes) {
 }
 
 [[noreturn]] void senseless(const std::string& path, const std::string& what, int count, int most) {
-  fail(ErrorNumber::UnknownFormat, path + " says that it has " + std::to_string(count) + " " + what + ", where 0 to " +
-                                       std::to_string(most) + " can be. Restore the file from a copy.");
+  fail(ErrorNumber::UnknownFormat, path + " says that it has " + std::to_string(count) + " " + what +
+                                       "; allowed are 0 to " + std::to_string(most) +
+                                       ". Restore the file from a copy.");
 }
 
 }  // namespace
@@ -221,7 +222,7 @@ void PLT_Plant::before_restore() {
   check_details();
 }
 
-/// The hourly results of a plant with other outputs now would stand under wrong ones.
+/// Hourly results belong to outputs by their order: with other outputs they would be read as the wrong ones.
 void PLT_Plant::drop_misplaced_hours() {
   const std::string path = file_of(Index);
   if (!has_file(path)) return;
@@ -234,7 +235,7 @@ void PLT_Plant::drop_misplaced_hours() {
 
 bool PLT_Plant::knows_links(std::string_view kind) const { return selected(kind == "System" ? kSystems : kDetails); }
 
-/// Lists that lost an entry close up, and leave out what can have no link row.
+/// Closes gaps in the lists, and leaves out entries that cannot have a link row.
 void PLT_Plant::after_clearing() {
   if (selected(kSystems)) SystemSelect.pack();
   if (!selected(kDetails)) return;
@@ -244,7 +245,7 @@ void PLT_Plant::after_clearing() {
       if (piece.EquipmentID != 0 && PLT_Equipment::kind_of(piece).empty())
         log().message("Plant " + std::to_string(Index) + ", " + list->Name() + ": equipment " +
                       std::to_string(piece.EquipmentID) + " is of library " + std::to_string(piece.LibraryID.raw) +
-                      ", which there is not; it is left out.");
+                      ", which does not exist; it is left out.");
     }
     list->pack();
   }

@@ -33,9 +33,9 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, Sized<MaskedEntity>> {
   /// Everything.
   void Load(int16_t nRecNum) override;
   /// The header and the selected sections; the others stay as they are in the file, which is replaced whole. A save
-  /// that is not made after calculations marks sizing and simulation as changed; where the outputs are others than
-  /// those of the file, it drops the hourly results. Errors `InvalidCall` for a name that
-  /// another plant has, for a used loop without pumps, and for inputs that were never loaded.
+  /// that is not made after calculations marks sizing and simulation as changed; where the outputs differ from those of
+  /// the file, it drops the hourly results. Errors `InvalidCall` for a name that another plant has, for a used loop
+  /// without pumps, and for inputs that were never loaded.
   void Save(int32_t nOpMode, std::optional<bool>& bSaveAfterCalculation);
   void Save(int32_t nOpMode) {
     std::optional<bool> by_user;
@@ -45,8 +45,8 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, Sized<MaskedEntity>> {
   /// The current plant as a default: its header and inputs.
   void WriteDefaultsFile(const std::string& strFileName) { write_default(strFileName); }
 
-  /// Makes it a plant of a type, with those of the type's loops in use that have pumps. Error `InvalidCall` for a type
-  /// that is none.
+  /// Makes it a plant of a type. Those of the type's loops that have pumps are used. Error `InvalidCall` for an unknown
+  /// type.
   void SetType(PLT_PlantTypes type);
 
  private:
@@ -60,7 +60,7 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, Sized<MaskedEntity>> {
   size_t section_count() const override { return kSections; }
   size_t first_result() const override { return kSizing; }
   int32_t mask_of(size_t section) const override;
-  /// Hours stand under the outputs of the header that they were read with.
+  /// Hourly results belong to the outputs of the header that they were read with.
   bool keeps(size_t section) const override { return section != kHourly && MaskedEntity::keeps(section); }
   std::string_view name_of(size_t section) const override { return section == kSystems ? "SystemSelect" : "Details"; }
   std::string no_default_message() const override;

@@ -1,4 +1,4 @@
-// The codes of plants. Two of them bound what they enclose, and are no choices.
+// The codes of plants. Two enumerations have a code below and a code above the valid ones; those are not choices.
 #pragma once
 
 #include "base/labels.h"

@@ -101,16 +101,16 @@ class PLT_General final : public Part<PlantHeaderRecord> {
   const ClassInfo& info() const override;
   PLT_Plant* plant = nullptr;
 
-  /// Fills NumOutputs and OutputFlags for the plant's type and what it uses. Error `InvalidCall` for an unknown type
+  /// Fills NumOutputs and OutputFlags for the plant's type and what it uses. Error `InvalidCall` for an unknown type,
   /// for more outputs than there are flags, and where Details were not loaded; then nothing has changed.
   void SetFlags();
-  /// Codes of a piece of equipment from its library's index table, 0 for what the library has not and for a piece that
-  /// is not there. Error `InvalidCall` for an unknown library.
+  /// Codes of a piece of equipment from its library's index table; 0 for a code that the library does not have, and for
+  /// a piece that does not exist. Error `InvalidCall` for an unknown library.
   void GetEquipmentTypes(int16_t nLibraryID, int16_t nEquipmentID, int16_t& nFunctionType, int16_t& nChillerType,
                          int16_t& nFuelType) const;
-  /// Of the towers that the plant is linked to, those modelled in detail or as dry coolers.
+  /// The number of linked towers that are modelled in detail or as dry coolers.
   int32_t GetDetailedTowerCount() const;
-  /// Links of the plant to a library, or to one piece of it.
+  /// The number of links of the plant to a library, or to one piece of it.
   int32_t GetEquipmentLinkCount(int16_t nLibraryID, std::optional<int16_t> nEquipmentID = {}) const;
 
  private:
@@ -123,7 +123,7 @@ class PLT_SystemSelect final : public Part<SystemSelectRecord> {
   const ClassInfo& info() const override;
 
   int16_t NumSystems() const { return SystemSelectRecord::NumSystems; }
-  /// 0 to 250; entries behind the last are emptied. Error `SubscriptOutOfRange`.
+  /// 0 to 250; entries after the last are emptied. Error `SubscriptOutOfRange`.
   void SetNumSystems(int16_t systems);
   /// Closes up the entries without a system, and counts the others.
   void pack();
@@ -142,7 +142,7 @@ class PLT_Configuration final : public Part<ConfigurationRecord> {
 
 struct PLT_Equipment final : Part<EquipmentRecord> {
   const ClassInfo& info() const override;
-  /// The kind of entity that the library has: "Chiller", "Boiler"; empty for a library that is none.
+  /// The kind of entity that the library holds: "Chiller", "Boiler"; empty for an unknown library.
   static std::string_view kind_of(const Object& piece, size_t element = 0);
 };
 
@@ -154,7 +154,7 @@ class PLT_EquipmentList final : public Part<EquipmentListRecord> {
   std::string Name() const { return name_; }
 
   int16_t NumEquipment() const { return EquipmentListRecord::NumEquipment; }
-  /// 0 to 50; pieces behind the last are emptied. Error `SubscriptOutOfRange`.
+  /// 0 to 50; pieces after the last are emptied. Error `SubscriptOutOfRange`.
   void SetNumEquipment(int16_t pieces);
   /// Closes up the pieces that have no equipment of a library.
   void pack();

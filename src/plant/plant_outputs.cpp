@@ -1,4 +1,4 @@
-// What a plant has to tell from a simulation, by its type, and what its header looks up in the index database.
+// The hourly outputs of a plant's simulation, by its type, and what its header looks up in the index database.
 #include <algorithm>
 
 #include "plant/plant.h"

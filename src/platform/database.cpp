@@ -25,7 +25,7 @@ constexpr int kBusyMilliseconds = 1000;  // how long a statement waits for anoth
            "The database " + path + " is in use by another program; close it there and try again.");
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
-      fail(ErrorNumber::UnknownFormat, path + " is damaged or is no database: " + cause + ".");
+      fail(ErrorNumber::UnknownFormat, path + " is damaged or is not a database: " + cause + ".");
     case SQLITE_READONLY:
       fail(ErrorNumber::DatabaseReadOnly, "The database " + path + " cannot be written: " + cause + ".");
     case SQLITE_ERROR:
@@ -38,7 +38,8 @@ constexpr int kBusyMilliseconds = 1000;  // how long a statement waits for anoth
   }
 }
 
-/// Refuses what is no database of this engine before the engine sees it, so that the message says what the file is.
+/// Refuses a file that is not a database of this engine before the engine sees it, so that the message can say what the
+/// file is.
 void check_signature(const std::string& path, Database::Access access) {
   std::string head(20, '\0');
   const auto file = host().files->open(path, OpenMode::Read);
@@ -56,7 +57,7 @@ void check_signature(const std::string& path, Database::Access access) {
          path + " is an index database of the older engine (" + std::string(at_four.substr(9, 3)) +
              " format), which this version does not read; make a new index and bring its rows over.");
   }
-  fail(ErrorNumber::UnknownFormat, path + " is no index database.");
+  fail(ErrorNumber::UnknownFormat, path + " is not an index database.");
 }
 
 }  // namespace
@@ -155,7 +156,7 @@ Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move
           database.dropping_ = table;
           database.free_marks_.clear();
         }
-        // A table that is dropped is asked for as a delete as well, which must be let through.
+        // The engine also asks for permission to delete from a table that is being dropped; this must be allowed.
         const bool of_drop =
             action == SQLITE_DELETE && (std::string_view(table).starts_with("sqlite_") || database.dropping_ == table);
         if (action == SQLITE_DELETE && !of_drop) return SQLITE_IGNORE;
@@ -220,8 +221,8 @@ Ptr<Database> Database::open(const std::string& name, Access access) {
   if (result != SQLITE_OK) fail_with(handle, path, {});
   database->apart_ = access == Access::Apart;
   database->read_only_ = sqlite3_db_readonly(handle, "main") == 1;
-  // Savepoints, sorting and the scratch list need no files of their own: they fit memory, and a read-only folder stays
-  // usable.
+  // Savepoints, sorting and the scratch list are kept in memory, not in files, so that a database in a read-only folder
+  // can be used.
   database->run("PRAGMA temp_store = MEMORY");
   database->run(kScratchList);
   database->recover();
@@ -243,8 +244,8 @@ void Database::create(const std::string& path, std::string_view script) {
 std::string Database::journal_name(int64_t token) const { return path_ + "-undo" + std::to_string(token); }
 
 void Database::recover() {
-  // A commit numbers itself one above the database's last. What it left is there still: it died, or is at work in
-  // another program, which holds the write lock.
+  // A commit takes the number after the database's last one. If files of that number are there, that commit has died,
+  // or another program, which then holds the write lock, is committing now.
   const std::vector<int64_t> left = interrupted_commits(path_ + "-undo");
   if (left.empty()) return;
   if (read_only_) {
@@ -312,7 +313,8 @@ void Database::rollback_level(size_t level) {
   if (level_ < level) return;
   level_ = level - 1;
   free_marks_.clear();
-  if (sqlite3_get_autocommit(handle_) != 0) return;  // the engine has rolled back by itself, after a full disk say
+  if (sqlite3_get_autocommit(handle_) != 0)
+    return;  // rolled back by the engine itself, for instance when the disk was full
   if (level == 1) return run("ROLLBACK");
   const std::string point = "s" + std::to_string(level);
   run("ROLLBACK TO " + point + "; RELEASE " + point);

@@ -78,8 +78,8 @@ class Database final : public Object {
   /// The lowest positive number that is no row's `nIndex`, in constant time over a run of new rows.
   int64_t lowest_free_index(const std::string& table);
 
-  /// Deletes of entities by this program, so that objects which refer to one can tell that it went, even where another
-  /// has its index by now. A delete that is rolled back never was.
+  /// Counts this program's deletions of entities, so that an object can tell that what it refers to was deleted, even
+  /// where another entity has that index by now. A deletion that is rolled back does not count.
   void note_deletion(std::string_view kind, int64_t index);
   /// Grows with every deletion.
   size_t deletions() const { return deletions_.size(); }
@@ -88,7 +88,7 @@ class Database final : public Object {
   int64_t foreign_version() { return pragma("data_version"); }
 
   // For the workspace:
-  /// Takes part in the open transaction; a statement that only reads needs no savepoint of the inner ones.
+  /// Joins the open transaction. A statement that only reads needs no savepoints for the inner levels.
   enum class Part : uint8_t { Reading, Writing };
   void join(Part part = Part::Writing);
   void release_level(size_t level);
@@ -101,7 +101,7 @@ class Database final : public Object {
   friend class Recordset;
   friend class Statement;
   struct Private {};
-  // A client that writes values into its statements must not fill the memory with their texts.
+  // Only so many are kept: a client may write values into its statements, so that each is a new text.
   static constexpr size_t kKeptTexts = 500;
   struct Prepared {
     std::vector<sqlite3_stmt*> idle;

@@ -195,7 +195,7 @@ void Recordset::Update() {
 
 void Recordset::Delete() {
   require_table();
-  walk();  // the place among the rows stays, so that the next move steps off the deleted one
+  walk();  // the position stays, so that the next move leaves the deleted row
   const Cell id[]{current().id};
   database_->Execute("DELETE FROM " + shape_->table + " WHERE rowid = ?", id);
   rows_[at_].deleted = true;

@@ -22,7 +22,7 @@ Workspace& Engine::Workspaces(int number) {
 
 void Workspace::require_own() const {
   if (levels_.empty()) fail(ErrorNumber::NoTransaction, "There is no transaction to end.");
-  if (levels_.back()) fail(ErrorNumber::NoTransaction, "The transaction cannot end while a save inside it is at work.");
+  if (levels_.back()) fail(ErrorNumber::NoTransaction, "The transaction cannot end while a save inside it is running.");
 }
 
 void Workspace::CommitTrans() {
@@ -71,7 +71,8 @@ void Workspace::commit_outermost() {
   for (const auto& [path, pending] : files_.outermost()) {
     if (pending.owner) pending.owner->join();
   }
-  // Writes that belong to no database go with the first one that commits, and alone where there is none.
+  // Writes that belong to no database are committed with the first database that commits, or by themselves where none
+  // does.
   const auto writes_of = [this](const Database* owner) {
     std::vector<std::pair<std::string, const FileStore::Pending*>> writes;
     const auto writes_too = [](const Ptr<Database>& database) { return !database->read_only(); };

@@ -16,13 +16,13 @@ class Workspace {
  public:
   void BeginTrans() { begin(false); }
   /// Ends the client's innermost transaction; the outermost reaches the disk here. A failure rolls it back and throws.
-  /// Error `NoTransaction` where there is none, or a save inside it is still at work.
+  /// Error `NoTransaction` where there is none, or a save inside it is still running.
   void CommitTrans();
   void Rollback();
   /// Transactions open now, 0 for none.
   size_t depth() const { return levels_.size(); }
-  /// Runs when the open transaction is rolled back, or one around it: memory that follows what was stored goes back
-  /// too.
+  /// Runs `undo` when the open transaction, or one around it, is rolled back: what an object remembers of its save goes
+  /// back too.
   void on_rollback(std::function<void()> undo) { undos_.back().push_back(std::move(undo)); }
   FileStore& files() { return files_; }
 

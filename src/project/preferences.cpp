@@ -26,7 +26,7 @@ void correct(Code<E>& code, std::string_view name, const std::string& file) {
   const auto table = labels<E>;
   if (std::any_of(table.begin(), table.end(), [raw](const Label& label) { return label.code == raw; })) return;
   log().message(file + " holds " + std::string(name) + " " + std::to_string(raw) +
-                ", which is no such code; 0 is taken.");
+                ", which is not a known code; 0 is used instead.");
   code = E{0};
 }
 

@@ -68,7 +68,7 @@ class PRF_ProjectPrefs final : public Object, public PreferencesRecord {
   void Save() const;
 };
 
-/// The choices of the reports: bytes that this layer keeps and hands on without knowing them.
+/// The choices of the reports: bytes that this layer stores without interpreting them.
 class RPT_ReportOptions final : public Object {
  public:
   const ClassInfo& info() const override;

@@ -31,7 +31,7 @@ std::string shipped_file(std::string_view name) {
     fail(ErrorNumber::FileNotFound,
          "TARN_SHARE names " + std::string(set) + ", which has no " + std::string(name) + ".");
   }
-  constexpr int kLevels = 5;  // as far as from a Python package in lib/python3/dist-packages to share
+  constexpr int kLevels = 5;  // folders upward: from a Python package in lib/python3/dist-packages to share
   std::filesystem::path folder = own_folder();
   for (int level = 0; level < kLevels && !folder.empty(); ++level, folder = folder.parent_path()) {
     if (const auto path = folder / "share" / "tarn" / name; std::filesystem::exists(path)) return path.string();

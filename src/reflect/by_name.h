@@ -6,8 +6,8 @@
 
 namespace tarn {
 
-/// The value of a property. Wrong member kinds and subscript counts throw in every class: they are mistakes in the
-/// call.
+/// The value of a property. A wrong kind of member and a wrong number of subscripts throw in every class: the call
+/// itself is wrong.
 void get_property(Object& object, const Member& member, Subscripts subscripts, Value& out);
 void let_property(Object& object, const Member& member, Subscripts subscripts, const Value& value);
 

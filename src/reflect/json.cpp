@@ -63,7 +63,7 @@ void check_shape(const Member& member, const Json& json, size_t dimension) {
   for (const Json& inner : json) check_shape(member, inner, dimension + 1);
 }
 
-/// The number behind {"code": 3, "text": ...}, behind a name or text of the enumeration, or plain.
+/// The code that {"code": 3, "text": ...}, a name or text of the enumeration, or a plain number stands for.
 Json code_json(std::span<const Label> labels, const Json& json) {
   if (json.is_object() && json.contains("code")) {
     const Json& code = json["code"];
@@ -76,7 +76,7 @@ Json code_json(std::span<const Label> labels, const Json& json) {
              "found code " + code.dump() + " beside \"" + text + "\", which is code " + std::to_string(label.code));
       }
     }
-    if (json.size() > 1 + json.count("text")) fail(ErrorNumber::TypeMismatch, "wanted \"code\" and \"text\" alone");
+    if (json.size() > 1 + json.count("text")) fail(ErrorNumber::TypeMismatch, "wanted \"code\" and \"text\" only");
     return code;
   }
   if (!json.is_string()) return json;
@@ -256,7 +256,7 @@ void add_stored_fields(Object& object, Json& json) {
 
 namespace {
 
-/// Runs a setting, and puts class and property before what went wrong.
+/// Sets a value; an error's text begins with class and property.
 template <typename F>
 void naming(Object& object, const Member& property, Subscripts at, F set) {
   try {

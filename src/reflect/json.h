@@ -29,7 +29,7 @@ bool is_complete(const ClassInfo& info, const nlohmann::ordered_json& json);
 /// How the fields of an object are set from JSON.
 struct FieldSetting {
   std::function<void(const std::string&)>
-      at;  // told each field's place before it is set, a JSON pointer from the object's
+      at;  // called before each field is set, with its place, a JSON pointer from the object's
   std::function<int32_t(std::string_view kind, int32_t index)> follow;  // gives the index that a reference becomes
   std::string_view beside;                                              // a key of the object to leave alone
 };

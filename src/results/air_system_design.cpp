@@ -8,11 +8,11 @@
 namespace tarn {
 namespace {
 
-/// Of a system's record, a number that is within what the system can have.
+/// A number from a system's record, checked against what a system can have.
 int checked_count(int count, int most, const std::string& what) {
   if (count >= 0 && count <= most) return count;
   fail(ErrorNumber::UnknownFormat, "The air system's " + what + " is " + std::to_string(count) +
-                                       ", which is out of sense. Load the air system anew, with its inputs.");
+                                       ", which is implausible. Load the air system again, with its inputs.");
 }
 
 std::string system_name(const SystemHeaderRecord& header) {

@@ -1,5 +1,5 @@
-// The results of an air system's design calculation: one file for each system, without a count in it. What it holds of
-// zones and spaces is what the system has when it is handed in.
+// The results of an air system's design calculation: one file for each system. The file has no counts; the numbers of
+// zones and spaces are those that the system has when it is set.
 #pragma once
 
 #include "airsystems/air_system.h"
@@ -14,9 +14,8 @@ class ADL_AirSystemDesign final : public Object {
   const ClassInfo& info() const override;
 
   Ptr<AS_AirSystem> AirSystem() const { return air_system_; }
-  /// The collections get new objects for the system's zones and their spaces, and the header its name. Error
-  /// `UnknownFormat` for counts out of sense, which leaves everything as it was. Null takes the system away, and the
-  /// zones.
+  /// The collections get new objects for the system's zones and their spaces, and the header gets its name. Error
+  /// `UnknownFormat` for implausible counts; then everything stays as it was. Null removes the system and the zones.
   void SetAirSystem(const Ptr<AS_AirSystem>& system);
 
   ADL_DXXFileHeader DXXFileHeader;
@@ -26,8 +25,7 @@ class ADL_AirSystemDesign final : public Object {
   ADL_SPAir SPAir;
   ADL_DLAir DLAir;
 
-  // The design's own lists, as they are now and will be, and their objects by number, from 1. Error
-  // `SubscriptOutOfRange`.
+  // The design's own lists, not copies, and their objects by number, from 1. Error `SubscriptOutOfRange`.
   Ptr<Collection> TSZones() const { return ts_zones_.list; }
   Ptr<Collection> HLZones() const { return hl_zones_.list; }
   Ptr<Collection> DLZones() const { return dl_zones_.list; }
@@ -38,8 +36,8 @@ class ADL_AirSystemDesign final : public Object {
   std::string WorkPath, FilePrefix;
   std::string sWorkPath() const { return WorkPath; }
 
-  /// The file of the system's index. No system, no name and no file are logged. Error `UnknownFormat` for a file that
-  /// is not exactly as long as the system's zones and spaces ask for; the object is left as it was.
+  /// The file of the system's index. A missing system, name or file is logged. Error `UnknownFormat` for a file whose
+  /// length does not match the system's zones and spaces; the object is left as it was.
   void Load();
   /// Replaces the file of an index whole; a failure leaves the old one.
   void Save(int16_t nIndex);

@@ -1,4 +1,4 @@
-// What the loads of spaces, zones and systems are made of, and by which loads are numbered in result files.
+// The components of the loads of spaces, zones and systems, by which loads are numbered in result files.
 #pragma once
 
 #include <string>
@@ -62,7 +62,7 @@ inline constexpr int kLoadComponents = static_cast<int>(std::size(kLoadComponent
 /// A value for each component: `loads(ADL_LoadComponents::Walls)`.
 using ByComponent = Array<R4, kLoadComponents>;
 
-/// What objects with loads say of them, so that reports need no list of their own.
+/// The components' names, given by objects with loads, so that reports need no list of their own.
 class WithComponents {
  public:
   /// The text of a component, 1 to 22. Error `SubscriptOutOfRange`.

@@ -19,7 +19,7 @@ void append(std::string& text, const V& value) {
   }
 }
 
-/// One element; of a code also what it says.
+/// One element; a code with its text.
 void append_element(std::string& text, const Object& object, const Member& member, Subscripts at) {
   Value value;
   member.get(object, at, value);
@@ -53,7 +53,7 @@ void append_field(std::string& text, const Object& object, const Member& member)
   });
 }
 
-/// What follows month and hour in the subscripts of a table's column.
+/// The subscripts of a table's column after month and hour.
 Member behind_hours(const Member& column) {
   Member rest;
   rest.name = column.name;

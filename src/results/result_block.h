@@ -21,16 +21,16 @@ class ResultBlock : public Object {
  public:
   using Spans = std::vector<std::span<std::byte>>;
 
-  /// The block at a position, from 1, of a file that is open under a number (platform/binary_file.h), which is behind
-  /// it then. A failure leaves the block as it was.
+  /// Reads the block at a position, from 1, of a file that is open under a number (platform/binary_file.h); the file's
+  /// position is then the byte after the block. A failure leaves the block as it was.
   void Load(int16_t nFileHandle, int32_t nCurPos);
   void Save(int16_t nFileHandle, int32_t nCurPos);
   /// Everything in it as text, under "CONTENTS OF " and the class.
   std::string Dump() const;
-  /// All that another block of the class holds. Error `TypeMismatch` for an object of another class.
+  /// Takes all that another block of the class holds. Error `TypeMismatch` for an object of another class.
   void CopyFrom(const ObjectPtr& Source);
 
-  /// Appends the memory of what the file has of the block, in its order.
+  /// Appends the pieces of memory that the file holds of the block, in the file's order.
   virtual void add_spans(Spans& all) = 0;
   size_t size_in_file() const;
 

@@ -1,5 +1,5 @@
-// The blocks of a result file that belong to the air system: whose it is, the weather it was sized for, its summary,
-// what its loads consist of, and by month and hour its loads and the states of its air.
+// The blocks of a result file for the air system as a whole: its name, the weather it was sized for, a summary, loads
+// by component, and by month and hour its loads and the states of its air.
 #pragma once
 
 #include "results/load_components.h"
@@ -90,7 +90,7 @@ struct HourlyAirTable {
 };
 static_assert(sizeof(HourlyAirTable) == 10'368);
 
-/// Where the air's state is told, in the order of its way.
+/// The points at which the air's state is given, in the order of the air's path.
 enum class ADL_AirPoints : int16_t {
   Outdoor = 1,
   ReclaimLeaving,

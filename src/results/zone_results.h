@@ -1,5 +1,5 @@
-// The blocks of a result file that each zone has: what its terminal is sized for, its loads by month and hour, and what
-// they consist of, for the zone and for each of its spaces.
+// The blocks of a result file for each zone: the sizing of its terminal, its loads by month and hour, and the loads by
+// component, for the zone and for each of its spaces.
 #pragma once
 
 #include "airsystems/codes.h"
@@ -62,7 +62,7 @@ struct ZoneLoadsTable {
 };
 static_assert(sizeof(ZoneLoadsTable) == 52'992);
 
-/// What a zone's loads rest on.
+/// The conditions of a zone's loads.
 struct LoadDetailsRecord {
   Code<Months> PeakMonth;  // of the cooling load
   I2 PeakHour;
@@ -74,7 +74,7 @@ struct LoadDetailsRecord {
 };
 static_assert(sizeof(LoadDetailsRecord) == 4 + 8 * 4 + 2 * 88);
 
-/// Loads in Btu/hr, of one of as many equal spaces as the multiplier says.
+/// Loads in Btu/hr of one space; the multiplier says how many equal ones there are.
 struct SpaceLoadsRecord {
   I2 SpaceID;
   Text<24> Name;
@@ -143,12 +143,12 @@ class ADL_DLZone final : public TableBlock<ZoneLoadsTable, ADL_CoolingLoads> {
   Ptr<ADL_CoolingLoads> CoolingLoads(Months nMonth, int16_t nHour) { return view(nMonth, nHour); }
   ADL_HeatingLoads HeatingLoads;
   ADL_LoadDetails LoadDetails;
-  /// The zone's own list, as it is now and will be.
+  /// The zone's own list, not a copy.
   Ptr<Collection> DLSpaces() const { return list_; }
   /// From 1. Error `SubscriptOutOfRange`.
   Ptr<ADL_SpaceLoads> DLSpace(int16_t nIndex) const;
   const std::vector<Ptr<ADL_SpaceLoads>>& spaces() const { return spaces_; }
-  /// New ones hold nothing.
+  /// New objects are empty.
   void resize_spaces(int count);
   void add_spans(Spans& all) override;
 

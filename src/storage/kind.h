@@ -53,7 +53,7 @@ struct Kind {
   std::vector<LinkColumn> links;         // cleaned by `Delete`
   Reach reach;
   bool gives_names = true;                 // a nameless entity gets a default name
-  bool numbered_names = true;              // a default name has the index behind its word
+  bool numbered_names = true;              // a default name is its word and the index
   bool row_needed = false;                 // `Load` without a row is an error
   std::string_view lost_row_message = {};  // of `Save` of an entity whose row is gone
   bool saved_anew = false;                 // `Save` of an entity whose row is gone adds a new one

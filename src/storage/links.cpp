@@ -12,11 +12,11 @@ namespace {
 
 std::string column_of(std::string_view kind) { return std::string(kind) + "_ID"; }
 
-/// A table that says of which entities of a kind an owner makes use.
+/// A link table: which entities of a kind an owner uses.
 struct LinkTable {
   std::string name, owner, other;
-  std::string_view library;  // whose entities the rows are that count; empty where all are of the kind
-  std::string rows;          // the query of an owner's rows, by index, with the index again where the entity is there
+  std::string_view library;  // only rows of this library count; empty where all rows do
+  std::string rows;          // the query of an owner's rows, by index; nIndex is null where the entity is gone
 
   LinkTable(std::string table, std::string_view owner_kind, std::string other_column, std::string_view kind,
             std::string_view of_library = {})
@@ -27,8 +27,8 @@ struct LinkTable {
   std::string condition() const { return library.empty() ? "" : " AND Library_ID = " + std::string(library); }
 };
 
-/// The first is what references are checked against. A plant's equipment stands in a table by library, and in the older
-/// ones by kind as well.
+/// References are checked against the first table. A plant's equipment has rows in a table by library, and also in the
+/// older tables by kind.
 const std::vector<LinkTable>& tables_of(std::string_view owner, std::string_view kind) {
   static thread_local std::map<std::pair<std::string_view, std::string_view>, std::vector<LinkTable>> known;
   auto [tables, added] = known.try_emplace({owner, kind});
@@ -39,8 +39,8 @@ const std::vector<LinkTable>& tables_of(std::string_view owner, std::string_view
   return tables->second;
 }
 
-/// What there is to refer in a class: its reference fields, the parts that have some, and the kinds they may be of,
-/// however many parts there are now.
+/// What refers in a class: its reference fields, the parts that have such fields, and the kinds that they may refer to,
+/// for any number of parts.
 struct References {
   std::vector<const Member*> members;  // in interface order
   std::set<std::string_view> kinds;
@@ -178,8 +178,8 @@ std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const Kin
 
 namespace {
 
-/// Brings the rows of one table in line with the wanted ones, which are sorted. Returns whether one of either is of
-/// something that is not there.
+/// Makes the rows of one table those that are wanted, which are sorted. Returns whether any row, old or wanted, refers
+/// to an entity that does not exist.
 bool merge(LinkRows& links, std::string_view kind, const LinkTable& table, const std::vector<LinkRows::Row>& rows,
            const std::vector<int32_t>& wanted) {
   bool lacking = false;
@@ -238,7 +238,7 @@ std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std
     shared = &tables[0];
     libraries += (libraries.empty() ? "" : ", ") + std::string(shared->library);
   }
-  if (shared) {  // rows of no library that there is
+  if (shared) {  // rows of an unknown library
     const Cell id[]{cell(links.owner())};
     links.database().Execute("DELETE FROM " + shared->name + " WHERE " + shared->owner +
                                  " = ? AND (Library_ID IS NULL OR Library_ID NOT IN (" + libraries + "))",
@@ -250,7 +250,7 @@ std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std
     if (!counts(use)) return use.index;
     if (links.is_there(use)) {
       uses.push_back(use);
-    } else if (!links.has(use)) {  // told once, when its row is new
+    } else if (!links.has(use)) {  // logged once, when its row is new
       log().message(std::string(links.owner_kind()) + " " + std::to_string(links.owner()) + ", " + name() +
                     " refers to " + std::string(use.kind) + " " + std::to_string(use.index) + ", which is not there.");
     }

@@ -1,5 +1,5 @@
-// Uses of one entity by another: a reference is a field that holds another entity's index, a link row says the same in
-// the index database, where it leads from what changes to what rests on it. Both are kept in line here.
+// Uses of one entity by another. A reference is a field that holds another entity's index. A link row says the same in
+// the index database, where it leads from a changed entity to those that use it. The two are kept in agreement here.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,7 @@ struct Use {
   bool operator==(const Use&) const = default;
 };
 
-/// The way from the object to one of its parts; null for the object itself.
+/// How to reach one of the object's parts; null for the object itself.
 struct PartPath {
   const PartPath* owner;
   const Member* part;
@@ -36,7 +36,7 @@ struct ReferenceName {
   size_t element;  // from 0, the first subscript fastest
   std::string operator()() const;
 };
-/// Kinds are named by a few literals, which mostly tell them apart by their place.
+/// Kinds are named by a few literals; comparing their addresses first mostly decides.
 inline bool same_kind(std::string_view one, std::string_view other) {
   return (one.data() == other.data() && one.size() == other.size()) || one == other;
 }
@@ -90,13 +90,12 @@ class LinkRows {
 using KindTest = std::function<bool(std::string_view kind)>;
 std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const KindTest& counts);
 
-/// Brings the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for each of these kinds) in line with
-/// its references: adds the missing, removes the others. A reference to what is not there is logged; the others are
-/// returned.
+/// Makes the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for each of these kinds) agree with its
+/// references: adds missing rows, removes others. A reference to an entity that does not exist is logged; the other
+/// references are returned.
 std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std::string_view> kinds);
 
-/// Sets the references to 0 that are lost, and logs each: what they referred to was deleted, and its index may since
-/// have gone to another entity.
+/// Sets lost references to 0, and logs each: the entity was deleted, and its index may belong to another entity by now.
 void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost);
 
 }  // namespace tarn

@@ -7,7 +7,7 @@
 namespace tarn {
 namespace {
 
-// The systems that rest on the entity are found once, as the ways to plants and buildings lead through them.
+// The systems that use the entity are found once, because the links to plants and buildings lead through them.
 const std::string kForgetSystems = "DELETE FROM temp.Found";
 
 std::string step_query(const LinkStep& step, const std::string& condition) {

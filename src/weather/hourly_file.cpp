@@ -34,7 +34,8 @@ void HW1ReaderWriter::Save(const std::string& file) {
   transaction.commit();
 }
 
-/// By the characters behind the last backslash; names too short for a letter and the ending pass.
+/// Judged by the characters after the last backslash. Names of up to four characters pass: they are too short for the
+/// ending.
 bool HW1ReaderWriter::is_hourly_name(const std::string& file) {
   constexpr std::string_view kEnding = ".HW1";
   std::string name(trimmed(file));

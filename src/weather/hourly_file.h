@@ -46,12 +46,13 @@ class HW1ReaderWriter final : public Object, public HourlyWeather {
   HW1ReaderWriter();
   const ClassInfo& info() const override;
 
-  /// Reads a whole file; what a short one lacks is zero, and logged. Errors `FileNotFound`, `PermissionDenied`.
+  /// Reads a whole file. What a short file lacks reads as zero; this is logged. Errors `FileNotFound`,
+  /// `PermissionDenied`.
   void Load(const std::string& filespec);
   /// Writes the file in place; a longer one keeps its tail.
   void Save(const std::string& filespec);
-  /// Loads a file and judges it: 0, 3001 for a name or a header that cannot be one of such a file, 3002 for one without
-  /// solar data. The name is judged first, and a wrong one is not loaded.
+  /// Loads a file and judges it: 0 for a valid file, 3001 for a wrong name or header, 3002 for a file without solar
+  /// data. The name is judged first; a file with a wrong name is not loaded.
   bool ValidateHW1File(const std::string& HW1FileName, int32_t& errCode, std::string& errDesc);
 
   // What the verdict is made of:
@@ -68,7 +69,7 @@ inline constexpr HourlyVerdict kHourlyPassed{0, "No error"};
 inline constexpr HourlyVerdict kHourlyInvalid{3001, "HW1 file format not valid/recognizable."};
 inline constexpr HourlyVerdict kHourlyDark{3002, "HW1 file contains no solar data."};
 
-/// Of what is loaded, whatever the file's name.
+/// The verdict on what is loaded, whatever the file's name.
 HourlyVerdict verdict_of(const HW1ReaderWriter& year);
 
 }  // namespace tarn

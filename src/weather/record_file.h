@@ -9,7 +9,8 @@
 
 namespace tarn {
 
-/// Reads a file's record; what a short file lacks is zeros, and logged but for an empty one. False for an empty file.
+/// Reads a file's record. What a short file lacks reads as zeros; this is logged, except for an empty file. False for
+/// an empty file.
 template <typename R>
 bool read_record(R& record, const std::string& file, OpenMode mode) {
   const size_t got = files().read(file, 0, record_bytes(record), mode);

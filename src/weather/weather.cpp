@@ -14,7 +14,7 @@ const std::string& named(const std::string& file, std::string_view property) {
   return file;
 }
 
-/// The table's one row gives way to a new one.
+/// Replaces the table's one row by a new one.
 void replace_row(Database& database, std::string_view table,
                  std::initializer_list<std::pair<std::string_view, Cell>> columns) {
   Recordset rows = database.OpenRecordset("SELECT * FROM " + std::string(table));

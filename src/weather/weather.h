@@ -88,14 +88,14 @@ class WTH_Weather final : public Object, public DesignWeather, public Simulation
   Ptr<Database> GetDBHandle() const { return database_; }
   void SetDBHandle(Ptr<Database> DB) { database_ = std::move(DB); }
 
-  /// What the files lack reads as zeros; a city's name is the index row's where its file is empty. Error
+  /// What the files lack reads as zeros. Where a file is empty, the city's name is that of the index row. Error
   /// `NoCurrentRecord` for a table without its row.
   void Load();
   /// Design weather, simulation weather, then the changed flags of every system, plant and building: each in a
   /// transaction of its own, so that a failure leaves the steps before it done. Error `NoCurrentRecord` for a table
   /// without its row.
   void Save();
-  /// The same database handle and weather; the files are the client's to name.
+  /// A copy with the same database handle and weather, but without file names: the client sets those.
   Ptr<WTH_Weather> Clone() const;
 
   /// Adds the column Description of a table, by ID, to the list of source codes. All of it, or nothing.

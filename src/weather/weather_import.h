@@ -21,12 +21,12 @@ struct ImportedWeather {
 /// line; the year stays as it was.
 ImportedWeather import_weather(HW1ReaderWriter& year, const std::string& path);
 
-/// The same of a text; errors have no file. Temperatures to F, solar to Btu/(hr.ft2), humidity from dew point and
+/// The same for a text; errors name no file. Temperatures to F, solar to Btu/(hr.ft2), humidity from dew point and
 /// pressure; design conditions are those of the file, or come from its hours.
 ImportedWeather import_weather_text(HW1ReaderWriter& year, std::string_view text);
 
 class WTH_Weather;
-/// Makes a year the simulation weather: its site, and the hours that it tells; what engines compute from them is zero.
+/// Makes a year the simulation weather: its site and its hours. What engines compute from them is set to zero.
 void use_as_simulation(WTH_Weather& weather, const HW1ReaderWriter& year, const ImportedWeather& imported);
 
 }  // namespace tarn

@@ -1,4 +1,4 @@
-// What a modeller wants to know of a year of hourly weather: its statistics by month, and what cannot be right in it.
+// What a modeller wants to know of a year of hourly weather: its statistics by month, and which hours are implausible.
 #pragma once
 
 #include <string>

@@ -103,7 +103,7 @@ TEST_F(EnvelopeTest, PreferencesAreElevenBytesAndUnknownCodesBecomeZero) {
   EXPECT_EQ(preferences->EnergyStandardCode.raw, 5);
   EXPECT_EQ(preferences->LeedVersionCode.raw, 0);
   ASSERT_EQ(log.messages.size(), 2U);
-  EXPECT_NE(log.messages[0].find("holds VentStandardCode 7, which is no such code"), std::string::npos);
+  EXPECT_NE(log.messages[0].find("holds VentStandardCode 7, which is not a known code"), std::string::npos);
 }
 
 TEST(Preferences, EveryCodeHasItsText) {

@@ -301,7 +301,7 @@ TEST_F(ChillerTest, AnImportedMapIsThatOfAConversionByHandAndSaysWhatItLeft) {
 }
 
 TEST_F(ChillerTest, WhatIsNoMapIsRefusedAndTheChillerStays) {
-  const std::string none = " is no chiller in the JSON form of ASHRAE 205: ", leaving = kLeaving, air = kAir;
+  const std::string none = " is not a chiller in the JSON form of ASHRAE 205: ", leaving = kLeaving, air = kAir;
   const Json good = text_of(kAirCooled);
   const auto with = [&](const std::string& pointer, const Json& value) {
     Json text = good;
@@ -331,16 +331,16 @@ TEST_F(ChillerTest, WhatIsNoMapIsRefusedAndTheChillerStays) {
             {with(lookup + "operation_state", Json::array({"NORMAL"})),
              ": operation_state has 1 values, where its grid has 12."},
             {with("/metadata/data_model", "OTHER"), ": its data model is \"OTHER\", not ASHRAE_205."},
-            {with(grid + kAir, {300, 300, 315}), ": the values of " + air + " do not ascend."},
-            {with(grid + kLeaving, Json::array()), ": the values of " + leaving + " do not ascend."},
+            {with(grid + kAir, {300, 300, 315}), ": the values of " + air + " are not in ascending order."},
+            {with(grid + kLeaving, Json::array()), ": the values of " + leaving + " are not in ascending order."},
             {with(grid + kLeaving, {280, 284}),
-             ": its " + leaving + " goes from 44.33 to 51.53 F, which leaves out the 44 F that are needed."},
+             ": its " + leaving + " goes from 44.33 to 51.53 F, which does not reach the 44 F that is needed."},
             {with(grid + kLeaving, {270, 279}),
-             ": its " + leaving + " goes from 26.33 to 42.53 F, which leaves out the 44 F that are needed."},
+             ": its " + leaving + " goes from 26.33 to 42.53 F, which does not reach the 44 F that is needed."},
             {with(grid + kAir, {290, 300, 308}),
-             ": its " + air + " goes from 62.33 to 94.73 F, which leaves out the 95 F that are needed."},
-            {with(grid + kStage, {1, 70000}), ": compressor_sequence_number 70000 is no stage."},
-            {with(lookup + "input_power/3", 1e300), ": input_power of 6.97222e+299 W is no value."}};
+             ": its " + air + " goes from 62.33 to 94.73 F, which does not reach the 95 F that is needed."},
+            {with(grid + kStage, {1, 70000}), ": compressor_sequence_number 70000 is not a stage number."},
+            {with(lookup + "input_power/3", 1e300), ": input_power of 6.97222e+299 W is not a possible value."}};
   const std::string path = folder / "map.json";
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);

@@ -194,7 +194,7 @@ TEST_F(PlantFileTest, AFileCutAtAnyByteIsWholeOrAnError) {
   EXPECT_EQ(whole, std::vector<size_t>(std::rbegin(kEnds), std::rend(kEnds)));
 }
 
-TEST_F(PlantFileTest, CountsOutOfSenseAreRefused) {
+TEST_F(PlantFileTest, ImplausibleCountsAreRefused) {
   auto plant = new_plant("P");
   plant->Save(CCM_ALL);
   const std::string good = test::bytes_of(plant->FileName());
@@ -203,13 +203,13 @@ TEST_F(PlantFileTest, CountsOutOfSenseAreRefused) {
     size_t at;
     int16_t value;
     const char* says;
-  } cases[]{{36, 71, "71 outputs, where 0 to 70"},
+  } cases[]{{36, 71, "71 outputs; allowed are 0 to 70"},
             {36, -1, "-1 outputs"},
-            {178, 251, "251 systems, where 0 to 250"},
+            {178, 251, "251 systems; allowed are 0 to 250"},
             {178, -1, "-1 systems"},
-            {lists, 51, "51 pieces in CoolingEqpt, where 0 to 50"},
+            {lists, 51, "51 pieces in CoolingEqpt; allowed are 0 to 50"},
             {lists + 2 * 602, -1, "-1 pieces in HeatRecEqpt"},
-            {loops + 2, 14, "14 pumps in ChilledWaterPrimaryLoop, where 0 to 13"},
+            {loops + 2, 14, "14 pumps in ChilledWaterPrimaryLoop; allowed are 0 to 13"},
             {loops + 7 * 294 + 2, -1, "-1 pumps in SourceWaterLoop"}};
   for (const auto& c : cases) {
     std::string bytes = good;

@@ -113,8 +113,8 @@ TEST_F(DatabaseTest, FilesThatAreNoIndexDatabaseAreRefusedByWhatTheyAre) {
     const char* says;
   } cases[]{{std::string("\0\1\0\0Standard Jet DB\0", 20), 3343, "older engine (Jet"},
             {std::string("\0\1\0\0Standard ACE DB\0", 20), 3343, "older engine (ACE"},
-            {"a text file, not a database", 3343, "no index database"},
-            {"", 3343, "no index database"},
+            {"a text file, not a database", 3343, "is not an index database"},
+            {"", 3343, "is not an index database"},
             {"SQLite format 3" + std::string(4000, '\7'), 3343, "damaged"}};
   for (const auto& c : cases) {
     const std::string path = folder / "X.MDB";

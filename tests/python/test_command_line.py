@@ -175,7 +175,7 @@ class TestCommandLine(unittest.TestCase):
         self.tarn("air-systems", "new", "--type", "VAV")
         run = self.tarn("weather", "import", str(year))
         self.assertIn("every system, plant and building is stale", run.stdout)
-        self.assertIn("no design conditions that can be read", run.stderr)
+        self.assertIn("no readable design conditions", run.stderr)
         info = json.loads(self.tarn("project", "info", "--json").stdout)
         self.assertEqual(info["stale"], {"air systems to size again": 1, "air systems to simulate again": 1})
         self.assertEqual([info["files"][f"MALL{name}.DAT"] for name in ("HW1", "WTD", "WTA")], [70272, 86494, 2595219])

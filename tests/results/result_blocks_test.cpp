@@ -18,7 +18,7 @@ std::vector<std::string_view> block_classes() {
 
 Ptr<ResultBlock> made(std::string_view name) { return std::dynamic_pointer_cast<ResultBlock>(create(name)); }
 
-/// Fills a block's memory with bytes that are no two alike nearby.
+/// Fills a block's memory with bytes of which no two close to each other are alike.
 void fill(ResultBlock& block, int seed = 1) {
   ResultBlock::Spans spans;
   block.add_spans(spans);

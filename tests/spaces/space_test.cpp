@@ -215,7 +215,7 @@ TEST_F(SpaceTest, AWallThatTakesAFreedIndexIsInheritedByNobody) {
             std::vector<std::string>{"Space 1, Wall(2).WallType: Wall 2 was deleted; the reference is cleared."});
   clone->Save();
   EXPECT_EQ(count("Space_Wall_Links WHERE Space_ID = 2"), 1);
-  // A delete that is rolled back never was.
+  // A delete that is rolled back does not count.
   {
     Transaction undone;
     project.NewWall()->Delete(1);

@@ -48,7 +48,7 @@ TEST_F(BadInputTest, IsNamedAndNothingIsLost) {
          window->Save();
        },
        ErrorNumber::DeviceError, "the disk is full"},
-      {"file that is no database",
+      {"file that is not a database",
        [&] {
          test::write_bytes(folder / "X.MDB", "text");
          Database::open(folder / "X.MDB");
