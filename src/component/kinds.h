@@ -21,7 +21,7 @@ struct EntityKind {
                                                                   // types
   void (*standard)(StoredEntity&) = nullptr;  // fills the default of a new project from what the product ships; null
                                               // where the table of default records has it, or none is kept
-  /// Fills a new one from a file of another program, and returns what was not carried over.
+  /// Fills a new one from a file of another program, and returns what a person should know of the result, a line each.
   std::vector<std::string> (*import_file)(StoredEntity&, const std::string& path) = nullptr;
   void (*derive)(Object&) = nullptr;         // what follows inside a part, after an edit of it
   void (*compute)(StoredEntity&) = nullptr;  // what follows from the inputs, after an edit
