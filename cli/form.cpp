@@ -76,11 +76,12 @@ std::string array_text(Database& database, Object& owner, const Member& field) {
   return line;
 }
 
-void add_field(Rows& rows, Database& database, Object& owner, const Member& field) {
+void add_field(Rows& rows, Database& database, Object& owner, const Member& field, const UnitOf& unit_of) {
   const std::string text = !field.indexed()          ? element_text(database, owner, field, {})
                            : field.refers_to.empty() ? array_text(database, owner, field)
                                                      : references_text(database, owner, field);
-  rows.push_back({std::string(field.name), text, std::string(field.unit)});
+  const std::string_view unit = unit_of ? unit_of(field) : "";
+  rows.push_back({std::string(field.name), text, std::string(unit.empty() ? field.unit : unit)});
 }
 
 }  // namespace
@@ -99,10 +100,10 @@ bool is_blank(Object& part) {
   return blank;
 }
 
-void show_fields(Database& database, Object& object) {
+void show_fields(Database& database, Object& object, const UnitOf& unit_of) {
   Rows rows;
   for (const Member& member : object.info().members) {
-    if (member.stored()) add_field(rows, database, object, member);
+    if (member.stored()) add_field(rows, database, object, member, unit_of);
   }
   if (!rows.empty()) print_table({"property", "value", "unit"}, rows);
 }

@@ -253,15 +253,16 @@ int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::s
   return kClean;
 }
 
-/// A new entity from a file of another program; what had no place is told.
+/// A new entity from a file of another program, with what a person should know of it.
 int import_one(const Call& call, StoredEntity& entity, const EntityKind& kind) {
   if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
-  const std::vector<std::string> left = file_import_of(kind)(entity, call.words.front());
-  if (!call.json) {
-    for (const std::string& note : left) std::cerr << "not carried over: " << note << '\n';
-  }
+  const std::vector<std::string> notes = file_import_of(kind)(entity, call.words.front());
   edit(entity, kind, {call.words.begin() + 1, call.words.end()});
-  return saved(call, entity, kind, "made from " + call.words.front(), {{"not_carried_over", left}});
+  const int code = saved(call, entity, kind, "made from " + call.words.front(), {{"notes", notes}});
+  if (!call.json) {
+    for (const std::string& note : notes) std::cerr << note << '\n';
+  }
+  return code;
 }
 
 }  // namespace

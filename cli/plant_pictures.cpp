@@ -6,6 +6,7 @@
 #include "cli/form.h"
 #include "cli/pictures.h"
 #include "plant/chiller.h"
+#include "plant/chiller_map.h"
 #include "plant/plant.h"
 #include "reflect/json.h"
 
@@ -20,7 +21,7 @@ Json real(float value) { return to_json(Value(value)); }
 
 // ---- chillers
 
-void show_map(const CHL_OperatingMode& mode, const char* what, const Array<R4, kMapRows, kMapColumns>& values) {
+void show_map(const CHL_OperatingMode& mode, const std::string& what, const Array<R4, kMapRows, kMapColumns>& values) {
   const int rows = std::clamp<int>(mode.NumRows(), 0, kMapRows),
             columns = std::clamp<int>(mode.NumColumns(), 0, kMapColumns);
   if (rows == 0 || columns == 0) return;
@@ -94,7 +95,8 @@ void show_loops(Database& database, PLT_Details& details) {
 
 void show_chiller(Database& database, StoredEntity& entity) {
   auto& chiller = dynamic_cast<CHL_Chiller&>(entity);
-  show_fields(database, chiller);
+  show_fields(database, chiller,
+              [&](const Member& field) { return field.name == "IPLV" ? iplv_unit(chiller) : std::string_view(); });
   for (CHL_OperatingMode* mode : {&chiller.CoolingMode, &chiller.HeatRecoveryMode, &chiller.HeatingMode}) {
     std::cout << '\n' << mode->Name();
     if (is_blank(*mode)) {
@@ -102,9 +104,14 @@ void show_chiller(Database& database, StoredEntity& entity) {
       continue;
     }
     std::cout << '\n';
-    show_fields(database, *mode);
-    show_map(*mode, "capacity", mode->MapCapacity);
-    show_map(*mode, "power", mode->MapPower);
+    const ModeUnits units = units_of(chiller, *mode);
+    show_fields(database, *mode, [&units](const Member& field) -> std::string_view {
+      if (field.name == "FLPower") return units.power;
+      if (field.name.starts_with("MapPower")) return units.map_power;
+      return field.name.ends_with("Capacity") || field.name == "MapCapacityArray" ? units.capacity : "";
+    });
+    show_map(*mode, "capacity, " + std::string(units.capacity), mode->MapCapacity);
+    show_map(*mode, "power, " + std::string(units.map_power), mode->MapPower);
   }
 }
 

@@ -74,6 +74,7 @@ _SIGNATURES = {
     "set_log": (None, [Log, ctypes.c_void_p]),
     "set_yield": (None, [Yield, ctypes.c_void_p]),
     "shipped_file": (_text, [_text]),
+    "import_chiller": (_int, [_object, _text, ctypes.POINTER(_text)]),
     "create_index": (_int, [_text]),
     "open_database": (_int, [_text, ctypes.POINTER(_object)]),
     "execute": (_int, [_object, _text, ValuePointer, _int, _ints]),

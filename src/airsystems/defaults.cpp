@@ -158,16 +158,24 @@ void set_curves(Component& to, const Holder& from) {
 }
 
 template <typename Component>
-void set_cooling_curves(Component& to) {
-  const ACDX_Coeff_Holder_Clg from;
+void set_cooling_curves(Component& to, const ACDX_Coeff_Holder_Clg& from) {
   set_curves(to, from);
   to.LowTempCapMult = from.LowTempCapMult;
   to.LowTempPowMult = from.LowTempPowMult;
 }
 
-/// Sets the curves where the source is direct expansion (codes 1 and 2, for heating and cooling alike); elsewhere the
-/// coefficients stay zero.
-bool is_direct_expansion(const Code<AS_HeatCoolSourceTypes>& source) { return source.raw == 1 || source.raw == 2; }
+// Sources of direct expansion have the same codes in both roles; elsewhere the coefficients stay zero.
+constexpr int16_t kAirSource = 1, kWaterSource = 2;
+bool is_direct_expansion(const Code<AS_HeatCoolSourceTypes>& source) {
+  return source.raw == kAirSource || source.raw == kWaterSource;
+}
+
+/// The curves of an air-source unit, or of the type's water-source one.
+template <typename Holder>
+Holder curves_of(const Code<AS_HeatCoolSourceTypes>& source, int16_t system_type) {
+  const auto rating = water_rating(system_type);
+  return source.raw == kWaterSource && rating ? Holder(*rating) : Holder();
+}
 
 }  // namespace
 
@@ -178,12 +186,12 @@ void AS_SystemDefaults::shared_steps(size_t operation, Object& component) const 
   if (name == "CoolSys" || name == "HeatSys" || name == "PreHeat" || name == "PreCool" || name == "VentRec")
     set(component, "Schedule=*true");
   if (auto* cooling = dynamic_cast<AS_CoolData*>(&component); cooling && is_direct_expansion(cooling->Source))
-    set_cooling_curves(*cooling);
+    set_cooling_curves(*cooling, curves_of<ACDX_Coeff_Holder_Clg>(cooling->Source, defaults_.system_type));
   if (auto* coil = dynamic_cast<AS_CoilData*>(&component);
       coil && name == "PreCool" && is_direct_expansion(coil->Source))
-    set_cooling_curves(*coil);
+    set_cooling_curves(*coil, curves_of<ACDX_Coeff_Holder_Clg>(coil->Source, defaults_.system_type));
   if (auto* heating = dynamic_cast<AS_HeatData*>(&component); heating && is_direct_expansion(heating->Source)) {
-    const ACDX_Coeff_Holder_Htg from;
+    const auto from = curves_of<ACDX_Coeff_Holder_Htg>(heating->Source, defaults_.system_type);
     set_curves(*heating, from);
     heating->Cap2Coeff = from.Cap2Coeff;
     heating->CapCFM2Coeff = from.CapCFM2Coeff;

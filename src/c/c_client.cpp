@@ -4,6 +4,8 @@
 
 #include "base/log.h"
 #include "c/c_support.h"
+#include "exchange/chiller_import.h"
+#include "plant/chiller.h"
 #include "platform/binary_file.h"
 #include "platform/database.h"
 #include "platform/host.h"
@@ -48,6 +50,10 @@ thread_local CallbackLog callback_log;
 std::string& shipped_path() {
   thread_local std::string path;
   return path;
+}
+std::string& import_notes() {
+  thread_local std::string notes;
+  return notes;
 }
 
 }  // namespace
@@ -115,6 +121,17 @@ const char* tarn_shipped_file(const char* name) {
   std::string& path = shipped_path();
   const tarn_status status = guarded(thread_error, [&] { path = shipped_file(required_text(name)); });
   return status == TARN_OK ? path.c_str() : nullptr;
+}
+
+tarn_status tarn_import_chiller(tarn_object* chiller, const char* path, const char** notes) {
+  return on_object(chiller, [&](HandleSlot& slot) {
+    auto* object = dynamic_cast<CHL_Chiller*>(slot.fast);
+    if (!object) bad_argument("The object is no chiller.");
+    std::string& all = import_notes();
+    all.clear();
+    for (const std::string& note : import_chiller(*object, required_text(path))) all += note + '\n';
+    if (notes) *notes = all.c_str();
+  });
 }
 
 tarn_status tarn_create_index(const char* path) {

@@ -138,6 +138,12 @@ TARN_API void tarn_set_yield(tarn_yield yield, void* context);
  * default plant. NULL where it is not found; the error says where it was looked for. Valid until the next call. */
 TARN_API const char* tarn_shipped_file(const char* name);
 
+/* Fills a CHL_Chiller from the performance map of a file in the JSON form of ASHRAE 205 (RS0001); it is not saved yet.
+ * `notes`, which may be null, receives what a person should know of the result: full load and IPLV beside the stated
+ * rating, and what was not carried over; a line each, ended by '\n'. Valid until the next call. After an error the
+ * chiller is as it was. */
+TARN_API tarn_status tarn_import_chiller(tarn_object* chiller, const char* path, const char** notes);
+
 /* Makes a new index database with every table, which a client does first; an existing file is refused. */
 TARN_API tarn_status tarn_create_index(const char* path);
 /* The shared handle of an existing index database, for SetDBHandle. */

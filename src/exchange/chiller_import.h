@@ -8,11 +8,11 @@ namespace tarn {
 
 class CHL_Chiller;
 
-/// Fills the cooling mode of a chiller, and whatever else the file tells, from a file. Returns what was not carried
-/// over, one line for each. Rows of the map are entering temperatures of the condenser, columns the stages of
-/// unloading, at 44 F leaving water; full load is at 95 F air or 85 F water. Tons and kW. Errors `FileNotFound`, and
-/// `UnknownFormat` for another representation, a map that lacks a variable or does not reach these temperatures; the
-/// chiller stays as it was.
+/// Fills the cooling mode of a chiller, and what else the file tells; returns what a person should know of the result,
+/// a line each: full load and IPLV with their distance from the stated rating, the correction for other leaving water,
+/// and in one line all that was not carried over. Rows of the map are entering temperatures of the condenser, columns
+/// the compressor's stages, at 44 F leaving water; full load is at 95 F air or 85 F water. Tons and kW. Errors
+/// `FileNotFound`, and `UnknownFormat` for a file that is no such map; the chiller stays as it was.
 std::vector<std::string> import_chiller(CHL_Chiller& chiller, const std::string& path);
 
 }  // namespace tarn

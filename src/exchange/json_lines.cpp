@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <vector>
 
 #include "base/error.h"
@@ -98,7 +99,7 @@ struct Checker : nlohmann::json_sax<Json> {
 
   static constexpr size_t kDeepest = 32;
   const LineCounter& counter;
-  std::vector<std::vector<std::string>> keys;  // of each open object or array
+  std::vector<std::set<std::string>> keys;  // of each open object or array
   std::string wrong;
 
   bool refuse(size_t line, const std::string& what) {
@@ -129,10 +130,8 @@ struct Checker : nlohmann::json_sax<Json> {
   bool key(string_t& name) override {
     std::string folded = name;
     for (char& c : folded) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
-    auto& seen = keys.back();
-    if (std::find(seen.begin(), seen.end(), folded) != seen.end())
+    if (!keys.back().insert(std::move(folded)).second)
       return refuse(counter.line, "the key \"" + name + "\" appears twice.");
-    seen.push_back(std::move(folded));
     return true;
   }
   bool parse_error(size_t, const std::string&, const nlohmann::detail::exception& error) override {

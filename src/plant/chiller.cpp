@@ -9,12 +9,13 @@ const ClassInfo& CHL_OperatingMode::info() const {
   using C = CHL_OperatingMode;
   static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::FLLeavingWaterTemp>("F"), property<&R::FLEnteringTemp>("F"),
-      property<&R::FLCapacity>, property<&R::FLPower>, property<&R::FLPowerUnits>, property<&R::EvapFlow>,
-      property<&R::EvapFlowUnits>, property<&R::CondFlow>, property<&R::CondFlowUnits>,
+      property<&R::FLCapacity>("tons or MBH"), property<&R::FLPower>("kW or MBH"), property<&R::FLPowerUnits>,
+      property<&R::EvapFlow>, property<&R::EvapFlowUnits>, property<&R::CondFlow>, property<&R::CondFlowUnits>,
       converted<&R::NumRows, &C::NumRows, &C::SetNumRows>, converted<&R::NumColumns, &C::NumColumns, &C::SetNumColumns>,
       property<&R::ColumnDataType>, property<&R::MapRowHeading>("F"), property<&R::MapColumnHeading>,
-      property<&R::MapCapacity>, property<&R::MapPower>, another<&R::MapCapacity>.named("MapCapacityArray"),
-      another<&R::MapPower>.named("MapPowerArray"), property<&R::TempPwrCoeffA>("1/F"),
+      property<&R::MapCapacity>("tons or MBH"), property<&R::MapPower>("kW or MBH"),
+      another<&R::MapCapacity>("tons or MBH").named("MapCapacityArray"),
+      another<&R::MapPower>("kW or MBH").named("MapPowerArray"), property<&R::TempPwrCoeffA>("1/F"),
       property<&R::TempPwrCoeffB>("1/F2"), property<&R::TempCapCoeffA>("1/F"), property<&R::TempCapCoeffB>("1/F2"),
       property<&C::Name>);
   static const ClassInfo info(members);
@@ -74,9 +75,9 @@ const ClassInfo& CHL_Chiller::info() const {
       property<&R::EngineEff>, property<&R::AvgOperatingLoss>("%"), property<&R::UnitElectric>("kW/ton"),
       property<&R::SteamHeatContent>("Btu/lb"), property<&R::MinECWT>("F"), property<&R::MinUnloading>("%"),
       property<&R::HotGasBypass>, property<&R::DXFreeCooling>, property<&R::DXFCUOM>, property<&R::HeatRecoveryMethod>,
-      property<&R::MaxHeatRecovery>("%"), property<&R::IPLV>, owned<&C::CoolingMode>, owned<&C::HeatRecoveryMode>,
-      owned<&C::HeatingMode>, property<&R::DXFCDeltaT>("F"), property<&R::DXFCCapacity>, property<&R::DXFCPower>,
-      method<&C::CreateDefaultByType>("nChillerType", "sDefaultsFile"),
+      property<&R::MaxHeatRecovery>("%"), property<&R::IPLV>("kW/ton or MBH/ton"), owned<&C::CoolingMode>,
+      owned<&C::HeatRecoveryMode>, owned<&C::HeatingMode>, property<&R::DXFCDeltaT>("F"), property<&R::DXFCCapacity>,
+      property<&R::DXFCPower>, method<&C::CreateDefaultByType>("nChillerType", "sDefaultsFile"),
       method<&C::GetDXFCDefaults>("DXFCOption", "UOM", "DeltaT", "Power", "Capacity"), property<&C::Index>,
       property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>, method<&C::Reset>("bResetAll"),
       method<&C::Clone>("nIndex"), method<&C::CopyInstance>, method<&C::GetFreeIndex>, method<&C::Delete>("nRecNum"),

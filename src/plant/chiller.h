@@ -11,8 +11,9 @@ namespace tarn {
 
 constexpr int kMapRows = 10, kMapColumns = 20;
 
-/// The map's rows are entering temperatures of the condenser. Power of a chiller that burns fuel or takes heat is in
-/// MBH where that of an electric one is in kW.
+/// Capacities are in tons when cooling and MBH when heating; power is in kW, or in MBH for a chiller that burns fuel or
+/// takes heat, and per unit of capacity where its code says so (`units_of`). The map's rows are entering temperatures
+/// of the condenser.
 struct OperatingModeRecord {
   R4 FLLeavingWaterTemp, FLEnteringTemp;  // F
   R4 FLCapacity;                          // tons when cooling, MBH when heating

@@ -120,7 +120,8 @@ template <>
 inline constexpr std::span<const Label> labels<CHL_HeatRecMethods> = kHeatRecMethodsLabels;
 
 enum class CHL_InputPower : int16_t { InputPower_Relative = 0, InputPower_Absolute = 1 };
-inline constexpr Label kInputPowerLabels[]{{0, "InputPower_Relative", "kW/ton"}, {1, "InputPower_Absolute", "kW"}};
+inline constexpr Label kInputPowerLabels[]{{0, "InputPower_Relative", "per ton"},
+                                           {1, "InputPower_Absolute", "absolute"}};
 template <>
 inline constexpr std::span<const Label> labels<CHL_InputPower> = kInputPowerLabels;
 

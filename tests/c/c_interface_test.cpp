@@ -48,6 +48,19 @@ TEST(CInterface, GetsLetsAndCallsByNameAndNumber) {
   EXPECT_EQ(tarn_release(copy.as.object), TARN_OK);
 }
 
+TEST(CInterface, ChillerMapsGoIntoChillersAlone) {
+  Handle chiller("CHL_Chiller"), window("WIN_Window");
+  const char* notes = "as before";
+  EXPECT_EQ(tarn_import_chiller(nullptr, "none", &notes), TARN_BAD_HANDLE);
+  EXPECT_EQ(tarn_import_chiller(window.object, "none", &notes), TARN_BAD_ARGUMENT);
+  EXPECT_EQ(tarn_import_chiller(chiller.object, nullptr, &notes), TARN_BAD_ARGUMENT);
+  EXPECT_EQ(tarn_import_chiller(chiller.object, "none", nullptr), TARN_ERROR);
+  const char* description = nullptr;
+  EXPECT_EQ(tarn_last_error(chiller.object, nullptr, &description), 53);
+  EXPECT_STREQ(description, "Cannot read none.");
+  EXPECT_STREQ(notes, "as before");
+}
+
 TEST(CInterface, FilesByNumber) {
   test::TempFolder folder;
   const std::string path = folder / "blocks";

@@ -18,6 +18,7 @@ import tarn
 TARN = os.environ["TARN_CLI"]
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 EXAMPLES = ROOT / "examples"
+CHILLER = ROOT.parent / "shared" / "data" / "ASHRAE90-1-2022-AppJ-Curve-Set-A.RS0001.a205.json"
 GOLDEN = ROOT.parent / "shared" / "data" / "USA_CO_Golden-NREL.724666_TMY3-noleapday.epw"
 
 
@@ -113,6 +114,33 @@ class TestCommandLine(unittest.TestCase):
                 self.assertIn(says, self.tarn("air-systems", *words, code=2).stderr)
         self.tarn("air-systems", "delete", "1")
         self.assertFalse((self.at / "MALLA01.DAT").exists())
+
+    def test_a_published_chiller_map(self):
+        if not CHILLER.exists():
+            (self.fail if os.environ.get("CI") == "true" else self.skipTest)(f"the published chiller map is not at {CHILLER}")
+        run = self.tarn("chillers", "import", str(CHILLER))
+        # The description states 2.96 COP and 4.02 IPLV; its highest stage gives half of the 150 tons of its range.
+        for line in (r"\AFull load by the map: 75\.0 tons, 89\.3 kW, COP 2\.954; the stated COP is 2\.96 \(map -0\.2 %\)\.\n",
+                     r"\nIPLV: 0\.8748 kW/ton, from the description: 4\.02; the map gives a COP of 4\.0\d\d \([+-]0\.[0-4] %\)\.\n",
+                     r"\nOther leaving water, 36 to 70 F: .* within 0\.\d % of the map's capacity and [01]\.\d % of its power\.\n",
+                     r"\nNot carried over: [^\n]*ambient_pressure \(held at 101325\)[^\n]*\.\n\Z"):
+            self.assertRegex(run.stderr, line)
+        (self.at / "sorted.json").write_text(json.dumps(json.loads(CHILLER.read_text()), sort_keys=True))
+        made = json.loads(self.tarn("chillers", "import", str(self.at / "sorted.json"), "--json").stdout)
+        self.assertEqual(made["notes"], run.stderr.splitlines())
+        first, second = (json.loads(self.tarn("chillers", "show", index, "--json").stdout) for index in "12")
+        self.assertEqual({**first, "index": 2}, second)
+        self.assertEqual(first["Name"], "Appendix J curve set 'A'")
+
+    def test_units_of_chillers_follow_their_energy(self):
+        for kind, units in (("1", ("kW", "kW/ton")), ("6", ("MBH", "MBH/ton"))):
+            self.tarn("chillers", "new", "--type", kind)
+            shown = self.tarn("chillers", "show", "1").stdout
+            for line in (rf"IPLV +[\d.]+ +{units[1]} *\n", r"FLCapacity +\d+ +tons *\n", rf"FLPower +[\d.]+ +{units[0]} *\n",
+                         rf"MapPower +.* {units[0]} *\n", rf"\npower, {units[0]}\n", r"\ncapacity, tons\n"):
+                self.assertRegex(shown, line)
+            self.assertEqual(re.search(r"\bkW\b(?!/ton)", shown) is None, kind == "6")
+            self.tarn("chillers", "delete", "1")
 
     def test_plants_and_their_equipment(self):
         self.tarn("chillers", "new", "--type", "water_cooled_packaged_screw")

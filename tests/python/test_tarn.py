@@ -1,6 +1,7 @@
 """The Python package: what a client sees, against the built library."""
 
 import itertools
+import json
 import os
 import pathlib
 import tempfile
@@ -310,6 +311,29 @@ class TestObjects(ProjectCase):
             loop.NumPumps = -1
         with self.assertRaisesRegex(tarn.Error, "no.dat"):
             tarn.shipped_file("no.dat")
+
+    def test_chiller_maps_are_imported(self):
+        grid = {"evaporator_liquid_leaving_temperature": [275, 285], "condenser_liquid_entering_temperature": [290, 310],
+                "compressor_sequence_number": [1, 2]}
+        values = {"net_evaporator_capacity": [175842.642, 351685.284] * 4, "input_power": [30000, 60000] * 4}
+        text = {"metadata": {"schema": "RS0001", "description": "Even"}, "performance":
+                {"performance_map_cooling": {"grid_variables": grid, "lookup_variables": values}}}
+        path = pathlib.Path(self.folder.name) / "map.json"
+        path.write_text(json.dumps(text))
+        chiller = self.project.NewChiller()
+        notes = tarn.import_chiller(chiller, path)
+        self.assertEqual(notes[0], "Full load by the map: 100.0 tons, 60.0 kW, COP 5.861.")
+        self.assertTrue(notes[-1].startswith("Not carried over: ") and len(notes) == 4, notes)
+        chiller.Save()
+        self.assertEqual((chiller.Index, chiller.Name.strip()), (1, "Even"))
+        self.assertAlmostEqual(chiller.CoolingMode.MapPower[2, 1], 30, 5)
+        path.write_text("[" * 1000)
+        for wrong, says in ((path, "line 1: the text nests deeper than 32 levels."), ("none.json", "Cannot read none.json.")):
+            with self.assertRaisesRegex(tarn.Error, says):
+                tarn.import_chiller(chiller, wrong)
+        with self.assertRaisesRegex(tarn.Error, "The object is no chiller."):
+            tarn.import_chiller(self.project.NewWindow(), path)
+        self.assertEqual(chiller.Name.strip(), "Even")
 
     def test_describes_itself(self):
         self.assertIn("WIN_Window", tarn.classes())

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "plant/chiller.h"
+#include "plant/chiller_map.h"
 #include "plant/plant.h"
 #include "reflect/json.h"
 
@@ -80,8 +81,6 @@ std::unique_ptr<CHL_Chiller> chiller_of(const Json& row) {
   chiller->MinECWT = number("min_entering_condenser_F");
   chiller->MinUnloading = number("min_unloading_percent");
   chiller->DXFCUOM = CHL_DXFCUOM::DXFC_UOM_Relative;
-  chiller->IPLV = static_cast<float>(unit / number("iplv_cop"));
-
   CHL_OperatingMode& mode = chiller->CoolingMode;
   mode.FLLeavingWaterTemp = 44;
   mode.FLEnteringTemp = air ? 95.0F : 85.0F;
@@ -92,6 +91,9 @@ std::unique_ptr<CHL_Chiller> chiller_of(const Json& row) {
   mode.CondFlow = number("condenser_gpm_per_ton");
   mode.EvapFlowUnits = mode.CondFlowUnits = static_cast<COM_FlowUOM>(1);  // gpm/ton
   fill_map(mode, row);
+  const auto part_load = integrated_part_load(mode, CHL_SourceFluids{chiller->SourceFluid}, chiller->MinECWT);
+  if (!part_load) fail(ErrorNumber::InvalidCall, "The map does not reach the temperatures of its part-load value.");
+  chiller->IPLV = static_cast<float>(*part_load);
   return chiller;
 }
 
