@@ -69,7 +69,8 @@ void start_chiller(StoredEntity& entity, std::string_view type) {
 }
 
 void standard_chiller(StoredEntity& entity) {
-  dynamic_cast<CHL_Chiller&>(entity).CreateDefaultByType(1, shipped_file("chillers.dat"));
+  constexpr auto kType = static_cast<int16_t>(CHL_ChillerTypes::CT_WATER_COOLED_CENTRIFUGAL);
+  dynamic_cast<CHL_Chiller&>(entity).CreateDefaultByType(kType, shipped_file("chillers.dat"));
 }
 
 template <typename C, std::vector<std::string> (*Import)(C&, const std::string&)>

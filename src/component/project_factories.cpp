@@ -48,10 +48,12 @@ template <char Code>
 Setting file_prefix() {
   return {"FilePrefix", [](const Project& project) { return std::vector<Value>{project.CreateFilePrefix({Code})}; }};
 }
-template <int16_t Type>
+template <URT_RateTypes Type>
 Setting rate_type() {
   // In place: clang 14 takes a parameter that is 0 for a null pointer, and makes an empty list of it.
-  return {"RateType", [](const Project&) { return std::vector<Value>{Value(std::in_place_type<int16_t>, Type)}; }};
+  return {"RateType", [](const Project&) {
+            return std::vector<Value>{Value(std::in_place_type<int16_t>, static_cast<int16_t>(Type))};
+          }};
 }
 
 const Setting kWorkPath = take<&Project::WorkPath>("WorkPath");
@@ -71,8 +73,14 @@ const FactoryRow kFactories[]{
     {"NewChiller", "CHL_Chiller", true, {take<&Project::ChillerFilename>("FileName")}},
     {"NewCoolingTower", "TWR_CoolingTower", true, {take<&Project::TowerFilename>("FileName")}},
     {"NewDoor", "DOR_Door", true, {take<&Project::DoorFilename>("FileName")}},
-    {"NewElectricRate", "URT_UtilityRate", true, {take<&Project::ElecRateFilename>("FileName"), rate_type<0>()}},
-    {"NewFuelRate", "URT_UtilityRate", true, {take<&Project::FuelRateFilename>("FileName"), rate_type<1>()}},
+    {"NewElectricRate",
+     "URT_UtilityRate",
+     true,
+     {take<&Project::ElecRateFilename>("FileName"), rate_type<URT_RateTypes::TD_ELECTRIC>()}},
+    {"NewFuelRate",
+     "URT_UtilityRate",
+     true,
+     {take<&Project::FuelRateFilename>("FileName"), rate_type<URT_RateTypes::TD_FUEL>()}},
     {"NewPlant",
      "PLT_Plant",
      true,
