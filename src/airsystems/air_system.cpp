@@ -227,7 +227,9 @@ bool AS_AirSystem::reheats(Source source) const {
   return is(zone_schedule_.ReheatSource, source) && std::any_of(zones_.begin(), zones_.end(), has_coil);
 }
 bool AS_AirSystem::heats_zones(Source source) const {
-  const auto has_unit = [](const Zone& zone) { return zone.data->HeatUnitType.raw != 0; };
+  const auto has_unit = [](const Zone& zone) {
+    return zone.data->HeatUnitType != AS_SupplementalHeatUnitTypes::NotUsed;
+  };
   return is(zone_schedule_.HeatingSource, source) && std::any_of(zones_.begin(), zones_.end(), has_unit);
 }
 bool AS_AirSystem::heats_anywhere(Source source) const {
@@ -242,19 +244,17 @@ bool AS_AirSystem::IsCWUsedPrecooling() const {
   return precool_coil_.Used && is(precool_coil_.Source, Source::ST_CHILLED_WATER);
 }
 bool AS_AirSystem::IsCWUsedTerminalCooling() const {
-  // Terminals with a cooling coil of their own: induction terminals, induction beams, active chilled beams.
+  // Of terminals with a cooling coil of their own.
   const auto has_coil = [](const Zone& zone) {
-    const int16_t type = zone.data->TermType.raw;
-    return type == 10 || type == 13 || type == 14;
+    using enum AS_SupplyTerminalTypes;
+    const AS_SupplyTerminalTypes type = zone.data->TermType;
+    return type == InductionTerminal || type == InductionBeam || type == ActiveChilledBeam;
   };
   return is(zone_schedule_.TermClgSource, Source::ST_CHILLED_WATER) &&
          std::any_of(zones_.begin(), zones_.end(), has_coil);
 }
 
-bool AS_AirSystem::IsChangeoverApplicable() const {
-  constexpr int16_t kTwoPipeFanCoil = 15;
-  return general_.SystemType.raw == kTwoPipeFanCoil;
-}
+bool AS_AirSystem::IsChangeoverApplicable() const { return general_.SystemType == AS_SystemTypes::TwoPipeFanCoil; }
 
 Source AS_DehumidData::GetReheatSource() const {
   if (!system) return Source::ST_IRRELEVANT;
@@ -277,9 +277,11 @@ void AS_General::SetFlags() {
     return std::any_of(s.zones_.begin(), s.zones_.end(), [&](const auto& zone) { return holds(*zone.data); });
   };
   const bool reheat = any_zone([](const ZoneRecord& z) { return bool{z.ReheatCoil}; });
-  const bool units = any_zone([](const ZoneRecord& z) { return z.HeatUnitType.raw != 0; });
+  const bool units =
+      any_zone([](const ZoneRecord& z) { return z.HeatUnitType != AS_SupplementalHeatUnitTypes::NotUsed; });
   const bool terminal_fans = any_zone([](const ZoneRecord& z) { return z.TermFanVal > 0; });
-  const bool water_loop = s.general_.SystemType.raw == 14 && s.water_loop_.LoopConfig.raw == 0;
+  const bool water_loop = s.general_.SystemType == AS_SystemTypes::WaterSourceHeatPump &&
+                          s.water_loop_.LoopConfig == AS_LoopConfigTypes::LC_CLOSED_IWSHP;
   const auto one = [](bool used) { return static_cast<int16_t>(used ? 1 : 0); };
   const int16_t flags[]{one(s.cooling_.Used),
                         one(s.cooling_.Used),

@@ -164,17 +164,16 @@ void set_cooling_curves(Component& to, const ACDX_Coeff_Holder_Clg& from) {
   to.LowTempPowMult = from.LowTempPowMult;
 }
 
-// Sources of direct expansion have the same codes in both roles; elsewhere the coefficients stay zero.
-constexpr int16_t kAirSource = 1, kWaterSource = 2;
-bool is_direct_expansion(const Code<AS_HeatCoolSourceTypes>& source) {
-  return source.raw == kAirSource || source.raw == kWaterSource;
+/// Elsewhere the coefficients stay zero. The codes are those of heat pumps where the source heats.
+bool is_direct_expansion(AS_HeatCoolSourceTypes source) {
+  return source == AS_HeatCoolSourceTypes::ST_AIR_COOLED_DX || source == AS_HeatCoolSourceTypes::ST_WATER_COOLED_DX;
 }
 
 /// The curves of an air-source unit, or of the type's water-source one.
 template <typename Holder>
-Holder curves_of(const Code<AS_HeatCoolSourceTypes>& source, int16_t system_type) {
+Holder curves_of(AS_HeatCoolSourceTypes source, int16_t system_type) {
   const auto rating = water_rating(system_type);
-  return source.raw == kWaterSource && rating ? Holder(*rating) : Holder();
+  return source == AS_HeatCoolSourceTypes::ST_WATER_COOLED_DX && rating ? Holder(*rating) : Holder();
 }
 
 }  // namespace
@@ -216,8 +215,8 @@ void AS_SystemDefaults::populate(size_t operation, Object& component) const {
   if (ForPellNotTarn) (words += ' ') += words_of(kForPell, op.component);
   if (auto* header = dynamic_cast<AS_General*>(&component)) {
     header->Name = ForPellNotTarn ? "Default System" : defaults_.name;
-    header->SystemType.raw = defaults_.system_type;
-    header->EquipClass.raw = ForPellNotTarn ? int16_t{2} : defaults_.equip_class;
+    header->SystemType = AS_SystemTypes{defaults_.system_type};
+    header->EquipClass = ForPellNotTarn ? AS_EquipmentTypes::ET_PKG_RTU : AS_EquipmentTypes{defaults_.equip_class};
     header->SetNumZones(1);
   }
   if (auto* zone = dynamic_cast<AS_ZoneData*>(&component)) zone->Name = "Zone 1";
@@ -225,8 +224,11 @@ void AS_SystemDefaults::populate(size_t operation, Object& component) const {
 }
 
 void create_defaults(AS_AirSystem& system, int16_t type, bool ForPellNotTarn) {
-  if (type < 1 || type > 22) fail(ErrorNumber::InvalidCall, "Unknown system type: " + std::to_string(type));
-  if (type == 17) fail(ErrorNumber::InvalidCall, "System type 17 is no longer used.");
+  const AS_SystemTypes asked{type};
+  if (asked < AS_SystemTypes::SingleZoneCAV || asked > AS_SystemTypes::ActiveChilledBeam)
+    fail(ErrorNumber::InvalidCall, "Unknown system type: " + std::to_string(type));
+  if (asked == AS_SystemTypes::ConvectiveCoolingAndHeating)
+    fail(ErrorNumber::InvalidCall, "System type " + std::to_string(type) + " is no longer used.");
   const auto row = std::find_if(kSystemDefaults.begin(), kSystemDefaults.end(),
                                 [type](const SystemDefaults& each) { return each.type == type; });
   AS_SystemDefaults defaults(*row);

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "airsystems/codes.h"
+#include "airsystems/equipment_codes.h"
 #include "project/preferences.h"
 #include "reflect/collection.h"
 

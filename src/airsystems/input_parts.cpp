@@ -3,17 +3,17 @@
 namespace tarn {
 namespace {
 
-std::span<const Label> cooling_sources(const Object&) { return kCoolingSources; }
+std::span<const Label> cooling_sources(const Object&) { return labels_of<kCoolingSources>; }
 
 /// Code 0 means average efficiency for a fuel, and compressor power for a compressor.
-std::span<const Label> direct_heat_options(const Object&) {
-  static constexpr Label kOptions[]{{0, "ptAVG_HEAT_EFF", ""}, {1, "ptARI_PERF", ""}, {2, "ptASHRAE_EFF", ""}};
-  return kOptions;
-}
+constexpr CodeText<AS_PerformanceTypes> kFuelOptions[] = {{AS_PerformanceTypes::ptAVG_HEAT_EFF, "", "ptAVG_HEAT_EFF"},
+                                                          {AS_PerformanceTypes::ptARI_PERF},
+                                                          {AS_PerformanceTypes::ptASHRAE_EFF}};
+std::span<const Label> direct_heat_options(const Object&) { return labels_of<kFuelOptions>; }
 
 std::string_view schedule_if_used(const Object& ventilation, size_t /*element*/) {
-  constexpr int16_t kScheduled = 3;
-  return dynamic_cast<const AS_OutdoorVent&>(ventilation).VentType.raw == kScheduled ? "Schedule" : "";
+  const AS_VentilationControlTypes control = dynamic_cast<const AS_OutdoorVent&>(ventilation).VentType;
+  return control == AS_VentilationControlTypes::Scheduled ? "Schedule" : "";
 }
 
 }  // namespace
@@ -258,7 +258,8 @@ const ClassInfo& AS_ZoneData::info() const {
 }
 
 std::span<const Label> AS_CoilData::sources(const Object& coil) {
-  return dynamic_cast<const AS_CoilData&>(coil).cools ? std::span<const Label>(kCoolingSources) : kHeatingSources;
+  const auto heating = labels<AS_HeatCoolSourceTypes>;
+  return dynamic_cast<const AS_CoilData&>(coil).cools ? std::span<const Label>(labels_of<kCoolingSources>) : heating;
 }
 
 }  // namespace tarn

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "airsystems/codes.h"
+#include "airsystems/equipment_codes.h"
 #include "storage/entity.h"
 
 namespace tarn {

@@ -6,9 +6,11 @@
 namespace tarn {
 
 enum class COM_FlowUOM : int16_t { FU_GPM, FU_GPM_PER_TON, FU_TEMPERATURE_DIFFERENCE };
-inline constexpr Label kFlowUnits[]{
-    {0, "FU_GPM", "gpm"}, {1, "FU_GPM_PER_TON", "gpm/ton"}, {2, "FU_TEMPERATURE_DIFFERENCE", "F"}};
 template <>
-inline constexpr std::span<const Label> labels<COM_FlowUOM> = kFlowUnits;
+inline constexpr CodeText<COM_FlowUOM> code_table<COM_FlowUOM>[] = {
+    {COM_FlowUOM::FU_GPM, "gpm"},
+    {COM_FlowUOM::FU_GPM_PER_TON, "gpm/ton"},
+    {COM_FlowUOM::FU_TEMPERATURE_DIFFERENCE, "F"},
+};
 
 }  // namespace tarn

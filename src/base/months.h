@@ -20,11 +20,7 @@ enum class Months : int16_t {
   November,
   December
 };
-inline constexpr Label kMonths[]{{0, "DesHtg", ""},   {1, "January", ""},   {2, "February", ""}, {3, "March", ""},
-                                 {4, "April", ""},    {5, "May", ""},       {6, "June", ""},     {7, "July", ""},
-                                 {8, "August", ""},   {9, "September", ""}, {10, "October", ""}, {11, "November", ""},
-                                 {12, "December", ""}};
 template <>
-inline constexpr std::span<const Label> labels<Months> = kMonths;
+inline constexpr auto code_table<Months> = codes_between<Months::DesHtg, Months::December>;
 
 }  // namespace tarn

@@ -26,17 +26,18 @@ enum class BLD_PowerProfiles : int16_t {
   PP_REMOTE_SOURCE_STEAM_METER = 7,
   PP_REMOTE_SOURCE_CW_METER = 8
 };
-inline constexpr Label kMeterLabels[]{{0, "PP_NONE", "none"},
-                                      {1, "PP_ELEC_METER1", "electric meter 1"},
-                                      {2, "PP_ELEC_METER2", "electric meter 2"},
-                                      {3, "PP_NATURAL_GAS_METER", "natural gas"},
-                                      {4, "PP_FUEL_OIL_METER", "fuel oil"},
-                                      {5, "PP_PROPANE_METER", "propane"},
-                                      {6, "PP_REMOTE_SOURCE_HW_METER", "remote hot water"},
-                                      {7, "PP_REMOTE_SOURCE_STEAM_METER", "remote steam"},
-                                      {8, "PP_REMOTE_SOURCE_CW_METER", "remote chilled water"}};
 template <>
-inline constexpr std::span<const Label> labels<BLD_PowerProfiles> = kMeterLabels;
+inline constexpr CodeText<BLD_PowerProfiles> code_table<BLD_PowerProfiles>[] = {
+    {BLD_PowerProfiles::PP_NONE, "none"},
+    {BLD_PowerProfiles::PP_ELEC_METER1, "electric meter 1"},
+    {BLD_PowerProfiles::PP_ELEC_METER2, "electric meter 2"},
+    {BLD_PowerProfiles::PP_NATURAL_GAS_METER, "natural gas"},
+    {BLD_PowerProfiles::PP_FUEL_OIL_METER, "fuel oil"},
+    {BLD_PowerProfiles::PP_PROPANE_METER, "propane"},
+    {BLD_PowerProfiles::PP_REMOTE_SOURCE_HW_METER, "remote hot water"},
+    {BLD_PowerProfiles::PP_REMOTE_SOURCE_STEAM_METER, "remote steam"},
+    {BLD_PowerProfiles::PP_REMOTE_SOURCE_CW_METER, "remote chilled water"},
+};
 
 enum class BLD_PowerTypes : int16_t {
   PT_ELECTRIC = 1,
@@ -47,15 +48,16 @@ enum class BLD_PowerTypes : int16_t {
   PT_REMOTE_STEAM = 6,
   PT_REMOTE_CHILLED_WATER = 7
 };
-inline constexpr Label kPowerTypeLabels[]{{1, "PT_ELECTRIC", "electric"},
-                                          {2, "PT_NATURAL_GAS", "natural gas"},
-                                          {3, "PT_FUEL_OIL", "fuel oil"},
-                                          {4, "PT_PROPANE", "propane"},
-                                          {5, "PT_REMOTE_HOT_WATER", "remote hot water"},
-                                          {6, "PT_REMOTE_STEAM", "remote steam"},
-                                          {7, "PT_REMOTE_CHILLED_WATER", "remote chilled water"}};
 template <>
-inline constexpr std::span<const Label> labels<BLD_PowerTypes> = kPowerTypeLabels;
+inline constexpr CodeText<BLD_PowerTypes> code_table<BLD_PowerTypes>[] = {
+    {BLD_PowerTypes::PT_ELECTRIC, "electric"},
+    {BLD_PowerTypes::PT_NATURAL_GAS, "natural gas"},
+    {BLD_PowerTypes::PT_FUEL_OIL, "fuel oil"},
+    {BLD_PowerTypes::PT_PROPANE, "propane"},
+    {BLD_PowerTypes::PT_REMOTE_HOT_WATER, "remote hot water"},
+    {BLD_PowerTypes::PT_REMOTE_STEAM, "remote steam"},
+    {BLD_PowerTypes::PT_REMOTE_CHILLED_WATER, "remote chilled water"},
+};
 
 /// Consumers that are put on one of the electric meters.
 enum class BLD_EnergyConsumingSystems : int16_t {
@@ -67,16 +69,16 @@ enum class BLD_EnergyConsumingSystems : int16_t {
   EC_LIGHTING = 6,
   EC_OTHER_NONHVAC_ELECTRIC = 7
 };
-inline constexpr Label kConsumerLabels[]{
-    {1, "EC_COOLING_EQUIPMENT", "cooling equipment"},
-    {2, "EC_HEAT_PUMPS", "heat pumps"},
-    {3, "EC_ELEC_RESISTANCE_HEATING", "electric resistance heating"},
-    {4, "EC_BOILER_WATERHEATERS_HUMIDIFIERS", "boilers, water heaters, humidifiers"},
-    {5, "EC_OTHER_HVAC_ELECTRIC", "other HVAC electric"},
-    {6, "EC_LIGHTING", "lighting"},
-    {7, "EC_OTHER_NONHVAC_ELECTRIC", "other non-HVAC electric"}};
 template <>
-inline constexpr std::span<const Label> labels<BLD_EnergyConsumingSystems> = kConsumerLabels;
+inline constexpr CodeText<BLD_EnergyConsumingSystems> code_table<BLD_EnergyConsumingSystems>[] = {
+    {BLD_EnergyConsumingSystems::EC_COOLING_EQUIPMENT, "cooling equipment"},
+    {BLD_EnergyConsumingSystems::EC_HEAT_PUMPS, "heat pumps"},
+    {BLD_EnergyConsumingSystems::EC_ELEC_RESISTANCE_HEATING, "electric resistance heating"},
+    {BLD_EnergyConsumingSystems::EC_BOILER_WATERHEATERS_HUMIDIFIERS, "boilers, water heaters, humidifiers"},
+    {BLD_EnergyConsumingSystems::EC_OTHER_HVAC_ELECTRIC, "other HVAC electric"},
+    {BLD_EnergyConsumingSystems::EC_LIGHTING, "lighting"},
+    {BLD_EnergyConsumingSystems::EC_OTHER_NONHVAC_ELECTRIC, "other non-HVAC electric"},
+};
 
 enum class BLD_SystemComponents : int16_t {
   SC_AIRSYSTEM_FAN = 1,
@@ -89,14 +91,18 @@ enum class BLD_SystemComponents : int16_t {
   SC_MISC_ELEC_EQUIPMENT = 8,
   SC_MISC_FUEL_USE = 9
 };
-inline constexpr Label kComponentLabels[]{
-    {1, "SC_AIRSYSTEM_FAN", "air system fans"},     {2, "SC_COOLING_PLANT", "cooling"},
-    {3, "SC_HEATING_PLANT_NO_ABSORP", "heating"},   {4, "SC_PUMPS", "pumps"},
-    {5, "SC_COOLING_TOWERS", "cooling towers"},     {6, "SC_LIGHTING", "lighting"},
-    {7, "SC_ELEC_EQUIPMENT", "electric equipment"}, {8, "SC_MISC_ELEC_EQUIPMENT", "miscellaneous electric"},
-    {9, "SC_MISC_FUEL_USE", "miscellaneous fuel"}};
 template <>
-inline constexpr std::span<const Label> labels<BLD_SystemComponents> = kComponentLabels;
+inline constexpr CodeText<BLD_SystemComponents> code_table<BLD_SystemComponents>[] = {
+    {BLD_SystemComponents::SC_AIRSYSTEM_FAN, "air system fans"},
+    {BLD_SystemComponents::SC_COOLING_PLANT, "cooling"},
+    {BLD_SystemComponents::SC_HEATING_PLANT_NO_ABSORP, "heating"},
+    {BLD_SystemComponents::SC_PUMPS, "pumps"},
+    {BLD_SystemComponents::SC_COOLING_TOWERS, "cooling towers"},
+    {BLD_SystemComponents::SC_LIGHTING, "lighting"},
+    {BLD_SystemComponents::SC_ELEC_EQUIPMENT, "electric equipment"},
+    {BLD_SystemComponents::SC_MISC_ELEC_EQUIPMENT, "miscellaneous electric"},
+    {BLD_SystemComponents::SC_MISC_FUEL_USE, "miscellaneous fuel"},
+};
 
 enum class BLD_EnergyCategories : int16_t {
   EC_HVAC_ELECTRIC = 1,
@@ -113,36 +119,39 @@ enum class BLD_EnergyCategories : int16_t {
   EC_NONHVAC_REMOTE_HOTWATER = 12,
   EC_NONHVAC_REMOTE_STEAM = 13
 };
-inline constexpr Label kCategoryLabels[]{{1, "EC_HVAC_ELECTRIC", "HVAC electric"},
-                                         {2, "EC_HVAC_NATURAL_GAS", "HVAC natural gas"},
-                                         {3, "EC_HVAC_FUEL_OIL", "HVAC fuel oil"},
-                                         {4, "EC_HVAC_PROPANE", "HVAC propane"},
-                                         {5, "EC_HVAC_REMOTE_HOTWATER", "HVAC remote hot water"},
-                                         {6, "EC_HVAC_REMOTE_STEAM", "HVAC remote steam"},
-                                         {7, "EC_HVAC_REMOTE_CHILLEDWATER", "HVAC remote chilled water"},
-                                         {8, "EC_NONHVAC_ELECTRIC", "non-HVAC electric"},
-                                         {9, "EC_NONHVAC_NATURAL_GAS", "non-HVAC natural gas"},
-                                         {10, "EC_NONHVAC_FUEL_OIL", "non-HVAC fuel oil"},
-                                         {11, "EC_NONHVAC_PROPANE", "non-HVAC propane"},
-                                         {12, "EC_NONHVAC_REMOTE_HOTWATER", "non-HVAC remote hot water"},
-                                         {13, "EC_NONHVAC_REMOTE_STEAM", "non-HVAC remote steam"}};
 template <>
-inline constexpr std::span<const Label> labels<BLD_EnergyCategories> = kCategoryLabels;
+inline constexpr CodeText<BLD_EnergyCategories> code_table<BLD_EnergyCategories>[] = {
+    {BLD_EnergyCategories::EC_HVAC_ELECTRIC, "HVAC electric"},
+    {BLD_EnergyCategories::EC_HVAC_NATURAL_GAS, "HVAC natural gas"},
+    {BLD_EnergyCategories::EC_HVAC_FUEL_OIL, "HVAC fuel oil"},
+    {BLD_EnergyCategories::EC_HVAC_PROPANE, "HVAC propane"},
+    {BLD_EnergyCategories::EC_HVAC_REMOTE_HOTWATER, "HVAC remote hot water"},
+    {BLD_EnergyCategories::EC_HVAC_REMOTE_STEAM, "HVAC remote steam"},
+    {BLD_EnergyCategories::EC_HVAC_REMOTE_CHILLEDWATER, "HVAC remote chilled water"},
+    {BLD_EnergyCategories::EC_NONHVAC_ELECTRIC, "non-HVAC electric"},
+    {BLD_EnergyCategories::EC_NONHVAC_NATURAL_GAS, "non-HVAC natural gas"},
+    {BLD_EnergyCategories::EC_NONHVAC_FUEL_OIL, "non-HVAC fuel oil"},
+    {BLD_EnergyCategories::EC_NONHVAC_PROPANE, "non-HVAC propane"},
+    {BLD_EnergyCategories::EC_NONHVAC_REMOTE_HOTWATER, "non-HVAC remote hot water"},
+    {BLD_EnergyCategories::EC_NONHVAC_REMOTE_STEAM, "non-HVAC remote steam"},
+};
 
 enum class BLD_TODPeriods : int16_t { TOD_PEAK = 1, TOD_MIDPEAK = 2, TOD_NORMAL = 3, TOD_OFFPEAK = 4, TOD_ALL = 5 };
-inline constexpr Label kPeriodLabels[]{{1, "TOD_PEAK", "peak"},
-                                       {2, "TOD_MIDPEAK", "mid-peak"},
-                                       {3, "TOD_NORMAL", "normal"},
-                                       {4, "TOD_OFFPEAK", "off-peak"},
-                                       {5, "TOD_ALL", "all periods"}};
 template <>
-inline constexpr std::span<const Label> labels<BLD_TODPeriods> = kPeriodLabels;
+inline constexpr CodeText<BLD_TODPeriods> code_table<BLD_TODPeriods>[] = {
+    {BLD_TODPeriods::TOD_PEAK, "peak"},       {BLD_TODPeriods::TOD_MIDPEAK, "mid-peak"},
+    {BLD_TODPeriods::TOD_NORMAL, "normal"},   {BLD_TODPeriods::TOD_OFFPEAK, "off-peak"},
+    {BLD_TODPeriods::TOD_ALL, "all periods"},
+};
 
 /// The character codes of the symbols, in code page 1252.
 enum class BLD_CurrencySymbols : int16_t { CUR_USDOLLAR = 36, CUR_EURO = 128, CUR_POUND_STERLING = 163, CUR_YEN = 165 };
-inline constexpr Label kCurrencyLabels[]{
-    {36, "CUR_USDOLLAR", "$"}, {128, "CUR_EURO", "€"}, {163, "CUR_POUND_STERLING", "£"}, {165, "CUR_YEN", "¥"}};
 template <>
-inline constexpr std::span<const Label> labels<BLD_CurrencySymbols> = kCurrencyLabels;
+inline constexpr CodeText<BLD_CurrencySymbols> code_table<BLD_CurrencySymbols>[] = {
+    {BLD_CurrencySymbols::CUR_USDOLLAR, "$"},
+    {BLD_CurrencySymbols::CUR_EURO, "€"},
+    {BLD_CurrencySymbols::CUR_POUND_STERLING, "£"},
+    {BLD_CurrencySymbols::CUR_YEN, "¥"},
+};
 
 }  // namespace tarn

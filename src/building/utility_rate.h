@@ -9,15 +9,19 @@
 namespace tarn {
 
 enum class URT_RateTypes : int16_t { TD_UNDEFINED = -1, TD_ELECTRIC = 0, TD_FUEL = 1 };
-inline constexpr Label kRateTypeLabels[]{
-    {-1, "TD_UNDEFINED", "undefined"}, {0, "TD_ELECTRIC", "electric"}, {1, "TD_FUEL", "fuel"}};
 template <>
-inline constexpr std::span<const Label> labels<URT_RateTypes> = kRateTypeLabels;
+inline constexpr CodeText<URT_RateTypes> code_table<URT_RateTypes>[] = {
+    {URT_RateTypes::TD_UNDEFINED, "undefined"},
+    {URT_RateTypes::TD_ELECTRIC, "electric"},
+    {URT_RateTypes::TD_FUEL, "fuel"},
+};
 
 enum class URT_Style : int16_t { RS_SIMPLE = 1, RS_COMPLEX = 2 };
-inline constexpr Label kRateStyleLabels[]{{1, "RS_SIMPLE", "simple"}, {2, "RS_COMPLEX", "complex"}};
 template <>
-inline constexpr std::span<const Label> labels<URT_Style> = kRateStyleLabels;
+inline constexpr CodeText<URT_Style> code_table<URT_Style>[] = {
+    {URT_Style::RS_SIMPLE, "simple"},
+    {URT_Style::RS_COMPLEX, "complex"},
+};
 
 inline constexpr int kRateSteps = 14, kSpecialCharges = 2;
 

@@ -11,14 +11,15 @@
 namespace tarn {
 
 enum class CA_Category : int16_t { CA_CAT_Wall = 0, CA_CAT_Roof = 1 };
-inline constexpr Label kCategories[]{{0, "CA_CAT_Wall", ""}, {1, "CA_CAT_Roof", ""}};
 template <>
-inline constexpr std::span<const Label> labels<CA_Category> = kCategories;
+inline constexpr auto code_table<CA_Category> = codes_between<CA_Category::CA_CAT_Wall, CA_Category::CA_CAT_Roof>;
 
 enum class CA_ReturnCodes : int16_t { CA_ERR_NOERR = 0, CA_ERR_TFCG = -3 };
-inline constexpr Label kReturnCodes[]{{0, "CA_ERR_NOERR", ""}, {-3, "CA_ERR_TFCG", ""}};
 template <>
-inline constexpr std::span<const Label> labels<CA_ReturnCodes> = kReturnCodes;
+inline constexpr CodeText<CA_ReturnCodes> code_table<CA_ReturnCodes>[] = {
+    {CA_ReturnCodes::CA_ERR_NOERR},
+    {CA_ReturnCodes::CA_ERR_TFCG},
+};
 
 /// A layer's block of the wall and roof files; ten of them follow the header.
 struct LayerRecord {

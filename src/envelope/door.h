@@ -6,9 +6,9 @@
 namespace tarn {
 
 enum class DOR_AreaSpec : int16_t { DAS_AREA = 0, DAS_HEIGHT_AND_WIDTH = 1 };
-inline constexpr Label kDoorAreaSpecs[]{{0, "DAS_AREA", ""}, {1, "DAS_HEIGHT_AND_WIDTH", ""}};
 template <>
-inline constexpr std::span<const Label> labels<DOR_AreaSpec> = kDoorAreaSpecs;
+inline constexpr auto code_table<DOR_AreaSpec> =
+    codes_between<DOR_AreaSpec::DAS_AREA, DOR_AreaSpec::DAS_HEIGHT_AND_WIDTH>;
 
 /// A record of the door file.
 struct DoorRecord {

@@ -7,9 +7,11 @@
 namespace tarn {
 
 enum class BLR_BoilerTypes : int16_t { BT_HOTWATER = 0, BT_STEAM = 1 };
-inline constexpr Label kBoilerTypesLabels[]{{0, "BT_HOTWATER", "hot water"}, {1, "BT_STEAM", "steam"}};
 template <>
-inline constexpr std::span<const Label> labels<BLR_BoilerTypes> = kBoilerTypesLabels;
+inline constexpr CodeText<BLR_BoilerTypes> code_table<BLR_BoilerTypes>[] = {
+    {BLR_BoilerTypes::BT_HOTWATER, "hot water"},
+    {BLR_BoilerTypes::BT_STEAM, "steam"},
+};
 
 /// Each number is that of the matching heating source of an air system.
 enum class BLR_FuelTypes : int16_t {
@@ -20,14 +22,15 @@ enum class BLR_FuelTypes : int16_t {
   BFT_REMOTE_SOURCE_HOT_WATER = 7,
   BFT_REMOTE_SOURCE_STEAM = 8
 };
-inline constexpr Label kBoilerFuelLabels[]{{3, "BFT_ELECTRIC_RESISTANCE", "electric resistance"},
-                                           {4, "BFT_NATURAL_GAS", "natural gas"},
-                                           {5, "BFT_FUEL_OIL", "fuel oil"},
-                                           {6, "BFT_PROPANE", "propane"},
-                                           {7, "BFT_REMOTE_SOURCE_HOT_WATER", "remote source hot water"},
-                                           {8, "BFT_REMOTE_SOURCE_STEAM", "remote source steam"}};
 template <>
-inline constexpr std::span<const Label> labels<BLR_FuelTypes> = kBoilerFuelLabels;
+inline constexpr CodeText<BLR_FuelTypes> code_table<BLR_FuelTypes>[] = {
+    {BLR_FuelTypes::BFT_ELECTRIC_RESISTANCE, "electric resistance"},
+    {BLR_FuelTypes::BFT_NATURAL_GAS, "natural gas"},
+    {BLR_FuelTypes::BFT_FUEL_OIL, "fuel oil"},
+    {BLR_FuelTypes::BFT_PROPANE, "propane"},
+    {BLR_FuelTypes::BFT_REMOTE_SOURCE_HOT_WATER, "remote source hot water"},
+    {BLR_FuelTypes::BFT_REMOTE_SOURCE_STEAM, "remote source steam"},
+};
 
 enum class BLR_ModelingMethods : int16_t {
   MM_CONSTANT_EFFICIENCY = 1,
@@ -35,12 +38,13 @@ enum class BLR_ModelingMethods : int16_t {
   MM_CONDENSING_BOILER = 3,
   MM_NON_CONDENSING_BOILER = 4
 };
-inline constexpr Label kBoilerModelLabels[]{{1, "MM_CONSTANT_EFFICIENCY", "constant efficiency"},
-                                            {2, "MM_PARTLOAD_CURVE", "part-load curve"},
-                                            {3, "MM_CONDENSING_BOILER", "condensing boiler"},
-                                            {4, "MM_NON_CONDENSING_BOILER", "non-condensing boiler"}};
 template <>
-inline constexpr std::span<const Label> labels<BLR_ModelingMethods> = kBoilerModelLabels;
+inline constexpr CodeText<BLR_ModelingMethods> code_table<BLR_ModelingMethods>[] = {
+    {BLR_ModelingMethods::MM_CONSTANT_EFFICIENCY, "constant efficiency"},
+    {BLR_ModelingMethods::MM_PARTLOAD_CURVE, "part-load curve"},
+    {BLR_ModelingMethods::MM_CONDENSING_BOILER, "condensing boiler"},
+    {BLR_ModelingMethods::MM_NON_CONDENSING_BOILER, "non-condensing boiler"},
+};
 
 struct BoilerRecord {
   Text<35> Name;

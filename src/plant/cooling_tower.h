@@ -13,13 +13,14 @@ enum class TWR_ModelingMethods : int16_t {
   TM_SEAWATER_RIVERWATER = 3,
   TM_DRY_COOLER = 4
 };
-inline constexpr Label kTowerModelLabels[]{{0, "TM_ECWT_TURNDOWN", "entering condenser water turned down"},
-                                           {1, "TM_TOWER_APPROACH", "approach"},
-                                           {2, "TM_DETAILED_CLGTWR_MODEL", "detailed cooling tower"},
-                                           {3, "TM_SEAWATER_RIVERWATER", "sea, river or lake water"},
-                                           {4, "TM_DRY_COOLER", "dry cooler"}};
 template <>
-inline constexpr std::span<const Label> labels<TWR_ModelingMethods> = kTowerModelLabels;
+inline constexpr CodeText<TWR_ModelingMethods> code_table<TWR_ModelingMethods>[] = {
+    {TWR_ModelingMethods::TM_ECWT_TURNDOWN, "entering condenser water turned down"},
+    {TWR_ModelingMethods::TM_TOWER_APPROACH, "approach"},
+    {TWR_ModelingMethods::TM_DETAILED_CLGTWR_MODEL, "detailed cooling tower"},
+    {TWR_ModelingMethods::TM_SEAWATER_RIVERWATER, "sea, river or lake water"},
+    {TWR_ModelingMethods::TM_DRY_COOLER, "dry cooler"},
+};
 
 enum class TWR_ControlTypes : int16_t {
   TC_FAN_CYCLING = 0,
@@ -27,23 +28,28 @@ enum class TWR_ControlTypes : int16_t {
   TC_2SPEED_FAN = 2,
   TC_VARIABLE_FAN = 3
 };
-inline constexpr Label kTowerControlLabels[]{{0, "TC_FAN_CYCLING", "fan cycling"},
-                                             {1, "TC_WATER_BYPASS", "water bypass"},
-                                             {2, "TC_2SPEED_FAN", "two-speed fan"},
-                                             {3, "TC_VARIABLE_FAN", "variable-speed fan"}};
 template <>
-inline constexpr std::span<const Label> labels<TWR_ControlTypes> = kTowerControlLabels;
+inline constexpr CodeText<TWR_ControlTypes> code_table<TWR_ControlTypes>[] = {
+    {TWR_ControlTypes::TC_FAN_CYCLING, "fan cycling"},
+    {TWR_ControlTypes::TC_WATER_BYPASS, "water bypass"},
+    {TWR_ControlTypes::TC_2SPEED_FAN, "two-speed fan"},
+    {TWR_ControlTypes::TC_VARIABLE_FAN, "variable-speed fan"},
+};
 
 enum class TWR_AirFlowUOM : int16_t { TAF_CFM = 0, TAF_CFM_PER_TON = 1 };
-inline constexpr Label kTowerAirFlowLabels[]{{0, "TAF_CFM", "cfm"}, {1, "TAF_CFM_PER_TON", "cfm/ton"}};
 template <>
-inline constexpr std::span<const Label> labels<TWR_AirFlowUOM> = kTowerAirFlowLabels;
+inline constexpr CodeText<TWR_AirFlowUOM> code_table<TWR_AirFlowUOM>[] = {
+    {TWR_AirFlowUOM::TAF_CFM, "cfm"},
+    {TWR_AirFlowUOM::TAF_CFM_PER_TON, "cfm/ton"},
+};
 
 enum class TWR_FanPowerUOM : int16_t { TFP_KW = 0, TFP_BHP = 1, TFP_KW_PER_TON = 2 };
-inline constexpr Label kTowerFanPowerLabels[]{
-    {0, "TFP_KW", "kW"}, {1, "TFP_BHP", "hp"}, {2, "TFP_KW_PER_TON", "kW/ton"}};
 template <>
-inline constexpr std::span<const Label> labels<TWR_FanPowerUOM> = kTowerFanPowerLabels;
+inline constexpr CodeText<TWR_FanPowerUOM> code_table<TWR_FanPowerUOM>[] = {
+    {TWR_FanPowerUOM::TFP_KW, "kW"},
+    {TWR_FanPowerUOM::TFP_BHP, "hp"},
+    {TWR_FanPowerUOM::TFP_KW_PER_TON, "kW/ton"},
+};
 
 struct TowerRecord {
   Text<35> Name;

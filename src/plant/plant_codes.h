@@ -11,10 +11,13 @@ enum class COM_ProjectLibrary : int16_t {
   LIB_BOILERS = 20,
   AboveLibraries = 21
 };
-inline constexpr Label kProjectLibraryLabels[]{
-    {0, "_PL_MIN", ""}, {10, "LIB_CHILLERS", "chillers"}, {20, "LIB_BOILERS", "boilers"}, {21, "_PL_MAX", ""}};
 template <>
-inline constexpr std::span<const Label> labels<COM_ProjectLibrary> = kProjectLibraryLabels;
+inline constexpr CodeText<COM_ProjectLibrary> code_table<COM_ProjectLibrary>[] = {
+    {COM_ProjectLibrary::BelowLibraries, "", "_PL_MIN"},
+    {COM_ProjectLibrary::LIB_CHILLERS, "chillers"},
+    {COM_ProjectLibrary::LIB_BOILERS, "boilers"},
+    {COM_ProjectLibrary::AboveLibraries, "", "_PL_MAX"},
+};
 
 enum class PLT_PlantTypes : int16_t {
   PT_GENERIC_CW = 1,
@@ -34,24 +37,25 @@ enum class PLT_PlantTypes : int16_t {
   PT_GENERIC_HEAT_RECOVERY = 60,
   PT_HEAT_RECOVERY = 70
 };
-inline constexpr Label kPlantTypesLabels[]{{1, "PT_GENERIC_CW", "generic chilled water"},
-                                           {2, "PT_GENERIC_HW", "generic hot water"},
-                                           {3, "PT_GENERIC_STEAM", "generic steam"},
-                                           {4, "PT_CHILLER", "chiller plant"},
-                                           {5, "PT_COOL_STORAGE", "cool storage"},
-                                           {6, "PT_REMOTE_SOURCE_CW", "remote chilled water"},
-                                           {7, "PT_HOT_WATER", "hot water boiler plant"},
-                                           {8, "PT_STEAM_BOILER", "steam boiler plant"},
-                                           {9, "PT_REMOTE_SOURCE_HW", "remote hot water"},
-                                           {10, "PT_REMOTE_SOURCE_STEAM", "remote steam"},
-                                           {20, "PT_GENERIC_CHANGEOVER", "generic changeover"},
-                                           {30, "PT_CHANGEOVER", "changeover"},
-                                           {40, "PT_SERVICE_HOT_WATER", "service hot water"},
-                                           {50, "PT_GENERIC_SERVICEHW", "generic service hot water"},
-                                           {60, "PT_GENERIC_HEAT_RECOVERY", "generic heat recovery"},
-                                           {70, "PT_HEAT_RECOVERY", "heat recovery"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_PlantTypes> = kPlantTypesLabels;
+inline constexpr CodeText<PLT_PlantTypes> code_table<PLT_PlantTypes>[] = {
+    {PLT_PlantTypes::PT_GENERIC_CW, "generic chilled water"},
+    {PLT_PlantTypes::PT_GENERIC_HW, "generic hot water"},
+    {PLT_PlantTypes::PT_GENERIC_STEAM, "generic steam"},
+    {PLT_PlantTypes::PT_CHILLER, "chiller plant"},
+    {PLT_PlantTypes::PT_COOL_STORAGE, "cool storage"},
+    {PLT_PlantTypes::PT_REMOTE_SOURCE_CW, "remote chilled water"},
+    {PLT_PlantTypes::PT_HOT_WATER, "hot water boiler plant"},
+    {PLT_PlantTypes::PT_STEAM_BOILER, "steam boiler plant"},
+    {PLT_PlantTypes::PT_REMOTE_SOURCE_HW, "remote hot water"},
+    {PLT_PlantTypes::PT_REMOTE_SOURCE_STEAM, "remote steam"},
+    {PLT_PlantTypes::PT_GENERIC_CHANGEOVER, "generic changeover"},
+    {PLT_PlantTypes::PT_CHANGEOVER, "changeover"},
+    {PLT_PlantTypes::PT_SERVICE_HOT_WATER, "service hot water"},
+    {PLT_PlantTypes::PT_GENERIC_SERVICEHW, "generic service hot water"},
+    {PLT_PlantTypes::PT_GENERIC_HEAT_RECOVERY, "generic heat recovery"},
+    {PLT_PlantTypes::PT_HEAT_RECOVERY, "heat recovery"},
+};
 
 /// Sections of a plant's file; several may be joined. The header is always handled.
 enum PLT_ConstituentMasks : int32_t {
@@ -77,15 +81,15 @@ enum class PLT_ControlTypes : int16_t {
   PCT_EQUAL_UNLOADING = 4,
   AboveControls = 5
 };
-inline constexpr Label kControlTypesLabels[]{
-    {0, "_PCT_MIN", ""},
-    {1, "PCT_SEQUENCED", "sequenced"},
-    {2, "PCT_SEQ_PART_LOAD_CHILLER_LOW_LOADS", "sequenced, part-load chiller at low loads"},
-    {3, "PCT_SEQ_PART_LOAD_CHILLER_HILO_LOADS", "sequenced, part-load chiller at high and low loads"},
-    {4, "PCT_EQUAL_UNLOADING", "equal unloading"},
-    {5, "_PCT_MAX", ""}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_ControlTypes> = kControlTypesLabels;
+inline constexpr CodeText<PLT_ControlTypes> code_table<PLT_ControlTypes>[] = {
+    {PLT_ControlTypes::BelowControls, "", "_PCT_MIN"},
+    {PLT_ControlTypes::PCT_SEQUENCED, "sequenced"},
+    {PLT_ControlTypes::PCT_SEQ_PART_LOAD_CHILLER_LOW_LOADS, "sequenced, part-load chiller at low loads"},
+    {PLT_ControlTypes::PCT_SEQ_PART_LOAD_CHILLER_HILO_LOADS, "sequenced, part-load chiller at high and low loads"},
+    {PLT_ControlTypes::PCT_EQUAL_UNLOADING, "equal unloading"},
+    {PLT_ControlTypes::AboveControls, "", "_PCT_MAX"},
+};
 
 enum class PLT_SizingMethod : int16_t {
   pltUserDefinedCapacity = 10,
@@ -93,12 +97,13 @@ enum class PLT_SizingMethod : int16_t {
   pltAutoSizeCapacityHtg = 30,
   pltAutoSizeCapacities = 40
 };
-inline constexpr Label kSizingMethodLabels[]{{10, "pltUserDefinedCapacity", "capacity by the user"},
-                                             {20, "pltAutoSizeCapacityClg", "cooling capacity sized"},
-                                             {30, "pltAutoSizeCapacityHtg", "heating capacity sized"},
-                                             {40, "pltAutoSizeCapacities", "both capacities sized"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_SizingMethod> = kSizingMethodLabels;
+inline constexpr CodeText<PLT_SizingMethod> code_table<PLT_SizingMethod>[] = {
+    {PLT_SizingMethod::pltUserDefinedCapacity, "capacity by the user"},
+    {PLT_SizingMethod::pltAutoSizeCapacityClg, "cooling capacity sized"},
+    {PLT_SizingMethod::pltAutoSizeCapacityHtg, "heating capacity sized"},
+    {PLT_SizingMethod::pltAutoSizeCapacities, "both capacities sized"},
+};
 
 enum class PLT_UnitSizing : int16_t {
   ONE_UNIT = 1,
@@ -121,27 +126,28 @@ enum class PLT_UnitSizing : int16_t {
   ELEVEN_UNITS_EQUAL = 37,
   TWELVE_UNITS_EQUAL = 38
 };
-inline constexpr Label kUnitSizingLabels[]{{1, "ONE_UNIT", "one unit"},
-                                           {2, "TWO_UNITS_EQUAL", "two units, equal"},
-                                           {3, "TWO_UNITS_60_40", "two units, 60/40"},
-                                           {4, "TWO_UNITS_75_25", "two units, 75/25"},
-                                           {5, "TWO_UNITS_80_20", "two units, 80/20"},
-                                           {6, "TWO_UNITS_40_60", "two units, 40/60"},
-                                           {7, "TWO_UNITS_25_75", "two units, 25/75"},
-                                           {8, "TWO_UNITS_20_80", "two units, 20/80"},
-                                           {20, "THREE_UNITS_EQUAL", "three units, equal"},
-                                           {21, "THREE_UNITS_40_40_20", "three units, 40/40/20"},
-                                           {30, "FOUR_UNITS_EQUAL", "four units, equal"},
-                                           {31, "FIVE_UNITS_EQUAL", "five units, equal"},
-                                           {32, "SIX_UNITS_EQUAL", "six units, equal"},
-                                           {33, "SEVEN_UNITS_EQUAL", "seven units, equal"},
-                                           {34, "EIGHT_UNITS_EQUAL", "eight units, equal"},
-                                           {35, "NINE_UNITS_EQUAL", "nine units, equal"},
-                                           {36, "TEN_UNITS_EQUAL", "ten units, equal"},
-                                           {37, "ELEVEN_UNITS_EQUAL", "eleven units, equal"},
-                                           {38, "TWELVE_UNITS_EQUAL", "twelve units, equal"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_UnitSizing> = kUnitSizingLabels;
+inline constexpr CodeText<PLT_UnitSizing> code_table<PLT_UnitSizing>[] = {
+    {PLT_UnitSizing::ONE_UNIT, "one unit"},
+    {PLT_UnitSizing::TWO_UNITS_EQUAL, "two units, equal"},
+    {PLT_UnitSizing::TWO_UNITS_60_40, "two units, 60/40"},
+    {PLT_UnitSizing::TWO_UNITS_75_25, "two units, 75/25"},
+    {PLT_UnitSizing::TWO_UNITS_80_20, "two units, 80/20"},
+    {PLT_UnitSizing::TWO_UNITS_40_60, "two units, 40/60"},
+    {PLT_UnitSizing::TWO_UNITS_25_75, "two units, 25/75"},
+    {PLT_UnitSizing::TWO_UNITS_20_80, "two units, 20/80"},
+    {PLT_UnitSizing::THREE_UNITS_EQUAL, "three units, equal"},
+    {PLT_UnitSizing::THREE_UNITS_40_40_20, "three units, 40/40/20"},
+    {PLT_UnitSizing::FOUR_UNITS_EQUAL, "four units, equal"},
+    {PLT_UnitSizing::FIVE_UNITS_EQUAL, "five units, equal"},
+    {PLT_UnitSizing::SIX_UNITS_EQUAL, "six units, equal"},
+    {PLT_UnitSizing::SEVEN_UNITS_EQUAL, "seven units, equal"},
+    {PLT_UnitSizing::EIGHT_UNITS_EQUAL, "eight units, equal"},
+    {PLT_UnitSizing::NINE_UNITS_EQUAL, "nine units, equal"},
+    {PLT_UnitSizing::TEN_UNITS_EQUAL, "ten units, equal"},
+    {PLT_UnitSizing::ELEVEN_UNITS_EQUAL, "eleven units, equal"},
+    {PLT_UnitSizing::TWELVE_UNITS_EQUAL, "twelve units, equal"},
+};
 
 enum class PLT_FluidDistSystemTypes : int16_t {
   FDS_PRIMARY_ONLY_CONSTANT_SPEED = 1,
@@ -150,49 +156,55 @@ enum class PLT_FluidDistSystemTypes : int16_t {
   FDS_SECONDARY_ONLY_CONSTANT_SPEED = 7,
   FDS_SECONDARY_ONLY_VARIABLE_SPEED = 8
 };
-inline constexpr Label kFluidDistSystemTypesLabels[]{
-    {1, "FDS_PRIMARY_ONLY_CONSTANT_SPEED", "primary only, constant speed"},
-    {2, "FDS_PRIMARY_ONLY_VARIABLE_SPEED", "primary only, variable speed"},
-    {3, "FDS_PRIMARY_CONSTANT_SECONDARY_VARIABLE", "primary constant, secondary variable speed"},
-    {7, "FDS_SECONDARY_ONLY_CONSTANT_SPEED", "secondary only, constant speed"},
-    {8, "FDS_SECONDARY_ONLY_VARIABLE_SPEED", "secondary only, variable speed"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_FluidDistSystemTypes> = kFluidDistSystemTypesLabels;
+inline constexpr CodeText<PLT_FluidDistSystemTypes> code_table<PLT_FluidDistSystemTypes>[] = {
+    {PLT_FluidDistSystemTypes::FDS_PRIMARY_ONLY_CONSTANT_SPEED, "primary only, constant speed"},
+    {PLT_FluidDistSystemTypes::FDS_PRIMARY_ONLY_VARIABLE_SPEED, "primary only, variable speed"},
+    {PLT_FluidDistSystemTypes::FDS_PRIMARY_CONSTANT_SECONDARY_VARIABLE, "primary constant, secondary variable speed"},
+    {PLT_FluidDistSystemTypes::FDS_SECONDARY_ONLY_CONSTANT_SPEED, "secondary only, constant speed"},
+    {PLT_FluidDistSystemTypes::FDS_SECONDARY_ONLY_VARIABLE_SPEED, "secondary only, variable speed"},
+};
 
 enum class PLT_PumpControls : int16_t { ConstantSpeed = 0, VariableSpeed = 1 };
-inline constexpr Label kPumpControlsLabels[]{{0, "ConstantSpeed", "constant speed"},
-                                             {1, "VariableSpeed", "variable speed"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_PumpControls> = kPumpControlsLabels;
+inline constexpr CodeText<PLT_PumpControls> code_table<PLT_PumpControls>[] = {
+    {PLT_PumpControls::ConstantSpeed, "constant speed"},
+    {PLT_PumpControls::VariableSpeed, "variable speed"},
+};
 
 enum class PLT_PumpPerfUnits : int16_t { PPU_FTWG = 0, PPU_KW = 1, PPU_W_GPM = 2 };
-inline constexpr Label kPumpPerfUnitsLabels[]{{0, "PPU_FTWG", "ft wg"}, {1, "PPU_KW", "kW"}, {2, "PPU_W_GPM", "W/gpm"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_PumpPerfUnits> = kPumpPerfUnitsLabels;
+inline constexpr CodeText<PLT_PumpPerfUnits> code_table<PLT_PumpPerfUnits>[] = {
+    {PLT_PumpPerfUnits::PPU_FTWG, "ft wg"},
+    {PLT_PumpPerfUnits::PPU_KW, "kW"},
+    {PLT_PumpPerfUnits::PPU_W_GPM, "W/gpm"},
+};
 
 enum class PLT_TowerConfigTypes : int16_t {
   CTC_ONE_TOWER_PER_CW_CHILLER = 0,
   CTC_ONE_TOWER_SHARED_BY_CW_CHILLER_IN_PLANT = 1
 };
-inline constexpr Label kTowerConfigTypesLabels[]{
-    {0, "CTC_ONE_TOWER_PER_CW_CHILLER", "one tower per water-cooled chiller"},
-    {1, "CTC_ONE_TOWER_SHARED_BY_CW_CHILLER_IN_PLANT", "one tower shared by the water-cooled chillers"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_TowerConfigTypes> = kTowerConfigTypesLabels;
+inline constexpr CodeText<PLT_TowerConfigTypes> code_table<PLT_TowerConfigTypes>[] = {
+    {PLT_TowerConfigTypes::CTC_ONE_TOWER_PER_CW_CHILLER, "one tower per water-cooled chiller"},
+    {PLT_TowerConfigTypes::CTC_ONE_TOWER_SHARED_BY_CW_CHILLER_IN_PLANT,
+     "one tower shared by the water-cooled chillers"},
+};
 
 enum class PLT_WaterSourceConfigTypes : int16_t { WSC_ONE_SOURCE_PER_UNIT = 0, WSC_ONE_SOURCE_SHARED_BY_ALL_UNITS = 1 };
-inline constexpr Label kWaterSourceConfigTypesLabels[]{
-    {0, "WSC_ONE_SOURCE_PER_UNIT", "one source per unit"},
-    {1, "WSC_ONE_SOURCE_SHARED_BY_ALL_UNITS", "one source shared by all units"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_WaterSourceConfigTypes> = kWaterSourceConfigTypesLabels;
+inline constexpr CodeText<PLT_WaterSourceConfigTypes> code_table<PLT_WaterSourceConfigTypes>[] = {
+    {PLT_WaterSourceConfigTypes::WSC_ONE_SOURCE_PER_UNIT, "one source per unit"},
+    {PLT_WaterSourceConfigTypes::WSC_ONE_SOURCE_SHARED_BY_ALL_UNITS, "one source shared by all units"},
+};
 
 enum class PLT_LWTControlType : int16_t { ConstantLWT = 1, ResetByOAT = 2, ResetByLoad = 3 };
-inline constexpr Label kLWTControlTypeLabels[]{{1, "ConstantLWT", "constant"},
-                                               {2, "ResetByOAT", "reset by outdoor temperature"},
-                                               {3, "ResetByLoad", "reset by load"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_LWTControlType> = kLWTControlTypeLabels;
+inline constexpr CodeText<PLT_LWTControlType> code_table<PLT_LWTControlType>[] = {
+    {PLT_LWTControlType::ConstantLWT, "constant"},
+    {PLT_LWTControlType::ResetByOAT, "reset by outdoor temperature"},
+    {PLT_LWTControlType::ResetByLoad, "reset by load"},
+};
 
 enum class PLT_FreeCoolingTypes : int16_t {
   FCT_NOT_USED = -1,
@@ -200,13 +212,13 @@ enum class PLT_FreeCoolingTypes : int16_t {
   FCT_NON_INTEGRATED_WATERSIDE_ECONOMIZER = 1,
   FCT_INTEGRATED_WATERSIDE_ECONOMIZER = 2
 };
-inline constexpr Label kFreeCoolingTypesLabels[]{
-    {-1, "FCT_NOT_USED", "not used"},
-    {0, "FCT_STRAINER_CYCLE", "strainer cycle"},
-    {1, "FCT_NON_INTEGRATED_WATERSIDE_ECONOMIZER", "non-integrated waterside economizer"},
-    {2, "FCT_INTEGRATED_WATERSIDE_ECONOMIZER", "integrated waterside economizer"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_FreeCoolingTypes> = kFreeCoolingTypesLabels;
+inline constexpr CodeText<PLT_FreeCoolingTypes> code_table<PLT_FreeCoolingTypes>[] = {
+    {PLT_FreeCoolingTypes::FCT_NOT_USED, "not used"},
+    {PLT_FreeCoolingTypes::FCT_STRAINER_CYCLE, "strainer cycle"},
+    {PLT_FreeCoolingTypes::FCT_NON_INTEGRATED_WATERSIDE_ECONOMIZER, "non-integrated waterside economizer"},
+    {PLT_FreeCoolingTypes::FCT_INTEGRATED_WATERSIDE_ECONOMIZER, "integrated waterside economizer"},
+};
 
 enum class PLT_HeatRecoveryType : int16_t {
   HX_InCondLoop = 10,
@@ -216,42 +228,46 @@ enum class PLT_HeatRecoveryType : int16_t {
   CHILLERS_WithDesuperheaters = 50,
   CHILLERS_DoubleBundle = 60
 };
-inline constexpr Label kHeatRecoveryTypeLabels[]{
-    {10, "HX_InCondLoop", "heat exchanger in the condenser loop"},
-    {20, "DHRC_InCondLoop", "dedicated heat recovery chiller in the condenser loop"},
-    {30, "DHRC_InParallelWithChillers", "dedicated heat recovery chiller in parallel with the chillers"},
-    {40, "CHILLERS_WithHeatRecCond", "chillers with heat recovery condensers"},
-    {50, "CHILLERS_WithDesuperheaters", "chillers with desuperheaters"},
-    {60, "CHILLERS_DoubleBundle", "double-bundle chillers"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_HeatRecoveryType> = kHeatRecoveryTypeLabels;
+inline constexpr CodeText<PLT_HeatRecoveryType> code_table<PLT_HeatRecoveryType>[] = {
+    {PLT_HeatRecoveryType::HX_InCondLoop, "heat exchanger in the condenser loop"},
+    {PLT_HeatRecoveryType::DHRC_InCondLoop, "dedicated heat recovery chiller in the condenser loop"},
+    {PLT_HeatRecoveryType::DHRC_InParallelWithChillers,
+     "dedicated heat recovery chiller in parallel with the chillers"},
+    {PLT_HeatRecoveryType::CHILLERS_WithHeatRecCond, "chillers with heat recovery condensers"},
+    {PLT_HeatRecoveryType::CHILLERS_WithDesuperheaters, "chillers with desuperheaters"},
+    {PLT_HeatRecoveryType::CHILLERS_DoubleBundle, "double-bundle chillers"},
+};
 
 enum class PLT_SHW_USAGE_RATE_UNITS : int16_t {
   USAGE_KBTU_PER_DAY = 0,
   USAGE_GPM = 10,
   USAGE_GAL_PER_PERSON_PER_DAY = 20
 };
-inline constexpr Label kShwUsageRateUnitsLabels[]{{0, "USAGE_KBTU_PER_DAY", "kBtu/day"},
-                                                  {10, "USAGE_GPM", "gpm"},
-                                                  {20, "USAGE_GAL_PER_PERSON_PER_DAY", "gal/person/day"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_SHW_USAGE_RATE_UNITS> = kShwUsageRateUnitsLabels;
+inline constexpr CodeText<PLT_SHW_USAGE_RATE_UNITS> code_table<PLT_SHW_USAGE_RATE_UNITS>[] = {
+    {PLT_SHW_USAGE_RATE_UNITS::USAGE_KBTU_PER_DAY, "kBtu/day"},
+    {PLT_SHW_USAGE_RATE_UNITS::USAGE_GPM, "gpm"},
+    {PLT_SHW_USAGE_RATE_UNITS::USAGE_GAL_PER_PERSON_PER_DAY, "gal/person/day"},
+};
 
 enum class PLT_SHW_STORED_HEATLOSS_UNITS : int16_t { HEATLOSS_PERCENTAGE = 10, HEATLOSS_BTU_PER_HR_GAL_F = 20 };
-inline constexpr Label kShwStoredHeatlossUnitsLabels[]{{10, "HEATLOSS_PERCENTAGE", "%/hr"},
-                                                       {20, "HEATLOSS_BTU_PER_HR_GAL_F", "Btu/(hr.gal.F)"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_SHW_STORED_HEATLOSS_UNITS> = kShwStoredHeatlossUnitsLabels;
+inline constexpr CodeText<PLT_SHW_STORED_HEATLOSS_UNITS> code_table<PLT_SHW_STORED_HEATLOSS_UNITS>[] = {
+    {PLT_SHW_STORED_HEATLOSS_UNITS::HEATLOSS_PERCENTAGE, "%/hr"},
+    {PLT_SHW_STORED_HEATLOSS_UNITS::HEATLOSS_BTU_PER_HR_GAL_F, "Btu/(hr.gal.F)"},
+};
 
 enum class PLT_SHW_STORED_HW_PRIO_RULE : int16_t {
   PRIORITY_BY_OAT_BELOW = 10,
   PRIORITY_BY_OAT_ABOVE = 20,
   PRIORITY_BY_SCHEDULE = 30
 };
-inline constexpr Label kShwStoredHwPrioRuleLabels[]{{10, "PRIORITY_BY_OAT_BELOW", "below an outdoor temperature"},
-                                                    {20, "PRIORITY_BY_OAT_ABOVE", "above an outdoor temperature"},
-                                                    {30, "PRIORITY_BY_SCHEDULE", "by schedule"}};
 template <>
-inline constexpr std::span<const Label> labels<PLT_SHW_STORED_HW_PRIO_RULE> = kShwStoredHwPrioRuleLabels;
+inline constexpr CodeText<PLT_SHW_STORED_HW_PRIO_RULE> code_table<PLT_SHW_STORED_HW_PRIO_RULE>[] = {
+    {PLT_SHW_STORED_HW_PRIO_RULE::PRIORITY_BY_OAT_BELOW, "below an outdoor temperature"},
+    {PLT_SHW_STORED_HW_PRIO_RULE::PRIORITY_BY_OAT_ABOVE, "above an outdoor temperature"},
+    {PLT_SHW_STORED_HW_PRIO_RULE::PRIORITY_BY_SCHEDULE, "by schedule"},
+};
 
 }  // namespace tarn

@@ -77,7 +77,8 @@ void start_chiller(StoredEntity& entity, std::string_view type) {
 }
 
 void standard_chiller(StoredEntity& entity) {
-  dynamic_cast<CHL_Chiller&>(entity).CreateDefaultByType(1, shipped_file("chillers.dat"));
+  constexpr auto kType = static_cast<int16_t>(CHL_ChillerTypes::CT_WATER_COOLED_CENTRIFUGAL);
+  dynamic_cast<CHL_Chiller&>(entity).CreateDefaultByType(kType, shipped_file("chillers.dat"));
 }
 
 void start_plant(StoredEntity& entity, std::string_view type) {
@@ -173,13 +174,13 @@ constexpr EntityKind kKinds[]{
                               .factory = "NewElectricRate",
                               .file = {"ElecRateFilename", "ERT.DAT"},
                               .section = "URT_UtilityRate.ElectricRate",
-                              .prepare = set_rate_type<URT_RateTypes{0}>}),
+                              .prepare = set_rate_type<URT_RateTypes::TD_ELECTRIC>}),
     kind_of<URT_UtilityRate>({.group = "fuel-rates",
                               .one = "fuel rate",
                               .factory = "NewFuelRate",
                               .file = {"FuelRateFilename", "FRT.DAT"},
                               .section = "URT_UtilityRate.FuelRate",
-                              .prepare = set_rate_type<URT_RateTypes{1}>}),
+                              .prepare = set_rate_type<URT_RateTypes::TD_FUEL>}),
     kind_of<BLD_Building>({.group = "buildings",
                            .one = "building",
                            .factory = "NewBuilding",

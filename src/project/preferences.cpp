@@ -45,13 +45,13 @@ const ClassInfo& PRF_ProjectPrefs::info() const {
 }
 
 std::string PRF_ProjectPrefs::LeedVersionText(PRF_LEEDversions code) const {
-  return std::string(text_of(kLeedVersions, static_cast<int16_t>(code)));
+  return std::string(text_of(labels<PRF_LEEDversions>, static_cast<int16_t>(code)));
 }
 std::string PRF_ProjectPrefs::VentilationStandardText(PRF_VentilationStandards code) const {
-  return std::string(text_of(kVentilationStandards, static_cast<int16_t>(code)));
+  return std::string(text_of(labels<PRF_VentilationStandards>, static_cast<int16_t>(code)));
 }
 std::string PRF_ProjectPrefs::EnergyStandardText(PRF_EnergyStandards code) const {
-  return std::string(text_of(kEnergyStandards, static_cast<int16_t>(code)));
+  return std::string(text_of(labels<PRF_EnergyStandards>, static_cast<int16_t>(code)));
 }
 
 void PRF_ProjectPrefs::Read() {

@@ -32,32 +32,33 @@ enum class ADL_LoadComponents : int16_t {
   Plenum,
   SafetyFactor
 };
-inline constexpr Label kLoadComponentLabels[]{{1, "Walls", "Walls"},
-                                              {2, "Roofs", "Roofs"},
-                                              {3, "WindowSolar", "Windows, solar"},
-                                              {4, "WindowTransmission", "Windows, transmission"},
-                                              {5, "SkylightSolar", "Skylights, solar"},
-                                              {6, "SkylightTransmission", "Skylights, transmission"},
-                                              {7, "Doors", "Doors"},
-                                              {8, "Floors", "Floors"},
-                                              {9, "Partitions", "Partitions"},
-                                              {10, "Ceilings", "Ceilings"},
-                                              {11, "OverheadLighting", "Overhead lighting"},
-                                              {12, "TaskLighting", "Task lighting"},
-                                              {13, "ElectricEquipment", "Electric equipment"},
-                                              {14, "People", "People"},
-                                              {15, "Infiltration", "Infiltration"},
-                                              {16, "Miscellaneous", "Miscellaneous"},
-                                              {17, "Ventilation", "Ventilation"},
-                                              {18, "SupplyFan", "Supply fan"},
-                                              {19, "ReturnFan", "Return fan"},
-                                              {20, "Ducts", "Duct heat gain and leakage"},
-                                              {21, "Plenum", "Plenum"},
-                                              {22, "SafetyFactor", "Safety factor"}};
 template <>
-inline constexpr std::span<const Label> labels<ADL_LoadComponents> = kLoadComponentLabels;
+inline constexpr CodeText<ADL_LoadComponents> code_table<ADL_LoadComponents>[] = {
+    {ADL_LoadComponents::Walls, "Walls"},
+    {ADL_LoadComponents::Roofs, "Roofs"},
+    {ADL_LoadComponents::WindowSolar, "Windows, solar"},
+    {ADL_LoadComponents::WindowTransmission, "Windows, transmission"},
+    {ADL_LoadComponents::SkylightSolar, "Skylights, solar"},
+    {ADL_LoadComponents::SkylightTransmission, "Skylights, transmission"},
+    {ADL_LoadComponents::Doors, "Doors"},
+    {ADL_LoadComponents::Floors, "Floors"},
+    {ADL_LoadComponents::Partitions, "Partitions"},
+    {ADL_LoadComponents::Ceilings, "Ceilings"},
+    {ADL_LoadComponents::OverheadLighting, "Overhead lighting"},
+    {ADL_LoadComponents::TaskLighting, "Task lighting"},
+    {ADL_LoadComponents::ElectricEquipment, "Electric equipment"},
+    {ADL_LoadComponents::People, "People"},
+    {ADL_LoadComponents::Infiltration, "Infiltration"},
+    {ADL_LoadComponents::Miscellaneous, "Miscellaneous"},
+    {ADL_LoadComponents::Ventilation, "Ventilation"},
+    {ADL_LoadComponents::SupplyFan, "Supply fan"},
+    {ADL_LoadComponents::ReturnFan, "Return fan"},
+    {ADL_LoadComponents::Ducts, "Duct heat gain and leakage"},
+    {ADL_LoadComponents::Plenum, "Plenum"},
+    {ADL_LoadComponents::SafetyFactor, "Safety factor"},
+};
 
-inline constexpr int kLoadComponents = static_cast<int>(std::size(kLoadComponentLabels));
+inline constexpr int kLoadComponents = static_cast<int>(std::size(code_table<ADL_LoadComponents>));
 
 /// A value for each component: `loads(ADL_LoadComponents::Walls)`.
 using ByComponent = Array<R4, kLoadComponents>;

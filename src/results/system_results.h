@@ -106,22 +106,23 @@ enum class ADL_AirPoints : int16_t {
   ReturnFanLeaving,
   Exhaust
 };
-inline constexpr Label kAirPointLabels[]{{1, "Outdoor", "Outdoor air"},
-                                         {2, "ReclaimLeaving", "Leaving ventilation reclaim"},
-                                         {3, "PreconditionerLeaving", "Leaving precool or preheat coil"},
-                                         {4, "Mixed", "Mixed air"},
-                                         {5, "CoolingCoilLeaving", "Leaving central cooling coil"},
-                                         {6, "HeatingCoilLeaving", "Leaving central heating coil"},
-                                         {7, "HumidifierLeaving", "Leaving humidifier"},
-                                         {8, "SupplyFanLeaving", "Leaving supply fan"},
-                                         {9, "SupplyToZones", "Supply air at the zones"},
-                                         {10, "Room", "Room air"},
-                                         {11, "PlenumLeaving", "Leaving return plenum"},
-                                         {12, "ReturnFanLeaving", "Leaving return fan"},
-                                         {13, "Exhaust", "Exhaust air"}};
 template <>
-inline constexpr std::span<const Label> labels<ADL_AirPoints> = kAirPointLabels;
-inline constexpr int kAirPoints = static_cast<int>(std::size(kAirPointLabels));
+inline constexpr CodeText<ADL_AirPoints> code_table<ADL_AirPoints>[] = {
+    {ADL_AirPoints::Outdoor, "Outdoor air"},
+    {ADL_AirPoints::ReclaimLeaving, "Leaving ventilation reclaim"},
+    {ADL_AirPoints::PreconditionerLeaving, "Leaving precool or preheat coil"},
+    {ADL_AirPoints::Mixed, "Mixed air"},
+    {ADL_AirPoints::CoolingCoilLeaving, "Leaving central cooling coil"},
+    {ADL_AirPoints::HeatingCoilLeaving, "Leaving central heating coil"},
+    {ADL_AirPoints::HumidifierLeaving, "Leaving humidifier"},
+    {ADL_AirPoints::SupplyFanLeaving, "Leaving supply fan"},
+    {ADL_AirPoints::SupplyToZones, "Supply air at the zones"},
+    {ADL_AirPoints::Room, "Room air"},
+    {ADL_AirPoints::PlenumLeaving, "Leaving return plenum"},
+    {ADL_AirPoints::ReturnFanLeaving, "Leaving return fan"},
+    {ADL_AirPoints::Exhaust, "Exhaust air"},
+};
+inline constexpr int kAirPoints = static_cast<int>(std::size(code_table<ADL_AirPoints>));
 
 /// By `ADL_AirPoints`; the changes are those since the point before.
 struct PsychroRecord {

@@ -8,25 +8,27 @@
 namespace tarn {
 
 enum class SCH_Days : int16_t { Design_Day, Monday, Tuesday, Wednesday, Thursday, Friday, Saturday, Sunday, Holiday };
-inline constexpr Label kScheduleDays[]{{0, "Design_Day", "Design day"},
-                                       {1, "Monday", ""},
-                                       {2, "Tuesday", ""},
-                                       {3, "Wednesday", ""},
-                                       {4, "Thursday", ""},
-                                       {5, "Friday", ""},
-                                       {6, "Saturday", ""},
-                                       {7, "Sunday", ""},
-                                       {8, "Holiday", ""}};
 template <>
-inline constexpr std::span<const Label> labels<SCH_Days> = kScheduleDays;
+inline constexpr CodeText<SCH_Days> code_table<SCH_Days>[] = {
+    {SCH_Days::Design_Day, "Design day"},
+    {SCH_Days::Monday},
+    {SCH_Days::Tuesday},
+    {SCH_Days::Wednesday},
+    {SCH_Days::Thursday},
+    {SCH_Days::Friday},
+    {SCH_Days::Saturday},
+    {SCH_Days::Sunday},
+    {SCH_Days::Holiday},
+};
 
 /// What the hourly values mean: per cent of the peak, `SCH_OccupancyType`, or `SCH_TimeOfDayPeriod`.
 enum class SCH_ScheduleTypes : int16_t { ST_FRACTIONAL, ST_FAN_TSTAT, ST_RATE };
-inline constexpr Label kScheduleTypes[]{{0, "ST_FRACTIONAL", "Fractional"},
-                                        {1, "ST_FAN_TSTAT", "Fan and thermostat"},
-                                        {2, "ST_RATE", "Utility rate time of day"}};
 template <>
-inline constexpr std::span<const Label> labels<SCH_ScheduleTypes> = kScheduleTypes;
+inline constexpr CodeText<SCH_ScheduleTypes> code_table<SCH_ScheduleTypes>[] = {
+    {SCH_ScheduleTypes::ST_FRACTIONAL, "Fractional"},
+    {SCH_ScheduleTypes::ST_FAN_TSTAT, "Fan and thermostat"},
+    {SCH_ScheduleTypes::ST_RATE, "Utility rate time of day"},
+};
 
 enum class SCH_OccupancyType : int16_t { SOTV_UNOCCUPIED = 0, SOTV_OCCUPIED = -1 };
 enum class SCH_TimeOfDayPeriod : int16_t { SRTV_PEAK = 1, SRTV_MID_PEAK, SRTV_NORMAL_PEAK, SRTV_OFF_PEAK };

@@ -9,14 +9,16 @@
 namespace tarn {
 
 enum class SPC_AreaInputMode : int16_t { AIM_DIRECT = 0, AIM_DIMENSIONS = 1 };
-inline constexpr Label kAreaInputModes[]{{0, "AIM_DIRECT", ""}, {1, "AIM_DIMENSIONS", ""}};
 template <>
-inline constexpr std::span<const Label> labels<SPC_AreaInputMode> = kAreaInputModes;
+inline constexpr auto code_table<SPC_AreaInputMode> =
+    codes_between<SPC_AreaInputMode::AIM_DIRECT, SPC_AreaInputMode::AIM_DIMENSIONS>;
 
 enum class SPC_OccupancySpec : int16_t { TOTALPEOPLE = 0, SQFTPERPERSON = 1 };
-inline constexpr Label kOccupancySpecs[]{{0, "TOTALPEOPLE", "people"}, {1, "SQFTPERPERSON", "ft2 per person"}};
 template <>
-inline constexpr std::span<const Label> labels<SPC_OccupancySpec> = kOccupancySpecs;
+inline constexpr CodeText<SPC_OccupancySpec> code_table<SPC_OccupancySpec>[] = {
+    {SPC_OccupancySpec::TOTALPEOPLE, "people"},
+    {SPC_OccupancySpec::SQFTPERPERSON, "ft2 per person"},
+};
 
 struct GeneralRecord {
   Text<24> Name;

@@ -89,7 +89,7 @@ std::unique_ptr<CHL_Chiller> chiller_of(const Json& row) {
   mode.FLPowerUnits = CHL_InputPower::InputPower_Absolute;
   mode.EvapFlow = number("evaporator_gpm_per_ton");
   mode.CondFlow = number("condenser_gpm_per_ton");
-  mode.EvapFlowUnits = mode.CondFlowUnits = static_cast<COM_FlowUOM>(1);  // gpm/ton
+  mode.EvapFlowUnits = mode.CondFlowUnits = COM_FlowUOM::FU_GPM_PER_TON;
   fill_map(mode, row);
   const auto part_load = integrated_part_load(mode, CHL_SourceFluids{chiller->SourceFluid}, chiller->MinECWT);
   if (!part_load) fail(ErrorNumber::InvalidCall, "The map does not reach the temperatures of its part-load value.");
