@@ -185,6 +185,7 @@ Ptr<Database> Database::open(const std::string& name, Access access) {
   // Savepoints, sorting and temporary tables need no files of their own: they fit memory, and a read-only folder stays
   // usable.
   database->run("PRAGMA temp_store = MEMORY");
+  database->run("SELECT 1 FROM sqlite_master LIMIT 1");  // a damaged file is told now, not at the first search
   database->recover();
   return database;
 }
