@@ -1,6 +1,8 @@
 // A project with a valid air system in several shapes, and what an object holds.
 #pragma once
 
+#include <sqlite3.h>
+
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -58,8 +60,8 @@ class Sample {
     project.SetWorkPath(folder_);
     project.FilePrefix = "JOB";
     create_index(project.IndexDBName());
+    sqlite3_auto_extension(reinterpret_cast<void (*)()>(&without_waiting));
     database = host().database(project.IndexDBName());
-    database->Execute("PRAGMA synchronous = OFF");
   }
 
   void fill() {
@@ -128,6 +130,11 @@ class Sample {
 
   COM_ProjectData project;
   Ptr<Database> database;
+
+  /// A sample need not outlive a power failure.
+  static int without_waiting(sqlite3* opened, char**, const void*) {
+    return sqlite3_exec(opened, "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
+  }
 
  private:
   /// A file with the sections of a mask, and those before them.

@@ -148,8 +148,9 @@ TARN_API tarn_status tarn_import_chiller(tarn_object* chiller, const char* path,
 TARN_API tarn_status tarn_create_index(const char* path);
 /* The shared handle of an existing index database, for SetDBHandle. */
 TARN_API tarn_status tarn_open_database(const char* path, tarn_object** out);
-/* Runs a statement of the client's own, and gives the number of rows changed. Values are bound to the '?' of the
- * statement. */
+/* Statements of the client's own; the rows changed come back. Values are bound to the '?' of the statement. Those that
+ * begin or end a transaction, attach a database or change a setting are refused, here and in tarn_query: use
+ * tarn_begin, tarn_commit and tarn_rollback. */
 TARN_API tarn_status tarn_execute(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
                                   int32_t* changed);
 /* Rows of a query: `row` is called for each with its column names and values. */

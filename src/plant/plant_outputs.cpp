@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "plant/plant.h"
-#include "platform/statement.h"
+#include "platform/database.h"
 
 namespace tarn {
 namespace {

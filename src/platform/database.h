@@ -1,58 +1,33 @@
-// The index database engine in the shape the data layer was made for - recordsets that are searched, edited, added to
-// and deleted from, and statements - over embedded SQLite. Numbers and texts are bound to the '?' of a statement, never
-// written into it, and prepared statements are kept, so that a search by a key is one index step.
+// The index database engine: one connection to a database file, its statements, and its part in the workspace's
+// transactions. Embedded SQLite, whose own header is seen in the sources of this folder alone. Numbers and texts are
+// bound to the '?' of a statement, never written into it, and prepared statements are kept.
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <typeindex>
 #include <unordered_map>
 #include <unordered_set>
-#include <variant>
 #include <vector>
 
-#include "base/object.h"
+#include "platform/cell.h"
+#include "platform/recordset.h"
+#include "platform/statement.h"
 
 struct sqlite3;
-struct sqlite3_stmt;
 
 namespace tarn {
 
-/// One column's value in a row.
-using Cell = std::variant<std::monostate, int64_t, double, std::string>;
-
-/// Booleans are -1 and 0, as in the files.
-inline Cell cell(bool value) { return int64_t{value ? -1 : 0}; }
-inline Cell cell(int64_t value) { return value; }
-inline Cell cell(int value) { return int64_t{value}; }
-inline Cell cell(double value) { return value; }
-inline Cell cell(std::string value) { return value; }
-/// A by-name value as a cell.
-Cell cell(const Value& value);
-Value value_of(const Cell& cell);
-
-class Recordset;
-class Statement;
-
-/// Every connection has a list of ids of its own in memory, temp.Found, for work on sets in several statements.
-inline constexpr const char* kScratchList = "CREATE TEMP TABLE Found (nIndex INTEGER PRIMARY KEY)";
-
-/// A query taken apart: "SELECT * FROM table [WHERE ...] [ORDER BY ...]". Other queries have no table; their rows can
-/// be read only.
-struct QueryShape {
-  explicit QueryShape(const std::string& query);
-  /// The statement for all rows, or for the first that also satisfies the criteria; the row's key stands before the
-  /// columns of a table.
-  std::string select(std::string_view criteria) const;
-  /// Names the columns, once a statement of the query is there.
-  void name_columns(const Statement& statement);
-
-  std::string sql, table, where, order;
-  std::vector<std::string> columns;
-  std::string all;                                        // select({})
-  std::unordered_map<std::string, std::string> searches;  // select(criteria), by the criteria
+/// What a layer above keeps with an open database, for as long as its handle lives, and what it is told meanwhile.
+class DatabaseMemory {
+ public:
+  virtual ~DatabaseMemory() = default;
+  /// A row with this key went, by this connection.
+  virtual void row_deleted(std::string_view, int64_t) {}
+  /// Rows and tables may be others than they were: a rollback, or a table dropped.
+  virtual void rows_unknown() {}
 };
 
 class Database final : public Object {
@@ -72,20 +47,22 @@ class Database final : public Object {
   bool read_only() const { return read_only_; }
 
   Recordset OpenRecordset(const std::string& sql, std::vector<Cell> parameters = {});
-  /// Runs a statement without rows; returns the rows that it changed. Error `StatementRejected` holds the statement.
+  /// Runs a statement without rows; returns the rows that it changed. Error `StatementRejected` holds the statement;
+  /// it meets those that begin or end a transaction, attach a database, or change a setting, for which the workspace
+  /// has its calls.
   int Execute(const std::string& sql, std::span<const Cell> parameters = {});
 
-  /// The lowest positive number that is no row's `nIndex`, in constant time over a run of new rows.
-  int64_t lowest_free_index(const std::string& table);
-
-  /// Counts this program's deletions of entities, so that an object can tell that what it refers to was deleted, even
-  /// where another entity has that index by now. A deletion that is rolled back does not count.
-  void note_deletion(std::string_view kind, int64_t index);
-  /// Grows with every deletion.
-  size_t deletions() const { return deletions_.size(); }
-  bool deleted_since(size_t deletions, std::string_view kind, int64_t index) const;
   /// Changes when another program has committed.
   int64_t foreign_version() { return pragma("data_version"); }
+  /// Whether a statement of this connection was made that sets a column of existing rows.
+  bool sets(const std::string& table, const std::string& column) const { return set_.contains(table + "." + column); }
+  /// A layer's memory of this database, made from it at the first call: one of each type.
+  template <typename Memory>
+  Memory& memory() {
+    if (const auto kept = memories_.find(typeid(Memory)); kept != memories_.end())
+      return static_cast<Memory&>(*kept->second);
+    return static_cast<Memory&>(*memories_.emplace(typeid(Memory), std::make_unique<Memory>(*this)).first->second);
+  }
 
   // For the workspace:
   /// Joins the open transaction. A statement that only reads needs no savepoints for the inner levels.
@@ -103,20 +80,20 @@ class Database final : public Object {
   struct Private {};
   // Only so many are kept: a client may write values into its statements, so that each is a new text.
   static constexpr size_t kKeptTexts = 500;
-  struct Prepared {
-    std::vector<sqlite3_stmt*> idle;
-    int borrowed = 0;
-  };
 
  public:
   Database(Private, std::string path, sqlite3* handle);
 
  private:
   sqlite3_stmt* prepare(const std::string& sql);
+  [[noreturn]] void fail_on(const std::string& sql) const;
+  int authorize(int action, const char* first, const char* second);
+  void rows_unknown();
   void forget_idle();
   void run(const std::string& sql);
+  void control(const std::string& sql);
   std::shared_ptr<QueryShape> shape_of(const std::string& sql);
-  bool marks_hold(const std::string& table);
+  int64_t last_key() const;
   int64_t pragma(const std::string& name);
   void recover();
   std::string journal_name(int64_t token) const;
@@ -125,76 +102,15 @@ class Database final : public Object {
   sqlite3* handle_ = nullptr;
   bool read_only_ = false;
   bool apart_ = false;
-  size_t level_ = 0;                                    // of the workspace's transaction that this database has joined
-  std::unordered_map<std::string, Prepared> prepared_;  // by text
+  size_t level_ = 0;  // of the workspace's transaction that this database has joined
+  std::unordered_map<std::string, KeptStatements> prepared_;             // by text
+  std::unordered_map<std::string, sqlite3_stmt*> controls_;              // of transactions, by text; never a client's
   std::unordered_map<std::string, std::shared_ptr<QueryShape>> shapes_;  // by query
-  // Every index of a table below its mark is in use. Deletes here lower a mark; rollbacks and other writers clear all.
-  std::unordered_map<std::string, int64_t> free_marks_;
-  std::string dropping_;                      // the table that was dropped last
-  std::unordered_set<std::string> unmarked_;  // tables whose indexes a client's statement moves
-  int64_t data_version_ = -1;
-  std::vector<std::pair<std::string, int64_t>> deletions_;
-};
-
-/// A column of a recordset's current row, or of the row being edited or added.
-class Field {
- public:
-  Field(Recordset& rows, size_t column) : rows_(rows), column_(column) {}
-  const Cell& Value() const;
-  int64_t integer() const;  // 0 for no value
-  double real() const;
-  std::string text() const;
-  /// Error `EditNotStarted` outside `AddNew` or `Edit`.
-  void operator=(Cell value);
-
- private:
-  Recordset& rows_;
-  size_t column_;
-};
-
-/// Rows of one statement. They are read when they are first walked; a search reads the row that it finds only.
-class Recordset {
- public:
-  Recordset(Ptr<Database> database, const std::string& sql, std::vector<Cell> parameters);
-
-  bool AtEof();
-  void MoveNext();
-  /// The first row that also satisfies the criteria ("nIndex = ?"); `NoMatch` tells whether there was none.
-  void FindFirst(const std::string& criteria, std::vector<Cell> parameters);
-  bool NoMatch() const { return no_match_; }
-  /// Errors `NoCurrentRecord`, `ItemNotFound`.
-  Field Fields(std::string_view column);
-  const std::vector<std::string>& columns();
-
-  void AddNew();
-  void Edit();
-  void Update();
-  void Delete();
-
- private:
-  friend class Field;
-  struct Row {
-    int64_t id = 0;
-    std::vector<Cell> cells;
-    bool deleted = false;
-  };
-  enum class Editing : uint8_t { No, Changed, Added };
-
-  std::vector<Row> fetch(const std::string& sql, std::span<const Cell> parameters);
-  void walk();
-  Row& current();
-  void require_table() const;
-
-  Ptr<Database> database_;
-  std::shared_ptr<QueryShape> shape_;
-  std::vector<Cell> parameters_;
-  std::vector<Row> rows_;
-  size_t at_ = 0;
-  bool walked_ = false;
-  bool no_match_ = false;
-  std::optional<Row> found_;  // by a search, while the rows are not walked
-  Editing editing_ = Editing::No;
-  std::vector<Cell> buffer_;
+  std::unordered_map<std::type_index, std::unique_ptr<DatabaseMemory>> memories_;
+  bool screening_ = false;               // a statement is prepared that is not this layer's own
+  std::string refused_;                  // what it would do that it must not
+  std::string dropping_;                 // the table that was dropped last
+  std::unordered_set<std::string> set_;  // "table.column"
 };
 
 }  // namespace tarn

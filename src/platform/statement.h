@@ -1,31 +1,48 @@
-// A prepared statement of the embedded engine, borrowed from its database for one use.
+// A statement of the index database with its values bound, and the rows that it gives one after the other. It is
+// prepared once for its text and borrowed for one use.
 #pragma once
 
-#include <sqlite3.h>
+#include <span>
+#include <string>
+#include <vector>
 
-#include "platform/database.h"
+#include "platform/cell.h"
+
+struct sqlite3_stmt;
 
 namespace tarn {
 
+class Database;
+
+/// Prepared statements of one text.
+struct KeptStatements {
+  std::vector<sqlite3_stmt*> idle;
+  int borrowed = 0;
+};
+
 class Statement {
  public:
-  Statement(Database& database, const std::string& sql, std::span<const Cell> parameters);
+  /// Takes no part in a transaction by itself: `Database::join` comes first. Error `StatementRejected` where the engine
+  /// does not know what to do with the text, where values are missing, or where the text would end a transaction or
+  /// change a setting of the connection.
+  Statement(Database& database, const std::string& sql, std::span<const Cell> parameters = {});
   ~Statement();
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
 
   /// True while there is a row.
   bool step();
-  bool only_reads() const { return sqlite3_stmt_readonly(statement_) != 0; }
-  int columns() const { return sqlite3_column_count(statement_); }
-  std::string column_name(int column) const { return sqlite3_column_name(statement_, column); }
+  bool only_reads() const;
+  int columns() const;
+  std::string column_name(int column) const;
   Cell column(int column) const;
-  int64_t integer(int column) const { return sqlite3_column_int64(statement_, column); }
+  /// 0 for no value.
+  int64_t integer(int column) const;
 
  private:
   Database& database_;
-  std::pair<const std::string, Database::Prepared>& home_;  // the text, and where the statement goes back to
-  sqlite3_stmt* statement_;
+  std::pair<const std::string, KeptStatements>& home_;  // the text, and where the statement goes back to
+  sqlite3_stmt* statement_ = nullptr;
 };
 
 }  // namespace tarn

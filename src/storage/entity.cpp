@@ -5,6 +5,7 @@
 #include "base/log.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
+#include "storage/entity_memory.h"
 #include "storage/links.h"
 
 namespace tarn {
@@ -129,8 +130,10 @@ void StoredEntity::Save() {
       Index = GetFreeIndex();
       rows.AddNew();
     } else {
-      if (rows.NoMatch() && !kind().lost_row_message.empty())
-        fail(ErrorNumber::NoCurrentRecord, std::string(kind().lost_row_message));
+      if (rows.NoMatch()) {
+        const std::string_view message = kind().lost_row_message;
+        fail(ErrorNumber::NoCurrentRecord, std::string(message.empty() ? "No current record." : message));
+      }
       rows.Edit();
     }
     store(rows, Naming::Valid, Saving::Edited);
@@ -154,7 +157,7 @@ void StoredEntity::SaveAs(int16_t index, Naming naming) {
 std::string StoredEntity::title() const { return std::string(kind().default_word) + " " + std::to_string(Index); }
 
 void StoredEntity::remember_links(std::span<const std::string_view> kinds, const std::vector<Use>& uses) {
-  const size_t deletions = database().deletions();
+  const size_t deletions = database().memory<Deletions>().count();
   const int64_t foreign_version = database().foreign_version();
   for (const std::string_view kind : kinds) linked_[kind] = {{}, Index, deletions, foreign_version};
   std::map<std::string_view, Linked>::iterator last = linked_.end();
@@ -218,7 +221,7 @@ void StoredEntity::clear_lost_links(LinkRows& links) {
     const auto use_known = next != uses.end() && *next == use ? next : std::find(uses.begin(), uses.end(), use);
     if (use_known == uses.end()) return false;
     next = std::next(use_known);
-    return database().deleted_since(linked->deletions, use.kind, use.index) || !links.is_there(use) ||
+    return database().memory<Deletions>().since(linked->deletions, use.kind, use.index) || !links.is_there(use) ||
            (foreign && !links.has(use));
   });
 }
@@ -298,14 +301,14 @@ void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
       database().Execute("DELETE FROM " + std::string(link.table) + " WHERE " + std::string(link.column) + " = ?", id);
     }
     remove_files(Index);
-    database().note_deletion(kind().default_word, Index);
+    database().memory<Deletions>().note(kind().default_word, Index);
     transaction.commit();
   });
   Reset();
 }
 
 int16_t StoredEntity::GetFreeIndex() const {
-  const int64_t free = database().lowest_free_index(std::string(kind().index_table));
+  const int64_t free = database().memory<FreeIndexes>().lowest(std::string(kind().index_table));
   if (free > INT16_MAX) {
     fail(ErrorNumber::Overflow,
          "Overflow: every index of " + std::string(kind().index_table) + " up to 32767 is in use.");

@@ -5,7 +5,7 @@
 
 #include "base/log.h"
 #include "base/wire.h"
-#include "platform/statement.h"
+#include "platform/database.h"
 
 namespace tarn {
 namespace {

@@ -7,7 +7,22 @@
 namespace tarn {
 namespace {
 
-// The systems that use the entity are found once, because the links to plants and buildings lead through them.
+// The systems that rest on the entity are found once, as the ways to plants and buildings lead through them. Their
+// table is made with the first change, and again when a rollback took it back.
+class FoundSystems final : public DatabaseMemory {
+ public:
+  explicit FoundSystems(Database& database) : database_(database) {}
+  void make() {
+    if (!made_) database_.Execute(kScratchList);
+    made_ = true;
+  }
+  void rows_unknown() override { made_ = false; }
+
+ private:
+  Database& database_;
+  bool made_ = false;
+};
+
 const std::string kForgetSystems = "DELETE FROM temp.Found";
 
 std::string step_query(const LinkStep& step, const std::string& condition) {
@@ -74,6 +89,7 @@ Reach Reach::through_spaces(std::string_view link_table, std::string_view id_col
 void Reach::mark(Database& database, int index) const {
   const Cell entity[]{cell(index)};
   if (!collect_systems_.empty()) {
+    database.memory<FoundSystems>().make();
     database.Execute(kForgetSystems);
     if (database.Execute(collect_systems_, entity) == 0 && only_through_systems_) return;
   }

@@ -27,6 +27,9 @@ struct Route {
 
 enum class Results : uint8_t { DesignAndSimulation, SimulationOnly };
 
+/// Where a connection keeps the systems that a change reaches, in memory, for the statements that go on from them.
+inline constexpr const char* kScratchList = "CREATE TEMP TABLE IF NOT EXISTS Found (nIndex INTEGER PRIMARY KEY)";
+
 class Reach {
  public:
   Reach(Results results, std::initializer_list<Route> routes);
