@@ -85,7 +85,7 @@ const ClassInfo& AS_AirSystem::info() const {
       parts<&C::GetHourlySimData, &C::simulation_count, &C::resize_simulation>,
       property<&C::DesHasChanged>.kept_in_row(), property<&C::SimHasChanged>.kept_in_row(),
       property<&C::index32>.named("Index"), method<&C::SetMask>("lMaskAdd", "lMaskRemove"),
-      method<&C::IsNameUnique>("sName"));
+      method<&C::IsNameUnique>("sName"), event<&C::OnUpdateDependencies>("OverrideDefault"));
   static const ClassInfo info(members);
   return info;
 }
@@ -168,11 +168,24 @@ void AS_AirSystem::pack_spaces(ZoneRecord& zone, int entries) {
   zone.TotalSpacesInZone = static_cast<int16_t>(kept);
 }
 
+namespace {
+
+/// No other system has the name; where the index table cannot tell, that is the error.
+bool name_is_free(const AS_AirSystem& system) {
+  try {
+    return system.IsNameUnique();
+  } catch (const Error& error) {
+    throw Error(error.number(), {}, "Query for duplicate name checking failed: " + error.description());
+  }
+}
+
+}  // namespace
+
 void AS_AirSystem::before_save() {
   as_given_ = false;
   const int16_t zones = general_.NumZones;
   if (take_unselected_header() && selected(kInputs)) general_.NumZones = zones;
-  if (!IsNameUnique()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
+  if (!name_is_free(*this)) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
   const bool by_user = selected(kInputs) && !after_calculations_;
   if (!by_user) {
     set_there(kSizing, is_there(kSizing) || selected(kSizing));

@@ -31,7 +31,7 @@ const ClassInfo& BLD_Building::info() const {
       parts<&C::GetBuildingProfile, &C::profile_count, &C::set<kProfiles>>("Index"), method<&C::Reset>("ResetAll"),
       method<&C::Clone>("Index"), method<&C::CreateDefault>, method<&C::Delete>("RecordNumber"),
       method<&C::GetFreeIndex>, property<&C::HasChanged>.kept_in_row(), method<&C::SetDBHandle>("DB"),
-      method<&C::GetDBHandle>, property<&C::Index>,
+      method<&C::GetDBHandle>, property<&C::Index>.read_only(),
       method<static_cast<void (C::*)(int32_t, int32_t)>(&C::Load)>("Section", "RecordNumber"),
       method<static_cast<void (C::*)(int32_t, std::optional<bool>)>(&C::Save)>("Section", "bSaveAfterCalculations"),
       property<&C::WorkPath>, property<&C::FilePrefix>, property<&C::DefFileName>, method<&C::IsNameUnique>("sName"),

@@ -72,10 +72,11 @@ const ClassInfo& URT_UtilityRate::info() const {
       property<&R::RCAppliesLast>, property<&R::TWCUsed>, property<&R::TWCMult>, property<&R::TWCWindow>,
       property<&R::MDCUsed>, property<&R::MDCMinimum>, property<&R::PMCUsed>, property<&R::PMCMult>,
       property<&R::PMCSeason>, property<&R::PMCPeriod>, property<&R::PFMUsed>, property<&R::PFMMult>,
-      method<&C::SetDBHandle>("Value"), method<&C::GetDBHandle>, property<&C::Index>, property<&C::FileName>,
-      method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
-      method<&C::Delete>("RecordNumber"), method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"),
-      method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+      method<&C::SetDBHandle>("Value"), method<&C::GetDBHandle>, property<&C::Index>.read_only(),
+      property<&C::FileName>, method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>,
+      method<&C::GetFreeIndex>, method<&C::Delete>("RecordNumber"),
+      method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"), method<&C::Save>, method<&C::CreateDefault>,
+      method<&C::IsNameUnique>("sName"), event<&C::OnUpdateDependencies>("OverrideDefault"));
   static const ClassInfo info(members);
   return info;
 }

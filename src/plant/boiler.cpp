@@ -36,11 +36,12 @@ const ClassInfo& BLR_Boiler::info() const {
       property<&R::BoilerOutput>("MBH"), property<&R::BoilerInput>("MBH"), property<&R::BoilerEff>("%"),
       converted<&R::FuelType, &C::FuelType, &C::SetFuelType>, property<&R::MiscKW>("kW"),
       converted<&R::PartLoadModel, &C::PartLoadModel, &C::SetPartLoadModel>, property<&R::HotWaterFlow>,
-      property<&R::HotWaterFlowUnits>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>, property<&C::Index>,
-      property<&C::FileName>, property<&R::BoilerType>, property<&R::DesignHWST>("F"), method<&C::Reset>("ResetAll"),
-      method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
+      property<&R::HotWaterFlowUnits>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>,
+      property<&C::Index>.read_only(), property<&C::FileName>, property<&R::BoilerType>, property<&R::DesignHWST>("F"),
+      method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
       method<&C::Delete>("RecordNumber"), method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"),
-      method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+      method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"),
+      event<&C::OnUpdateDependencies>("OverrideDefault"));
   static const ClassInfo info(members);
   return info;
 }

@@ -78,10 +78,11 @@ const ClassInfo& CHL_Chiller::info() const {
       property<&R::MaxHeatRecovery>("%"), property<&R::IPLV>("kW/ton or MBH/ton"), owned<&C::CoolingMode>,
       owned<&C::HeatRecoveryMode>, owned<&C::HeatingMode>, property<&R::DXFCDeltaT>("F"), property<&R::DXFCCapacity>,
       property<&R::DXFCPower>, method<&C::CreateDefaultByType>("nChillerType", "sDefaultsFile"),
-      method<&C::GetDXFCDefaults>("DXFCOption", "UOM", "DeltaT", "Power", "Capacity"), property<&C::Index>,
+      method<&C::GetDXFCDefaults>("DXFCOption", "UOM", "DeltaT", "Power", "Capacity"), property<&C::Index>.read_only(),
       property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>, method<&C::Reset>("bResetAll"),
       method<&C::Clone>("nIndex"), method<&C::CopyInstance>, method<&C::GetFreeIndex>, method<&C::Delete>("nRecNum"),
-      method<&C::Load>("RecordNumber"), method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+      method<&C::Load>("RecordNumber"), method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"),
+      event<&C::OnUpdateDependencies>("OverrideDefault"));
   static const ClassInfo info(members);
   return info;
 }

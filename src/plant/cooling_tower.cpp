@@ -28,11 +28,12 @@ const ClassInfo& TWR_CoolingTower::info() const {
       property<&R::DesignWetBulb>("F"), property<&R::DesignRange>("F"), property<&R::DesignApproach>("F"),
       property<&R::AirFlow>, property<&R::AirFlowUnits>, property<&R::FanPower>, property<&R::FanPowerUnits>,
       property<&R::TowerControl>, property<&R::LowSpdAirflow>("%"), property<&R::FanElecEff>("%"),
-      property<&R::AvgECWT>("F"), property<&R::CondPumpFlow>, property<&R::CondPumpFlowUnits>, property<&C::Index>,
-      property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>, method<&C::Reset>("ResetAll"),
-      method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
+      property<&R::AvgECWT>("F"), property<&R::CondPumpFlow>, property<&R::CondPumpFlowUnits>,
+      property<&C::Index>.read_only(), property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>,
+      method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
       method<&C::Delete>("RecordNumber"), method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"),
-      method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+      method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"),
+      event<&C::OnUpdateDependencies>("OverrideDefault"));
   static const ClassInfo info(members);
   return info;
 }

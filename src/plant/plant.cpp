@@ -71,9 +71,10 @@ const ClassInfo& PLT_Plant::info() const {
       method<&C::CreateDefault>, method<&C::WriteDefaultsFile>("strFileName"), method<&C::Delete>("nRecNum"),
       method<static_cast<void (C::*)(int32_t, int16_t)>(&C::Load)>("nOpMode", "nRecNum"),
       method<static_cast<void (C::*)(int32_t, std::optional<bool>&)>(&C::Save)>("nOpMode", "bSaveAfterCalculation"),
-      property<&C::FileName>, method<&C::GetFreeIndex>, property<&C::Index>, method<&C::GetDBHandle>,
+      property<&C::FileName>, method<&C::GetFreeIndex>, property<&C::Index>.read_only(), method<&C::GetDBHandle>,
       method<&C::SetDBHandle>("DB"), property<&C::SimHasChanged>.kept_in_row(),
-      property<&C::DesHasChanged>.kept_in_row(), method<&C::IsNameUnique>("sName"));
+      property<&C::DesHasChanged>.kept_in_row(), method<&C::IsNameUnique>("sName"),
+      event<&C::OnUpdateDependencies>("OverrideDefault"));
   static const ClassInfo info(members);
   return info;
 }

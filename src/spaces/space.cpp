@@ -54,7 +54,8 @@ const ClassInfo& SPC_Space::info() const {
       method<&C::NumPartitions>, part<&C::GetFloor>, part<&C::GetInfiltration>, part<&C::GetPeople>, part<&C::GetLight>,
       part<&C::GetOtherLoads>, forwarded<&C::general_, &G::OAReq1Value>, forwarded<&C::general_, &G::OAReq2Value>,
       forwarded<&C::general_, &G::OAReq1Spec>, forwarded<&C::general_, &G::OAReq2Spec>,
-      forwarded<&C::general_, &G::SpaceUsage>, method<&C::IsNameUnique>("sName"), method<&C::GrossWallArea>);
+      forwarded<&C::general_, &G::SpaceUsage>, method<&C::IsNameUnique>("sName"), method<&C::GrossWallArea>,
+      event<&C::OnUpdateDependencies>("OverrideDefault"));
   static const ClassInfo info(members);
   return info;
 }
