@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "airsystems/equipment_codes.h"
-#include "project/preferences.h"
+#include "base/design_standards.h"
 #include "reflect/collection.h"
 
 namespace tarn {

@@ -332,6 +332,7 @@ constexpr PropertyRow accessor_row() {
   Member row;
   row.name = member_name<Get>();
   row.type = value_type<ResultOf<Get>>();
+  if constexpr (std::is_enum_v<ResultOf<Get>>) row.labels = labels<ResultOf<Get>>;
   row.read_only = !accessor.let;
   row.form = accessor;
   return {row};

@@ -103,9 +103,9 @@ ObjectPtr object_of(Object& owner, std::string_view name, int number) {
     const std::vector<int> subscripts(member.bounds.size(), number);
     get_property(owner, member, subscripts, made);
   } else {
-    std::vector<Value> arguments(member.parameters.size());
+    std::vector<Value> arguments(member.parameters().size());
     for (size_t i = 0; i < arguments.size(); ++i) {
-      if (!member.parameters[i].optional) arguments[i] = static_cast<int16_t>(number);
+      if (!member.parameters()[i].optional) arguments[i] = static_cast<int16_t>(number);
     }
     call_method(owner, member, arguments, made);
   }
