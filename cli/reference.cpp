@@ -117,7 +117,7 @@ void add_part_rows(Object& object, std::string& rows) {
     rows += row({std::to_string(first), std::to_string(count) + " x " + std::to_string(open->info->record_size),
                  "`" + name + "`", "`" + std::string(open->info->name) + "`", ""});
   };
-  for (const auto& block : entity->layout()) {
+  for (const auto& block : entity->file().blocks()) {
     const auto found = places.find(block.data());
     const PartPlace* place = found == places.end() ? nullptr : &found->second;
     if (place && open && place->group == open->group) {

@@ -1,5 +1,7 @@
 #include "airsystems/input_parts.h"
 
+#include "base/describe.h"
+
 namespace tarn {
 namespace {
 

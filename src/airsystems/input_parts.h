@@ -3,7 +3,7 @@
 #pragma once
 
 #include "airsystems/codes.h"
-#include "storage/entity.h"
+#include "storage/part.h"
 
 namespace tarn {
 

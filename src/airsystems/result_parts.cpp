@@ -1,5 +1,7 @@
 #include "airsystems/result_parts.h"
 
+#include "storage/hourly_members.h"
+
 namespace tarn {
 
 const ClassInfo& AS_AirSizing::info() const {
@@ -63,6 +65,16 @@ const ClassInfo& AS_LEEDUnmetLoads::info() const {
   using R = LeedUnmetLoadsRecord;
   using C = AS_LEEDUnmetLoads;
   static const ClassInfo info = describe<C>(Failures::Raised, property<&R::ClgStatus>, property<&R::HtgStatus>);
+  return info;
+}
+
+const ClassInfo& AS_HourlyResults::info() const {
+  static const ClassInfo info = hourly_results_info<AS_HourlyResults>();
+  return info;
+}
+
+const ClassInfo& AS_HourlySimData::info() const {
+  static const ClassInfo info = hourly_list_info<AS_HourlySimData>();
   return info;
 }
 

@@ -1,5 +1,7 @@
 #include "building/building_parts.h"
 
+#include "base/describe.h"
+
 namespace tarn {
 namespace {
 

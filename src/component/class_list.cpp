@@ -9,6 +9,7 @@
 #include "base/nearest.h"
 #include "building/building.h"
 #include "building/utility_rate.h"
+#include "component/defaults.h"
 #include "envelope/construction.h"
 #include "envelope/door.h"
 #include "envelope/shade.h"
@@ -79,6 +80,11 @@ const std::vector<ClassEntry>& classes() {
   }();
   return all;
 }
+
+[[maybe_unused]] const bool kDefaultsAreKnown = [] {
+  StoredEntity::product_default = fill_product_default;
+  return true;
+}();
 
 const ClassEntry& find(std::string_view name) {
   for (const ClassEntry& entry : classes()) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "airsystems/defaults.h"
+#include "base/members.h"
 #include "base/nearest.h"
 #include "component/chiller_import.h"
 #include "component/shipped.h"
@@ -156,9 +157,7 @@ Ptr<StoredEntity> make_entity(COM_ProjectData& project, const EntityKind& kind) 
   Value made;
   std::vector<Value> none;
   project.info().find(kind.factory).call(project, none, made);
-  auto entity = std::dynamic_pointer_cast<StoredEntity>(std::get<ObjectPtr>(made));
-  entity->select_all();
-  return entity;
+  return std::dynamic_pointer_cast<StoredEntity>(std::get<ObjectPtr>(made));
 }
 
 }  // namespace tarn

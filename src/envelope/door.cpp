@@ -1,5 +1,7 @@
 #include "envelope/door.h"
 
+#include "storage/kind.h"
+
 namespace tarn {
 
 const Kind& DOR_Door::kind() const {

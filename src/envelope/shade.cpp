@@ -1,5 +1,7 @@
 #include "envelope/shade.h"
 
+#include "storage/kind.h"
+
 namespace tarn {
 
 const Kind& SHD_Shade::kind() const {

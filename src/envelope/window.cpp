@@ -1,6 +1,7 @@
 #include "envelope/window.h"
 
 #include "envelope/window_performance.h"
+#include "storage/kind.h"
 
 namespace tarn {
 

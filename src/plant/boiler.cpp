@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/workspace.h"
+#include "storage/kind.h"
 
 namespace tarn {
 
@@ -24,7 +24,8 @@ const Kind& BLR_Boiler::kind() const {
                 {{Stage::Systems, {{"System_Boiler_Links", "Boiler_ID", "System_ID"}}},
                  {Stage::Plants, {{"Plant_Boiler_Links", "Boiler_ID", "Plant_ID"}}},
                  {Stage::Plants, {{"Plant_Equipment_Links", "Library_ID = 20 AND Equipment_ID", "Plant_ID"}}}}},
-      .row_needed = true};
+      .row_needed = true,
+      .wrong_size_message = "Size of boiler data file does not match size of boiler data structure."};
   return kind;
 }
 
@@ -64,14 +65,6 @@ void BLR_Boiler::SetFuelType(BLR_FuelTypes type) {
 void BLR_Boiler::SetPartLoadModel(BLR_ModelingMethods model) {
   check_code(model, "PartLoadModel");
   BoilerRecord::PartLoadModel = model;
-}
-
-void BLR_Boiler::check_file(std::string_view operation) const {
-  const uint64_t size = !FileName.empty() && files().exists(FileName) ? files().size(FileName) : 0;
-  if (size == 0 || size % sizeof(BoilerRecord) != 0) {
-    throw Error(static_cast<int>(ErrorNumber::UnknownFormat), std::string(operation),
-                "Size of boiler data file does not match size of boiler data structure.");
-  }
 }
 
 }  // namespace tarn

@@ -1,6 +1,7 @@
 #include "plant/chiller.h"
 
 #include "platform/workspace.h"
+#include "storage/kind.h"
 
 namespace tarn {
 

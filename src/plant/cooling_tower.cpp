@@ -1,5 +1,7 @@
 #include "plant/cooling_tower.h"
 
+#include "storage/kind.h"
+
 namespace tarn {
 
 const Kind& TWR_CoolingTower::kind() const {

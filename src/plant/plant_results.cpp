@@ -1,5 +1,7 @@
 #include "plant/plant_results.h"
 
+#include "storage/hourly_members.h"
+
 namespace tarn {
 
 const ClassInfo& PLT_SizingLoads::info() const {
@@ -43,6 +45,16 @@ const ClassInfo& PLT_UnmetLoads::info() const {
 const ClassInfo& PLT_LEEDUnmetLoads::info() const {
   static const ClassInfo info =
       describe<PLT_LEEDUnmetLoads>(Failures::Raised, property<&PlantLeedUnmetLoadsRecord::Status>);
+  return info;
+}
+
+const ClassInfo& PLT_HourlyResults::info() const {
+  static const ClassInfo info = hourly_results_info<PLT_HourlyResults>();
+  return info;
+}
+
+const ClassInfo& PLT_HourlySimData::info() const {
+  static const ClassInfo info = hourly_list_info<PLT_HourlySimData>();
   return info;
 }
 

@@ -2,6 +2,8 @@
 
 #include <set>
 
+#include "storage/kind.h"
+
 namespace tarn {
 
 const Kind& SCH_Schedule::kind() const {

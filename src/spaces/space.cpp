@@ -1,5 +1,7 @@
 #include "spaces/space.h"
 
+#include "storage/kind.h"
+
 namespace tarn {
 
 SPC_Space::SPC_Space() {
@@ -12,6 +14,7 @@ SPC_Space::SPC_Space() {
   add_block(people_.bytes());
   add_block(lighting_.bytes());
   add_block(other_loads_.bytes());
+  named_by(general_.Name);
   Reset(true);
 }
 

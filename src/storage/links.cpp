@@ -274,13 +274,17 @@ std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std
   return uses;
 }
 
-void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost) {
+std::vector<ClearedReference> clear_lost_references(Object& owner, const std::string& title,
+                                                    const std::function<bool(const Use&)>& lost) {
+  std::vector<ClearedReference> cleared;
   for_each_reference(owner, [&](const Use& use, const ReferenceName& name) -> int32_t {
     if (!lost(use)) return use.index;
     log().message(title + ", " + name() + ": " + std::string(use.kind) + " " + std::to_string(use.index) +
                   " was deleted; the reference is cleared.");
+    cleared.push_back({name.field.name, name.element});
     return 0;
   });
+  return cleared;
 }
 
 }  // namespace tarn

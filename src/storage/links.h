@@ -95,8 +95,15 @@ std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const Kin
 /// returned.
 std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std::string_view> kinds);
 
+/// A reference that was set to 0: the field and, of an array, the element, from 0.
+struct ClearedReference {
+  std::string_view field;
+  size_t element;
+};
+
 /// Sets the references to 0 that are lost, and logs each: what they referred to was deleted, and its index may since
 /// have gone to another entity.
-void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost);
+std::vector<ClearedReference> clear_lost_references(Object& owner, const std::string& title,
+                                                    const std::function<bool(const Use&)>& lost);
 
 }  // namespace tarn

@@ -2,6 +2,7 @@
 
 #include "base/by_name.h"
 #include "envelope/construction.h"
+#include "base/value.h"
 #include "support/temp_project.h"
 
 namespace tarn {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/log.h"
+#include "base/members.h"
 #include "envelope/window.h"
 #include "platform/database.h"
 #include "platform/host.h"
