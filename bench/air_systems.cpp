@@ -6,9 +6,9 @@
 #include "plain_entity.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
+#include "project/new_index.h"
 #include "project/project.h"
 #include "report.h"
-#include "storage/schema.h"
 
 namespace tarn::bench {
 namespace {

@@ -11,8 +11,8 @@
 #include "envelope/ctf_generator.h"
 #include "plain_project.h"
 #include "platform/workspace.h"
+#include "project/new_index.h"
 #include "report.h"
-#include "storage/schema.h"
 
 namespace tarn::bench {
 namespace {

@@ -7,9 +7,9 @@
 #include "platform/database.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
+#include "project/new_index.h"
 #include "report.h"
 #include "sample.h"
-#include "storage/schema.h"
 
 namespace tarn::bench {
 namespace {

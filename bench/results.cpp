@@ -9,10 +9,10 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "project/new_index.h"
 #include "project/project.h"
 #include "report.h"
 #include "results/air_system_design.h"
-#include "storage/schema.h"
 
 namespace tarn::bench {
 namespace {

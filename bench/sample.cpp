@@ -4,7 +4,7 @@
 #include <fstream>
 
 #include "plain_project.h"
-#include "storage/schema.h"
+#include "project/new_index.h"
 
 namespace tarn::bench {
 namespace {

@@ -12,9 +12,9 @@
 #include <stdexcept>
 
 #include "plain_project.h"
+#include "project/new_index.h"
 #include "project/project.h"
 #include "report.h"
-#include "storage/schema.h"
 #include "weather/calendar.h"
 #include "weather/weather_import.h"
 

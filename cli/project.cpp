@@ -17,8 +17,8 @@
 #include "project/class_list.h"
 #include "project/defaults.h"
 #include "project/kinds.h"
+#include "project/new_index.h"
 #include "project/preferences.h"
-#include "storage/schema.h"
 
 namespace tarn::cli {
 namespace {

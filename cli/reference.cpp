@@ -12,7 +12,8 @@
 #include "cli/words.h"
 #include "project/class_list.h"
 #include "project/kinds.h"
-#include "storage/schema.h"
+#include "project/new_index.h"
+#include "storage/kind.h"
 
 namespace {
 
@@ -118,7 +119,7 @@ void add_part_rows(Object& object, std::string& rows) {
     rows += row({std::to_string(first), std::to_string(count) + " x " + std::to_string(open->info->record_size),
                  "`" + name + "`", "`" + std::string(open->info->name) + "`", ""});
   };
-  for (const auto& block : entity->layout()) {
+  for (const auto& block : entity->file().blocks()) {
     const auto found = places.find(block.data());
     const PartPlace* place = found == places.end() ? nullptr : &found->second;
     if (place && open && place->group == open->group) {
@@ -198,8 +199,9 @@ std::string tables_page() {
     std::string columns = "`nIndex`, `szName`";
     for (const SummaryColumn& column : entity->kind().columns) columns += ", `" + std::string(column.name) + "`";
     std::string links;
-    for (const LinkColumn& link : entity->kind().links) {
-      links += (links.empty() ? "`" : ", `") + std::string(link.table) + "` by `" + std::string(link.column) + "`";
+    for (const LinkColumn& link : link_columns_of(entity->kind(), entity->info())) {
+      links += (links.empty() ? "`" : ", `") + link.table + "` by `" + link.column + "`";
+      if (link.library != 0) links += " of library " + std::to_string(link.library);
     }
     out += row({std::string(kind.group), "`" + std::string(kind.class_name) + "`",
                 "`" + std::string(entity->kind().index_table) + "`", columns, links});

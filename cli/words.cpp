@@ -67,7 +67,7 @@ size_t record_length(Object& object) {
   auto* entity = dynamic_cast<StoredEntity*>(&object);
   if (!entity) return object.info().record_size;
   size_t length = 0;
-  for (const auto& block : entity->layout()) length += block.size();
+  for (const auto& block : entity->file().blocks()) length += block.size();
   return length;
 }
 

@@ -13,8 +13,8 @@
 #include "envelope/construction.h"
 #include "platform/host.h"
 #include "project/kinds.h"
+#include "project/new_index.h"
 #include "project/project.h"
-#include "storage/schema.h"
 
 namespace tarn::fuzz {
 

@@ -5,7 +5,8 @@
 #include "airsystems/defaults.h"
 #include "base/log.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
+#include "storage/kind.h"
+#include "storage/links.h"
 
 namespace tarn {
 namespace {
@@ -18,7 +19,8 @@ bool is(const Code<Source>& code, Source source) { return static_cast<Source>(co
 
 }  // namespace
 
-AS_AirSystem::AS_AirSystem() {
+AS_AirSystem::AS_AirSystem() : CopiedEntity(form()) {
+  named_by(general_.Name);
   general_.system = this;
   dehumidification_.system = this;
   precool_coil_.cools = true;
@@ -37,17 +39,11 @@ const Kind& AS_AirSystem::kind() const {
       .columns = {computed<C, &C::equip_class>("nEquipClass"), computed<C, &C::system_type>("nSystemType"),
                   computed<C, &C::flag<&H::CoilDataValid>>("bCoilDataValid"),
                   computed<C, &C::flag<&H::Sized>>("bSized"), computed<C, &C::flag<&H::Simulated>>("bSimulated"),
-                  computed<C, &C::des_has_changed>("bDesHasChanged"),
-                  computed<C, &C::sim_has_changed>("bSimHasChanged"),
                   computed<C, &C::flag<&H::CWCoilsExists>>("bCWCoilsExist"),
                   computed<C, &C::flag<&H::HWCoilsExists>>("bHWCoilsExist"),
                   computed<C, &C::flag<&H::STMCoilsExists>>("bSTMCoilsExist")},
-      .links = {{"Building_System_Links", "System_ID"},
-                {"Plant_System_Links", "System_ID"},
-                {"System_Schedule_Links", "System_ID"},
-                {"System_Space_Links", "System_ID"},
-                {"System_Tower_Links", "System_ID"},
-                {"System_Boiler_Links", "System_ID"}},
+      .flags = {changed_flag<C, &C::DesHasChanged>("bDesHasChanged"),
+                changed_flag<C, &C::SimHasChanged>("bSimHasChanged")},
       .reach = {Results::DesignAndSimulation,
                 {{Stage::Plants, {{"Plant_System_Links", "System_ID", "Plant_ID"}}},
                  {Stage::Buildings, {{"Building_System_Links", "System_ID", "Building_ID"}}}}},
@@ -105,19 +101,6 @@ void AS_AirSystem::SetAsNew() {
   drop_results();
 }
 
-void AS_AirSystem::CreateDefault() {
-  or_as_before([&] {
-    const std::string path = file_of(0);
-    if (has_file(path)) {
-      read_sections(path);
-      Index = 0;
-    } else {
-      SetToDefaultsByType(1);
-      Reset(true);
-    }
-  });
-}
-
 void AS_AirSystem::SetToDefaults() {
   SetToDefaultsByType(1);
   general_.Name = "Default System";
@@ -139,12 +122,8 @@ void AS_AirSystem::resize_zones(int count) {
   general_.NumZones = static_cast<int16_t>(count);
 }
 
-std::string AS_AirSystem::no_file_message(const std::string& path) const {
-  return "File not found: " + (path.empty() ? "the air system has no FilePrefix" : path) + ".";
-}
-
 /// Zones that lost a space close up.
-void AS_AirSystem::after_clearing() {
+void AS_AirSystem::close_up(const std::vector<ClearedReference>& /*cleared*/, Sections /*sections*/) {
   for (const Zone& zone : zones_) {
     ZoneRecord& data = *zone.data;
     const int entries = std::clamp<int>(data.TotalSpacesInZone, 0, kSpaces);
@@ -168,56 +147,45 @@ void AS_AirSystem::pack_spaces(ZoneRecord& zone, int entries) {
   zone.TotalSpacesInZone = static_cast<int16_t>(kept);
 }
 
-namespace {
-
-/// No other system has the name; where the index table cannot tell, that is the error.
-bool name_is_free(const AS_AirSystem& system) {
-  try {
-    return system.IsNameUnique();
-  } catch (const Error& error) {
-    throw Error(error.number(), {}, "Query for duplicate name checking failed: " + error.description());
+void AS_AirSystem::before_save(SaveContext& save) {
+  using Form = SaveContext::Form;
+  if (save.selects(kInputs)) {
+    changeover_.Begin = "STARTCO";
+    changeover_.End = "ENDCO";
   }
-}
-
-}  // namespace
-
-void AS_AirSystem::before_save() {
-  as_given_ = false;
+  if (save.form == Form::Default) return;
+  sections_.check_loaded(save);
+  if (save.form == Form::AsGiven) return take_free_name();
   const int16_t zones = general_.NumZones;
-  if (take_unselected_header() && selected(kInputs)) general_.NumZones = zones;
-  if (!name_is_free(*this)) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
-  const bool by_user = selected(kInputs) && !after_calculations_;
-  if (!by_user) {
-    set_there(kSizing, is_there(kSizing) || selected(kSizing));
-    set_there(kSimulation, is_there(kSimulation) || selected(kSimulation));
-  }
-  if (after_calculations_) return;
-  keep_flags_of_row();
-  if (!by_user) return;
-  general_.Sized = false;
-  general_.CoilDataValid = false;
-  general_.Simulated = false;
+  if (sections_.take_unselected_header(save) && save.selects(kInputs)) general_.NumZones = zones;
+  if (!IsNameUnique()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
+  const bool edited = save.by_user() && save.selects(kInputs);
+  if (!edited) sections_.select_results(save);
+  if (save.by_user()) keep_flags_of_row();
+  if (!edited) return;
+  sections_.clear_result_flags();
   general_.CWCoilsExists = IsCWCoilUsed();
   general_.HWCoilsExists = IsHWCoilUsed();
   general_.STMCoilsExists = IsStmCoilUsed();
   for (const Zone& zone : zones_) pack_spaces(*zone.data, kSpaces);
   DesHasChanged = SimHasChanged = true;
-  set_there(kSizing, false);  // in the file; the object holds what it has
-  set_there(kSimulation, false);
+  sections_.drop(save, kSizing);  // from the file; the object holds what it has
+  sections_.drop(save, kSimulation);
 }
 
-void AS_AirSystem::renew() {
-  resize_zones(0);
-  drop_results();
-  DesHasChanged = SimHasChanged = true;
+void AS_AirSystem::Save(std::optional<bool>& bSaveAfterCalculations) {
+  save_selected(m_lCurMask, bSaveAfterCalculations.value_or(false));
 }
 
-void AS_AirSystem::Save(std::optional<bool>& bSaveAfterCalculations) { save(bSaveAfterCalculations.value_or(false)); }
+void AS_AirSystem::copy_rest(const StoredEntity& from, bool /*content*/) {
+  m_lCurMask = dynamic_cast<const AS_AirSystem&>(from).m_lCurMask;
+}
 
-void AS_AirSystem::copy_memory(const StoredEntity& from, bool record_too) {
-  SectionedEntity::copy_memory(from, record_too);
-  const auto& other = dynamic_cast<const AS_AirSystem&>(from);
-  m_lCurMask = other.m_lCurMask;
+std::function<void()> AS_AirSystem::keep_rest() {
+  return [this, zones = zones_, hourly = hourly_.items()] {
+    zones_ = zones;
+    hourly_.set_items(hourly);
+  };
 }
 
 int16_t AS_AirSystem::boiler_fuel() const {

@@ -7,11 +7,11 @@
 
 #include "airsystems/input_parts.h"
 #include "airsystems/result_parts.h"
-#include "storage/sectioned_entity.h"
+#include "storage/section_entity.h"
 
 namespace tarn {
 
-class AS_AirSystem final : public CopiedEntity<AS_AirSystem, Sized<SectionedEntity>> {
+class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionEntity>, public Sized {
  public:
   AS_AirSystem();
   const ClassInfo& info() const override;
@@ -22,21 +22,17 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, Sized<SectionedEnti
 
   /// Clears the bits 0 to 26 of the second, then sets those of the first.
   void SetMask(int32_t lMaskAdd, std::optional<int32_t> lMaskRemove = {});
-  void select_all() override { SetMask(CCM_MASKALL); }
-  /// No zones, no results, and marked as changed.
-  void renew() override;
-  /// Makes it a new system: its inputs stay, results and all flags go.
+  /// The system as a new one: its inputs stay, results and all flags go.
   void SetAsNew();
-  /// Takes the file of index 0; where there is none, the defaults of type 1 without a name.
-  void CreateDefault() override;
-  /// The defaults of type 1 under the name "Default System".
+  /// As type 1 under the name "Default System".
   void SetToDefaults();
   /// Errors `InvalidCall` for a type outside 1 to 22 and for 17; the system is left as it was.
   void SetToDefaultsByType(int16_t nSystemType);
 
-  /// The selected sections; the others are carried over byte for byte. A save of inputs by a user, that is, not after
-  /// calculations, drops sizing and simulation results and marks both as changed. The file is replaced whole. Errors
-  /// `NoCurrentRecord`, `InvalidCall` for a name that another system has.
+  /// The selected sections; the others are carried over byte for byte. A save of inputs by a user, which is one that is
+  /// not made after calculations, drops sizing and simulation results and marks both as changed. The file is replaced
+  /// whole. Errors `NoCurrentRecord`, `InvalidCall` for a name that another system has and for inputs that were never
+  /// loaded. Bit 26, of the inputs, is in CCM_SIMULATIONMASK too: load inputs and results with the same mask.
   void Save(std::optional<bool>& bSaveAfterCalculations);
   using StoredEntity::Save;
 
@@ -97,29 +93,19 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, Sized<SectionedEnti
     Ptr<AS_ZoneSizingData> sizing = std::make_shared<AS_ZoneSizingData>();
     Ptr<AS_ZoneTemperature> temperature = std::make_shared<AS_ZoneTemperature>();
   };
-  enum Section : size_t { kHeader, kInputs, kSizing, kSimulation, kSections };
+  enum SectionNumber : size_t { kHeader, kInputs, kSizing, kSimulation };
 
   Zone& of_zone(int number);
   /// Closes up the first entries of a zone's list of spaces and counts them.
   static void pack_spaces(ZoneRecord& zone, int entries);
 
-  Ends ends_of(std::span<const std::byte> header, const std::string& path) const override;
-  Blocks blocks(size_t section) override;
-  size_t section_count() const override { return kSections; }
-  size_t first_result() const override { return kSizing; }
-  bool selected(size_t section) const override;
-  void make_room(size_t section, std::span<const std::byte> header, bool there) override;
-  std::string no_file_message(const std::string& path) const override;
-  void set_record(std::span<const std::byte> bytes) override;
-  void write_record(int16_t index) override;
-  void remove_files(int16_t index) override;
-  void before_save() override;
-  bool knows_links(std::string_view /*kind*/) const override { return selected(kInputs); }
+  static const SectionForm& form();
+  Blocks input_blocks();
+  std::string design_file() const;
+  void before_save(SaveContext& save) override;
+  void close_up(const std::vector<ClearedReference>& cleared, Sections sections) override;
+  void copy_rest(const StoredEntity& from, bool content) override;
   std::function<void()> keep_rest() override;
-  void after_clearing() override;
-  void copy_memory(const StoredEntity& from, bool record_too) override;
-  std::string stored_name() const override { return general_.Name.trimmed(); }
-  void store_name(std::string_view name) override { general_.Name = name; }
 
   bool heats_centrally(AS_HeatCoolSourceTypes source) const;
   bool preheats(AS_HeatCoolSourceTypes source) const;
@@ -132,23 +118,23 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, Sized<SectionedEnti
   // What the members table and the index row take.
   int32_t index32() const { return Index; }
   int zone_count() const { return static_cast<int>(zones_.size()); }
-  int sizing_count() const { return is_there(kSizing) ? 1 : 0; }
-  int zone_sizing_count() const { return is_there(kSizing) ? zone_count() : 0; }
-  int simulation_count() const { return is_there(kSimulation) ? 1 : 0; }
-  int zone_simulation_count() const { return is_there(kSimulation) ? zone_count() : 0; }
-  void resize_sizing(int count) { set_there(kSizing, count > 0); }
-  void resize_simulation(int count) { set_there(kSimulation, count > 0); }
-  // A list of results is empty where there are none; otherwise it is as long as the list of zones.
-  void resize_zone_sizing(int count) { set_there(kSizing, is_there(kSizing) || count > 0); }
-  void resize_zone_simulation(int count) { set_there(kSimulation, is_there(kSimulation) || count > 0); }
+  int sizing_count() const { return sections_.is_there(kSizing) ? 1 : 0; }
+  int zone_sizing_count() const { return sections_.is_there(kSizing) ? zone_count() : 0; }
+  int simulation_count() const { return sections_.is_there(kSimulation) ? 1 : 0; }
+  int zone_simulation_count() const { return sections_.is_there(kSimulation) ? zone_count() : 0; }
+  void resize_sizing(int count) { sections_.set_there(kSizing, count > 0); }
+  void resize_simulation(int count) { sections_.set_there(kSimulation, count > 0); }
+  // A list of results says that they are there; it is as long as that of the zones.
+  void resize_zone_sizing(int count) { sections_.set_there(kSizing, sections_.is_there(kSizing) || count > 0); }
+  void resize_zone_simulation(int count) {
+    sections_.set_there(kSimulation, sections_.is_there(kSimulation) || count > 0);
+  }
   template <auto Field>
   bool flag() const {
     return general_.*Field;
   }
   int32_t equip_class() const { return general_.EquipClass.raw; }
   int32_t system_type() const { return general_.SystemType.raw; }
-  bool des_has_changed() const { return DesHasChanged; }
-  bool sim_has_changed() const { return SimHasChanged; }
 
   friend class AS_General;
   friend struct AS_DehumidData;

@@ -6,7 +6,9 @@
 
 #include "airsystems/dx_coefficients.h"
 #include "base/nearest.h"
+#include "base/value.h"
 #include "reflect/by_name.h"
+#include "reflect/describe.h"
 
 namespace tarn {
 namespace {
@@ -233,7 +235,7 @@ void create_defaults(AS_AirSystem& system, int16_t type, bool ForPellNotTarn) {
                                 [type](const SystemDefaults& each) { return each.type == type; });
   AS_SystemDefaults defaults(*row);
   defaults.ForPellNotTarn = ForPellNotTarn;
-  system.drop_results();
+  system.begin_anew();
   for (size_t i = 0; i < std::size(kOperations); ++i) defaults.populate(i, *kOperations[i].of(system));
 }
 

@@ -1,5 +1,7 @@
 #include "airsystems/input_parts.h"
 
+#include "reflect/describe.h"
+
 namespace tarn {
 namespace {
 

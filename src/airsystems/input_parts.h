@@ -8,7 +8,7 @@
 
 #include "airsystems/codes.h"
 #include "airsystems/equipment_codes.h"
-#include "storage/entity.h"
+#include "storage/part.h"
 
 namespace tarn {
 

@@ -1,5 +1,7 @@
 #include "airsystems/result_parts.h"
 
+#include "storage/hourly_members.h"
+
 namespace tarn {
 
 const ClassInfo& AS_AirSizing::info() const {
@@ -68,6 +70,18 @@ const ClassInfo& AS_LEEDUnmetLoads::info() const {
   using R = LeedUnmetLoadsRecord;
   using C = AS_LEEDUnmetLoads;
   static constexpr auto members = describe<C>(Failures::Raised, property<&R::ClgStatus>, property<&R::HtgStatus>);
+  static const ClassInfo info(members);
+  return info;
+}
+
+const ClassInfo& AS_HourlyResults::info() const {
+  static constexpr auto members = hourly_results_members<AS_HourlyResults>();
+  static const ClassInfo info(members);
+  return info;
+}
+
+const ClassInfo& AS_HourlySimData::info() const {
+  static constexpr auto members = hourly_list_members<AS_HourlySimData>();
   static const ClassInfo info(members);
   return info;
 }

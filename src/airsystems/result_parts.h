@@ -87,7 +87,12 @@ struct AS_LEEDUnmetLoads final : Part<LeedUnmetLoadsRecord> {
   const ClassInfo& info() const override;
 };
 
-struct AS_HourlyResults final : HourlyResults<AS_HourlyResults> {};
-class AS_HourlySimData final : public HourlyList<AS_HourlySimData, AS_HourlyResults> {};
+struct AS_HourlyResults final : HourlyResults {
+  const ClassInfo& info() const override;
+};
+
+struct AS_HourlySimData final : HourlyList<AS_HourlyResults> {
+  const ClassInfo& info() const override;
+};
 
 }  // namespace tarn

@@ -1,5 +1,7 @@
 #include "building/building_parts.h"
 
+#include "reflect/describe.h"
+
 namespace tarn {
 namespace {
 

@@ -4,6 +4,9 @@
 // pricing engine's.
 #pragma once
 
+#include <utility>
+
+#include "base/labels.h"
 #include "storage/entity.h"
 
 namespace tarn {
@@ -99,10 +102,9 @@ class URT_UtilityRate final : public CopiedEntity<URT_UtilityRate> {
   int16_t Index() const { return checked().StoredEntity::Index; }
   /// A time-of-day schedule whose link row is gone reads as 0. A record that says another type is logged, and has the
   /// type of the object.
-  void Load(int16_t RecordNumber) override;
-  void Load(int32_t RecordNumber) { checked().load_number(RecordNumber); }
+  void Load(int16_t RecordNumber) { checked().StoredEntity::Load(RecordNumber); }
+  void Load(int32_t RecordNumber) { checked().load(RecordNumber, kAllSections); }
   void Save() { checked().StoredEntity::Save(); }
-  void SaveDefault() override;
   void Delete(std::optional<int16_t> RecordNumber = {}) { checked().StoredEntity::Delete(RecordNumber); }
   void Reset(std::optional<bool> ResetAll = {}) { checked().StoredEntity::Reset(ResetAll); }
   int16_t GetFreeIndex() const { return checked().StoredEntity::GetFreeIndex(); }
@@ -117,15 +119,11 @@ class URT_UtilityRate final : public CopiedEntity<URT_UtilityRate> {
   URT_UtilityRate& checked() { return const_cast<URT_UtilityRate&>(std::as_const(*this).checked()); }
   const UtilityRateRecord& fields() const { return *operator->(); }
   UtilityRateRecord& fields() { return *operator->(); }
-  void check_type_kept() const;
 
-  void read_default() override;
-  void before_save() override { check_type_kept(); }
-  void before_restore() override { check_type_kept(); }
-  void copy_memory(const StoredEntity& from, bool record_too) override;
+  void before_save(SaveContext& save) override;
+  void after_read(ReadFrom from) override;
+  void copy_rest(const StoredEntity& from, bool content) override;
   std::function<void()> keep_rest() override;
-  std::string stored_name() const override { return fields_.Name.trimmed(); }
-  void store_name(std::string_view name) override { fields_.Name = name; }
 
   RateFields fields_;
   URT_RateTypes type_ = URT_RateTypes::TD_UNDEFINED;  // the record's, except where a file has another one

@@ -11,8 +11,8 @@
 #include "platform/host.h"
 #include "platform/workspace.h"
 #include "project/class_list.h"
+#include "project/new_index.h"
 #include "project/shipped.h"
-#include "storage/schema.h"
 
 using namespace tarn;
 

@@ -7,6 +7,7 @@
 #include "base/nearest.h"
 #include "envelope/ctf_generator.h"
 #include "platform/host.h"
+#include "storage/kind.h"
 
 namespace tarn {
 namespace {
@@ -24,7 +25,6 @@ Kind kind_of(std::string_view word) {
           .columns = {summary<C, &ConstructionRecord::OverallUValue>("fOverallUValue"),
                       summary<C, &ConstructionRecord::OverallWeight>("fOverallWeight"),
                       computed<C, &C::GetTotalThickness>("fThickness")},
-          .links = {{roof ? "Space_Roof_Links" : "Space_Wall_Links", roof ? "Roof_ID" : "Wall_ID"}},
           .reach = roof ? Reach::through_spaces("Space_Roof_Links", "Roof_ID")
                         : Reach::through_spaces("Space_Wall_Links", "Wall_ID"),
           .numbered_names = false,
@@ -231,12 +231,14 @@ bool CA_ConstructionAssly::CalcTransferCoefficients() {
   return failure.empty();
 }
 
-void CA_ConstructionAssly::before_save() {
+void CA_ConstructionAssly::before_save(SaveContext& save) {
+  if (save.form == SaveContext::Form::Default) return;
+  if (save.form == SaveContext::Form::AsGiven) return keep_given_coefficients();
   if (const std::string failure = generate(); !failure.empty()) throw GenerationFailed(named(), failure);
 }
 
-/// Coefficients that come with the layers are kept where they fit the layers, whoever computed them.
-void CA_ConstructionAssly::before_restore() {
+/// Coefficients that come with the layers stay where they belong to them, whoever made them.
+void CA_ConstructionAssly::keep_given_coefficients() {
   try {
     const double error = coefficient_error();
     if (error <= kTolerableError) return;
@@ -262,10 +264,10 @@ void CA_ConstructionAssly::Save(CA_ReturnCodes& ReturnCode) {
   }
 }
 
-void CA_ConstructionAssly::copy_memory(const StoredEntity& from, bool record_too) {
+void CA_ConstructionAssly::copy_rest(const StoredEntity& from, bool content) {
   const auto& other = dynamic_cast<const CA_ConstructionAssly&>(from);
   category_ = other.category_;
-  if (!record_too) return;
+  if (!content) return;
   for (size_t i = 0; i < layers_.size(); ++i) layers_[i].set_content(other.layers_[i].content());
 }
 

@@ -6,7 +6,9 @@
 #include <array>
 #include <optional>
 
+#include "base/labels.h"
 #include "storage/entity.h"
+#include "storage/part.h"
 
 namespace tarn {
 
@@ -120,9 +122,9 @@ class CA_ConstructionAssly final : public Entity<CA_ConstructionAssly, Construct
   void sum_layers();
 
  private:
-  void before_save() override;
-  void before_restore() override;
-  void copy_memory(const StoredEntity& from, bool record_too) override;
+  void before_save(SaveContext& save) override;
+  void keep_given_coefficients();
+  void copy_rest(const StoredEntity& from, bool content) override;
   CTFCG generator() const;
   std::string generate();
   std::string named() const;

@@ -1,5 +1,7 @@
 #include "envelope/door.h"
 
+#include "storage/kind.h"
+
 namespace tarn {
 
 const Kind& DOR_Door::kind() const {
@@ -10,7 +12,6 @@ const Kind& DOR_Door::kind() const {
                          .columns = {summary<DOR_Door, &DoorRecord::SolidUValue>("fSolidUValue"),
                                      summary<DOR_Door, &DoorRecord::GlassUValue>("fGlassUValue"),
                                      summary<DOR_Door, &DoorRecord::GrossArea>("fArea")},
-                         .links = {{"Space_Door_Links", "Door_ID"}},
                          .reach = Reach::through_spaces("Space_Door_Links", "Door_ID")};
   return kind;
 }

@@ -1,6 +1,7 @@
 // A door: an opaque part, and an optional glazed part with its own area, U-value and shade coefficient.
 #pragma once
 
+#include "base/labels.h"
 #include "storage/entity.h"
 
 namespace tarn {

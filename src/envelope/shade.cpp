@@ -1,5 +1,7 @@
 #include "envelope/shade.h"
 
+#include "storage/kind.h"
+
 namespace tarn {
 
 const Kind& SHD_Shade::kind() const {
@@ -8,7 +10,6 @@ const Kind& SHD_Shade::kind() const {
                          .default_word = "Shade",
                          .missing_row_message = "Invalid shade ID number: ",
                          .columns = {},
-                         .links = {{"Space_Shade_Links", "Shade_ID"}},
                          .reach = Reach::through_spaces("Space_Shade_Links", "Shade_ID")};
   return kind;
 }

@@ -1,6 +1,7 @@
 #include "envelope/window.h"
 
 #include "envelope/window_performance.h"
+#include "storage/kind.h"
 
 namespace tarn {
 
@@ -13,7 +14,6 @@ const Kind& WIN_Window::kind() const {
                                      summary<WIN_Window, &WindowRecord::OverallShadeCo>("fOverallShadeCo"),
                                      summary<WIN_Window, &WindowRecord::Height>("fHeight"),
                                      summary<WIN_Window, &WindowRecord::Width>("fWidth")},
-                         .links = {{"Space_Window_Links", "Window_ID"}},
                          .reach = Reach::through_spaces("Space_Window_Links", "Window_ID")};
   return kind;
 }

@@ -11,6 +11,7 @@
 #include "project/kinds.h"
 #include "project/preferences.h"
 #include "reflect/json.h"
+#include "storage/kind.h"
 
 namespace tarn {
 namespace {
@@ -120,7 +121,7 @@ std::string export_project(COM_ProjectData& project, const std::set<std::string>
   for (const EntityKind& kind : entity_kinds()) {
     if (!groups.empty() && !groups.contains(std::string(kind.group))) continue;
     const auto entity = make_entity(project, kind);
-    const bool has_default = on_disk(entity->default_file());
+    const bool has_default = on_disk(entity->file().default_path());
     section(kind.section);
     out += "[";
     if (has_default) {

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/workspace.h"
+#include "storage/kind.h"
+#include "storage/links.h"
 
 namespace tarn {
 
@@ -17,14 +18,12 @@ const Kind& BLR_Boiler::kind() const {
       .columns = {summary<C, &R::FuelType>("nFuelType"), summary<C, &R::BoilerOutput>("fBoilerOutput"),
                   summary<C, &R::AutoSize>("bAutoSizeCapacity"), summary<C, &R::HotWaterFlow>("fHotWaterFlow"),
                   summary<C, &R::HotWaterFlowUnits>("nHWFlowUnits")},
-      .links = {{"Plant_Boiler_Links", "Boiler_ID"},
-                {"Plant_Equipment_Links", "Library_ID = 20 AND Equipment_ID"},
-                {"System_Boiler_Links", "Boiler_ID"}},
       .reach = {Results::SimulationOnly,
                 {{Stage::Systems, {{"System_Boiler_Links", "Boiler_ID", "System_ID"}}},
                  {Stage::Plants, {{"Plant_Boiler_Links", "Boiler_ID", "Plant_ID"}}},
-                 {Stage::Plants, {{"Plant_Equipment_Links", "Library_ID = 20 AND Equipment_ID", "Plant_ID"}}}}},
-      .row_needed = true};
+                 {Stage::Plants, {{"Plant_Equipment_Links", "Equipment_ID", "Plant_ID", library_of("Boiler")}}}}},
+      .row_needed = true,
+      .wrong_size_message = "Size of boiler data file does not match size of boiler data structure."};
   return kind;
 }
 
@@ -66,14 +65,6 @@ void BLR_Boiler::SetFuelType(BLR_FuelTypes type) {
 void BLR_Boiler::SetPartLoadModel(BLR_ModelingMethods model) {
   check_code(model, "PartLoadModel");
   BoilerRecord::PartLoadModel = model;
-}
-
-void BLR_Boiler::check_file(std::string_view operation) const {
-  const uint64_t size = !FileName.empty() && files().exists(FileName) ? files().size(FileName) : 0;
-  if (size == 0 || size % sizeof(BoilerRecord) != 0) {
-    throw Error(static_cast<int>(ErrorNumber::UnknownFormat), std::string(operation),
-                "Size of boiler data file does not match size of boiler data structure.");
-  }
 }
 
 }  // namespace tarn

@@ -67,16 +67,13 @@ class BLR_Boiler final : public Entity<BLR_Boiler, BoilerRecord> {
   const Kind& kind() const override;
 
   using Entity::Load;
-  void Load(int32_t RecordNumber) { load_number(RecordNumber); }
+  void Load(int32_t RecordNumber) { load(RecordNumber, kAllSections); }
 
   BLR_FuelTypes FuelType() const { return BoilerRecord::FuelType; }
   /// Error `InvalidCall` for an unknown fuel, and below for an unknown model.
   void SetFuelType(BLR_FuelTypes type);
   BLR_ModelingMethods PartLoadModel() const { return BoilerRecord::PartLoadModel; }
   void SetPartLoadModel(BLR_ModelingMethods model);
-
- private:
-  void check_file(std::string_view operation) const override;
 };
 
 }  // namespace tarn

@@ -1,6 +1,8 @@
 #include "plant/chiller.h"
 
 #include "platform/workspace.h"
+#include "storage/kind.h"
+#include "storage/links.h"
 
 namespace tarn {
 
@@ -57,10 +59,9 @@ const Kind& CHL_Chiller::kind() const {
                   part_summary<&C::CoolingMode, &M::CondFlowUnits>("nCondFlowUnitsClg"),
                   part_summary<&C::HeatingMode, &M::CondFlow>("fCondFlowHtg"),
                   part_summary<&C::HeatingMode, &M::CondFlowUnits>("nCondFlowUnitsHTg")},
-      .links = {{"Plant_Chiller_Links", "Chiller_ID"}, {"Plant_Equipment_Links", "Library_ID = 10 AND Equipment_ID"}},
       .reach = {Results::SimulationOnly,
                 {{Stage::Plants, {{"Plant_Chiller_Links", "Chiller_ID", "Plant_ID"}}},
-                 {Stage::Plants, {{"Plant_Equipment_Links", "Library_ID = 10 AND Equipment_ID", "Plant_ID"}}}}},
+                 {Stage::Plants, {{"Plant_Equipment_Links", "Equipment_ID", "Plant_ID", library_of("Chiller")}}}}},
       .row_needed = true};
   return kind;
 }

@@ -6,6 +6,7 @@
 #include "base/flow_units.h"
 #include "plant/chiller_codes.h"
 #include "storage/entity.h"
+#include "storage/part.h"
 
 namespace tarn {
 

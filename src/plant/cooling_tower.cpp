@@ -1,5 +1,7 @@
 #include "plant/cooling_tower.h"
 
+#include "storage/kind.h"
+
 namespace tarn {
 
 const Kind& TWR_CoolingTower::kind() const {
@@ -12,7 +14,6 @@ const Kind& TWR_CoolingTower::kind() const {
       .missing_row_message = "Cannot find tower record in database for record #",
       .columns = {summary<C, &R::ECWTModel>("nECWTModel"), summary<C, &R::CondPumpFlow>("fCondPumpFlow"),
                   summary<C, &R::CondPumpFlowUnits>("nCondPumpFlowUnits")},
-      .links = {{"Plant_Tower_Links", "Tower_ID"}, {"System_Tower_Links", "Tower_ID"}},
       .reach = {Results::SimulationOnly,
                 {{Stage::Systems, {{"System_Tower_Links", "Tower_ID", "System_ID"}}},
                  {Stage::Plants, {{"Plant_Tower_Links", "Tower_ID", "Plant_ID"}}}}},

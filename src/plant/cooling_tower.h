@@ -74,7 +74,7 @@ class TWR_CoolingTower final : public Entity<TWR_CoolingTower, TowerRecord> {
   const Kind& kind() const override;
 
   using Entity::Load;
-  void Load(int32_t RecordNumber) { load_number(RecordNumber); }
+  void Load(int32_t RecordNumber) { load(RecordNumber, kAllSections); }
 };
 
 }  // namespace tarn

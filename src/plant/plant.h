@@ -3,17 +3,18 @@
 #pragma once
 
 #include "plant/plant_results.h"
-#include "storage/masked_entity.h"
+#include "storage/section_entity.h"
 
 namespace tarn {
 
-class PLT_Plant final : public CopiedEntity<PLT_Plant, Sized<MaskedEntity>> {
+class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionEntity>, public Sized {
  public:
   PLT_Plant();
   const ClassInfo& info() const override;
   const Kind& kind() const override;
 
-  std::string FileName() const { return file_of(Index); }
+  std::string DefFileName;  // the default's file
+  std::string FileName() const { return sections_.path_of(Index); }
 
   PLT_ServiceHotWater ServiceHotWaterDetails;
   PLT_General General;
@@ -29,62 +30,44 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, Sized<MaskedEntity>> {
   /// The header, and the sections of a `PLT_ConstituentMasks` value or several joined; references without a link row
   /// are dropped from lists, which close up. Errors `FileNotFound`, `NoCurrentRecord`, `UnknownFormat`; the object is
   /// left as it was.
-  void Load(int32_t nOpMode, int16_t nRecNum);
-  /// Everything.
-  void Load(int16_t nRecNum) override;
+  void Load(int32_t nOpMode, int16_t nRecNum) { load_selected(nOpMode, nRecNum); }
+  using StoredEntity::Load;  // everything
   /// The header and the selected sections; the others stay as they are in the file, which is replaced whole. A save
-  /// that is not made after calculations marks sizing and simulation as changed; where the outputs differ from those of
-  /// the file, it drops the hourly results. Errors `InvalidCall` for a name that another plant has, for a used loop
-  /// without pumps, and for inputs that were never loaded.
-  void Save(int32_t nOpMode, std::optional<bool>& bSaveAfterCalculation);
+  /// that is not made after calculations marks sizing and simulation as changed; where the outputs are others than
+  /// those of the file, it drops the hourly results. Errors `InvalidCall` for a name that
+  /// another plant has, for a used loop without pumps, and for inputs that were never loaded.
+  void Save(int32_t nOpMode, std::optional<bool>& bSaveAfterCalculation) {
+    save_selected(nOpMode, bSaveAfterCalculation.value_or(false));
+  }
   void Save(int32_t nOpMode) {
     std::optional<bool> by_user;
     Save(nOpMode, by_user);
   }
-  using StoredEntity::Save;
+  using StoredEntity::Save;  // what the object holds
   /// The current plant as a default: its header and inputs.
-  void WriteDefaultsFile(const std::string& strFileName) { write_default(strFileName); }
+  void WriteDefaultsFile(const std::string& strFileName);
 
   /// Makes it a plant of a type. Those of the type's loops that have pumps are used. Error `InvalidCall` for an unknown
   /// type.
   void SetType(PLT_PlantTypes type);
 
  private:
-  enum Section : size_t { kHeader, kSystems, kDetails, kSizing, kProfile, kUnmet, kLeed, kHourly, kSections };
+  enum SectionNumber : size_t { kHeader, kSystems, kDetails, kSizing, kProfile, kUnmet, kLeed, kHourly };
 
-  void check_details() const;
-  void drop_misplaced_hours();
+  static const SectionForm& form();
+  Blocks detail_blocks();
+  void check_details(const SaveContext& save) const;
+  bool has_other_outputs() const;
 
-  Ends ends_of(std::span<const std::byte> header, const std::string& path) const override;
-  Blocks blocks(size_t section) override;
-  size_t section_count() const override { return kSections; }
-  size_t first_result() const override { return kSizing; }
-  int32_t mask_of(size_t section) const override;
-  /// Hourly results belong to the outputs of the header that they were read with.
-  bool keeps(size_t section) const override { return section != kHourly && MaskedEntity::keeps(section); }
-  std::string_view name_of(size_t section) const override { return section == kSystems ? "SystemSelect" : "Details"; }
-  std::string no_default_message() const override;
-  void make_room(size_t section, std::span<const std::byte> header, bool there) override;
-  std::string no_file_message(const std::string& path) const override;
-  void no_row(int16_t index) override;
-  void check_counts(const std::string& path) const override;
-  Recordset row_of(int16_t index) const override;
-  void write_record(int16_t index) override;
-  void read_default() override;
-  void before_save() override;
-  void before_restore() override;
-  bool knows_links(std::string_view kind) const override;
-  void after_clearing() override;
+  void before_save(SaveContext& save) override;
+  void close_up(const std::vector<ClearedReference>& cleared, Sections sections) override;
   std::function<void()> keep_rest() override;
-  std::string stored_name() const override { return General.Name.trimmed(); }
-  void store_name(std::string_view name) override { General.Name = name; }
 
   // What the members table and the index row take.
   int16_t type() const { return General.PlantType.raw; }
   bool sized() const { return General.Sized; }
   bool simulated() const { return General.Simulated; }
-  bool sim_has_changed() const { return SimHasChanged; }
-  bool des_has_changed() const { return DesHasChanged; }
+  bool has_details() const { return sections_.is_loaded(kDetails); }
 
   friend class PLT_General;
 };

@@ -1,5 +1,7 @@
 #include "plant/plant_inputs.h"
 
+#include "reflect/describe.h"
+
 namespace tarn {
 const ClassInfo& PLT_General::info() const {
   using R = PlantHeaderRecord;

@@ -2,6 +2,8 @@
 // recovery, storage, service hot water. docs/plants.md has what an engine reads from them.
 #pragma once
 
+#include <optional>
+
 #include "plant/pump_loop.h"
 
 namespace tarn {
@@ -159,7 +161,7 @@ class PLT_EquipmentList final : public Part<EquipmentListRecord> {
   /// Closes up the pieces that have no equipment of a library.
   void pack();
 
-  Numbered<PLT_Equipment, kPlantEquipment> Equipment;
+  Parts<PLT_Equipment, kPlantEquipment> Equipment;
 
  private:
   std::string name_;

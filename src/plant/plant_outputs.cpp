@@ -3,6 +3,7 @@
 
 #include "plant/plant.h"
 #include "platform/database.h"
+#include "reflect/describe.h"
 
 namespace tarn {
 namespace {
@@ -141,7 +142,7 @@ const PLT_Plant& PLT_General::of_plant() const {
 
 void PLT_General::SetFlags() {
   const Outputs& outputs = outputs_of(PlantType);
-  if (!of_plant().is_loaded(PLT_Plant::kDetails))
+  if (!of_plant().has_details())
     fail(ErrorNumber::InvalidCall, "The outputs depend on Details, which were not loaded. Load them first.");
   const std::vector<int16_t> flags = flags_of(outputs, const_cast<PLT_Details&>(of_plant().Details));
   if (flags.size() > kOutputFlags) fail(ErrorNumber::InvalidCall, "Too many output flags");

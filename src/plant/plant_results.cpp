@@ -1,5 +1,7 @@
 #include "plant/plant_results.h"
 
+#include "storage/hourly_members.h"
+
 namespace tarn {
 
 const ClassInfo& PLT_SizingLoads::info() const {
@@ -47,6 +49,18 @@ const ClassInfo& PLT_UnmetLoads::info() const {
 const ClassInfo& PLT_LEEDUnmetLoads::info() const {
   static constexpr auto members =
       describe<PLT_LEEDUnmetLoads>(Failures::Raised, property<&PlantLeedUnmetLoadsRecord::Status>);
+  static const ClassInfo info(members);
+  return info;
+}
+
+const ClassInfo& PLT_HourlyResults::info() const {
+  static constexpr auto members = hourly_results_members<PLT_HourlyResults>();
+  static const ClassInfo info(members);
+  return info;
+}
+
+const ClassInfo& PLT_HourlySimData::info() const {
+  static constexpr auto members = hourly_list_members<PLT_HourlySimData>();
   static const ClassInfo info(members);
   return info;
 }

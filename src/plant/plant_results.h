@@ -78,7 +78,12 @@ struct PLT_LEEDUnmetLoads final : Part<PlantLeedUnmetLoadsRecord> {
   const ClassInfo& info() const override;
 };
 
-struct PLT_HourlyResults final : HourlyResults<PLT_HourlyResults> {};
-class PLT_HourlySimData final : public HourlyList<PLT_HourlySimData, PLT_HourlyResults> {};
+struct PLT_HourlyResults final : HourlyResults {
+  const ClassInfo& info() const override;
+};
+
+struct PLT_HourlySimData final : HourlyList<PLT_HourlyResults> {
+  const ClassInfo& info() const override;
+};
 
 }  // namespace tarn

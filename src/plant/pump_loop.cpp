@@ -1,5 +1,7 @@
 #include "plant/pump_loop.h"
 
+#include "reflect/describe.h"
+
 namespace tarn {
 
 const ClassInfo& PLT_Pump::info() const {

@@ -3,7 +3,7 @@
 
 #include "base/flow_units.h"
 #include "plant/plant_codes.h"
-#include "storage/entity.h"
+#include "storage/part.h"
 
 namespace tarn {
 
@@ -55,7 +55,7 @@ class PLT_PumpLoop final : public Part<PumpLoopRecord> {
   /// Error `InvalidCall` for a used loop without a pump.
   void Validate() const;
 
-  Numbered<PLT_Pump, kPumps> Pumps;
+  Parts<PLT_Pump, kPumps> Pumps;
 
  private:
   std::string name_;

@@ -16,6 +16,7 @@
 #include "plant/chiller.h"
 #include "plant/cooling_tower.h"
 #include "plant/plant.h"
+#include "project/defaults.h"
 #include "project/shipped.h"
 #include "reflect/names.h"
 #include "spaces/schedule.h"
@@ -188,14 +189,17 @@ constexpr EntityKind kKinds[]{
                            .letter = 'B'}),
 };
 
+[[maybe_unused]] const bool kDefaultsAreKnown = [] {
+  StoredEntity::product_default = fill_product_default;
+  return true;
+}();
+
 }  // namespace
 
 std::span<const EntityKind> entity_kinds() { return kKinds; }
 
 Ptr<StoredEntity> make_entity(COM_ProjectData& project, const EntityKind& kind) {
-  auto entity = std::static_pointer_cast<StoredEntity>(project.make(kind));
-  entity->select_all();
-  return entity;
+  return std::static_pointer_cast<StoredEntity>(project.make(kind));
 }
 
 }  // namespace tarn

@@ -12,7 +12,6 @@
 #include "base/value.h"
 #include "reflect/members.h"
 #include "reflect/names.h"
-#include "reflect/numbered.h"
 #include "reflect/rows.h"
 
 namespace tarn {

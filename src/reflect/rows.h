@@ -318,11 +318,11 @@ void let_by(Object& o, Subscripts, const Value& value) {
 }
 template <auto P>
 void get_public(const Object& o, Subscripts, Value& out) {
-  put(out, static_cast<const ClassOf<P>&>(o).*P);
+  put(out, as<ClassOf<P>>(o).*P);
 }
 template <auto P>
 void let_public(Object& o, Subscripts, const Value& value) {
-  static_cast<ClassOf<P>&>(o).*P = native<TypeOf<P>>(value);
+  as<ClassOf<P>>(o).*P = native<TypeOf<P>>(value);
 }
 
 template <auto Get, auto Let = nullptr>
@@ -342,15 +342,15 @@ template <auto Get, auto Let>
 constexpr PropertyRow property_row() {
   if constexpr (std::is_member_function_pointer_v<decltype(Get)>) {
     return accessor_row<Get, Let>();
-  } else if constexpr (std::is_base_of_v<Object, ClassOf<Get>>) {
+  } else if constexpr (requires { typename Shape<TypeOf<Get>>::Element::Native; }) {
+    return field_row<Get>();
+  } else {
     Member row;
     row.name = member_name<Get>();
     row.type = value_type<TypeOf<Get>>();
     if constexpr (std::is_enum_v<TypeOf<Get>>) row.labels = labels<TypeOf<Get>>;
     row.form = Accessor{get_public<Get>, let_public<Get>, {}};
     return {row};
-  } else {
-    return field_row<Get>();
   }
 }
 

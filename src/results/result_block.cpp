@@ -88,19 +88,6 @@ void append_table(std::string& text, const Object& object, const std::vector<con
 
 }  // namespace
 
-size_t size_of(const ResultBlock::Spans& spans) {
-  size_t size = 0;
-  for (const auto& span : spans) size += span.size();
-  return size;
-}
-
-std::vector<std::byte> gathered(const ResultBlock::Spans& spans) {
-  std::vector<std::byte> bytes;
-  bytes.reserve(size_of(spans));
-  for (const auto& span : spans) bytes.insert(bytes.end(), span.begin(), span.end());
-  return bytes;
-}
-
 ResultBlock::Spans ResultBlock::spans() const {
   Spans all;
   const_cast<ResultBlock*>(this)->add_spans(all);
@@ -113,11 +100,7 @@ void ResultBlock::Load(int16_t nFileHandle, int32_t nCurPos) {
   const Spans all = spans();
   std::vector<std::byte> bytes(size_of(all));
   BinaryFiles::of_thread().read(nFileHandle, nCurPos, bytes);
-  auto next = bytes.begin();
-  for (const auto& span : all) {
-    std::copy_n(next, span.size(), span.begin());
-    next += static_cast<ptrdiff_t>(span.size());
-  }
+  scatter(bytes, all);
 }
 
 void ResultBlock::Save(int16_t nFileHandle, int32_t nCurPos) {

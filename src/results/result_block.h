@@ -10,6 +10,7 @@
 #include "base/object.h"
 #include "base/wire.h"
 #include "reflect/describe.h"
+#include "storage/blocks.h"
 
 namespace tarn {
 
@@ -19,7 +20,7 @@ using HourTable = Array<R, Bounds{0, 23}, 12>;
 
 class ResultBlock : public Object {
  public:
-  using Spans = std::vector<std::span<std::byte>>;
+  using Spans = Blocks;
 
   /// Reads the block at a position, from 1, of a file that is open under a number (platform/binary_file.h); the file's
   /// position is then the byte after the block. A failure leaves the block as it was.
@@ -43,10 +44,6 @@ class ResultBlock : public Object {
  private:
   Spans spans() const;
 };
-
-size_t size_of(const ResultBlock::Spans& spans);
-/// All of them in a row.
-std::vector<std::byte> gathered(const ResultBlock::Spans& spans);
 
 /// A block that has its record in itself.
 template <typename R>

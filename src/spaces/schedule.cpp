@@ -2,6 +2,8 @@
 
 #include <set>
 
+#include "storage/kind.h"
+
 namespace tarn {
 
 const Kind& SCH_Schedule::kind() const {
@@ -10,12 +12,6 @@ const Kind& SCH_Schedule::kind() const {
                          .default_word = "Schedule",
                          .missing_row_message = "Invalid index value: ",
                          .columns = {summary<SCH_Schedule, &ScheduleRecord::ScheduleType>("nScheduleType")},
-                         .links = {{"Space_Schedule_Links", "Schedule_ID"},
-                                   {"System_Schedule_Links", "Schedule_ID"},
-                                   {"ElectricRate_Schedule_Links", "Schedule_ID"},
-                                   {"FuelRate_Schedule_Links", "Schedule_ID"},
-                                   {"Plant_Schedule_Links", "Schedule_ID"},
-                                   {"Building_Schedule_Links", "Schedule_ID"}},
                          .reach = {Results::DesignAndSimulation,
                                    {{Stage::Spaces, {{"Space_Schedule_Links", "Schedule_ID", "Space_ID"}}},
                                     {Stage::Systems, {{"System_Schedule_Links", "Schedule_ID", "System_ID"}}},

@@ -1,5 +1,7 @@
 #include "spaces/space.h"
 
+#include "storage/kind.h"
+
 namespace tarn {
 
 SPC_Space::SPC_Space() {
@@ -12,6 +14,7 @@ SPC_Space::SPC_Space() {
   add_block(people_.bytes());
   add_block(lighting_.bytes());
   add_block(other_loads_.bytes());
+  named_by(general_.Name);
   Reset(true);
 }
 
@@ -24,13 +27,6 @@ const Kind& SPC_Space::kind() const {
       .columns = {computed<SPC_Space, &SPC_Space::floor_area>("fFloorArea"),
                   computed<SPC_Space, &SPC_Space::GetMaxOccupancy>("fNumPeople"),
                   computed<SPC_Space, &SPC_Space::overhead_lighting>("fLightingDensity")},
-      .links = {{"Space_Door_Links", "Space_ID"},
-                {"Space_Roof_Links", "Space_ID"},
-                {"Space_Schedule_Links", "Space_ID"},
-                {"Space_Shade_Links", "Space_ID"},
-                {"Space_Wall_Links", "Space_ID"},
-                {"Space_Window_Links", "Space_ID"},
-                {"System_Space_Links", "Space_ID"}},
       .reach = {Results::DesignAndSimulation, {{Stage::Systems, {{"System_Space_Links", "Space_ID", "System_ID"}}}}},
       .numbered_names = false,
       .link_owner = "Space"};

@@ -5,6 +5,7 @@
 
 #include "reflect/collection.h"
 #include "spaces/space_parts.h"
+#include "storage/entity.h"
 
 namespace tarn {
 
@@ -48,8 +49,6 @@ class SPC_Space final : public CopiedEntity<SPC_Space> {
     if (number < 1 || number > static_cast<int>(N)) subscript_out_of_range(number, static_cast<int>(N));
     return shared_part(*this, parts[static_cast<size_t>(number) - 1]);
   }
-  std::string stored_name() const override { return Name(); }
-  void store_name(std::string_view name) override { general_.Name = name; }
   float floor_area() const { return general_.FloorArea; }
   float overhead_lighting() const { return lighting_.OverheadWatt; }
 

@@ -1,5 +1,7 @@
 #include "spaces/space_parts.h"
 
+#include "reflect/describe.h"
+
 namespace tarn {
 
 const ClassInfo& SPC_General::info() const {

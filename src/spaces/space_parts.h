@@ -4,7 +4,7 @@
 #pragma once
 
 #include "base/labels.h"
-#include "storage/entity.h"
+#include "storage/part.h"
 
 namespace tarn {
 

@@ -1,8 +1,11 @@
-// Hourly results: a year of values each for what an entity's output flags select.
+// Hourly results: a year of values each for what an entity's output flags select. Their members tables are made by
+// storage/hourly_members.h.
 #pragma once
 
+#include <vector>
+
 #include "reflect/collection.h"
-#include "storage/entity.h"
+#include "storage/part.h"
 
 namespace tarn {
 
@@ -14,31 +17,15 @@ struct HourlyResultRecord {
 static_assert(sizeof(HourlyResultRecord) == 35040);
 
 /// A year of one output.
-template <typename C>
 struct HourlyResults : Part<HourlyResultRecord> {
-  const ClassInfo& info() const override {
-    static constexpr auto members =
-        describe<C>(Failures::Raised, property<&HourlyResultRecord::HourlyResult>, method<&C::ResetData>);
-    static const ClassInfo info(members);
-    return info;
-  }
   void ResetData() { static_cast<HourlyResultRecord&>(*this) = {}; }
 };
 
 /// One block of hourly results, an `Item`, for each output that the flags of an entity's header select, numbered from
 /// 1.
-template <typename C, typename ItemType>
+template <typename ItemType>
 class HourlyList : public Object {
  public:
-  const ClassInfo& info() const override {
-    static constexpr auto members =
-        describe<C>(Failures::Raised, parts<&C::Item, &C::Count, &C::Resize>("vntIndexKey"), property<&C::Count>,
-                    property<&C::NewEnum>, method<&C::Add>, method<&C::Resize>("numItems"),
-                    method<&C::Remove>("vntIndexKey"), method<&C::ResetData>);
-    static const ClassInfo info(members);
-    return info;
-  }
-
   int32_t Count() const { return static_cast<int32_t>(items_.size()); }
   /// Error `SubscriptOutOfRange`.
   Ptr<ItemType> Item(int32_t vntIndexKey) const { return items_[place(vntIndexKey)]; }

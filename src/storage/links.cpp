@@ -6,6 +6,7 @@
 #include "base/log.h"
 #include "base/wire.h"
 #include "platform/database.h"
+#include "storage/kind.h"
 
 namespace tarn {
 namespace {
@@ -15,16 +16,16 @@ std::string column_of(std::string_view kind) { return std::string(kind) + "_ID";
 /// A link table: which entities of a kind an owner uses.
 struct LinkTable {
   std::string name, owner, other;
-  std::string_view library;  // only rows of this library count; empty where all rows do
-  std::string rows;          // the query of an owner's rows, by index; nIndex is null where the entity is gone
+  int library;       // only rows of this library count; 0 where all rows do
+  std::string rows;  // the query of an owner's rows, by index; nIndex is null where the entity is gone
 
   LinkTable(std::string table, std::string_view owner_kind, std::string other_column, std::string_view kind,
-            std::string_view of_library = {})
+            int of_library = 0)
       : name(std::move(table)), owner(column_of(owner_kind)), other(std::move(other_column)), library(of_library) {
     rows = "SELECT " + other + ", nIndex FROM " + name + " LEFT JOIN " + index_table_of(kind) +
            " ON nIndex = " + other + " WHERE " + owner + " = ?" + condition() + " ORDER BY " + other;
   }
-  std::string condition() const { return library.empty() ? "" : " AND Library_ID = " + std::string(library); }
+  std::string condition() const { return library == 0 ? "" : " AND Library_ID = " + std::to_string(library); }
 };
 
 /// References are checked against the first table. A plant's equipment has rows in a table by library, and also in the
@@ -33,8 +34,8 @@ const std::vector<LinkTable>& tables_of(std::string_view owner, std::string_view
   static thread_local std::map<std::pair<std::string_view, std::string_view>, std::vector<LinkTable>> known;
   auto [tables, added] = known.try_emplace({owner, kind});
   if (!added) return tables->second;
-  if (owner == "Plant" && (kind == "Chiller" || kind == "Boiler"))
-    tables->second.emplace_back("Plant_Equipment_Links", owner, "Equipment_ID", kind, kind == "Chiller" ? "10" : "20");
+  if (const int library = library_of(kind); library != 0 && owner == "Plant")
+    tables->second.emplace_back("Plant_Equipment_Links", owner, "Equipment_ID", kind, library);
   tables->second.emplace_back(std::string(owner) + "_" + std::string(kind) + "_Links", owner, column_of(kind), kind);
   return tables->second;
 }
@@ -169,6 +170,28 @@ bool LinkRows::is_there(const Use& use) {
               .AtEof();
 }
 
+int library_of(std::string_view kind) { return kind == "Chiller" ? 10 : kind == "Boiler" ? 20 : 0; }
+
+std::string LinkColumn::condition() const {
+  return column + " = ?" + (library == 0 ? "" : " AND Library_ID = " + std::to_string(library));
+}
+
+std::vector<LinkColumn> link_columns_of(const Kind& kind, const ClassInfo& info) {
+  std::vector<LinkColumn> columns;
+  const auto add = [&columns](LinkColumn column) {
+    const bool known = std::ranges::any_of(columns, [&](const LinkColumn& each) {
+      return each.table == column.table && each.column == column.column && each.library == column.library;
+    });
+    if (!known) columns.push_back(std::move(column));
+  };
+  for (const LinkStep& step : kind.reach.uses()) add({std::string(step.table), std::string(step.by), step.library});
+  if (kind.link_owner.empty()) return columns;
+  for (const std::string_view used : references_of(info).kinds) {
+    for (const LinkTable& table : tables_of(kind.link_owner, used)) add({table.name, table.owner});
+  }
+  return columns;
+}
+
 std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const KindTest& counts) {
   std::vector<std::string_view> kinds;
   const auto& all = references_of(info).kinds;
@@ -189,9 +212,9 @@ bool merge(LinkRows& links, std::string_view kind, const LinkTable& table, const
   };
   auto next = wanted.begin();
   const auto add = [&](int32_t id) {
-    const bool library = !table.library.empty();
+    const bool library = table.library != 0;
     change("INSERT INTO " + table.name + " (" + table.owner + ", " + table.other + (library ? ", Library_ID" : "") +
-               ") VALUES (?, ?" + (library ? ", " + std::string(table.library) : "") + ")",
+               ") VALUES (?, ?" + (library ? ", " + std::to_string(table.library) : "") + ")",
            id);
     lacking |= !links.is_there({0, kind, id});
   };
@@ -234,9 +257,9 @@ std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std
     lacking |= merge(links, kind, tables[0], links.of(kind), wanted);
     for (size_t older = 1; older < tables.size(); ++older)
       merge(links, kind, tables[older], links.rows(kind, older), wanted);
-    if (tables[0].library.empty()) continue;
+    if (tables[0].library == 0) continue;
     shared = &tables[0];
-    libraries += (libraries.empty() ? "" : ", ") + std::string(shared->library);
+    libraries += (libraries.empty() ? "" : ", ") + std::to_string(shared->library);
   }
   if (shared) {  // rows of an unknown library
     const Cell id[]{cell(links.owner())};
@@ -259,13 +282,17 @@ std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std
   return uses;
 }
 
-void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost) {
+std::vector<ClearedReference> clear_lost_references(Object& owner, const std::string& title,
+                                                    const std::function<bool(const Use&)>& lost) {
+  std::vector<ClearedReference> cleared;
   for_each_reference(owner, [&](const Use& use, const ReferenceName& name) -> int32_t {
     if (!lost(use)) return use.index;
     log().message(title + ", " + name() + ": " + std::string(use.kind) + " " + std::to_string(use.index) +
                   " was deleted; the reference is cleared.");
+    cleared.push_back({name.field.name, name.element});
     return 0;
   });
+  return cleared;
 }
 
 }  // namespace tarn

@@ -14,6 +14,7 @@
 namespace tarn {
 
 class Database;
+struct Kind;
 
 /// A reference: where it stands, the same in every object of the class, and what it refers to.
 struct Use {
@@ -45,6 +46,21 @@ inline bool same_kind(std::string_view one, std::string_view other) {
 /// differs. `name` gives the field as a person names it: "Wall(2).WindowType(1)".
 using ReferenceAction = std::function<int32_t(const Use& use, const ReferenceName& name)>;
 void for_each_reference(Object& object, const ReferenceAction& action);
+
+/// Under which number a kind's entities stand in the table of all equipment of plants, beside the table of their own;
+/// 0 for a kind that does not.
+int library_of(std::string_view kind);
+
+/// A column of a link table that names entities of a kind, in the rows of one library where the table has several.
+struct LinkColumn {
+  std::string table, column;
+  int library = 0;
+  /// "Equipment_ID = ? AND Library_ID = 10".
+  std::string condition() const;
+};
+/// All that name an entity of the kind: where it is the owner, by what its fields refer to, and where others use it, by
+/// the kind's reach.
+std::vector<LinkColumn> link_columns_of(const Kind& kind, const ClassInfo& info);
 
 /// The index table of a kind by the word that link tables have for it.
 std::string index_table_of(std::string_view kind);
@@ -95,7 +111,15 @@ std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const Kin
 /// references are returned.
 std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std::string_view> kinds);
 
-/// Sets lost references to 0, and logs each: the entity was deleted, and its index may belong to another entity by now.
-void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost);
+/// A reference that was set to 0: the field and, of an array, the element, from 0.
+struct ClearedReference {
+  std::string_view field;
+  size_t element;
+};
+
+/// Sets the references to 0 that are lost, and logs each: what they referred to was deleted, and its index may since
+/// have gone to another entity.
+std::vector<ClearedReference> clear_lost_references(Object& owner, const std::string& title,
+                                                    const std::function<bool(const Use&)>& lost);
 
 }  // namespace tarn

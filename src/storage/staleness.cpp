@@ -26,8 +26,9 @@ class FoundSystems final : public DatabaseMemory {
 const std::string kForgetSystems = "DELETE FROM temp.Found";
 
 std::string step_query(const LinkStep& step, const std::string& condition) {
-  return "SELECT " + std::string(step.gives) + " FROM " + std::string(step.table) + " WHERE " + std::string(step.by) +
-         condition;
+  const std::string library = step.library == 0 ? "" : "Library_ID = " + std::to_string(step.library) + " AND ";
+  return "SELECT " + std::string(step.gives) + " FROM " + std::string(step.table) + " WHERE " + library +
+         std::string(step.by) + condition;
 }
 
 std::string route_query(const Route& route) {
@@ -53,6 +54,7 @@ std::string stage_query(std::initializer_list<Route> routes, Stage stage,
 }  // namespace
 
 Reach::Reach(Results results, std::initializer_list<Route> routes) {
+  for (const Route& route : routes) uses_.push_back(route.steps.front());
   const std::string spaces = stage_query(routes, Stage::Spaces, {});
   const std::string found_systems =
       stage_query(routes, Stage::Systems, {{{"System_Space_Links", "Space_ID", "System_ID"}, spaces}});

@@ -24,7 +24,7 @@ HW1ReaderWriter::HW1ReaderWriter() {
 
 void HW1ReaderWriter::Load(const std::string& file) {
   if (!files().exists(file)) fail(ErrorNumber::FileNotFound, "There is no hourly weather file " + file + ".");
-  if (!read_record<HourlyWeather>(*this, file, OpenMode::Read)) log().message(file + " is empty; all of it is zeros.");
+  if (!read_record<HourlyWeather>(*this, file)) log().message(file + " is empty; all of it is zeros.");
 }
 
 void HW1ReaderWriter::Save(const std::string& file) {

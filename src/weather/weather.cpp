@@ -60,10 +60,9 @@ void WTH_Weather::Load() {
   Text<20> design_city, city;
   design_city = database().OpenRecordset("SELECT * FROM DesWeatherIndex").Fields("szDesCityName").text();
   city = database().OpenRecordset("SELECT * FROM SimWeatherIndex").Fields("szSimCityName").text();
-  const OpenMode mode = database().read_only() ? OpenMode::Read : OpenMode::Create;
   DesignWeather design;
-  const bool has_design = read_record(design, named(DesFileName, "DesFileName"), mode);
-  const bool has_simulation = read_record<SimulationWeather>(*this, named(SimFileName, "SimFileName"), mode);
+  const bool has_design = read_record(design, named(DesFileName, "DesFileName"));
+  const bool has_simulation = read_record<SimulationWeather>(*this, named(SimFileName, "SimFileName"));
   static_cast<DesignWeather&>(*this) = design;
   if (!has_design) DesCityName = design_city;
   if (!has_simulation) SimCityName = city;

@@ -31,7 +31,8 @@ std::string thrown(const std::function<void()>& action) {
 
 std::string bytes_of(StoredEntity& entity) {
   std::string all;
-  for (const auto& block : entity.layout()) all.append(reinterpret_cast<const char*>(block.data()), block.size());
+  for (const auto& block : entity.file().blocks())
+    all.append(reinterpret_cast<const char*>(block.data()), block.size());
   return all;
 }
 

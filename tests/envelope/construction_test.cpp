@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "reflect/by_name.h"
+#include "storage/kind.h"
 #include "support/temp_project.h"
 
 namespace tarn {

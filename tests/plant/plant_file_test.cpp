@@ -194,7 +194,34 @@ TEST_F(PlantFileTest, AFileCutAtAnyByteIsWholeOrAnError) {
   EXPECT_EQ(whole, std::vector<size_t>(std::rbegin(kEnds), std::rend(kEnds)));
 }
 
-TEST_F(PlantFileTest, ImplausibleCountsAreRefused) {
+TEST_F(PlantFileTest, AFileThatLacksWhatFlagsOrLinksTellOfIsAnError) {
+  add_library();
+  auto plant = full_plant();
+  std::optional<bool> after = true;
+  plant->General.Sized = plant->General.Simulated = true;
+  plant->Save(CCM_ALL, after);
+  const std::string path = plant->FileName(), whole = test::bytes_of(path), linked = links(1);
+  const struct {
+    size_t cut;
+    int32_t mask;
+    const char* says;
+  } cases[]{{kEnds[0], CCM_SYSTEM_SELECT, " ends before SystemSelect, though Plant 1 has link rows of kind System."},
+            {kEnds[0], CCM_DETAILS, " ends before Details, though Plant 1 has link rows of kind "},
+            {kEnds[0], CCM_HEADER, nullptr},
+            {kEnds[1], CCM_SYSTEM_SELECT, nullptr},
+            {kEnds[2], CCM_ALL, " has no results, though bSized says"},
+            {kEnds[3], CCM_ALL, " has no results, though bSimulated says"},
+            {kEnds[3], CCM_PLANTSIZING, nullptr},
+            {kEnds[5], CCM_ALL, nullptr}};
+  for (const auto& c : cases) {
+    test::write_bytes(path, whole.substr(0, c.cut));
+    const std::string said = what_of([&] { loaded(1, c.mask); });
+    EXPECT_EQ(said.find(c.says ? path + c.says : "no error"), 0U) << c.cut << " " << c.mask << " " << said;
+    EXPECT_EQ(links(1), linked);
+  }
+}
+
+TEST_F(PlantFileTest, CountsOutOfSenseAreRefused) {
   auto plant = new_plant("P");
   plant->Save(CCM_ALL);
   const std::string good = test::bytes_of(plant->FileName());

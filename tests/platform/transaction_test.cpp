@@ -5,6 +5,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "project/defaults.h"
+#include "project/kinds.h"
 #include "support/temp_project.h"
 
 namespace tarn {
@@ -287,6 +289,23 @@ TEST_F(TransactionTest, OneFileUnderTwoNamesIsOneFile) {
     EXPECT_EQ(relative.Name.trimmed(), "A");
   }
   std::filesystem::current_path(folder_before);
+}
+
+TEST_F(TransactionTest, ARolledBackSaveTakesItsNameBack) {
+  write_default_records(project);
+  for (const EntityKind& kind : entity_kinds()) {
+    if (kind.one == "air system") continue;  // keeps no name
+    const auto entity = make_entity(project, kind);
+    entity->CreateDefault();
+    entity->Reset(true);
+    const auto nameless = gathered(entity->file().inputs());
+    Engine::of_thread().Workspaces(0).BeginTrans();
+    entity->Save();
+    EXPECT_NE(gathered(entity->file().inputs()), nameless) << kind.one;
+    Engine::of_thread().Workspaces(0).Rollback();
+    EXPECT_EQ(gathered(entity->file().inputs()), nameless) << kind.one;
+    EXPECT_EQ(entity->Index, 0) << kind.one;
+  }
 }
 
 }  // namespace

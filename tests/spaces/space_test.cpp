@@ -1,7 +1,7 @@
 #include "spaces/space.h"
 
+#include "base/value.h"
 #include "envelope/construction.h"
-#include "reflect/by_name.h"
 #include "support/temp_project.h"
 
 namespace tarn {

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include "storage/kind.h"
 #include "support/temp_project.h"
 
 namespace tarn {

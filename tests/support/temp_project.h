@@ -14,8 +14,9 @@
 #include "platform/database.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
+#include "project/new_index.h"
 #include "project/project.h"
-#include "storage/schema.h"
+#include "reflect/members.h"
 
 namespace tarn::test {
 
