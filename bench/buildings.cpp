@@ -4,11 +4,13 @@
 
 #include "building/building.h"
 #include "plain_entity.h"
+#include "platform/database.h"
 #include "platform/host.h"
 #include "platform/workspace.h"
 #include "project/new_index.h"
 #include "project/project.h"
 #include "report.h"
+#include "storage/kind.h"
 
 namespace tarn::bench {
 namespace {

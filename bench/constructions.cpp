@@ -10,9 +10,11 @@
 #include "envelope/construction.h"
 #include "envelope/ctf_generator.h"
 #include "plain_project.h"
+#include "platform/database.h"
 #include "platform/workspace.h"
 #include "project/new_index.h"
 #include "report.h"
+#include "storage/kind.h"
 
 namespace tarn::bench {
 namespace {

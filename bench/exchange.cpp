@@ -10,6 +10,7 @@
 #include "project/new_index.h"
 #include "report.h"
 #include "sample.h"
+#include "storage/kind.h"
 
 namespace tarn::bench {
 namespace {

@@ -7,6 +7,9 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "platform/database.h"
+#include "storage/kind.h"
+
 namespace tarn::bench {
 namespace {
 

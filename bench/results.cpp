@@ -9,10 +9,12 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "platform/database.h"
 #include "project/new_index.h"
 #include "project/project.h"
 #include "report.h"
 #include "results/air_system_design.h"
+#include "storage/kind.h"
 
 namespace tarn::bench {
 namespace {

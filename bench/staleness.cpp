@@ -1,6 +1,8 @@
 #include "plain_project.h"
+#include "platform/database.h"
 #include "platform/workspace.h"
 #include "report.h"
+#include "storage/kind.h"
 
 namespace tarn::bench {
 

@@ -12,9 +12,11 @@
 #include <stdexcept>
 
 #include "plain_project.h"
+#include "platform/database.h"
 #include "project/new_index.h"
 #include "project/project.h"
 #include "report.h"
+#include "storage/kind.h"
 #include "weather/calendar.h"
 #include "weather/weather_import.h"
 

@@ -2,8 +2,10 @@
 #include <random>
 
 #include "plain_project.h"
+#include "platform/database.h"
 #include "platform/workspace.h"
 #include "report.h"
+#include "storage/kind.h"
 
 namespace tarn::bench {
 namespace {

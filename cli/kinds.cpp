@@ -13,6 +13,8 @@
 #include "reflect/by_name.h"
 #include "reflect/json.h"
 #include "storage/entity.h"
+#include "storage/kind.h"
+#include "storage/links.h"
 
 namespace tarn::cli {
 namespace {

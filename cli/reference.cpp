@@ -14,6 +14,7 @@
 #include "project/kinds.h"
 #include "project/new_index.h"
 #include "storage/kind.h"
+#include "storage/links.h"
 
 namespace {
 

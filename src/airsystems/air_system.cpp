@@ -37,8 +37,9 @@ const Kind& AS_AirSystem::kind() const {
       .default_word = "System",
       .missing_row_message = {},
       .columns = {computed<C, &C::equip_class>("nEquipClass"), computed<C, &C::system_type>("nSystemType"),
+                  computed<C, &C::flag<&H::Sized>>("bSized"),
                   computed<C, &C::flag<&H::CoilDataValid>>("bCoilDataValid"),
-                  computed<C, &C::flag<&H::Sized>>("bSized"), computed<C, &C::flag<&H::Simulated>>("bSimulated"),
+                  computed<C, &C::flag<&H::Simulated>>("bSimulated"),
                   computed<C, &C::flag<&H::CWCoilsExists>>("bCWCoilsExist"),
                   computed<C, &C::flag<&H::HWCoilsExists>>("bHWCoilsExist"),
                   computed<C, &C::flag<&H::STMCoilsExists>>("bSTMCoilsExist")},
@@ -48,6 +49,7 @@ const Kind& AS_AirSystem::kind() const {
                 {{Stage::Plants, {{"Plant_System_Links", "System_ID", "Plant_ID"}}},
                  {Stage::Buildings, {{"Building_System_Links", "System_ID", "Building_ID"}}}}},
       .gives_names = false,
+      .name_query_message = "Query for duplicate name checking failed: ",
       .lost_row_message = "Cannot find air system record in index database",
       .link_owner = "System"};
   return kind;

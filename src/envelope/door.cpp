@@ -9,9 +9,9 @@ const Kind& DOR_Door::kind() const {
                          .index_table = "DoorIndex",
                          .default_word = "Door",
                          .missing_row_message = "Invalid door ID: ",
-                         .columns = {summary<DOR_Door, &DoorRecord::SolidUValue>("fSolidUValue"),
-                                     summary<DOR_Door, &DoorRecord::GlassUValue>("fGlassUValue"),
-                                     summary<DOR_Door, &DoorRecord::GrossArea>("fArea")},
+                         .columns = {summary<DOR_Door, &DoorRecord::GrossArea>("fArea"),
+                                     summary<DOR_Door, &DoorRecord::SolidUValue>("fSolidUValue"),
+                                     summary<DOR_Door, &DoorRecord::GlassUValue>("fGlassUValue")},
                          .reach = Reach::through_spaces("Space_Door_Links", "Door_ID")};
   return kind;
 }

@@ -15,16 +15,19 @@ const Kind& BLR_Boiler::kind() const {
       .index_table = "BoilerIndex",
       .default_word = "Boiler",
       .missing_row_message = "Cannot find boiler record in database for record #",
-      .columns = {summary<C, &R::FuelType>("nFuelType"), summary<C, &R::BoilerOutput>("fBoilerOutput"),
-                  summary<C, &R::AutoSize>("bAutoSizeCapacity"), summary<C, &R::HotWaterFlow>("fHotWaterFlow"),
-                  summary<C, &R::HotWaterFlowUnits>("nHWFlowUnits")},
+      .columns = {summary<C, &R::BoilerOutput>("fBoilerOutput"), summary<C, &R::FuelType>("nFuelType"),
+                  summary<C, &R::HotWaterFlow>("fHotWaterFlow"), summary<C, &R::HotWaterFlowUnits>("nHWFlowUnits"),
+                  summary<C, &R::AutoSize>("bAutoSizeCapacity")},
       .reach = {Results::SimulationOnly,
                 {{Stage::Systems, {{"System_Boiler_Links", "Boiler_ID", "System_ID"}}},
                  {Stage::Plants, {{"Plant_Boiler_Links", "Boiler_ID", "Plant_ID"}}},
                  {Stage::Plants, {{"Plant_Equipment_Links", "Equipment_ID", "Plant_ID", library_of("Boiler")}}}}},
-      .row_needed = true,
-      .wrong_size_message = "Size of boiler data file does not match size of boiler data structure."};
+      .row_needed = true};
   return kind;
+}
+
+BLR_Boiler::BLR_Boiler() {
+  need_whole_records("Size of boiler data file does not match size of boiler data structure.");
 }
 
 const ClassInfo& BLR_Boiler::info() const {

@@ -63,6 +63,7 @@ static_assert(sizeof(BoilerRecord) == 109);
 
 class BLR_Boiler final : public Entity<BLR_Boiler, BoilerRecord> {
  public:
+  BLR_Boiler();
   const ClassInfo& info() const override;
   const Kind& kind() const override;
 

@@ -47,7 +47,7 @@ const Kind& CHL_Chiller::kind() const {
       .index_table = "ChillerIndex",
       .default_word = "Chiller",
       .missing_row_message = "Cannot find chiller record in database for record #",
-      .columns = {summary<C, &R::FunctionType>("nFunctionType"), summary<C, &R::ChillerType>("nChillerType"),
+      .columns = {summary<C, &R::ChillerType>("nChillerType"), summary<C, &R::FunctionType>("nFunctionType"),
                   summary<C, &R::FuelType>("nFuelType"), summary<C, &R::AutoSize>("bAutoSizeCapacity"),
                   part_summary<&C::CoolingMode, &M::FLCapacity>("fFLCapacityClg"),
                   part_summary<&C::HeatingMode, &M::FLCapacity>("fFLCapacityHtg"),

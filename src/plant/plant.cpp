@@ -39,6 +39,7 @@ const Kind& PLT_Plant::kind() const {
                 {{Stage::Buildings, {{"Building_Plant_Links", "Plant_ID", "Building_ID"}}}}},
       .row_needed = true,
       .no_table_message = "Could not open recordset object.\nSQL:  SELECT * FROM PlantIndex ORDER BY nIndex ASC\n",
+      .name_query_message = "Query for duplicate name checking failed: ",
       .lost_row_message = "Cannot find plant record in index database",
       .link_owner = "Plant"};
   return kind;

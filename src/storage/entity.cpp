@@ -121,10 +121,13 @@ void StoredEntity::make_name_valid() {
 }
 
 bool StoredEntity::name_is_free(const std::string& name) const {
-  return database()
-      .OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?",
-                     {name, cell(Index)})
-      .AtEof();
+  const std::string query = "SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?";
+  try {
+    return database().OpenRecordset(query, {name, cell(Index)}).AtEof();
+  } catch (const Error& error) {
+    if (kind().name_query_message.empty()) throw;
+    throw Error(error.number(), {}, std::string(kind().name_query_message) + error.description());
+  }
 }
 
 bool StoredEntity::IsNameUnique(const std::optional<std::string>& sName) const {

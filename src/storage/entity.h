@@ -153,6 +153,7 @@ class RecordEntity : public StoredEntity {
   RecordEntity() : StoredEntity(records_), records_(*this, FileName) {}
   /// Bytes of the object that the record has next; the record is all of them in a row.
   void add_block(std::span<std::byte> bytes) { records_.add(bytes); }
+  void need_whole_records(std::string_view message) { records_.need_whole_records(message); }
   size_t record_size() const { return records_.record_size(); }
   void set_record(std::span<const std::byte> bytes) { scatter(bytes, records_.blocks()); }
 

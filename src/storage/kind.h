@@ -64,7 +64,7 @@ struct Kind {
   bool numbered_names = true;                // a default name is its word and the index
   bool row_needed = false;                   // `Load` without a row is an error
   std::string_view no_table_message = {};    // where the rows cannot be read; the failure follows
-  std::string_view wrong_size_message = {};  // of a record file that must have whole records; empty: any length does
+  std::string_view name_query_message = {};  // where the search for a name fails; the failure follows
   std::string_view lost_row_message = {};    // of `Save` of an entity whose row is gone
   bool saved_anew = false;                   // `Save` of an entity whose row is gone adds a new one
   std::string_view link_owner = {};  // "Space": `Save` keeps Space_Wall_Links and the like in line with the references

@@ -4,8 +4,8 @@
 
 #include "base/log.h"
 #include "platform/workspace.h"
+#include "reflect/members.h"
 #include "storage/entity.h"
-#include "storage/kind.h"
 
 namespace tarn {
 
@@ -18,11 +18,10 @@ const std::string& RecordFile::name() const {
 }
 
 void RecordFile::check(std::optional<int16_t> /*index*/, std::string_view operation) const {
-  const std::string_view message = entity_.kind().wrong_size_message;
-  if (message.empty()) return;
+  if (wrong_size_message_.empty()) return;
   const uint64_t size = !name_.empty() && files().exists(name_) ? files().size(name_) : 0;
   if (size == 0 || size % record_size() != 0)
-    throw Error(static_cast<int>(ErrorNumber::UnknownFormat), std::string(operation), std::string(message));
+    throw Error(static_cast<int>(ErrorNumber::UnknownFormat), std::string(operation), std::string(wrong_size_message_));
 }
 
 size_t RecordFile::read_bytes(int16_t index, std::vector<std::byte>& bytes) const {

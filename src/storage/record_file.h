@@ -11,6 +11,8 @@ class RecordFile final : public EntityFile {
 
   /// The memory that the record has next.
   void add(std::span<std::byte> bytes) { blocks_.push_back(bytes); }
+  /// A file of another length than whole records is an error from now on.
+  void need_whole_records(std::string_view message) { wrong_size_message_ = message; }
   size_t record_size() const { return size_of(blocks_); }
 
   Blocks blocks() const override { return blocks_; }
@@ -32,7 +34,8 @@ class RecordFile final : public EntityFile {
   /// How much of the record the file has.
   size_t read_bytes(int16_t index, std::vector<std::byte>& bytes) const;
 
-  std::string& name_;  // the entity's FileName
+  std::string& name_;                    // the entity's FileName
+  std::string_view wrong_size_message_;  // of a file that must have whole records; empty: any length does
   Blocks blocks_;
 };
 

@@ -429,7 +429,9 @@ TEST_F(AirSystemTest, AFileThatLacksWhatFlagsOrLinksTellOfIsAnError) {
       said = error.description();
     }
     EXPECT_EQ(said.empty(), !c.says) << c.cut << said;
-    if (c.says) EXPECT_NE(said.find(file(1) + " " + c.says), std::string::npos) << said;
+    if (c.says) {
+      EXPECT_NE(said.find(file(1) + " " + c.says), std::string::npos) << said;
+    }
   }
 }
 

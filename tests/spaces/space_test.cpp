@@ -2,6 +2,7 @@
 
 #include "base/value.h"
 #include "envelope/construction.h"
+#include "reflect/by_name.h"
 #include "support/temp_project.h"
 
 namespace tarn {
