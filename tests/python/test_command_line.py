@@ -196,7 +196,7 @@ class TestCommandLine(unittest.TestCase):
                 (["windows", "set", "1", "Index=4"], 2, "no property Index"), (["describe", "WIN_Windw"], 2, "did you mean WIN_Window?"),
                 (["windows", "set", "1", "GlassTrans(2=1"], 2, "cannot be read"), (["windows", "set", "1", "Height=0"], 2, "no area"),
                 (["windows", "delete", "1", "2"], 2, "one word too many"), (["windows", "list", "-o", "x"], 2, "--output goes with project export and weather import."),
-                (["windows", "new", "--type", "VAV"], 2, "--type goes with air-systems new, chillers new and plants new."),
+                (["windows", "new", "--type", "VAV"], 2, "--type goes with chillers new, air-systems new and plants new."),
                 (["describe", "WIN_Window", "list"], 2, "\"list\" is one word too many"), (["windows"], 2, "What to do with windows?"),
                 (["project", "import", str(self.at)], 3, "is a folder"), (["--jsn"], 2, "--jsn")]:
             with self.subTest(words):
