@@ -25,11 +25,11 @@ struct UsageError : std::runtime_error {
 struct Call {
   std::string project;  // of -p
   bool json = false;
-  std::string output;  // of --output
-  std::string type;    // of --type
-  std::string svg;     // of --svg
-  std::string group, verb;
-  std::vector<std::string> words;  // after the verb
+  std::string output;              // of --output
+  std::string type;                // of --type
+  std::string svg;                 // of --svg
+  std::string group, verb;         // no verb where the group does one thing only
+  std::vector<std::string> words;  // after them
 };
 
 /// The project of -p: FOLDER/PREFIX, or FOLDER with the one project in it; the current folder without.
@@ -64,10 +64,28 @@ std::optional<int64_t> nearest_index(Database& database, const std::string& tabl
 /// A word that is a number. Error `UsageError`.
 int number_of(const std::string& word);
 
-int run_project(const Call& call);
-int run_kind(const Call& call);
-int run_weather(const Call& call);
-int run_results(const Call& call);
-int run_describe(const Call& call);
+// The verbs; each returns the exit code.
+int project_new(const Call& call);
+int project_info(const Call& call);
+int project_export(const Call& call);
+int project_import(const Call& call);
+
+// For the kind of entity whose group the call names.
+int kind_list(const Call& call);
+int kind_show(const Call& call);
+int kind_new(const Call& call);
+int kind_set(const Call& call);
+int kind_clone(const Call& call);
+int kind_delete(const Call& call);
+int kind_import(const Call& call);
+
+int weather_import(const Call& call);
+int weather_check(const Call& call);
+int weather_show(const Call& call);
+
+int results_list(const Call& call);
+int results_show(const Call& call);
+
+int describe_classes(const Call& call);
 
 }  // namespace tarn::cli

@@ -7,7 +7,7 @@
 #include "base/nearest.h"
 #include "base/value.h"
 #include "cli/command.h"
-#include "cli/pictures.h"
+#include "cli/views/pictures.h"
 #include "exchange/imports.h"
 #include "platform/workspace.h"
 #include "reflect/by_name.h"
@@ -255,66 +255,94 @@ int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::s
   return kClean;
 }
 
+/// What a verb of a kind works on: the open project, and an entity that is not loaded yet.
+struct Opened {
+  const EntityKind& kind;
+  COM_ProjectData project;
+  Ptr<Database> database;
+  Ptr<StoredEntity> entity;
+
+  Opened(const Call& call, Use use)
+      : kind(kind_of(call)), database(open_project(project, call, use)), entity(make_entity(project, kind)) {}
+};
+
+/// The same with the entity that the first word names.
+struct Loaded : Opened {
+  Loaded(const Call& call, Use use) : Opened(call, use) {
+    entity->Load(index_of(call, *database,
+                          {std::string(entity->kind().index_table), std::string(kind.one), std::string(kind.group)}));
+  }
+};
+
+/// The words after the first one.
+std::vector<std::string> assignments_of(const Call& call) { return {call.words.begin() + 1, call.words.end()}; }
+
+}  // namespace
+
+int kind_list(const Call& call) {
+  const Opened on(call, Use::Reading);
+  return list(call, *on.database, *on.entity);
+}
+
+int kind_show(const Call& call) {
+  const Loaded on(call, Use::Reading);
+  return show(call, *on.database, *on.entity);
+}
+
+int kind_new(const Call& call) {
+  const Opened on(call, Use::Writing);
+  StoredEntity& entity = *on.entity;
+  if (on.kind.start) {
+    on.kind.start(entity, call.type);
+  } else {
+    entity.CreateDefault();
+    entity.Reset(true);
+  }
+  edit(entity, on.kind, call.words);
+  if (!entity.kind().gives_names && !entity.IsNameUnique())
+    throw UsageError("Another " + std::string(on.kind.one) + " has that name; give one of its own: Name=...");
+  return saved(call, entity, on.kind, "made");
+}
+
+int kind_set(const Call& call) {
+  const Loaded on(call, Use::Writing);
+  if (call.words.size() == 1) throw UsageError("Nothing to set; write Property=value.");
+  edit(*on.entity, on.kind, assignments_of(call));
+  return saved(call, *on.entity, on.kind, "saved");
+}
+
+int kind_clone(const Call& call) {
+  const Loaded on(call, Use::Writing);
+  Value clone;
+  std::vector<Value> none(1);
+  on.entity->info().find("Clone").call(*on.entity, none, clone);
+  auto& copy = dynamic_cast<StoredEntity&>(*std::get<ObjectPtr>(clone));
+  edit(copy, on.kind, assignments_of(call));
+  return saved(call, copy, on.kind, "made from " + std::to_string(on.entity->Index));
+}
+
+int kind_delete(const Call& call) {
+  const Loaded on(call, Use::Writing);
+  const int16_t index = on.entity->Index;
+  on.entity->Delete(index);
+  if (call.json)
+    print_json({{"index", index}});
+  else
+    std::cout << on.kind.one << ' ' << index << " deleted\n";
+  return kClean;
+}
+
 /// A new entity from a file of another program, with what a person should know of it.
-int import_one(const Call& call, StoredEntity& entity, const EntityKind& kind) {
+int kind_import(const Call& call) {
+  const Opened on(call, Use::Writing);
   if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
-  const std::vector<std::string> notes = file_import_of(kind)(entity, call.words.front());
-  edit(entity, kind, {call.words.begin() + 1, call.words.end()});
-  const int code = saved(call, entity, kind, "made from " + call.words.front(), {{"notes", notes}});
+  const std::vector<std::string> notes = file_import_of(on.kind)(*on.entity, call.words.front());
+  edit(*on.entity, on.kind, assignments_of(call));
+  const int code = saved(call, *on.entity, on.kind, "made from " + call.words.front(), {{"notes", notes}});
   if (!call.json) {
     for (const std::string& note : notes) std::cerr << note << '\n';
   }
   return code;
-}
-
-}  // namespace
-
-int run_kind(const Call& call) {
-  const EntityKind& kind = kind_of(call);
-  const bool reading = call.verb == "list" || call.verb == "show";
-  COM_ProjectData project;
-  const auto database = open_project(project, call, reading ? Use::Reading : Use::Writing);
-  const auto entity = make_entity(project, kind);
-  if (call.verb == "list") return list(call, *database, *entity);
-  if (call.verb == "new") {
-    if (!call.type.empty() && !kind.start) throw UsageError("A " + std::string(kind.one) + " has no types.");
-    if (kind.start) {
-      kind.start(*entity, call.type);
-    } else {
-      entity->CreateDefault();
-      entity->Reset(true);
-    }
-    edit(*entity, kind, call.words);
-    if (!entity->kind().gives_names && !entity->IsNameUnique())
-      throw UsageError("Another " + std::string(kind.one) + " has that name; give one of its own: Name=...");
-    return saved(call, *entity, kind, "made");
-  }
-  if (call.verb == "import") return import_one(call, *entity, kind);
-  const int16_t index = index_of(
-      call, *database, {std::string(entity->kind().index_table), std::string(kind.one), std::string(kind.group)});
-  const std::vector<std::string> rest(call.words.begin() + 1, call.words.end());
-  if (call.verb == "clone") {
-    entity->Load(index);
-    Value clone;
-    std::vector<Value> none(1);
-    entity->info().find("Clone").call(*entity, none, clone);
-    auto& copy = dynamic_cast<StoredEntity&>(*std::get<ObjectPtr>(clone));
-    edit(copy, kind, rest);
-    return saved(call, copy, kind, "made from " + std::to_string(index));
-  }
-  entity->Load(index);
-  if (call.verb == "show") return show(call, *database, *entity);
-  if (call.verb == "set") {
-    if (rest.empty()) throw UsageError("Nothing to set; write Property=value.");
-    edit(*entity, kind, rest);
-    return saved(call, *entity, kind, "saved");
-  }
-  entity->Delete(index);
-  if (call.json)
-    print_json({{"index", index}});
-  else
-    std::cout << kind.one << ' ' << index << " deleted\n";
-  return kClean;
 }
 
 }  // namespace tarn::cli

@@ -223,8 +223,8 @@ std::string manual_page() {
       "GROUPS\n";
   for (const Group& group : all_groups()) {
     out += ".SS " + group.name + "\n" + group.help + "\n";
-    if (group.name == "describe") continue;
-    for (const auto& [verb, help] : group.verbs) out += ".TP\n.B " + verb + "\n" + help + "\n";
+    if (!group.names_verbs()) continue;
+    for (const Verb& verb : group.verbs) out += ".TP\n.B " + verb.name + "\n" + verb.help + "\n";
   }
   return out + ".SH EXIT STATUS\n0 clean, 1 findings, 2 usage, 3 input or output, 4 internal\n";
 }

@@ -4,7 +4,7 @@
 #include <iostream>
 
 #include "cli/command.h"
-#include "cli/weather_pictures.h"
+#include "cli/views/weather_pictures.h"
 #include "platform/workspace.h"
 #include "reflect/json.h"
 #include "weather/calendar.h"
@@ -61,7 +61,9 @@ void check_output(const std::string& file) {
          file + " exists and is not an hourly weather file; remove it first, or give another name.");
 }
 
-int import_verb(const Call& call) {
+}  // namespace
+
+int weather_import(const Call& call) {
   if (call.words.empty()) throw UsageError("Which file? tarn weather import FILE [--output CITY.HW1]");
   Read read(call);
   const HourlyVerdict verdict = verdict_of(read.year);
@@ -98,6 +100,8 @@ int import_verb(const Call& call) {
   return kClean;
 }
 
+namespace {
+
 Json finding_json(const Finding& finding) {
   return {{"what", finding.what},
           {"hours", finding.count},
@@ -105,7 +109,9 @@ Json finding_json(const Finding& finding) {
           {"value", finding.value}};
 }
 
-int check_verb(const Call& call) {
+}  // namespace
+
+int weather_check(const Call& call) {
   const Read read(call);
   const HourlyVerdict verdict = verdict_of(read.year);
   const bool named = !read.is_hourly() || call.words.empty() || HW1ReaderWriter::is_hourly_name(read.file);
@@ -136,7 +142,7 @@ int check_verb(const Call& call) {
   return clean ? kClean : kFindings;
 }
 
-int show_verb(const Call& call) {
+int weather_show(const Call& call) {
   Read read(call);
   WTH_Stats statistics;
   fill_statistics(statistics, read.year);
@@ -153,13 +159,6 @@ int show_verb(const Call& call) {
   }
   if (!call.svg.empty()) save_picture(call, heat_map(read.year));
   return kClean;
-}
-
-}  // namespace
-
-int run_weather(const Call& call) {
-  if (call.verb == "import") return import_verb(call);
-  return call.verb == "check" ? check_verb(call) : show_verb(call);
 }
 
 }  // namespace tarn::cli

@@ -195,7 +195,9 @@ class TestCommandLine(unittest.TestCase):
                 (["windows", "set", "1", "Name=" + "x" * 256], 2, "256 characters, allowed are 255"),
                 (["windows", "set", "1", "Index=4"], 2, "no property Index"), (["describe", "WIN_Windw"], 2, "did you mean WIN_Window?"),
                 (["windows", "set", "1", "GlassTrans(2=1"], 2, "cannot be read"), (["windows", "set", "1", "Height=0"], 2, "no area"),
-                (["windows", "delete", "1", "2"], 2, "one word too many"), (["windows", "list", "-o", "x"], 2, "--output goes with"),
+                (["windows", "delete", "1", "2"], 2, "one word too many"), (["windows", "list", "-o", "x"], 2, "--output goes with project export and weather import."),
+                (["windows", "new", "--type", "VAV"], 2, "--type goes with chillers new, air-systems new and plants new."),
+                (["describe", "WIN_Window", "list"], 2, "\"list\" is one word too many"), (["windows"], 2, "What to do with windows?"),
                 (["project", "import", str(self.at)], 3, "is a folder"), (["--jsn"], 2, "--jsn")]:
             with self.subTest(words):
                 self.assertIn(says, self.tarn(*words, code=code).stderr)
@@ -362,8 +364,10 @@ class TestCommandLine(unittest.TestCase):
         self.tarn("windows", "new", "Name=A")
         (self.at / "MALLWIN.DAT").unlink()
         names = sorted(p.name for p in self.at.iterdir())
-        for words in (["windows", "list"], ["windows", "show", "1"], ["project", "info"]):
-            self.tarn(*words)
+        for words, code in ((["windows", "list"], 0), (["windows", "show", "1"], 3), (["project", "info"], 0)):
+            said = self.tarn(*words, code=code)
+            if code:
+                self.assertIn("MALLWIN.DAT, which has record 1, is not there", said.stderr)
         self.assertEqual(sorted(p.name for p in self.at.iterdir()), names)
 
 

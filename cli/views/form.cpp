@@ -1,4 +1,4 @@
-#include "cli/form.h"
+#include "cli/views/form.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "cli/weather_pictures.h"
+#include "cli/views/weather_pictures.h"
 
 #include <cmath>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "cli/svg.h"
+#include "cli/views/svg.h"
 
 #include <algorithm>
 #include <cmath>

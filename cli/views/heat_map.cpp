@@ -4,8 +4,8 @@
 #include <functional>
 #include <vector>
 
-#include "cli/svg.h"
-#include "cli/weather_pictures.h"
+#include "cli/views/svg.h"
+#include "cli/views/weather_pictures.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
 

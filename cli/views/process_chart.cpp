@@ -5,8 +5,8 @@
 #include <limits>
 #include <numbers>
 
-#include "cli/result_pictures.h"
-#include "cli/svg.h"
+#include "cli/views/result_pictures.h"
+#include "cli/views/svg.h"
 #include "weather/psychrometrics.h"
 
 namespace tarn::cli {

@@ -1,4 +1,4 @@
-#include "cli/result_pictures.h"
+#include "cli/views/result_pictures.h"
 
 #include <algorithm>
 #include <cctype>

@@ -3,8 +3,8 @@
 #include <iostream>
 
 #include "base/value.h"
-#include "cli/form.h"
-#include "cli/pictures.h"
+#include "cli/views/form.h"
+#include "cli/views/pictures.h"
 #include "plant/chiller.h"
 #include "plant/chiller_map.h"
 #include "plant/plant.h"

@@ -3,8 +3,8 @@
 #include <array>
 #include <cmath>
 
-#include "cli/result_pictures.h"
-#include "cli/svg.h"
+#include "cli/views/result_pictures.h"
+#include "cli/views/svg.h"
 #include "weather/calendar.h"
 
 namespace tarn::cli {

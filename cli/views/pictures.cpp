@@ -1,11 +1,11 @@
-#include "cli/pictures.h"
+#include "cli/views/pictures.h"
 
 #include <algorithm>
 #include <cmath>
 #include <iostream>
 #include <map>
 
-#include "cli/form.h"
+#include "cli/views/form.h"
 #include "envelope/construction.h"
 #include "reflect/json.h"
 #include "spaces/schedule.h"

@@ -4,8 +4,8 @@
 
 #include "base/value.h"
 #include "building/building.h"
-#include "cli/form.h"
-#include "cli/pictures.h"
+#include "cli/views/form.h"
+#include "cli/views/pictures.h"
 #include "reflect/json.h"
 #include "weather/calendar.h"
 
