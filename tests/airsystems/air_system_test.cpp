@@ -2,6 +2,7 @@
 
 #include <numeric>
 
+#include "airsystems/default_values.h"
 #include "airsystems/defaults.h"
 #include "reflect/by_name.h"
 #include "spaces/space.h"
@@ -760,6 +761,30 @@ TEST_F(AirSystemTest, DefaultsClassesFillTheirComponentsByName) {
   EXPECT_EQ(system.GetSupplyFan()->Efficiency, 0.84F);
   EXPECT_EQ(system.GetZoneData(1)->OccCoolSetpt, 80.0F);
   EXPECT_EQ(system.GetAirSizing()->CoolingSupplyTemp, 58.0F);
+}
+
+TEST_F(AirSystemTest, WrongDefaultsAreErrorsThatNameTheirPlace) {
+  const struct {
+    std::string right, wrong, says;
+  } cases[]{
+      {"\"AS_Dflt_05_DDCAV\"", "\"AS_Dflt_05_DDVAC\"", "AS_Dflt_05_DDVAC; did you mean AS_Dflt_05_DDCAV?"},
+      {"\"AS_Dflt_05_DDCAV\": {", "\"AS_Dflt_05_DDCAV\": {\"CoolSis\": {},",
+       "AS_Dflt_05_DDCAV, CoolSis: there is no such component; did you mean CoolSys?"},
+      {"\"EconomizerType\"", "\"EconomiserType\"", "common, Economizer: AS_EconomizerData has no field EconomiserType"},
+      {"\"KWValue\": [", "\"KWValue\": [1.0, ", "common, SupplyFan: AS_FanData.KWValue: found array of 12"},
+      {"\"CompressorType\": \"VRF_Rotary\"", "\"CompressorType\": \"VRF_Rotor\"",
+       "AS_Dflt_20_VRF, SplitSystem: AS_SplitSystemData.CompressorType: found \"VRF_Rotor\"; did you mean "
+       "VRF_Rotary?"}};
+  for (const auto& c : cases) {
+    std::string json = system_default_values;
+    json.replace(json.find(c.right), c.right.size(), c.wrong);
+    try {
+      read_system_defaults(json);
+      ADD_FAILURE() << c.wrong;
+    } catch (const Error& error) {
+      EXPECT_NE(error.description().find(c.says), std::string::npos) << error.description();
+    }
+  }
 }
 
 }  // namespace
