@@ -67,7 +67,8 @@ inline constexpr EventRow event{detail::event_row<P>()};
 
 namespace detail {
 
-// What the compiler names when a table is wrong: none of these is a constant expression.
+// What the compiler names when a table is wrong: none of these is a constant expression. Pointers to functions are not
+// compared in here: where sanitizers watch, that is no constant either.
 void a_field_of_the_record_is_listed_twice_in_the_members_table();
 void a_field_of_the_record_is_left_out_of_the_members_table_or_has_the_wrong_width();
 void a_field_is_of_a_record_that_the_class_has_not();
@@ -87,8 +88,9 @@ template <typename C, typename R, size_t N>
 constexpr void place_unstored(MembersTable<N>& table) {
   for (Member& member : table.members) {
     auto* field = std::get_if<RecordField>(&member.form);
-    if (!field || field->record_of || field->record != class_name<R>()) continue;
+    if (!field || field->placed || field->record != class_name<R>()) continue;
     field->record_of = record_in<C, R>;
+    field->placed = true;
     field->covers = false;
   }
 }
@@ -104,8 +106,9 @@ constexpr void settle_record(MembersTable<N>& table) {
     auto* field = std::get_if<RecordField>(&member.form);
     if (auto* accessor = std::get_if<Accessor>(&member.form); accessor && accessor->stands_for)
       field = &*accessor->stands_for;
-    if (!field || field->record_of || field->record != class_name<R>()) continue;
+    if (!field || field->placed || field->record != class_name<R>()) continue;
     field->record_of = record_in<C, R>;
+    field->placed = true;
     field->by_rule = !std::is_base_of_v<R, C>;
     if (!field->covers) continue;
     covered += field->size * (field->stride > 0 ? field->records : 1);
@@ -120,7 +123,7 @@ constexpr void settle_record(MembersTable<N>& table) {
 
 constexpr void check_member(const Member& member) {
   const auto* plain = std::get_if<RecordField>(&member.form);
-  if (plain && !plain->record_of) a_field_is_of_a_record_that_the_class_has_not();
+  if (plain && !plain->placed) a_field_is_of_a_record_that_the_class_has_not();
   for (const Parameter& parameter : member.parameters()) {
     if (parameter.name.empty()) a_method_needs_a_name_for_each_of_its_parameters();
   }
@@ -161,7 +164,7 @@ consteval auto describe(Failures failures, const Row&... rows) {
   if constexpr (requires { typename C::Unstored; }) detail::place_unstored<C, typename C::Unstored>(table);
   for (const Member& member : table.members) {
     detail::check_member(member);
-    if (member.labels_for) table.facts.sample = detail::sample_of<C>;
+    if (member.labels_vary) table.facts.sample = detail::sample_of<C>;
   }
   return table;
 }

@@ -22,6 +22,7 @@ struct RecordField {
   static constexpr size_t kMostDimensions = 4;
 
   Wire wire = Wire::Int16;
+  bool placed = false;    // `record_of` is known
   bool covers = false;    // stands for its bytes of the record, which no other member does
   bool by_rule = false;   // the record is reached by `->`: another one for each object, or refused
   uint16_t width = 0;     // of one text, in characters

@@ -86,6 +86,7 @@ struct Member {
   bool by_reference = false;  // the setter takes its argument by reference
   bool trimmed = false;       // the text is read without its blanks
   bool in_row = false;        // kept in the index row alone
+  bool labels_vary = false;   // with the object, by `labels_for`
   bool reserved = false;      // stored, and no member of the interface
   std::variant<RecordField, Accessor, OwnedPart, Method, EventSource> form;
 

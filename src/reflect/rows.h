@@ -51,7 +51,10 @@ struct PropertyRow : Member {
   }
   /// The codes of the enumeration, where they depend on the object.
   constexpr PropertyRow codes(std::span<const Label> (*of)(const Object&)) const {
-    return with([&](Member& m) { m.labels_for = of; });
+    return with([&](Member& m) {
+      m.labels_for = of;
+      m.labels_vary = true;
+    });
   }
   /// The kind of entity whose index the field holds. Where the object or the element decides, `by` gives one of the
   /// kinds, or none.
@@ -245,7 +248,9 @@ std::byte* record_of_part(Object& o) {
 template <auto Part, auto P>
 constexpr PropertyRow forwarded_row() {
   PropertyRow row = another_row<P>();
-  std::get<RecordField>(row.form).record_of = record_of_part<Part, P>;
+  auto& field = std::get<RecordField>(row.form);
+  field.record_of = record_of_part<Part, P>;
+  field.placed = true;
   return row;
 }
 
@@ -333,7 +338,7 @@ constexpr PropertyRow accessor_row() {
   row.name = member_name<Get>();
   row.type = value_type<ResultOf<Get>>();
   if constexpr (std::is_enum_v<ResultOf<Get>>) row.labels = labels<ResultOf<Get>>;
-  row.read_only = !accessor.let;
+  row.read_only = std::is_null_pointer_v<decltype(Let)>;
   row.form = accessor;
   return {row};
 }
