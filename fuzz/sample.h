@@ -11,10 +11,13 @@
 
 #include "airsystems/air_system.h"
 #include "envelope/construction.h"
+#include "platform/database.h"
 #include "platform/host.h"
 #include "project/kinds.h"
 #include "project/new_index.h"
 #include "project/project.h"
+#include "reflect/members.h"
+#include "storage/kind.h"
 
 namespace tarn::fuzz {
 
@@ -31,7 +34,8 @@ inline State state_of(AS_AirSystem& system) {
   state["SimHasChanged"] = std::to_string(system.SimHasChanged);
   for_each_field(system, [&](Object& owner, const Member& field, const std::string& prefix) {
     if (!field.in_place()) return;
-    state[prefix + std::string(field.name)].assign(reinterpret_cast<const char*>(field.place(owner)), field.size);
+    state[prefix + std::string(field.name)].assign(reinterpret_cast<const char*>(field.place(owner)),
+                                                   field.field()->size);
   });
   for (int32_t i = 1; i <= system.GetHourlySimData()->Count(); ++i) {
     const auto hours = system.GetHourlySimData()->Item(i)->bytes();
