@@ -7,8 +7,8 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "platform/database.h"
 #include "storage/kind.h"
+#include "tarn/platform/database.h"
 
 namespace tarn::bench {
 namespace {

@@ -3,14 +3,14 @@
 #include <filesystem>
 
 #include "plain_entity.h"
-#include "plant/plant.h"
-#include "platform/database.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
 #include "project/new_index.h"
-#include "project/project.h"
 #include "report.h"
 #include "storage/kind.h"
+#include "tarn/plant.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/project.h"
 
 namespace tarn::bench {
 namespace {

@@ -9,12 +9,12 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "platform/database.h"
 #include "project/new_index.h"
-#include "project/project.h"
 #include "report.h"
-#include "results/air_system_design.h"
 #include "storage/kind.h"
+#include "tarn/air_system_design.h"
+#include "tarn/platform/database.h"
+#include "tarn/project.h"
 
 namespace tarn::bench {
 namespace {

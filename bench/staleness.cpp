@@ -1,8 +1,8 @@
 #include "plain_project.h"
-#include "platform/database.h"
-#include "platform/workspace.h"
 #include "report.h"
 #include "storage/kind.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn::bench {
 

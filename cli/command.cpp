@@ -8,8 +8,8 @@
 #include <fstream>
 #include <iostream>
 
-#include "base/error.h"
 #include "platform/host.h"
+#include "tarn/base/error.h"
 
 namespace tarn::cli {
 namespace {

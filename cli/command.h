@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/database.h"
-#include "project/project.h"
+#include "tarn/platform/database.h"
+#include "tarn/project.h"
 
 namespace tarn::cli {
 

@@ -5,16 +5,16 @@
 #include <iostream>
 
 #include "base/nearest.h"
-#include "base/value.h"
 #include "cli/command.h"
 #include "cli/views/pictures.h"
 #include "exchange/imports.h"
-#include "platform/workspace.h"
-#include "reflect/by_name.h"
 #include "reflect/json.h"
-#include "storage/entity.h"
 #include "storage/kind.h"
 #include "storage/links.h"
+#include "tarn/base/value.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/storage/entity.h"
 
 namespace tarn::cli {
 namespace {

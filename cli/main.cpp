@@ -4,10 +4,10 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
-#include "base/log.h"
 #include "base/nearest.h"
 #include "cli/command.h"
 #include "cli/words.h"
+#include "tarn/base/log.h"
 
 namespace {
 

@@ -10,15 +10,15 @@
 #include <set>
 
 #include "base/nearest.h"
-#include "base/value.h"
 #include "cli/command.h"
 #include "cli/words.h"
-#include "exchange/exchange.h"
-#include "project/class_list.h"
 #include "project/defaults.h"
 #include "project/kinds.h"
 #include "project/new_index.h"
-#include "project/preferences.h"
+#include "tarn/base/value.h"
+#include "tarn/class_list.h"
+#include "tarn/exchange.h"
+#include "tarn/preferences.h"
 
 namespace tarn::cli {
 namespace {

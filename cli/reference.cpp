@@ -7,14 +7,14 @@
 #include <map>
 #include <sstream>
 
-#include "base/value.h"
 #include "cli/command.h"
 #include "cli/words.h"
-#include "project/class_list.h"
 #include "project/kinds.h"
 #include "project/new_index.h"
 #include "storage/kind.h"
 #include "storage/links.h"
+#include "tarn/base/value.h"
+#include "tarn/class_list.h"
 
 namespace {
 

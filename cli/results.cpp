@@ -5,9 +5,9 @@
 
 #include "cli/command.h"
 #include "cli/views/result_pictures.h"
-#include "platform/workspace.h"
-#include "reflect/collection.h"
+#include "platform/file_store.h"
 #include "reflect/json.h"
+#include "tarn/reflect/collection.h"
 
 namespace tarn::cli {
 namespace {

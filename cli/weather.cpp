@@ -5,10 +5,10 @@
 
 #include "cli/command.h"
 #include "cli/views/weather_pictures.h"
-#include "platform/workspace.h"
 #include "reflect/json.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/weather_import.h"
 #include "weather/calendar.h"
-#include "weather/weather_import.h"
 #include "weather/year_review.h"
 
 namespace tarn::cli {

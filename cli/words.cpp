@@ -1,8 +1,8 @@
 #include "cli/words.h"
 
-#include "base/value.h"
 #include "exchange/imports.h"
 #include "project/kinds.h"
+#include "tarn/base/value.h"
 
 namespace tarn::cli {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "cli/command.h"
-#include "reflect/members.h"
+#include "tarn/reflect/members.h"
 
 namespace tarn::cli {
 

@@ -6,11 +6,11 @@
 #include <chrono>
 #include <cstdio>
 
-#include "exchange/exchange.h"
 #include "finding.h"
 #include "mutate.h"
-#include "platform/workspace.h"
 #include "sample.h"
+#include "tarn/exchange.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn::fuzz {
 namespace {

@@ -9,15 +9,15 @@
 #include <string>
 #include <vector>
 
-#include "airsystems/air_system.h"
-#include "envelope/construction.h"
-#include "platform/database.h"
 #include "platform/host.h"
 #include "project/kinds.h"
 #include "project/new_index.h"
-#include "project/project.h"
-#include "reflect/members.h"
 #include "storage/kind.h"
+#include "tarn/air_system.h"
+#include "tarn/construction.h"
+#include "tarn/platform/database.h"
+#include "tarn/project.h"
+#include "tarn/reflect/members.h"
 
 namespace tarn::fuzz {
 

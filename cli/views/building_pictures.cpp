@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <iostream>
 
-#include "base/value.h"
-#include "building/building.h"
 #include "cli/views/form.h"
 #include "cli/views/pictures.h"
 #include "reflect/json.h"
+#include "tarn/base/value.h"
+#include "tarn/building.h"
 #include "weather/calendar.h"
 
 namespace tarn::cli {

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <iostream>
 
-#include "base/value.h"
 #include "reflect/json.h"
 #include "storage/links.h"
+#include "tarn/base/value.h"
 
 namespace tarn::cli {
 namespace {

@@ -6,9 +6,9 @@
 #include <map>
 
 #include "cli/views/form.h"
-#include "envelope/construction.h"
 #include "reflect/json.h"
-#include "spaces/schedule.h"
+#include "tarn/construction.h"
+#include "tarn/schedule.h"
 
 namespace tarn::cli {
 namespace {

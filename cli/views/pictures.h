@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/command.h"
-#include "storage/entity.h"
+#include "tarn/storage/entity.h"
 
 namespace tarn::cli {
 

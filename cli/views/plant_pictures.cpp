@@ -2,13 +2,13 @@
 #include <algorithm>
 #include <iostream>
 
-#include "base/value.h"
 #include "cli/views/form.h"
 #include "cli/views/pictures.h"
-#include "plant/chiller.h"
 #include "plant/chiller_map.h"
-#include "plant/plant.h"
 #include "reflect/json.h"
+#include "tarn/base/value.h"
+#include "tarn/chiller.h"
+#include "tarn/plant.h"
 
 namespace tarn::cli {
 namespace {

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <iostream>
 
-#include "base/value.h"
 #include "cli/command.h"
 #include "reflect/json.h"
+#include "tarn/base/value.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "results/air_system_design.h"
+#include "tarn/air_system_design.h"
 
 namespace tarn::cli {
 

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "weather/hourly_file.h"
-#include "weather/weather.h"
+#include "tarn/hourly_file.h"
+#include "tarn/weather.h"
 
 namespace tarn::cli {
 

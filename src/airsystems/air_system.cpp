@@ -1,12 +1,12 @@
-#include "airsystems/air_system.h"
+#include "tarn/air_system.h"
 
 #include <algorithm>
 
 #include "airsystems/defaults.h"
-#include "base/log.h"
 #include "platform/host.h"
 #include "storage/kind.h"
 #include "storage/links.h"
+#include "tarn/base/log.h"
 
 namespace tarn {
 namespace {

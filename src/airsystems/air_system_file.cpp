@@ -1,6 +1,6 @@
 // The file of an air system: its sections, and what its header says of them.
-#include "airsystems/air_system.h"
 #include "platform/host.h"
+#include "tarn/air_system.h"
 
 namespace tarn {
 namespace {

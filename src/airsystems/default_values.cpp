@@ -5,9 +5,9 @@
 
 #include "airsystems/defaults.h"
 #include "airsystems/dx_coefficients.h"
-#include "base/error.h"
 #include "base/nearest.h"
 #include "reflect/json.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 namespace {

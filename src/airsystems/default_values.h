@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "airsystems/air_system.h"
+#include "tarn/air_system.h"
 
 namespace tarn {
 

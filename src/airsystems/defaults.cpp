@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "airsystems/default_values.h"
-#include "base/error.h"
-#include "base/value.h"
-#include "reflect/by_name.h"
-#include "reflect/describe.h"
+#include "tarn/base/error.h"
+#include "tarn/base/value.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "airsystems/air_system.h"
+#include "tarn/air_system.h"
 
 namespace tarn {
 

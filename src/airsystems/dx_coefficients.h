@@ -10,7 +10,7 @@
 
 #include <optional>
 
-#include "base/wire.h"
+#include "tarn/base/wire.h"
 
 namespace tarn {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "reflect/describe.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 

@@ -4,9 +4,9 @@
 
 #include <vector>
 
-#include "airsystems/equipment_codes.h"
-#include "base/design_standards.h"
-#include "reflect/collection.h"
+#include "tarn/air_equipment_codes.h"
+#include "tarn/base/design_standards.h"
+#include "tarn/reflect/collection.h"
 
 namespace tarn {
 

@@ -1,4 +1,4 @@
-#include "base/wire.h"
+#include "tarn/base/wire.h"
 
 #include <algorithm>
 #include <cmath>

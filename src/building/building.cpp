@@ -1,4 +1,4 @@
-#include "building/building.h"
+#include "tarn/building.h"
 
 #include "storage/kind.h"
 #include "storage/links.h"

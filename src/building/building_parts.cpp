@@ -1,6 +1,6 @@
-#include "building/building_parts.h"
+#include "tarn/building_parts.h"
 
-#include "reflect/describe.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 namespace {

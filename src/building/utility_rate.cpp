@@ -1,7 +1,7 @@
-#include "building/utility_rate.h"
+#include "tarn/utility_rate.h"
 
-#include "base/log.h"
 #include "storage/kind.h"
+#include "tarn/base/log.h"
 
 namespace tarn {
 namespace {

@@ -2,17 +2,17 @@
 
 #include <list>
 
-#include "base/log.h"
 #include "c/c_support.h"
-#include "exchange/chiller_import.h"
-#include "plant/chiller.h"
 #include "platform/binary_file.h"
-#include "platform/database.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
-#include "project/class_list.h"
 #include "project/new_index.h"
 #include "project/shipped.h"
+#include "tarn/base/log.h"
+#include "tarn/chiller.h"
+#include "tarn/chiller_import.h"
+#include "tarn/class_list.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
 
 using namespace tarn;
 

@@ -3,10 +3,10 @@
 #include <cstring>
 #include <list>
 
-#include "base/value.h"
 #include "c/c_support.h"
-#include "project/class_list.h"
-#include "reflect/by_name.h"
+#include "tarn/base/value.h"
+#include "tarn/class_list.h"
+#include "tarn/reflect/by_name.h"
 
 using namespace tarn;
 

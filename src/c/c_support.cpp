@@ -1,6 +1,6 @@
 #include "c/c_support.h"
 
-#include "base/value.h"
+#include "tarn/base/value.h"
 
 namespace tarn {
 

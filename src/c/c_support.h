@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "c/handles.h"
-#include "c/tarn.h"
-#include "reflect/members.h"
+#include "tarn/reflect/members.h"
+#include "tarn/tarn.h"
 
 namespace tarn {
 

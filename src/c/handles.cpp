@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "reflect/members.h"
+#include "tarn/reflect/members.h"
 
 namespace tarn {
 

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <string>
 
-#include "base/error.h"
-#include "base/object.h"
-#include "c/tarn.h"
-#include "reflect/field.h"
+#include "tarn/base/error.h"
+#include "tarn/base/object.h"
+#include "tarn/reflect/field.h"
+#include "tarn/tarn.h"
 
 namespace tarn {
 

@@ -1,13 +1,13 @@
-#include "envelope/construction.h"
+#include "tarn/construction.h"
 
 #include <cmath>
 #include <cstdio>
 
-#include "base/log.h"
 #include "base/nearest.h"
 #include "envelope/ctf_generator.h"
 #include "platform/host.h"
 #include "storage/kind.h"
+#include "tarn/base/log.h"
 
 namespace tarn {
 namespace {

@@ -1,4 +1,4 @@
-#include "envelope/door.h"
+#include "tarn/door.h"
 
 #include "storage/kind.h"
 

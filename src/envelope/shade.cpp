@@ -1,4 +1,4 @@
-#include "envelope/shade.h"
+#include "tarn/shade.h"
 
 #include "storage/kind.h"
 

@@ -5,7 +5,7 @@
 #include <numeric>
 #include <vector>
 
-#include "base/error.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 namespace {

@@ -1,4 +1,4 @@
-#include "envelope/window.h"
+#include "tarn/window.h"
 
 #include "envelope/window_performance.h"
 #include "storage/kind.h"

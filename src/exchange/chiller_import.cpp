@@ -1,16 +1,16 @@
-#include "exchange/chiller_import.h"
+#include "tarn/chiller_import.h"
 
 #include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <numeric>
 
-#include "base/value.h"
 #include "exchange/chiller_ratings.h"
 #include "exchange/cooling_grid.h"
 #include "exchange/json_lines.h"
-#include "plant/chiller.h"
 #include "plant/chiller_map.h"
+#include "tarn/base/value.h"
+#include "tarn/chiller.h"
 
 namespace tarn {
 namespace {

@@ -5,8 +5,8 @@
 #include <optional>
 #include <regex>
 
-#include "base/error.h"
 #include "plant/chiller_map.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 namespace {

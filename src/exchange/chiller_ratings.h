@@ -2,7 +2,7 @@
 #pragma once
 
 #include "exchange/cooling_grid.h"
-#include "plant/chiller.h"
+#include "tarn/chiller.h"
 
 namespace tarn {
 

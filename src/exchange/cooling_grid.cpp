@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/error.h"
 #include "plant/chiller_map.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 namespace {

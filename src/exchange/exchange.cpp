@@ -1,4 +1,4 @@
-#include "exchange/exchange.h"
+#include "tarn/exchange.h"
 
 #include <algorithm>
 #include <map>
@@ -6,12 +6,13 @@
 
 #include "base/nearest.h"
 #include "exchange/json_lines.h"
+#include "platform/file_store.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
 #include "project/kinds.h"
-#include "project/preferences.h"
 #include "reflect/json.h"
 #include "storage/kind.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/preferences.h"
 
 namespace tarn {
 namespace {

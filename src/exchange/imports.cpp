@@ -1,7 +1,7 @@
 #include "exchange/imports.h"
 
-#include "exchange/chiller_import.h"
-#include "plant/chiller.h"
+#include "tarn/chiller.h"
+#include "tarn/chiller_import.h"
 
 namespace tarn {
 namespace {

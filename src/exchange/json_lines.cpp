@@ -6,7 +6,7 @@
 #include <set>
 #include <vector>
 
-#include "base/error.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 namespace {

@@ -1,4 +1,4 @@
-#include "plant/boiler.h"
+#include "tarn/boiler.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "plant/chiller.h"
+#include "tarn/chiller.h"
 
-#include "platform/workspace.h"
+#include "platform/file_store.h"
 #include "storage/kind.h"
 #include "storage/links.h"
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "plant/chiller.h"
+#include "tarn/chiller.h"
 
 namespace tarn {
 

@@ -1,4 +1,4 @@
-#include "plant/cooling_tower.h"
+#include "tarn/cooling_tower.h"
 
 #include "storage/kind.h"
 

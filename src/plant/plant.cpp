@@ -1,11 +1,11 @@
-#include "plant/plant.h"
+#include "tarn/plant.h"
 
 #include <algorithm>
 
-#include "base/log.h"
-#include "platform/workspace.h"
 #include "storage/kind.h"
 #include "storage/links.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn {
 namespace {

@@ -1,6 +1,6 @@
-#include "plant/plant_inputs.h"
+#include "tarn/plant_inputs.h"
 
-#include "reflect/describe.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 const ClassInfo& PLT_General::info() const {

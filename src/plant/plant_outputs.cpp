@@ -1,9 +1,9 @@
 // The hourly outputs of a plant's simulation, by its type, and what its header looks up in the index database.
 #include <algorithm>
 
-#include "plant/plant.h"
-#include "platform/database.h"
-#include "reflect/describe.h"
+#include "tarn/plant.h"
+#include "tarn/platform/database.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 namespace {

@@ -1,4 +1,4 @@
-#include "plant/plant_results.h"
+#include "tarn/plant_results.h"
 
 #include "storage/hourly_members.h"
 

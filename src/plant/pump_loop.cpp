@@ -1,6 +1,6 @@
-#include "plant/pump_loop.h"
+#include "tarn/pump_loop.h"
 
-#include "reflect/describe.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 

@@ -4,8 +4,9 @@
 #include <filesystem>
 #include <limits>
 
-#include "base/error.h"
-#include "platform/workspace.h"
+#include "platform/file_store.h"
+#include "tarn/base/error.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn {
 namespace {

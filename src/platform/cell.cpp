@@ -1,6 +1,6 @@
-#include "platform/cell.h"
+#include "tarn/platform/cell.h"
 
-#include "base/value.h"
+#include "tarn/base/value.h"
 
 namespace tarn {
 

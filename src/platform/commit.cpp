@@ -5,9 +5,9 @@
 #include <cstring>
 #include <filesystem>
 
-#include "base/error.h"
-#include "base/log.h"
 #include "platform/host.h"
+#include "tarn/base/error.h"
+#include "tarn/base/log.h"
 
 namespace tarn {
 namespace {

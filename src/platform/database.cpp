@@ -1,4 +1,4 @@
-#include "platform/database.h"
+#include "tarn/platform/database.h"
 
 #include <sqlite3.h>
 
@@ -9,9 +9,9 @@
 #include "platform/commit.h"
 #include "platform/host.h"
 #include "platform/query_shape.h"
-#include "platform/statement.h"
-#include "platform/workspace.h"
-#include "reflect/describe.h"
+#include "tarn/platform/statement.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 namespace {

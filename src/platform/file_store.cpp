@@ -4,9 +4,9 @@
 #include <cstring>
 #include <filesystem>
 
-#include "base/error.h"
-#include "platform/database.h"
 #include "platform/host.h"
+#include "tarn/base/error.h"
+#include "tarn/platform/database.h"
 
 namespace tarn {
 namespace {

@@ -8,9 +8,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "base/object.h"
 #include "platform/extents.h"
 #include "platform/files.h"
+#include "tarn/base/object.h"
 
 namespace tarn {
 
@@ -63,5 +63,8 @@ class FileStore {
   std::vector<Level> levels_;
   std::unordered_map<std::string, Handle> handles_;  // until the outermost level ends
 };
+
+/// Record bytes as the thread's open transaction sees them.
+FileStore& files();
 
 }  // namespace tarn

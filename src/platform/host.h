@@ -5,8 +5,8 @@
 #include <functional>
 #include <string>
 
-#include "base/object.h"
 #include "platform/files.h"
+#include "tarn/base/object.h"
 
 namespace tarn {
 

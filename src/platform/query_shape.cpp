@@ -4,7 +4,7 @@
 #include <cctype>
 
 #include "base/nearest.h"
-#include "platform/statement.h"
+#include "tarn/platform/statement.h"
 
 namespace tarn {
 namespace {

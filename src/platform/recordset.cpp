@@ -1,13 +1,13 @@
-#include "platform/recordset.h"
+#include "tarn/platform/recordset.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "base/error.h"
 #include "base/nearest.h"
-#include "platform/database.h"
 #include "platform/query_shape.h"
-#include "platform/statement.h"
+#include "tarn/base/error.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/statement.h"
 
 namespace tarn {
 

@@ -1,9 +1,9 @@
-#include "platform/statement.h"
+#include "tarn/platform/statement.h"
 
 #include <sqlite3.h>
 
-#include "base/error.h"
-#include "platform/database.h"
+#include "tarn/base/error.h"
+#include "tarn/platform/database.h"
 
 namespace tarn {
 

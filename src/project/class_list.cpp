@@ -1,19 +1,19 @@
-#include "project/class_list.h"
+#include "tarn/class_list.h"
 
 #include <algorithm>
 #include <vector>
 
 #include "airsystems/defaults.h"
 #include "airsystems/fan_power.h"
-#include "base/error.h"
 #include "base/nearest.h"
 #include "project/kinds.h"
-#include "project/preferences.h"
-#include "project/project.h"
-#include "reflect/collection.h"
-#include "results/air_system_design.h"
-#include "weather/hourly_file.h"
-#include "weather/weather.h"
+#include "tarn/air_system_design.h"
+#include "tarn/base/error.h"
+#include "tarn/hourly_file.h"
+#include "tarn/preferences.h"
+#include "tarn/project.h"
+#include "tarn/reflect/collection.h"
+#include "tarn/weather.h"
 
 namespace tarn {
 namespace {

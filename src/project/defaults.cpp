@@ -2,11 +2,11 @@
 
 #include <nlohmann/json.hpp>
 
-#include "building/utility_rate.h"
-#include "platform/workspace.h"
 #include "project/kinds.h"
 #include "reflect/json.h"
 #include "storage/kind.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/utility_rate.h"
 
 namespace tarn {
 

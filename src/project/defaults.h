@@ -1,7 +1,7 @@
 // The default records of a new project, from the table in project/defaults.json.
 #pragma once
 
-#include "project/project.h"
+#include "tarn/project.h"
 
 namespace tarn {
 

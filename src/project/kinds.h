@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "project/project.h"
-#include "storage/entity.h"
+#include "tarn/project.h"
+#include "tarn/storage/entity.h"
 
 namespace tarn {
 

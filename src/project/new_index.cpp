@@ -1,9 +1,9 @@
 #include "project/new_index.h"
 
-#include "platform/database.h"
 #include "project/kinds.h"
-#include "reflect/by_name.h"
 #include "storage/schema.h"
+#include "tarn/platform/database.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 

@@ -1,10 +1,11 @@
-#include "project/preferences.h"
+#include "tarn/preferences.h"
 
 #include <algorithm>
 
-#include "base/log.h"
-#include "platform/workspace.h"
-#include "reflect/describe.h"
+#include "platform/file_store.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 namespace {

@@ -1,9 +1,9 @@
-#include "project/project.h"
+#include "tarn/project.h"
 
-#include "base/log.h"
-#include "platform/database.h"
 #include "platform/host.h"
-#include "reflect/by_name.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/database.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "base/error.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 namespace {

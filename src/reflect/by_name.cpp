@@ -1,6 +1,6 @@
-#include "reflect/by_name.h"
+#include "tarn/reflect/by_name.h"
 
-#include "base/log.h"
+#include "tarn/base/log.h"
 
 namespace tarn {
 namespace {

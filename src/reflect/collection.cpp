@@ -1,6 +1,6 @@
-#include "reflect/collection.h"
+#include "tarn/reflect/collection.h"
 
-#include "reflect/describe.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 

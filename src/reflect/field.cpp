@@ -1,6 +1,6 @@
-#include "reflect/field.h"
+#include "tarn/reflect/field.h"
 
-#include "base/value.h"
+#include "tarn/base/value.h"
 
 namespace tarn {
 

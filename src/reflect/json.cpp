@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/nearest.h"
-#include "base/value.h"
+#include "tarn/base/value.h"
 
 namespace tarn {
 namespace {

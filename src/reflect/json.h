@@ -5,7 +5,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
-#include "reflect/members.h"
+#include "tarn/reflect/members.h"
 
 namespace tarn {
 

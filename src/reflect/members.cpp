@@ -1,9 +1,9 @@
-#include "reflect/members.h"
+#include "tarn/reflect/members.h"
 
 #include <cstring>
 
 #include "base/nearest.h"
-#include "base/value.h"
+#include "tarn/base/value.h"
 
 namespace tarn {
 namespace {

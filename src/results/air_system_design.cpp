@@ -1,9 +1,10 @@
-#include "results/air_system_design.h"
+#include "tarn/air_system_design.h"
 
-#include "base/log.h"
+#include "platform/file_store.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
 #include "storage/file_names.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn {
 namespace {

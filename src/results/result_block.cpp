@@ -1,4 +1,4 @@
-#include "results/result_block.h"
+#include "tarn/result_block.h"
 
 #include <charconv>
 

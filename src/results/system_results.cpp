@@ -1,4 +1,4 @@
-#include "results/system_results.h"
+#include "tarn/system_results.h"
 
 namespace tarn {
 namespace {

@@ -1,4 +1,4 @@
-#include "results/zone_results.h"
+#include "tarn/zone_results.h"
 
 namespace tarn {
 namespace {

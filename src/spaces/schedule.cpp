@@ -1,4 +1,4 @@
-#include "spaces/schedule.h"
+#include "tarn/schedule.h"
 
 #include <set>
 

@@ -1,4 +1,4 @@
-#include "spaces/space.h"
+#include "tarn/space.h"
 
 #include "storage/kind.h"
 

@@ -1,6 +1,6 @@
-#include "spaces/space_parts.h"
+#include "tarn/space_parts.h"
 
-#include "reflect/describe.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 

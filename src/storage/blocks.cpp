@@ -1,4 +1,4 @@
-#include "storage/blocks.h"
+#include "tarn/storage/blocks.h"
 
 #include <algorithm>
 

@@ -1,13 +1,13 @@
-#include "storage/entity.h"
+#include "tarn/storage/entity.h"
 
 #include <algorithm>
 
-#include "base/log.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
 #include "storage/entity_memory.h"
 #include "storage/kind.h"
 #include "storage/link_keeper.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn {
 

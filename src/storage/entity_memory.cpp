@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/workspace.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn {
 

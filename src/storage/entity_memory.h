@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/database.h"
+#include "tarn/platform/database.h"
 
 namespace tarn {
 

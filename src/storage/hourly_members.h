@@ -1,8 +1,8 @@
 // The members tables of hourly results.
 #pragma once
 
-#include "reflect/describe.h"
-#include "storage/hourly_results.h"
+#include "tarn/reflect/describe.h"
+#include "tarn/storage/hourly_results.h"
 
 namespace tarn {
 

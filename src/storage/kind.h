@@ -1,9 +1,9 @@
 // What one kind of stored entity declares of its own; everything else of its life is `StoredEntity`. Data only.
 #pragma once
 
-#include "platform/database.h"
-#include "reflect/describe.h"
 #include "storage/staleness.h"
+#include "tarn/platform/database.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 

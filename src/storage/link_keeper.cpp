@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/database.h"
 #include "storage/entity_memory.h"
+#include "tarn/platform/database.h"
 
 namespace tarn {
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <set>
 
-#include "base/log.h"
-#include "base/wire.h"
-#include "platform/database.h"
 #include "storage/kind.h"
+#include "tarn/base/log.h"
+#include "tarn/base/wire.h"
+#include "tarn/platform/database.h"
 
 namespace tarn {
 namespace {

@@ -1,11 +1,11 @@
-#include "storage/record_file.h"
+#include "tarn/storage/record_file.h"
 
 #include <algorithm>
 
-#include "base/log.h"
-#include "platform/workspace.h"
-#include "reflect/members.h"
-#include "storage/entity.h"
+#include "platform/file_store.h"
+#include "tarn/base/log.h"
+#include "tarn/reflect/members.h"
+#include "tarn/storage/entity.h"
 
 namespace tarn {
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-#include "storage/entity.h"
+#include "tarn/storage/entity.h"
 
 namespace tarn {
 

@@ -1,7 +1,7 @@
-#include "storage/section_entity.h"
+#include "tarn/storage/section_entity.h"
 
-#include "base/codepage.h"
 #include "storage/kind.h"
+#include "tarn/base/codepage.h"
 
 namespace tarn {
 

@@ -1,13 +1,13 @@
-#include "storage/section_file.h"
+#include "tarn/storage/section_file.h"
 
 #include <algorithm>
 
+#include "platform/file_store.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
-#include "storage/entity.h"
 #include "storage/file_names.h"
 #include "storage/kind.h"
 #include "storage/links.h"
+#include "tarn/storage/entity.h"
 
 namespace tarn {
 namespace {

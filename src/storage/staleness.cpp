@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/database.h"
+#include "tarn/platform/database.h"
 
 namespace tarn {
 namespace {

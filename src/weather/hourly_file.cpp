@@ -1,8 +1,9 @@
-#include "weather/hourly_file.h"
+#include "tarn/hourly_file.h"
 
 #include <algorithm>
 
-#include "reflect/describe.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/reflect/describe.h"
 #include "weather/record_file.h"
 
 namespace tarn {

@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "base/log.h"
-#include "base/wire.h"
-#include "platform/workspace.h"
+#include "platform/file_store.h"
+#include "tarn/base/log.h"
+#include "tarn/base/wire.h"
 
 namespace tarn {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/codepage.h"
+#include "tarn/base/codepage.h"
 
 namespace tarn {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/error.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 

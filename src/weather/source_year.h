@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "weather/hourly_file.h"
+#include "tarn/hourly_file.h"
 
 namespace tarn {
 

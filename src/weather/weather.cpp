@@ -1,8 +1,9 @@
-#include "weather/weather.h"
+#include "tarn/weather.h"
 
 #include <charconv>
 
-#include "reflect/describe.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/reflect/describe.h"
 #include "weather/record_file.h"
 
 namespace tarn {

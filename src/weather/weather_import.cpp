@@ -1,11 +1,11 @@
-#include "weather/weather_import.h"
+#include "tarn/weather_import.h"
 
 #include <algorithm>
 #include <cmath>
 #include <ctime>
 #include <map>
 
-#include "platform/workspace.h"
+#include "platform/file_store.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
 #include "weather/source_text.h"

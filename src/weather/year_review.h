@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "weather/hourly_file.h"
-#include "weather/weather.h"
+#include "tarn/hourly_file.h"
+#include "tarn/weather.h"
 
 namespace tarn {
 

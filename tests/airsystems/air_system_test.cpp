@@ -1,12 +1,12 @@
-#include "airsystems/air_system.h"
+#include "tarn/air_system.h"
 
 #include <numeric>
 
 #include "airsystems/default_values.h"
 #include "airsystems/defaults.h"
-#include "reflect/by_name.h"
-#include "spaces/space.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/space.h"
 
 namespace tarn {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "airsystems/air_system.h"
+#include "tarn/air_system.h"
 
 namespace tarn {
 namespace {

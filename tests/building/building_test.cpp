@@ -1,14 +1,14 @@
-#include "building/building.h"
+#include "tarn/building.h"
 
 #include <cstring>
 
-#include "airsystems/air_system.h"
-#include "building/utility_rate.h"
-#include "plant/plant.h"
 #include "project/defaults.h"
-#include "reflect/by_name.h"
-#include "spaces/schedule.h"
 #include "support/temp_project.h"
+#include "tarn/air_system.h"
+#include "tarn/plant.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/schedule.h"
+#include "tarn/utility_rate.h"
 
 namespace tarn {
 namespace {

@@ -1,13 +1,13 @@
-#include "building/utility_rate.h"
+#include "tarn/utility_rate.h"
 
 #include <cstring>
 
-#include "building/building.h"
-#include "c/tarn.h"
 #include "project/defaults.h"
-#include "reflect/by_name.h"
-#include "spaces/schedule.h"
 #include "support/temp_project.h"
+#include "tarn/building.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/schedule.h"
+#include "tarn/tarn.h"
 
 namespace tarn {
 namespace {

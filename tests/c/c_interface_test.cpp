@@ -1,9 +1,9 @@
 #include <cstring>
 
-#include "c/tarn.h"
-#include "project/class_list.h"
 #include "project/defaults.h"
 #include "support/temp_project.h"
+#include "tarn/class_list.h"
+#include "tarn/tarn.h"
 
 namespace tarn {
 namespace {

@@ -1,9 +1,9 @@
 // Every default of every system type, through the system and through the defaults class of the type.
 
-#include "airsystems/air_system.h"
-#include "project/class_list.h"
-#include "reflect/by_name.h"
 #include "support/expected_data.h"
+#include "tarn/air_system.h"
+#include "tarn/class_list.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

@@ -6,12 +6,12 @@
 #include <map>
 #include <set>
 
-#include "base/value.h"
 #include "envelope/slab_response.h"
-#include "project/class_list.h"
-#include "reflect/by_name.h"
 #include "support/expected_data.h"
 #include "support/temp_project.h"
+#include "tarn/base/value.h"
+#include "tarn/class_list.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

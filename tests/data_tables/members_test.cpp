@@ -6,9 +6,9 @@
 #include <map>
 #include <set>
 
-#include "project/class_list.h"
-#include "reflect/by_name.h"
 #include "support/expected_data.h"
+#include "tarn/class_list.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <map>
 
-#include "project/class_list.h"
-#include "reflect/by_name.h"
 #include "support/expected_data.h"
 #include "support/temp_project.h"
+#include "tarn/class_list.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

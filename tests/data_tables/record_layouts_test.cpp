@@ -4,12 +4,12 @@
 #include <cstring>
 #include <map>
 
-#include "base/value.h"
 #include "platform/binary_file.h"
-#include "project/class_list.h"
-#include "reflect/by_name.h"
 #include "support/expected_data.h"
 #include "support/temp_project.h"
+#include "tarn/base/value.h"
+#include "tarn/class_list.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

@@ -3,10 +3,10 @@
 
 #include <cmath>
 
-#include "base/value.h"
-#include "project/class_list.h"
-#include "reflect/by_name.h"
 #include "support/expected_data.h"
+#include "tarn/base/value.h"
+#include "tarn/class_list.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

@@ -1,11 +1,11 @@
-#include "envelope/construction.h"
+#include "tarn/construction.h"
 
 #include <cmath>
 #include <cstring>
 
-#include "reflect/by_name.h"
 #include "storage/kind.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

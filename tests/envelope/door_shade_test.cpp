@@ -1,8 +1,8 @@
-#include "envelope/door.h"
-#include "envelope/shade.h"
-#include "project/preferences.h"
-#include "reflect/by_name.h"
 #include "support/temp_project.h"
+#include "tarn/door.h"
+#include "tarn/preferences.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/shade.h"
 
 namespace tarn {
 namespace {

@@ -1,9 +1,9 @@
-#include "envelope/window.h"
+#include "tarn/window.h"
 
 #include <cmath>
 
-#include "reflect/by_name.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

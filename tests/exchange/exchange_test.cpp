@@ -1,22 +1,22 @@
-#include "exchange/exchange.h"
+#include "tarn/exchange.h"
 
 #include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
 
-#include "airsystems/air_system.h"
-#include "building/building.h"
-#include "building/utility_rate.h"
-#include "envelope/construction.h"
-#include "envelope/door.h"
-#include "envelope/shade.h"
 #include "exchange/json_lines.h"
 #include "project/defaults.h"
-#include "project/preferences.h"
 #include "reflect/json.h"
-#include "spaces/schedule.h"
-#include "spaces/space.h"
 #include "support/temp_project.h"
+#include "tarn/air_system.h"
+#include "tarn/building.h"
+#include "tarn/construction.h"
+#include "tarn/door.h"
+#include "tarn/preferences.h"
+#include "tarn/schedule.h"
+#include "tarn/shade.h"
+#include "tarn/space.h"
+#include "tarn/utility_rate.h"
 
 namespace tarn {
 namespace {

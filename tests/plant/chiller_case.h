@@ -3,9 +3,9 @@
 
 #include <sstream>
 
-#include "plant/chiller.h"
 #include "project/shipped.h"
 #include "support/temp_project.h"
+#include "tarn/chiller.h"
 
 namespace tarn::test {
 

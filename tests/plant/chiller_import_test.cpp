@@ -1,4 +1,4 @@
-#include "exchange/chiller_import.h"
+#include "tarn/chiller_import.h"
 
 #include <cmath>
 #include <map>

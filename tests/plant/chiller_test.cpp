@@ -1,7 +1,7 @@
-#include "exchange/chiller_import.h"
 #include "plant/chiller_case.h"
 #include "plant/chiller_map.h"
-#include "reflect/by_name.h"
+#include "tarn/chiller_import.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

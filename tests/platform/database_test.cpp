@@ -1,4 +1,4 @@
-#include "platform/database.h"
+#include "tarn/platform/database.h"
 
 #include <sqlite3.h>
 

@@ -1,4 +1,4 @@
-#include "platform/recordset.h"
+#include "tarn/platform/recordset.h"
 
 #include "support/temp_project.h"
 

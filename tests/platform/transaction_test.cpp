@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/file_store.h"
 #include "project/defaults.h"
 #include "project/kinds.h"
 #include "support/temp_project.h"

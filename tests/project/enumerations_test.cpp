@@ -7,20 +7,20 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "airsystems/codes.h"
-#include "airsystems/equipment_codes.h"
-#include "base/months.h"
-#include "building/building_codes.h"
-#include "building/utility_rate.h"
-#include "envelope/construction.h"
-#include "envelope/door.h"
-#include "plant/boiler.h"
-#include "plant/chiller_codes.h"
-#include "plant/cooling_tower.h"
-#include "plant/plant_codes.h"
-#include "project/preferences.h"
-#include "spaces/schedule.h"
-#include "spaces/space_parts.h"
+#include "tarn/air_equipment_codes.h"
+#include "tarn/air_system_codes.h"
+#include "tarn/base/months.h"
+#include "tarn/boiler.h"
+#include "tarn/building_codes.h"
+#include "tarn/chiller_codes.h"
+#include "tarn/construction.h"
+#include "tarn/cooling_tower.h"
+#include "tarn/door.h"
+#include "tarn/plant_codes.h"
+#include "tarn/preferences.h"
+#include "tarn/schedule.h"
+#include "tarn/space_parts.h"
+#include "tarn/utility_rate.h"
 
 namespace tarn {
 namespace {

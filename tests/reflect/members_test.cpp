@@ -1,10 +1,10 @@
-#include "reflect/members.h"
+#include "tarn/reflect/members.h"
 
 #include <gtest/gtest.h>
 
-#include "reflect/by_name.h"
-#include "reflect/describe.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 namespace {

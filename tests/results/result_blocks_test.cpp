@@ -1,8 +1,8 @@
 #include "platform/binary_file.h"
-#include "project/class_list.h"
-#include "reflect/by_name.h"
-#include "results/air_system_design.h"
 #include "support/temp_project.h"
+#include "tarn/air_system_design.h"
+#include "tarn/class_list.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn::test {
 namespace {

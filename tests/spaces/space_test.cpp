@@ -1,9 +1,9 @@
-#include "spaces/space.h"
+#include "tarn/space.h"
 
-#include "base/value.h"
-#include "envelope/construction.h"
-#include "reflect/by_name.h"
 #include "support/temp_project.h"
+#include "tarn/base/value.h"
+#include "tarn/construction.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

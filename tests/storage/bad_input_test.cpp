@@ -5,7 +5,7 @@
 #include "project/defaults.h"
 #include "project/kinds.h"
 #include "support/temp_project.h"
-#include "weather/weather.h"
+#include "tarn/weather.h"
 
 namespace tarn {
 namespace {

@@ -4,8 +4,8 @@
 #include <map>
 #include <sstream>
 
-#include "base/value.h"
-#include "reflect/by_name.h"
+#include "tarn/base/value.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn::test {
 namespace {

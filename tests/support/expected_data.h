@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "reflect/members.h"
+#include "tarn/reflect/members.h"
 
 namespace tarn::test {
 

@@ -9,14 +9,14 @@
 #include <string>
 #include <vector>
 
-#include "base/log.h"
-#include "envelope/window.h"
-#include "platform/database.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
 #include "project/new_index.h"
-#include "project/project.h"
-#include "reflect/members.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/project.h"
+#include "tarn/reflect/members.h"
+#include "tarn/window.h"
 
 namespace tarn::test {
 

@@ -3,9 +3,9 @@
 #include <functional>
 
 #include "support/temp_project.h"
+#include "tarn/weather_import.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
-#include "weather/weather_import.h"
 #include "weather/year_review.h"
 
 namespace tarn::test {

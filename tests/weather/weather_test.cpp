@@ -1,9 +1,9 @@
-#include "weather/weather.h"
+#include "tarn/weather.h"
 
 #include <cmath>
 
-#include "reflect/by_name.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn::test {
 namespace {

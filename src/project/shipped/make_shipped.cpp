@@ -7,10 +7,10 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
-#include "plant/chiller.h"
 #include "plant/chiller_map.h"
-#include "plant/plant.h"
 #include "reflect/json.h"
+#include "tarn/chiller.h"
+#include "tarn/plant.h"
 
 namespace {
 
