@@ -58,7 +58,9 @@ bool fill_product_default(StoredEntity& entity) {
   const auto* rate = dynamic_cast<const URT_UtilityRate*>(&entity);
   if (rate && rate->RateType() == URT_RateTypes::TD_UNDEFINED) return false;  // of neither kind yet
   for (const EntityKind& kind : entity_kinds()) {
-    if (is_of(entity, kind)) return fill(entity, kind);
+    if (!is_of(entity, kind)) continue;
+    fill(entity, kind);
+    return true;
   }
   return false;
 }
