@@ -227,10 +227,6 @@ void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::s
                                      [](const Assignment& a) { return a.member->name == "Name" && a.place.empty(); });
   if (!kind.compute || only_name) return;
   const auto before = fields(entity);
-  for (const Assignment& a : assignments) {
-    if (kind.derive && a.object != &entity) kind.derive(*a.object);
-  }
-  assign();
   kind.compute(entity);
   assign();
   const auto after = fields(entity);

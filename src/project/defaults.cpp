@@ -19,10 +19,6 @@ void write_default_records(COM_ProjectData& project) {
     const auto entity = make_entity(project, kind);
     if (kind.standard) kind.standard(*entity);
     if (in_table) set_fields_from_json(*entity, table.at(std::string(kind.section)).at("values"));
-    for (const Member& member : entity->info().members) {
-      for (int number = 1; kind.derive && member.is_part() && number <= member.part_count(*entity); ++number)
-        kind.derive(member.part(*entity, number));
-    }
     if (kind.compute) kind.compute(*entity);
     entity->SaveDefault();
   }
