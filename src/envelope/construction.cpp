@@ -235,18 +235,21 @@ void CA_ConstructionAssly::before_save() {
   if (const std::string failure = generate(); !failure.empty()) throw GenerationFailed(named(), failure);
 }
 
-/// Coefficients that come with the layers are kept where they fit the layers, whoever computed them.
+/// Coefficients that come with the layers are kept where they fit the layers, whoever computed them. Layers without
+/// transfer functions have none, whatever came with them.
 void CA_ConstructionAssly::before_restore() {
+  double error = HUGE_VAL;
   try {
-    const double error = coefficient_error();
-    if (error <= kTolerableError) return;
-    generate();
-    if (error < HUGE_VAL)
-      log().message(named() + ": its coefficients were " + text_of(error * 100, "%.2g") +
-                    " % off the response of its layers, and are computed anew.");
-  } catch (const Error& failure) {
-    log().message(named() + " has no transfer functions: " + failure.description() + ". It is kept as it is.");
+    error = coefficient_error();
+  } catch (const Error&) {  // `generate` tells why
   }
+  if (error <= kTolerableError) return;
+  const std::string failure = generate();
+  if (!failure.empty())
+    log().message(named() + " has no transfer functions: " + failure + ". Its coefficients are 0.");
+  else if (error < HUGE_VAL)
+    log().message(named() + ": its coefficients were " + text_of(error * 100, "%.2g") +
+                  " % off the response of its layers, and are computed anew.");
 }
 
 void CA_ConstructionAssly::Save(CA_ReturnCodes& ReturnCode) {
