@@ -142,6 +142,18 @@ Object& holder_of(Object& entity, const std::string& property) {
   return found ? *found : entity;
 }
 
+/// Where a count is asked for that follows from the parts ("NumZones"): how a person makes one more of them.
+std::string how_made(StoredEntity& entity, std::string_view name) {
+  if (name.size() < 3 || !same_word(name.substr(0, 3), "Num")) return {};
+  for (const Member& member : entity.info().members) {
+    if (!member.is_part() || !member.owned().numbered || !member.owned().resize) continue;
+    const std::string next =
+        std::string(member.owned().name) + "(" + std::to_string(member.part_count(entity) + 1) + ")";
+    return "it counts what is there. To make the next one, set a property of it: " + next + ".Name=...";
+  }
+  return {};
+}
+
 /// "GlassTrans(2)=0.78", "Height=4", "Layer(2).Thickness=8".
 Assignment parsed(StoredEntity& entity, const std::string& word) {
   const size_t equals = word.find('=');
@@ -165,9 +177,10 @@ Assignment parsed(StoredEntity& entity, const std::string& word) {
   }
   const int number = info.number(name);
   if (number >= 0) out.member = &info.members[static_cast<size_t>(number)];
+  const std::string made = how_made(entity, name);
   if (!out.member || std::find(names.begin(), names.end(), out.member->name) == names.end())
     throw UsageError("A " + std::string(info.name) + " has no property " + name + " to set; " +
-                     did_you_mean(name, names));
+                     (made.empty() ? did_you_mean(name, names) : made));
   out.at = subscripts_in(path.substr(open), word);
   return out;
 }
@@ -190,14 +203,30 @@ std::vector<std::pair<std::string, Json>> fields(StoredEntity& entity) {
   return all;
 }
 
+/// Error `UsageError` for a reference whose kind a code beside it decides ("LibraryID"), which has none of the kinds.
+void needs_a_kind(Object& object, const Member& member, int index) {
+  for (const Member& beside : object.info().members) {
+    if (beside.labels.empty() || !beside.name.ends_with("LibraryID")) continue;
+    std::string codes;
+    for (const Label& label : beside.labels_of(object)) {
+      codes += (codes.empty() ? "" : ", ") + std::to_string(label.code) + " " + std::string(label.name);
+    }
+    throw UsageError(std::string(member.name) + "=" + std::to_string(index) + " is the index of a " +
+                     std::string(member.refers_to.substr(0, member.refers_to.find(' '))) +
+                     " or another kind of equipment, as " + std::string(beside.name) +
+                     " says: set that too. Its codes are " + codes + ".");
+  }
+}
+
 /// Error `UsageError` for a reference to an entity that does not exist; the message names the nearest one.
 void check_reference(Database& database, Object& object, const Member& member, Subscripts at) {
+  if (member.refers_to.empty()) return;
   Value value;
   member.get(object, at, value);
-  const std::string kind(member.target_of(object, at));
-  if (kind.empty()) return;
   const auto index = static_cast<int>(integer_from(value, INT32_MIN, INT32_MAX));
   if (index == 0) return;
+  const std::string kind(member.target_of(object, at));
+  if (kind.empty()) return needs_a_kind(object, member, index);
   const auto nearest = nearest_index(database, index_table_of(kind), index);
   if (!nearest) throw UsageError("The project has no " + kind + " to refer to yet.");
   if (*nearest != index) {
@@ -229,10 +258,6 @@ void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::s
                                      [](const Assignment& a) { return a.member->name == "Name" && a.place.empty(); });
   if (!kind.compute || only_name) return;
   const auto before = fields(entity);
-  for (const Assignment& a : assignments) {
-    if (kind.derive && a.object != &entity) kind.derive(*a.object);
-  }
-  assign();
   kind.compute(entity);
   assign();
   const auto after = fields(entity);

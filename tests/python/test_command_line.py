@@ -88,6 +88,12 @@ class TestCommandLine(unittest.TestCase):
             self.assertIn(text, shown)
         self.tarn("walls", "set", "1", "OverallUValue=0.5")
         self.assertIn("0.5 Btu/(hr.ft2.F) stored, 0.0844189 computed from the layers", self.tarn("walls", "show", "1").stdout)
+        self.assertRegex(self.tarn("walls", "show", "1").stdout, r"The stored U-value is 492 % off that of the transfer functions, 0.08442 Btu")
+        self.assertNotIn("% off", self.tarn("roofs", "new") and self.tarn("roofs", "show", "1").stdout)
+        self.tarn("walls", "set", "1", "Layer(3).LayerUsed=false")
+        self.assertIn("computed", self.tarn("walls", "set", "1", "Layer(4).Thickness=1").stderr)
+        unused = json.loads(self.tarn("walls", "show", "1", "--json").stdout)["Layer"][2]
+        self.assertEqual((unused["Name"], unused["Thickness"], unused["ThermalResistance"]), ("Not used", 0.0, 0.0))
         self.tarn("schedules", "new", "Name=Hours", "HourlyValue(1,0)=0")
         self.assertIn("100 %  |  ####", self.tarn("schedules", "show", "1").stdout)
         self.tarn("spaces", "new", "Space.Name=Office", "Wall(2).WallType=1", "People.Schedule=1")
@@ -99,6 +105,9 @@ class TestCommandLine(unittest.TestCase):
                             (["walls", "set", "1", "Layer(11).Thickness=1"], "takes a number from 1 to 10"),
                             (["walls", "set", "1", "Layer(2).Thicknes=1"], "did you mean Thickness?"),
                             (["spaces", "set", "1", "Wall(1).WallType=9"], "There is no Wall 9 to refer to; the nearest is 1."),
+                            (["walls", "set", "1", "Layer(2).Density=-1"], "CA_Layer.Density: found -1 lb/ft3; allowed are 0 lb/ft3 and above"),
+                            (["walls", "set", "1", "Layer(2).Conductivity=NaN"], "found NaN; allowed are finite numbers"),
+                            (["spaces", "set", "1", "Wall(1).Exposure=99"], "SPC_WallWindow.Exposure: found 99; allowed are 0 to 17"),
                             (["schedules", "set", "1", "ScheduleType=ST_RAT"], "did you mean ST_RATE?"),
                             (["spaces", "set", "1", "Floor(1).Area=1"], "takes no number"),
                             (["walls", "set", "1", "Layer(2).Conductivity=0", "Layer(2).ThermalResistance=0"], "neither conductivity nor thermal resistance")]:
@@ -118,6 +127,7 @@ class TestCommandLine(unittest.TestCase):
         for words, says in [(["new", "--type", "VAW"], "did you mean VAV?"), (["new", "--type", "17"], "System type 17 is no longer used."),
                             (["set", "2", "Name=VAV-1"], "Duplicate air system name detected"),
                             (["set", "2", "ZoneData(3).Name=x"], "takes a number from 1 to 1"),
+                            (["set", "2", "NumZones=5"], "To make the next one, set a property of it: ZoneData(2).Name="),
                             (["set", "2", "AirSizing.VentCFM=5"], "has no AirSizing yet"), (["set", "1", "WCSystemData.TowerID=9"], "no Tower to refer to"),
                             (["new", "--type", "VAV", "Name=VAV-1"], "Another air system has that name"),
                             (["set", "1", "ZoneSchedule.TstatSchedule=4"], "no Schedule to refer to yet")]:
@@ -174,9 +184,11 @@ class TestCommandLine(unittest.TestCase):
                             (["plants", "set", "1", "Details.CondenserWaterLoop.NumPumps=0"], "must have NumPumps >=1"),
                             (["plants", "set", "1", "Details.SourceWaterLoop.NumPumps=14"], "NumPumps value is out of range: [14 > 13]"),
                             (["plants", "set", "1", piece(3) + "LibraryID=20", piece(3) + "EquipmentID=7"], "There is no Boiler 7 to refer to"),
+                            (["plants", "new", piece(1) + "EquipmentID=1"], "set that too. Its codes are"),
+                            (["plants", "set", "1", "PlantType=99"], "found code 99; the codes are 1 "),
                             (["plants", "set", "1", piece(1) + "LibraryID=20"], "There is no Boiler 2 to refer to"),
                             (["plants", "set", "1", "SystemSelect.NumSystems=251"], "allowed are 0 to 250"),
-                            (["boilers", "set", "1", "FuelType=9"], "Invalid value for FuelType: 9"),
+                            (["boilers", "set", "1", "FuelType=9"], "BLR_Boiler.FuelType: found code 9; the codes are 3 "),
                             (["chillers", "import"], "Which file?")]:
             with self.subTest(words):
                 self.assertIn(says, self.tarn(*words, code=2).stderr)
@@ -190,7 +202,7 @@ class TestCommandLine(unittest.TestCase):
                 (["windos", "list"], 2, "did you mean windows?"), (["windows", "lits"], 2, "did you mean list?"),
                 (["windows", "show", "3"], 2, "the nearest is 1"), (["windows", "set", "1", "Heigth=3"], 2, "did you mean Height?"),
                 (["windows", "set", "1", "Height=tall"], 2, "WIN_Window.Height: found the text \"tall\""),
-                (["windows", "set", "1", "FrameType=70000"], 2, "Overflow"), (["windows", "set", "1", "GlassTrans(4)=1"], 2, "allowed are 1 to 3"),
+                (["windows", "set", "1", "FrameType=70000"], 2, "found 70000; allowed are 0 to 4"), (["windows", "set", "1", "ShadeType=70000"], 2, "Overflow"), (["windows", "set", "1", "GlassTrans(4)=1"], 2, "allowed are 1 to 3"),
                 (["windows", "set", "1", "GlassTrans=1"], 2, "0 subscripts, wanted 1"), (["windows", "set", "1", "Name=日"], 2, "U+65E5"),
                 (["windows", "set", "1", "Name=" + "x" * 256], 2, "256 characters, allowed are 255"),
                 (["windows", "set", "1", "Index=4"], 2, "no property Index"), (["describe", "WIN_Windw"], 2, "did you mean WIN_Window?"),

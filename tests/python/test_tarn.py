@@ -246,6 +246,8 @@ class TestObjects(ProjectCase):
         tarn.on_yield = None
         self.assertEqual(len(turns), 12)
         self.assertEqual((wall.Index, wall.DTrans[1], list(wall.DTransArray)), (1, 1.0, wall.DTrans[:]))
+        wall.ComputeSummary()
+        self.assertAlmostEqual(wall.OverallUValue, sum(wall.BTrans[:]) / sum(wall.DTrans[:]), places=6)
         wall.BTransArray = [float(i) for i in range(12)]
         self.assertEqual(wall.BTrans[12], 11.0)
         self.assertEqual((wall.InsertLayer(5), wall.GetLayer(3).Name, wall.GetLayer(11)), (3, "New Layer", None))
