@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <iostream>
+#include <optional>
 
 #include "base/nearest.h"
 #include "base/value.h"
@@ -170,11 +172,21 @@ Assignment parsed(StoredEntity& entity, const std::string& word) {
   return out;
 }
 
+/// A finite number as people write it and JSON does not: ".1", "5.", "+2".
+std::optional<double> number_in(std::string_view text) {
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  double number = 0;
+  const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (failed != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) return std::nullopt;
+  return number;
+}
+
 Json json_of(const Assignment& assignment) {
   if (assignment.member->type == ValueType::Text) return assignment.value;
   try {
     return Json::parse(assignment.value);
   } catch (const nlohmann::json::exception&) {
+    if (const auto number = number_in(assignment.value)) return *number;
     return assignment.value;  // "NaN" is a text; a wrong value is refused by the property's type, with its message
   }
 }

@@ -105,12 +105,25 @@ Json finding_json(const Finding& finding) {
           {"value", finding.value}};
 }
 
+/// Of the project's design and simulation weather.
+std::vector<std::string> project_faults(const Call& call) {
+  COM_ProjectData project;
+  open_project(project, call, Use::Reading);
+  const std::string file = project.SimWeatherInputsFilename();
+  if (!files().exists(file)) return faults_of(*project.NewWeather(), nullptr);
+  HW1ReaderWriter year;
+  year.Load(file);
+  return faults_of(*project.NewWeather(), &year);
+}
+
 int check_verb(const Call& call) {
+  const std::vector<std::string> faults = call.words.empty() ? project_faults(call) : std::vector<std::string>();
   const Read read(call);
   const HourlyVerdict verdict = verdict_of(read.year);
   const bool named = !read.is_hourly() || call.words.empty() || HW1ReaderWriter::is_hourly_name(read.file);
   const auto findings = findings_of(read.year);
-  const bool clean = verdict.code == 0 && findings.empty() && (!read.is_hourly() || read.imported.notes.empty());
+  const bool clean = verdict.code == 0 && findings.empty() && faults.empty() &&
+                     (!read.is_hourly() || read.imported.notes.empty());
   if (call.json) {
     Json list = Json::array();
     for (const Finding& finding : findings) list.push_back(finding_json(finding));
@@ -120,7 +133,8 @@ int check_verb(const Call& call) {
                 {"text", verdict.text},
                 {"name_ends_in_hw1", named},
                 {"notes", read.imported.notes},
-                {"findings", list}});
+                {"findings", list},
+                {"project_files", faults}});
     return clean ? kClean : kFindings;
   }
   std::cout << "content: " << verdict.code << " " << verdict.text << '\n';
@@ -132,6 +146,7 @@ int check_verb(const Call& call) {
               << date_text(finding.day) << " hour " << finding.hour
               << (finding.value.empty() ? "" : ", " + finding.value) << '\n';
   }
+  for (const std::string& fault : faults) std::cout << fault << '\n';
   if (clean) std::cout << "nothing found in 8760 hours\n";
   return clean ? kClean : kFindings;
 }

@@ -9,11 +9,11 @@
 
 namespace tarn {
 
-/// Reads a file's record. What a short file lacks reads as zeros; this is logged, except for an empty file. False for
-/// an empty file.
+/// Reads a file's record. What a short file lacks reads as zeros; this is logged, except for an empty file and one that
+/// is not there. False for those two.
 template <typename R>
-bool read_record(R& record, const std::string& file, OpenMode mode) {
-  const size_t got = files().read(file, 0, record_bytes(record), mode);
+bool read_record(R& record, const std::string& file) {
+  const size_t got = files().read(file, 0, record_bytes(record), OpenMode::Read);
   if (got > 0 && got < sizeof(R)) {
     log().message(file + " is cut short: " + std::to_string(got) + " of " + std::to_string(sizeof(R)) +
                   " bytes; the rest reads as zeros.");

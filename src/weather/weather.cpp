@@ -60,10 +60,9 @@ void WTH_Weather::Load() {
   Text<20> design_city, city;
   design_city = database().OpenRecordset("SELECT * FROM DesWeatherIndex").Fields("szDesCityName").text();
   city = database().OpenRecordset("SELECT * FROM SimWeatherIndex").Fields("szSimCityName").text();
-  const OpenMode mode = database().read_only() ? OpenMode::Read : OpenMode::Create;
   DesignWeather design;
-  const bool has_design = read_record(design, named(DesFileName, "DesFileName"), mode);
-  const bool has_simulation = read_record<SimulationWeather>(*this, named(SimFileName, "SimFileName"), mode);
+  const bool has_design = read_record(design, named(DesFileName, "DesFileName"));
+  const bool has_simulation = read_record<SimulationWeather>(*this, named(SimFileName, "SimFileName"));
   static_cast<DesignWeather&>(*this) = design;
   if (!has_design) DesCityName = design_city;
   if (!has_simulation) SimCityName = city;
@@ -72,8 +71,8 @@ void WTH_Weather::Load() {
 
 void WTH_Weather::Save() {
   in_transaction([this] {
-    replace_row(database(), "DesWeatherIndex",
-                {{"szDesCityName", DesCityName.trimmed() + ", " + DesStateName.trimmed()}});
+    const std::string city = DesCityName.trimmed(), state = DesStateName.trimmed();
+    replace_row(database(), "DesWeatherIndex", {{"szDesCityName", state.empty() ? city : city + ", " + state}});
     files().update(named(DesFileName, "DesFileName"), record_bytes<DesignWeather>(*this), database_);
   });
   in_transaction([this] {

@@ -31,7 +31,7 @@ std::string_view without_mark(std::string_view text) {
     refuse_line(1, "this is text in UTF-16; save it as UTF-8");
   if (text.find('\n') == std::string_view::npos && text.find('\r') != std::string_view::npos)
     refuse_line(1, "lines end with CR alone; save the text with LF or CR LF");
-  constexpr std::string_view kEndMarks("\x1A\0", 2);  // of old systems
+  constexpr std::string_view kEndMarks("\x1A\0\r\n", 4);  // of old systems, with a line end or without
   text = text.substr(0, text.find_last_not_of(kEndMarks) + 1);
   return text.starts_with(kMark) ? text.substr(kMark.size()) : text;
 }

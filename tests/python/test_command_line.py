@@ -61,6 +61,13 @@ class TestCommandLine(unittest.TestCase):
         self.assertEqual([r["szName"] for r in self.rows()], ["other"])
         self.assertIn("windows: 1", self.tarn("project", "info").stdout)
 
+    def test_numbers_may_begin_or_end_with_the_point(self):
+        for word, value in [(".1", 0.1), ("5.", 5), ("+2", 2), ("-.5", -0.5), ("1e-2", 0.01)]:
+            self.tarn("electric-rates", "new", "Name=Rate", f"FlatRate={word}")
+            shown = json.loads(self.tarn("electric-rates", "list", "--json").stdout)[-1]["nIndex"]
+            self.assertEqual(json.loads(self.tarn("electric-rates", "show", str(shown), "--json").stdout)["FlatRate"], value, word)
+        self.tarn("electric-rates", "new", "FlatRate=.", code=2)
+
     def test_exchange(self):
         self.tarn("doors", "new", "Name=O'Hara", "AreaSpec=DAS_HEIGHT_AND_WIDTH", "Height=7")
         self.tarn("shades", "new", "OvhgExt=2.5")
@@ -219,6 +226,11 @@ class TestCommandLine(unittest.TestCase):
         self.assertEqual(info["stale"], {"air systems to size again": 1, "air systems to simulate again": 1})
         self.assertEqual([info["files"][f"MALL{name}.DAT"] for name in ("HW1", "WTD", "WTA")], [70272, 86494, 2595219])
         self.assertIn("nothing found", self.tarn("weather", "check").stdout)
+        simulation = self.at / "MALLWTA.DAT"
+        whole = simulation.read_bytes()
+        simulation.write_bytes(whole[:2000000])
+        self.assertIn("cut short: 2000000 of 2595219 bytes", self.tarn("weather", "check", code=1).stdout)
+        simulation.write_bytes(whole)
         shown = json.loads(self.tarn("weather", "show", "--json").stdout)
         self.assertEqual(shown["header"]["CityName"], "Tarnwater")
         self.assertEqual(len(shown["statistics"]["AvgDB"]), 12)
