@@ -16,6 +16,7 @@
 #include "exchange/exchange.h"
 #include "project/class_list.h"
 #include "project/defaults.h"
+#include "project/enumerations.h"
 #include "project/kinds.h"
 #include "project/preferences.h"
 #include "storage/schema.h"
@@ -193,6 +194,20 @@ int import_verb(const Call& call) {
   return kClean;
 }
 
+Json codes_json(const Enumeration& enumeration) {
+  Json codes = Json::array();
+  for (const Label& label : enumeration.codes)
+    codes.push_back({{"value", label.code}, {"name", label.name}, {"text", label.text}});
+  return {{"enumeration", enumeration.name}, {"codes", codes}};
+}
+
+void show_codes(const Enumeration& enumeration) {
+  std::cout << enumeration.name << '\n';
+  std::vector<std::vector<Json>> rows;
+  for (const Label& label : enumeration.codes) rows.push_back({label.code, label.name, label.text});
+  print_table({"code", "name", "text"}, rows);
+}
+
 }  // namespace
 
 int run_project(const Call& call) {
@@ -202,6 +217,13 @@ int run_project(const Call& call) {
 }
 
 int run_describe(const Call& call) {
+  if (const Enumeration* one = find_enumeration(call.verb)) {
+    if (call.json)
+      print_json(codes_json(*one));
+    else
+      show_codes(*one);
+    return kClean;
+  }
   Json all = Json::array();
   for (const ClassEntry& entry : class_list()) {
     const ClassInfo& info = call.verb.empty() ? *entry.info : class_info(call.verb);
@@ -221,6 +243,13 @@ int run_describe(const Call& call) {
       print_table({"kind", "member", "type", "unit", ""}, rows);
     }
     if (!call.verb.empty()) break;
+  }
+  for (const Enumeration& each : enumeration_list()) {
+    if (!call.verb.empty()) break;
+    if (call.json)
+      all.push_back(codes_json(each));
+    else
+      show_codes(each);
   }
   if (call.json) print_json(call.verb.empty() ? all : all[0]);
   return kClean;

@@ -3,6 +3,7 @@
 #include "base/value.h"
 #include "exchange/imports.h"
 #include "project/class_list.h"
+#include "project/enumerations.h"
 
 namespace tarn::cli {
 
@@ -39,8 +40,9 @@ std::vector<Group> all_groups() {
                   {"show",
                    "N [ZONE]: sizes, loads and states of the air of air system N, or the loads of one of its zones; "
                    "--svg PICTURE for load profile and psychrometric chart"}}});
-  Group describe{"describe", "[CLASS]: the members of the classes", {}};
+  Group describe{"describe", "[CLASS | ENUMERATION]: the members of the classes, the codes of the enumerations", {}};
   for (const ClassEntry& entry : class_list()) describe.verbs.emplace_back(entry.info->name, "");
+  for (const Enumeration& each : enumeration_list()) describe.verbs.emplace_back(each.name, "");
   all.push_back(std::move(describe));
   return all;
 }
