@@ -166,7 +166,7 @@ TARN_API tarn_status tarn_set_host(const tarn_host* services);
  */
 typedef struct tarn_files {
   void* context;
-  int32_t (*exists)(void* context, const char* path); /* 1 or 0 */
+  int32_t (*exists)(void* context, const char* path); /* 1 or 0; of a folder too */
   /* Mode 0 to read, 1 to write, 2 to write and create. `file` receives what stands for the file, NULL for a missing
    * one that is not to be created. */
   int32_t (*open)(void* context, const char* path, int32_t mode, void** file);

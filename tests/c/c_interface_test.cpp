@@ -190,7 +190,9 @@ struct MemoryFiles {
   static std::string& data(void* file) { return *static_cast<std::string*>(file); }
   tarn_files table() {
     return {this,
-            [](void* c, const char* path) -> int32_t { return of(c).bytes.contains(path) ? 1 : 0; },
+            [](void* c, const char* path) -> int32_t {
+              return of(c).bytes.contains(path) || std::filesystem::is_directory(path);
+            },
             [](void* c, const char* path, int32_t mode, void** file) -> int32_t {
               if (mode == 2 || of(c).bytes.contains(path)) *file = &of(c).bytes[path];
               return 0;
