@@ -101,8 +101,8 @@ Object& part_of(Object& object, std::string_view step, const std::string& word) 
     for (const Member& member : object.info().members) {
       if (member.is_part()) names.push_back(member.owned().name);
     }
-    throw UsageError("A " + std::string(object.info().name) + " has no part " + std::string(step.substr(0, open)) +
-                     "; " + did_you_mean(step.substr(0, open), names));
+    throw UsageError(std::string(object.info().name) + " has no part " + std::string(step.substr(0, open)) + "; " +
+                     did_you_mean(step.substr(0, open), names));
   }
   const std::vector<int> at = subscripts_in(step.substr(open), word);
   int count = part->part_count(object);
@@ -166,8 +166,7 @@ Assignment parsed(StoredEntity& entity, const std::string& word) {
   const int number = info.number(name);
   if (number >= 0) out.member = &info.members[static_cast<size_t>(number)];
   if (!out.member || std::find(names.begin(), names.end(), out.member->name) == names.end())
-    throw UsageError("A " + std::string(info.name) + " has no property " + name + " to set; " +
-                     did_you_mean(name, names));
+    throw UsageError(std::string(info.name) + " has no property " + name + " to set; " + did_you_mean(name, names));
   out.at = subscripts_in(path.substr(open), word);
   return out;
 }
@@ -224,8 +223,9 @@ void check_references(Database& database, const Assignment& a) {
   }
 }
 
-/// Makes the assignments, then computes what follows from them, but for results that the user set himself.
-void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
+/// Makes the assignments, then computes what follows from them, but for results that the user set himself. What changed
+/// by that is told when the entity is saved.
+std::vector<std::string> edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
   std::vector<Assignment> assignments;
   for (const std::string& word : words) {  // a later one may name what an earlier one makes
     const Assignment& a = assignments.emplace_back(parsed(entity, word));
@@ -237,7 +237,7 @@ void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::s
   for (const Assignment& a : assignments) check_references(*entity.GetDBHandle(), a);
   const bool only_name = std::all_of(assignments.begin(), assignments.end(),
                                      [](const Assignment& a) { return a.member->name == "Name" && a.place.empty(); });
-  if (!kind.compute || only_name) return;
+  if (!kind.compute || only_name) return {};
   const auto before = fields(entity);
   for (const Assignment& a : assignments) {
     if (kind.derive && a.object != &entity) kind.derive(*a.object);
@@ -246,16 +246,18 @@ void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::s
   kind.compute(entity);
   assign();
   const auto after = fields(entity);
+  std::vector<std::string> computed;
   for (size_t i = 0; i < after.size(); ++i) {
     if (after[i] != before[i])
-      std::cerr << "computed: " << after[i].first << " " << shown(before[i].second) << " -> " << shown(after[i].second)
-                << '\n';
+      computed.push_back(after[i].first + " " + shown(before[i].second) + " -> " + shown(after[i].second));
   }
+  return computed;
 }
 
 int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::string_view what,
-          const Json& rest = Json::object()) {
+          const std::vector<std::string>& computed, const Json& rest = Json::object()) {
   entity.Save();
+  print_notes("computed", computed);
   if (call.json) {
     Json json{{"index", entity.Index}};
     json.update(rest);
@@ -269,11 +271,9 @@ int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::s
 int import_one(const Call& call, StoredEntity& entity, const EntityKind& kind) {
   if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
   const std::vector<std::string> notes = file_import_of(kind)(entity, call.words.front());
-  edit(entity, kind, {call.words.begin() + 1, call.words.end()});
-  const int code = saved(call, entity, kind, "made from " + call.words.front(), {{"notes", notes}});
-  if (!call.json) {
-    for (const std::string& note : notes) std::cerr << note << '\n';
-  }
+  const auto computed = edit(entity, kind, {call.words.begin() + 1, call.words.end()});
+  const int code = saved(call, entity, kind, "made from " + call.words.front(), computed, {{"notes", notes}});
+  if (!call.json) print_notes("", notes);
   return code;
 }
 
@@ -287,17 +287,17 @@ int run_kind(const Call& call) {
   const auto entity = make_entity(project, kind);
   if (call.verb == "list") return list(call, *database, *entity);
   if (call.verb == "new") {
-    if (!call.type.empty() && !kind.start) throw UsageError("A " + std::string(kind.one) + " has no types.");
+    if (!call.type.empty() && !kind.start) throw UsageError("There are no types of " + std::string(kind.group) + ".");
     if (kind.start) {
       kind.start(*entity, call.type);
     } else {
       entity->CreateDefault();
       entity->Reset(true);
     }
-    edit(*entity, kind, call.words);
+    const auto computed = edit(*entity, kind, call.words);
     if (!entity->kind().gives_names && !entity->IsNameUnique())
       throw UsageError("Another " + std::string(kind.one) + " has that name; give one of its own: Name=...");
-    return saved(call, *entity, kind, "made");
+    return saved(call, *entity, kind, "made", computed);
   }
   if (call.verb == "import") return import_one(call, *entity, kind);
   const int16_t index = index_of(
@@ -309,15 +309,15 @@ int run_kind(const Call& call) {
     std::vector<Value> none(1);
     entity->info().find("Clone").call(*entity, none, clone);
     auto& copy = dynamic_cast<StoredEntity&>(*std::get<ObjectPtr>(clone));
-    edit(copy, kind, rest);
-    return saved(call, copy, kind, "made from " + std::to_string(index));
+    const auto computed = edit(copy, kind, rest);
+    return saved(call, copy, kind, "made from " + std::to_string(index), computed);
   }
   entity->Load(index);
   if (call.verb == "show") return show(call, *database, *entity);
   if (call.verb == "set") {
     if (rest.empty()) throw UsageError("Nothing to set; write Property=value.");
-    edit(*entity, kind, rest);
-    return saved(call, *entity, kind, "saved");
+    const auto computed = edit(*entity, kind, rest);
+    return saved(call, *entity, kind, "saved", computed);
   }
   entity->Delete(index);
   if (call.json)

@@ -34,8 +34,9 @@ struct Read {
     if (std::error_code none; std::filesystem::is_directory(file, none))
       fail(ErrorNumber::PermissionDenied, file + " is a folder; give a file.");
     imported = import_weather(year, file);
-    if (call.json) return;
-    for (const std::string& note : imported.notes) std::cerr << file << ": " << note << '\n';
+  }
+  void say_notes(const Call& call) const {
+    if (!call.json) print_notes(file, imported.notes);
   }
   bool is_hourly() const { return imported.format == "HW1"; }
 };
@@ -68,7 +69,7 @@ int import_verb(const Call& call) {
   if (read.is_hourly() && verdict.code == kHourlyInvalid.code)
     fail(ErrorNumber::UnknownFormat, read.file + ": " + std::string(verdict.text) + " Nothing was imported.");
   if (read.is_hourly() && !read.imported.notes.empty())
-    fail(ErrorNumber::UnknownFormat, read.file + " is not whole. Nothing was imported.");
+    fail(ErrorNumber::UnknownFormat, read.file + ": " + read.imported.notes.front() + ". Nothing was imported.");
   std::string made = call.output;
   if (made.empty()) {
     COM_ProjectData project;
@@ -85,6 +86,7 @@ int import_verb(const Call& call) {
     check_output(made);
     read.year.Save(made);
   }
+  read.say_notes(call);
   const std::string city = read.year.CityName.trimmed() + ", " + read.year.LocationName.trimmed();
   if (call.json) {
     print_json({{"made", made}, {"format", read.imported.format}, {"city", city}, {"notes", read.imported.notes}});
@@ -119,11 +121,12 @@ std::vector<std::string> project_faults(const Call& call) {
 int check_verb(const Call& call) {
   const std::vector<std::string> faults = call.words.empty() ? project_faults(call) : std::vector<std::string>();
   const Read read(call);
+  read.say_notes(call);
   const HourlyVerdict verdict = verdict_of(read.year);
   const bool named = !read.is_hourly() || call.words.empty() || HW1ReaderWriter::is_hourly_name(read.file);
   const auto findings = findings_of(read.year);
-  const bool clean = verdict.code == 0 && findings.empty() && faults.empty() &&
-                     (!read.is_hourly() || read.imported.notes.empty());
+  const bool clean =
+      verdict.code == 0 && findings.empty() && faults.empty() && (!read.is_hourly() || read.imported.notes.empty());
   if (call.json) {
     Json list = Json::array();
     for (const Finding& finding : findings) list.push_back(finding_json(finding));
@@ -153,6 +156,7 @@ int check_verb(const Call& call) {
 
 int show_verb(const Call& call) {
   Read read(call);
+  read.say_notes(call);
   WTH_Stats statistics;
   fill_statistics(statistics, read.year);
   if (call.json) {

@@ -327,7 +327,7 @@ const Quirk kRead[]{
          for (Hour& hour : h) hour.year = 88;
        });
      },
-     "January has a year of two digits; it is read as 1988"},
+     "January has a year of two digits; it is read as 1988; so it is in 11 other months"},
     {"illuminance columns",
      [] { return replaced(tmy3(year_of()), "DNI source,DNI (W/m^2)", "DN illum (lx),DNI (W/m^2)"); }, ""},
     {"an old end mark", [] { return epw(year_of()) + "\x1A"; }, ""},
