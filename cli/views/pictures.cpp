@@ -74,8 +74,9 @@ void show_construction(Database&, StoredEntity& entity) {
     terms.push_back({Json(i), Json(double{construction.BTrans(i)}), Json(double{construction.DTrans(i)})});
   print_table({"n", "b", "d"}, terms);
   try {
+    const double error = construction.coefficient_error();  // first, so that its failure breaks no sentence
     std::cout << "The 12 terms differ from the exact response of the layers, to a step and on a sunny day, by at most "
-              << shown(Json(construction.coefficient_error() * 100)) << " %.\n";
+              << shown(Json(error * 100)) << " %.\n";
   } catch (const Error& error) {
     std::cout << "The layers have no transfer functions: " << error.description() << ".\n";
   }

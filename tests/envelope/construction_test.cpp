@@ -179,14 +179,17 @@ TEST_F(ConstructionTest, ASaveWithoutTransferFunctionsWritesNothingAndSaysWhy) {
   const struct {
     void (*spoil)(CA_Layer&);
     const char* reason;
-  } cases[]{{[](CA_Layer& l) { l.LayerUsed = false; }, "no layer is used"},
-            {[](CA_Layer& l) { l.SetThicknessInches(0); }, "the layers have no thermal resistance"},
-            {[](CA_Layer& l) { l.Conductivity = 0; },
-             "layer 2 has a thickness, but neither conductivity nor thermal resistance"},
-            {[](CA_Layer& l) { l.Density = 3e38F; }, "the layers are too heavy"},
-            {[](CA_Layer& l) { l.SetThicknessInches(0), l.ThermalResistance = -1; },
-             "layer 2 has a negative thermal resistance"},
-            {[](CA_Layer& l) { l.Conductivity = HUGE_VALF; }, "layer 2 has a value that is infinite or no number"}};
+  } cases[]{
+      {[](CA_Layer& l) { l.LayerUsed = false; }, "no layer is used"},
+      {[](CA_Layer& l) { l.SetThicknessInches(0); }, "the layers have no thermal resistance"},
+      {[](CA_Layer& l) { l.Conductivity = 0; },
+       "layer 2 has a thickness, but neither conductivity nor thermal resistance"},
+      {[](CA_Layer& l) { l.Density = 3e38F; },
+       "the layers are too heavy: their response has more than a million roots, and at most 100 can be; make layer "
+       "2, the heaviest, thinner"},
+      {[](CA_Layer& l) { l.SetThicknessInches(0), l.ThermalResistance = -1; },
+       "layer 2 has a negative thermal resistance"},
+      {[](CA_Layer& l) { l.Conductivity = HUGE_VALF; }, "layer 2 has a value that is infinite or no number"}};
   for (const auto& c : cases) {
     wall->Load(1);
     wall->Name = "changed";

@@ -1,11 +1,13 @@
 """The command line, run as a user runs it."""
 
+import contextlib
 import itertools
 import json
 import math
 import os
 import pathlib
 import re
+import sqlite3
 import struct
 import subprocess
 import sys
@@ -60,6 +62,35 @@ class TestCommandLine(unittest.TestCase):
         self.tarn("windows", "delete", "1")
         self.assertEqual([r["szName"] for r in self.rows()], ["other"])
         self.assertIn("windows: 1", self.tarn("project", "info").stdout)
+
+    def test_enumerations_are_described(self):
+        codes = json.loads(self.tarn("describe", "BLD_EnergyCategories", "--json").stdout)["codes"]
+        self.assertEqual((len(codes), codes[0]["name"], codes[0]["value"]), (13, "EC_HVAC_ELECTRIC", 1))
+        self.assertRegex(self.tarn("describe", "AS_ConstituentMasks").stdout, "67633150 +CCM_INPUTMASK +inputs and zones")
+
+    def test_numbers_may_begin_or_end_with_the_point(self):
+        for word, value in [(".1", 0.1), ("5.", 5), ("+2", 2), ("-.5", -0.5), ("1e-2", 0.01)]:
+            self.tarn("electric-rates", "new", "Name=Rate", f"FlatRate={word}")
+            shown = json.loads(self.tarn("electric-rates", "list", "--json").stdout)[-1]["nIndex"]
+            self.assertEqual(json.loads(self.tarn("electric-rates", "show", str(shown), "--json").stdout)["FlatRate"], value, word)
+        self.tarn("electric-rates", "new", "FlatRate=.", code=2)
+
+    def test_nothing_is_told_of_a_save_that_fails(self):
+        self.tarn("windows", "new", "Height=3", "Width=3")
+        with contextlib.closing(sqlite3.connect(self.at / "MALLINX.MDB", isolation_level=None)) as other:
+            other.execute("BEGIN IMMEDIATE")
+            run = self.tarn("windows", "set", "1", "FrameType=2", "Height=4", code=3)
+        self.assertNotIn("computed", run.stderr)
+        self.assertEqual(run.stdout, "")
+        self.assertIn("computed: ", self.tarn("windows", "set", "1", "FrameType=2", "Height=4").stderr)
+
+    def test_notes_that_say_the_same_come_once(self):
+        year = self.at / "headers.epw"
+        lines = self.made_year().read_text().splitlines(keepends=True)
+        year.write_text("".join([lines[0], *["REMARK,none\n"] * 5, *lines[1:]]))
+        notes = [line for line in self.tarn("weather", "show", str(year)).stderr.splitlines() if "REMARK" in line]
+        self.assertEqual(len(notes), 1, notes)
+        self.assertIn("(5 times)", notes[0])
 
     def test_exchange(self):
         self.tarn("doors", "new", "Name=O'Hara", "AreaSpec=DAS_HEIGHT_AND_WIDTH", "Height=7")
@@ -233,6 +264,11 @@ class TestCommandLine(unittest.TestCase):
         self.assertEqual(info["stale"], {"air systems to size again": 1, "air systems to simulate again": 1})
         self.assertEqual([info["files"][f"MALL{name}.DAT"] for name in ("HW1", "WTD", "WTA")], [70272, 86494, 2595219])
         self.assertIn("nothing found", self.tarn("weather", "check").stdout)
+        simulation = self.at / "MALLWTA.DAT"
+        whole = simulation.read_bytes()
+        simulation.write_bytes(whole[:2000000])
+        self.assertIn("cut short: 2000000 of 2595219 bytes", self.tarn("weather", "check", code=1).stdout)
+        simulation.write_bytes(whole)
         shown = json.loads(self.tarn("weather", "show", "--json").stdout)
         self.assertEqual(shown["header"]["CityName"], "Tarnwater")
         self.assertEqual(len(shown["statistics"]["AvgDB"]), 12)
@@ -331,7 +367,7 @@ class TestCommandLine(unittest.TestCase):
         boxes = [[float(box.get(key)) for key in ("x", "y", "width", "height")] for box in root.iter(svg + "rect") if box.get("fill-opacity")]
         self.assertEqual(len(boxes), 5)
         for (x, y, wide, high), (left, top, width, height) in itertools.combinations(boxes, 2):
-            self.assertFalse(x < left + width and left < x + wide and y < top + height and top < y + high, "labels overlap")
+            self.assertFalse(x < left + width + 2 and left < x + wide + 2 and y < top + height + 2 and top < y + high + 2, "labels touch")
 
     def test_results_that_are_not_there(self):
         self.assertIn("no air system has design results yet", self.tarn("results", "list").stdout)

@@ -347,6 +347,22 @@ class TestObjects(ProjectCase):
         self.assertEqual(members["OnUpdateDependencies"].kind, "event")
         self.assertIn("CalculatePerformance", dir(self.project.NewWindow()))
 
+    def test_enumerations_are_classes(self):
+        masks = tarn.AS_ConstituentMasks
+        system = self.project.NewAirSystem()
+        system.SetMask(masks.CCM_INPUTMASK | masks.CCM_HEADERMASK, masks.CCM_MASKALL)
+        self.assertEqual(system.m_lCurMask, 67633151)
+        self.assertEqual((masks(3670016), masks.CCM_SIZINGMASK.text), (masks.CCM_SIZINGMASK, "sizing"))
+        self.assertEqual(int(tarn.BLD_EnergyCategories.EC_HVAC_REMOTE_STEAM), 6)
+        self.assertEqual(tarn.AS_COTriggers["10. Scheduled"], 10)
+        self.assertIn("Months", tarn.enumerations())
+        boiler = self.project.NewBoiler()
+        oil = tarn.BLR_FuelTypes.BFT_FUEL_OIL
+        boiler.FuelType = oil
+        self.assertIs(tarn.BLR_FuelTypes(boiler.FuelType), oil)
+        kept = {m.name: m.enumeration for m in tarn.members("BLR_Boiler")}
+        self.assertEqual((kept["FuelType"], kept["Name"]), ("BLR_FuelTypes", None))
+
 
 def table(title):
     """One of the tables of tests/data by how its title begins: made by another program than this layer."""
