@@ -174,7 +174,7 @@ class TestObjects(ProjectCase):
         refused[200][5] = 4000.0
         with self.assertRaises(tarn.Error) as caught:
             reader.DB[:] = refused
-        self.assertEqual((caught.exception.number, caught.exception.source), (6, "HW1ReaderWriter.DB"))
+        self.assertEqual((caught.exception.number, caught.exception.source), (6, "HW1ReaderWriter.DB [PropertyLet]"))
         refused[200][5] = None
         with self.assertRaises(tarn.Error):
             reader.DB[:] = refused
@@ -270,7 +270,7 @@ class TestObjects(ProjectCase):
         system = self.project.NewAirSystem()
         with self.assertRaises(tarn.Error) as wrong:
             system.Load(9)
-        self.assertEqual((wrong.exception.number, wrong.exception.source), (53, "AS_AirSystem.Load"))
+        self.assertEqual((wrong.exception.number, wrong.exception.source), (53, "AS_AirSystem.Load()"))
         system.SetToDefaultsByType(14)
         system.GetAirSystem().SetNumZones(2)
         system.GetZoneData(2).AllSpaces = [0] * 50
@@ -293,7 +293,7 @@ class TestObjects(ProjectCase):
         self.assertEqual((unit, distances[:3], power[9], capacity[9]), (20, [0.0, 2.0, 4.0], 0.1, 1.0))
         with self.assertRaises(tarn.Error) as caught:
             chiller.GetDXFCDefaults(0, 0, [], [], [])
-        self.assertEqual((caught.exception.source, caught.exception.description), ("CHL_Chiller.GetDXFCDefaults", "Invalid DXFC option"))
+        self.assertEqual((caught.exception.source, caught.exception.description), ("CHL_Chiller.GetDXFCDefaults()", "Invalid DXFC option"))
         chiller.Save()
         plant = self.project.NewPlant()
         loop = plant.Details.CondenserWaterLoop
