@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iostream>
 
+#include "base/decimals.h"
 #include "platform/host.h"
 #include "reflect/json_text.h"
 #include "tarn/base/error.h"
@@ -87,10 +88,7 @@ void print_cell(const std::string& text, size_t width, bool right) {
 
 std::string grouped(double value, int decimals) {
   if (!std::isfinite(value) || std::abs(value) >= 1e15) return shown(Json(value));
-  char text[40];
-  std::snprintf(text, sizeof text, "%.*f", decimals, value);
-  std::string out(text);
-  if (out.find_first_not_of("-0.") == std::string::npos) out = out.substr(out.find('0'));  // no -0
+  std::string out = decimal_text(value, decimals);
   const size_t first = out[0] == '-' ? 1 : 0;
   for (size_t at = std::min(out.find('.'), out.size()); at > first + 3; at -= 3) out.insert(at - 3, ",");
   return out;
@@ -116,6 +114,20 @@ void print_table(const std::vector<std::string>& heads, const std::vector<std::v
     std::vector<std::string> cells;
     for (const Json& value : row) cells.push_back(shown(value));
     line(cells);
+  }
+}
+
+void print_notes(const std::string& what, const std::vector<std::string>& notes) {
+  const auto said = [](const std::string& note) {  // "line 5: the same as in line 9" counts as the same
+    const bool has_line = note.starts_with("line ") && note.find(": ") != std::string::npos;
+    return has_line ? note.substr(note.find(": ") + 2) : note;
+  };
+  for (auto note = notes.begin(); note != notes.end(); ++note) {
+    const auto same = [&](const std::string& other) { return said(other) == said(*note); };
+    if (std::any_of(notes.begin(), note, same)) continue;
+    const auto times = std::count_if(note, notes.end(), same);
+    std::cerr << what << (what.empty() ? "" : ": ") << *note
+              << (times > 1 ? " (" + std::to_string(times) + " times)" : "") << '\n';
   }
 }
 

@@ -49,6 +49,8 @@ std::string grouped(double value, int decimals);
 void print_table(const std::vector<std::string>& heads, const std::vector<std::vector<Json>>& rows,
                  std::string_view sides = {});
 void print_json(const Json& json);
+/// To standard error, a line each after "what: "; notes that say the same come once, with their number.
+void print_notes(const std::string& what, const std::vector<std::string>& notes);
 
 /// Writes the picture that --svg asks for.
 void save_picture(const Call& call, const std::string& picture);

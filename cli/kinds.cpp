@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <iostream>
+#include <optional>
 
 #include "base/nearest.h"
 #include "cli/command.h"
@@ -102,8 +104,8 @@ Object& part_of(Object& object, std::string_view step, const std::string& word) 
     for (const Member& member : object.info().members) {
       if (member.is_part()) names.push_back(member.owned().name);
     }
-    throw UsageError("A " + std::string(object.info().name) + " has no part " + std::string(step.substr(0, open)) +
-                     "; " + did_you_mean(step.substr(0, open), names));
+    throw UsageError(std::string(object.info().name) + " has no part " + std::string(step.substr(0, open)) + "; " +
+                     did_you_mean(step.substr(0, open), names));
   }
   const std::vector<int> at = subscripts_in(step.substr(open), word);
   int count = part->part_count(object);
@@ -143,6 +145,18 @@ Object& holder_of(Object& entity, const std::string& property) {
   return found ? *found : entity;
 }
 
+/// Where a count is asked for that follows from the parts ("NumZones"): how a person makes one more of them.
+std::string how_made(StoredEntity& entity, std::string_view name) {
+  if (name.size() < 3 || !same_word(name.substr(0, 3), "Num")) return {};
+  for (const Member& member : entity.info().members) {
+    if (!member.is_part() || !member.owned().numbered || !member.owned().resize) continue;
+    const std::string next =
+        std::string(member.owned().name) + "(" + std::to_string(member.part_count(entity) + 1) + ")";
+    return "it counts what is there. To make the next one, set a property of it: " + next + ".Name=...";
+  }
+  return {};
+}
+
 /// "GlassTrans(2)=0.78", "Height=4", "Layer(2).Thickness=8".
 Assignment parsed(StoredEntity& entity, const std::string& word) {
   const size_t equals = word.find('=');
@@ -166,11 +180,21 @@ Assignment parsed(StoredEntity& entity, const std::string& word) {
   }
   const int number = info.number(name);
   if (number >= 0) out.member = &info.members[static_cast<size_t>(number)];
+  const std::string made = how_made(entity, name);
   if (!out.member || std::find(names.begin(), names.end(), out.member->name) == names.end())
-    throw UsageError("A " + std::string(info.name) + " has no property " + name + " to set; " +
-                     did_you_mean(name, names));
+    throw UsageError(std::string(info.name) + " has no property " + name + " to set; " +
+                     (made.empty() ? did_you_mean(name, names) : made));
   out.at = subscripts_in(path.substr(open), word);
   return out;
+}
+
+/// A finite number as people write it and JSON does not: ".1", "5.", "+2".
+std::optional<double> number_in(std::string_view text) {
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  double number = 0;
+  const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (failed != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) return std::nullopt;
+  return number;
 }
 
 Json json_of(const Assignment& assignment) {
@@ -178,6 +202,7 @@ Json json_of(const Assignment& assignment) {
   try {
     return parse_json(assignment.value);
   } catch (const nlohmann::json::exception&) {
+    if (const auto number = number_in(assignment.value)) return *number;
     return assignment.value;  // "NaN" is a text; a wrong value is refused by the property's type, with its message
   }
 }
@@ -191,14 +216,30 @@ std::vector<std::pair<std::string, Json>> fields(StoredEntity& entity) {
   return all;
 }
 
+/// Error `UsageError` for a reference whose kind a code beside it decides ("LibraryID"), which has none of the kinds.
+void needs_a_kind(Object& object, const Member& member, int index) {
+  for (const Member& beside : object.info().members) {
+    if (beside.labels.empty() || !beside.name.ends_with("LibraryID")) continue;
+    std::string codes;
+    for (const Label& label : beside.labels_of(object)) {
+      codes += (codes.empty() ? "" : ", ") + std::to_string(label.code) + " " + std::string(label.name);
+    }
+    throw UsageError(std::string(member.name) + "=" + std::to_string(index) + " is the index of a " +
+                     std::string(member.refers_to.substr(0, member.refers_to.find(' '))) +
+                     " or another kind of equipment, as " + std::string(beside.name) +
+                     " says: set that too. Its codes are " + codes + ".");
+  }
+}
+
 /// Error `UsageError` for a reference to an entity that does not exist; the message names the nearest one.
 void check_reference(Database& database, Object& object, const Member& member, Subscripts at) {
+  if (member.refers_to.empty()) return;
   Value value;
   member.get(object, at, value);
-  const std::string kind(member.target_of(object, at));
-  if (kind.empty()) return;
   const auto index = static_cast<int>(integer_from(value, INT32_MIN, INT32_MAX));
   if (index == 0) return;
+  const std::string kind(member.target_of(object, at));
+  if (kind.empty()) return needs_a_kind(object, member, index);
   const auto nearest = nearest_index(database, index_table_of(kind), index);
   if (!nearest) throw UsageError("The project has no " + kind + " to refer to yet.");
   if (*nearest != index) {
@@ -215,8 +256,9 @@ void check_references(Database& database, const Assignment& a) {
   }
 }
 
-/// Makes the assignments, then computes what follows from them, but for results that the user set himself.
-void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
+/// Makes the assignments, then computes what follows from them, but for results that the user set himself. What changed
+/// by that is told when the entity is saved.
+std::vector<std::string> edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
   std::vector<Assignment> assignments;
   for (const std::string& word : words) {  // a later one may name what an earlier one makes
     const Assignment& a = assignments.emplace_back(parsed(entity, word));
@@ -228,25 +270,23 @@ void edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::s
   for (const Assignment& a : assignments) check_references(*entity.GetDBHandle(), a);
   const bool only_name = std::all_of(assignments.begin(), assignments.end(),
                                      [](const Assignment& a) { return a.member->name == "Name" && a.place.empty(); });
-  if (!kind.compute || only_name) return;
+  if (!kind.compute || only_name) return {};
   const auto before = fields(entity);
-  for (const Assignment& a : assignments) {
-    if (kind.derive && a.object != &entity) kind.derive(*a.object);
-  }
-  assign();
   kind.compute(entity);
   assign();
   const auto after = fields(entity);
+  std::vector<std::string> computed;
   for (size_t i = 0; i < after.size(); ++i) {
     if (after[i] != before[i])
-      std::cerr << "computed: " << after[i].first << " " << shown(before[i].second) << " -> " << shown(after[i].second)
-                << '\n';
+      computed.push_back(after[i].first + " " + shown(before[i].second) + " -> " + shown(after[i].second));
   }
+  return computed;
 }
 
 int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::string_view what,
-          const Json& rest = Json::object()) {
+          const std::vector<std::string>& computed, const Json& rest = Json::object()) {
   entity.Save();
+  print_notes("computed", computed);
   if (call.json) {
     Json json{{"index", entity.Index}};
     json.update(rest);
@@ -299,17 +339,17 @@ int kind_new(const Call& call) {
     entity.CreateDefault();
     entity.Reset(true);
   }
-  edit(entity, on.kind, call.words);
+  const auto computed = edit(entity, on.kind, call.words);
   if (!entity.kind().gives_names && !entity.IsNameUnique())
     throw UsageError("Another " + std::string(on.kind.one) + " has that name; give one of its own: Name=...");
-  return saved(call, entity, on.kind, "made");
+  return saved(call, entity, on.kind, "made", computed);
 }
 
 int kind_set(const Call& call) {
   const Loaded on(call, Use::Writing);
   if (call.words.size() == 1) throw UsageError("Nothing to set; write Property=value.");
-  edit(*on.entity, on.kind, assignments_of(call));
-  return saved(call, *on.entity, on.kind, "saved");
+  const auto computed = edit(*on.entity, on.kind, assignments_of(call));
+  return saved(call, *on.entity, on.kind, "saved", computed);
 }
 
 int kind_clone(const Call& call) {
@@ -318,8 +358,8 @@ int kind_clone(const Call& call) {
   std::vector<Value> none(1);
   on.entity->info().find("Clone").call(*on.entity, none, clone);
   auto& copy = dynamic_cast<StoredEntity&>(*std::get<ObjectPtr>(clone));
-  edit(copy, on.kind, assignments_of(call));
-  return saved(call, copy, on.kind, "made from " + std::to_string(on.entity->Index));
+  const auto computed = edit(copy, on.kind, assignments_of(call));
+  return saved(call, copy, on.kind, "made from " + std::to_string(on.entity->Index), computed);
 }
 
 int kind_delete(const Call& call) {
@@ -338,11 +378,9 @@ int kind_import(const Call& call) {
   const Opened on(call, Use::Writing);
   if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
   const std::vector<std::string> notes = file_import_of(on.kind)(*on.entity, call.words.front());
-  edit(*on.entity, on.kind, assignments_of(call));
-  const int code = saved(call, *on.entity, on.kind, "made from " + call.words.front(), {{"notes", notes}});
-  if (!call.json) {
-    for (const std::string& note : notes) std::cerr << note << '\n';
-  }
+  const auto computed = edit(*on.entity, on.kind, assignments_of(call));
+  const int code = saved(call, *on.entity, on.kind, "made from " + call.words.front(), computed, {{"notes", notes}});
+  if (!call.json) print_notes("", notes);
   return code;
 }
 

@@ -16,11 +16,30 @@ using namespace tarn::cli;
 
 class StandardErrorLog final : public Log {
  public:
-  void message(std::string_view text) override { std::cerr << "tarn: " << text << '\n'; }
+  ~StandardErrorLog() override { finish(); }
+  void message(std::string_view text) override { say(std::string(text)); }
   void error(std::string_view, std::string_view class_name, std::string_view procedure,
              std::string_view detail) override {
-    std::cerr << "tarn: " << class_name << ' ' << procedure << ": " << detail << '\n';
+    say(std::string(class_name) + " " + std::string(procedure) + ": " + std::string(detail));
   }
+
+ private:
+  /// A line once, and how often it came again.
+  void say(const std::string& line) {
+    if (line == last_) {
+      ++again_;
+      return;
+    }
+    finish();
+    std::cerr << "tarn: " << line << '\n';
+    last_ = line;
+  }
+  void finish() {
+    if (again_ > 0) std::cerr << "tarn: the same " << again_ << (again_ == 1 ? " time more\n" : " times more\n");
+    again_ = 0;
+  }
+  std::string last_;
+  int again_ = 0;
 };
 
 /// The row of a table that has the name. Error `UsageError` names the nearest.

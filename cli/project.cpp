@@ -13,6 +13,7 @@
 #include "cli/command.h"
 #include "cli/words.h"
 #include "project/defaults.h"
+#include "project/enumerations.h"
 #include "project/kinds.h"
 #include "project/new_index.h"
 #include "tarn/base/value.h"
@@ -199,26 +200,70 @@ int project_import(const Call& call) {
   return kClean;
 }
 
+namespace {
+
+Json codes_json(const Enumeration& enumeration) {
+  Json codes = Json::array();
+  for (const Label& label : enumeration.codes)
+    codes.push_back({{"value", label.code}, {"name", label.name}, {"text", label.text}});
+  return {{"enumeration", enumeration.name}, {"codes", codes}};
+}
+
+void show_codes(const Enumeration& enumeration) {
+  std::cout << enumeration.name << '\n';
+  std::vector<std::vector<Json>> rows;
+  for (const Label& label : enumeration.codes) rows.push_back({label.code, label.name, label.text});
+  print_table({"code", "name", "text"}, rows);
+}
+
+Json class_json(const ClassInfo& info) {
+  Json members = Json::array();
+  for (const Member& member : info.members) members.push_back(member_json(member));
+  return {{"class", info.name}, {"record_bytes", record_length(*create(info.name))}, {"members", members}};
+}
+
+void show_class(const ClassInfo& info) {
+  const size_t length = record_length(*create(info.name));
+  std::cout << info.name << (length > 0 ? ", record of " + std::to_string(length) + " bytes" : "") << '\n';
+  std::vector<std::vector<Json>> rows;
+  for (const Member& m : info.members) {
+    constexpr std::string_view kinds[]{"property", "method", "event"};
+    std::string notes(m.read_only ? "read-only" : m.by_reference ? "set by reference" : "");
+    rows.push_back(
+        {kinds[static_cast<size_t>(m.kind)], signature(m), std::string(type_name(m.type)), std::string(m.unit), notes});
+  }
+  print_table({"kind", "member", "type", "unit", ""}, rows);
+}
+
+/// Error `UsageError` for a word that names neither.
+void check_described(const std::string& word) {
+  std::vector<std::string_view> names;
+  for (const ClassEntry& entry : class_list()) names.push_back(entry.info->name);
+  for (const Enumeration& each : enumeration_list()) names.push_back(each.name);
+  const auto named = [&](std::string_view name) { return same_word(name, word); };
+  if (std::none_of(names.begin(), names.end(), named))
+    throw UsageError("There is no class or enumeration " + word + "; " + did_you_mean(word, names));
+}
+
+}  // namespace
+
 int describe_classes(const Call& call) {
+  if (!call.words.empty()) check_described(call.words.front());
+  const auto wanted = [&](std::string_view name) { return call.words.empty() || same_word(name, call.words.front()); };
   Json all = Json::array();
   for (const ClassEntry& entry : class_list()) {
-    const ClassInfo& info = call.words.empty() ? *entry.info : class_info(call.words.front());
-    Json members = Json::array();
-    for (const Member& member : info.members) members.push_back(member_json(member));
-    const size_t length = record_length(*create(info.name));
-    all.push_back({{"class", info.name}, {"record_bytes", length}, {"members", members}});
-    if (!call.json) {
-      std::cout << info.name << (length > 0 ? ", record of " + std::to_string(length) + " bytes" : "") << '\n';
-      std::vector<std::vector<Json>> rows;
-      for (const Member& m : info.members) {
-        constexpr std::string_view kinds[]{"property", "method", "event"};
-        std::string notes(m.read_only ? "read-only" : m.by_reference ? "set by reference" : "");
-        rows.push_back({kinds[static_cast<size_t>(m.kind)], signature(m), std::string(type_name(m.type)),
-                        std::string(m.unit), notes});
-      }
-      print_table({"kind", "member", "type", "unit", ""}, rows);
-    }
-    if (!call.words.empty()) break;
+    if (!wanted(entry.info->name)) continue;
+    if (call.json)
+      all.push_back(class_json(*entry.info));
+    else
+      show_class(*entry.info);
+  }
+  for (const Enumeration& each : enumeration_list()) {
+    if (!wanted(each.name)) continue;
+    if (call.json)
+      all.push_back(codes_json(each));
+    else
+      show_codes(each);
   }
   if (call.json) print_json(call.words.empty() ? all : all[0]);
   return kClean;

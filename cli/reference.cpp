@@ -1,5 +1,5 @@
-// Writes the pages of docs/reference/ from the declarations: classes, record files, tables, and the manual page.
-// A test compares them with the ones in the repository; `make reference` brings those up to date.
+// Writes the pages of docs/reference/ from the declarations: classes, enumerations, record files, tables, and the
+// manual page. A test compares them with the ones in the repository; `make reference` brings those up to date.
 
 #include <filesystem>
 #include <fstream>
@@ -9,6 +9,7 @@
 
 #include "cli/command.h"
 #include "cli/words.h"
+#include "project/enumerations.h"
 #include "project/kinds.h"
 #include "project/new_index.h"
 #include "storage/kind.h"
@@ -70,6 +71,18 @@ std::string classes_page() {
       out += row({"`" + signature(m) + "`", m.is_part() ? "`" + std::string(m.owned().info().name) + "`" : type_text(m),
                   std::string(m.unit), notes(m)});
     out += codes(info);
+  }
+  return out;
+}
+
+std::string enumerations_page() {
+  std::string out =
+      "# Enumerations\n\nEvery enumeration with its codes: `tarn.AS_ConstituentMasks.CCM_INPUTMASK` in Python, "
+      "`tarn_describe_code` in C,\n`tarn describe AS_ConstituentMasks` on the command line.\n";
+  for (const Enumeration& each : enumeration_list()) {
+    out += "\n## " + std::string(each.name) + "\n\n| code | name | text |\n| --- | --- | --- |\n";
+    for (const Label& l : each.codes)
+      out += row({std::to_string(l.code), "`" + std::string(l.name) + "`", std::string(l.text)});
   }
   return out;
 }
@@ -239,6 +252,7 @@ int main(int count, char** arguments) {
   const std::filesystem::path folder(arguments[1]);
   std::filesystem::create_directories(folder);
   const std::pair<const char*, std::string> pages[]{{"classes.md", classes_page()},
+                                                    {"enumerations.md", enumerations_page()},
                                                     {"files.md", files_page()},
                                                     {"tables.md", tables_page()},
                                                     {"tarn.1", manual_page()}};

@@ -5,6 +5,7 @@
 
 #include "cli/command.h"
 #include "cli/views/weather_pictures.h"
+#include "platform/file_store.h"
 #include "reflect/json.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/weather_import.h"
@@ -34,8 +35,9 @@ struct Read {
     if (std::error_code none; std::filesystem::is_directory(file, none))
       fail(ErrorNumber::PermissionDenied, file + " is a folder; give a file.");
     imported = import_weather(year, file);
-    if (call.json) return;
-    for (const std::string& note : imported.notes) std::cerr << file << ": " << note << '\n';
+  }
+  void say_notes(const Call& call) const {
+    if (!call.json) print_notes(file, imported.notes);
   }
   bool is_hourly() const { return imported.format == "HW1"; }
 };
@@ -70,7 +72,7 @@ int weather_import(const Call& call) {
   if (read.is_hourly() && verdict.code == kHourlyInvalid.code)
     fail(ErrorNumber::UnknownFormat, read.file + ": " + std::string(verdict.text) + " Nothing was imported.");
   if (read.is_hourly() && !read.imported.notes.empty())
-    fail(ErrorNumber::UnknownFormat, read.file + " is not whole. Nothing was imported.");
+    fail(ErrorNumber::UnknownFormat, read.file + ": " + read.imported.notes.front() + ". Nothing was imported.");
   std::string made = call.output;
   if (made.empty()) {
     COM_ProjectData project;
@@ -87,6 +89,7 @@ int weather_import(const Call& call) {
     check_output(made);
     read.year.Save(made);
   }
+  read.say_notes(call);
   const std::string city = read.year.CityName.trimmed() + ", " + read.year.LocationName.trimmed();
   if (call.json) {
     print_json({{"made", made}, {"format", read.imported.format}, {"city", city}, {"notes", read.imported.notes}});
@@ -109,14 +112,28 @@ Json finding_json(const Finding& finding) {
           {"value", finding.value}};
 }
 
+/// Of the project's design and simulation weather.
+std::vector<std::string> project_faults(const Call& call) {
+  COM_ProjectData project;
+  open_project(project, call, Use::Reading);
+  const std::string file = project.SimWeatherInputsFilename();
+  if (!files().exists(file)) return faults_of(*project.NewWeather(), nullptr);
+  HW1ReaderWriter year;
+  year.Load(file);
+  return faults_of(*project.NewWeather(), &year);
+}
+
 }  // namespace
 
 int weather_check(const Call& call) {
+  const std::vector<std::string> faults = call.words.empty() ? project_faults(call) : std::vector<std::string>();
   const Read read(call);
+  read.say_notes(call);
   const HourlyVerdict verdict = verdict_of(read.year);
   const bool named = !read.is_hourly() || call.words.empty() || HW1ReaderWriter::is_hourly_name(read.file);
   const auto findings = findings_of(read.year);
-  const bool clean = verdict.code == 0 && findings.empty() && (!read.is_hourly() || read.imported.notes.empty());
+  const bool clean =
+      verdict.code == 0 && findings.empty() && faults.empty() && (!read.is_hourly() || read.imported.notes.empty());
   if (call.json) {
     Json list = Json::array();
     for (const Finding& finding : findings) list.push_back(finding_json(finding));
@@ -126,7 +143,8 @@ int weather_check(const Call& call) {
                 {"text", verdict.text},
                 {"name_ends_in_hw1", named},
                 {"notes", read.imported.notes},
-                {"findings", list}});
+                {"findings", list},
+                {"project_files", faults}});
     return clean ? kClean : kFindings;
   }
   std::cout << "content: " << verdict.code << " " << verdict.text << '\n';
@@ -138,12 +156,14 @@ int weather_check(const Call& call) {
               << date_text(finding.day) << " hour " << finding.hour
               << (finding.value.empty() ? "" : ", " + finding.value) << '\n';
   }
+  for (const std::string& fault : faults) std::cout << fault << '\n';
   if (clean) std::cout << "nothing found in 8760 hours\n";
   return clean ? kClean : kFindings;
 }
 
 int weather_show(const Call& call) {
   Read read(call);
+  read.say_notes(call);
   WTH_Stats statistics;
   fill_statistics(statistics, read.year);
   if (call.json) {

@@ -54,7 +54,9 @@ std::vector<Group> all_groups() {
                    "N [ZONE]: sizes, loads and states of the air of air system N, or the loads of one of its zones; "
                    "--svg PICTURE for load profile and psychrometric chart",
                    2, kSvg, results_show}}});
-  all.push_back({"describe", "[CLASS]: the members of the classes", {{"", "", 1, 0, describe_classes}}});
+  all.push_back({"describe",
+                 "[CLASS | ENUMERATION]: the members of the classes, the codes of the enumerations",
+                 {{"", "", 1, 0, describe_classes}}});
   return all;
 }
 

@@ -66,7 +66,7 @@ def make_constructions(project):
             for slot, key in zip(slots, entry["layers"]):
                 fill(built.GetLayer(slot), table["materials"][key])
             built.Absorptivity, built.OutsideSurfaceResistance, built.InsideSurfaceResistance = 0.7, 0.333, 0.685
-            sum_layers(built)
+            built.ComputeSummary()
             saved = built.Save(0)
             assert saved == 0, f"{entry['name']}: return code {saved}"
             print_coefficients(built)
@@ -79,15 +79,6 @@ def fill(layer, material):
         return
     layer.Thickness, layer.Conductivity = material["thickness_in"], material["conductivity"]
     layer.Density, layer.SpecificHeat = material["density"], material["specific_heat"]
-    layer.ThermalResistance = layer.Thickness / 12 / layer.Conductivity
-    layer.Weight = layer.Thickness / 12 * layer.Density
-
-
-def sum_layers(built):
-    """U-value and weight from all ten slots: `Save` keeps what the client sets."""
-    layers = [built.GetLayer(n) for n in range(1, built.LayerCount + 1)]
-    built.OverallUValue = 1 / sum(layer.ThermalResistance for layer in layers)
-    built.OverallWeight = sum(layer.Weight for layer in layers)
 
 
 def print_coefficients(built):

@@ -15,6 +15,8 @@ namespace {
 
 using Rows = std::vector<std::vector<Json>>;
 
+constexpr double kTolerableDeviation = 0.01;  // of a stored U-value from that of the transfer functions
+
 // ---- walls and roofs
 
 /// A stored value and the computed one; both are shown where they differ by more than the rounding of storage.
@@ -39,16 +41,27 @@ void show_layers(CA_ConstructionAssly& construction) {
   std::cout << "inside\n\n";
 }
 
+/// Where a load by the transfer functions is not that of the stored U-value.
+void tell_steady(const CA_ConstructionAssly& construction) {
+  const double steady = construction.steady_u_value();
+  const double off = steady > 0 ? construction.OverallUValue / steady - 1 : 0;
+  if (std::abs(off) <= kTolerableDeviation) return;
+  std::printf(
+      "%-18sThe stored U-value is %.3g %% off that of the transfer functions, %.4g Btu/(hr.ft2.F).\n%-18sSet a "
+      "layer, or call ComputeSummary and Save, to make both agree with the layers.\n",
+      "", off * 100, steady, "");
+}
+
 void show_construction(Database&, StoredEntity& entity) {
   auto& construction = dynamic_cast<CA_ConstructionAssly&>(entity);
   std::cout << construction.Name.trimmed() << "\n\n";
   show_layers(construction);
-  const float resistance = construction.GetTotalThermalResistance();
   const auto real = [](const R4& value) { return shown(to_json(Value(float{value}))); };
   const auto line = [](const char* label, const std::string& text) { std::printf("%-18s%s\n", label, text.c_str()); };
   std::cout.flush();
-  line("U-value", beside(construction.OverallUValue, resistance > 0 ? 1 / double{resistance} : 0, "Btu/(hr.ft2.F)"));
-  line("weight", beside(construction.OverallWeight, construction.GetTotalWeight(), "lb/ft2"));
+  line("U-value", beside(construction.OverallUValue, construction.layers_u_value(), "Btu/(hr.ft2.F)"));
+  tell_steady(construction);
+  line("weight", beside(construction.OverallWeight, construction.layers_weight(), "lb/ft2"));
   line("thickness", shown(to_json(Value(construction.GetTotalThickness()))) + " in");
   line("outside surface", "absorptivity " + real(construction.Absorptivity) + ", color " +
                               std::to_string(construction.Color) + ", resistance " +
@@ -61,8 +74,9 @@ void show_construction(Database&, StoredEntity& entity) {
     terms.push_back({Json(i), Json(double{construction.BTrans(i)}), Json(double{construction.DTrans(i)})});
   print_table({"n", "b", "d"}, terms);
   try {
+    const double error = construction.coefficient_error();  // first, so that its failure breaks no sentence
     std::cout << "The 12 terms differ from the exact response of the layers, to a step and on a sunny day, by at most "
-              << shown(Json(construction.coefficient_error() * 100)) << " %.\n";
+              << shown(Json(error * 100)) << " %.\n";
   } catch (const Error& error) {
     std::cout << "The layers have no transfer functions: " << error.description() << ".\n";
   }

@@ -34,6 +34,7 @@ struct State {
 
 struct Box {
   double left, top, wide, high;
+  Box widened(double by) const { return {left - by, top - by, wide + 2 * by, high + 2 * by}; }
   bool has(Spot s) const { return s.x > left && s.x < left + wide && s.y > top && s.y < top + high; }
   double shared(const Box& other) const {
     const double w = std::min(left + wide, other.left + other.wide) - std::max(left, other.left);
@@ -216,7 +217,7 @@ std::vector<Group> groups_of(const Chart& chart) {
   return all;
 }
 
-constexpr double kLine = 15;
+constexpr double kLine = 15, kGap = 3;
 
 /// The box of a label in a direction from its group, at a distance.
 Box box_at(const Group& group, double angle, double far) {
@@ -243,7 +244,8 @@ double cost_of(const Chart& chart, const std::vector<Group>& groups, const Group
                const Box& box, double far) {
   double cost = far / 10 + (box.wide * box.high - box.shared(chart.frame()));
   for (const Group& other : groups) {
-    if (const double shared = &other == &own ? 0 : box.shared(other.box); shared > 0) cost += 400 + shared;
+    if (const double shared = &other == &own ? 0 : box.widened(kGap).shared(other.box); shared > 0)
+      cost += 400 + shared;
     for (const State* state : other.states) {
       const double near = distance(state->spot, nearest_of(box, state->spot));
       cost += near < 6 ? 400 : &other == &own ? 0 : std::max(0.0, 24 - near) / 2;

@@ -2,15 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
+
+#include "base/decimals.h"
 
 namespace tarn::cli::svg {
 
-std::string number(double value, int decimals) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%.*f", decimals, value);
-  return text;
-}
+std::string number(double value, int decimals) { return decimal_text(value, decimals); }
 
 std::string escaped(const std::string& text) {
   std::string out;

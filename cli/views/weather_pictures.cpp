@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <iostream>
 
+#include "base/decimals.h"
 #include "cli/command.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
@@ -11,15 +12,9 @@
 namespace tarn::cli {
 namespace {
 
-std::string text(const char* form, double value) {
-  char out[32];
-  std::snprintf(out, sizeof out, form, value);
-  return out;
-}
-
-std::string tenths(double value) { return text("%.1f", value); }
-std::string hundredths(double value) { return text("%.2f", value); }
-std::string whole(double value) { return text("%.0f", value); }
+std::string tenths(double value) { return decimal_text(value, 1); }
+std::string hundredths(double value) { return decimal_text(value, 2); }
+std::string whole(double value) { return decimal_text(value, 0); }
 /// In a table, whose texts begin at the left.
 std::string in_column(const std::string& number) {
   return std::string(number.size() < 6 ? 6 - number.size() : 0, ' ') + number;

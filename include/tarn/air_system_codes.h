@@ -262,5 +262,9 @@ enum AS_ConstituentMasks : int32_t {
   CCM_SIMULATIONMASK = -4194304,
   CCM_MASKALL = 134217727
 };
+template <>
+inline constexpr CodeText<AS_ConstituentMasks> code_table<AS_ConstituentMasks>[] = {
+    {CCM_NOTHING, "nothing"},   {CCM_HEADERMASK, "header"},         {CCM_INPUTMASK, "inputs and zones"},
+    {CCM_SIZINGMASK, "sizing"}, {CCM_SIMULATIONMASK, "simulation"}, {CCM_MASKALL, "all sections"}};
 
 }  // namespace tarn

@@ -23,10 +23,11 @@ class BLD_Building final : public CopiedEntity<BLD_Building, SectionEntity> {
   Ptr<BLD_Results> GetBuildingResults() { return shared_part(*this, results_); }
   Ptr<BLD_Profile> GetBuildingProfile(int16_t meter) { return shared_part(*this, profiles_(meter)); }
 
-  /// The general data, and the sections of a `BLD_ConstituentMasks` value or several joined. References of the inputs
-  /// without a link row are cleared, a system's multiplier with it. Errors `NoCurrentRecord`, `FileNotFound`,
-  /// `UnknownFormat`; the object is left as it was.
-  void Load(int32_t Section, int32_t RecordNumber) { load_selected(Section, RecordNumber); }
+  /// The general data, and the sections of a `BLD_ConstituentMasks` value or several joined; where that has neither
+  /// general data nor inputs, Name and Simulated are those of the index row. References of the inputs without a link
+  /// row are cleared, a system's multiplier with it. Errors `NoCurrentRecord`, `FileNotFound`, `UnknownFormat`; the
+  /// object is left as it was.
+  void Load(int32_t Section, int32_t RecordNumber);
   using StoredEntity::Load;  // everything
   /// The general data and the selected sections; the others stay as they are in the file, which is replaced whole. A
   /// save that is not made after calculations marks the building as changed and not simulated. Error `InvalidCall` for

@@ -13,6 +13,13 @@ enum BLD_ConstituentMasks : int32_t {
   FS_POWERPROFILE = 8,
   FS_ALL = 15
 };
+template <>
+inline constexpr CodeText<BLD_ConstituentMasks> code_table<BLD_ConstituentMasks>[] = {
+    {FS_HEADERONLY, "general data"},
+    {FS_STANDARD, "general data and inputs"},
+    {FS_SIMRESULTS, "simulation results"},
+    {FS_POWERPROFILE, "power profiles"},
+    {FS_ALL, "all sections"}};
 
 /// Meters.
 enum class BLD_PowerProfiles : int16_t {

@@ -61,7 +61,8 @@ class CA_Layer final : public Part<LayerRecord> {
   /// The thickness that calculations take, in ft: the inches of the object over 12.
   float ThicknessFeet() const { return ThicknessInches() / 12; }
 
-  /// Resistance and weight from thickness, conductivity and density, where those are there.
+  /// Resistance and weight from thickness, conductivity and density, where those are there. A layer without mass (no
+  /// density, or no specific heat) keeps a resistance that it has: an air space is no slab of its conductivity.
   void derive();
 
   /// A layer's whole content, which moves between slots.
@@ -118,8 +119,14 @@ class CA_ConstructionAssly final : public Entity<CA_ConstructionAssly, Construct
   float GetTotalThickness() const;          // in
   float GetTotalThermalResistance() const;  // hr.ft2.F/Btu
   float GetTotalWeight() const;             // lb/ft2
-  /// Sets OverallUValue and OverallWeight from them.
-  void sum_layers();
+  /// Sets OverallUValue and OverallWeight from the used layers, and the resistance and weight of these first, as
+  /// `CA_Layer::derive`. A slot that is not used becomes as `RemoveLayer` leaves it, with zeros.
+  void ComputeSummary();
+  /// By the used layers as they are now, whatever is stored: Btu/(hr.ft2.F), 0 without resistance; and lb/ft2.
+  double layers_u_value() const;
+  double layers_weight() const;
+  /// What the transfer functions conduct in a steady state, sum b / sum d, in Btu/(hr.ft2.F); 0 where there are none.
+  double steady_u_value() const;
 
  private:
   void before_save(SaveContext& save) override;

@@ -72,6 +72,20 @@ enum PLT_ConstituentMasks : int32_t {
   CCM_SIMULATION_DATA = 448,
   CCM_ALL = 508
 };
+template <>
+inline constexpr CodeText<PLT_ConstituentMasks> code_table<PLT_ConstituentMasks>[] = {
+    {CCM_HEADER, "header"},
+    {CCM_SYSTEM_SELECT, "systems"},
+    {CCM_DETAILS, "details"},
+    {CCM_DESCRIPTIVE_DATA, "systems and details"},
+    {CCM_PLANTSIZING, "sizing"},
+    {CCM_DESPROFILE, "design profile"},
+    {CCM_DESIGN_DATA, "sizing and design profile"},
+    {CCM_UNMETLOADS, "unmet loads"},
+    {CCM_LEEDUNMETLOADS, "unmet hours"},
+    {CCM_HOURLYSIMDATA, "hourly results"},
+    {CCM_SIMULATION_DATA, "unmet loads, unmet hours and hourly results"},
+    {CCM_ALL, "all sections"}};
 
 enum class PLT_ControlTypes : int16_t {
   BelowControls = 0,

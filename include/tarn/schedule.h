@@ -31,7 +31,17 @@ inline constexpr CodeText<SCH_ScheduleTypes> code_table<SCH_ScheduleTypes>[] = {
 };
 
 enum class SCH_OccupancyType : int16_t { SOTV_UNOCCUPIED = 0, SOTV_OCCUPIED = -1 };
+template <>
+inline constexpr CodeText<SCH_OccupancyType> code_table<SCH_OccupancyType>[] = {
+    {SCH_OccupancyType::SOTV_UNOCCUPIED, "unoccupied"}, {SCH_OccupancyType::SOTV_OCCUPIED, "occupied"}};
+
 enum class SCH_TimeOfDayPeriod : int16_t { SRTV_PEAK = 1, SRTV_MID_PEAK, SRTV_NORMAL_PEAK, SRTV_OFF_PEAK };
+template <>
+inline constexpr CodeText<SCH_TimeOfDayPeriod> code_table<SCH_TimeOfDayPeriod>[] = {
+    {SCH_TimeOfDayPeriod::SRTV_PEAK, "peak"},
+    {SCH_TimeOfDayPeriod::SRTV_MID_PEAK, "mid-peak"},
+    {SCH_TimeOfDayPeriod::SRTV_NORMAL_PEAK, "normal peak"},
+    {SCH_TimeOfDayPeriod::SRTV_OFF_PEAK, "off-peak"}};
 
 /// A record of the schedule file.
 struct ScheduleRecord {

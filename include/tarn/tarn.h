@@ -77,8 +77,15 @@ typedef struct tarn_member {
   int32_t type; /* of the property or the result */
   int32_t read_only, by_reference;
   int32_t bound_count, parameter_count;
-  int32_t text_width; /* characters of a stored text, 0 for other values */
+  int32_t text_width;      /* characters of a stored text, 0 for other values */
+  const char* enumeration; /* whose codes the property holds; "" for other values */
 } tarn_member;
+
+typedef struct tarn_code {
+  int32_t value;
+  const char* name;
+  const char* text; /* for a person; may be empty */
+} tarn_code;
 
 /* Classes and their members, in interface order. Names out of range are NULL. */
 TARN_API int32_t tarn_class_count(void);
@@ -88,6 +95,13 @@ TARN_API tarn_status tarn_describe(const char* class_name, int32_t member, tarn_
 TARN_API tarn_status tarn_describe_bounds(const char* class_name, int32_t member, int32_t dimension, tarn_bounds* out);
 TARN_API tarn_status tarn_describe_parameter(const char* class_name, int32_t member, int32_t parameter,
                                              tarn_parameter* out);
+
+/* Enumerations by name, in alphabetical order, and their codes; two names may share a value. Names out of range are
+ * NULL. A property may hold other values than its enumeration has: they are kept as they are. */
+TARN_API int32_t tarn_enumeration_count(void);
+TARN_API const char* tarn_enumeration_name(int32_t number);
+TARN_API int32_t tarn_code_count(const char* enumeration); /* -1: no such enumeration */
+TARN_API tarn_status tarn_describe_code(const char* enumeration, int32_t code, tarn_code* out);
 
 /* Objects. */
 TARN_API tarn_status tarn_create(const char* class_name, tarn_object** out);
@@ -134,6 +148,40 @@ TARN_API void tarn_set_log(tarn_log log, void* context);
 typedef void (*tarn_yield)(void* context);
 TARN_API void tarn_set_yield(tarn_yield yield, void* context);
 
+/* The services of the host program on this thread, each of which replaces the product's own; NULL keeps that one, and a
+ * null table brings all back. Texts that a service returns are read at once; NULL makes the operation fail. */
+typedef struct tarn_host {
+  void* context;
+  const char* (*normalise_path)(void* context, const char* path); /* absolute, without dots; "" stays "" */
+  const char* (*directory_form)(void* context, const char* path); /* ends in one separator; "" stays "" */
+  const char* (*copy_name)(void* context, const char* name);      /* of a copy, from the original's */
+  /* The open handle of the database in a file, as tarn_open_database gives it; it stays the client's to release. */
+  tarn_object* (*database)(void* context, const char* path);
+} tarn_host;
+TARN_API tarn_status tarn_set_host(const tarn_host* services);
+
+/* Files of the client's own instead of the operating system's, for every record file of this thread; a null table
+ * brings those back. All functions are needed. Where nothing else is said they return 0 for success; anything else
+ * makes the operation fail. Set it while no file is open and no transaction runs. The index database is no record file.
+ */
+typedef struct tarn_files {
+  void* context;
+  int32_t (*exists)(void* context, const char* path); /* 1 or 0; of a folder too */
+  /* Mode 0 to read, 1 to write, 2 to write and create. `file` receives what stands for the file, NULL for a missing
+   * one that is not to be created. */
+  int32_t (*open)(void* context, const char* path, int32_t mode, void** file);
+  void (*close)(void* context, void* file);
+  int64_t (*read)(void* context, void* file, uint64_t offset, void* data, size_t bytes); /* bytes read, -1 on failure */
+  int32_t (*write)(void* context, void* file, uint64_t offset, const void* data, size_t bytes);
+  int64_t (*size)(void* context, void* file); /* -1 on failure */
+  int32_t (*truncate)(void* context, void* file, uint64_t size);
+  int32_t (*sync)(void* context, void* file);                         /* returns when the bytes are safe */
+  int32_t (*remove)(void* context, const char* path);                 /* a missing file is no failure */
+  int32_t (*rename)(void* context, const char* from, const char* to); /* a file of the new name is gone */
+  int32_t (*sync_folder)(void* context, const char* folder);
+} tarn_files;
+TARN_API tarn_status tarn_set_files(const tarn_files* files);
+
 /* Full path of a data file that the product ships: "chillers.dat", a record for each chiller type; "plant.dat", the
  * default plant. NULL where it is not found; the error says where it was looked for. Valid until the next call. */
 TARN_API const char* tarn_shipped_file(const char* name);
@@ -146,7 +194,7 @@ TARN_API tarn_status tarn_import_chiller(tarn_object* chiller, const char* path,
 
 /* Makes a new index database with every table, which a client does first; an existing file is refused. */
 TARN_API tarn_status tarn_create_index(const char* path);
-/* The shared handle of an existing index database, for SetDBHandle. */
+/* The product's own shared handle of an existing index database, for SetDBHandle. */
 TARN_API tarn_status tarn_open_database(const char* path, tarn_object** out);
 /* Statements of the client's own; the rows changed come back. Values are bound to the '?' of the statement. Those that
  * begin or end a transaction, attach a database or change a setting are refused, here and in tarn_query: use

@@ -88,12 +88,13 @@ class WTH_Weather final : public Object, public DesignWeather, public Simulation
   Ptr<Database> GetDBHandle() const { return database_; }
   void SetDBHandle(Ptr<Database> DB) { database_ = std::move(DB); }
 
-  /// What the files lack reads as zeros. Where a file is empty, the city's name is that of the index row. Error
+  /// What the files lack reads as zeros. Where a file is empty or not there, the city's name is that of the
+  /// index row; no file is made. Error
   /// `NoCurrentRecord` for a table without its row.
   void Load();
-  /// Design weather, simulation weather, then the changed flags of every system, plant and building: each in a
-  /// transaction of its own, so that a failure leaves the steps before it done. Error `NoCurrentRecord` for a table
-  /// without its row.
+  /// Design weather (its index row has city and state, or the city alone), simulation weather, then the changed flags
+  /// of every system, plant and building: each in a transaction of its own, so that a failure leaves the steps before
+  /// it done. Error `NoCurrentRecord` for a table without its row.
   void Save();
   /// A copy with the same database handle and weather, but without file names: the client sets those.
   Ptr<WTH_Weather> Clone() const;

@@ -17,9 +17,10 @@ import types
 
 from . import _library as _c
 from . import _objects
+from ._enumerations import enumerations as _enumerations
 from ._library import Error
 
-__all__ = ["Error", "classes", "create_index", "import_chiller", "members", "on_log", "on_yield", "open_database", "open_file", "shipped_file", "transaction"]
+__all__ = ["Error", "classes", "create_index", "enumerations", "import_chiller", "members", "on_log", "on_yield", "open_database", "open_file", "shipped_file", "transaction"]
 
 on_yield = None  # called, without arguments, by long calculations, so that a user interface can handle its pending events
 on_log = None  # a handler of log entries; unset, they go to logging.getLogger("tarn")
@@ -56,8 +57,14 @@ def classes():
     return [name for name in _objects.classes if name != "Database"]
 
 
+def enumerations():
+    """The names of all enumerations: `tarn.BLD_EnergyCategories.EC_HVAC_ELECTRIC` is an int with a `text`."""
+    return list(_enumerations)
+
+
 def members(class_name):
-    """The members of a class in interface order: name, kind, type, bounds, read_only, by_reference, parameters, unit."""
+    """The members of a class in interface order: name, kind, type, bounds, read_only, by_reference, parameters, unit,
+    enumeration (whose codes it holds, or None)."""
     found = _objects.find_class(class_name)
     if found is None:
         raise Error(429, "", f"There is no class {class_name}; tarn.classes() lists them.")
@@ -132,4 +139,6 @@ def __getattr__(name):
     found = _objects.find_class(name)
     if found is not None:
         return found
+    if name in _enumerations:
+        return _enumerations[name]
     raise AttributeError(f"module 'tarn' has no attribute '{name}'")

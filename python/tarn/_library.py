@@ -42,7 +42,11 @@ class Parameter(ctypes.Structure):
 class Member(ctypes.Structure):
     _fields_ = [("name", ctypes.c_char_p), ("unit", ctypes.c_char_p), ("kind", ctypes.c_int32), ("type", ctypes.c_int32),
                 ("read_only", ctypes.c_int32), ("by_reference", ctypes.c_int32), ("bound_count", ctypes.c_int32),
-                ("parameter_count", ctypes.c_int32), ("text_width", ctypes.c_int32)]
+                ("parameter_count", ctypes.c_int32), ("text_width", ctypes.c_int32), ("enumeration", ctypes.c_char_p)]
+
+
+class Code(ctypes.Structure):
+    _fields_ = [("value", ctypes.c_int32), ("name", ctypes.c_char_p), ("text", ctypes.c_char_p)]
 
 
 ValuePointer = ctypes.POINTER(Value)
@@ -61,6 +65,10 @@ _SIGNATURES = {
     "describe": (_int, [_text, _int, ctypes.POINTER(Member)]),
     "describe_bounds": (_int, [_text, _int, _int, ctypes.POINTER(Bounds)]),
     "describe_parameter": (_int, [_text, _int, _int, ctypes.POINTER(Parameter)]),
+    "enumeration_count": (_int, []),
+    "enumeration_name": (_text, [_int]),
+    "code_count": (_int, [_text]),
+    "describe_code": (_int, [_text, _int, ctypes.POINTER(Code)]),
     "create": (_int, [_text, ctypes.POINTER(_object)]),
     "release": (_int, [_object]),
     "class_of": (_text, [_object]),

@@ -22,6 +22,7 @@ class Member:
         self.name, self.unit = raw.name.decode(), raw.unit.decode()
         self.kind, self.type = c.KIND_NAMES[raw.kind], c.TYPE_NAMES[raw.type]
         self.type_code = raw.type
+        self.enumeration = raw.enumeration.decode() or None
         self.read_only, self.by_reference = bool(raw.read_only), bool(raw.by_reference)
         self.bounds = [self._part(class_name, c.Bounds, c.library.tarn_describe_bounds, i) for i in range(raw.bound_count)]
         self.bounds = [(b.first, b.last) for b in self.bounds]

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 
 #include "tarn/reflect/describe.h"
 
@@ -103,11 +104,27 @@ const ClassInfo& AS_FanPowerAdjustment::info() const {
   using C = AS_FanPowerAdjustment;
   static constexpr auto members =
       describe<C>(Failures::Raised, property<&C::ID>, property<&C::Description>,
-                  property<&C::AppliesToCurrentEnergyStd>, property<&C::DefaultValue>("in. w.c."),
-                  property<&C::Editable>, property<&C::AutomaticallySelected>, property<&C::IsCredit>,
+                  property<&C::AppliesToCurrentEnergyStd>, property<&C::DefaultValue, &C::SetDefaultValue>("in. w.c."),
+                  property<&C::Editable>, property<&C::AutomaticallySelected>, property<&C::IsCredit, &C::SetIsCredit>,
                   property<&C::IsDeduction>, property<&C::MinLimit>("in. w.c."), property<&C::MaxLimit>("in. w.c."));
   static const ClassInfo info(members);
   return info;
+}
+
+void AS_FanPowerAdjustment::SetDefaultValue(float value) {
+  if (!allows(value)) {
+    char text[160];
+    std::snprintf(text, sizeof text, "Invalid value for DefaultValue: %g; a %s lies within %g to %g in. w.c.",
+                  static_cast<double>(value), is_credit_ ? "credit" : "deduction", static_cast<double>(MinLimit()),
+                  static_cast<double>(MaxLimit()));
+    fail(ErrorNumber::InvalidCall, text);
+  }
+  value_ = value;
+}
+
+void AS_FanPowerAdjustment::SetIsCredit(bool credit) {
+  is_credit_ = credit;
+  if (!allows(value_)) value_ = 0;
 }
 
 const ClassInfo& AS_FanPowerAdjustments::info() const {
@@ -128,10 +145,10 @@ void AS_FanPowerAdjustments::Setup(PRF_EnergyStandards energyStd) {
     item->ID = row.factor;
     item->Description = newest && !row.description_2013.empty() ? row.description_2013 : row.description;
     item->AppliesToCurrentEnergyStd = use != None;
-    item->DefaultValue = use != None ? row.value : 0.0F;
+    item->SetIsCredit(row.side == Credit);
+    item->SetDefaultValue(use != None ? row.value : 0.0F);
     item->Editable = use == Open;
     item->AutomaticallySelected = use != None && row.automatic;
-    item->IsCredit = row.side == Credit;
     items_.push_back(std::move(item));
   }
 }

@@ -17,14 +17,24 @@ class AS_FanPowerAdjustment final : public Object {
   AS_AFactors ID{};
   std::string Description;
   bool AppliesToCurrentEnergyStd = false;
-  float DefaultValue = 0;  // in. w.c.; a deduction's is negative
   bool Editable = false;
   bool AutomaticallySelected = false;  // the system's own components decide it
-  bool IsCredit = true;
 
-  bool IsDeduction() const { return !IsCredit; }
-  float MinLimit() const { return IsCredit ? 0.0F : -20.0F; }
-  float MaxLimit() const { return IsCredit ? 20.0F : 0.0F; }
+  /// In in. w.c., from `MinLimit` to `MaxLimit`. Error `InvalidCall` for another, and the old value stays.
+  float DefaultValue() const { return value_; }
+  void SetDefaultValue(float value);
+  /// A value that the other side cannot have becomes 0.
+  bool IsCredit() const { return is_credit_; }
+  void SetIsCredit(bool credit);
+  bool IsDeduction() const { return !is_credit_; }
+  float MinLimit() const { return is_credit_ ? 0.0F : -20.0F; }
+  float MaxLimit() const { return is_credit_ ? 20.0F : 0.0F; }
+
+ private:
+  bool allows(float value) const { return value >= MinLimit() && value <= MaxLimit(); }
+
+  float value_ = 0;
+  bool is_credit_ = true;
 };
 
 class AS_FanPowerAdjustments final : public Object {

@@ -82,6 +82,14 @@ const SectionForm& BLD_Building::form() {
   return form;
 }
 
+void BLD_Building::Load(int32_t Section, int32_t RecordNumber) {
+  load_selected(Section, RecordNumber);
+  if ((Section & FS_STANDARD) != 0) return;
+  Recordset row = row_of(static_cast<int16_t>(RecordNumber));
+  store_name(row.Fields("szName").text());
+  general_.Simulated = row.Fields("bSimulated").integer() != 0;
+}
+
 /// A system's multiplier goes with it.
 void BLD_Building::close_up(const std::vector<ClearedReference>& cleared, Sections /*sections*/) {
   for (const ClearedReference& reference : cleared) {

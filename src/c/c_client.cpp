@@ -5,6 +5,7 @@
 #include "c/c_support.h"
 #include "platform/binary_file.h"
 #include "platform/host.h"
+#include "project/enumerations.h"
 #include "project/new_index.h"
 #include "project/shipped.h"
 #include "tarn/base/log.h"
@@ -74,6 +75,7 @@ int32_t tarn_member_count(const char* class_name) {
 tarn_status tarn_describe(const char* class_name, int32_t number, tarn_member* out) {
   return guarded(thread_error, [&] {
     const Member& m = member_at(class_info(required_text(class_name)), number);
+    const Enumeration* codes = enumeration_of(m.labels);
     required(out) = {m.name.data(),
                      m.unit.data() ? m.unit.data() : "",
                      static_cast<int32_t>(m.kind),
@@ -82,7 +84,8 @@ tarn_status tarn_describe(const char* class_name, int32_t number, tarn_member* o
                      m.by_reference,
                      static_cast<int32_t>(m.bounds.size()),
                      static_cast<int32_t>(m.parameters().size()),
-                     static_cast<int32_t>(m.width())};
+                     static_cast<int32_t>(m.width()),
+                     codes ? codes->name.data() : ""};
   });
 }
 
@@ -102,6 +105,29 @@ tarn_status tarn_describe_parameter(const char* class_name, int32_t number, int3
       bad_argument("There is no such parameter.");
     const Parameter& p = m.parameters()[static_cast<size_t>(parameter)];
     required(out) = {p.name.data(), static_cast<int32_t>(p.type), p.optional, p.by_reference, p.in_out};
+  });
+}
+
+int32_t tarn_enumeration_count(void) { return static_cast<int32_t>(enumeration_list().size()); }
+
+const char* tarn_enumeration_name(int32_t number) {
+  return number < 0 || number >= tarn_enumeration_count() ? nullptr
+                                                          : enumeration_list()[static_cast<size_t>(number)].name.data();
+}
+
+int32_t tarn_code_count(const char* enumeration) {
+  const Enumeration* found = enumeration ? find_enumeration(enumeration) : nullptr;
+  return found ? static_cast<int32_t>(found->codes.size()) : -1;
+}
+
+tarn_status tarn_describe_code(const char* enumeration, int32_t code, tarn_code* out) {
+  return guarded(thread_error, [&] {
+    const Enumeration* found = find_enumeration(required_text(enumeration));
+    if (!found) bad_argument("There is no enumeration " + std::string(enumeration) + ".");
+    if (code < 0 || static_cast<size_t>(code) >= found->codes.size())
+      bad_argument(std::string(found->name) + " has " + std::to_string(found->codes.size()) + " codes.");
+    const Label& label = found->codes[static_cast<size_t>(code)];
+    required(out) = {label.code, label.name.data(), label.text.data()};
   });
 }
 
@@ -139,7 +165,7 @@ tarn_status tarn_create_index(const char* path) {
 }
 
 tarn_status tarn_open_database(const char* path, tarn_object** out) {
-  return guarded(thread_error, [&] { required(out) = new_handle(host().database(required_text(path))); });
+  return guarded(thread_error, [&] { required(out) = new_handle(standard_host().database(required_text(path))); });
 }
 
 tarn_status tarn_execute(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,

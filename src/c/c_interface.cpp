@@ -64,7 +64,7 @@ class Block {
 
   void get(char* data) const {
     if (moves_whole()) {
-      std::memcpy(data, place(), member_.elements() * width_);
+      std::memcpy(data, place(&Member::get_label), member_.elements() * width_);
       return;
     }
     Value value;
@@ -79,7 +79,7 @@ class Block {
   void let(const char* data) {
     if (member_.read_only) fail(ErrorNumber::NoSuchMember, std::string(member_.name) + " is read-only.");
     if (moves_whole()) {
-      std::memcpy(place(), data, member_.elements() * width_);
+      std::memcpy(place(&Member::let_label), data, member_.elements() * width_);
       return;
     }
     std::vector<char> before(member_.elements() * width_);
@@ -95,11 +95,11 @@ class Block {
  private:
   /// A scaled number's steps are not its value.
   bool moves_whole() const { return member_.in_place() && member_.field()->wire != Wire::Scaled; }
-  std::byte* place() const {
+  std::byte* place(std::string (Member::*label)() const) const {
     try {
       return member_.place(object_);
     } catch (Error& error) {
-      if (error.source().empty()) error.set_source(std::string(object_.info().name) + "." + std::string(member_.name));
+      if (error.source().empty()) error.set_source(source_of(object_.info(), (member_.*label)()));
       throw;
     }
   }

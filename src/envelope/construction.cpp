@@ -130,7 +130,7 @@ const ClassInfo& CA_ConstructionAssly::info() const {
       method<&C::Delete>("nRecNum"), method<&C::Load>("nRecNum"),
       method<static_cast<void (C::*)(CA_ReturnCodes&)>(&C::Save)>("ReturnCode"), method<&C::CreateDefault>,
       method<&C::InsertLayer>("nInsertAt"), method<&C::RemoveLayer>("nRemoveAt"), method<&C::IsNameUnique>("sName"),
-      event<&C::OnUpdateDependencies>("OverrideDefault"));
+      event<&C::OnUpdateDependencies>("OverrideDefault"), method<&C::ComputeSummary>);
   static const ClassInfo info(members);
   return info;
 }
@@ -237,18 +237,21 @@ void CA_ConstructionAssly::before_save(SaveContext& save) {
   if (const std::string failure = generate(); !failure.empty()) throw GenerationFailed(named(), failure);
 }
 
-/// Coefficients that come with the layers stay where they belong to them, whoever made them.
+/// Coefficients that come with the layers are kept where they fit the layers, whoever computed them. Layers without
+/// transfer functions have none, whatever came with them.
 void CA_ConstructionAssly::keep_given_coefficients() {
+  double error = HUGE_VAL;
   try {
-    const double error = coefficient_error();
-    if (error <= kTolerableError) return;
-    generate();
-    if (error < HUGE_VAL)
-      log().message(named() + ": its coefficients were " + text_of(error * 100, "%.2g") +
-                    " % off the response of its layers, and are computed anew.");
-  } catch (const Error& failure) {
-    log().message(named() + " has no transfer functions: " + failure.description() + ". It is kept as it is.");
+    error = coefficient_error();
+  } catch (const Error&) {  // `generate` tells why
   }
+  if (error <= kTolerableError) return;
+  const std::string failure = generate();
+  if (!failure.empty())
+    log().message(named() + " has no transfer functions: " + failure + ". Its coefficients are 0.");
+  else if (error < HUGE_VAL)
+    log().message(named() + ": its coefficients were " + text_of(error * 100, "%.2g") +
+                  " % off the response of its layers, and are computed anew.");
 }
 
 void CA_ConstructionAssly::Save(CA_ReturnCodes& ReturnCode) {
@@ -299,14 +302,51 @@ float CA_ConstructionAssly::GetTotalWeight() const {
 
 void CA_Layer::derive() {
   if (!(Thickness > 0)) return;
-  if (Conductivity > 0) ThermalResistance = ThicknessFeet() / Conductivity;
+  const bool has_mass = Density > 0 && SpecificHeat > 0;
+  if (Conductivity > 0 && (has_mass || ThermalResistance == 0)) ThermalResistance = ThicknessFeet() / Conductivity;
   if (Density > 0) Weight = ThicknessFeet() * Density;
 }
 
-void CA_ConstructionAssly::sum_layers() {
-  const float resistance = GetTotalThermalResistance();
-  OverallUValue = resistance > 0 ? 1 / resistance : 0;
-  OverallWeight = GetTotalWeight();
+namespace {
+
+template <typename F>
+double used_total(const std::array<CA_Layer, CA_ConstructionAssly::kLayers>& layers, F value) {
+  double sum = 0;
+  for (const CA_Layer& each : layers) {
+    if (each.LayerUsed) sum += double{value(each)};
+  }
+  return sum;
+}
+
+}  // namespace
+
+double CA_ConstructionAssly::layers_u_value() const {
+  const double resistance = used_total(layers_, [](const CA_Layer& l) { return float{l.ThermalResistance}; });
+  return resistance > 0 ? 1 / resistance : 0;
+}
+
+double CA_ConstructionAssly::layers_weight() const {
+  return used_total(layers_, [](const CA_Layer& l) { return float{l.Weight}; });
+}
+
+double CA_ConstructionAssly::steady_u_value() const {
+  double b = 0, d = 0;
+  for (int i = 1; i <= CoeffUBound(); ++i) {
+    b += double{BTrans(i)};
+    d += double{DTrans(i)};
+  }
+  return d > 0 ? b / d : 0;
+}
+
+void CA_ConstructionAssly::ComputeSummary() {
+  for (CA_Layer& each : layers_) {
+    if (each.LayerUsed)
+      each.derive();
+    else
+      each.set_content(fresh_layer("Not used", false));
+  }
+  OverallUValue = static_cast<float>(layers_u_value());
+  OverallWeight = static_cast<float>(layers_weight());
 }
 
 }  // namespace tarn

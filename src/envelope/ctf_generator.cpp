@@ -55,7 +55,9 @@ SlabResponse CTFCG::response(const std::function<void()>& yield) const {
   std::vector<SlabLayer> slab;
   for (const Layer& layer : layers_) {
     if (yield) yield();
-    if (layer.used) slab.push_back(slab_layer(layer));
+    if (!layer.used) continue;
+    slab.push_back(slab_layer(layer));
+    slab.back().slot = layer.slot;
   }
   if (slab.empty()) fail(ErrorNumber::InvalidCall, "no layer is used");
   return slab_response(slab);

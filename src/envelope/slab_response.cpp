@@ -35,7 +35,7 @@ struct Sinc {
 SlabMarch march(std::span<const SlabLayer> layers, double beta) {
   SlabMarch m{0, 1, 0, 0};
   for (size_t i = layers.size(); i-- > 0;) {
-    const auto [r, c] = layers[i];
+    const double r = layers[i].resistance, c = layers[i].capacity;
     const Sinc f(beta * r * c);
     // The layer's matrix is [cos x, R sinc x; -beta C sinc x, cos x] with x^2 = beta R C.
     const double cosine_slope = r * c * f.sinc / 2;
@@ -58,7 +58,7 @@ RootSearch::Point RootSearch::at(double beta) {
   bool positive = true;
   int zeros = 0;
   for (size_t i = layers_.size(); i-- > 0;) {
-    const auto [r, c] = layers_[i];
+    const double r = layers_[i].resistance, c = layers_[i].capacity;
     int half_waves = 0;
     const double t_before = t;
     if (c > 0) {
@@ -139,6 +139,17 @@ double overall_conductance(std::span<const SlabLayer> layers) {
   return conductance;
 }
 
+[[noreturn]] void refuse_heavy(std::span<const SlabLayer> layers, double roots) {
+  const auto heaviest = std::max_element(layers.begin(), layers.end(), [](const SlabLayer& a, const SlabLayer& b) {
+    return a.resistance * a.capacity < b.resistance * b.capacity;
+  });
+  fail(ErrorNumber::InvalidCall,
+       "the layers are too heavy: their response has " +
+           (roots < 1e6 ? std::to_string(static_cast<int>(roots)) : std::string("more than a million")) +
+           " roots, and at most " + std::to_string(kMostRoots) + " can be; make layer " +
+           std::to_string(heaviest->slot) + ", the heaviest, thinner");
+}
+
 }  // namespace
 
 SlabResponse slab_response(std::span<const SlabLayer> layers) {
@@ -146,11 +157,10 @@ SlabResponse slab_response(std::span<const SlabLayer> layers) {
   const double bound = -std::log(kSmallestFactor);
   RootSearch search(layers);
   double half_waves = 0;  // of all layers together: there are at least so many roots, less one for each layer
-  for (const auto& [r, c] : layers) half_waves += std::sqrt(bound * r * c) / kPi;
+  for (const SlabLayer& layer : layers) half_waves += std::sqrt(bound * layer.resistance * layer.capacity) / kPi;
   const double count = half_waves < 1e6 ? search.count(bound) : half_waves;
   if (!(count <= kMostRoots)) {
-    fail(ErrorNumber::InvalidCall, "the layers are too heavy: more than " + std::to_string(kMostRoots) +
-                                       " roots are needed; make the construction thinner");
+    refuse_heavy(layers, count);
   }
   out.roots = search.roots_below(bound);
   // The matrix has determinant 1: A D - B C = 1, so that A = 1 / D where B = 0. A turned slab has A for D.

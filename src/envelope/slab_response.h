@@ -14,6 +14,7 @@ namespace tarn {
 struct SlabLayer {
   double resistance;  // hr.ft2.F/Btu
   double capacity;    // Btu/(ft2.F)
+  int slot = 0;       // of the construction, for messages
 };
 
 /// The transmission matrix [A, B; C, D] of a slab at s = -beta marched from the inside face (temperature 0, flux 1) to

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <optional>
 
+#include "base/decimals.h"
 #include "plant/chiller_map.h"
 #include "reflect/json_text.h"
 #include "tarn/base/error.h"
@@ -17,11 +18,10 @@ using Json = nlohmann::json;
 
 constexpr double kBtuhPerTon = 12000, kEerPerCop = 3.412142;
 
-/// "+0.6 %": how far the map lies from what is stated.
+/// "+0.6 %", "0.0 %": how far the map lies from what is stated.
 std::string deviation(double map, double stated) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%+.1f %%", 100 * (map / stated - 1));
-  return text;
+  const std::string percent = decimal_text(100 * (map / stated - 1), 1);
+  return (percent.starts_with('-') || percent == "0.0" ? "" : "+") + percent + " %";
 }
 
 double positive_at(const Json& group, const char* key) {

@@ -53,7 +53,7 @@ const ClassInfo& PLT_Configuration::info() const {
                   property<&R::SizingFactor>("%"), property<&R::DesignCapacity>, property<&R::ControlType>,
                   property<&R::LowLoadLimit>("%"), property<&R::HighLoadLimit>("%"), property<&R::DistSystemType>,
                   property<&R::DesignLWT>("F"), property<&R::DesignDeltaT>("F"), property<&R::LWTControl>,
-                  property<&R::ResetLWT>("F"), property<&R::ResetStart>, property<&R::ResetEnd>, property<&C::Name>);
+                  property<&R::ResetLWT>("F"), property<&R::ResetStart>, property<&R::ResetEnd>);
   static const ClassInfo info(members);
   return info;
 }

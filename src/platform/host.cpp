@@ -41,9 +41,12 @@ Ptr<Database> shared_database(const std::string& path) {
 
 }  // namespace
 
+Host standard_host() {
+  return {normalise, directory, shared_database, [](const std::string& name) { return "Copy of " + name; }};
+}
+
 Host& host() {
-  thread_local Host services{normalise, directory, shared_database,
-                             [](const std::string& name) { return "Copy of " + name; }};
+  thread_local Host services = standard_host();
   return services;
 }
 

@@ -26,6 +26,8 @@ struct Host {
   std::function<void()> yield = [] {};
 };
 
+/// The product's own services.
+Host standard_host();
 /// This thread's services.
 Host& host();
 

@@ -28,10 +28,6 @@ bool fill(StoredEntity& entity, const EntityKind& kind) {
   if (!in_table && !kind.standard) return false;
   if (kind.standard) kind.standard(entity);
   if (in_table) set_fields_from_json(entity, table().at(std::string(kind.section)).at("values"));
-  for (const Member& member : entity.info().members) {
-    for (int number = 1; kind.derive && member.is_part() && number <= member.part_count(entity); ++number)
-      kind.derive(member.part(entity, number));
-  }
   if (kind.compute) kind.compute(entity);
   return true;
 }

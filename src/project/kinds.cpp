@@ -96,8 +96,6 @@ void standard_plant(StoredEntity& entity) {
   plant.DefFileName = own;
 }
 
-void derived(Object& part) { dynamic_cast<CA_Layer&>(part).derive(); }
-
 /// All sections of an air system count from the start.
 void select_all(Object& system) {
   constexpr int32_t kAll = 0x7FFFFFF;
@@ -118,7 +116,7 @@ constexpr EntityKind kind_of(EntityKind row) {
 }
 
 constexpr auto kPerformance = computed<WIN_Window, &WIN_Window::CalculatePerformance>;
-constexpr auto kLayerSums = computed<CA_ConstructionAssly, &CA_ConstructionAssly::sum_layers>;
+constexpr auto kLayerSummary = computed<CA_ConstructionAssly, &CA_ConstructionAssly::ComputeSummary>;
 constexpr EntityKind kKinds[]{
     kind_of<WIN_Window>({.group = "windows",
                          .one = "window",
@@ -133,15 +131,13 @@ constexpr EntityKind kKinds[]{
                                    .factory = "NewWall",
                                    .file = {"WallFilename", "WAL.DAT"},
                                    .section = "CA_ConstructionAssly.Wall",
-                                   .derive = derived,
-                                   .compute = kLayerSums}),
+                                   .compute = kLayerSummary}),
     kind_of<CA_ConstructionAssly>({.group = "roofs",
                                    .one = "roof",
                                    .factory = "NewRoof",
                                    .file = {"RoofFilename", "ROF.DAT"},
                                    .section = "CA_ConstructionAssly.Roof",
-                                   .derive = derived,
-                                   .compute = kLayerSums}),
+                                   .compute = kLayerSummary}),
     kind_of<SCH_Schedule>(
         {.group = "schedules", .one = "schedule", .factory = "NewSchedule", .file = {"ScheduleFilename", "SCH.DAT"}}),
     kind_of<SPC_Space>(

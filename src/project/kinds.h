@@ -29,7 +29,6 @@ struct EntityKind {
                                                                   // types
   void (*standard)(StoredEntity&) = nullptr;  // fills the default of a new project from what the product ships; null
                                               // where the table of default records has it, or none is kept
-  void (*derive)(Object&) = nullptr;          // what follows inside a part, after an edit of it
   void (*compute)(StoredEntity&) = nullptr;   // what follows from the inputs, after an edit
   std::string_view class_name = {};
   ObjectPtr (*create)() = nullptr;

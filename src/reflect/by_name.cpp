@@ -5,10 +5,10 @@
 namespace tarn {
 namespace {
 
-/// Called in a catch block: logs for a trapping class, else throws on with "Class.Member" as the source.
-void settle(const ClassInfo& info, const Member& member, std::string_view label) {
+/// Called in a catch block: logs for a trapping class, else throws on with the class and the label as the source.
+void settle(const ClassInfo& info, std::string_view label) {
   if (info.failures == Failures::Trapped) return log_current_exception(info.name, label);
-  const std::string source = std::string(info.name) + "." + std::string(member.name);
+  const std::string source = source_of(info, label);
   try {
     throw;
   } catch (Error& error) {
@@ -33,6 +33,10 @@ void check_call(const ClassInfo& info, const Member& member, MemberKind kind, si
 }
 
 }  // namespace
+
+std::string source_of(const ClassInfo& info, std::string_view label) {
+  return std::string(info.name) + "." + std::string(label);
+}
 
 Value empty_value(ValueType type) {
   switch (type) {
@@ -62,7 +66,7 @@ void get_property(Object& object, const Member& member, Subscripts subscripts, V
   try {
     member.get(object, subscripts, out);
   } catch (const std::exception&) {
-    settle(object.info(), member, member.get_label());
+    settle(object.info(), member.get_label());
     out = empty_value(member.type);
   }
 }
@@ -76,7 +80,7 @@ void let_property(Object& object, const Member& member, Subscripts subscripts, c
   try {
     member.let(object, subscripts, value);
   } catch (const std::exception&) {
-    settle(object.info(), member, member.let_label());
+    settle(object.info(), member.let_label());
   }
 }
 
@@ -100,7 +104,7 @@ void call_method(Object& object, const Member& member, std::vector<Value>& argum
   try {
     member.call(object, arguments, result);
   } catch (const std::exception&) {
-    settle(info, member, member.call_label());
+    settle(info, member.call_label());
   }
 }
 

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/nearest.h"
+#include "reflect/allowed.h"
 #include "reflect/json_text.h"
 #include "tarn/base/value.h"
 
@@ -91,9 +92,8 @@ Json code_json(std::span<const Label> labels, const Json& json) {
   fail(ErrorNumber::TypeMismatch, "found \"" + word + "\"; " + did_you_mean(word, words));
 }
 
-using Let = void (Member::*)(Object&, Subscripts, const Value&) const;
-
-void set_element(Object& object, const Member& member, const Json& json, Subscripts at, Let let) {
+void set_element(Object& object, const Member& member, const Json& json, Subscripts at, Given given) {
+  const auto let = given == Given::WithRecord ? &Member::let_stored : &Member::let;
   if (member.width() > 0 && json.is_null()) return (member.*let)(object, at, std::string(member.width(), '\0'));
   const Value value = from_json(member.labels.empty() ? json : code_json(member.labels_of(object), json), member.type);
   if (const auto* text = std::get_if<std::string>(&value);
@@ -103,6 +103,7 @@ void set_element(Object& object, const Member& member, const Json& json, Subscri
                                           std::to_string(member.width()));
     }
   }
+  check_allowed(object, member, value, given);
   (member.*let)(object, at, value);
 }
 
@@ -278,7 +279,7 @@ void set_from_json(Object& object, const Member& property, const Json& json) {
     Json copy = json;
     std::vector<int> at;
     nest(property, copy, at,
-         [&](Json& element, Subscripts place) { set_element(object, property, element, place, &Member::let_stored); });
+         [&](Json& element, Subscripts place) { set_element(object, property, element, place, Given::WithRecord); });
   });
 }
 
@@ -288,7 +289,7 @@ void set_from_json(Object& object, const Member& property, Subscripts at, const 
       fail(ErrorNumber::WrongArgumentCount,
            "found " + std::to_string(at.size()) + " subscripts, wanted " + std::to_string(property.bounds.size()));
     }
-    set_element(object, property, json, at, &Member::let);
+    set_element(object, property, json, at, Given::Alone);
   });
 }
 

@@ -37,7 +37,7 @@ struct FieldSetting {
 void set_fields_from_json(Object& object, const nlohmann::ordered_json& json, const FieldSetting& how = {});
 
 /// Sets a property from JSON. A text that is too long, a number that does not fit and a wrong shape are refused, and
-/// the message names class, property and what is allowed. A code that its enumeration has not is kept, as in a file.
+/// the message names class, property and what is allowed; so is a value that cannot be, as `check_allowed` says.
 void set_from_json(Object& object, const Member& property, const nlohmann::ordered_json& json);
 /// As a client sets one element of an indexed property, or a plain property: by its rule, where it has one.
 void set_from_json(Object& object, const Member& property, Subscripts at, const nlohmann::ordered_json& json);

@@ -84,6 +84,10 @@ void ADL_AirSystemDesign::Load() {
   if (const uint64_t size = files().size(path), expected = size_of(all); size != expected) {
     size_t spaces = 0;
     for (const auto& zone : dl_zones_.items) spaces += zone->spaces().size();
+    if (spaces == 0 && !dl_zones_.items.empty()) {
+      fail(ErrorNumber::UnknownFormat, path + ": the zones of the air system have no spaces. Load the zones first " +
+                                           "(SetMask CCM_INPUTMASK, then Load), then set AirSystem again.");
+    }
     fail(ErrorNumber::UnknownFormat, path + " has " + std::to_string(size) + " bytes, but the results of a system of " +
                                          std::to_string(dl_zones_.items.size()) + " zones and " +
                                          std::to_string(spaces) + " spaces have " + std::to_string(expected) +

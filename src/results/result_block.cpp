@@ -131,7 +131,7 @@ void ResultBlock::CopyFrom(const ObjectPtr& Source) {
   if (!Source) fail(ErrorNumber::ObjectNotSet, "There is no object to copy from.");
   if (&Source->info() != &info()) {
     fail(ErrorNumber::TypeMismatch,
-         "A " + std::string(info().name) + " cannot take what a " + std::string(Source->info().name) + " holds.");
+         std::string(info().name) + " cannot take what " + std::string(Source->info().name) + " holds.");
   }
   const auto& other = dynamic_cast<const ResultBlock&>(*Source);
   if (&other == this) return;

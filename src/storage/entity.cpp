@@ -131,14 +131,9 @@ bool StoredEntity::name_is_free(const std::string& name) const {
 }
 
 bool StoredEntity::IsNameUnique(const std::optional<std::string>& sName) const {
-  std::string name(trimmed(sName.value_or("")));
-  if (name.empty()) name = stored_name();
-  if (name.find('\'') != std::string::npos) {
-    log().error(kComponent, kind().class_name, "IsNameUnique()",
-                "A name that holds an apostrophe cannot be checked, and counts as not unique: " + name);
-    return false;
-  }
-  return name_is_free(name);
+  const std::string page = page_from_utf8(trimmed(sName.value_or(""))).substr(0, name_width());
+  const std::string name(trimmed(utf8_from_page(page)));
+  return name_is_free(name.empty() ? stored_name() : name);
 }
 
 void StoredEntity::take_free_name() {
@@ -369,7 +364,8 @@ void StoredEntity::fill_clone(StoredEntity& clone, std::optional<int16_t> index)
   else
     clone.copy_content(*this);
   clone.m_bCloning = false;
-  const std::string name = stored_name();
+  std::string name = stored_name();
+  if (name.empty()) name = clone.stored_name();
   if (!name.empty()) clone.store_name(host().copy_name(name));
 }
 

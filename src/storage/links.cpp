@@ -107,7 +107,7 @@ void visit_references(Object& owner, const ReferenceAction& action, const PartPa
     for (size_t element = 0; element < elements; ++element, at += width) {
       int32_t index = 0;
       with_number(stored.wire, at, [&index](auto number) { index = static_cast<int32_t>(number); });
-      if (index == 0) continue;
+      if (index <= 0) continue;
       if (field.refers_by) target = field.target_of(owner, element);
       if (target.empty()) continue;
       const Use use{place_in(place, field, element + 1), target, index};

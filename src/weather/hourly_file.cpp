@@ -35,12 +35,12 @@ void HW1ReaderWriter::Save(const std::string& file) {
   transaction.commit();
 }
 
-/// Judged by the characters after the last backslash. Names of up to four characters pass: they are too short for the
-/// ending.
+/// Judged by the characters after the last backslash or slash. Names of up to four characters pass: they are too short
+/// for the ending.
 bool HW1ReaderWriter::is_hourly_name(const std::string& file) {
   constexpr std::string_view kEnding = ".HW1";
   std::string name(trimmed(file));
-  name.erase(0, name.rfind('\\') + 1);
+  name.erase(0, name.find_last_of("\\/") + 1);
   std::transform(name.begin(), name.end(), name.begin(),
                  [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
   const auto characters = std::count_if(name.begin(), name.end(), [](char c) { return (c & 0xC0) != 0x80; });

@@ -9,8 +9,8 @@
 
 namespace tarn {
 
-/// Reads a file's record. What a short file lacks reads as zeros; this is logged, except for an empty file. False for
-/// an empty file.
+/// Reads a file's record. What a short file lacks reads as zeros; this is logged, except for an empty file and one that
+/// is not there. False for those two.
 template <typename R>
 bool read_record(R& record, const std::string& file) {
   const size_t got = files().read(file, 0, record_bytes(record), OpenMode::Read);

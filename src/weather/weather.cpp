@@ -35,6 +35,13 @@ std::string text_of(const Cell& cell) {
   return {digits, std::to_chars(std::begin(digits), std::end(digits), *real).ptr};
 }
 
+/// Without the comma that a row has before a state which is not there.
+std::string city_of(std::string row) {
+  const size_t last = row.find_last_not_of(", ");
+  row.resize(last == std::string::npos ? 0 : last + 1);
+  return row;
+}
+
 template <typename F>
 void in_transaction(F work) {
   Transaction transaction;
@@ -59,7 +66,7 @@ Database& WTH_Weather::database() const {
 void WTH_Weather::Load() {
   Transaction transaction;
   Text<20> design_city, city;
-  design_city = database().OpenRecordset("SELECT * FROM DesWeatherIndex").Fields("szDesCityName").text();
+  design_city = city_of(database().OpenRecordset("SELECT * FROM DesWeatherIndex").Fields("szDesCityName").text());
   city = database().OpenRecordset("SELECT * FROM SimWeatherIndex").Fields("szSimCityName").text();
   DesignWeather design;
   const bool has_design = read_record(design, named(DesFileName, "DesFileName"));

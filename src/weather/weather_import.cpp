@@ -31,7 +31,7 @@ std::string_view without_mark(std::string_view text) {
     refuse_line(1, "this is text in UTF-16; save it as UTF-8");
   if (text.find('\n') == std::string_view::npos && text.find('\r') != std::string_view::npos)
     refuse_line(1, "lines end with CR alone; save the text with LF or CR LF");
-  constexpr std::string_view kEndMarks("\x1A\0", 2);  // of old systems
+  constexpr std::string_view kEndMarks("\x1A\0\r\n", 4);  // of old systems, with a line end or without
   text = text.substr(0, text.find_last_not_of(kEndMarks) + 1);
   return text.starts_with(kMark) ? text.substr(kMark.size()) : text;
 }
@@ -128,24 +128,35 @@ void fill_design(HourlyWeather& out, const std::vector<SourceRow>& hours, Source
   out.DailyRange = static_cast<float>(design.daily_range * 1.8);
 }
 
+/// A note about the first of several months.
+void note_months(const std::string& first, int months, std::vector<std::string>& notes) {
+  if (months == 0) return;
+  const std::string others = months == 2 ? "another month" : std::to_string(months - 1) + " other months";
+  notes.push_back(first + (months == 1 ? "" : "; so it is in " + others));
+}
+
 /// Each month's year is that of most of its rows.
 void fill_years(HourlyWeather& out, const std::vector<SourceRow>& hours, std::vector<std::string>& notes) {
+  std::string first_short, first_mixed;
+  int short_years = 0, mixed_years = 0;
   for (int month = 1; month <= 12; ++month) {
     std::map<int, int> rows_of;
     const int first = (day_of_year(month, 1) - 1) * kHours;
     for (int i = first; i < first + days_in(month) * kHours; ++i) ++rows_of[hours[static_cast<size_t>(i)].year];
     const auto fewer = [](const auto& a, const auto& b) { return a.second < b.second; };
+    const std::string name(kMonthNames[static_cast<size_t>(month) - 1]);
     int year = std::max_element(rows_of.begin(), rows_of.end(), fewer)->first;
     if (year > 0 && year < 100) {
       year += year < kFirstOfCentury ? 2000 : 1900;
-      notes.push_back(std::string(kMonthNames[static_cast<size_t>(month) - 1]) +
-                      " has a year of two digits; it is read as " + std::to_string(year));
+      if (short_years++ == 0) first_short = name + " has a year of two digits; it is read as " + std::to_string(year);
     }
     out.DataYear(month) = static_cast<int16_t>(year);
-    if (rows_of.size() > 1)
-      notes.push_back(std::string(kMonthNames[static_cast<size_t>(month) - 1]) + " has rows of " +
-                      std::to_string(rows_of.size()) + " years; most are of " + std::to_string(year));
+    if (rows_of.size() > 1 && mixed_years++ == 0)
+      first_mixed =
+          name + " has rows of " + std::to_string(rows_of.size()) + " years; most are of " + std::to_string(year);
   }
+  note_months(first_short, short_years, notes);
+  note_months(first_mixed, mixed_years, notes);
 }
 
 void fill_hours(HourlyWeather& out, const std::vector<SourceRow>& hours) {

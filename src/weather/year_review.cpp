@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
+#include <memory>
 
+#include "base/decimals.h"
+#include "platform/file_store.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
 #include "weather/sun.h"
@@ -137,14 +139,9 @@ struct Hour {
   double db, sh, idn, idiff, db_before, sh_before;
 };
 
-std::string shown(const char* form, double value) {
-  char text[48];
-  std::snprintf(text, sizeof text, form, value);
-  return text;
-}
-std::string degrees(double value) { return shown("%.1f F", value); }
-std::string humidity(double value) { return shown("%.5f lb/lb", value); }
-std::string solar(double value) { return shown("%.1f Btu/(hr.ft2)", value); }
+std::string degrees(double value) { return decimal_text(value, 1) + " F"; }
+std::string humidity(double value) { return decimal_text(value, 5) + " lb/lb"; }
+std::string solar(double value) { return decimal_text(value, 1) + " Btu/(hr.ft2)"; }
 
 double saturated(const Hour& h) {
   constexpr double kFeetPerMetre = 1 / 0.3048, kTolerance = 1.05, kSteps = 0.00005;
@@ -254,6 +251,83 @@ std::vector<Finding> findings_of(const HourlyWeather& year) {
   findings.push_back(standstill(year));
   std::erase_if(findings, [](const Finding& finding) { return finding.count == 0; });
   return findings;
+}
+
+// ---- the project's other weather files
+
+namespace {
+
+/// A weather file: a header, then blocks of reals, of which each begins with 24 dry-bulbs.
+struct Blocks {
+  const std::string& path;
+  size_t header, block, whole;
+  std::string (*block_name)(int number);
+  const char* remedy;
+};
+
+bool can_be(float value, bool dry_bulb) {
+  constexpr float kBeyondAll = 1e6F;  // in any unit
+  return dry_bulb ? value >= kColdest && value <= kHottest : std::abs(value) < kBeyondAll;
+}
+
+void add_faults(std::vector<std::string>& faults, const Blocks& file) {
+  const uint64_t size = files().exists(file.path) ? files().size(file.path) : 0;
+  if (size == 0) return;
+  if (size < file.whole) {
+    faults.push_back(file.path + " is cut short: " + std::to_string(size) + " of " + std::to_string(file.whole) +
+                     " bytes; the rest reads as zeros. " + file.remedy);
+  }
+  std::vector<float> reals((file.whole - file.header) / sizeof(float));
+  files().read(file.path, file.header, std::as_writable_bytes(std::span(reals)), OpenMode::Read);
+  const size_t reals_of_block = file.block / sizeof(float);
+  int count = 0, first = 0;
+  for (size_t i = 0; i < reals.size(); ++i) {
+    if (can_be(reals[i], i % reals_of_block < kHours)) continue;
+    if (count++ == 0) first = static_cast<int>(i / reals_of_block) + 1;
+  }
+  if (count > 0) {
+    faults.push_back(file.path + ": " + std::to_string(count) + (count == 1 ? " value" : " values") +
+                     " that cannot be, the first in " + file.block_name(first) + ". " + file.remedy);
+  }
+}
+
+void add_differences(std::vector<std::string>& faults, const SimulationWeather& weather, const HourlyWeather& year,
+                     const std::string& path) {
+  constexpr double kDryBulbStep = 0.1, kHumidityStep = 1e-5;  // of the hourly file
+  int count = 0, first = 0;
+  for (int i = 0; i < kDays * kHours; ++i) {
+    const auto day = static_cast<size_t>(i / kHours), hour = static_cast<size_t>(i % kHours);
+    const WeatherDay& here = weather.SimDay.items[day];
+    const HourlyDay& there = year.Day.items[day];
+    const bool same = std::abs(here.DB.items[hour] - static_cast<double>(there.DB.items[hour])) < kDryBulbStep &&
+                      std::abs(here.SH.items[hour] - static_cast<double>(there.SH.items[hour])) < kHumidityStep;
+    if (!same && count++ == 0) first = static_cast<int>(day) + 1;
+  }
+  if (count > 0) {
+    faults.push_back(path + ": dry-bulb or humidity of " + std::to_string(count) + (count == 1 ? " hour" : " hours") +
+                     " differs from the project's hourly file, first on " + date_text(first) + ". " +
+                     "To take the hourly file's values again, import the year: tarn weather import FILE.");
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> faults_of(const WTH_Weather& weather, const HourlyWeather* year) {
+  std::vector<std::string> faults;
+  add_faults(faults,
+             {weather.DesFileName, sizeof(DesignWeather) - sizeof(DesignWeather::DesDay), sizeof(DesignDay),
+              sizeof(DesignWeather), [](int month) { return std::string(kMonthNames[static_cast<size_t>(month) - 1]); },
+              "Set the design weather again and save it."});
+  add_faults(faults,
+             {weather.SimFileName, sizeof(SimulationWeather) - sizeof(SimulationWeather::SimDay), sizeof(WeatherDay),
+              sizeof(SimulationWeather), date_text, "Import the year again: tarn weather import FILE."});
+  if (!year || !faults.empty() || !files().exists(weather.SimFileName)) return faults;
+  const auto stored = std::make_unique<SimulationWeather>();
+  const size_t got = files().read(weather.SimFileName, 0, record_bytes(*stored), OpenMode::Read);
+  const bool same_place = stored->SimCityName.bytes() == year->CityName.bytes() &&
+                          stored->SimStateName.bytes() == year->LocationName.bytes();
+  if (got > 0 && same_place) add_differences(faults, *stored, *year, weather.SimFileName);
+  return faults;
 }
 
 }  // namespace tarn

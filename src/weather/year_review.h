@@ -23,4 +23,9 @@ struct Finding {
 /// Missing hours and readings, jumps, values outside physical limits, solar while the sun is down.
 std::vector<Finding> findings_of(const HourlyWeather& year);
 
+/// What is wrong with the project's other weather files, a sentence each: a file that is cut, values that cannot be,
+/// and hours that are not those of the project's hourly file (null where there is none). A file that is empty or not
+/// there has no faults.
+std::vector<std::string> faults_of(const WTH_Weather& weather, const HourlyWeather* year);
+
 }  // namespace tarn

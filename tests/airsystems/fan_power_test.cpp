@@ -52,7 +52,7 @@ TEST(FanPower, ItemsAreInTheirOrderWithTheirTexts) {
       EXPECT_EQ(walked, found) << factor;
       EXPECT_EQ(static_cast<int>(found->ID), factor);
       EXPECT_EQ(found->Description, factor == 10 && standard >= k2013 ? quiet : text) << standard;
-      EXPECT_EQ(found->IsCredit, factor != 11 && (factor < 16 || factor > 18)) << factor;
+      EXPECT_EQ(found->IsCredit(), factor != 11 && (factor < 16 || factor > 18)) << factor;
     }
   }
 }
@@ -64,10 +64,10 @@ std::string applying(int standard) {
   for (const auto& one : *all) {
     const std::string name = std::to_string(static_cast<int>(one->ID));
     if (one->AppliesToCurrentEnergyStd) {
-      text += name + ":" + std::to_string(static_cast<int>(std::lround(one->DefaultValue * 100))) +
+      text += name + ":" + std::to_string(static_cast<int>(std::lround(one->DefaultValue() * 100))) +
               (one->Editable ? "?" : "") + (one->AutomaticallySelected ? "!" : "") + " ";
     } else {
-      EXPECT_TRUE(one->DefaultValue == 0 && !one->Editable && !one->AutomaticallySelected) << standard << " " << name;
+      EXPECT_TRUE(one->DefaultValue() == 0 && !one->Editable && !one->AutomaticallySelected) << standard << " " << name;
     }
   }
   return text;
@@ -92,24 +92,53 @@ TEST(FanPower, EachStandardHasItsOwnItems) {
 TEST(FanPower, LimitsFollowTheSide) {
   const auto all = adjustments(kAny);
   for (const auto& one : *all) {
-    EXPECT_NE(one->IsCredit, one->IsDeduction());
-    EXPECT_EQ(one->MinLimit(), one->IsCredit ? 0 : -20) << one->Description;
-    EXPECT_EQ(one->MaxLimit(), one->IsCredit ? 20 : 0) << one->Description;
-    EXPECT_TRUE(one->MinLimit() <= one->DefaultValue && one->DefaultValue <= one->MaxLimit()) << one->Description;
+    EXPECT_NE(one->IsCredit(), one->IsDeduction());
+    EXPECT_EQ(one->MinLimit(), one->IsCredit() ? 0 : -20) << one->Description;
+    EXPECT_EQ(one->MaxLimit(), one->IsCredit() ? 20 : 0) << one->Description;
+    EXPECT_TRUE(one->MinLimit() <= one->DefaultValue() && one->DefaultValue() <= one->MaxLimit()) << one->Description;
   }
   const auto turned = all->Item(AS_AFactors{16});
   let_property(*turned, "IsCredit", true);
   EXPECT_EQ(std::get<float>(get_property(*turned, "MaxLimit")), 20.0F);
+  EXPECT_EQ(turned->DefaultValue(), 0) << "a credit is no -0.6";
   for (const char* name : {"IsDeduction", "MinLimit", "MaxLimit"}) EXPECT_TRUE(turned->info().find(name).read_only);
+}
+
+TEST(FanPower, ValuesStayWithinTheLimits) {
+  const auto all = adjustments(kAny);
+  const auto credit = all->Item(AS_AFactors{3}), deduction = all->Item(AS_AFactors{11});
+  const struct {
+    const Ptr<AS_FanPowerAdjustment>& one;
+    float value;
+    const char* refusal;
+  } cases[]{{credit, 20, ""},
+            {credit, 20.5F, "Invalid value for DefaultValue: 20.5; a credit lies within 0 to 20 in. w.c."},
+            {credit, -0.5F, "Invalid value for DefaultValue: -0.5; a credit lies within 0 to 20 in. w.c."},
+            {credit, NAN, "Invalid value for DefaultValue: nan; a credit lies within 0 to 20 in. w.c."},
+            {deduction, -20, ""},
+            {deduction, -25, "Invalid value for DefaultValue: -25; a deduction lies within -20 to 0 in. w.c."},
+            {deduction, 1, "Invalid value for DefaultValue: 1; a deduction lies within -20 to 0 in. w.c."}};
+  for (const auto& c : cases) {
+    const float before = c.one->DefaultValue();
+    std::string refusal;
+    try {
+      let_property(*c.one, "DefaultValue", c.value);
+    } catch (const Error& error) {
+      refusal = error.what();
+      EXPECT_EQ(error.source(), "AS_FanPowerAdjustment.DefaultValue [PropertyLet]");
+    }
+    EXPECT_EQ(refusal, c.refusal);
+    EXPECT_EQ(c.one->DefaultValue(), refusal.empty() ? c.value : before) << c.value;
+  }
 }
 
 TEST(FanPower, SetupStartsOver) {
   auto all = adjustments(k2013);
   const auto kept = all->Item(AS_AFactors{16});
-  all->Item(AS_AFactors{2})->DefaultValue = 7;
+  all->Item(AS_AFactors{2})->SetDefaultValue(7);
   all->Setup(PRF_EnergyStandards{k2007});
   EXPECT_EQ(all->Count(), 19);
-  EXPECT_EQ(all->Item(AS_AFactors{2})->DefaultValue, 0.5F);
+  EXPECT_EQ(all->Item(AS_AFactors{2})->DefaultValue(), 0.5F);
   EXPECT_FALSE(all->Item(AS_AFactors{16})->AppliesToCurrentEnergyStd);
   EXPECT_TRUE(kept->AppliesToCurrentEnergyStd);  // a client's item stays as it was
 }

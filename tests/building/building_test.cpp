@@ -137,6 +137,20 @@ TEST_F(BuildingTest, FilesAreNamedByTheIndex) {
   EXPECT_EQ(count("BuildingIndex"), 5);
 }
 
+TEST_F(BuildingTest, WithoutGeneralDataNameAndSimulatedAreThoseOfTheRow) {
+  add_library();
+  const auto simulated = full_building("File");
+  simulated->GetBuildingGeneral()->Simulated = true;
+  simulated->Save(FS_ALL, true);
+  database->Execute("UPDATE BuildingIndex SET szName = 'Row', bSimulated = 0 WHERE nIndex = 1");
+  for (int32_t mask = 0; mask <= FS_ALL; ++mask) {
+    const auto building = loaded(1, mask);
+    const bool from_file = (mask & FS_STANDARD) != 0;
+    EXPECT_EQ(building->GetBuildingGeneral()->Name.trimmed(), from_file ? "File" : "Row") << mask;
+    EXPECT_EQ(bool{building->GetBuildingGeneral()->Simulated}, from_file) << mask;
+  }
+}
+
 TEST_F(BuildingTest, TheMaskSaysWhichSectionsAreReadAndWritten) {
   add_library();
   for (int32_t mask = 0; mask <= FS_ALL; ++mask) {

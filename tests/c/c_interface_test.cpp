@@ -1,4 +1,5 @@
 #include <cstring>
+#include <map>
 
 #include "project/defaults.h"
 #include "support/temp_project.h"
@@ -153,6 +154,138 @@ TEST(CInterface, DescribesEveryMemberOfEveryClass) {
       EXPECT_EQ(std::strlen(out.name), members[static_cast<size_t>(m)].name.size());
     }
   }
+}
+
+TEST(CInterface, DescribesTheCodesOfEnumerations) {
+  const auto value_of = [](const char* enumeration, const std::string& name) {
+    for (int32_t i = 0; i < tarn_code_count(enumeration); ++i) {
+      tarn_code code{};
+      EXPECT_EQ(tarn_describe_code(enumeration, i, &code), TARN_OK);
+      if (name == code.name) return std::to_string(code.value) + " " + code.text;
+    }
+    return std::string("none");
+  };
+  EXPECT_EQ(value_of("AS_ConstituentMasks", "CCM_INPUTMASK"), "67633150 inputs and zones");
+  EXPECT_EQ(value_of("bld_energycategories", "EC_NONHVAC_REMOTE_STEAM").substr(0, 2), "13");
+  EXPECT_EQ(tarn_code_count("AS_Nothing"), -1);
+  tarn_code code{};
+  EXPECT_EQ(tarn_describe_code("AS_ConstituentMasks", 6, &code), TARN_BAD_ARGUMENT);
+  EXPECT_EQ(tarn_describe_code("AS_ConstituentMasks", 0, nullptr), TARN_BAD_ARGUMENT);
+  EXPECT_EQ(tarn_enumeration_name(tarn_enumeration_count()), nullptr);
+  EXPECT_STREQ(tarn_enumeration_name(0), "AS_AFactors");
+  Handle boiler("BLR_Boiler"), heating("AS_HeatData");
+  tarn_member member{};
+  ASSERT_EQ(tarn_describe("BLR_Boiler", tarn_member_number(boiler.object, "FuelType"), &member), TARN_OK);
+  EXPECT_STREQ(member.enumeration, "BLR_FuelTypes");
+  ASSERT_EQ(tarn_describe("BLR_Boiler", tarn_member_number(boiler.object, "Name"), &member), TARN_OK);
+  EXPECT_STREQ(member.enumeration, "");
+}
+
+/// Files in memory, as a client of the C interface gives them.
+struct MemoryFiles {
+  std::map<std::string, std::string> bytes;
+  int failing = 0;  // writes from now on fail
+
+  static MemoryFiles& of(void* context) { return *static_cast<MemoryFiles*>(context); }
+  static std::string& data(void* file) { return *static_cast<std::string*>(file); }
+  tarn_files table() {
+    return {this,
+            [](void* c, const char* path) -> int32_t {
+              return of(c).bytes.contains(path) || std::filesystem::is_directory(path);
+            },
+            [](void* c, const char* path, int32_t mode, void** file) -> int32_t {
+              if (mode == 2 || of(c).bytes.contains(path)) *file = &of(c).bytes[path];
+              return 0;
+            },
+            [](void*, void*) {},
+            [](void*, void* file, uint64_t offset, void* into, size_t size) -> int64_t {
+              if (offset >= data(file).size()) return 0;
+              return static_cast<int64_t>(data(file).copy(static_cast<char*>(into), size, offset));
+            },
+            [](void* c, void* file, uint64_t offset, const void* from, size_t size) -> int32_t {
+              if (of(c).failing) return 1;
+              std::string& all = data(file);
+              all.resize(std::max(all.size(), offset + size));
+              all.replace(offset, size, static_cast<const char*>(from), size);
+              return 0;
+            },
+            [](void*, void* file) { return static_cast<int64_t>(data(file).size()); },
+            [](void*, void* file, uint64_t size) -> int32_t { return data(file).resize(size), 0; },
+            [](void*, void*) -> int32_t { return 0; },
+            [](void* c, const char* path) -> int32_t { return of(c).bytes.erase(path), 0; },
+            [](void* c, const char* from, const char* to) -> int32_t {
+              of(c).bytes[to] = of(c).bytes[from];
+              return of(c).bytes.erase(from), 0;
+            },
+            [](void*, const char*) -> int32_t { return 0; }};
+  }
+};
+
+class CHostTest : public test::ProjectTest {
+ protected:
+  void TearDown() override {
+    EXPECT_EQ(tarn_set_files(nullptr), TARN_OK);
+    EXPECT_EQ(tarn_set_host(nullptr), TARN_OK);
+  }
+};
+
+TEST_F(CHostTest, FilesAreTheClients) {
+  MemoryFiles memory;
+  const tarn_files table = memory.table();
+  ASSERT_EQ(tarn_set_files(&table), TARN_OK);
+  saved_window("glass");
+  const std::string path = project.WindowFilename();
+  EXPECT_FALSE(std::filesystem::exists(path));
+  ASSERT_EQ(memory.bytes[path].size(), 2 * 555U);
+  EXPECT_EQ(memory.bytes[path].substr(555, 5), "glass");
+  auto window = project.NewWindow();
+  window->Load(1);
+  EXPECT_EQ(window->Name.trimmed(), "glass");
+  memory.failing = 1;
+  window->Name = "other";
+  EXPECT_NE(test::error_number([&] { window->Save(); }), 0);
+  memory.failing = 0;
+  auto again = project.NewWindow();
+  again->Load(1);
+  EXPECT_EQ(again->Name.trimmed(), "glass");
+
+  tarn_files lacking = table;
+  lacking.truncate = nullptr;
+  EXPECT_EQ(tarn_set_files(&lacking), TARN_BAD_ARGUMENT);
+}
+
+TEST_F(CHostTest, PathsNamesAndDatabasesAreTheClients) {
+  struct Answers {
+    std::string text, asked;
+    tarn_object* database = nullptr;
+  } answers;
+  tarn_host services{};
+  services.context = &answers;
+  services.copy_name = [](void* context, const char* name) {
+    auto& a = *static_cast<Answers*>(context);
+    return (a.text = std::string(name) + " (2)").c_str();
+  };
+  services.directory_form = [](void*, const char*) { return "/jobs/"; };
+  services.database = [](void* context, const char* path) {
+    auto& a = *static_cast<Answers*>(context);
+    a.asked = path;
+    return a.database;
+  };
+  const std::string index = project.IndexDBName();
+  ASSERT_EQ(tarn_set_host(&services), TARN_OK);
+  EXPECT_EQ(host().copy_name("glass"), "glass (2)");
+  EXPECT_EQ(host().directory_form("here"), "/jobs/");
+  EXPECT_EQ(host().normalise_path("/a/./b/"), "/a/b") << "the product's own";
+  EXPECT_NE(test::error_number([&] { host().database(index); }), 0) << "no handle came";
+  ASSERT_EQ(tarn_open_database(index.c_str(), &answers.database), TARN_OK);
+  EXPECT_EQ(host().database("any"), database);
+  EXPECT_EQ(answers.asked, "any");
+  EXPECT_EQ(tarn_release(answers.database), TARN_OK);
+  services.copy_name = [](void*, const char*) -> const char* { return nullptr; };
+  ASSERT_EQ(tarn_set_host(&services), TARN_OK);
+  EXPECT_EQ(test::error_number([&] { host().copy_name("glass"); }), test::number(ErrorNumber::InvalidCall));
+  ASSERT_EQ(tarn_set_host(nullptr), TARN_OK);
+  EXPECT_EQ(host().copy_name("glass"), "Copy of glass");
 }
 
 using DefaultsTest = test::ProjectTest;

@@ -179,14 +179,17 @@ TEST_F(ConstructionTest, ASaveWithoutTransferFunctionsWritesNothingAndSaysWhy) {
   const struct {
     void (*spoil)(CA_Layer&);
     const char* reason;
-  } cases[]{{[](CA_Layer& l) { l.LayerUsed = false; }, "no layer is used"},
-            {[](CA_Layer& l) { l.SetThicknessInches(0); }, "the layers have no thermal resistance"},
-            {[](CA_Layer& l) { l.Conductivity = 0; },
-             "layer 2 has a thickness, but neither conductivity nor thermal resistance"},
-            {[](CA_Layer& l) { l.Density = 3e38F; }, "the layers are too heavy"},
-            {[](CA_Layer& l) { l.SetThicknessInches(0), l.ThermalResistance = -1; },
-             "layer 2 has a negative thermal resistance"},
-            {[](CA_Layer& l) { l.Conductivity = HUGE_VALF; }, "layer 2 has a value that is infinite or no number"}};
+  } cases[]{
+      {[](CA_Layer& l) { l.LayerUsed = false; }, "no layer is used"},
+      {[](CA_Layer& l) { l.SetThicknessInches(0); }, "the layers have no thermal resistance"},
+      {[](CA_Layer& l) { l.Conductivity = 0; },
+       "layer 2 has a thickness, but neither conductivity nor thermal resistance"},
+      {[](CA_Layer& l) { l.Density = 3e38F; },
+       "the layers are too heavy: their response has more than a million roots, and at most 100 can be; make layer "
+       "2, the heaviest, thinner"},
+      {[](CA_Layer& l) { l.SetThicknessInches(0), l.ThermalResistance = -1; },
+       "layer 2 has a negative thermal resistance"},
+      {[](CA_Layer& l) { l.Conductivity = HUGE_VALF; }, "layer 2 has a value that is infinite or no number"}};
   for (const auto& c : cases) {
     wall->Load(1);
     wall->Name = "changed";
@@ -246,15 +249,28 @@ TEST_F(ConstructionTest, ASaveWhoseRowIsGoneTakesANewIndex) {
   EXPECT_EQ(wall->Index, 3);
 }
 
-TEST_F(ConstructionTest, SumsTakeEverySlot) {
+TEST_F(ConstructionTest, TheSummaryIsThatOfTheUsedLayers) {
   auto wall = brick_wall();
-  wall->layer(5).ThermalResistance = 2.0F;  // not used
-  wall->layer(5).Weight = 1.0F;
-  wall->layer(2).derive();
-  wall->sum_layers();
+  set(wall->layer(3), "air space", 0.75F, 1.0F, 0, 0);
+  wall->layer(3).ThermalResistance = 0.91F;
+  set(wall->layer(4), "foil", 0.012F, 0.01F, 0, 0);
+  set(wall->layer(5), "insulation, taken out", 3.0F, 0.02F, 5.0F, 0.2F);
+  wall->layer(5).ThermalResistance = 12.5F;
+  wall->layer(5).LayerUsed = false;
+  wall->ComputeSummary();
   EXPECT_FLOAT_EQ(wall->layer(2).ThermalResistance, 1.0F);
-  EXPECT_FLOAT_EQ(wall->OverallUValue, 1.0F / 3);
-  EXPECT_FLOAT_EQ(wall->OverallWeight, 61.0F);
+  EXPECT_FLOAT_EQ(wall->layer(3).ThermalResistance, 0.91F) << "not of 0.75 in with the conductivity of a new layer";
+  EXPECT_FLOAT_EQ(wall->layer(4).ThermalResistance, 0.1F);
+  EXPECT_EQ(wall->layer(5).Name.trimmed(), "Not used");
+  EXPECT_FLOAT_EQ(wall->GetTotalThermalResistance(), 2.01F) << "over all slots: the unused one has zeros";
+  EXPECT_FLOAT_EQ(wall->GetTotalThickness(), 6.762F);
+  EXPECT_FLOAT_EQ(wall->OverallUValue, 1 / 2.01F);
+  EXPECT_FLOAT_EQ(wall->OverallWeight, 60.0F);
+  wall->layer(2).SetThicknessInches(12.0F);
+  wall->ComputeSummary();
+  wall->Save();
+  EXPECT_FLOAT_EQ(wall->OverallUValue, 1 / 3.01F);
+  EXPECT_NEAR(wall->steady_u_value(), wall->OverallUValue, 1e-6) << "one U-value";
   wall->OverallUValue = 0.125F;
   wall->Save();
   EXPECT_EQ(wall->OverallUValue, 0.125F) << "the client's";

@@ -100,16 +100,17 @@ TEST_F(BoilerTowerTest, BadCallsSayWhyAndChangeNothing) {
     std::function<void()> act;
     std::string source, message;
     std::string file = "";
-  } cases[]{{set("FuelType", 2), "BLR_Boiler.FuelType", "Invalid value for FuelType: 2", good},
-            {set("FuelType", 9), "BLR_Boiler.FuelType", "Invalid value for FuelType: 9", good},
-            {set("PartLoadModel", 0), "BLR_Boiler.PartLoadModel", "Invalid value for PartLoadModel: 0", good},
-            {set("PartLoadModel", 5), "BLR_Boiler.PartLoadModel", "Invalid value for PartLoadModel: 5", good},
-            {load(*boiler, 1), "Load()", size},
-            {create, "CreateDefault()", size},
-            {load(*boiler, 1), "Load()", size, good + "x"},
-            {create, "CreateDefault()", size, good.substr(1)},
-            {load(*boiler, 7), "BLR_Boiler.Load", "Cannot find boiler record in database for record #7", good},
-            {load(*tower, 7), "TWR_CoolingTower.Load", "Cannot find tower record in database for record #7", good}};
+  } cases[]{
+      {set("FuelType", 2), "BLR_Boiler.FuelType [PropertyLet]", "Invalid value for FuelType: 2", good},
+      {set("FuelType", 9), "BLR_Boiler.FuelType [PropertyLet]", "Invalid value for FuelType: 9", good},
+      {set("PartLoadModel", 0), "BLR_Boiler.PartLoadModel [PropertyLet]", "Invalid value for PartLoadModel: 0", good},
+      {set("PartLoadModel", 5), "BLR_Boiler.PartLoadModel [PropertyLet]", "Invalid value for PartLoadModel: 5", good},
+      {load(*boiler, 1), "Load()", size},
+      {create, "CreateDefault()", size},
+      {load(*boiler, 1), "Load()", size, good + "x"},
+      {create, "CreateDefault()", size, good.substr(1)},
+      {load(*boiler, 7), "BLR_Boiler.Load()", "Cannot find boiler record in database for record #7", good},
+      {load(*tower, 7), "TWR_CoolingTower.Load()", "Cannot find tower record in database for record #7", good}};
   for (const auto& c : cases) {
     test::write_bytes(project.BoilerFilename(), c.file);
     const std::string before = state();

@@ -229,12 +229,14 @@ TEST_F(ChillerImportTest, ImportTakesTheStatedPartLoadValueElseComputesItAndSays
     EXPECT_EQ(said.back().find("IPLV ("), std::string::npos) << said.back();
   }
   Json text = text_of(kSmooth);
-  text[Json::json_pointer(ip + "cop")] = rounded(full / 1.02);
-  test::write_bytes(path, json_text(text));
-  const std::string told = import_chiller(*chiller, path)[0];
-  EXPECT_NE(told.find("the stated COP is " + number("%.6g", rounded(full / 1.02)) + " (map +2.0 %)."),
-            std::string::npos)
-      << told;
+  for (const auto& [ratio, told_off] : {std::pair(1.02, "+2.0"), {0.98, "-2.0"}, {1.0002, "0.0"}, {0.9998, "0.0"}}) {
+    text[Json::json_pointer(ip + "cop")] = rounded(full / ratio);
+    test::write_bytes(path, json_text(text));
+    const std::string told = import_chiller(*chiller, path)[0];
+    EXPECT_NE(told.find("the stated COP is " + number("%.6g", rounded(full / ratio)) + " (map " + told_off + " %)."),
+              std::string::npos)
+        << told;
+  }
 }
 
 TEST_F(ChillerImportTest, ImportKeepsTheTypeAndTellsMachinesOfOneSourceApart) {

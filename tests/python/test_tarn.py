@@ -174,7 +174,7 @@ class TestObjects(ProjectCase):
         refused[200][5] = 4000.0
         with self.assertRaises(tarn.Error) as caught:
             reader.DB[:] = refused
-        self.assertEqual((caught.exception.number, caught.exception.source), (6, "HW1ReaderWriter.DB"))
+        self.assertEqual((caught.exception.number, caught.exception.source), (6, "HW1ReaderWriter.DB [PropertyLet]"))
         refused[200][5] = None
         with self.assertRaises(tarn.Error):
             reader.DB[:] = refused
@@ -246,6 +246,8 @@ class TestObjects(ProjectCase):
         tarn.on_yield = None
         self.assertEqual(len(turns), 12)
         self.assertEqual((wall.Index, wall.DTrans[1], list(wall.DTransArray)), (1, 1.0, wall.DTrans[:]))
+        wall.ComputeSummary()
+        self.assertAlmostEqual(wall.OverallUValue, sum(wall.BTrans[:]) / sum(wall.DTrans[:]), places=6)
         wall.BTransArray = [float(i) for i in range(12)]
         self.assertEqual(wall.BTrans[12], 11.0)
         self.assertEqual((wall.InsertLayer(5), wall.GetLayer(3).Name, wall.GetLayer(11)), (3, "New Layer", None))
@@ -268,7 +270,7 @@ class TestObjects(ProjectCase):
         system = self.project.NewAirSystem()
         with self.assertRaises(tarn.Error) as wrong:
             system.Load(9)
-        self.assertEqual((wrong.exception.number, wrong.exception.source), (53, "AS_AirSystem.Load"))
+        self.assertEqual((wrong.exception.number, wrong.exception.source), (53, "AS_AirSystem.Load()"))
         system.SetToDefaultsByType(14)
         system.GetAirSystem().SetNumZones(2)
         system.GetZoneData(2).AllSpaces = [0] * 50
@@ -291,7 +293,7 @@ class TestObjects(ProjectCase):
         self.assertEqual((unit, distances[:3], power[9], capacity[9]), (20, [0.0, 2.0, 4.0], 0.1, 1.0))
         with self.assertRaises(tarn.Error) as caught:
             chiller.GetDXFCDefaults(0, 0, [], [], [])
-        self.assertEqual((caught.exception.source, caught.exception.description), ("CHL_Chiller.GetDXFCDefaults", "Invalid DXFC option"))
+        self.assertEqual((caught.exception.source, caught.exception.description), ("CHL_Chiller.GetDXFCDefaults()", "Invalid DXFC option"))
         chiller.Save()
         plant = self.project.NewPlant()
         loop = plant.Details.CondenserWaterLoop
@@ -344,6 +346,22 @@ class TestObjects(ProjectCase):
         self.assertEqual((members["Height"].kind, members["Height"].type, members["Height"].unit), ("property", "R4", "ft"))
         self.assertEqual(members["OnUpdateDependencies"].kind, "event")
         self.assertIn("CalculatePerformance", dir(self.project.NewWindow()))
+
+    def test_enumerations_are_classes(self):
+        masks = tarn.AS_ConstituentMasks
+        system = self.project.NewAirSystem()
+        system.SetMask(masks.CCM_INPUTMASK | masks.CCM_HEADERMASK, masks.CCM_MASKALL)
+        self.assertEqual(system.m_lCurMask, 67633151)
+        self.assertEqual((masks(3670016), masks.CCM_SIZINGMASK.text), (masks.CCM_SIZINGMASK, "sizing"))
+        self.assertEqual(int(tarn.BLD_EnergyCategories.EC_HVAC_REMOTE_STEAM), 6)
+        self.assertEqual(tarn.AS_COTriggers["10. Scheduled"], 10)
+        self.assertIn("Months", tarn.enumerations())
+        boiler = self.project.NewBoiler()
+        oil = tarn.BLR_FuelTypes.BFT_FUEL_OIL
+        boiler.FuelType = oil
+        self.assertIs(tarn.BLR_FuelTypes(boiler.FuelType), oil)
+        kept = {m.name: m.enumeration for m in tarn.members("BLR_Boiler")}
+        self.assertEqual((kept["FuelType"], kept["Name"]), ("BLR_FuelTypes", None))
 
 
 def table(title):

@@ -180,6 +180,11 @@ TEST_F(AirSystemDesignTest, AFileOfAnotherLengthChangesNothing) {
     ASSERT_EQ(design->DXXFileHeader.SystemName.str(), name) << length;
   }
   write_bytes(path, whole);
+  const auto header_only = design_of({0});
+  log.details.clear();
+  call(*header_only, "Load");
+  ASSERT_EQ(log.details.size(), 1U);
+  EXPECT_NE(log.details[0].find("Load the zones first"), std::string::npos) << log.details[0];
   design->Load();
   EXPECT_EQ(design->SSAir.FloorArea, 100);
   EXPECT_EQ(design->DLZone(1)->DLSpace(1)->HtgTotal, 200);

@@ -194,6 +194,17 @@ TEST_F(SpaceTest, LinkRowsAreExactlyWhatThePartsReferTo) {
   EXPECT_EQ(count("System_Space_Links"), 0);
 }
 
+TEST_F(SpaceTest, NegativeReferencesAreNoLinksAndStay) {
+  const auto space = project.NewSpace();
+  space->GetPeople()->Schedule = -3;
+  space->Save();
+  EXPECT_EQ(rows("Space_Schedule_Links"), "");
+  const auto again = project.NewSpace();
+  again->Load(space->Index);
+  EXPECT_EQ(again->GetPeople()->Schedule, -3);
+  EXPECT_TRUE(log.messages.empty());
+}
+
 TEST_F(SpaceTest, AWallThatTakesAFreedIndexIsInheritedByNobody) {
   ASSERT_EQ(new_wall() * 10 + new_wall(), 12);
   auto space = project.NewSpace();

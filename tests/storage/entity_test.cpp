@@ -1,7 +1,13 @@
 #include "tarn/storage/entity.h"
 
+#include "project/defaults.h"
+#include "project/kinds.h"
+#include "storage/kind.h"
 #include "support/temp_project.h"
+#include "tarn/boiler.h"
+#include "tarn/plant.h"
 #include "tarn/reflect/by_name.h"
+#include "tarn/shade.h"
 
 namespace tarn {
 namespace {
@@ -109,12 +115,35 @@ TEST_F(EntityTest, ClonesAreUnsavedCopiesAndTwinsAreExact) {
   auto other = window->Clone(int16_t{2});
   EXPECT_EQ(other->Index, 0);
   EXPECT_EQ(other->Height, 0.0F);
+  EXPECT_EQ(other->Name.trimmed(), "Copy of A") << "by the name of the object that is asked";
   EXPECT_EQ(window->Name.trimmed(), "A");
   auto twin = window->CopyInstance();
   EXPECT_EQ(twin->Index, 1);
   EXPECT_EQ(twin->Name.str(), window->Name.str());
   clone->Save();
   EXPECT_EQ(clone->Index, 3);
+}
+
+TEST_F(EntityTest, ANamelessObjectNamesItsCloneByWhatItCopies) {
+  write_default_records(project);
+  saved_window("A");
+  auto shade = project.NewShade();
+  shade->Name = "Awning";
+  shade->Save();
+  auto boiler = project.NewBoiler();
+  boiler->CreateDefault();
+  boiler->Name = "Gas";
+  boiler->Save();
+  auto plant = project.NewPlant();
+  plant->CreateDefault();
+  plant->Reset(true);
+  plant->General.Name = "Hot water";
+  plant->Save();
+  EXPECT_EQ(project.NewWindow()->Clone(int16_t{1})->Name.trimmed(), "Copy of A");
+  EXPECT_EQ(project.NewShade()->Clone(int16_t{1})->Name.trimmed(), "Copy of Awning");
+  EXPECT_EQ(project.NewBoiler()->Clone(int16_t{1})->Name.trimmed(), "Copy of Gas");
+  EXPECT_EQ(project.NewPlant()->Clone(int16_t{1})->General.Name.trimmed(), "Copy of Hot water");
+  EXPECT_EQ(project.NewWindow()->Clone()->Name.trimmed(), "") << "nameless, as what it copies";
 }
 
 TEST_F(EntityTest, TheDefaultRecordIsRecordZero) {
@@ -131,19 +160,30 @@ TEST_F(EntityTest, TheDefaultRecordIsRecordZero) {
   EXPECT_EQ(made->Name.bytes().front(), '\0');
 }
 
-TEST_F(EntityTest, NamesAreUniqueByLetterCaseAndApostrophesAreNot) {
+TEST_F(EntityTest, NamesAreUniqueToTheLetterCase) {
   auto a = saved_window("A");
   auto b = saved_window("B");
   const struct {
     const char* name;
     bool unique;
-  } cases[]{{"A", false}, {" A ", false}, {"a", true}, {"B", true}, {"", true}, {"C", true}, {"O'Hara", false}};
+  } cases[]{{"A", false}, {" A ", false}, {"a", true}, {"B", true}, {"", true}, {"C", true}};
   for (const auto& c : cases) EXPECT_EQ(b->IsNameUnique(std::string(c.name)), c.unique) << c.name;
-  EXPECT_EQ(log.errors, std::vector<std::string>{"TarnDataHandler52|WIN_Window|IsNameUnique()"});
-  a->Name = "O'Hara";
-  a->Save();
-  a->Load(1);
-  EXPECT_EQ(a->Name.trimmed(), "O'Hara");
+}
+
+TEST_F(EntityTest, AnApostropheIsACharacterOfANameForEveryKind) {
+  write_default_records(project);
+  for (const EntityKind& kind : entity_kinds()) {
+    const auto entity = make_entity(project, kind);
+    const std::string table(entity->kind().index_table);
+    database->Execute("INSERT INTO " + table + " (nIndex, szName) VALUES (7, 'O''Hara ''s')");
+    for (const auto& [name, unique] : {std::pair("O'Hara 's", false), {"O'Hara", true}, {"' OR '1'='1", true}})
+      EXPECT_EQ(entity->IsNameUnique(name), unique) << kind.group << " " << name;
+  }
+  EXPECT_TRUE(log.errors.empty());
+  auto shade = project.NewShade();
+  shade->Name = "A name of thirty characters, a";
+  shade->Save();
+  EXPECT_FALSE(project.NewShade()->IsNameUnique("A name of thirty characters, and more")) << "as it would be stored";
 }
 
 TEST_F(EntityTest, IndexesEndAt32767) {

@@ -188,7 +188,9 @@ TEST(HourlyFile, TheNameIsJudgedFirst) {
                                                   {"C:\\X\\CITY.TXT", false},
                                                   {"C:\\X\\", true},
                                                   {"CITY.HW1\\A.TXT", false},
-                                                  {"/jobs/A.B", false}};
+                                                  {"/jobs/A.B", true},
+                                                  {"/jobs/A.TXT", false},
+                                                  {"jobs.HW1/A.TXT", false}};
   for (const auto& [name, right] : kNames) {
     HW1ReaderWriter year;
     int32_t code = 5;

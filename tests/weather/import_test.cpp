@@ -327,10 +327,11 @@ const Quirk kRead[]{
          for (Hour& hour : h) hour.year = 88;
        });
      },
-     "January has a year of two digits; it is read as 1988"},
+     "January has a year of two digits; it is read as 1988; so it is in 11 other months"},
     {"illuminance columns",
      [] { return replaced(tmy3(year_of()), "DNI source,DNI (W/m^2)", "DN illum (lx),DNI (W/m^2)"); }, ""},
     {"an old end mark", [] { return epw(year_of()) + "\x1A"; }, ""},
+    {"an old end mark and a line end", [] { return epw(year_of()) + "\x1A\r\n"; }, ""},
 };
 
 TEST(WeatherImport, ReadsRealFilesAndSaysWhatItMadeOfThem) {
@@ -435,6 +436,38 @@ TEST(WeatherImport, AYearBecomesTheSimulationWeather) {
   EXPECT_EQ(weather.JanOne, 7);
   EXPECT_FLOAT_EQ(weather.SimDay(365).DB(24), static_cast<float>(year.Day(365).DB(24)));
   EXPECT_EQ(weather.SimDay(5).ITOT(12, 3), 0);
+}
+
+TEST_F(ProjectTest, FaultsOfTheWeatherFilesAreFound) {
+  HW1ReaderWriter year;
+  const ImportedWeather read = import_weather_text(year, epw(year_of()));
+  const auto weather = project.NewWeather();
+  EXPECT_TRUE(faults_of(*weather, &year).empty()) << "nothing is saved yet";
+  weather->Load();
+  EXPECT_FALSE(std::filesystem::exists(weather->SimFileName)) << "reading makes no file";
+  use_as_simulation(*weather, year, read);
+  weather->Save();
+  const std::string whole = bytes_of(weather->SimFileName), design = bytes_of(weather->DesFileName);
+  EXPECT_TRUE(faults_of(*weather, &year).empty());
+  const auto with = [](std::string bytes, size_t at, const char* four) { return bytes.replace(at, 4, four, 4); };
+  const size_t june = 799 + 7108 * 160;  // 10 June
+  const struct {
+    const char* said;
+    std::string simulation, design;
+  } cases[]{
+      {"WTA.DAT is cut short: 2595000 of 2595219 bytes", whole.substr(0, 2'595'000), design},
+      {"WTA.DAT: 1 value that cannot be, the first in 10 June", with(whole, june + 4, "\0\0\x80\x7F"), design},
+      {"WTA.DAT: 1 value that cannot be, the first in 10 June", with(whole, june + 6000, "\xFF\xFF\xFF\x7F"), design},
+      {"WTA.DAT: dry-bulb or humidity of 1 hour differs", with(whole, june + 100, "\0\0\0\0"), design},
+      {"WTD.DAT is cut short: 4000 of 86494 bytes", whole, design.substr(0, 4000)},
+      {"WTD.DAT: 1 value that cannot be, the first in March", whole, with(design, 334 + 2 * 7180, "\0\0\x7A\x44")}};
+  for (const auto& [said, simulation_file, design_file] : cases) {
+    write_bytes(weather->SimFileName, simulation_file);
+    write_bytes(weather->DesFileName, design_file);
+    const auto faults = faults_of(*weather, &year);
+    ASSERT_EQ(faults.size(), 1U) << said;
+    EXPECT_NE(faults[0].find(said), std::string::npos) << faults[0];
+  }
 }
 
 TEST(WeatherReview, FindsWhatCannotBe) {

@@ -220,6 +220,16 @@ TEST_F(WeatherTest, LoadTakesWhatIsThere) {
   EXPECT_EQ(w->DesCityName.str(), "A city of many lette") << "its file is empty";
   EXPECT_EQ(w->SimDay(365).DB(24), 0);
   EXPECT_TRUE(log.messages.empty());
+  w->DesCityName = "Golden";
+  w->DesStateName = "";
+  for (const char* times : {"once", "twice"}) {
+    w->Save();
+    std::filesystem::remove(w->DesFileName);
+    w->Load();
+    EXPECT_EQ(w->DesCityName.trimmed(), "Golden") << times;
+    EXPECT_TRUE(rows("DesWeatherIndex").starts_with("Golden, /")) << times;
+    EXPECT_FALSE(std::filesystem::exists(w->DesFileName)) << times;
+  }
   w->DesCityName = "City";
   w->DesDay(12).SolarMult = 2;
   w->Save();

@@ -53,7 +53,7 @@ class Error : public std::runtime_error {
       : std::runtime_error(description), number_(number), source_(std::move(source)) {}
 
   int number() const { return number_; }
-  /// Class and member, "WIN_Window.Load"; empty where no member was called by name.
+  /// Class and procedure label, "BLR_Boiler.Load()"; empty where no member was called by name.
   const std::string& source() const { return source_; }
   std::string description() const { return what(); }
   void set_source(std::string source) { source_ = std::move(source); }

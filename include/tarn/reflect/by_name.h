@@ -17,6 +17,10 @@ void call_method(Object& object, const Member& member, std::vector<Value>& argum
 /// Sets the listener of an event; an empty one removes it.
 void listen(Object& object, const Member& member, Listener listener);
 
+/// The source of a raising class's error: its name and the procedure label, as the log has it: "BLR_Boiler.Load()",
+/// "BLR_Boiler.FuelType [PropertyLet]".
+std::string source_of(const ClassInfo& info, std::string_view label);
+
 /// The empty value of a type: false, 0, "", no object.
 Value empty_value(ValueType type);
 

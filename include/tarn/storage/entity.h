@@ -53,7 +53,7 @@ class StoredEntity : public Object {
   void Delete(std::optional<int16_t> nRecNum = {});
   /// The lowest positive index not in use. Error `Overflow` past 32767.
   int16_t GetFreeIndex() const;
-  /// No other entity of the kind has the name (its own, where none is given). False, and logged, for an apostrophe.
+  /// No other entity of the kind has the name as it would be stored (its own, where none is given).
   bool IsNameUnique(const std::optional<std::string>& sName = {}) const;
   void Reset(std::optional<bool> bResetAll = {});
 

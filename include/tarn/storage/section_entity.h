@@ -10,8 +10,6 @@ class SectionEntity : public StoredEntity, public SectionPlace {
  public:
   /// Index 0; with true also no name and no changed flags.
   void Reset(std::optional<bool> bResetAll = {});
-  /// No other entity of the kind has the name (its own, where none is given).
-  bool IsNameUnique(const std::optional<std::string>& sName = {}) const;
   /// The results become absent and zero.
   void drop_results() { sections_.drop_results(); }
   /// What it has now is another entity's from the start: inputs of its own, no results.

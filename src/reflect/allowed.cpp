@@ -1,0 +1,84 @@
+#include "reflect/allowed.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "tarn/base/error.h"
+#include "tarn/base/value.h"
+
+namespace tarn {
+namespace {
+
+/// Units of lengths, areas, properties of materials, flows and counts: quantities that are 0 or more.
+constexpr std::string_view kNeverNegative[]{
+    "ft",         "in",           "ft2",    "lb/ft2", "lb/ft3", "Btu/(hr.ft.F)", "Btu/(hr.ft2.F)",
+    "Btu/(lb.F)", "hr.ft2.F/Btu", "people", "gal",    "cfm",    "CFM",           "gpm"};
+
+/// Properties with such a unit that have a sign: terms of a series, and the height of an outdoor unit above or below.
+constexpr std::string_view kSigned[]{"BTrans", "CTrans", "PipeHeight"};
+
+/// Numbers that stand for something without being an enumeration: the frames that the method of windows knows, and the
+/// exposures of the weather's solar table, 0 for a slot not in use.
+constexpr struct {
+  std::string_view class_name, property;
+  int last;
+} kNumbered[]{{"WIN_Window", "FrameType", 4}, {"SPC_WallWindow", "Exposure", 17}, {"SPC_Roof", "Exposure", 17}};
+
+template <typename List>
+bool has(const List& list, std::string_view word) {
+  return std::find(std::begin(list), std::end(list), word) != std::end(list);
+}
+
+[[noreturn]] void refuse(const std::string& found, const std::string& allowed) {
+  fail(ErrorNumber::InvalidCall, "found " + found + "; " + allowed);
+}
+
+std::string text_of(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.7g", value);
+  return text;
+}
+
+void check_real(const Member& property, double value) {
+  if (std::isnan(value)) refuse("NaN", "allowed are finite numbers");
+  if (std::isinf(value)) refuse(value > 0 ? "Infinity" : "-Infinity", "allowed are finite numbers");
+  if (value >= 0 || !has(kNeverNegative, property.unit) || has(kSigned, property.name)) return;
+  const std::string unit(property.unit);
+  refuse(text_of(value) + " " + unit, "allowed are 0 " + unit + " and above");
+}
+
+void check_code(std::span<const Label> labels, int code) {
+  std::string codes;
+  for (const Label& label : labels) {
+    if (label.code == code) return;
+    if (!codes.empty()) codes += ", ";
+    codes += std::to_string(label.code) + " " + std::string(label.text.empty() ? label.name : label.text);
+  }
+  refuse("code " + std::to_string(code), "the codes are " + codes);
+}
+
+}  // namespace
+
+void check_allowed(const Object& object, const Member& property, const Value& value, Given given) {
+  switch (type_of(value)) {
+    case ValueType::Real32:
+      return check_real(property, double{std::get<float>(value)});
+    case ValueType::Real64:
+      return check_real(property, std::get<double>(value));
+    case ValueType::Int16:
+    case ValueType::Int32:
+      break;
+    default:
+      return;
+  }
+  const auto number = static_cast<int>(integer_from(value, INT32_MIN, INT32_MAX));
+  for (const auto& row : kNumbered) {
+    if (row.class_name != object.info().name || row.property != property.name) continue;
+    if (number < 0 || number > row.last) refuse(std::to_string(number), "allowed are 0 to " + std::to_string(row.last));
+  }
+  if (given == Given::WithRecord && (number == 0 || property.labels_for)) return;
+  if (const auto labels = property.labels_of(object); !labels.empty()) check_code(labels, number);
+}
+
+}  // namespace tarn
