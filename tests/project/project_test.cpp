@@ -1,6 +1,9 @@
 #include "tarn/project.h"
 
+#include <set>
+
 #include "support/temp_project.h"
+#include "tarn/class_list.h"
 #include "tarn/reflect/by_name.h"
 
 namespace tarn {
@@ -8,6 +11,14 @@ namespace {
 
 std::string text(COM_ProjectData& project, std::string_view name) {
   return std::get<std::string>(get_property(project, name));
+}
+
+TEST(Project, EveryMemberStandsOnceInItsClass) {
+  for (const ClassEntry& entry : class_list()) {
+    std::set<std::string_view> names;
+    for (const Member& member : entry.info->members)
+      EXPECT_TRUE(names.insert(member.name).second) << entry.info->name << "." << member.name;
+  }
 }
 
 TEST(Project, FileNamesArePathPrefixAndSuffix) {

@@ -92,6 +92,19 @@ class TestCommandLine(unittest.TestCase):
         self.assertEqual(len(notes), 1, notes)
         self.assertIn("(5 times)", notes[0])
 
+    def test_a_wall_without_transfer_functions_is_shown_whole(self):
+        self.tarn("walls", "new", "Name=Brick")
+        walls = json.loads(self.tarn("project", "export", "walls").stdout)
+        for wall in walls["CA_ConstructionAssly.Wall"]:
+            for layer in wall["Layer"]:
+                layer["LayerUsed"] = False
+        (self.at / "wall.json").write_text(json.dumps(walls))
+        run = self.tarn("project", "import", str(self.at / "wall.json"))
+        self.assertIn("has no transfer functions: no layer is used. Its coefficients are 0.", run.stderr)
+        shown = self.tarn("walls", "show", "2").stdout
+        self.assertIn("The layers have no transfer functions: no layer is used.\n", shown)
+        self.assertNotIn("by at most", shown)
+
     def test_exchange(self):
         self.tarn("doors", "new", "Name=O'Hara", "AreaSpec=DAS_HEIGHT_AND_WIDTH", "Height=7")
         self.tarn("shades", "new", "OvhgExt=2.5")

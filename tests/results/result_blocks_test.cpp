@@ -103,6 +103,12 @@ TEST(ResultBlocksTest, EveryBlockReadsAndWritesItselfAlone) {
     EXPECT_EQ(bytes_in(*block), contents[i]) << names[i];
     EXPECT_EQ(error_number([&] { copy->CopyFrom(made(names[(i + 1) % names.size()])); }),
               number(ErrorNumber::TypeMismatch));
+    try {
+      copy->CopyFrom(made(names[(i + 1) % names.size()]));
+    } catch (const Error& error) {
+      EXPECT_EQ(error.what(),
+                std::string(names[i]) + " cannot take what " + std::string(names[(i + 1) % names.size()]) + " holds.");
+    }
     EXPECT_EQ(error_number([&] { copy->CopyFrom(nullptr); }), number(ErrorNumber::ObjectNotSet));
     EXPECT_EQ(bytes_in(*copy), contents[i]) << names[i];
   }
