@@ -135,7 +135,7 @@ struct WallSample {
                 ");INSERT INTO System_Space_Links VALUES (1," + n + ");";
     }
     run_script(index(), script + "COMMIT;");
-    std::ofstream(file(), std::ios::binary) << std::string(static_cast<size_t>(kWalls + 1) * kRecord, ' ');
+    std::ofstream(file(), std::ios::binary) << std::string(static_cast<size_t>(kWalls + 1) * kRecord, '\0');
   }
   std::string index() const { return folder + "/WALINX.MDB"; }
   std::string file() const { return folder + "/WAL.DAT"; }
@@ -195,8 +195,8 @@ Ptr<CA_ConstructionAssly> wall_of(const WallSample& sample, const Ptr<Database>&
   auto wall = std::make_shared<CA_ConstructionAssly>();
   wall->FileName = sample.file();
   wall->SetDBHandle(database);
+  wall->Load(static_cast<int16_t>(number));
   wall->Name = "Wall " + std::to_string(number);
-  wall->Index = static_cast<int16_t>(number);
   int slot = 0;
   for (const Layer& l : sample_wall(number)) {
     CA_Layer& layer = wall->layer(++slot);

@@ -102,7 +102,7 @@ void result_cases(Report& report, const std::string& folder) {
   project.FilePrefix = "JOB";
   create_index(project.IndexDBName());
   const auto system = project.NewAirSystem();
-  system->Index = 1;
+  system->SaveAs(1, Naming::Valid);
   system->GetAirSystem()->SetNumZones(kZones);
   for (int16_t zone = 1; zone <= kZones; ++zone) system->GetZoneData(zone)->TotalSpacesInZone = kSpaces;
   const auto design = project.NewAirSystemDesign();

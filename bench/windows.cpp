@@ -97,7 +97,7 @@ double Bench::additions(Report& report, const std::string& name) {
                       },
                   .before =
                       [this] {
-                        for (const auto& window : windows_) window->Index = 0;
+                        for (const auto& window : windows_) window->Reset();
                       },
                   .after = [this] { cut_back_ours(); }};
   const Side floor{.run =

@@ -57,12 +57,12 @@ int list(const Call& call, Database& database, const StoredEntity& entity) {
 
 int show(const Call& call, Database& database, StoredEntity& entity) {
   if (call.json) {
-    Json json{{"class", std::string(entity.info().name)}, {"index", entity.Index}};
+    Json json{{"class", std::string(entity.info().name)}, {"index", entity.Index()}};
     add_stored_fields(entity, json);
     print_json(json);
     return kClean;
   }
-  std::cout << entity.info().name << ' ' << entity.Index << '\n';
+  std::cout << entity.info().name << ' ' << entity.Index() << '\n';
   show_entity(database, entity);
   return kClean;
 }
@@ -288,11 +288,11 @@ int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::s
   entity.Save();
   print_notes("computed", computed);
   if (call.json) {
-    Json json{{"index", entity.Index}};
+    Json json{{"index", entity.Index()}};
     json.update(rest);
     print_json(json);
   }
-  if (!call.json) std::cout << kind.one << ' ' << entity.Index << ' ' << what << '\n';
+  if (!call.json) std::cout << kind.one << ' ' << entity.Index() << ' ' << what << '\n';
   return kClean;
 }
 
@@ -340,7 +340,7 @@ int kind_new(const Call& call) {
     entity.Reset(true);
   }
   const auto computed = edit(entity, on.kind, call.words);
-  if (!entity.kind().gives_names && !entity.IsNameUnique())
+  if (!entity.IsNameUnique())
     throw UsageError("Another " + std::string(on.kind.one) + " has that name; give one of its own: Name=...");
   return saved(call, entity, on.kind, "made", computed);
 }
@@ -359,12 +359,12 @@ int kind_clone(const Call& call) {
   on.entity->info().find("Clone").call(*on.entity, none, clone);
   auto& copy = dynamic_cast<StoredEntity&>(*std::get<ObjectPtr>(clone));
   const auto computed = edit(copy, on.kind, assignments_of(call));
-  return saved(call, copy, on.kind, "made from " + std::to_string(on.entity->Index), computed);
+  return saved(call, copy, on.kind, "made from " + std::to_string(on.entity->Index()), computed);
 }
 
 int kind_delete(const Call& call) {
   const Loaded on(call, Use::Writing);
-  const int16_t index = on.entity->Index;
+  const int16_t index = on.entity->Index();
   on.entity->Delete(index);
   if (call.json)
     print_json({{"index", index}});

@@ -14,11 +14,9 @@ def edit_wall(project):
     layer = wall.GetLayer(3)
     before, u_before, b_before = layer.Thickness, wall.OverallUValue, wall.BTrans[:]
     layer.Thickness = 4.0
-    layer.ThermalResistance, layer.Weight = 4.0 / 12 / layer.Conductivity, 4.0 / 12 * layer.Density
-    layers = [wall.GetLayer(n) for n in range(1, wall.LayerCount + 1)]  # the sums are the client's to set
-    wall.OverallUValue = 1 / sum(layer.ThermalResistance for layer in layers)
-    wall.OverallWeight = sum(layer.Weight for layer in layers)
-    wall.Save(0)
+    wall.ComputeSummary()
+    saved = wall.Save(0)
+    assert saved == 0, f"{wall.Name}: return code {saved}"
     b = wall.BTrans[:]
     print(f"wall 2, {wall.Name}: {layer.Name} {before:.4g} in -> 4 in, U-value {u_before:.4f} -> {wall.OverallUValue:.4f} Btu/(hr.ft2.F);\n"
           f"  transfer coefficients computed anew, the first b: {b_before[0]:.2e} {b_before[1]:.2e} {b_before[2]:.2e}"

@@ -29,7 +29,7 @@ inline std::string bytes_of(const std::string& path) {
 /// All that an object holds, by the names of its fields.
 using State = std::map<std::string, std::string>;
 inline State state_of(AS_AirSystem& system) {
-  State state{{"Index", std::to_string(system.Index)}, {"mask", std::to_string(system.m_lCurMask)}};
+  State state{{"Index", std::to_string(system.Index())}, {"mask", std::to_string(system.m_lCurMask)}};
   state["DesHasChanged"] = std::to_string(system.DesHasChanged);
   state["SimHasChanged"] = std::to_string(system.SimHasChanged);
   for_each_field(system, [&](Object& owner, const Member& field, const std::string& prefix) {
@@ -158,7 +158,7 @@ class Sample {
     }
     system->GetZoneSchedule()->TstatSchedule = 1;
     if (zones == 1) header->SetFlags();
-    system->Index = files_.empty() ? 0 : 1;
+    if (!files_.empty()) project.NewAirSystem()->Delete(1);
     const bool all = mask == CCM_MASKALL, sizing = mask == CCM_SIZINGMASK;
     if (!all) system->SetMask(CCM_HEADERMASK | (mask & ~CCM_HEADERMASK) | (sizing ? CCM_INPUTMASK : 0), CCM_MASKALL);
     std::filesystem::remove(file());

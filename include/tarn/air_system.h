@@ -115,7 +115,7 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionEntity>, pub
   bool heats_anywhere(AS_HeatCoolSourceTypes source) const;
 
   // What the members table and the index row take.
-  int32_t index32() const { return Index; }
+  int32_t index32() const { return Index(); }
   int zone_count() const { return static_cast<int>(zones_.size()); }
   int sizing_count() const { return sections_.is_there(kSizing) ? 1 : 0; }
   int zone_sizing_count() const { return sections_.is_there(kSizing) ? zone_count() : 0; }

@@ -16,11 +16,16 @@ enum class CA_Category : int16_t { CA_CAT_Wall = 0, CA_CAT_Roof = 1 };
 template <>
 inline constexpr auto code_table<CA_Category> = codes_between<CA_Category::CA_CAT_Wall, CA_Category::CA_CAT_Roof>;
 
-enum class CA_ReturnCodes : int16_t { CA_ERR_NOERR = 0, CA_ERR_TFCG = -3 };
+enum class CA_ReturnCodes : int16_t {
+  CA_ERR_NOERR = 0,
+  CA_ERR_TFCG = -3,  // the layers have no transfer functions
+  CA_ERR_SAVE = -4   // any other failure
+};
 template <>
 inline constexpr CodeText<CA_ReturnCodes> code_table<CA_ReturnCodes>[] = {
     {CA_ReturnCodes::CA_ERR_NOERR},
     {CA_ReturnCodes::CA_ERR_TFCG},
+    {CA_ReturnCodes::CA_ERR_SAVE},
 };
 
 /// A layer's block of the wall and roof files; ten of them follow the header.
@@ -107,7 +112,7 @@ class CA_ConstructionAssly final : public Entity<CA_ConstructionAssly, Construct
   /// reason is logged.
   bool CalcTransferCoefficients();
   /// As `StoredEntity::Save`, which throws; here a construction without transfer functions is the code CA_ERR_TFCG,
-  /// with nothing written. Any other failure leaves the code as it was.
+  /// with nothing written. Any other failure is thrown as there, with CA_ERR_SAVE as the code.
   void Save(CA_ReturnCodes& ReturnCode);
   using StoredEntity::Save;
 

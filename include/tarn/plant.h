@@ -14,7 +14,7 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionEntity>, public Si
   const Kind& kind() const override;
 
   std::string DefFileName;  // the default's file
-  std::string FileName() const { return sections_.path_of(Index); }
+  std::string FileName() const { return sections_.path_of(Index()); }
 
   PLT_ServiceHotWater ServiceHotWaterDetails;
   PLT_General General;

@@ -99,7 +99,7 @@ class URT_UtilityRate final : public CopiedEntity<URT_UtilityRate> {
   /// Error `RateStyleInvalid`; the old style stays.
   void SetRateStyle(URT_Style style);
 
-  int16_t Index() const { return checked().StoredEntity::Index; }
+  int16_t Index() const { return checked().StoredEntity::Index(); }
   /// A time-of-day schedule whose link row is gone reads as 0. A record that says another type is logged, and has the
   /// type of the object.
   void Load(int16_t RecordNumber) { checked().StoredEntity::Load(RecordNumber); }

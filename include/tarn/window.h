@@ -29,6 +29,9 @@ class WIN_Window final : public Entity<WIN_Window, WindowRecord> {
   const ClassInfo& info() const override;
   const Kind& kind() const override;
 
+  /// Without a check: the next save writes there.
+  void SetIndex(int16_t index) { set_index(index); }
+
   /// Sets OverallUValue and OverallShadeCo from the layers, frame, shade and size. docs/windows.md has the method.
   /// Error `DivisionByZero`, and both results as they were, for a window without area.
   void CalculatePerformance();

@@ -48,7 +48,7 @@ const Kind& AS_AirSystem::kind() const {
       .reach = {Results::DesignAndSimulation,
                 {{Stage::Plants, {{"Plant_System_Links", "System_ID", "Plant_ID"}}},
                  {Stage::Buildings, {{"Building_System_Links", "System_ID", "Building_ID"}}}}},
-      .gives_names = false,
+      .name_word = "Air System",
       .name_query_message = "Query for duplicate name checking failed: ",
       .lost_row_message = "Cannot find air system record in index database",
       .link_owner = "System"};
@@ -94,7 +94,7 @@ void AS_AirSystem::SetMask(int32_t lMaskAdd, std::optional<int32_t> lMaskRemove)
 }
 
 void AS_AirSystem::SetAsNew() {
-  Index = 0;
+  set_index(0);
   DesHasChanged = SimHasChanged = false;
   for (Bool* flag : {&general_.Sized, &general_.CoilDataValid, &general_.Simulated, &general_.CWCoilsExists,
                      &general_.HWCoilsExists, &general_.STMCoilsExists}) {

@@ -120,7 +120,7 @@ void URT_UtilityRate::after_read(ReadFrom from) {
                                          "RateType first, or write defaults with a new project.");
   }
   if (from == ReadFrom::Stored && type != type_) {
-    log().message(FileName + ", record " + std::to_string(StoredEntity::Index) + ": its rate type is " +
+    log().message(FileName + ", record " + std::to_string(StoredEntity::StoredEntity::Index()) + ": its rate type is " +
                   std::to_string(type.raw) + "; it is read as " + std::string(kind().default_word) + ".");
   }
   type = type_;

@@ -27,7 +27,6 @@ Kind kind_of(std::string_view word) {
                       computed<C, &C::GetTotalThickness>("fThickness")},
           .reach = roof ? Reach::through_spaces("Space_Roof_Links", "Roof_ID")
                         : Reach::through_spaces("Space_Wall_Links", "Wall_ID"),
-          .numbered_names = false,
           .saved_anew = true};
 }
 
@@ -220,7 +219,7 @@ std::string CA_ConstructionAssly::generate() {
 /// "Wall 3 (Brick veneer)", as far as it is known.
 std::string CA_ConstructionAssly::named() const {
   std::string text(Category() == CA_Category::CA_CAT_Roof ? "Roof" : "Wall");
-  if (Index != 0) text += " " + std::to_string(Index);
+  if (Index() != 0) text += " " + std::to_string(Index());
   const std::string name = Name.trimmed();
   return name.empty() ? text : text + " (" + name + ")";
 }
@@ -264,6 +263,9 @@ void CA_ConstructionAssly::Save(CA_ReturnCodes& ReturnCode) {
     for (R4& term : DTrans.items) term = 0;
     CTrans = 0;
     ReturnCode = CA_ReturnCodes::CA_ERR_TFCG;
+  } catch (...) {
+    ReturnCode = CA_ReturnCodes::CA_ERR_SAVE;
+    throw;
   }
 }
 

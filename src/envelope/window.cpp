@@ -28,11 +28,11 @@ const ClassInfo& WIN_Window::info() const {
       property<&R::GlassNameEnglish>, property<&R::GlassNameMetric>, property<&R::GlassTrans>,
       property<&R::GlassReflect>, property<&R::GlassAbsorp>, property<&R::GlassThickness>("in"),
       property<&R::GlassConductivity>("Btu/(hr.ft.F)"), property<&R::GapTypeID>, property<&R::GapNameEnglish>,
-      property<&R::GapNameMetric>, property<&C::Index>, property<&C::FileName>, method<&C::Reset>("bResetAll"),
-      method<&C::CalculatePerformance>, method<&C::CopyInstance>, method<&C::Clone>("nIndex"), method<&C::GetFreeIndex>,
-      method<&C::Delete>("nRecNum"), method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"),
-      method<&C::Load>("nRecNum"), method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"),
-      event<&C::OnUpdateDependencies>("OverrideDefault"));
+      property<&R::GapNameMetric>, property<&C::Index, &C::SetIndex>, property<&C::FileName>,
+      method<&C::Reset>("bResetAll"), method<&C::CalculatePerformance>, method<&C::CopyInstance>,
+      method<&C::Clone>("nIndex"), method<&C::GetFreeIndex>, method<&C::Delete>("nRecNum"), method<&C::GetDBHandle>,
+      method<&C::SetDBHandle>("DB"), method<&C::Load>("nRecNum"), method<&C::Save>, method<&C::CreateDefault>,
+      method<&C::IsNameUnique>("sName"), event<&C::OnUpdateDependencies>("OverrideDefault"));
   static const ClassInfo info(members);
   return info;
 }

@@ -245,7 +245,7 @@ class Import {
       const Naming naming = complete ? Naming::AsItIs : Naming::Valid;
       if (index > 0) {
         entity->SaveAs(keeps_indexes ? index : int16_t{0}, naming);
-        renumbered.given[index] = entity->Index;
+        renumbered.given[index] = entity->Index();
       } else if (keeps_indexes) {
         entity->SaveDefault();
       }

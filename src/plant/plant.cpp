@@ -234,7 +234,7 @@ void PLT_Plant::before_save(SaveContext& save) {
 
 /// Others than those of the file.
 bool PLT_Plant::has_other_outputs() const {
-  const std::vector<std::byte> header = sections_.stored_header(Index);
+  const std::vector<std::byte> header = sections_.stored_header(Index());
   if (header.empty()) return false;
   const auto stored = record_in<PlantHeaderRecord>(header);
   const PlantHeaderRecord& own = General;
@@ -250,7 +250,7 @@ void PLT_Plant::close_up(const std::vector<ClearedReference>& /*cleared*/, Secti
     for (int i = 1; i <= list->NumEquipment(); ++i) {
       const PLT_Equipment& piece = list->Equipment(i);
       if (piece.EquipmentID != 0 && PLT_Equipment::kind_of(piece).empty())
-        log().message("Plant " + std::to_string(Index) + ", " + list->Name() + ": equipment " +
+        log().message("Plant " + std::to_string(Index()) + ", " + list->Name() + ": equipment " +
                       std::to_string(piece.EquipmentID) + " is of library " + std::to_string(piece.LibraryID.raw) +
                       ", which does not exist; it is left out.");
     }

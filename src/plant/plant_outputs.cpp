@@ -182,13 +182,13 @@ int32_t PLT_General::GetDetailedTowerCount() const {
   return count(
       "SELECT COUNT(*) AS CNT FROM TowerIndex TWR, Plant_Tower_Links PTL "
       "WHERE PTL.Tower_ID = TWR.nIndex AND nECWTModel IN (2, 4) AND PTL.Plant_ID = ?",
-      {of_plant().Index});
+      {of_plant().Index()});
 }
 
 int32_t PLT_General::GetEquipmentLinkCount(int16_t nLibraryID, std::optional<int16_t> nEquipmentID) const {
   const std::string sql =
       "SELECT Count(*) as LinkCount FROM Plant_Equipment_Links WHERE Plant_ID = ? AND Library_ID = ?";
-  const int64_t plant_index = of_plant().Index;
+  const int64_t plant_index = of_plant().Index();
   if (nEquipmentID) return count(sql + " AND Equipment_ID = ?", {plant_index, nLibraryID, *nEquipmentID});
   return count(sql, {plant_index, nLibraryID});
 }

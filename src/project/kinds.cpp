@@ -35,9 +35,7 @@ std::string_view short_name(const SystemDefaults& defaults) {
   return defaults.class_name.substr(std::string_view("AS_Dflt_00_").size());
 }
 
-/// By number or short name; single-zone constant volume is the usual.
-void start_system(StoredEntity& entity, std::string_view type) {
-  auto& system = dynamic_cast<AS_AirSystem&>(entity);
+void fill_system(AS_AirSystem& system, std::string_view type) {
   if (type.empty()) return system.SetToDefaults();
   int number = 0;
   const auto [end, failed] = std::from_chars(type.data(), type.data() + type.size(), number);
@@ -50,6 +48,12 @@ void start_system(StoredEntity& entity, std::string_view type) {
       return system.SetToDefaultsByType(each.type);
   }
   fail(ErrorNumber::InvalidCall, "There is no system type " + std::string(type) + "; " + did_you_mean(type, names));
+}
+
+/// By number or short name; single-zone constant volume is the usual. The name is left to the save.
+void start_system(StoredEntity& entity, std::string_view type) {
+  fill_system(dynamic_cast<AS_AirSystem&>(entity), type);
+  entity.Reset(true);
 }
 
 /// The code of an enumeration by its number, its name with or without the first word, or its text.

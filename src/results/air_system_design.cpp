@@ -76,7 +76,7 @@ uint64_t ADL_AirSystemDesign::size_in_file() const { return size_of(spans()); }
 
 void ADL_AirSystemDesign::Load() {
   if (!air_system_) return log().message("Air system object must be set before loading air system design load data.");
-  const std::string path = file_of(air_system_->Index);
+  const std::string path = file_of(air_system_->Index());
   if (path.empty()) return log().message("Air system design data filename is invalid");
   if (!files().exists(path)) return log().message("File does not exist: " + path);
   Transaction transaction;

@@ -22,8 +22,7 @@ const Kind& SCH_Schedule::kind() const {
                                       {"Building_ElectricRate_Links", "ElectricRate_ID", "Building_ID"}}},
                                     {Stage::Buildings,
                                      {{"FuelRate_Schedule_Links", "Schedule_ID", "FuelRate_ID"},
-                                      {"Building_FuelRate_Links", "FuelRate_ID", "Building_ID"}}}}},
-                         .numbered_names = false};
+                                      {"Building_FuelRate_Links", "FuelRate_ID", "Building_ID"}}}}}};
   return kind;
 }
 

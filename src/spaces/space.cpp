@@ -28,7 +28,6 @@ const Kind& SPC_Space::kind() const {
                   computed<SPC_Space, &SPC_Space::GetMaxOccupancy>("fNumPeople"),
                   computed<SPC_Space, &SPC_Space::overhead_lighting>("fLightingDensity")},
       .reach = {Results::DesignAndSimulation, {{Stage::Systems, {{"System_Space_Links", "Space_ID", "System_ID"}}}}},
-      .numbered_names = false,
       .link_owner = "Space"};
   return kind;
 }

@@ -48,11 +48,11 @@ struct StoredEntity::Before {
 };
 
 StoredEntity::Before StoredEntity::before(bool with_results) {
-  return {Index, gathered(file_->inputs()), keep_rest(), file_->keep_state(with_results)};
+  return {index_, gathered(file_->inputs()), keep_rest(), file_->keep_state(with_results)};
 }
 
 void StoredEntity::put_back(const Before& before) {
-  Index = before.index;
+  index_ = before.index;
   if (before.rest) before.rest();  // lists first: the bytes go into them
   scatter(before.inputs, file_->inputs());
   if (before.state) before.state();
@@ -79,8 +79,8 @@ void StoredEntity::on_rollback(std::function<void()> undo) {
 void StoredEntity::follow_rollback() {
   std::optional<LinkKeeper> known;
   if (links_) known = *links_;
-  on_rollback([this, before = Index, known = std::move(known), state = file_->keep_state(false)] {
-    Index = before;
+  on_rollback([this, before = index_, known = std::move(known), state = file_->keep_state(false)] {
+    index_ = before;
     if (state) state();
     if (known)
       *links_ = *known;
@@ -112,18 +112,19 @@ void StoredEntity::store_name(std::string_view name) {
   std::fill(name_.begin() + used, name_.end(), ' ');
 }
 
-std::string StoredEntity::title() const { return std::string(kind().default_word) + " " + std::to_string(Index); }
+std::string StoredEntity::title() const { return std::string(kind().default_word) + " " + std::to_string(index_); }
 
 void StoredEntity::make_name_valid() {
-  if (!kind().gives_names || !stored_name().empty()) return;
+  if (!stored_name().empty()) return;
   // The number's sign has its blank: "Window  3", which names are compared by, to the character.
-  store_name(std::string(kind().default_word) + (kind().numbered_names ? "  " + std::to_string(Index) : ""));
+  const std::string_view word = kind().name_word.empty() ? kind().default_word : kind().name_word;
+  store_name(std::string(word) + "  " + std::to_string(index_));
 }
 
 bool StoredEntity::name_is_free(const std::string& name) const {
   const std::string query = "SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?";
   try {
-    return database().OpenRecordset(query, {name, cell(Index)}).AtEof();
+    return database().OpenRecordset(query, {name, cell(index_)}).AtEof();
   } catch (const Error& error) {
     if (kind().name_query_message.empty()) throw;
     throw Error(error.number(), {}, std::string(kind().name_query_message) + error.description());
@@ -174,7 +175,7 @@ std::unique_ptr<StoredEntity::Linked> StoredEntity::linked(Sections sections, in
 void StoredEntity::mark_dependants() {
   bool override_default = false;
   OnUpdateDependencies.raise(override_default);
-  if (!override_default) kind().reach.mark(database(), Index);
+  if (!override_default) kind().reach.mark(database(), index_);
 }
 
 // ---- load
@@ -195,12 +196,12 @@ void StoredEntity::load(int32_t number, Sections sections) {
     } else {
       for (const ChangedFlag& flag : kind().flags) flag.of(*this) = rows.Fields(flag.column).integer() != 0;
     }
-    const bool same = Index == index && index != 0;
+    const bool same = index_ == index && index != 0;
     const bool known = there || file_->one_for_each();
-    if (known) Index = index;
-    file_->read({Index, sections, same, there ? &rows : nullptr, [&] {
+    if (known) index_ = index;
+    file_->read({index_, sections, same, there ? &rows : nullptr, [&] {
                    if (!known) return;
-                   if (const auto links = linked(sections, Index))
+                   if (const auto links = linked(sections, index_))
                      links_->repair(links->owner, links->rows, links->close_up);
                  }});
     after_read(ReadFrom::Stored);
@@ -219,7 +220,7 @@ void StoredEntity::CreateDefault() {
                                            " is; say so first, or write defaults with a new project.");
     }
     after_read(there ? ReadFrom::Default : ReadFrom::Product);
-    Index = 0;
+    index_ = 0;
     if (!database_) return;
     if (const auto links = linked(kAllSections, 0)) links_->repair_default(links->owner, links->rows, links->close_up);
   });
@@ -234,9 +235,9 @@ void StoredEntity::save(SaveContext save) {
     Transaction transaction;
     follow_rollback();
     Recordset rows = index_rows();
-    if (Index != 0) rows.FindFirst("nIndex = ?", {cell(Index)});
-    if (Index == 0 || (rows.NoMatch() && kind().saved_anew)) {
-      Index = GetFreeIndex();
+    if (index_ != 0) rows.FindFirst("nIndex = ?", {cell(index_)});
+    if (index_ == 0 || (rows.NoMatch() && kind().saved_anew)) {
+      index_ = GetFreeIndex();
       rows.AddNew();
     } else {
       if (rows.NoMatch()) {
@@ -256,7 +257,7 @@ void StoredEntity::SaveAs(int16_t index, Naming naming) {
     Transaction transaction;
     follow_rollback();
     Recordset rows = index_rows();
-    Index = index == 0 ? GetFreeIndex() : index;
+    index_ = index == 0 ? GetFreeIndex() : index;
     rows.AddNew();
     SaveContext save{.form = SaveContext::Form::AsGiven, .naming = naming, .sections = file_->to_save()};
     store(rows, save);
@@ -268,22 +269,22 @@ void StoredEntity::SaveAs(int16_t index, Naming naming) {
 /// Writes the row that is being edited or added, marks dependants, writes the bytes.
 void StoredEntity::store(Recordset& rows, SaveContext& save) {
   if (save.naming == Naming::Valid) make_name_valid();
-  const auto links = linked(save.sections, Index);
+  const auto links = linked(save.sections, index_);
   if (links && save.form == SaveContext::Form::Edited)
     links_->clear_deleted(links->owner, links->rows, links->close_up);
   before_save(save);
-  rows.Fields("nIndex") = cell(Index);
+  rows.Fields("nIndex") = cell(index_);
   rows.Fields("szName") = stored_name();
   for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
   for (const ChangedFlag& flag : kind().flags) rows.Fields(flag.column) = cell(flag.of(*this));
   rows.Update();
   if (links) links_->write(links->owner, links->rows);
   mark_dependants();
-  file_->write(Index, save);
+  file_->write(index_, save);
 }
 
 void StoredEntity::keep_flags_of_row() {
-  Recordset rows = row_of(Index);
+  Recordset rows = row_of(index_);
   if (rows.NoMatch()) return;
   for (const ChangedFlag& flag : kind().flags) flag.of(*this) |= rows.Fields(flag.column).integer() != 0;
 }
@@ -302,15 +303,15 @@ void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
   or_as_before(false, [&](const Before&) {
     Transaction transaction;
     follow_rollback();
-    if (nRecNum) Index = *nRecNum;
+    if (nRecNum) index_ = *nRecNum;
     mark_dependants();
-    const Cell id[]{cell(Index)};
+    const Cell id[]{cell(index_)};
     database().Execute("DELETE FROM " + std::string(kind().index_table) + " WHERE nIndex = ?", id);
     for (const LinkColumn& link : link_columns_of(kind(), info())) {
       database().Execute("DELETE FROM " + link.table + " WHERE " + link.condition(), id);
     }
-    file_->remove(Index);
-    database().memory<Deletions>().note(kind().default_word, Index);
+    file_->remove(index_);
+    database().memory<Deletions>().note(kind().default_word, index_);
     transaction.commit();
   });
   Reset();
@@ -326,7 +327,7 @@ int16_t StoredEntity::GetFreeIndex() const {
 }
 
 void StoredEntity::Reset(std::optional<bool> bResetAll) {
-  Index = 0;
+  index_ = 0;
   if (bResetAll.value_or(false)) store_name(std::string_view("\0", 1));
 }
 
@@ -351,7 +352,7 @@ void StoredEntity::copy_content(const StoredEntity& from) {
 
 void StoredEntity::become_twin(const StoredEntity& of) {
   copy_content(of);
-  Index = of.Index;
+  index_ = of.Index();
 }
 
 void StoredEntity::fill_clone(StoredEntity& clone, std::optional<int16_t> index) {

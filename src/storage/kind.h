@@ -55,13 +55,12 @@ ChangedFlag changed_flag(std::string_view column) {
 struct Kind {
   std::string_view class_name;
   std::string_view index_table;
-  std::string_view default_word;         // of names given to nameless entities: "Window  3", or the word alone
+  std::string_view default_word;         // of the kind, in messages and in names given to nameless entities: "Window  3"
   std::string_view missing_row_message;  // of `Load`; the number follows
   std::vector<SummaryColumn> columns;    // besides nIndex and szName
   std::vector<ChangedFlag> flags = {};   // after them
   Reach reach;
-  bool gives_names = true;                   // a nameless entity gets a default name
-  bool numbered_names = true;                // a default name is its word and the index
+  std::string_view name_word = {};           // of default names, where it is another
   bool row_needed = false;                   // `Load` without a row is an error
   std::string_view no_table_message = {};    // where the rows cannot be read; the failure follows
   std::string_view name_query_message = {};  // where the search for a name fails; the failure follows

@@ -229,7 +229,7 @@ void SectionFile::read_sections(const std::string& path, const LoadContext& load
 // ---- save
 
 bool SectionFile::take_unselected_header(const SaveContext& save) {
-  const std::string path = path_of(entity_.Index);
+  const std::string path = path_of(entity_.Index());
   if (save.selects(0) || !exists(path)) return false;
   const std::vector<std::byte> stored = header_of_file(path);
   checked_ends(stored, files().size(path), path);

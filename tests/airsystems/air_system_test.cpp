@@ -252,7 +252,7 @@ TEST_F(AirSystemTest, TheFileOfIndexZeroIsTheDefault) {
   EXPECT_TRUE(std::filesystem::exists(file(0))) << "a system that was never stored has no file";
   fresh->CreateDefault();
   EXPECT_EQ(fresh->GetAirSystem()->NumZones, 3);
-  EXPECT_EQ(fresh->Index, 0);
+  EXPECT_EQ(fresh->Index(), 0);
 }
 
 TEST_F(AirSystemTest, AFileCutAtAnyByteIsAnErrorOrWholeSections) {
@@ -274,11 +274,11 @@ TEST_F(AirSystemTest, AFileCutAtAnyByteIsAnErrorOrWholeSections) {
     if (good) {
       EXPECT_EQ(system->GetCoilSize()->CentralClgCoil(7, 16), cut >= sizing ? 1234.0F : 0.0F);
       system->SetToDefaultsByType(1);
-      system->Index = 0;
+      system->Reset();
     } else {
       ASSERT_EQ(number, 3343) << cut;
       ASSERT_EQ(system->GetAirSystem()->Name.trimmed(), "SZCAV Defaults") << cut;
-      ASSERT_EQ(system->Index, 0);
+      ASSERT_EQ(system->Index(), 0);
     }
   }
   for (const auto& [at, value] :
@@ -392,7 +392,7 @@ TEST_F(AirSystemTest, AFailedLoadLeavesZonesAndTheirResults) {
   system->SetMask(CCM_MASKALL);
   database->Execute("DROP TABLE System_Space_Links");  // link repair fails, after the inputs were read
   EXPECT_NE(test::error_number([&] { system->Load(2); }), 0);
-  EXPECT_EQ(system->Index, 1);
+  EXPECT_EQ(system->Index(), 1);
   EXPECT_EQ(system->GetAirSystem()->Name.trimmed(), "A");
   ASSERT_EQ(system->GetAirSystem()->NumZones, 3);
   EXPECT_EQ(system->GetZoneData(3), zone);
@@ -520,7 +520,7 @@ TEST_F(AirSystemTest, NamesAreUniqueAndDeletesTakeRowsLinksAndFiles) {
             1);
   EXPECT_FALSE(std::filesystem::exists(file(1)));
   EXPECT_FALSE(std::filesystem::exists(folder / "LOADS.DAT"));
-  EXPECT_EQ(system->Index, 0);
+  EXPECT_EQ(system->Index(), 0);
 }
 
 TEST_F(AirSystemTest, ChangesReachPlantsAndBuildings) {
@@ -552,13 +552,13 @@ TEST_F(AirSystemTest, ARollbackBringsFileAndIndexBack) {
     save(*system);
     auto other = new_system("B");
     save(*other);
-    EXPECT_EQ(other->Index, 2);
+    EXPECT_EQ(other->Index(), 2);
     project.NewAirSystem()->Delete(1);
   }
   EXPECT_EQ(bytes_of(file(1)), before);
   EXPECT_FALSE(std::filesystem::exists(file(2)));
   const auto clone = system->Clone(int16_t{1});
-  EXPECT_EQ(clone->Index, 0);
+  EXPECT_EQ(clone->Index(), 0);
   EXPECT_EQ(clone->GetAirSystem()->Name.trimmed(), "Copy of A");
   EXPECT_EQ(clone->GetCoilSize()->CentralClgCoil(7, 16), 1234.0F);
   clone->SetAsNew();

@@ -133,7 +133,7 @@ TEST_F(BuildingTest, FilesAreNamedByTheIndex) {
   auto nowhere = project.NewBuilding();
   nowhere->FilePrefix.clear();
   EXPECT_EQ(what_of([&] { nowhere->Save(FS_ALL); }), "The building has no file name; set its WorkPath and FilePrefix.");
-  EXPECT_EQ(nowhere->Index, 0);
+  EXPECT_EQ(nowhere->Index(), 0);
   EXPECT_EQ(count("BuildingIndex"), 5);
 }
 
@@ -316,7 +316,7 @@ TEST_F(BuildingTest, ADeleteTakesItsRowsAndItsFile) {
   full_building("C")->Save(FS_ALL);
   auto building = project.NewBuilding();
   building->Delete(1);
-  EXPECT_EQ(building->Index, 0);
+  EXPECT_EQ(building->Index(), 0);
   EXPECT_EQ(links(1), "System Plant Schedule ElectricRate FuelRate");
   EXPECT_EQ(links(2), "System1 Plant1 Schedule1 ElectricRate1 FuelRate1");
   EXPECT_EQ(count("BuildingIndex WHERE nIndex = 2") + 2 * count("BuildingIndex WHERE nIndex = 1"), 1);
@@ -353,7 +353,7 @@ TEST_F(BuildingTest, AFileCutAtAnyByteIsWholeOrAnError) {
                        : size == kEnds[0] ? " ends before BuildingInputs, though "
                                           : " ends inside a section, at byte ";
     if (said.find(says) == std::string::npos) ADD_FAILURE() << size << ": " << said;
-    if (uses(*other) != state || other->Index != 0 || other->GetBuildingGeneral()->Name.trimmed() != "Other" ||
+    if (uses(*other) != state || other->Index() != 0 || other->GetBuildingGeneral()->Name.trimmed() != "Other" ||
         other->GetBuildingResults()->TotClgLoad != 5)
       ADD_FAILURE() << size << " changed the object";
   }
@@ -369,7 +369,7 @@ TEST_F(BuildingTest, AFailedSaveLeavesRowsLinksAndFile) {
       auto building = adds ? full_building("New") : loaded(1);
       building->GetBuildingGeneral()->Name = "Changed";
       building->GetBuildingInputs()->PlantID(100) = 0;
-      const int16_t index = building->Index;
+      const int16_t index = building->Index();
       bool done;
       {
         test::FaultyFiles faulty(operation);
@@ -378,7 +378,7 @@ TEST_F(BuildingTest, AFailedSaveLeavesRowsLinksAndFile) {
       if (done) break;
       EXPECT_TRUE(file() == before && rows("BuildingIndex") == table && links(1) == linked) << adds << operation;
       EXPECT_FALSE(std::filesystem::exists(folder / "JOBB02.DAT")) << operation;
-      EXPECT_EQ(building->Index, index) << operation;
+      EXPECT_EQ(building->Index(), index) << operation;
       ASSERT_LT(operation, 100);
     }
     EXPECT_EQ(loaded(adds ? 2 : 1)->GetBuildingGeneral()->Name.trimmed(), "Changed");
@@ -433,7 +433,7 @@ TEST_F(BuildingTest, DefaultsAreAFileOfTheirOwn) {
   EXPECT_EQ(other->GetBuildingInputs()->SystemID(4) + other->GetBuildingInputs()->SystemMult(4), 0)
       << "of no system that is there";
   EXPECT_EQ(other->GetBuildingResults()->TotClgLoad + other->GetBuildingProfile(8)->Power(8760), 0);
-  EXPECT_EQ(other->Index, 0);
+  EXPECT_EQ(other->Index(), 0);
   other->DefFileName = "/nowhere/B00.DAT";
   EXPECT_EQ(what_of([&] { other->CreateDefault(); }), "Default building file not found: /nowhere/B00.DAT.");
 }

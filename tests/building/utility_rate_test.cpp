@@ -105,7 +105,7 @@ TEST_F(UtilityRateTest, NothingButTheWiringWorksBeforeTheTypeIsKnown) {
   EXPECT_EQ(refused, 19 * 2 + 31 * 4 + 18 + 31 + 9U);
   EXPECT_TRUE(bytes_of(*rate) == before && rows("ElectricRateIndex") == table);
   EXPECT_EQ(test::bytes_of(project.ElecRateFilename()), file);
-  EXPECT_EQ(static_cast<StoredEntity&>(*rate).Index, 0);
+  EXPECT_EQ(static_cast<StoredEntity&>(*rate).Index(), 0);
   EXPECT_EQ(std::get<int16_t>(get_property(*rate, "RateType")), -1);
   EXPECT_EQ(thrown([&] { rate->SaveDefault(); }), std::string("3001 : ") + kUndefined);
   EXPECT_EQ(thrown([&] { (*rate)->Season(0) = 1; }), std::string("3001 : ") + kUndefined) << "before the bounds";

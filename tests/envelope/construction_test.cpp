@@ -222,8 +222,8 @@ TEST_F(ConstructionTest, TheRecordFileMakesTheCategory) {
     set(each->layer(2), "x", 1, 1, 1, 1);
     each->Save();
   }
-  EXPECT_EQ(wall->Name.trimmed(), "Wall");
-  EXPECT_EQ(roof->Name.trimmed(), "Roof");
+  EXPECT_EQ(wall->Name.trimmed(), "Wall  1");
+  EXPECT_EQ(roof->Name.trimmed(), "Roof  1");
   EXPECT_EQ(count("WallIndex") * 10 + count("RoofIndex"), 11);
   roof->SetCategory(CA_Category::CA_CAT_Wall);
   EXPECT_EQ(test::error_number([&] { roof->Save(); }), 5);
@@ -244,9 +244,10 @@ TEST_F(ConstructionTest, ASaveWhoseRowIsGoneTakesANewIndex) {
   auto other = project.NewWall();
   other->Delete(1);
   brick_wall()->Save();
-  wall->Index = 9;
+  wall->SaveAs(9, Naming::Valid);
+  other->Delete(9);
   wall->Save();
-  EXPECT_EQ(wall->Index, 3);
+  EXPECT_EQ(wall->Index(), 3);
 }
 
 TEST_F(ConstructionTest, TheSummaryIsThatOfTheUsedLayers) {

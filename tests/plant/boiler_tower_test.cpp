@@ -40,7 +40,7 @@ class BoilerTowerTest : public test::ProjectTest {
   }
   std::string own() { return bytes<BoilerRecord>(*boiler) + bytes<TowerRecord>(*tower); }
   std::string state() {
-    return own() + std::to_string(boiler->Index) + std::to_string(tower->Index) + rows("BoilerIndex") +
+    return own() + std::to_string(boiler->Index()) + std::to_string(tower->Index()) + rows("BoilerIndex") +
            rows("TowerIndex") + test::bytes_of(project.BoilerFilename()) + test::bytes_of(project.TowerFilename());
   }
 
@@ -198,7 +198,7 @@ TEST_F(BoilerTowerTest, ADeleteTakesTheRowsThatNameItAndNoOthers) {
     c.entity.Delete();
     for (const auto& rows_of : c.gone) EXPECT_EQ(count(rows_of), 0) << rows_of;
     EXPECT_EQ(all(), before - static_cast<int64_t>(c.gone.size()));
-    EXPECT_EQ(c.entity.Index, 0);
+    EXPECT_EQ(c.entity.Index(), 0);
   }
 }
 

@@ -30,7 +30,7 @@ class ChillerTest : public ProjectTest {
     chiller->Save();
   }
   std::string state() {
-    return bytes(*chiller) + std::to_string(chiller->Index) + bytes_of(project.ChillerFilename()) +
+    return bytes(*chiller) + std::to_string(chiller->Index()) + bytes_of(project.ChillerFilename()) +
            rows("ChillerIndex");
   }
 

@@ -158,7 +158,7 @@ TEST_F(ChillerImportTest, AnImportedMapIsThatOfAConversionByHandAndSaysWhatItLef
     const Lines said = import_chiller(*chiller, path);
     chiller->Save();
     auto loaded = project.NewChiller();
-    loaded->Load(chiller->Index);
+    loaded->Load(chiller->Index());
     EXPECT_TRUE(bytes(*loaded) == bytes(*chiller));
     expect_converted(loaded->CoolingMode, c.grid);
     EXPECT_EQ(loaded->SourceFluid.raw, loaded->CoolingMode.FLEnteringTemp == 95 ? 1 : 2);

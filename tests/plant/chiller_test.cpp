@@ -127,7 +127,7 @@ TEST_F(ChillerTest, CopiesKeepTheModes) {
   for (const auto& copy : {chiller->Clone(), other->Clone(1), chiller->CopyInstance()})
     EXPECT_TRUE(bytes(*copy).substr(kOwn) == modes);
   EXPECT_TRUE(bytes(*chiller->CopyInstance()) == bytes(*chiller));
-  EXPECT_EQ(chiller->Clone()->Index, 0);
+  EXPECT_EQ(chiller->Clone()->Index(), 0);
   other->Load(1);
   EXPECT_TRUE(bytes(*other) == bytes(*chiller));
   EXPECT_EQ(std::get<std::string>(get_property(*chiller, "Name")), "Packaged screw, water-cooled");

@@ -150,7 +150,7 @@ TEST_F(PlantFileTest, AFailedLoadKeepsTheResultsToo) {
   auto plant = loaded(1);
   EXPECT_NE(what_of([&] { plant->Load(CCM_ALL, 2); }), "no error");
   EXPECT_EQ(plant->UnmetLoadsClg.CapSufficient(1), 'A');
-  EXPECT_EQ(plant->Index, 1);
+  EXPECT_EQ(plant->Index(), 1);
 }
 
 TEST_F(PlantFileTest, OnlyACalculationTakesAChangedFlagAway) {
@@ -272,7 +272,7 @@ TEST_F(PlantFileTest, DefaultsAreFilesOfTheirOwn) {
   other->DefFileName = folder / "own.dat";
   other->CreateDefault();
   EXPECT_EQ(other->General.PlantType.raw, 7);
-  EXPECT_EQ(other->Index, 0);
+  EXPECT_EQ(other->Index(), 0);
 }
 
 }  // namespace

@@ -77,7 +77,7 @@ TEST_F(PlantTest, BadCallsSayWhyAndChangeNothing) {
     plant->DefFileName = twin->DefFileName;
     EXPECT_EQ(test::bytes_of(folder / "JOBP01.DAT") == file && rows("PlantIndex") == table && links(1) == linked, true)
         << c.says;
-    EXPECT_EQ(plant->Index, 1) << c.says;
+    EXPECT_EQ(plant->Index(), 1) << c.says;
     EXPECT_EQ(std::memcmp(plant->General.bytes().data(), twin->General.bytes().data(), 178), 0) << c.says;
     EXPECT_EQ(std::memcmp(plant->Details.bytes().data(), twin->Details.bytes().data(), 66), 0) << c.says;
     EXPECT_EQ(loop.NumPumps(), 0) << c.says;
@@ -150,10 +150,10 @@ TEST_F(PlantTest, WhatASavedPlantUsesMarksIt) {
       Transaction undone;
       database->Execute("UPDATE PlantIndex SET bDesHasChanged = 0, bSimHasChanged = 0");
       if (deletes)
-        c.entity->Delete(c.entity->Index);
+        c.entity->Delete(c.entity->Index());
       else
         c.entity->Save();
-      const std::string name = std::string(c.entity->info().name) + " " + std::to_string(c.entity->Index);
+      const std::string name = std::string(c.entity->info().name) + " " + std::to_string(c.entity->Index());
       EXPECT_EQ(flags(1), c.flags) << name;
       EXPECT_EQ(count("BuildingIndex WHERE bHasChanged = -1"), c.flags == std::string("0000") ? 0 : 1) << name;
     }
@@ -262,7 +262,7 @@ TEST_F(PlantTest, ARollbackTakesEverythingBack) {
     plant->General.Sized = true;
     plant->Save(CCM_ALL);
   }
-  EXPECT_EQ(plant->Index, 0);
+  EXPECT_EQ(plant->Index(), 0);
   EXPECT_EQ(plant->General.Sized && !plant->DesHasChanged, true);
   EXPECT_EQ(rows("PlantIndex"), table);
   EXPECT_FALSE(std::filesystem::exists(folder / "JOBP01.DAT"));
@@ -276,8 +276,8 @@ TEST_F(PlantTest, ARollbackTakesEverythingBack) {
   EXPECT_EQ(plant->Details.CoolingEqpt.NumEquipment(), 2) << "what the save cleared is back";
   auto twin = plant->CopyInstance();
   auto clone = plant->Clone(1);
-  EXPECT_EQ(twin->Index, 1);
-  EXPECT_EQ(clone->Index, 0);
+  EXPECT_EQ(twin->Index(), 1);
+  EXPECT_EQ(clone->Index(), 0);
   EXPECT_EQ(clone->General.Name.trimmed(), "Copy of Full");
   EXPECT_EQ(clone->Details.CoolingEqpt.Equipment(2).EquipmentID, 2);
   clone->Save(CCM_ALL);

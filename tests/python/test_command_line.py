@@ -70,7 +70,7 @@ class TestCommandLine(unittest.TestCase):
 
     def test_numbers_may_begin_or_end_with_the_point(self):
         for word, value in [(".1", 0.1), ("5.", 5), ("+2", 2), ("-.5", -0.5), ("1e-2", 0.01)]:
-            self.tarn("electric-rates", "new", "Name=Rate", f"FlatRate={word}")
+            self.tarn("electric-rates", "new", f"Name=Rate {word}", f"FlatRate={word}")
             shown = json.loads(self.tarn("electric-rates", "list", "--json").stdout)[-1]["nIndex"]
             self.assertEqual(json.loads(self.tarn("electric-rates", "show", str(shown), "--json").stdout)["FlatRate"], value, word)
         self.tarn("electric-rates", "new", "FlatRate=.", code=2)

@@ -244,6 +244,9 @@ class TestObjects(ProjectCase):
         tarn.on_yield = lambda: turns.append(1)
         self.assertEqual(wall.Save(-3), 0)
         tarn.on_yield = None
+        file, wall.FileName = wall.FileName, ""
+        self.assertEqual(wall.Save(0), -4)
+        wall.FileName = file
         self.assertEqual(len(turns), 12)
         self.assertEqual((wall.Index, wall.DTrans[1], list(wall.DTransArray)), (1, 1.0, wall.DTrans[:]))
         wall.ComputeSummary()

@@ -14,11 +14,12 @@ class AirSystemDesignTest : public ProjectTest {
   /// A system with as many spaces in each zone.
   Ptr<AS_AirSystem> system_of(const std::vector<int>& spaces, int16_t index = 5) {
     auto system = project.NewAirSystem();
-    system->Index = index;
     system->GetAirSystem()->Name = "AHU 5";
     system->GetAirSystem()->SetNumZones(static_cast<int16_t>(spaces.size()));
     for (size_t i = 0; i < spaces.size(); ++i)
       system->GetZoneData(static_cast<int16_t>(i + 1))->TotalSpacesInZone = static_cast<int16_t>(spaces[i]);
+    system->Delete(index);
+    system->SaveAs(index, Naming::AsItIs);
     return system;
   }
   Ptr<ADL_AirSystemDesign> design_of(const std::vector<int>& spaces, int16_t index = 5) {
@@ -106,7 +107,7 @@ TEST_F(AirSystemDesignTest, Messages) {
                                       "Air system design data filename is invalid",
                                       "Air system design data filename is invalid"}));
   EXPECT_TRUE(log.errors.empty());
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 1) << "the index database alone";
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 2) << "the index database and the system";
 }
 
 TEST_F(AirSystemDesignTest, BlocksFollowEachOtherAndComeBack) {

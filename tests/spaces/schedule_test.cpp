@@ -17,14 +17,14 @@ TEST_F(ScheduleTest, RecordsLieAsTheirFileHasThem) {
   schedule->HourlyValue(3, 5) = 258;
   schedule->Applicable(12, 8) = 7;
   schedule->Save();
-  EXPECT_EQ(schedule->Name.trimmed(), "Schedule");
+  EXPECT_EQ(schedule->Name.trimmed(), "Schedule  1");
   const std::string bytes = test::bytes_of(project.ScheduleFilename()).substr(792);
   EXPECT_EQ(bytes.size(), 792U);
   EXPECT_EQ(bytes[30], 2);
   EXPECT_EQ(bytes.substr(32 + 7 * 20, 20), std::string(20, 'p'));
   EXPECT_EQ(bytes.substr(192 + 2 * (2 + 8 * 5), 2), "\2\1");
   EXPECT_EQ(bytes.substr(576 + 2 * (11 + 12 * 8), 2), std::string("\7\0", 2));
-  EXPECT_EQ(rows("ScheduleIndex"), "/1.000000 Schedule/0.000000 /2.000000 \n");
+  EXPECT_EQ(rows("ScheduleIndex"), "/1.000000 Schedule  1/0.000000 /2.000000 \n");
   schedule->Load(9);
   EXPECT_EQ(log.messages, std::vector<std::string>{"Invalid index value: 9"});
 }

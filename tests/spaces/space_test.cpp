@@ -15,7 +15,7 @@ class SpaceTest : public test::ProjectTest {
     wall->layer(2).LayerUsed = true;
     wall->layer(2).ThermalResistance = 5.0F;
     wall->Save();
-    return wall->Index;
+    return wall->Index();
   }
   /// The other side's indexes in a link table of space 1: "1 3 ".
   std::string linked(const std::string& kind) {
@@ -116,8 +116,8 @@ TEST_F(SpaceTest, RowAndForwardedPropertiesShowTheParts) {
   space->GetPeople()->Occupancy = 200.0F;
   space->GetLight()->OverheadWatt = 1.5F;
   space->Save();
-  EXPECT_EQ(space->Name(), "Space");
-  EXPECT_EQ(rows("SpaceIndex"), "/1.000000 Space/0.000000 /1000.000000 /5.000000 /1.500000 \n");
+  EXPECT_EQ(space->Name(), "Space  1");
+  EXPECT_EQ(rows("SpaceIndex"), "/1.000000 Space  1/0.000000 /1000.000000 /5.000000 /1.500000 \n");
   const struct {
     int16_t code;
     float occupancy, people;
@@ -200,7 +200,7 @@ TEST_F(SpaceTest, NegativeReferencesAreNoLinksAndStay) {
   space->Save();
   EXPECT_EQ(rows("Space_Schedule_Links"), "");
   const auto again = project.NewSpace();
-  again->Load(space->Index);
+  again->Load(space->Index());
   EXPECT_EQ(again->GetPeople()->Schedule, -3);
   EXPECT_TRUE(log.messages.empty());
 }
@@ -272,19 +272,19 @@ TEST_F(SpaceTest, ARollbackTakesIndexesBackWithTheRows) {
   {
     Transaction undone;
     first->Save();
-    EXPECT_EQ(first->Index, 1);
+    EXPECT_EQ(first->Index(), 1);
   }
-  EXPECT_EQ(first->Index, 0);
+  EXPECT_EQ(first->Index(), 0);
   auto second = project.NewSpace();
   second->SetName("second");
   second->Save();
   first->Save();
-  EXPECT_EQ(first->Index * 10 + second->Index, 21);
+  EXPECT_EQ(first->Index() * 10 + second->Index(), 21);
   {
     Transaction undone;
     second->Delete();
   }
-  EXPECT_EQ(second->Index, 1);
+  EXPECT_EQ(second->Index(), 1);
   second->Save();
   EXPECT_EQ(count("SpaceIndex"), 2);
 }
@@ -310,7 +310,7 @@ TEST_F(SpaceTest, CopiesHoldAllParts) {
   EXPECT_EQ(clone->Name(), "Copy of A");
   const auto twin = space->CopyInstance();
   EXPECT_EQ(twin->GetOtherLoads()->MiscLatUnoccDiv, 0.5F);
-  EXPECT_EQ(twin->Index, 1);
+  EXPECT_EQ(twin->Index(), 1);
 }
 
 }  // namespace

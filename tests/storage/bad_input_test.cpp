@@ -104,7 +104,7 @@ TEST_F(BadInputTest, IsNamedAndNothingIsLost) {
     } catch (const Error& error) {
       failed = error.number();
       said = error.description();
-      EXPECT_EQ(window->Index, 1);
+      EXPECT_EQ(window->Index(), 1);
     }
     EXPECT_EQ(failed, test::number(c.number));
     EXPECT_NE(said.find(c.says), std::string::npos) << said;
@@ -148,7 +148,7 @@ TEST_F(BadInputTest, AKindWithoutADefaultRecordHasTheProductsOwn) {
     for (const char* file : {"no file", "a record of zeros"}) {  // as the first entity of a file leaves it
       entity->CreateDefault();
       EXPECT_TRUE(gathered(entity->file().blocks()) == gathered(wanted->file().blocks())) << kind.one << ", " << file;
-      EXPECT_EQ(entity->Index, 0);
+      EXPECT_EQ(entity->Index(), 0);
       test::write_bytes(entity->file().default_path(), std::string(size_of(entity->file().blocks()), '\0'));
     }
   }

@@ -18,7 +18,7 @@ using test::error_number;
 using EntityTest = test::ProjectTest;
 
 TEST_F(EntityTest, NewEntitiesTakeTheLowestFreeIndexAndADefaultName) {
-  for (int n = 1; n <= 4; ++n) EXPECT_EQ(saved_window("")->Index, n);
+  for (int n = 1; n <= 4; ++n) EXPECT_EQ(saved_window("")->Index(), n);
   auto window = project.NewWindow();
   window->Save();
   EXPECT_EQ(window->Name.trimmed(), "Window  5");
@@ -26,7 +26,7 @@ TEST_F(EntityTest, NewEntitiesTakeTheLowestFreeIndexAndADefaultName) {
   EXPECT_EQ(window->GetFreeIndex(), 3);
   window->Name = "   ";
   window->Save();
-  EXPECT_EQ(window->Index, 3);
+  EXPECT_EQ(window->Index(), 3);
   EXPECT_EQ(window->Name.trimmed(), "Window  3");
   EXPECT_EQ(database->OpenRecordset("SELECT szName FROM WindowIndex WHERE nIndex = 3").Fields("szName").text(),
             "Window  3");
@@ -65,7 +65,7 @@ TEST_F(EntityTest, AFailedLoadLeavesTheObjectAsItWas) {
   auto window = saved_window("B");
   window->FileName = folder / "none/W.DAT";
   EXPECT_NE(error_number([&] { window->Load(1); }), 0);
-  EXPECT_EQ(window->Index, 2);
+  EXPECT_EQ(window->Index(), 2);
   EXPECT_EQ(window->Name.trimmed(), "B");
 }
 
@@ -74,7 +74,7 @@ TEST_F(EntityTest, AMissingRowIsLoggedAndTheRecordAtTheOwnIndexRead) {
   window->Name = "changed";
   window->Load(7);
   EXPECT_EQ(log.messages, std::vector<std::string>{"Invalid ID number for window: 7"});
-  EXPECT_EQ(window->Index, 1);
+  EXPECT_EQ(window->Index(), 1);
   EXPECT_EQ(window->Name.trimmed(), "A");
 }
 
@@ -85,7 +85,7 @@ TEST_F(EntityTest, ASaveWhoseRowIsGoneWritesNothing) {
   window->Height = 9.0F;
   EXPECT_EQ(error_number([&] { window->Save(); }), 3021);
   EXPECT_EQ(bytes_of(project.WindowFilename()), before);
-  EXPECT_EQ(window->Index, 1);
+  EXPECT_EQ(window->Index(), 1);
 }
 
 TEST_F(EntityTest, DeleteRemovesRowAndLinksAndLeavesTheBytes) {
@@ -94,7 +94,7 @@ TEST_F(EntityTest, DeleteRemovesRowAndLinksAndLeavesTheBytes) {
   database->Execute("INSERT INTO Space_Window_Links VALUES (5, 1), (5, 2), (6, 2)");
   const std::string before = bytes_of(project.WindowFilename());
   window->Delete();
-  EXPECT_EQ(window->Index, 0);
+  EXPECT_EQ(window->Index(), 0);
   EXPECT_EQ(window->Name.trimmed(), "B");
   EXPECT_EQ(count("WindowIndex"), 1);
   EXPECT_EQ(rows("Space_Window_Links"), "/5.000000 /1.000000 \n");
@@ -107,21 +107,21 @@ TEST_F(EntityTest, ClonesAreUnsavedCopiesAndTwinsAreExact) {
   window->Save();
   saved_window("B");
   auto clone = window->Clone();
-  EXPECT_EQ(clone->Index, 0);
+  EXPECT_EQ(clone->Index(), 0);
   EXPECT_EQ(clone->Height, 3.5F);
   EXPECT_EQ(clone->Name.trimmed(), "Copy of A");
   EXPECT_EQ(clone->FileName, window->FileName);
   EXPECT_FALSE(clone->m_bCloning);
   auto other = window->Clone(int16_t{2});
-  EXPECT_EQ(other->Index, 0);
+  EXPECT_EQ(other->Index(), 0);
   EXPECT_EQ(other->Height, 0.0F);
   EXPECT_EQ(other->Name.trimmed(), "Copy of A") << "by the name of the object that is asked";
   EXPECT_EQ(window->Name.trimmed(), "A");
   auto twin = window->CopyInstance();
-  EXPECT_EQ(twin->Index, 1);
+  EXPECT_EQ(twin->Index(), 1);
   EXPECT_EQ(twin->Name.str(), window->Name.str());
   clone->Save();
-  EXPECT_EQ(clone->Index, 3);
+  EXPECT_EQ(clone->Index(), 3);
 }
 
 TEST_F(EntityTest, ANamelessObjectNamesItsCloneByWhatItCopies) {
@@ -154,7 +154,7 @@ TEST_F(EntityTest, TheDefaultRecordIsRecordZero) {
   EXPECT_EQ(bytes_of(project.WindowFilename()).size(), 555U);
   auto made = saved_window("A");
   made->CreateDefault();
-  EXPECT_EQ(made->Index, 0);
+  EXPECT_EQ(made->Index(), 0);
   EXPECT_EQ(made->Height, 4.0F);
   made->Reset(true);
   EXPECT_EQ(made->Name.bytes().front(), '\0');
@@ -192,10 +192,10 @@ TEST_F(EntityTest, IndexesEndAt32767) {
       "(nIndex) SELECT i FROM n");
   auto window = project.NewWindow();
   EXPECT_EQ(error_number([&] { window->Save(); }), 6);
-  EXPECT_EQ(window->Index, 0);
+  EXPECT_EQ(window->Index(), 0);
   database->Execute("DELETE FROM WindowIndex WHERE nIndex = 32767");
   window->Save();
-  EXPECT_EQ(window->Index, 32767);
+  EXPECT_EQ(window->Index(), 32767);
 }
 
 TEST_F(EntityTest, PartialRecordsAreLoggedAndNeverExtendedSilently) {
@@ -235,7 +235,7 @@ TEST_F(EntityTest, ATrappedFailureLeavesNoOpenFileAndNoTransaction) {
   window->SetDBHandle(database);
   window->FileName = project.WindowFilename();
   window->Save();
-  EXPECT_EQ(window->Index, 1);
+  EXPECT_EQ(window->Index(), 1);
 }
 
 }  // namespace

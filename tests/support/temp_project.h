@@ -106,12 +106,11 @@ class ProjectTest : public testing::Test {
       add_dependants();
       link(links);
       if (deletes)
-        entity.Delete(entity.Index);
+        entity.Delete(entity.Index());
       else
         entity.Save();
       all += (deletes ? " " : "") + marked();
     }
-    entity.Index = 1;
     return all;
   }
   int64_t count(const std::string& from) {

@@ -400,17 +400,23 @@ void bring_back(const T& from, Value& to) {
   }
 }
 
-/// One for each signature.
+/// One for each signature. What goes both ways comes back from a failed call too.
 template <typename O, typename R, typename... A, typename M>
 void invoke(O& object, M method, std::type_identity<R>, std::type_identity<std::tuple<A...>>, Arguments arguments,
             Value& result) {
   [&]<size_t... I>(std::index_sequence<I...>) {
     std::tuple<std::remove_cvref_t<A>...> natives{native<std::remove_cvref_t<A>>(arguments[I])...};
-    if constexpr (std::is_void_v<R>)
-      (object.*method)(std::get<I>(natives)...);
-    else
-      put(result, (object.*method)(std::get<I>(natives)...));
-    (bring_back<A>(std::get<I>(natives), arguments[I]), ...);
+    const auto all_back = [&] { (bring_back<A>(std::get<I>(natives), arguments[I]), ...); };
+    try {
+      if constexpr (std::is_void_v<R>)
+        (object.*method)(std::get<I>(natives)...);
+      else
+        put(result, (object.*method)(std::get<I>(natives)...));
+    } catch (...) {
+      all_back();
+      throw;
+    }
+    all_back();
   }
   (std::index_sequence_for<A...>());
 }

@@ -25,7 +25,8 @@ class StoredEntity : public Object {
  public:
   ~StoredEntity() override;
 
-  int16_t Index = 0;
+  /// 0 for a new one.
+  int16_t Index() const { return index_; }
   bool m_bCloning = false;            // while being filled as a clone: `Load` forgets the index
   Event<bool&> OnUpdateDependencies;  // OverrideDefault: true keeps the layer from marking dependants
 
@@ -69,6 +70,8 @@ class StoredEntity : public Object {
   static inline bool (*product_default)(StoredEntity&) = nullptr;
 
  protected:
+  void set_index(int16_t index) { index_ = index; }
+
   /// How the bytes came that the object was filled with.
   enum class ReadFrom : uint8_t { Stored, Default, Product };
 
@@ -137,6 +140,7 @@ class StoredEntity : public Object {
   /// So it does with what the save itself has changed in the record, unless a client has changed it since.
   void take_back_changes(const std::vector<std::byte>& before);
 
+  int16_t index_ = 0;
   EntityFile* file_;  // a member of the class that is one
   Ptr<Database> database_;
   std::span<char> name_;
