@@ -12,7 +12,7 @@ namespace tarn {
 namespace {
 
 constexpr std::string_view kClass = "CA_ConstructionAssly";
-constexpr double kTolerableError = 0.01;  // of what 12 terms hold
+constexpr double kForeignError = 0.01;  // of coefficients that come with the layers, and are kept
 
 Kind kind_of(std::string_view word) {
   using C = CA_ConstructionAssly;
@@ -188,13 +188,27 @@ CTFCG CA_ConstructionAssly::generator() const {
   return generator;
 }
 
-double CA_ConstructionAssly::coefficient_error() const {
-  TransferFunctions terms;
+Accuracy CA_ConstructionAssly::coefficient_accuracy() const {
+  Series b{}, d{};
   for (int i = 1; i <= CoeffUBound(); ++i) {
-    terms.cross[static_cast<size_t>(i - 1)] = BTrans(i);
-    terms.denominator[static_cast<size_t>(i - 1)] = DTrans(i);
+    b[static_cast<size_t>(i - 1)] = BTrans(i);
+    d[static_cast<size_t>(i - 1)] = DTrans(i);
   }
-  return generator().error_of(terms.cross, terms.denominator);
+  return generator().accuracy_of(b, d);
+}
+
+std::vector<SlabLayer> CA_ConstructionAssly::slab() const { return generator().slab(); }
+
+std::string CA_ConstructionAssly::slowest_layers() const {
+  const std::vector<int16_t> slots = generator().slowest_layers();
+  std::string text = slots.size() == 1 ? "layer " : "layers ";
+  for (size_t i = 0; i < slots.size(); ++i) {
+    if (i > 0) text += i + 1 < slots.size() ? ", " : " and ";
+    text += std::to_string(slots[i]);
+    const std::string name = layers_[static_cast<size_t>(slots[i]) - 1].Name.trimmed();
+    if (!name.empty()) text += " (" + name + ")";
+  }
+  return text;
 }
 
 /// Fills the coefficients, or zeroes them and returns why there are none.
@@ -203,14 +217,14 @@ std::string CA_ConstructionAssly::generate() {
   TransferFunctions found;
   const bool success = table.Generate(found, let_others_run);
   for (int i = 1; i <= CoeffUBound(); ++i) {
-    BTrans(i) = static_cast<float>(found.cross[static_cast<size_t>(i - 1)]);
-    DTrans(i) = static_cast<float>(found.denominator[static_cast<size_t>(i - 1)]);
+    BTrans(i) = static_cast<float>(found.b[static_cast<size_t>(i - 1)]);
+    DTrans(i) = static_cast<float>(found.d[static_cast<size_t>(i - 1)]);
   }
-  CTrans = static_cast<float>(found.inside_sum());
+  CTrans = static_cast<float>(found.c_sum);
   if (!success) return table.failure();
-  if (found.error > kTolerableError) {
-    log().message(named() + ": 12 transfer function terms hold its response to " + text_of(found.error * 100, "%.2g") +
-                  " % only; it is too heavy for them.");
+  if (const double error = found.accuracy.worst(); error > kToldError) {
+    log().message(named() + ": 12 transfer function terms hold its response to " + text_of(error * 100, "%.2g") +
+                  " % only; what slows it most: " + slowest_layers() + ".");
   }
   return {};
 }
@@ -236,8 +250,8 @@ void CA_ConstructionAssly::before_save() {
 /// Coefficients that come with the layers stay where they belong to them, whoever made them.
 void CA_ConstructionAssly::before_restore() {
   try {
-    const double error = coefficient_error();
-    if (error <= kTolerableError) return;
+    const double error = coefficient_accuracy().worst();
+    if (error <= kForeignError) return;
     generate();
     if (error < HUGE_VAL)
       log().message(named() + ": its coefficients were " + text_of(error * 100, "%.2g") +

@@ -6,6 +6,7 @@
 #include <array>
 #include <optional>
 
+#include "envelope/exact_response.h"
 #include "storage/entity.h"
 
 namespace tarn {
@@ -107,9 +108,16 @@ class CA_ConstructionAssly final : public Entity<CA_ConstructionAssly, Construct
   void Save(CA_ReturnCodes& ReturnCode);
   using StoredEntity::Save;
 
-  /// How far the response by the coefficients, as they stand, is off that of the layers: as `TransferFunctions::error`.
-  /// Error `InvalidCall`, with the reason, for layers without transfer functions.
-  double coefficient_error() const;
+  /// How well the coefficients, as they stand, hold the response of the layers. Error `InvalidCall`, with the reason,
+  /// for layers without transfer functions.
+  Accuracy coefficient_accuracy() const;
+  /// An error above this is told wherever the construction is.
+  static constexpr double kToldError = 0.002;
+  /// The used layers as calculations have them, outside to inside. Error `InvalidCall`, with the reason.
+  std::vector<SlabLayer> slab() const;
+  /// "layers 2 (concrete) and 4 (brick)": those that slow the response most, in a construction that 12 terms hold
+  /// badly.
+  std::string slowest_layers() const;
 
   // Over all ten slots, used or not.
   float GetTotalThickness() const;          // in
