@@ -25,9 +25,10 @@ struct UsageError : std::runtime_error {
 struct Call {
   std::string project;  // of -p
   bool json = false;
-  std::string output;  // of --output
-  std::string type;    // of --type
-  std::string svg;     // of --svg
+  std::string output;    // of --output
+  std::string type;      // of --type
+  std::string svg;       // of --svg
+  std::string material;  // of --material
   std::string group, verb;
   std::vector<std::string> words;  // behind the verb
 };

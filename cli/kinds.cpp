@@ -10,6 +10,7 @@
 #include "base/nearest.h"
 #include "base/value.h"
 #include "cli/command.h"
+#include "cli/layers.h"
 #include "cli/pictures.h"
 #include "component/json.h"
 #include "platform/workspace.h"
@@ -33,11 +34,12 @@ Json rows_json(Recordset rows) {
   return all;
 }
 
-int list(const Call& call, Database& database, const StoredEntity& entity) {
+int list(const Call& call, Database& database, StoredEntity& entity) {
   auto rows =
       database.OpenRecordset("SELECT * FROM " + std::string(entity.kind().index_table) + " ORDER BY nIndex ASC");
   const auto columns = rows.columns();
-  const Json all = rows_json(std::move(rows));
+  Json all = rows_json(std::move(rows));
+  const std::vector<std::string> told = told_errors(entity, all);
   if (call.json) {
     print_json(all);
     return kClean;
@@ -48,6 +50,7 @@ int list(const Call& call, Database& database, const StoredEntity& entity) {
     for (const std::string& column : columns) cells.push_back(row.at(column).is_null() ? Json("") : row.at(column));
   }
   print_table(columns, table);
+  for (const std::string& sentence : told) std::cout << sentence << '\n';
   return kClean;
 }
 
@@ -56,10 +59,11 @@ int show(const Call& call, Database& database, StoredEntity& entity) {
     Json json{{"class", std::string(entity.info().name)}, {"index", entity.Index}};
     add_stored_fields(entity, json);
     print_json(json);
-    return kClean;
+  } else {
+    std::cout << entity.info().name << ' ' << entity.Index << '\n';
+    show_entity(database, entity);
   }
-  std::cout << entity.info().name << ' ' << entity.Index << '\n';
-  show_entity(database, entity);
+  if (!call.svg.empty()) save_picture(call, wall_picture(dynamic_cast<CA_ConstructionAssly&>(entity)));
   return kClean;
 }
 
@@ -268,6 +272,7 @@ int import_one(const Call& call, StoredEntity& entity, const EntityKind& kind) {
 
 int run_kind(const Call& call) {
   const EntityKind& kind = kind_of(call);
+  if (call.verb == "layer") return run_layer(call, kind);
   const bool reading = call.verb == "list" || call.verb == "show";
   COM_ProjectData project;
   const auto database = open_project(project, call, reading ? Use::Reading : Use::Writing);

@@ -54,8 +54,11 @@ void check_extras(const Call& call) {
   if (!call.type.empty() && call.verb != "new") throw UsageError("--type goes with new.");
   if (!call.output.empty() && call.verb != "export" && !(call.group == "weather" && call.verb == "import"))
     throw UsageError("--output goes with project export and weather import.");
-  if (!call.svg.empty() && !((call.group == "weather" || call.group == "results") && call.verb == "show"))
-    throw UsageError("--svg goes with weather show and results show.");
+  const bool has_picture =
+      call.group == "weather" || call.group == "results" || call.group == "walls" || call.group == "roofs";
+  if (!call.svg.empty() && !(has_picture && call.verb == "show"))
+    throw UsageError("--svg goes with show of weather, results, walls and roofs.");
+  if (!call.material.empty() && call.verb != "layer") throw UsageError("--material goes with layer insert.");
   if (!call.svg.empty() && call.group == "results" && call.words.size() > 1)
     throw UsageError("--svg shows an air system; leave the zone out.");
 }
@@ -92,6 +95,7 @@ int main(int argc, char** argv) {
   app.add_option("-o,--output", call.output, "the file to write, instead of standard output");
   app.add_option("--type", call.type, "the type of a new air system, chiller or plant: VAV, 10, HOT_WATER, ...");
   app.add_option("--svg", call.svg, "a picture to make of what is shown");
+  app.add_option("--material", call.material, "what a new layer is made of; walls layer materials lists them");
   app.add_flag("--json", call.json, "print JSON");
   app.add_option("words", words, "GROUP VERB ...");
   const auto all = all_groups();

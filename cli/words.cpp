@@ -19,11 +19,17 @@ std::vector<Group> all_groups() {
     all.push_back({std::string(kind.group),
                    "the project's " + std::string(kind.group),
                    {{"list", "the index rows of all"},
-                    {"show", "N: " + one + " N as a form; --json for every stored property"},
+                    {"show", "N: " + one + " N as a form; --json for every stored property" +
+                                 (kind.class_name == "CA_ConstructionAssly" ? "; --svg PICTURE for a section" : "")},
                     {"new", "[Property=value ...]: a new " + one + " from the defaults"},
                     {"set", "N Property=value ... (Part(1).Property=value): changes " + one + " N" + follows},
                     {"clone", "N [Property=value ...]: a copy of " + one + " N"},
                     {"delete", "N: removes " + one + " N and every use of it"}}});
+    if (kind.class_name == "CA_ConstructionAssly") {
+      all.back().verbs.emplace_back(
+          "layer", "insert N SLOT [--material NAME], remove N SLOT, move N SLOT TO: the layers of " + one +
+                       " N; materials: what there is to make them of");
+    }
     if (kind.import_file)
       all.back().verbs.emplace_back("import", "FILE [Property=value ...]: a new " + one + " from an ASHRAE 205 file");
   }
