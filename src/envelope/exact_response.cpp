@@ -18,52 +18,58 @@ constexpr double kQuick = 168;         // hr: a response that is over by then is
 constexpr int kFirstHours = 48;        // a slower one at these, then at hours
 constexpr double kSpacing = 1.08;      // that grow by this factor
 constexpr double kSpan = 12;           // of the times of one contour
-constexpr double kPoints = 2.7;        // by the square root of eight spans and 1: 4e-8
-constexpr double kEarlyPoints = 3.6;   // of the first hours, for numerators that all but cancel: 1e-10
+constexpr double kPoints = 2.5;        // by the square root of eight spans and 1: 2e-7
+constexpr double kEarlyPoints = 3.2;   // of the first hours, for numerators that all but cancel: 2e-9
 constexpr double kUnseen = 1e-7;       // of U: aliases below this are left out
 constexpr double kVanishing = 0.01;    // of a day's swing: a peak below it counts as this
 
 Complex turn(double angle) { return {std::cos(angle), std::sin(angle)}; }
 
-/// By so many hours of a day, which repeat.
-Complex turn_of_day(size_t hours) {
-  static const auto turns = [] {
-    std::array<Complex, kDay> all;
-    for (size_t i = 0; i < kDay; ++i) all[i] = turn(2 * kPi * static_cast<double>(i) / kDay);
-    return all;
-  }();
-  return turns[hours % kDay];
+/// By harmonic 1 to 12, and hour of a day.
+const std::array<std::array<Complex, kDay>, ExactResponse::kHarmonics> kTurns = [] {
+  std::array<std::array<Complex, kDay>, ExactResponse::kHarmonics> all;
+  for (size_t k = 0; k < all.size(); ++k) {
+    for (size_t hour = 0; hour < kDay; ++hour)
+      all[k][hour] = turn(2 * kPi * static_cast<double>((k + 1) * hour % kDay) / kDay);
+  }
+  return all;
+}();
+
+/// The harmonics of a day of hourly values, times 24.
+std::array<Complex, ExactResponse::kHarmonics> harmonics_of(const std::array<double, kDay>& values) {
+  std::array<Complex, ExactResponse::kHarmonics> out;
+  for (size_t k = 0; k < out.size(); ++k) {
+    double real = 0, imaginary = 0;
+    for (size_t hour = 0; hour < kDay; ++hour) {
+      real += values[hour] * kTurns[k][hour].real();
+      imaginary -= values[hour] * kTurns[k][hour].imag();
+    }
+    out[k] = {real, imaginary};
+  }
+  return out;
 }
 
 /// A repeated day of hourly temperatures, by its harmonics.
 struct RepeatedDay {
-  std::array<Complex, ExactResponse::kHarmonics> harmonics{};  // 1 to 12
+  std::array<Complex, ExactResponse::kHarmonics> harmonics;  // 1 to 12
   double swing;
 
-  explicit RepeatedDay(const std::array<double, kDay>& temperatures) {
+  explicit RepeatedDay(const std::array<double, kDay>& temperatures) : harmonics(harmonics_of(temperatures)) {
     const auto [least, most] = std::minmax_element(temperatures.begin(), temperatures.end());
     swing = *most - *least;
-    for (int k = 1; k <= ExactResponse::kHarmonics; ++k) {
-      Complex& harmonic = harmonics[static_cast<size_t>(k) - 1];
-      for (size_t hour = 0; hour < kDay; ++hour)
-        harmonic += temperatures[hour] * std::conj(turn_of_day(static_cast<size_t>(k) * hour));
-      harmonic *= (k == ExactResponse::kHarmonics ? 1.0 : 2.0) / kDay;
-    }
+    for (Complex& harmonic : harmonics) harmonic *= (&harmonic == &harmonics.back() ? 1.0 : 2.0) / kDay;
   }
 
   /// The largest flux about the mean behind transfers for the harmonics 1 to 12.
   double peak(const std::array<Complex, ExactResponse::kHarmonics>& transfers) const {
-    std::array<Complex, ExactResponse::kHarmonics> flux;
-    for (size_t k = 0; k < flux.size(); ++k) flux[k] = transfers[k] * harmonics[k];
-    double largest = 0;
-    for (size_t hour = 0; hour < kDay; ++hour) {
-      double sum = 0;
-      for (size_t k = 0; k < flux.size(); ++k) {
-        const Complex at = turn_of_day((k + 1) * hour);
-        sum += flux[k].real() * at.real() - flux[k].imag() * at.imag();
-      }
-      largest = std::max(largest, std::abs(sum));
+    std::array<double, kDay> flux{};
+    for (size_t k = 0; k < harmonics.size(); ++k) {
+      const Complex of_k = times(transfers[k], harmonics[k]);
+      for (size_t hour = 0; hour < kDay; ++hour)
+        flux[hour] += of_k.real() * kTurns[k][hour].real() - of_k.imag() * kTurns[k][hour].imag();
     }
+    double largest = 0;
+    for (const double each : flux) largest = std::max(largest, std::abs(each));
     return largest;
   }
 };
@@ -179,9 +185,7 @@ void ExactResponse::find_days(const Transmission& slab, bool quick) {
     std::array<double, kDay> folded{};
     for (size_t hour = 0; hour < step_.size(); ++hour)
       folded[hour % kDay] += step_[hour] - (hour > 0 ? step_[hour - 1] : 0);
-    for (size_t k = 0; k < daily_.size(); ++k) {
-      for (size_t hour = 0; hour < kDay; ++hour) daily_[k] += folded[hour] * std::conj(turn_of_day((k + 1) * hour));
-    }
+    daily_ = harmonics_of(folded);
   }
   for (size_t day = 0; day < peaks_.size(); ++day)
     peaks_[day] = std::max(days()[day].peak(daily_), kVanishing * u_value_ * days()[day].swing);
@@ -200,13 +204,15 @@ double ExactResponse::step_error(const Series& b, const Series& d) const {
   const int last = hours_.back();
   std::vector<Real> flux(static_cast<size_t>(last) + kTerms);  // from hour -11 on
   Real input = 0;                                              // sum of the terms of b that the step has reached
+  size_t order = kTerms - 1;
+  while (order > 0 && d[order] == 0) --order;
   double worst = 0;
   size_t known = 0;
   for (int hour = 0; hour <= last; ++hour) {
     if (hour < static_cast<int>(kTerms)) input += Real{b[static_cast<size_t>(hour)]};
     Real* const now = flux.data() + hour + kTerms - 1;
     Real past = 0;  // the newest last: it is what the sum must wait for
-    for (size_t i = kTerms - 1; i > 0; --i) past += Real{d[i]} * now[-static_cast<ptrdiff_t>(i)];
+    for (size_t i = order; i > 0; --i) past += Real{d[i]} * now[-static_cast<ptrdiff_t>(i)];
     *now = input - past;
     if (hours_[known] == hour) worst = std::max(worst, std::abs(static_cast<double>(*now) - step_[known++]) / u_value_);
   }
@@ -220,7 +226,7 @@ Accuracy ExactResponse::accuracy(const Series& b, const Series& d) const {
 
   std::array<Complex, kHarmonics> error;
   for (size_t k = 0; k < error.size(); ++k) {
-    const Complex back = std::conj(turn_of_day(k + 1));
+    const Complex back = std::conj(kTurns[k][1]);
     Complex over = 0, under = 0;
     for (size_t i = kTerms; i-- > 0;) {
       over = over * back + b[i];

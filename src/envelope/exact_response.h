@@ -34,7 +34,7 @@ class ExactResponse {
 
   double u_value() const { return u_value_; }
   /// The flux through the slab at hours 0 to 12, in Btu/(hr.ft2.F), for an outside temperature of 0 until hour -1 and 1
-  /// from hour 0 on; to 10 digits of U.
+  /// from hour 0 on; to 2e-9 of U.
   const std::vector<double>& early_steps() const { return early_steps_; }
   /// The z-transform of the hourly pulse response through the slab at harmonics 1 to 12 of a day, element 0 first.
   const std::array<Complex, kHarmonics>& daily() const { return daily_; }

@@ -57,21 +57,26 @@ std::vector<size_t> free_terms(const Wish& wish) {
   return order;
 }
 
+/// Neumaier's sum of terms times factors, whose products are exact: 24 bits times a binomial.
+long double exact_sum(const Series& terms, const Series& factors, size_t from) {
+  long double sum = 0, lost = 0;
+  for (size_t j = from; j < kTerms; ++j) {
+    const long double next = static_cast<long double>(terms[j] * factors[j]), before = sum;
+    sum += next;
+    lost += std::abs(before) >= std::abs(next) ? (before - sum) + next : (next - sum) + before;
+  }
+  return sum + lost;
+}
+
 }  // namespace
 
 Moments moments_of(const Series& terms) {
   Moments out{};
-  for (size_t k = 0; k < kTerms; ++k) {
-    long double sum = 0, lost = 0;  // Neumaier's sum; a term of 24 bits times a binomial is exact in a double
-    for (size_t j = k; j < kTerms; ++j) {
-      const long double next = static_cast<long double>(terms[j] * signed_binomials()[k][j]), before = sum;
-      sum += next;
-      lost += std::abs(before) >= std::abs(next) ? (before - sum) + next : (next - sum) + before;
-    }
-    out[k] = sum + lost;
-  }
+  for (size_t k = 0; k < kTerms; ++k) out[k] = exact_sum(terms, signed_binomials()[k], k);
   return out;
 }
+
+double sum_of(const Series& terms) { return static_cast<double>(exact_sum(terms, signed_binomials()[0], 0)); }
 
 Series rounded_terms(const std::vector<Equation<long double>>& of_moments, const Wish& wish, const Series& sizes) {
   std::vector<size_t> order = free_terms(wish);

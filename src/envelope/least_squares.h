@@ -41,6 +41,8 @@ void triangulate(std::vector<Equation<Real>>& equations, size_t unknowns = kTerm
 using Moments = std::array<long double, kTerms>;
 /// Exact to the last digit, for terms of 4 bytes.
 Moments moments_of(const Series& terms);
+/// The first of them.
+double sum_of(const Series& terms);
 
 /// How the terms of a series are to be found.
 struct Wish {

@@ -23,7 +23,6 @@ constexpr size_t kUnmended = 8;      // poles at most, so that orders are left f
 constexpr double kOffSum = 8e-6;     // of the stored terms, relative
 
 double single(double value) { return static_cast<double>(static_cast<float>(value)); }
-double sum(const Series& terms) { return static_cast<double>(moments_of(terms)[0]); }
 
 /// b and d with what they do.
 struct Candidate {
@@ -100,7 +99,7 @@ Series rounded_to_sum(Series terms, double wanted) {
   std::iota(order.begin(), order.end(), size_t{0});
   std::sort(order.begin(), order.end(), [&](size_t a, size_t b) { return std::abs(terms[a]) > std::abs(terms[b]); });
   std::transform(terms.begin(), terms.end(), terms.begin(), single);
-  for (const size_t i : order) terms[i] = single(terms[i] + (wanted - sum(terms)));
+  for (const size_t i : order) terms[i] = single(terms[i] + (wanted - sum_of(terms)));
   return terms;
 }
 
@@ -108,7 +107,7 @@ Series rounded_to_sum(Series terms, double wanted) {
 Candidate cut(const ExactResponse& exact, std::span<const double> poles) {
   Candidate out;
   out.d = mended_denominator(poles);
-  const double wanted = exact.u_value() * sum(out.d);
+  const double wanted = exact.u_value() * sum_of(out.d);
   out.b = rounded_to_sum(cut_numerator(exact, out.d, wanted), wanted);
   out.accuracy = exact.accuracy(out.b, out.d);
   return out;
@@ -195,10 +194,10 @@ Series fitted_numerator(const std::vector<Sample>& samples, const Series& d, dou
 Candidate fitted(const ExactResponse& exact, const std::vector<Sample>& samples, std::span<const double> poles) {
   Candidate out;
   out.d = fitted_denominator(samples, poles);
-  const double wanted = exact.u_value() * sum(out.d);
+  const double wanted = exact.u_value() * sum_of(out.d);
   if (!(wanted > 0)) return out;
   out.b = fitted_numerator(samples, out.d, exact.u_value());
-  if (std::abs(sum(out.b) - wanted) < kOffSum * wanted) out.accuracy = exact.accuracy(out.b, out.d);
+  if (std::abs(sum_of(out.b) - wanted) < kOffSum * wanted) out.accuracy = exact.accuracy(out.b, out.d);
   return out;
 }
 
@@ -257,7 +256,7 @@ TransferFunctions transfer_functions(std::span<const SlabLayer> layers) {
                                        std::to_string(std::lround(100 * best.accuracy.worst())) + " % at best");
   }
   const double u = slab.u_value();
-  return {.b = best.b, .d = best.d, .c_sum = u * sum(best.d), .u_value = u, .accuracy = best.accuracy};
+  return {.b = best.b, .d = best.d, .c_sum = u * sum_of(best.d), .u_value = u, .accuracy = best.accuracy};
 }
 
 Accuracy response_accuracy(std::span<const SlabLayer> layers, const Series& b, const Series& d) {

@@ -106,6 +106,14 @@ class TestCommandLine(unittest.TestCase):
         for words, message in ((("insert", "1", "1"), "give a slot from 2 to 9"), (("remove", "1", "9"), "Slot 9 has no layer"),
                                (("insert", "1", "2", "--material", "M99"), "did you mean M09"), (("turn", "1"), "layer move N SLOT TO")):
             self.assertIn(message, self.tarn("walls", "layer", *words, code=2).stderr)
+        brought = json.loads(self.tarn("project", "export", "walls").stdout)
+        wall = next(w for w in brought["CA_ConstructionAssly.Wall"] if w["index"] == 1)
+        wall["BTrans"] = [1.005 * term for term in wall["BTrans"]]
+        (self.at / "worse.json").write_text(json.dumps(brought))
+        self.tarn("project", "import", str(self.at / "worse.json"))
+        told = "hold the response of its layers to 0.5 % only; what slows it most: layer 2 (4 in brick)."
+        self.assertIn(told, self.tarn("walls", "list").stdout)
+        self.assertAlmostEqual(json.loads(self.tarn("walls", "list", "--json").stdout)[-1]["transfer_function_error"], 0.005, 5)
         picture = self.at / "wall.svg"
         self.tarn("walls", "show", "1", "--svg", str(picture))
         text = picture.read_text()
