@@ -6,7 +6,11 @@ build:
 	@cmake --preset release >/dev/null
 	@cmake --build build
 
-run: build
+# What the main job needs, without tests and benchmarks.
+run:
+	@scripts/setup
+	@cmake --preset release >/dev/null
+	@cmake --build build --target tarn_cli tarn_python tarn_shipped
 	@examples/run.sh
 
 test: build

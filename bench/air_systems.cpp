@@ -2,13 +2,15 @@
 // the same statements.
 #include <filesystem>
 
-#include "airsystems/air_system.h"
 #include "plain_entity.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
+#include "project/new_index.h"
 #include "report.h"
-#include "storage/project.h"
-#include "storage/schema.h"
+#include "storage/kind.h"
+#include "tarn/air_system.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/project.h"
 
 namespace tarn::bench {
 namespace {

@@ -2,13 +2,15 @@
 // eight meters - beside plain reads and writes of its file with the same statements.
 #include <filesystem>
 
-#include "building/building.h"
 #include "plain_entity.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
+#include "project/new_index.h"
 #include "report.h"
-#include "storage/project.h"
-#include "storage/schema.h"
+#include "storage/kind.h"
+#include "tarn/building.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/project.h"
 
 namespace tarn::bench {
 namespace {

@@ -1,8 +1,8 @@
 #include <benchmark/benchmark.h>
 
-#include "component/tarn.h"
-#include "envelope/window.h"
 #include "report.h"
+#include "tarn/tarn.h"
+#include "tarn/window.h"
 
 namespace tarn::bench {
 namespace {

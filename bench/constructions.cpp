@@ -7,12 +7,14 @@
 #include <filesystem>
 #include <fstream>
 
-#include "envelope/construction.h"
 #include "envelope/ctf_generator.h"
 #include "plain_project.h"
-#include "platform/workspace.h"
+#include "project/new_index.h"
 #include "report.h"
-#include "storage/schema.h"
+#include "storage/kind.h"
+#include "tarn/construction.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn::bench {
 namespace {

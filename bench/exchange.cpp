@@ -1,15 +1,16 @@
 // A project of 10,000 windows as JSON and back. Floor: the JSON library alone on the same text, plus the loads or
 // saves.
-#include "component/exchange.h"
+#include "tarn/exchange.h"
 
 #include <nlohmann/json.hpp>
 
-#include "platform/database.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
+#include "project/new_index.h"
 #include "report.h"
 #include "sample.h"
-#include "storage/schema.h"
+#include "storage/kind.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn::bench {
 namespace {

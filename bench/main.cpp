@@ -1,4 +1,5 @@
-// Our cost beside the floor. Never fails a build: what is too slow is a finding, to be read in the last line.
+// Our cost beside the floor, the least that the same work can cost. Too slow a result does not fail the build; the last
+// line tells it.
 #include <unistd.h>
 
 #include <cstdio>

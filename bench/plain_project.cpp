@@ -7,6 +7,9 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "storage/kind.h"
+#include "tarn/platform/database.h"
+
 namespace tarn::bench {
 namespace {
 

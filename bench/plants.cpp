@@ -3,12 +3,14 @@
 #include <filesystem>
 
 #include "plain_entity.h"
-#include "plant/plant.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
+#include "project/new_index.h"
 #include "report.h"
-#include "storage/project.h"
-#include "storage/schema.h"
+#include "storage/kind.h"
+#include "tarn/plant.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/project.h"
 
 namespace tarn::bench {
 namespace {
@@ -66,7 +68,7 @@ std::vector<std::string> link_queries() {
   return queries;
 }
 
-/// A save sees to the older tables of equipment too.
+/// A save also writes the older tables of equipment.
 std::vector<std::string> link_queries_of_save() {
   std::vector<std::string> queries = link_queries();
   for (const std::string kind : {"Chiller", "Boiler"}) {

@@ -9,10 +9,12 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "project/new_index.h"
 #include "report.h"
-#include "results/air_system_design.h"
-#include "storage/project.h"
-#include "storage/schema.h"
+#include "storage/kind.h"
+#include "tarn/air_system_design.h"
+#include "tarn/platform/database.h"
+#include "tarn/project.h"
 
 namespace tarn::bench {
 namespace {

@@ -4,7 +4,9 @@
 #include <fstream>
 
 #include "plain_project.h"
-#include "storage/schema.h"
+#include "project/new_index.h"
+#include "storage/kind.h"
+#include "tarn/platform/database.h"
 
 namespace tarn::bench {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "envelope/window.h"
+#include "tarn/window.h"
 
 namespace tarn::bench {
 

@@ -1,6 +1,8 @@
 #include "plain_project.h"
-#include "platform/workspace.h"
 #include "report.h"
+#include "storage/kind.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn::bench {
 

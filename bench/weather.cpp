@@ -1,6 +1,6 @@
 // The project's weather beside plain reads and writes of its two files with the same statements, and a year of another
 // program's beside a bare parse of its columns.
-#include "weather/weather.h"
+#include "tarn/weather.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -12,11 +12,13 @@
 #include <stdexcept>
 
 #include "plain_project.h"
+#include "project/new_index.h"
 #include "report.h"
-#include "storage/project.h"
-#include "storage/schema.h"
+#include "storage/kind.h"
+#include "tarn/platform/database.h"
+#include "tarn/project.h"
+#include "tarn/weather_import.h"
 #include "weather/calendar.h"
-#include "weather/weather_import.h"
 
 namespace tarn::bench {
 namespace {

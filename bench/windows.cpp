@@ -2,8 +2,10 @@
 #include <random>
 
 #include "plain_project.h"
-#include "platform/workspace.h"
 #include "report.h"
+#include "storage/kind.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn::bench {
 namespace {

@@ -8,8 +8,8 @@
 #include <fstream>
 #include <iostream>
 
-#include "base/error.h"
 #include "platform/host.h"
+#include "tarn/base/error.h"
 
 namespace tarn::cli {
 namespace {
@@ -137,7 +137,7 @@ int number_of(const std::string& word) {
   int number = 0;
   const auto [end, failed] = std::from_chars(word.data(), word.data() + word.size(), number);
   if (failed != std::errc() || end != word.data() + word.size())
-    throw UsageError("\"" + word + "\" is no index; give a number.");
+    throw UsageError("\"" + word + "\" is not an index; give a number.");
   return number;
 }
 

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/database.h"
-#include "storage/project.h"
+#include "tarn/platform/database.h"
+#include "tarn/project.h"
 
 namespace tarn::cli {
 
@@ -25,12 +25,12 @@ struct UsageError : std::runtime_error {
 struct Call {
   std::string project;  // of -p
   bool json = false;
-  std::string output;    // of --output
-  std::string type;      // of --type
-  std::string svg;       // of --svg
-  std::string material;  // of --material
-  std::string group, verb;
-  std::vector<std::string> words;  // behind the verb
+  std::string output;              // of --output
+  std::string type;                // of --type
+  std::string svg;                 // of --svg
+  std::string material;            // of --material
+  std::string group, verb;         // no verb where the group does one thing only
+  std::vector<std::string> words;  // after them
 };
 
 /// The project of -p: FOLDER/PREFIX, or FOLDER with the one project in it; the current folder without.
@@ -43,7 +43,7 @@ Ptr<Database> open_project(COM_ProjectData& project, const Call& call, Use use);
 /// A number as a person reads it, six digits.
 std::string shown(const Json& value);
 
-/// As reports have it: so many decimals, thousands apart.
+/// A number as in reports: with so many decimals, thousands separated.
 std::string grouped(double value, int decimals);
 
 /// Rows of texts in aligned columns; to the right those whose letter in `sides` is 'r', without letters the numbers.
@@ -58,17 +58,36 @@ void save_picture(const Call& call, const std::string& picture);
 struct Indexed {
   std::string table, one, many;
 };
-/// The index behind the verb; a row has it, or the nearest that has one is named.
+/// The index after the verb. Error `UsageError` where no row has it; the message names the nearest index that exists.
 int16_t index_of(const Call& call, Database& database, const Indexed& rows);
-/// Of the rows of an index table, none for an empty one.
+/// The nearest index among the rows of an index table; none for an empty table.
 std::optional<int64_t> nearest_index(Database& database, const std::string& table, int index);
 /// A word that is a number. Error `UsageError`.
 int number_of(const std::string& word);
 
-int run_project(const Call& call);
-int run_kind(const Call& call);
-int run_weather(const Call& call);
-int run_results(const Call& call);
-int run_describe(const Call& call);
+// The verbs; each returns the exit code.
+int project_new(const Call& call);
+int project_info(const Call& call);
+int project_export(const Call& call);
+int project_import(const Call& call);
+
+// For the kind of entity whose group the call names.
+int kind_list(const Call& call);
+int kind_show(const Call& call);
+int kind_new(const Call& call);
+int kind_set(const Call& call);
+int kind_clone(const Call& call);
+int kind_delete(const Call& call);
+int kind_import(const Call& call);
+int kind_layer(const Call& call);
+
+int weather_import(const Call& call);
+int weather_check(const Call& call);
+int weather_show(const Call& call);
+
+int results_list(const Call& call);
+int results_show(const Call& call);
+
+int describe_classes(const Call& call);
 
 }  // namespace tarn::cli

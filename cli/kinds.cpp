@@ -1,20 +1,22 @@
 // list, show, new, set, clone and delete, for every kind of entity alike, by its members table.
 
-#include "component/kinds.h"
-
 #include <algorithm>
 #include <charconv>
 #include <iostream>
 
-#include "base/by_name.h"
 #include "base/nearest.h"
-#include "base/value.h"
 #include "cli/command.h"
 #include "cli/layers.h"
-#include "cli/pictures.h"
-#include "component/json.h"
-#include "platform/workspace.h"
-#include "storage/entity.h"
+#include "cli/views/pictures.h"
+#include "cli/views/wall_pictures.h"
+#include "exchange/imports.h"
+#include "reflect/json.h"
+#include "storage/kind.h"
+#include "storage/links.h"
+#include "tarn/base/value.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/storage/entity.h"
 
 namespace tarn::cli {
 namespace {
@@ -39,7 +41,7 @@ int list(const Call& call, Database& database, StoredEntity& entity) {
       database.OpenRecordset("SELECT * FROM " + std::string(entity.kind().index_table) + " ORDER BY nIndex ASC");
   const auto columns = rows.columns();
   Json all = rows_json(std::move(rows));
-  const std::vector<std::string> told = told_errors(entity, all);
+  const std::string told = told_accuracies(entity, all);
   if (call.json) {
     print_json(all);
     return kClean;
@@ -50,7 +52,7 @@ int list(const Call& call, Database& database, StoredEntity& entity) {
     for (const std::string& column : columns) cells.push_back(row.at(column).is_null() ? Json("") : row.at(column));
   }
   print_table(columns, table);
-  for (const std::string& sentence : told) std::cout << sentence << '\n';
+  std::cout << told;
   return kClean;
 }
 
@@ -58,6 +60,7 @@ int show(const Call& call, Database& database, StoredEntity& entity) {
   if (call.json) {
     Json json{{"class", std::string(entity.info().name)}, {"index", entity.Index}};
     add_stored_fields(entity, json);
+    json.update(told_accuracy(entity));
     print_json(json);
   } else {
     std::cout << entity.info().name << ' ' << entity.Index << '\n';
@@ -75,7 +78,7 @@ struct Assignment {
   std::string place;  // "Layer(2).", before the property
 };
 
-/// The subscripts that stand behind a name, "(2)" or "[1,2]"; none for an empty text.
+/// The subscripts that follow a name, "(2)" or "[1,2]"; none for an empty text.
 std::vector<int> subscripts_in(std::string_view text, const std::string& word) {
   std::vector<int> found;
   if (text.empty()) return found;
@@ -102,31 +105,31 @@ Object& part_of(Object& object, std::string_view step, const std::string& word) 
   if (!part) {
     std::vector<std::string_view> names;
     for (const Member& member : object.info().members) {
-      if (member.is_part()) names.push_back(member.part_name);
+      if (member.is_part()) names.push_back(member.owned().name);
     }
     throw UsageError("A " + std::string(object.info().name) + " has no part " + std::string(step.substr(0, open)) +
                      "; " + did_you_mean(step.substr(0, open), names));
   }
   const std::vector<int> at = subscripts_in(step.substr(open), word);
   int count = part->part_count(object);
-  if (part->numbered_part && part->resize_parts && at.size() == 1 && at[0] == count + 1) {
-    part->resize_parts(object, count + 1);  // the next one is added
+  if (part->owned().numbered && part->owned().resize && at.size() == 1 && at[0] == count + 1) {
+    part->owned().resize(object, count + 1);  // the next one is added
     count = part->part_count(object);
   }
   if (count == 0) {
-    throw UsageError("The " + std::string(object.info().name) + " has no " + std::string(part->part_name) +
+    throw UsageError("The " + std::string(object.info().name) + " has no " + std::string(part->owned().name) +
                      " yet; it comes with results.");
   }
-  if (at.size() != (part->numbered_part ? 1U : 0U) || (part->numbered_part && (at[0] < 1 || at[0] > count))) {
-    throw UsageError("\"" + word + "\": " + std::string(part->part_name) +
-                     (part->numbered_part ? " takes a number from 1 to " + std::to_string(count) : " takes no number") +
-                     ".");
+  if (at.size() != (part->owned().numbered ? 1U : 0U) || (part->owned().numbered && (at[0] < 1 || at[0] > count))) {
+    throw UsageError(
+        "\"" + word + "\": " + std::string(part->owned().name) +
+        (part->owned().numbered ? " takes a number from 1 to " + std::to_string(count) : " takes no number") + ".");
   }
-  return part->part(object, part->numbered_part ? at[0] : 1);
+  return part->part(object, part->owned().numbered ? at[0] : 1);
 }
 
-/// Where a property stands that is named without a part: in the entity; in the part that has its name, an air system's
-/// header; in the only other part that has such a property. The entity, where no place is the one.
+/// Where a property named without a part belongs: to the entity; else to the part that also holds the entity's name (an
+/// air system's header); else to the only part that has such a property. Where several parts have it: the entity.
 Object& holder_of(Object& entity, const std::string& property) {
   const auto settable = [](const ClassInfo& info, std::string_view name) {
     const int number = info.number(name);
@@ -135,7 +138,7 @@ Object& holder_of(Object& entity, const std::string& property) {
   if (settable(entity.info(), property)) return entity;
   Object* found = nullptr;
   for (const Member& member : entity.info().members) {
-    if (!member.is_part() || member.numbered_part || member.part_count(entity) == 0) continue;
+    if (!member.is_part() || member.owned().numbered || member.part_count(entity) == 0) continue;
     Object& part = member.part(entity, 1);
     if (!settable(part.info(), property)) continue;
     if (settable(part.info(), "Name")) return part;
@@ -148,7 +151,7 @@ Object& holder_of(Object& entity, const std::string& property) {
 /// "GlassTrans(2)=0.78", "Height=4", "Layer(2).Thickness=8".
 Assignment parsed(StoredEntity& entity, const std::string& word) {
   const size_t equals = word.find('=');
-  if (equals == std::string::npos) throw UsageError("\"" + word + "\" is no assignment; write Property=value.");
+  if (equals == std::string::npos) throw UsageError("\"" + word + "\" is not an assignment; write Property=value.");
   Assignment out{&entity, nullptr, {}, word.substr(equals + 1), {}};
   std::string_view path = std::string_view(word).substr(0, equals);
   for (size_t dot = path.find('.'); dot != std::string_view::npos; dot = path.find('.')) {
@@ -162,7 +165,8 @@ Assignment parsed(StoredEntity& entity, const std::string& word) {
   const ClassInfo& info = out.object->info();
   std::vector<std::string_view> names;
   for (const Member& member : info.members) {
-    const bool settable = member.kind == MemberKind::Property && !member.read_only && (member.stored() || member.place);
+    const bool settable =
+        member.kind == MemberKind::Property && !member.read_only && (member.stored() || member.in_place());
     if (settable || same_word(member.name, "Name")) names.push_back(member.name);
   }
   const int number = info.number(name);
@@ -179,7 +183,7 @@ Json json_of(const Assignment& assignment) {
   try {
     return Json::parse(assignment.value);
   } catch (const nlohmann::json::exception&) {
-    return assignment.value;  // "NaN" is a text; anything else is refused by its type, in its words
+    return assignment.value;  // "NaN" is a text; a wrong value is refused by the property's type, with its message
   }
 }
 
@@ -192,7 +196,7 @@ std::vector<std::pair<std::string, Json>> fields(StoredEntity& entity) {
   return all;
 }
 
-/// What is referred to is there, or the nearest is named.
+/// Error `UsageError` for a reference to an entity that does not exist; the message names the nearest one.
 void check_reference(Database& database, Object& object, const Member& member, Subscripts at) {
   Value value;
   member.get(object, at, value);
@@ -208,7 +212,7 @@ void check_reference(Database& database, Object& object, const Member& member, S
   }
 }
 
-/// Those of an assignment: its own, and the ones that it directs.
+/// The references to check after an assignment: its own, and those whose kind it decides.
 void check_references(Database& database, const Assignment& a) {
   check_reference(database, *a.object, *a.member, a.at);
   for (const Member& member : a.object->info().members) {
@@ -257,66 +261,107 @@ int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::s
   return kClean;
 }
 
-/// A new entity from a file of another program; what had no place is told.
-int import_one(const Call& call, StoredEntity& entity, const EntityKind& kind) {
-  if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
-  const std::vector<std::string> left = kind.import_file(entity, call.words.front());
-  if (!call.json) {
-    for (const std::string& note : left) std::cerr << "not carried over: " << note << '\n';
+/// What a verb of a kind works on: the open project, and an entity that is not loaded yet.
+struct Opened {
+  const EntityKind& kind;
+  COM_ProjectData project;
+  Ptr<Database> database;
+  Ptr<StoredEntity> entity;
+
+  Opened(const Call& call, Use use)
+      : kind(kind_of(call)), database(open_project(project, call, use)), entity(make_entity(project, kind)) {}
+};
+
+/// The same with the entity that the first word names.
+struct Loaded : Opened {
+  Loaded(const Call& call, Use use) : Opened(call, use) {
+    entity->Load(index_of(call, *database,
+                          {std::string(entity->kind().index_table), std::string(kind.one), std::string(kind.group)}));
   }
-  edit(entity, kind, {call.words.begin() + 1, call.words.end()});
-  return saved(call, entity, kind, "made from " + call.words.front(), {{"not_carried_over", left}});
-}
+};
+
+/// The words after the first one.
+std::vector<std::string> assignments_of(const Call& call) { return {call.words.begin() + 1, call.words.end()}; }
 
 }  // namespace
 
-int run_kind(const Call& call) {
-  const EntityKind& kind = kind_of(call);
-  if (call.verb == "layer") return run_layer(call, kind);
-  const bool reading = call.verb == "list" || call.verb == "show";
-  COM_ProjectData project;
-  const auto database = open_project(project, call, reading ? Use::Reading : Use::Writing);
-  const auto entity = make_entity(project, kind);
-  if (call.verb == "list") return list(call, *database, *entity);
-  if (call.verb == "new") {
-    if (!call.type.empty() && !kind.start) throw UsageError("A " + std::string(kind.one) + " has no types.");
-    if (kind.start) {
-      kind.start(*entity, call.type);
-    } else {
-      entity->CreateDefault();
-      entity->Reset(true);
-    }
-    edit(*entity, kind, call.words);
-    if (!entity->kind().gives_names && !entity->IsNameUnique())
-      throw UsageError("Another " + std::string(kind.one) + " has that name; give one of its own: Name=...");
-    return saved(call, *entity, kind, "made");
+int kind_list(const Call& call) {
+  const Opened on(call, Use::Reading);
+  return list(call, *on.database, *on.entity);
+}
+
+int kind_show(const Call& call) {
+  const Loaded on(call, Use::Reading);
+  return show(call, *on.database, *on.entity);
+}
+
+int kind_new(const Call& call) {
+  const Opened on(call, Use::Writing);
+  StoredEntity& entity = *on.entity;
+  if (on.kind.start) {
+    on.kind.start(entity, call.type);
+  } else {
+    entity.CreateDefault();
+    entity.Reset(true);
   }
-  if (call.verb == "import") return import_one(call, *entity, kind);
-  const int16_t index = index_of(
-      call, *database, {std::string(entity->kind().index_table), std::string(kind.one), std::string(kind.group)});
-  const std::vector<std::string> rest(call.words.begin() + 1, call.words.end());
-  if (call.verb == "clone") {
-    entity->Load(index);
-    Value clone;
-    std::vector<Value> none(1);
-    entity->info().find("Clone").call(*entity, none, clone);
-    auto& copy = dynamic_cast<StoredEntity&>(*std::get<ObjectPtr>(clone));
-    edit(copy, kind, rest);
-    return saved(call, copy, kind, "made from " + std::to_string(index));
-  }
-  entity->Load(index);
-  if (call.verb == "show") return show(call, *database, *entity);
-  if (call.verb == "set") {
-    if (rest.empty()) throw UsageError("Nothing to set; write Property=value.");
-    edit(*entity, kind, rest);
-    return saved(call, *entity, kind, "saved");
-  }
-  entity->Delete(index);
+  edit(entity, on.kind, call.words);
+  if (!entity.kind().gives_names && !entity.IsNameUnique())
+    throw UsageError("Another " + std::string(on.kind.one) + " has that name; give one of its own: Name=...");
+  return saved(call, entity, on.kind, "made");
+}
+
+int kind_set(const Call& call) {
+  const Loaded on(call, Use::Writing);
+  if (call.words.size() == 1) throw UsageError("Nothing to set; write Property=value.");
+  edit(*on.entity, on.kind, assignments_of(call));
+  return saved(call, *on.entity, on.kind, "saved");
+}
+
+int kind_clone(const Call& call) {
+  const Loaded on(call, Use::Writing);
+  Value clone;
+  std::vector<Value> none(1);
+  on.entity->info().find("Clone").call(*on.entity, none, clone);
+  auto& copy = dynamic_cast<StoredEntity&>(*std::get<ObjectPtr>(clone));
+  edit(copy, on.kind, assignments_of(call));
+  return saved(call, copy, on.kind, "made from " + std::to_string(on.entity->Index));
+}
+
+int kind_delete(const Call& call) {
+  const Loaded on(call, Use::Writing);
+  const int16_t index = on.entity->Index;
+  on.entity->Delete(index);
   if (call.json)
     print_json({{"index", index}});
   else
-    std::cout << kind.one << ' ' << index << " deleted\n";
+    std::cout << on.kind.one << ' ' << index << " deleted\n";
   return kClean;
+}
+
+/// A new entity from a file of another program, with what a person should know of it.
+int kind_layer(const Call& call) {
+  if (call.words == std::vector<std::string>{"materials"}) return print_materials(call);
+  check_layer_words(call);
+  Call of_one = call;
+  of_one.words = {call.words[1]};
+  const Loaded on(of_one, Use::Writing);
+  const LayerChange change = change_layers(dynamic_cast<CA_ConstructionAssly&>(*on.entity), call);
+  on.kind.compute(*on.entity);
+  return saved(call, *on.entity, on.kind,
+               "saved: " + change.name + " " + change.what + ", slot " + std::to_string(change.slot),
+               {{"slot", change.slot}, {"layer", change.name}});
+}
+
+int kind_import(const Call& call) {
+  const Opened on(call, Use::Writing);
+  if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
+  const std::vector<std::string> notes = file_import_of(on.kind)(*on.entity, call.words.front());
+  edit(*on.entity, on.kind, assignments_of(call));
+  const int code = saved(call, *on.entity, on.kind, "made from " + call.words.front(), {{"notes", notes}});
+  if (!call.json) {
+    for (const std::string& note : notes) std::cerr << note << '\n';
+  }
+  return code;
 }
 
 }  // namespace tarn::cli

@@ -1,7 +1,5 @@
 #include "cli/layers.h"
 
-#include <iostream>
-
 #include "base/nearest.h"
 #include "envelope/materials.h"
 
@@ -9,25 +7,6 @@ namespace tarn::cli {
 namespace {
 
 constexpr int kFirstSlot = 2, kLastSlot = CA_ConstructionAssly::kLayers - 1;
-
-int print_materials(const Call& call) {
-  std::vector<std::vector<Json>> rows;
-  Json all = Json::array();
-  for (const Material& m : materials()) {
-    rows.push_back({Json(m.name), m.inches, m.conductivity, m.density, m.specific_heat, m.resistance});
-    all.push_back({{"name", m.name},
-                   {"inches", m.inches},
-                   {"conductivity", m.conductivity},
-                   {"density", m.density},
-                   {"specific_heat", m.specific_heat},
-                   {"resistance", m.resistance}});
-  }
-  if (call.json)
-    print_json(all);
-  else
-    print_table({"material", "in", "Btu/(hr.ft.F)", "lb/ft3", "Btu/(lb.F)", "hr.ft2.F/Btu"}, rows);
-  return kClean;
-}
 
 const Material& material_of(const Call& call) {
   if (const Material* found = material(call.material)) return *found;
@@ -70,13 +49,39 @@ void check_room(CA_ConstructionAssly& construction) {
     throw UsageError("Slot 9 is used, so that there is no room for another layer; remove one first.");
 }
 
-struct Change {
-  std::string what;  // "inserted"
-  int16_t slot;
-  std::string name;
-};
+}  // namespace
 
-Change changed(CA_ConstructionAssly& construction, const Call& call) {
+int print_materials(const Call& call) {
+  std::vector<std::vector<Json>> rows;
+  Json all = Json::array();
+  for (const Material& m : materials()) {
+    rows.push_back({Json(m.name), m.inches, m.conductivity, m.density, m.specific_heat, m.resistance});
+    all.push_back({{"name", m.name},
+                   {"inches", m.inches},
+                   {"conductivity", m.conductivity},
+                   {"density", m.density},
+                   {"specific_heat", m.specific_heat},
+                   {"resistance", m.resistance}});
+  }
+  if (call.json)
+    print_json(all);
+  else
+    print_table({"material", "in", "Btu/(hr.ft.F)", "lb/ft3", "Btu/(lb.F)", "hr.ft2.F/Btu"}, rows);
+  return kClean;
+}
+
+void check_layer_words(const Call& call) {
+  const std::string action = call.words.empty() ? "" : call.words[0];
+  const size_t count = action == "move" ? 4 : action == "insert" || action == "remove" ? 3 : 0;
+  if (count == 0 || call.words.size() != count) {
+    throw UsageError("Write tarn " + call.group +
+                     " layer insert N SLOT [--material NAME], layer remove N SLOT, layer move N SLOT TO, or layer "
+                     "materials.");
+  }
+  if (!call.material.empty() && action != "insert") throw UsageError("--material goes with layer insert.");
+}
+
+LayerChange change_layers(CA_ConstructionAssly& construction, const Call& call) {
   const std::string& action = call.words[0];
   if (action == "insert") {
     const int16_t wanted = slot_of(call.words[2]);
@@ -97,54 +102,36 @@ Change changed(CA_ConstructionAssly& construction, const Call& call) {
   return {"moved", at, name};
 }
 
-}  // namespace
-
-int run_layer(const Call& call, const EntityKind& kind) {
-  const std::string usage =
-      "Write tarn " + call.group +
-      " layer insert N SLOT [--material NAME], layer remove N SLOT, layer move N SLOT TO, or layer "
-      "materials.";
-  const std::string action = call.words.empty() ? "" : call.words[0];
-  if (action == "materials" && call.words.size() == 1) return print_materials(call);
-  const size_t count = action == "move" ? 4 : action == "insert" || action == "remove" ? 3 : 0;
-  if (count == 0 || call.words.size() != count) throw UsageError(usage);
-  if (!call.material.empty() && action != "insert") throw UsageError("--material goes with layer insert.");
-  COM_ProjectData project;
-  const auto database = open_project(project, call, Use::Writing);
-  const auto entity = make_entity(project, kind);
-  Call with_index = call;
-  with_index.words = {call.words[1]};
-  entity->Load(index_of(with_index, *database,
-                        {std::string(entity->kind().index_table), std::string(kind.one), std::string(kind.group)}));
-  auto& construction = dynamic_cast<CA_ConstructionAssly&>(*entity);
-  const Change change = changed(construction, call);
-  construction.sum_layers();
-  entity->Save();
-  if (call.json)
-    print_json({{"index", entity->Index}, {"slot", change.slot}, {"layer", change.name}});
-  else
-    std::cout << kind.one << ' ' << entity->Index << ": " << change.name << ' ' << change.what << ", slot "
-              << change.slot << '\n';
-  return kClean;
+Json told_accuracy(const StoredEntity& entity) {
+  Json out = Json::object();
+  const auto* construction = dynamic_cast<const CA_ConstructionAssly*>(&entity);
+  if (!construction) return out;
+  try {
+    const Accuracy accuracy = construction->coefficient_accuracy();
+    if (const std::string text = construction->told(accuracy); !text.empty())
+      out = {{"transfer_function_error", accuracy.worst()}, {"transfer_function_message", text + "."}};
+  } catch (const Error& failure) {
+    out["transfer_function_message"] = "There are no transfer functions: " + failure.description() + ".";
+  }
+  return out;
 }
 
-std::vector<std::string> told_errors(StoredEntity& entity, Json& rows) {
-  std::vector<std::string> told;
+std::string told_accuracies(StoredEntity& entity, Json& rows) {
+  std::string lines;
   auto* construction = dynamic_cast<CA_ConstructionAssly*>(&entity);
-  if (!construction) return told;
+  if (!construction) return lines;
   for (Json& row : rows) {
-    construction->Load(row.at("nIndex").get<int16_t>());
     try {
-      const double error = construction->coefficient_accuracy().worst();
-      if (error <= CA_ConstructionAssly::kToldError) continue;
-      row["transfer_function_error"] = error;
-      told.push_back(construction->Name.trimmed() + ": its 12 terms hold the response of its layers to " +
-                     shown(Json(error * 100)) + " % only; what slows it most: " + construction->slowest_layers() + ".");
-    } catch (const Error& failure) {
-      told.push_back(construction->Name.trimmed() + " has no transfer functions: " + failure.description() + ".");
+      construction->Load(row.at("nIndex").get<int16_t>());
+    } catch (const Error&) {
+      continue;  // a row without a record is not what this is about
     }
+    const Json told = told_accuracy(*construction);
+    row.update(told);
+    if (!told.empty())
+      lines += construction->Name.trimmed() + ": " + told.at("transfer_function_message").get<std::string>() + "\n";
   }
-  return told;
+  return lines;
 }
 
 }  // namespace tarn::cli

@@ -1,21 +1,29 @@
-// Layers of walls and roofs from the command line, and a picture of them.
+// Layers of walls and roofs from the command line.
 #pragma once
 
 #include "cli/command.h"
-#include "component/kinds.h"
-#include "envelope/construction.h"
+#include "tarn/construction.h"
 
 namespace tarn::cli {
 
-/// layer insert|remove|move N SLOT [TO], with --material; layer materials lists what the product ships.
-int run_layer(const Call& call, const EntityKind& kind);
+/// The materials that the product ships.
+int print_materials(const Call& call);
 
-/// Of constructions whose 12 terms hold the response of their layers badly: a sentence each, and in their JSON rows
-/// "transfer_function_error". None for other kinds.
-std::vector<std::string> told_errors(StoredEntity& entity, Json& rows);
+struct LayerChange {
+  std::string what;  // "inserted"
+  int16_t slot;
+  std::string name;
+};
+/// What the words after `layer` ask for: insert N SLOT with --material or without, remove N SLOT, move N SLOT TO. Error
+/// `UsageError`, before anything is changed.
+LayerChange change_layers(CA_ConstructionAssly& construction, const Call& call);
+/// Error `UsageError` for words that are none of these.
+void check_layer_words(const Call& call);
 
-/// A self-contained picture (SVG): the section to scale with the temperatures in it on a sunny day, and the heat that
-/// comes in after an hour of warmth. Error `InvalidCall`, with the reason, where the layers have no response.
-std::string wall_picture(CA_ConstructionAssly& construction);
+/// What a construction tells of coefficients that hold its response badly, in JSON "transfer_function_error" and
+/// "transfer_function_message"; empty for those that hold it well, and for other kinds.
+Json told_accuracy(const StoredEntity& entity);
+/// The same of the constructions whose rows these are, as members of the rows; and as lines.
+std::string told_accuracies(StoredEntity& entity, Json& rows);
 
 }  // namespace tarn::cli

@@ -4,10 +4,10 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
-#include "base/log.h"
 #include "base/nearest.h"
 #include "cli/command.h"
 #include "cli/words.h"
+#include "tarn/base/log.h"
 
 namespace {
 
@@ -23,44 +23,52 @@ class StandardErrorLog final : public Log {
   }
 };
 
-template <typename Range, typename Name>
-void check_word(const std::string& word, const Range& range, Name name, const std::string& what) {
-  std::vector<std::string_view> right;
-  for (const auto& each : range) right.push_back(name(each));
-  if (std::find(right.begin(), right.end(), word) == right.end()) {
-    throw UsageError("There is no " + what + " \"" + word + "\"; " + did_you_mean(word, right));
+/// The row of a table that has the name. Error `UsageError` names the nearest.
+template <typename Row>
+const Row& row_of(const std::vector<Row>& rows, const std::string& name, const std::string& what) {
+  std::vector<std::string_view> names;
+  for (const Row& row : rows) {
+    if (row.name == name) return row;
+    names.push_back(row.name);
   }
+  throw UsageError("There is no " + what + " \"" + name + "\"; " + did_you_mean(name, names));
 }
 
 void help_text(CLI::App& app, const std::vector<Group>& all) {
   std::string text = "\nGroups and verbs:\n";
   for (const Group& group : all) {
     text += "  " + group.name + "  " + group.help + "\n";
-    if (group.name == "describe") continue;
-    for (const auto& [verb, help] : group.verbs) text += "    " + verb + " " + help + "\n";
+    if (!group.names_verbs()) continue;
+    for (const Verb& verb : group.verbs) text += "    " + verb.name + " " + verb.help + "\n";
   }
   app.footer(text + "\nExit codes: 0 clean, 1 findings, 2 usage, 3 input or output, 4 internal.");
 }
 
-/// Words and options that a verb does not take are mistakes, not decoration.
-void check_extras(const Call& call) {
-  const auto most = [&]() -> size_t {
-    if (call.group == "describe" || call.verb == "list" || call.verb == "info") return 0;
-    if (call.group == "project") return call.verb == "new" ? 0 : call.verb == "import" ? 1 : SIZE_MAX;
-    if (call.group == "results") return 2;
-    return call.group == "weather" || call.verb == "show" || call.verb == "delete" ? 1 : SIZE_MAX;
-  }();
-  if (call.words.size() > most) throw UsageError("\"" + call.words[most] + "\" is one word too many.");
-  if (!call.type.empty() && call.verb != "new") throw UsageError("--type goes with new.");
-  if (!call.output.empty() && call.verb != "export" && !(call.group == "weather" && call.verb == "import"))
-    throw UsageError("--output goes with project export and weather import.");
-  const bool has_picture =
-      call.group == "weather" || call.group == "results" || call.group == "walls" || call.group == "roofs";
-  if (!call.svg.empty() && !(has_picture && call.verb == "show"))
-    throw UsageError("--svg goes with show of weather, results, walls and roofs.");
-  if (!call.material.empty() && call.verb != "layer") throw UsageError("--material goes with layer insert.");
-  if (!call.svg.empty() && call.group == "results" && call.words.size() > 1)
-    throw UsageError("--svg shows an air system; leave the zone out.");
+/// "weather show and results show": the verbs that take an option.
+std::string takers_of(Option option, const std::vector<Group>& all) {
+  std::vector<std::string> takers;
+  for (const Group& group : all) {
+    for (const Verb& verb : group.verbs) {
+      if (verb.options & option) takers.push_back(group.name + " " + verb.name);
+    }
+  }
+  std::string text;
+  for (size_t i = 0; i < takers.size(); ++i) text += (i == 0 ? "" : i + 1 < takers.size() ? ", " : " and ") + takers[i];
+  return text;
+}
+
+/// Words and options that a verb does not take are refused, not ignored.
+void check_extras(const Call& call, const Verb& verb, const std::vector<Group>& all) {
+  if (call.words.size() > verb.most_words)
+    throw UsageError("\"" + call.words[verb.most_words] + "\" is one word too many.");
+  const auto check = [&](const std::string& given, Option option, const std::string& name) {
+    if (!given.empty() && (verb.options & option) == 0)
+      throw UsageError(name + " goes with " + takers_of(option, all) + ".");
+  };
+  check(call.type, kType, "--type");
+  check(call.output, kOutput, "--output");
+  check(call.svg, kSvg, "--svg");
+  check(call.material, kMaterial, "--material");
 }
 
 /// Files and databases; everything else that fails is a mistake in the call.
@@ -70,19 +78,19 @@ bool is_input_output(const Error& error) {
          number == ErrorNumber::PermissionDenied || number == ErrorNumber::PathNotFound;
 }
 
-int dispatch(const Call& call, const std::vector<Group>& all) {
-  if (call.group.empty()) throw UsageError("What to do? Give a group and a verb; tarn --help lists them.");
-  check_word(
-      call.group, all, [](const Group& g) -> std::string_view { return g.name; }, "group");
-  const Group& group = *std::find_if(all.begin(), all.end(), [&](const Group& g) { return g.name == call.group; });
-  check_extras(call);
-  if (call.group == "describe") return run_describe(call);
-  if (call.verb.empty()) throw UsageError("What to do with " + call.group + "? tarn --help lists the verbs.");
-  check_word(
-      call.verb, group.verbs, [](const auto& v) -> std::string_view { return v.first; }, "verb of " + call.group);
-  if (call.group == "weather") return run_weather(call);
-  if (call.group == "results") return run_results(call);
-  return call.group == "project" ? run_project(call) : run_kind(call);
+/// Runs the verb that the words name, with the words after it.
+int dispatch(Call& call, const std::vector<std::string>& words, const std::vector<Group>& all) {
+  if (words.empty()) throw UsageError("What to do? Give a group and a verb; tarn --help lists them.");
+  call.group = words[0];
+  const Group& group = row_of(all, call.group, "group");
+  if (group.names_verbs()) {
+    if (words.size() == 1) throw UsageError("What to do with " + call.group + "? tarn --help lists the verbs.");
+    call.verb = words[1];
+  }
+  const Verb& verb = row_of(group.verbs, call.verb, "verb of " + call.group);
+  call.words.assign(words.begin() + (group.names_verbs() ? 2 : 1), words.end());
+  check_extras(call, verb, all);
+  return verb.run(call);
 }
 
 }  // namespace
@@ -104,10 +112,7 @@ int main(int argc, char** argv) {
   set_log(&log);
   try {
     app.parse(argc, argv);
-    if (!words.empty()) call.group = words[0];
-    if (words.size() > 1) call.verb = words[1];
-    if (words.size() > 2) call.words.assign(words.begin() + 2, words.end());
-    const int code = dispatch(call, all);
+    const int code = dispatch(call, words, all);
     if (!std::cout.flush()) fail(ErrorNumber::DeviceError, "Cannot write the output.");
     return code;
   } catch (const CLI::ParseError& error) {

@@ -1,4 +1,4 @@
-// project new, project info, describe.
+// project new, info, export and import; describe.
 
 #include <unistd.h>
 
@@ -10,15 +10,15 @@
 #include <set>
 
 #include "base/nearest.h"
-#include "base/value.h"
 #include "cli/command.h"
 #include "cli/words.h"
-#include "component/class_list.h"
-#include "component/defaults.h"
-#include "component/exchange.h"
-#include "component/kinds.h"
-#include "storage/preferences.h"
-#include "storage/schema.h"
+#include "project/defaults.h"
+#include "project/kinds.h"
+#include "project/new_index.h"
+#include "tarn/base/value.h"
+#include "tarn/class_list.h"
+#include "tarn/exchange.h"
+#include "tarn/preferences.h"
 
 namespace tarn::cli {
 namespace {
@@ -59,7 +59,9 @@ Json counts(Database& database, const Table& table) {
   return out;
 }
 
-int make_project(const Call& call) {
+}  // namespace
+
+int project_new(const Call& call) {
   const fs::path path(call.project);
   if (call.project.empty() || fs::is_directory(path)) {
     throw UsageError("Name the project to make: tarn -p FOLDER/PREFIX project new");
@@ -114,15 +116,17 @@ int project_info(const Call& call) {
   return kClean;
 }
 
+namespace {
+
 Json member_json(const Member& member) {
   constexpr std::string_view kinds[]{"property", "method", "event"};
   Json json{{"name", member.name}, {"kind", kinds[static_cast<size_t>(member.kind)]}, {"type", type_name(member.type)}};
   if (!member.unit.empty()) json["unit"] = member.unit;
-  if (member.width > 0) json["width"] = member.width;
+  if (member.width() > 0) json["width"] = member.width();
   for (const Bounds& b : member.bounds) json["bounds"].push_back({b.first, b.last});
   if (member.kind == MemberKind::Property) json["read_only"] = member.read_only;
   if (member.by_reference) json["by_reference"] = true;
-  for (const Parameter& p : member.parameters) {
+  for (const Parameter& p : member.parameters()) {
     json["parameters"].push_back(
         {{"name", p.name}, {"type", type_name(p.type)}, {"optional", p.optional}, {"by_reference", p.by_reference}});
   }
@@ -148,7 +152,9 @@ Progress progress_bar() {
   };
 }
 
-int export_verb(const Call& call) {
+}  // namespace
+
+int project_export(const Call& call) {
   std::set<std::string> groups;
   for (const std::string& word : call.words) {
     std::vector<std::string_view> known;
@@ -170,7 +176,7 @@ int export_verb(const Call& call) {
   return kClean;
 }
 
-int import_verb(const Call& call) {
+int project_import(const Call& call) {
   if (call.words.size() != 1) throw UsageError("Which file? tarn project import FILE (- for standard input)");
   const std::string& file = call.words.front();
   if (fs::is_directory(file)) fail(ErrorNumber::PermissionDenied, file + " is a folder; give a file.");
@@ -193,18 +199,10 @@ int import_verb(const Call& call) {
   return kClean;
 }
 
-}  // namespace
-
-int run_project(const Call& call) {
-  if (call.verb == "new") return make_project(call);
-  if (call.verb == "export") return export_verb(call);
-  return call.verb == "import" ? import_verb(call) : project_info(call);
-}
-
-int run_describe(const Call& call) {
+int describe_classes(const Call& call) {
   Json all = Json::array();
   for (const ClassEntry& entry : class_list()) {
-    const ClassInfo& info = call.verb.empty() ? entry.info() : class_info(call.verb);
+    const ClassInfo& info = call.words.empty() ? *entry.info : class_info(call.words.front());
     Json members = Json::array();
     for (const Member& member : info.members) members.push_back(member_json(member));
     const size_t length = record_length(*create(info.name));
@@ -220,9 +218,9 @@ int run_describe(const Call& call) {
       }
       print_table({"kind", "member", "type", "unit", ""}, rows);
     }
-    if (!call.verb.empty()) break;
+    if (!call.words.empty()) break;
   }
-  if (call.json) print_json(call.verb.empty() ? all : all[0]);
+  if (call.json) print_json(call.words.empty() ? all : all[0]);
   return kClean;
 }
 

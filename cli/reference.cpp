@@ -7,12 +7,14 @@
 #include <map>
 #include <sstream>
 
-#include "base/value.h"
 #include "cli/command.h"
 #include "cli/words.h"
-#include "component/class_list.h"
-#include "component/kinds.h"
-#include "storage/schema.h"
+#include "project/kinds.h"
+#include "project/new_index.h"
+#include "storage/kind.h"
+#include "storage/links.h"
+#include "tarn/base/value.h"
+#include "tarn/class_list.h"
 
 namespace {
 
@@ -29,7 +31,7 @@ std::string bounds_text(const Member& member) {
 
 std::string type_text(const Member& member) {
   std::string text(type_name(member.type));
-  if (member.width > 0) text += " of " + std::to_string(member.width);
+  if (member.width() > 0) text += " of " + std::to_string(member.width());
   return text;
 }
 
@@ -60,12 +62,12 @@ std::string codes(const ClassInfo& info) {
 std::string classes_page() {
   std::string out = "# Classes\n\nEvery class with its members, in interface order.\n";
   for (const ClassEntry& entry : class_list()) {
-    const ClassInfo& info = entry.info();
+    const ClassInfo& info = *entry.info;
     out += "\n## " + std::string(info.name) + "\n\nFailures are " +
            (info.failures == Failures::Trapped ? "trapped and logged" : "raised") +
            ".\n\n| member | type | unit | |\n| --- | --- | --- | --- |\n";
     for (const Member& m : info.members)
-      out += row({"`" + signature(m) + "`", m.is_part() ? "`" + std::string(m.part_info().name) + "`" : type_text(m),
+      out += row({"`" + signature(m) + "`", m.is_part() ? "`" + std::string(m.owned().info().name) + "`" : type_text(m),
                   std::string(m.unit), notes(m)});
     out += codes(info);
   }
@@ -79,7 +81,8 @@ std::vector<const Member*> stored_fields(const ClassInfo& info) {
       if (m.stored()) fields.push_back(&m);
     }
   }
-  std::sort(fields.begin(), fields.end(), [](const Member* a, const Member* b) { return a->offset < b->offset; });
+  std::sort(fields.begin(), fields.end(),
+            [](const Member* a, const Member* b) { return a->field()->offset() < b->field()->offset(); });
   return fields;
 }
 
@@ -93,10 +96,10 @@ void add_places(Object& object, const std::string& prefix, std::map<const std::b
   for (const Member& member : object.info().members) {
     if (!member.is_part()) continue;
     const int count = member.bounds.empty() ? member.part_count(object) : member.bounds.front().size();
-    for (int number = 1; number <= (member.numbered_part ? count : 1); ++number) {
+    for (int number = 1; number <= (member.owned().numbered ? count : 1); ++number) {
       Object& part = member.part(object, number);
-      const std::string group = prefix + std::string(member.part_name);
-      const std::string path = group + (member.numbered_part ? "(" + std::to_string(number) + ")" : "");
+      const std::string group = prefix + std::string(member.owned().name);
+      const std::string path = group + (member.owned().numbered ? "(" + std::to_string(number) + ")" : "");
       if (const auto record = part.part_record(); !record.empty()) places[record.data()] = {path, group, &part.info()};
       add_places(part, path + ".", places);
     }
@@ -117,7 +120,7 @@ void add_part_rows(Object& object, std::string& rows) {
     rows += row({std::to_string(first), std::to_string(count) + " x " + std::to_string(open->info->record_size),
                  "`" + name + "`", "`" + std::string(open->info->name) + "`", ""});
   };
-  for (const auto& block : entity->layout()) {
+  for (const auto& block : entity->file().blocks()) {
     const auto found = places.find(block.data());
     const PartPlace* place = found == places.end() ? nullptr : &found->second;
     if (place && open && place->group == open->group) {
@@ -138,32 +141,39 @@ struct Record {
   size_t size = 0;
 };
 
-/// A field of every record in a list is told for the first one, with how far the others are behind it.
+/// A field of every record in a list is given once, for the first record, with the distance between records.
 void add_field(Record& record, const Member& m) {
-  const size_t count = m.stride > 0 ? m.records : 1;
+  const RecordField& field = *m.field();
+  const size_t count = field.stride > 0 ? field.records : 1;
   const std::string more =
-      m.stride > 0 ? " in each of " + std::to_string(count) + ", " + std::to_string(m.stride) + " apart" : "";
-  record.rows += row({std::to_string(m.offset), std::to_string(m.size) + more,
-                      "`" + std::string(m.name) + bounds_text(m) + "`", type_text(m), std::string(m.stored_unit)});
-  record.size = std::max(record.size, static_cast<size_t>(m.offset) + m.size + m.stride * (count - 1));
+      field.stride > 0 ? " in each of " + std::to_string(count) + ", " + std::to_string(field.stride) + " apart" : "";
+  std::string unit(m.stored_unit.empty() ? m.unit : m.stored_unit);
+  if (field.wire == Wire::Scaled) unit += ", in 16-bit steps of 1/" + std::to_string(field.per_unit);
+  record.rows += row({std::to_string(field.offset()), std::to_string(field.size) + more,
+                      "`" + std::string(m.name) + bounds_text(m) + "`", type_text(m), unit});
+  record.size = std::max(record.size, field.offset() + field.size + field.stride * (count - 1));
 }
 
 std::string files_page() {
   std::string out =
-      "# Record files\n\nRecord n lies at byte n times the record's length; record 0 is the kind's default. Numbers "
-      "are "
-      "little-endian, fields are not padded, texts are one byte a character (code page 1252) and padded with blanks, "
-      "Booleans "
-      "are 16-bit: 0 and -1. Of an array the first subscript varies fastest, but for one that counts months or days of "
-      "weather: they lie block by block. Units are those of the file. Air systems, plants and buildings have a file "
-      "each, here without zones and hourly results. Results of a design are records in a row, as "
-      "[results](../results.md) tells; their tables have the month outside, the hour inside.\n";
+      "# Record files\n\n"
+      "- Record n lies at byte n times the record's length. Record 0 is the kind's default.\n"
+      "- Numbers are little-endian. Fields are not padded. Booleans have 16 bits: 0 and -1.\n"
+      "- Texts have one byte for each character (code page 1252) and are padded with blanks.\n"
+      "- The first subscript of an array varies fastest. The exception is a first subscript that counts months or "
+      "days\n"
+      "  of weather: their blocks follow one another.\n"
+      "- Units are those of the values in the file.\n"
+      "- Air systems, plants and buildings have a file each; it is given here without zones and hourly results.\n"
+      "- Results of a design are records that follow one another ([results](../results.md)). In their tables the month "
+      "is\n"
+      "  the outer loop and the hour the inner one.\n";
   for (const ClassEntry& entry : class_list()) {
-    const ClassInfo& info = entry.info();
+    const ClassInfo& info = *entry.info;
     const ObjectPtr object = entry.create();
     if (record_length(*object) == 0) continue;
     std::map<std::string_view, Record> records;
-    for (const Member* m : stored_fields(info)) add_field(records[m->record], *m);
+    for (const Member* m : stored_fields(info)) add_field(records[m->field()->record], *m);
     if (records.empty()) records[info.name];  // of parts alone
     for (auto& [name, record] : records) {
       if (records.size() == 1) {
@@ -190,8 +200,9 @@ std::string tables_page() {
     std::string columns = "`nIndex`, `szName`";
     for (const SummaryColumn& column : entity->kind().columns) columns += ", `" + std::string(column.name) + "`";
     std::string links;
-    for (const LinkColumn& link : entity->kind().links) {
-      links += (links.empty() ? "`" : ", `") + std::string(link.table) + "` by `" + std::string(link.column) + "`";
+    for (const LinkColumn& link : link_columns_of(entity->kind(), entity->info())) {
+      links += (links.empty() ? "`" : ", `") + link.table + "` by `" + link.column + "`";
+      if (link.library != 0) links += " of library " + std::to_string(link.library);
     }
     out += row({std::string(kind.group), "`" + std::string(kind.class_name) + "`",
                 "`" + std::string(entity->kind().index_table) + "`", columns, links});
@@ -212,8 +223,8 @@ std::string manual_page() {
       "GROUPS\n";
   for (const Group& group : all_groups()) {
     out += ".SS " + group.name + "\n" + group.help + "\n";
-    if (group.name == "describe") continue;
-    for (const auto& [verb, help] : group.verbs) out += ".TP\n.B " + verb + "\n" + help + "\n";
+    if (!group.names_verbs()) continue;
+    for (const Verb& verb : group.verbs) out += ".TP\n.B " + verb.name + "\n" + verb.help + "\n";
   }
   return out + ".SH EXIT STATUS\n0 clean, 1 findings, 2 usage, 3 input or output, 4 internal\n";
 }

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <iostream>
 
-#include "base/collection.h"
 #include "cli/command.h"
-#include "cli/result_pictures.h"
-#include "component/json.h"
-#include "platform/workspace.h"
+#include "cli/views/result_pictures.h"
+#include "platform/file_store.h"
+#include "reflect/json.h"
+#include "tarn/reflect/collection.h"
 
 namespace tarn::cli {
 namespace {
@@ -32,7 +32,9 @@ std::vector<Row> rows_of(Database& database) {
   return all;
 }
 
-int list_verb(const Call& call) {
+}  // namespace
+
+int results_list(const Call& call) {
   COM_ProjectData project;
   const auto database = open_project(project, call, Use::Reading);
   const auto design = project.NewAirSystemDesign();
@@ -52,6 +54,8 @@ int list_verb(const Call& call) {
     print_table({"index", "name", "file", "design"}, table);
   return kClean;
 }
+
+namespace {
 
 /// The results of the system that the call names, with its row.
 struct Read {
@@ -138,7 +142,10 @@ void print_heading(const Read& read, int zone) {
   std::cout << "; " << read.file << '\n';
 }
 
-int show_verb(const Call& call) {
+}  // namespace
+
+int results_show(const Call& call) {
+  if (!call.svg.empty() && call.words.size() > 1) throw UsageError("--svg shows an air system; leave the zone out.");
   const Read read(call);
   const int zone = call.words.size() > 1 ? zone_of(call, read) : 0;
   if (call.json) {
@@ -154,9 +161,5 @@ int show_verb(const Call& call) {
     save_picture(call, result_picture(*read.design, read.row.name + ", air system " + std::to_string(read.row.index)));
   return kClean;
 }
-
-}  // namespace
-
-int run_results(const Call& call) { return call.verb == "list" ? list_verb(call) : show_verb(call); }
 
 }  // namespace tarn::cli

@@ -4,17 +4,17 @@
 #include <iostream>
 
 #include "cli/command.h"
-#include "cli/weather_pictures.h"
-#include "component/json.h"
-#include "platform/workspace.h"
+#include "cli/views/weather_pictures.h"
+#include "reflect/json.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/weather_import.h"
 #include "weather/calendar.h"
-#include "weather/weather_import.h"
 #include "weather/year_review.h"
 
 namespace tarn::cli {
 namespace {
 
-/// The file behind the verb, or the project's own.
+/// The file after the verb, or the project's own.
 std::string file_of(const Call& call) {
   if (!call.words.empty()) return call.words.front();
   COM_ProjectData project;
@@ -44,13 +44,13 @@ struct Read {
 Json properties_json(Object& object) {
   Json json;
   for (const Member& member : object.info().members) {
-    if (member.kind == MemberKind::Property && member.stride == 0)
+    if (member.kind == MemberKind::Property && !(member.field() && member.field()->stride > 0))
       json[std::string(member.name)] = to_json(object, member);
   }
   return json;
 }
 
-/// What is there already is written over only if it is an hourly file.
+/// An existing file is replaced only if it is empty or an hourly weather file.
 void check_output(const std::string& file) {
   std::error_code ignored;
   if (!std::filesystem::exists(file, ignored) || std::filesystem::file_size(file, ignored) == 0) return;
@@ -58,10 +58,12 @@ void check_output(const std::string& file) {
   there.Load(file);
   if (!there.has_valid_header())
     fail(ErrorNumber::FileExists,
-         file + " is there and no hourly weather file; remove it first, or give another name.");
+         file + " exists and is not an hourly weather file; remove it first, or give another name.");
 }
 
-int import_verb(const Call& call) {
+}  // namespace
+
+int weather_import(const Call& call) {
   if (call.words.empty()) throw UsageError("Which file? tarn weather import FILE [--output CITY.HW1]");
   Read read(call);
   const HourlyVerdict verdict = verdict_of(read.year);
@@ -98,6 +100,8 @@ int import_verb(const Call& call) {
   return kClean;
 }
 
+namespace {
+
 Json finding_json(const Finding& finding) {
   return {{"what", finding.what},
           {"hours", finding.count},
@@ -105,7 +109,9 @@ Json finding_json(const Finding& finding) {
           {"value", finding.value}};
 }
 
-int check_verb(const Call& call) {
+}  // namespace
+
+int weather_check(const Call& call) {
   const Read read(call);
   const HourlyVerdict verdict = verdict_of(read.year);
   const bool named = !read.is_hourly() || call.words.empty() || HW1ReaderWriter::is_hourly_name(read.file);
@@ -136,7 +142,7 @@ int check_verb(const Call& call) {
   return clean ? kClean : kFindings;
 }
 
-int show_verb(const Call& call) {
+int weather_show(const Call& call) {
   Read read(call);
   WTH_Stats statistics;
   fill_statistics(statistics, read.year);
@@ -153,13 +159,6 @@ int show_verb(const Call& call) {
   }
   if (!call.svg.empty()) save_picture(call, heat_map(read.year));
   return kClean;
-}
-
-}  // namespace
-
-int run_weather(const Call& call) {
-  if (call.verb == "import") return import_verb(call);
-  return call.verb == "check" ? check_verb(call) : show_verb(call);
 }
 
 }  // namespace tarn::cli

@@ -1,16 +1,34 @@
-// The words of the command line as data: help, the nearest right word and the manual page read them here.
+// The words of the command line as data: what is run, help, the nearest right word and the manual page follow from the
+// table of verbs.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
-#include "base/members.h"
+#include "cli/command.h"
+#include "tarn/reflect/members.h"
 
 namespace tarn::cli {
 
+/// The options that not every verb takes, as bits.
+enum Option : unsigned { kType = 1, kOutput = 2, kSvg = 4, kMaterial = 8 };
+
+inline constexpr size_t kAnyWords = SIZE_MAX;
+
+struct Verb {
+  std::string name, help;
+  size_t most_words;
+  unsigned options;  // of `Option`
+  int (*run)(const Call&);
+};
+
+/// A group that does one thing only has one verb without a name.
 struct Group {
   std::string name, help;
-  std::vector<std::pair<std::string, std::string>> verbs;  // with help
+  std::vector<Verb> verbs;
+
+  bool names_verbs() const { return !verbs.front().name.empty(); }
 };
 
 std::vector<Group> all_groups();

@@ -1,4 +1,4 @@
-"""Four edits of the small office, each after everything was calculated: what goes stale, and by which way.
+"""Four edits of the small office, each after everything was calculated: which results become stale, and through which links.
 
     PYTHONPATH=build/python python3 examples/edits.py FOLDER/PREFIX    (run by `make run`)
 """

@@ -1,4 +1,4 @@
-"""What the steps of the example share: the project of the command line, and what is stale in it by which way."""
+"""What the steps of the example share: opening the project of the command line, and showing which results are stale and why."""
 
 import pathlib
 import sys
@@ -29,7 +29,7 @@ def called(database, kind, index):
 
 
 def ways_from(database, kind, index):
-    """The shortest way from an entity to each that rests on it, by kind and index."""
+    """The shortest chain of links from an entity to each entity that depends on it, by kind and index."""
     ways, front = {}, [((kind, index), [(kind, index)])]
     while front:
         (kind, index), way = front.pop(0)
@@ -58,16 +58,16 @@ def stale(database):
 
 
 def show_stale(database, kind, index):
-    """Each thing that is stale, and the way of the change to it."""
+    """Each stale entity, and the chain of links from the edited one to it."""
     marked, ways = stale(database), ways_from(database, kind, index)
     for thing, what in marked.items():
-        way = " > ".join(called(database, *step) for step in ways.get(thing, [])) or "NO WAY LEADS THERE"
+        way = " > ".join(called(database, *step) for step in ways.get(thing, [])) or "NO LINK LEADS THERE"
         print(f"  stale: {called(database, *thing)}: {what}\n      {way}")
     fresh = [called(database, *thing) for thing in every(database) if thing not in marked]
     print("  not stale:", "; ".join(fresh) or "nothing")
 
 
 def every(database):
-    """All that has results."""
+    """All entities that have results."""
     return [(kind, row["nIndex"]) for kind, table in (("System", "AirSystemIndex"), ("Plant", "PlantIndex"), ("Building", "BuildingIndex"))
             for row in database.rows(f"SELECT nIndex FROM {table} ORDER BY nIndex")]

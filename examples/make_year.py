@@ -1,4 +1,4 @@
-"""A year of hourly weather of a place that is on no map, as an EPW file.
+"""A year of hourly weather of an invented place, as an EPW file.
 
 Model, all times local standard:
   sun      declination and hour angle by Cooper's formula (Solar Energy 12, 1969), no equation of time
@@ -34,7 +34,8 @@ def walk(count, half_life_h, deviation, rng):
 
 
 def sine_of_altitude(day, hour):
-    """Of the middle of an hour that ends at `hour`; local time is solar time but for the place in the zone."""
+    """Sine of the sun's altitude in the middle of the hour that ends at `hour`. Solar time differs from local time only by the
+    longitude within the time zone."""
     declination = math.radians(23.45) * math.sin(2 * math.pi * (284 + day) / 365)
     angle = math.radians(15 * (hour - 0.5 - 12) + LONGITUDE - 15 * ZONE)
     latitude = math.radians(LATITUDE)
@@ -71,7 +72,7 @@ def hours():
 
 
 def humidity(dry_bulb, dew_point):
-    """Relative, per cent, by the Magnus formula."""
+    """Relative humidity, per cent, by the Magnus formula."""
     vapour = [math.exp(17.62 * t / (243.12 + t)) for t in (dew_point, dry_bulb)]
     return min(100, round(100 * vapour[0] / vapour[1]))
 

@@ -14,7 +14,7 @@ MONTHS, HOURS = range(1, 13), range(24)
 DAYS_IN = (31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31)
 WALLS, ROOFS, SOLAR, GLASS, LIGHTS, EQUIPMENT, PEOPLE, INFILTRATION, VENTILATION, FAN, DUCTS, SAFETY = 1, 2, 3, 4, 11, 13, 14, 15, 17, 18, 20, 22
 COMPONENTS = 22
-OUTDOOR, MIXED, COIL, FAN_OUT, ROOM = 1, 4, 5, 8, 10  # points of the air's way
+OUTDOOR, MIXED, COIL, FAN_OUT, ROOM = 1, 4, 5, 8, 10  # points of the air's path
 ROOM_DB, SUPPLY_DB, WINTER_ROOM_DB, WINTER_DB = 75.0, 58.0, 70.0, -2.0  # F
 ROOM_W, OUTDOOR_W = 0.0093, 0.0140  # lb/lb
 ALTITUDE, PRESSURE, STANDARD = 600.0, 14.38, 0.978  # ft, psia, density beside that at sea level
@@ -35,13 +35,13 @@ def occupied(hour):
 
 
 def saturated(db):
-    """lb/lb, by Magnus' formula."""
+    """Humidity ratio of saturated air, lb/lb, by Magnus' formula."""
     vapour = 0.08865 * exp(17.62 * (db - 32) / (1.8 * 243.12 + db - 32))  # psia
     return 0.622 * vapour / (PRESSURE - vapour)
 
 
 def wet_bulb(db, w):
-    """F, by the psychrometric equation."""
+    """Wet-bulb, F, by the psychrometric equation."""
     low, high = -60.0, db
     while high - low > 0.01:
         wb = (low + high) / 2
@@ -51,7 +51,7 @@ def wet_bulb(db, w):
 
 
 def bypass(entering, leaving):
-    """The share of the air that a coil leaves as it was: how far its line goes on behind the leaving air to saturation."""
+    """The share of the air that a coil leaves as it was: how far its line continues beyond the leaving air to saturation."""
     beyond = 0.0
     while beyond < 1:
         db, w = (out + beyond * (out - into) for into, out in zip(entering, leaving))
@@ -62,13 +62,13 @@ def bypass(entering, leaving):
 
 
 def sun(exposure, hour):
-    """Btu/(hr.ft2) through clear glass: exposures 1 to 4 are south, west, north, east, at their own hours."""
+    """Solar heat through clear glass, Btu/(hr.ft2). Exposures 1 to 4 are south, west, north, east; each has its own peak hour."""
     peak = {1: (13, 90), 2: (17, 160), 3: (13, 25), 4: (9, 160)}.get(exposure, (13, 0))
     return max(0.0, peak[1] * cos((hour - peak[0]) * pi / 9)) if 6 <= hour <= 19 else 0.0
 
 
 class Room:
-    """What a space's loads rest on, read from the project."""
+    """The inputs of a space's loads, read from the project."""
 
     def __init__(self, project, index):
         space = project.NewSpace()
@@ -264,7 +264,7 @@ def fill_components(loads, rooms, serves, peak, coil, fan_heat):
 
 
 def fill_process(states, flows, points):
-    """The way of the air at the peak hour, a state after the other; other hours stay empty."""
+    """The states of the air at the peak hour, in the order of its path; other hours stay empty."""
     outside, airflow = flows
     before = None
     for point, db, w in points:
@@ -285,7 +285,7 @@ BOILER = 0.8
 
 
 class Office:
-    """What the building's energy rests on, read from the project."""
+    """The inputs of the building's energy, read from the project."""
 
     def __init__(self, project, rooms):
         self.area = sum(room.area for room in rooms)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The main job on real input, the whole road: a small office building made from published data, synthetic results for it,
-# edits, and what went stale by which way; a year of weather at the end.
+# The main job on real input: a small office building made from published data, synthetic results for it, edits, and which
+# results become stale through which links; a year of weather at the end.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 job=build/example
@@ -8,7 +8,7 @@ rm -rf "$job"
 mkdir -p "$job"
 tarn() { build/bin/tarn -p "$job/MALL" "$@"; }
 python() { PYTHONPATH=build/python python3 "examples/$1" "$job/MALL"; }
-# The first lines of what is long; all of it is read, so that the writer is not cut off.
+# The first lines of a long output. The rest is read too, so that the writing program is not cut off.
 first() { sed -n "1,$1p"; }
 
 echo "== 1. A new project: an index database and record files with defaults"
@@ -39,7 +39,7 @@ echo
 echo "-- the building: what it uses, what its meters paid"
 tarn buildings show 1
 echo
-echo "== 5. Edits, and which results each makes stale, older than what they rest on"
+echo "== 5. Edits, and which results each makes stale (older than their inputs)"
 echo "   (below each: edited thing > what uses it > ... > what is stale; the shortest way, where there are several)"
 python edits.py
 echo "== 6. A year of weather, computed by examples/make_year.py, becomes the project's"

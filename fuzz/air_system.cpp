@@ -1,16 +1,16 @@
 // Damaged air-system files and exchange texts: nothing crashes, a failed load leaves the object as it was and names the
-// file, what was loaded can be saved and loaded again, and a failed import leaves nothing behind.
+// file, what was loaded can be saved and loaded again, and a failed import changes nothing.
 #include <sanitizer/common_interface_defs.h>
 #include <stdlib.h>
 
 #include <chrono>
 #include <cstdio>
 
-#include "component/exchange.h"
 #include "finding.h"
 #include "mutate.h"
-#include "platform/workspace.h"
 #include "sample.h"
+#include "tarn/exchange.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn::fuzz {
 namespace {

@@ -9,7 +9,7 @@ namespace tarn::fuzz {
 
 inline unsigned long long seed_at_work = 0;
 
-/// For a sanitizer's death.
+/// Called when a sanitizer ends the program.
 inline void name_seed() { std::fprintf(stderr, "seed %llu\n", seed_at_work); }
 
 class Finding : public std::runtime_error {

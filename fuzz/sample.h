@@ -1,18 +1,23 @@
 // A project with a valid air system in several shapes, and what an object holds.
 #pragma once
 
+#include <sqlite3.h>
+
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <string>
 #include <vector>
 
-#include "airsystems/air_system.h"
-#include "component/kinds.h"
-#include "envelope/construction.h"
 #include "platform/host.h"
-#include "storage/project.h"
-#include "storage/schema.h"
+#include "project/kinds.h"
+#include "project/new_index.h"
+#include "storage/kind.h"
+#include "tarn/air_system.h"
+#include "tarn/construction.h"
+#include "tarn/platform/database.h"
+#include "tarn/project.h"
+#include "tarn/reflect/members.h"
 
 namespace tarn::fuzz {
 
@@ -28,8 +33,9 @@ inline State state_of(AS_AirSystem& system) {
   state["DesHasChanged"] = std::to_string(system.DesHasChanged);
   state["SimHasChanged"] = std::to_string(system.SimHasChanged);
   for_each_field(system, [&](Object& owner, const Member& field, const std::string& prefix) {
-    if (!field.place) return;
-    state[prefix + std::string(field.name)].assign(reinterpret_cast<const char*>(field.place(owner)), field.size);
+    if (!field.in_place()) return;
+    state[prefix + std::string(field.name)].assign(reinterpret_cast<const char*>(field.place(owner)),
+                                                   field.field()->size);
   });
   for (int32_t i = 1; i <= system.GetHourlySimData()->Count(); ++i) {
     const auto hours = system.GetHourlySimData()->Item(i)->bytes();
@@ -58,8 +64,8 @@ class Sample {
     project.SetWorkPath(folder_);
     project.FilePrefix = "JOB";
     create_index(project.IndexDBName());
+    sqlite3_auto_extension(reinterpret_cast<void (*)()>(&without_waiting));
     database = host().database(project.IndexDBName());
-    database->Execute("PRAGMA synchronous = OFF");
   }
 
   void fill() {
@@ -128,6 +134,11 @@ class Sample {
 
   COM_ProjectData project;
   Ptr<Database> database;
+
+  /// A sample need not outlive a power failure.
+  static int without_waiting(sqlite3* opened, char**, const void*) {
+    return sqlite3_exec(opened, "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
+  }
 
  private:
   /// A file with the sections of a mask, and those before them.

@@ -12,8 +12,8 @@
 
 #include "finding.h"
 #include "mutate.h"
+#include "tarn/weather_import.h"
 #include "weather/calendar.h"
-#include "weather/weather_import.h"
 #include "weather/year_review.h"
 
 namespace tarn::fuzz {

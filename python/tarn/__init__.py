@@ -19,9 +19,9 @@ from . import _library as _c
 from . import _objects
 from ._library import Error
 
-__all__ = ["Error", "classes", "create_index", "members", "on_log", "on_yield", "open_database", "open_file", "shipped_file", "transaction"]
+__all__ = ["Error", "classes", "create_index", "import_chiller", "members", "on_log", "on_yield", "open_database", "open_file", "shipped_file", "transaction"]
 
-on_yield = None  # called, without arguments, by long calculations where a user interface may handle what waits for it
+on_yield = None  # called, without arguments, by long calculations, so that a user interface can handle its pending events
 on_log = None  # a handler of log entries; unset, they go to logging.getLogger("tarn")
 
 
@@ -74,6 +74,14 @@ def shipped_file(name):
     path = _c.library.tarn_shipped_file(str(name).encode())
     _c.check(_c.OK if path else _c.ERROR)
     return path.decode()
+
+
+def import_chiller(chiller, path):
+    """Fills a chiller from a performance map in the JSON form of ASHRAE 205; the lines tell its full load and IPLV beside
+    the stated rating, and what was not carried over. It is not saved yet."""
+    notes = ctypes.c_char_p()
+    _c.check(_c.library.tarn_import_chiller(chiller._handle, str(path).encode(), ctypes.byref(notes)), chiller._handle)
+    return notes.value.decode().splitlines()
 
 
 def open_database(path):

@@ -74,6 +74,7 @@ _SIGNATURES = {
     "set_log": (None, [Log, ctypes.c_void_p]),
     "set_yield": (None, [Yield, ctypes.c_void_p]),
     "shipped_file": (_text, [_text]),
+    "import_chiller": (_int, [_object, _text, ctypes.POINTER(_text)]),
     "create_index": (_int, [_text]),
     "open_database": (_int, [_text, ctypes.POINTER(_object)]),
     "execute": (_int, [_object, _text, ValuePointer, _int, _ints]),
@@ -123,7 +124,7 @@ def catch(exception):
 
 
 def check(status, handle=None):
-    """Raises what a handler raised, else the error behind a status that is not OK."""
+    """Raises what a handler raised, else the error of a status that is not OK."""
     if getattr(caught, "exceptions", None):
         first = caught.exceptions[0]
         caught.exceptions.clear()

@@ -75,7 +75,7 @@ def to_c(value, keep):
     elif isinstance(value, Object):
         out.type, out.as_.object = c.OBJECT, value._handle
     else:
-        raise TypeError(f"a {type(value).__name__} is no value of a member; give a number, Boolean, text, object or list of numbers")
+        raise TypeError(f"a {type(value).__name__} cannot be a member's value; give a number, Boolean, text, object or list of numbers")
     return out
 
 

@@ -1,11 +1,12 @@
-#include "airsystems/air_system.h"
+#include "tarn/air_system.h"
 
 #include <algorithm>
 
 #include "airsystems/defaults.h"
-#include "base/log.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
+#include "storage/kind.h"
+#include "storage/links.h"
+#include "tarn/base/log.h"
 
 namespace tarn {
 namespace {
@@ -18,7 +19,8 @@ bool is(const Code<Source>& code, Source source) { return static_cast<Source>(co
 
 }  // namespace
 
-AS_AirSystem::AS_AirSystem() {
+AS_AirSystem::AS_AirSystem() : CopiedEntity(form()) {
+  named_by(general_.Name);
   general_.system = this;
   dehumidification_.system = this;
   precool_coil_.cools = true;
@@ -35,23 +37,19 @@ const Kind& AS_AirSystem::kind() const {
       .default_word = "System",
       .missing_row_message = {},
       .columns = {computed<C, &C::equip_class>("nEquipClass"), computed<C, &C::system_type>("nSystemType"),
+                  computed<C, &C::flag<&H::Sized>>("bSized"),
                   computed<C, &C::flag<&H::CoilDataValid>>("bCoilDataValid"),
-                  computed<C, &C::flag<&H::Sized>>("bSized"), computed<C, &C::flag<&H::Simulated>>("bSimulated"),
-                  computed<C, &C::des_has_changed>("bDesHasChanged"),
-                  computed<C, &C::sim_has_changed>("bSimHasChanged"),
+                  computed<C, &C::flag<&H::Simulated>>("bSimulated"),
                   computed<C, &C::flag<&H::CWCoilsExists>>("bCWCoilsExist"),
                   computed<C, &C::flag<&H::HWCoilsExists>>("bHWCoilsExist"),
                   computed<C, &C::flag<&H::STMCoilsExists>>("bSTMCoilsExist")},
-      .links = {{"Building_System_Links", "System_ID"},
-                {"Plant_System_Links", "System_ID"},
-                {"System_Schedule_Links", "System_ID"},
-                {"System_Space_Links", "System_ID"},
-                {"System_Tower_Links", "System_ID"},
-                {"System_Boiler_Links", "System_ID"}},
+      .flags = {changed_flag<C, &C::DesHasChanged>("bDesHasChanged"),
+                changed_flag<C, &C::SimHasChanged>("bSimHasChanged")},
       .reach = {Results::DesignAndSimulation,
                 {{Stage::Plants, {{"Plant_System_Links", "System_ID", "Plant_ID"}}},
                  {Stage::Buildings, {{"Building_System_Links", "System_ID", "Building_ID"}}}}},
       .gives_names = false,
+      .name_query_message = "Query for duplicate name checking failed: ",
       .lost_row_message = "Cannot find air system record in index database",
       .link_owner = "System"};
   return kind;
@@ -59,7 +57,7 @@ const Kind& AS_AirSystem::kind() const {
 
 const ClassInfo& AS_AirSystem::info() const {
   using C = AS_AirSystem;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, property<&C::m_lCurMask>, property<&C::WorkPath>,
       property<&C::FilePrefix>, method<&C::Clone>("nIndex"), method<&C::SetAsNew>, method<&C::SetToDefaults>,
       method<&C::SetToDefaultsByType>("nSystemType"), method<&C::Delete>("nRecNum"), method<&C::GetDBHandle>,
@@ -85,7 +83,8 @@ const ClassInfo& AS_AirSystem::info() const {
       parts<&C::GetHourlySimData, &C::simulation_count, &C::resize_simulation>,
       property<&C::DesHasChanged>.kept_in_row(), property<&C::SimHasChanged>.kept_in_row(),
       property<&C::index32>.named("Index"), method<&C::SetMask>("lMaskAdd", "lMaskRemove"),
-      method<&C::IsNameUnique>("sName"));
+      method<&C::IsNameUnique>("sName"), event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -102,19 +101,6 @@ void AS_AirSystem::SetAsNew() {
     *flag = false;
   }
   drop_results();
-}
-
-void AS_AirSystem::CreateDefault() {
-  or_as_before([&] {
-    const std::string path = file_of(0);
-    if (has_file(path)) {
-      read_sections(path);
-      Index = 0;
-    } else {
-      SetToDefaultsByType(1);
-      Reset(true);
-    }
-  });
 }
 
 void AS_AirSystem::SetToDefaults() {
@@ -138,12 +124,8 @@ void AS_AirSystem::resize_zones(int count) {
   general_.NumZones = static_cast<int16_t>(count);
 }
 
-std::string AS_AirSystem::no_file_message(const std::string& path) const {
-  return "File not found: " + (path.empty() ? "the air system has no FilePrefix" : path) + ".";
-}
-
 /// Zones that lost a space close up.
-void AS_AirSystem::after_clearing() {
+void AS_AirSystem::close_up(const std::vector<ClearedReference>& /*cleared*/, Sections /*sections*/) {
   for (const Zone& zone : zones_) {
     ZoneRecord& data = *zone.data;
     const int entries = std::clamp<int>(data.TotalSpacesInZone, 0, kSpaces);
@@ -167,43 +149,45 @@ void AS_AirSystem::pack_spaces(ZoneRecord& zone, int entries) {
   zone.TotalSpacesInZone = static_cast<int16_t>(kept);
 }
 
-void AS_AirSystem::before_save() {
-  as_given_ = false;
-  const int16_t zones = general_.NumZones;
-  if (take_unselected_header() && selected(kInputs)) general_.NumZones = zones;
-  if (!IsNameUnique()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
-  const bool by_user = selected(kInputs) && !after_calculations_;
-  if (!by_user) {
-    set_there(kSizing, is_there(kSizing) || selected(kSizing));
-    set_there(kSimulation, is_there(kSimulation) || selected(kSimulation));
+void AS_AirSystem::before_save(SaveContext& save) {
+  using Form = SaveContext::Form;
+  if (save.selects(kInputs)) {
+    changeover_.Begin = "STARTCO";
+    changeover_.End = "ENDCO";
   }
-  if (after_calculations_) return;
-  keep_flags_of_row();
-  if (!by_user) return;
-  general_.Sized = false;
-  general_.CoilDataValid = false;
-  general_.Simulated = false;
+  if (save.form == Form::Default) return;
+  sections_.check_loaded(save);
+  if (save.form == Form::AsGiven) return take_free_name();
+  const int16_t zones = general_.NumZones;
+  if (sections_.take_unselected_header(save) && save.selects(kInputs)) general_.NumZones = zones;
+  if (!IsNameUnique()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
+  const bool edited = save.by_user() && save.selects(kInputs);
+  if (!edited) sections_.select_results(save);
+  if (save.by_user()) keep_flags_of_row();
+  if (!edited) return;
+  sections_.clear_result_flags();
   general_.CWCoilsExists = IsCWCoilUsed();
   general_.HWCoilsExists = IsHWCoilUsed();
   general_.STMCoilsExists = IsStmCoilUsed();
   for (const Zone& zone : zones_) pack_spaces(*zone.data, kSpaces);
   DesHasChanged = SimHasChanged = true;
-  set_there(kSizing, false);  // in the file; the object holds what it has
-  set_there(kSimulation, false);
+  sections_.drop(save, kSizing);  // from the file; the object holds what it has
+  sections_.drop(save, kSimulation);
 }
 
-void AS_AirSystem::renew() {
-  resize_zones(0);
-  drop_results();
-  DesHasChanged = SimHasChanged = true;
+void AS_AirSystem::Save(std::optional<bool>& bSaveAfterCalculations) {
+  save_selected(m_lCurMask, bSaveAfterCalculations.value_or(false));
 }
 
-void AS_AirSystem::Save(std::optional<bool>& bSaveAfterCalculations) { save(bSaveAfterCalculations.value_or(false)); }
+void AS_AirSystem::copy_rest(const StoredEntity& from, bool /*content*/) {
+  m_lCurMask = dynamic_cast<const AS_AirSystem&>(from).m_lCurMask;
+}
 
-void AS_AirSystem::copy_memory(const StoredEntity& from, bool record_too) {
-  SectionedEntity::copy_memory(from, record_too);
-  const auto& other = dynamic_cast<const AS_AirSystem&>(from);
-  m_lCurMask = other.m_lCurMask;
+std::function<void()> AS_AirSystem::keep_rest() {
+  return [this, zones = zones_, hourly = hourly_.items()] {
+    zones_ = zones;
+    hourly_.set_items(hourly);
+  };
 }
 
 int16_t AS_AirSystem::boiler_fuel() const {
@@ -226,7 +210,9 @@ bool AS_AirSystem::reheats(Source source) const {
   return is(zone_schedule_.ReheatSource, source) && std::any_of(zones_.begin(), zones_.end(), has_coil);
 }
 bool AS_AirSystem::heats_zones(Source source) const {
-  const auto has_unit = [](const Zone& zone) { return zone.data->HeatUnitType.raw != 0; };
+  const auto has_unit = [](const Zone& zone) {
+    return zone.data->HeatUnitType != AS_SupplementalHeatUnitTypes::NotUsed;
+  };
   return is(zone_schedule_.HeatingSource, source) && std::any_of(zones_.begin(), zones_.end(), has_unit);
 }
 bool AS_AirSystem::heats_anywhere(Source source) const {
@@ -241,19 +227,17 @@ bool AS_AirSystem::IsCWUsedPrecooling() const {
   return precool_coil_.Used && is(precool_coil_.Source, Source::ST_CHILLED_WATER);
 }
 bool AS_AirSystem::IsCWUsedTerminalCooling() const {
-  // Terminals with a cooling coil of their own: induction terminals, induction beams, active chilled beams.
+  // Of terminals with a cooling coil of their own.
   const auto has_coil = [](const Zone& zone) {
-    const int16_t type = zone.data->TermType.raw;
-    return type == 10 || type == 13 || type == 14;
+    using enum AS_SupplyTerminalTypes;
+    const AS_SupplyTerminalTypes type = zone.data->TermType;
+    return type == InductionTerminal || type == InductionBeam || type == ActiveChilledBeam;
   };
   return is(zone_schedule_.TermClgSource, Source::ST_CHILLED_WATER) &&
          std::any_of(zones_.begin(), zones_.end(), has_coil);
 }
 
-bool AS_AirSystem::IsChangeoverApplicable() const {
-  constexpr int16_t kTwoPipeFanCoil = 15;
-  return general_.SystemType.raw == kTwoPipeFanCoil;
-}
+bool AS_AirSystem::IsChangeoverApplicable() const { return general_.SystemType == AS_SystemTypes::TwoPipeFanCoil; }
 
 Source AS_DehumidData::GetReheatSource() const {
   if (!system) return Source::ST_IRRELEVANT;
@@ -276,9 +260,11 @@ void AS_General::SetFlags() {
     return std::any_of(s.zones_.begin(), s.zones_.end(), [&](const auto& zone) { return holds(*zone.data); });
   };
   const bool reheat = any_zone([](const ZoneRecord& z) { return bool{z.ReheatCoil}; });
-  const bool units = any_zone([](const ZoneRecord& z) { return z.HeatUnitType.raw != 0; });
+  const bool units =
+      any_zone([](const ZoneRecord& z) { return z.HeatUnitType != AS_SupplementalHeatUnitTypes::NotUsed; });
   const bool terminal_fans = any_zone([](const ZoneRecord& z) { return z.TermFanVal > 0; });
-  const bool water_loop = s.general_.SystemType.raw == 14 && s.water_loop_.LoopConfig.raw == 0;
+  const bool water_loop = s.general_.SystemType == AS_SystemTypes::WaterSourceHeatPump &&
+                          s.water_loop_.LoopConfig == AS_LoopConfigTypes::LC_CLOSED_IWSHP;
   const auto one = [](bool used) { return static_cast<int16_t>(used ? 1 : 0); };
   const int16_t flags[]{one(s.cooling_.Used),
                         one(s.cooling_.Used),

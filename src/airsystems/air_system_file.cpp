@@ -1,100 +1,112 @@
-// The file of an air system: its name, where its sections lie, what is read and what is written.
-#include <algorithm>
-
-#include "airsystems/air_system.h"
+// The file of an air system: its sections, and what its header says of them.
 #include "platform/host.h"
-#include "platform/workspace.h"
+#include "tarn/air_system.h"
 
 namespace tarn {
 namespace {
 
-constexpr uint64_t kInputsEnd = 5204;  // with the header, without zones
 constexpr int kMostOutputs = decltype(SystemHeaderRecord::OutputFlags)::size;
 
-}  // namespace
+template <typename... Records>
+constexpr size_t kTogether = (sizeof(Records) + ...);
 
-bool AS_AirSystem::selected(size_t section) const {
-  constexpr int32_t kMasks[]{CCM_HEADERMASK, CCM_INPUTMASK, CCM_SIZINGMASK, 0x03C00000};
-  return (m_lCurMask & kMasks[section]) != 0;
-}
-
-AS_AirSystem::Ends AS_AirSystem::ends_of(std::span<const std::byte> header, const std::string& path) const {
-  SystemHeaderRecord record;
-  std::copy(header.begin(), header.end(), std::as_writable_bytes(std::span(&record, 1)).begin());
+HeaderCounts counts(Header header, const std::string& path) {
+  const auto record = record_in<SystemHeaderRecord>(header);
   const int zones = record.NumZones, outputs = record.NumOutputs;
   if (zones < 0 || outputs < 0 || outputs > kMostOutputs) {
     fail(ErrorNumber::UnknownFormat, path + " says that it has " + std::to_string(zones) + " zones and " +
                                          std::to_string(outputs) + " outputs. Restore the file from a copy.");
   }
-  const auto n = static_cast<uint64_t>(zones);
-  Ends ends{sizeof(SystemHeaderRecord), kInputsEnd + n * sizeof(ZoneRecord), 0, 0};
-  ends[kSizing] = ends[kInputs] + sizeof(AirSizingRecord) + n * sizeof(ZoneSizingRecord) + sizeof(CoilSizingRecord);
-  ends[kSimulation] = ends[kSizing] + n * sizeof(ZoneTemperatureRecord) + sizeof(UnmetLoadsRecord) +
-                      sizeof(LeedUnmetLoadsRecord) + static_cast<uint64_t>(outputs) * sizeof(HourlyResultRecord);
-  return ends;
+  return {static_cast<size_t>(zones), static_cast<size_t>(outputs)};
 }
 
-AS_AirSystem::Blocks AS_AirSystem::blocks(size_t section) {
-  Blocks blocks;
-  switch (section) {
-    case kHeader:
-      return {general_.bytes()};
-    case kInputs:
-      blocks = {cooling_.bytes(),          heating_.bytes(),      ventilation_.bytes(),   supply_duct_.bytes(),
+}  // namespace
+
+const SectionForm& AS_AirSystem::form() {
+  using C = AS_AirSystem;
+  using H = SystemHeaderRecord;
+  constexpr int32_t kSimulationBits = 0x03C00000;  // of CCM_SIMULATIONMASK those that no other section has
+  static const Section sections[]{
+      {.name = "The header",
+       .mask = CCM_HEADERMASK,
+       .size = {.fixed = sizeof(H)},
+       .blocks = [](StoredEntity& entity) -> Blocks { return {static_cast<C&>(entity).general_.bytes()}; },
+       .fit = [](StoredEntity& entity, Header header,
+                 bool) { static_cast<C&>(entity).resize_zones(record_in<H>(header).NumZones); }},
+      {.name = "The input section",
+       .mask = CCM_INPUTMASK,
+       .size = {.fixed =
+                    kTogether<CoolingRecord, HeatingRecord, VentilationRecord, SupplyDuctRecord, ReturnPlenumRecord,
+                              FanRecord, FanRecord, FanRecord, EconomizerRecord, CoilRecord, CoilRecord,
+                              HumidifierRecord, DehumidificationRecord, VentReclaimRecord, SafetyFactorRecord,
+                              ZoneScheduleRecord, WaterLoopRecord, SplitSystemRecord, ChangeoverRecord>,
+                .each = sizeof(ZoneRecord)},
+       .blocks = [](StoredEntity& entity) { return static_cast<C&>(entity).input_blocks(); },
+       .references = "*"},
+      {.name = "The sizing results",
+       .mask = CCM_SIZINGMASK,
+       .is_result = true,
+       .size = {.fixed = kTogether<AirSizingRecord, CoilSizingRecord>, .each = sizeof(ZoneSizingRecord)},
+       .blocks =
+           [](StoredEntity& entity) {
+             auto& system = static_cast<C&>(entity);
+             Blocks blocks{system.air_sizing_.bytes()};
+             for (const Zone& zone : system.zones_) blocks.push_back(zone.sizing->bytes());
+             blocks.push_back(system.coil_size_.bytes());
+             return blocks;
+           }},
+      {.name = "The simulation results",
+       .mask = kSimulationBits,
+       .is_result = true,
+       .size = {.fixed = kTogether<UnmetLoadsRecord, LeedUnmetLoadsRecord>,
+                .each = sizeof(ZoneTemperatureRecord),
+                .each_output = sizeof(HourlyResultRecord)},
+       .blocks =
+           [](StoredEntity& entity) {
+             auto& system = static_cast<C&>(entity);
+             Blocks blocks;
+             for (const Zone& zone : system.zones_) blocks.push_back(zone.temperature->bytes());
+             blocks.insert(blocks.end(), {system.unmet_loads_.bytes(), system.leed_unmet_loads_.bytes()});
+             for (const auto& item : system.hourly_.items()) blocks.push_back(item->bytes());
+             return blocks;
+           },
+       .fit = [](StoredEntity& entity, Header header,
+                 bool there) { static_cast<C&>(entity).hourly_.Resize(there ? record_in<H>(header).NumOutputs : 0); },
+       .stays = false}};
+  static const ResultFlag flags[]{{"bSized", offsetof(H, Sized), section_bit(kSizing)},
+                                  {"bCoilDataValid", offsetof(H, CoilDataValid)},
+                                  {"bSimulated", offsetof(H, Simulated), section_bit(kSimulation)}};
+  static const SectionForm form{
+      .sections = sections,
+      .result_flags = flags,
+      .counts = counts,
+      .one = "air system",
+      .missing_file = "File not found: ",
+      .end_of_message = ".",
+      .without_default =
+          [](StoredEntity& entity) {
+            auto& system = static_cast<C&>(entity);
+            system.SetToDefaultsByType(1);
+            system.Reset(true);
+          },
+      .mask = [](const StoredEntity& entity) { return static_cast<const C&>(entity).m_lCurMask; },
+      .companion = [](const StoredEntity& entity) { return static_cast<const C&>(entity).design_file(); }};
+  return form;
+}
+
+Blocks AS_AirSystem::input_blocks() {
+  Blocks blocks{cooling_.bytes(),          heating_.bytes(),      ventilation_.bytes(),   supply_duct_.bytes(),
                 return_plenum_.bytes(),    supply_fan_.bytes(),   return_fan_.bytes(),    supply_fan_2_.bytes(),
                 economizer_.bytes(),       preheat_coil_.bytes(), precool_coil_.bytes(),  humidifier_.bytes(),
                 dehumidification_.bytes(), vent_reclaim_.bytes(), safety_factor_.bytes(), zone_schedule_.bytes(),
                 water_loop_.bytes(),       split_system_.bytes(), changeover_.bytes()};
-      for (const Zone& zone : zones_) blocks.push_back(zone.data->bytes());
-      break;
-    case kSizing:
-      blocks = {air_sizing_.bytes()};
-      for (const Zone& zone : zones_) blocks.push_back(zone.sizing->bytes());
-      blocks.push_back(coil_size_.bytes());
-      break;
-    case kSimulation:
-      for (const Zone& zone : zones_) blocks.push_back(zone.temperature->bytes());
-      blocks.insert(blocks.end(), {unmet_loads_.bytes(), leed_unmet_loads_.bytes()});
-      for (int32_t i = 1; i <= hourly_.Count(); ++i) blocks.push_back(hourly_.Item(i)->bytes());
-      break;
-  }
+  for (const Zone& zone : zones_) blocks.push_back(zone.data->bytes());
   return blocks;
 }
 
-void AS_AirSystem::make_room(size_t section, std::span<const std::byte> header, bool there) {
-  SystemHeaderRecord record;
-  if (!header.empty()) std::copy(header.begin(), header.end(), std::as_writable_bytes(std::span(&record, 1)).begin());
-  if (section == kHeader) resize_zones(record.NumZones);
-  if (section == kSimulation) hourly_.Resize(there ? record.NumOutputs : 0);
-}
-
-void AS_AirSystem::write_record(int16_t index) {
-  const std::string path = file_of(index);
-  if (path.empty())
-    fail(ErrorNumber::FileNotFound, "The air system has no file name; set its WorkPath and FilePrefix.");
-  changeover_.Begin = "STARTCO";
-  changeover_.End = "ENDCO";
-  const bool by_user = selected(kInputs) && !after_calculations_ && !as_given_;
-  write_file(path, !by_user);
-}
-
-void AS_AirSystem::remove_files(int16_t index) {
-  SectionedEntity::remove_files(index);
-  if (index == 0 || DLFileName.empty()) return;
-  const bool has_folder = DLFileName.find('/') != std::string::npos;
-  files().remove(has_folder ? DLFileName : host().directory_form(WorkPath) + DLFileName, GetDBHandle());
-}
-
-std::function<void()> AS_AirSystem::keep_rest() {
-  return [this, rest = SectionedEntity::keep_rest(), hourly = hourly_.items()] {
-    rest();
-    hourly_.set_items(hourly);
-  };
-}
-
-void AS_AirSystem::set_record(std::span<const std::byte> bytes) {
-  resize_zones(static_cast<int>((bytes.size() - kInputsEnd) / sizeof(ZoneRecord)));
-  SectionedEntity::set_record(bytes);
+std::string AS_AirSystem::design_file() const {
+  const bool complete = DLFileName.empty() || DLFileName.find('/') != std::string::npos;
+  return complete ? DLFileName : host().directory_form(WorkPath) + DLFileName;
 }
 
 }  // namespace tarn

@@ -1,140 +1,42 @@
 #include "airsystems/defaults.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstring>
 
-#include "airsystems/dx_coefficients.h"
-#include "base/by_name.h"
-#include "base/nearest.h"
+#include "airsystems/default_values.h"
+#include "tarn/base/error.h"
+#include "tarn/base/value.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
+
+const std::array<SystemDefaults, 21> kSystemDefaults{{
+    {1, "AS_Dflt_01_SZCAV"},      {2, "AS_Dflt_02_CAVTR"},    {3, "AS_Dflt_03_2DMZ"},  {4, "AS_Dflt_04_3DMZ"},
+    {5, "AS_Dflt_05_DDCAV"},      {6, "AS_Dflt_06_MUADOAS"},  {7, "AS_Dflt_07_4PIND"}, {8, "AS_Dflt_08_VAV"},
+    {9, "AS_Dflt_09_1FDDVAV"},    {10, "AS_Dflt_10_2FDDVAV"}, {11, "AS_Dflt_11_VVT"},  {12, "AS_Dflt_12_PkgDXFC"},
+    {13, "AS_Dflt_13_SplitDXFC"}, {14, "AS_Dflt_14_WSHP"},    {15, "AS_Dflt_15_2PFC"}, {16, "AS_Dflt_16_4PFC"},
+    {18, "AS_Dflt_18_GWSHP"},     {19, "AS_Dflt_19_GSHP"},    {20, "AS_Dflt_20_VRF"},  {21, "AS_Dflt_21_IB"},
+    {22, "AS_Dflt_22_ACB"},
+}};
+
 namespace {
 
-struct Operation {
-  std::string_view name;       // of the operation
-  std::string_view component;  // in the tables
-  std::string_view class_name;
-  ObjectPtr (*of)(AS_AirSystem&);
-};
-
-template <auto Get>
-ObjectPtr component(AS_AirSystem& system) {
-  return (system.*Get)();
-}
-template <auto Get>
-ObjectPtr of_zone_1(AS_AirSystem& system) {
-  return (system.*Get)(1);
+void call_populate(Object& defaults, size_t operation, Arguments arguments, Value& /*result*/) {
+  const auto* part = std::get_if<ObjectPtr>(&arguments[0]);
+  if (!part || !*part) type_mismatch(arguments[0], kDefaultComponents[operation].class_name);
+  dynamic_cast<AS_SystemDefaults&>(defaults).populate(operation, **part);
 }
 
-using S = AS_AirSystem;
-constexpr Operation kOperations[]{
-    {"PopulateAirSystem", "AirSystem", "AS_General", component<&S::GetAirSystem>},
-    {"PopulateCoolSys", "CoolSys", "AS_CoolData", component<&S::GetCoolSys>},
-    {"PopulateHeatSys", "HeatSys", "AS_HeatData", component<&S::GetHeatSys>},
-    {"PopulateOutVent", "OutVent", "AS_OutdoorVent", component<&S::GetOutVent>},
-    {"PopulateSupplyDuct", "SupplyDuct", "AS_SupplyDuct", component<&S::GetSupplyDuct>},
-    {"PopulateRetPlenum", "RetPlenum", "AS_RetPlenum", component<&S::GetRetPlenum>},
-    {"PopulateSupplyFan", "SupplyFan", "AS_FanData", component<&S::GetSupplyFan>},
-    {"PopulateReturnFan", "ReturnFan", "AS_FanData", component<&S::GetReturnFan>},
-    {"PopulateSupplyFan2", "SupplyFan2", "AS_FanData", component<&S::GetSupplyFan2>},
-    {"PopulateEconomizer", "Economizer", "AS_EconomizerData", component<&S::GetEconomizer>},
-    {"PopulatePreHeat", "PreHeat", "AS_CoilData", component<&S::GetPreheatCoil>},
-    {"PopulatePreCool", "PreCool", "AS_CoilData", component<&S::GetPrecoolCoil>},
-    {"PopulateHumidity", "Humidity", "AS_HumidityData", component<&S::GetHumidity>},
-    {"PopulateDehumid", "Dehumid", "AS_DehumidData", component<&S::GetDehumid>},
-    {"PopulateVentRec", "VentRec", "AS_VentReclaim", component<&S::GetVentReclaim>},
-    {"PopulateSafetyFac", "SafetyFac", "AS_SafetyFactor", component<&S::GetSafetyFactor>},
-    {"PopulateZoneSched", "ZoneSched", "AS_ZoneSchedule", component<&S::GetZoneSchedule>},
-    {"PopulateWCSystemData", "WCSystemData", "AS_WCSystemData", component<&S::GetWCSystemData>},
-    {"PopulateSplitSystem", "SplitSystem", "AS_SplitSystemData", component<&S::GetSplitSystemData>},
-    {"PopulateChangeover", "Changeover", "AS_ChangeoverControl", component<&S::GetChangeoverControlData>},
-    {"PopulateASD", "ASD", "AS_AirSizing", component<&S::GetAirSizing>},
-    {"PopulateCSD", "CSD", "AS_CoilSize", component<&S::GetCoilSize>},
-    {"PopulateZoneData", "ZoneData", "AS_ZoneData", of_zone_1<&S::GetZoneData>},
-    {"PopulateZSD", "ZSD", "AS_ZoneSizingData", of_zone_1<&S::GetZoneSizing>}};
-
-/// What type 1 has instead for `ForPellNotTarn`.
-constexpr std::string_view kForPell =
-    "CoolSys: Source=1 AutoSize=false HeatSys: AutoSize=false SupplyFan: PerfUnits=0 Efficiency=0.84 "
-    "ZoneData: OccCoolSetpt=80 ASD: CoolingSupplyTemp=58";
-
-std::string_view next_word(std::string_view& text) {
-  const size_t start = std::min(text.find_first_not_of(' '), text.size());
-  const size_t end = std::min(text.find(' ', start), text.size());
-  const std::string_view word = text.substr(start, end - start);
-  text.remove_prefix(end);
-  return word;
-}
-
-Value value_of(std::string_view text) {
-  if (text == "true" || text == "false") return text == "true";
-  double number = 0;
-  std::from_chars(text.data(), text.data() + text.size(), number);
-  return number;
-}
-
-/// "Property=value", "Property=value,value" from element 1 on, "Property=*value" for all elements.
-void set(Object& object, std::string_view word) {
-  const size_t equals = word.find('=');
-  const Member& member = object.info().find(word.substr(0, equals));
-  std::string_view values = word.substr(equals + 1);
-  const bool all = values.starts_with('*');
-  if (all) values.remove_prefix(1);
-  for_each_element(member, [&](Subscripts at) {
-    if (values.empty()) return;
-    const size_t end = std::min(values.find(','), values.size());
-    member.let(object, at, value_of(values.substr(0, end)));
-    if (!all) values.remove_prefix(std::min(end + 1, values.size()));
-  });
-}
-
-void clear(Object& object) {
-  const auto zero = [&object](const Member& field) {
-    if (field.stored()) std::memset(field.place(object), 0, field.size);
-  };
-  std::for_each(object.info().members.begin(), object.info().members.end(), zero);
-  std::for_each(object.info().reserved.begin(), object.info().reserved.end(), zero);
-}
-
-/// The words of a component in "Component: words Component: words".
-std::string_view words_of(std::string_view all, std::string_view component) {
-  for (std::string_view rest = all; !rest.empty();) {
-    const std::string_view word = next_word(rest);
-    if (!word.ends_with(':') || word.substr(0, word.size() - 1) != component) continue;
-    const size_t colon = rest.find(':');
-    if (colon == std::string_view::npos) return rest;
-    return rest.substr(0, rest.rfind(' ', colon));
+ClassInfo described(const SystemDefaults& defaults) {
+  ClassInfo info(ClassFacts{defaults.class_name, Failures::Raised});
+  for (size_t i = 0; i < kDefaultComponents.size(); ++i) {
+    Member operation;
+    operation.name = kDefaultComponents[i].operation;
+    operation.kind = MemberKind::Method;
+    operation.form = Method{call_populate, i, 1, {{{"component", ValueType::Object}}}};
+    info.add(operation);
   }
-  return {};
-}
-
-/// The members-table form of an operation: its row says all.
-template <size_t Row>
-struct OperationForm {
-  template <typename C>
-  Member make() const {
-    Member m;
-    m.name = kOperations[Row].name;
-    m.kind = MemberKind::Method;
-    m.call_label = std::string(m.name) + "()";
-    m.parameters.push_back({"component", ValueType::Object, false, false, false});
-    m.call = [](Object& defaults, Arguments arguments, Value&) {
-      const auto* part = std::get_if<ObjectPtr>(&arguments[0]);
-      if (!part || !*part) type_mismatch(arguments[0], kOperations[Row].class_name);
-      static_cast<C&>(defaults).populate(Row, **part);
-    };
-    return m;
-  }
-};
-
-template <size_t... Row>
-ClassInfo described(const SystemDefaults& defaults, std::index_sequence<Row...>) {
-  using C = AS_SystemDefaults;
-  ClassInfo info = defaults.type == 1
-                       ? describe<C>(Failures::Raised, OperationForm<Row>()..., property<&C::ForPellNotTarn>)
-                       : describe<C>(Failures::Raised, OperationForm<Row>()...);
-  info.name = defaults.class_name;
+  if (defaults.type == 1) info.add(property<&AS_SystemDefaults::ForPellNotTarn>);
   return info;
 }
 
@@ -142,99 +44,37 @@ ClassInfo described(const SystemDefaults& defaults, std::index_sequence<Row...>)
 
 const ClassInfo& AS_SystemDefaults::info() const {
   static const auto all = [] {
-    std::array<ClassInfo, kSystemDefaults.size()> infos;
-    for (size_t i = 0; i < infos.size(); ++i)
-      infos[i] = described(kSystemDefaults[i], std::make_index_sequence<std::size(kOperations)>());
+    std::vector<ClassInfo> infos;
+    for (const SystemDefaults& each : kSystemDefaults) infos.push_back(described(each));
     return infos;
   }();
   return all[static_cast<size_t>(&defaults_ - kSystemDefaults.data())];
 }
 
-void AS_SystemDefaults::apply(size_t operation, Object& component, std::string_view words) const {
-  while (!words.empty()) {
-    if (const std::string_view word = next_word(words); !word.empty()) set(component, word);
-  }
-  shared_steps(operation, component);
-}
-
-namespace {
-
-template <typename Component, typename Holder>
-void set_curves(Component& to, const Holder& from) {
-  to.PLR1Coeff = from.PLR1Coeff;
-  to.Cap1Coeff = from.Cap1Coeff;
-  to.CapCFM1Coeff = from.CapCFM1Coeff;
-  to.Pow1Coeff = from.Pow1Coeff;
-  to.PowCFM1Coeff = from.PowCFM1Coeff;
-}
-
-template <typename Component>
-void set_cooling_curves(Component& to) {
-  const ACDX_Coeff_Holder_Clg from;
-  set_curves(to, from);
-  to.LowTempCapMult = from.LowTempCapMult;
-  to.LowTempPowMult = from.LowTempPowMult;
-}
-
-/// Where the source is direct expansion; elsewhere the coefficients stay zero. Codes 1 and 2 are that in both roles.
-bool is_direct_expansion(const Code<AS_HeatCoolSourceTypes>& source) { return source.raw == 1 || source.raw == 2; }
-
-}  // namespace
-
-/// Availability in every month, reclaim's effectiveness, the curves of direct-expansion coils.
-void AS_SystemDefaults::shared_steps(size_t operation, Object& component) const {
-  const std::string_view name = kOperations[operation].component;
-  if (name == "VentRec") set(component, "ReclaimType=1"), set(component, "ThermEff=0.5");
-  if (name == "CoolSys" || name == "HeatSys" || name == "PreHeat" || name == "PreCool" || name == "VentRec")
-    set(component, "Schedule=*true");
-  if (auto* cooling = dynamic_cast<AS_CoolData*>(&component); cooling && is_direct_expansion(cooling->Source))
-    set_cooling_curves(*cooling);
-  if (auto* coil = dynamic_cast<AS_CoilData*>(&component);
-      coil && name == "PreCool" && is_direct_expansion(coil->Source))
-    set_cooling_curves(*coil);
-  if (auto* heating = dynamic_cast<AS_HeatData*>(&component); heating && is_direct_expansion(heating->Source)) {
-    const ACDX_Coeff_Holder_Htg from;
-    set_curves(*heating, from);
-    heating->Cap2Coeff = from.Cap2Coeff;
-    heating->CapCFM2Coeff = from.CapCFM2Coeff;
-    heating->Pow2Coeff = from.Pow2Coeff;
-    heating->PowCFM2Coeff = from.PowCFM2Coeff;
-  }
-}
-
 void AS_SystemDefaults::populate(size_t operation, Object& component) const {
-  const Operation& op = kOperations[operation];
-  if (component.info().name != op.class_name) {
-    fail(ErrorNumber::TypeMismatch, std::string(defaults_.class_name) + "." + std::string(op.name) + " fills an " +
-                                        std::string(op.class_name) + ", not an " + std::string(component.info().name) +
-                                        ".");
+  const DefaultComponent& filled = kDefaultComponents[operation];
+  if (component.info().name != filled.class_name) {
+    fail(ErrorNumber::TypeMismatch, std::string(defaults_.class_name) + "." + std::string(filled.operation) +
+                                        " fills an " + std::string(filled.class_name) + ", not an " +
+                                        std::string(component.info().name) + ".");
   }
-  clear(component);
-  std::string words;
-  const auto vav = std::find_if(kVavDefaults.begin(), kVavDefaults.end(),
-                                [&op](const ComponentDefaults& each) { return each.component == op.component; });
-  if (vav != kVavDefaults.end()) words += vav->words;
-  (words += ' ') += words_of(defaults_.differences, op.component);
-  if (ForPellNotTarn) (words += ' ') += words_of(kForPell, op.component);
-  if (auto* header = dynamic_cast<AS_General*>(&component)) {
-    header->Name = ForPellNotTarn ? "Default System" : defaults_.name;
-    header->SystemType.raw = defaults_.system_type;
-    header->EquipClass.raw = ForPellNotTarn ? int16_t{2} : defaults_.equip_class;
-    header->SetNumZones(1);
-  }
-  if (auto* zone = dynamic_cast<AS_ZoneData*>(&component)) zone->Name = "Zone 1";
-  apply(operation, component, words);
+  if (auto* header = dynamic_cast<AS_General*>(&component)) header->SetNumZones(1);
+  const auto& record = system_default_records().of(defaults_, ForPellNotTarn)[operation];
+  std::copy(record.begin(), record.end(), component.part_record().begin());
 }
 
 void create_defaults(AS_AirSystem& system, int16_t type, bool ForPellNotTarn) {
-  if (type < 1 || type > 22) fail(ErrorNumber::InvalidCall, "Unknown system type: " + std::to_string(type));
-  if (type == 17) fail(ErrorNumber::InvalidCall, "System type 17 is no longer used.");
+  const AS_SystemTypes asked{type};
+  if (asked < AS_SystemTypes::SingleZoneCAV || asked > AS_SystemTypes::ActiveChilledBeam)
+    fail(ErrorNumber::InvalidCall, "Unknown system type: " + std::to_string(type));
+  if (asked == AS_SystemTypes::ConvectiveCoolingAndHeating)
+    fail(ErrorNumber::InvalidCall, "System type " + std::to_string(type) + " is no longer used.");
   const auto row = std::find_if(kSystemDefaults.begin(), kSystemDefaults.end(),
                                 [type](const SystemDefaults& each) { return each.type == type; });
   AS_SystemDefaults defaults(*row);
   defaults.ForPellNotTarn = ForPellNotTarn;
-  system.drop_results();
-  for (size_t i = 0; i < std::size(kOperations); ++i) defaults.populate(i, *kOperations[i].of(system));
+  system.begin_anew();
+  for (size_t i = 0; i < kDefaultComponents.size(); ++i) defaults.populate(i, *kDefaultComponents[i].of(system));
 }
 
 }  // namespace tarn

@@ -1,26 +1,17 @@
-// Defaults of air systems by type: the VAV set, and for each other type what it has instead. Tables, read by one class
-// under the name of each type's own.
+// Defaults of air systems by type. One class stands for the defaults classes of all types; the values stand in
+// defaults.json.
 #pragma once
 
 #include <array>
 
-#include "airsystems/air_system.h"
+#include "tarn/air_system.h"
 
 namespace tarn {
 
-/// Words "Property=value" for one component.
-struct ComponentDefaults {
-  std::string_view component;
-  std::string_view words;
-};
 struct SystemDefaults {
   int16_t type;
   std::string_view class_name;
-  std::string_view name;  // of the system
-  int16_t system_type, equip_class;
-  std::string_view differences;  // "Component: words Component: words"
 };
-extern const std::array<ComponentDefaults, 21> kVavDefaults;
 extern const std::array<SystemDefaults, 21> kSystemDefaults;
 
 /// The defaults of one system type: an operation for each component, which fills it.
@@ -29,16 +20,13 @@ class AS_SystemDefaults final : public Object {
   explicit AS_SystemDefaults(const SystemDefaults& defaults) : defaults_(defaults) {}
   const ClassInfo& info() const override;
 
-  /// Fills a component by the number of its operation, in the order of the interface; everything that the tables do not
-  /// state becomes zero. Error `TypeMismatch` for a component of another class.
+  /// Fills a component by the number of its operation, in the order of the interface; everything that defaults.json
+  /// does not state becomes zero. Error `TypeMismatch` for a component of another class.
   void populate(size_t operation, Object& component) const;
 
-  bool ForPellNotTarn = false;  // type 1 alone: other values for eight properties
+  bool ForPellNotTarn = false;  // type 1 alone: it has a second set of values
 
  private:
-  void apply(size_t operation, Object& component, std::string_view words) const;
-  void shared_steps(size_t operation, Object& component) const;
-
   const SystemDefaults& defaults_;
 };
 

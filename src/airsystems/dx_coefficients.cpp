@@ -47,7 +47,7 @@ DxFlow flow(double slope) { return row({1 - slope, slope}); }
 
 DxPartLoad cycling() { return row({1 - kCyclingLoss, kCyclingLoss, 0, 0}); }
 
-/// Each stage counts from its own rating, so that all share a curve.
+/// The curves give fractions of each stage's own rating, so that all stages share them.
 template <typename Stages, typename Curve>
 void fill(Stages& stages, const Curve& curve) {
   for (int stage = 1; stage <= kDxStages; ++stage) {
@@ -55,7 +55,53 @@ void fill(Stages& stages, const Curve& curve) {
   }
 }
 
+/// Linear in the absolute temperatures of entering air and water over 283.15 K, and in flows over the rated ones.
+struct WaterFit {
+  double constant, air, water, airflow, waterflow;
+
+  double at(double x, double y) const { return constant + air * of(x) + water * of(y) + airflow + waterflow; }
+  /// Made 1 at its rating, in F.
+  Slopes slopes(RatingPoint rated) const {
+    const double per_degree = 1 / (kReference * at(rated.entering, rated.outdoor));
+    return {air * per_degree, 0, water * per_degree, 0, 0};
+  }
+  DxFlow flow_at(RatingPoint rated) const { return flow(airflow / at(rated.entering, rated.outdoor)); }
+
+ private:
+  static constexpr double kReference = 283.15 * 1.8;  // R
+  static double of(double fahrenheit) { return (fahrenheit + 459.67) / kReference; }
+};
+
+// The default water-to-air heat pump of a public building energy library; docs/dx-curves.md names it.
+constexpr WaterFit kWaterCoolingCapacity{-0.68126221, 1.99529297, -0.93611888, 0.02081177, 0.008438868},
+    kWaterCoolingPower{-3.20456384, 0.47656454, 3.16734236, 0.10244637, -0.038132556},
+    kWaterHeatingCapacity{-5.50102734, -0.96688754, 7.70755007, 0.031928881, 0.028112522},
+    kWaterHeatingPower{-7.47517858, 6.40876653, 1.99711665, -0.050682973, 0.011385145};
+
 }  // namespace
+
+std::optional<WaterRating> water_rating(int16_t system_type) {
+  if (system_type == 14) return WaterRating{86, 68};
+  if (system_type == 18) return WaterRating{59, 50};
+  if (system_type == 19) return WaterRating{77, 32};
+  return {};
+}
+
+ACDX_Coeff_Holder_Clg::ACDX_Coeff_Holder_Clg(WaterRating rating) : ACDX_Coeff_Holder_Clg() {
+  const RatingPoint rated{kCooling.entering, rating.cooling};
+  fill(Cap1Coeff, around(rated, kWaterCoolingCapacity.slopes(rated)));
+  fill(Pow1Coeff, around(rated, kWaterCoolingPower.slopes(rated)));
+  fill(CapCFM1Coeff, kWaterCoolingCapacity.flow_at(rated));
+  fill(PowCFM1Coeff, kWaterCoolingPower.flow_at(rated));
+}
+
+ACDX_Coeff_Holder_Htg::ACDX_Coeff_Holder_Htg(WaterRating rating) : ACDX_Coeff_Holder_Htg() {
+  const RatingPoint rated{kHeating.entering, rating.heating};
+  Cap1Coeff = Cap2Coeff = around(rated, kWaterHeatingCapacity.slopes(rated));
+  Pow1Coeff = Pow2Coeff = around(rated, kWaterHeatingPower.slopes(rated));
+  CapCFM1Coeff = CapCFM2Coeff = kWaterHeatingCapacity.flow_at(rated);
+  PowCFM1Coeff = PowCFM2Coeff = kWaterHeatingPower.flow_at(rated);
+}
 
 ACDX_Coeff_Holder_Clg::ACDX_Coeff_Holder_Clg() : PLR1Coeff(cycling()) {
   fill(Cap1Coeff, around(kCooling, kCoolingCapacity));

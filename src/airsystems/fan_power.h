@@ -4,9 +4,9 @@
 
 #include <vector>
 
-#include "airsystems/codes.h"
-#include "base/collection.h"
-#include "storage/preferences.h"
+#include "tarn/air_equipment_codes.h"
+#include "tarn/base/design_standards.h"
+#include "tarn/reflect/collection.h"
 
 namespace tarn {
 
@@ -32,15 +32,15 @@ class AS_FanPowerAdjustments final : public Object {
   const ClassInfo& info() const override;
 
   int32_t Count() const { return static_cast<int32_t>(items_.size()); }
-  /// Error `SubscriptOutOfRange` for a factor that has no item, as every one before `Setup`.
+  /// Error `SubscriptOutOfRange` for a factor without an item; before `Setup` there are none.
   Ptr<AS_FanPowerAdjustment> Item(AS_AFactors factor) const;
   /// All items in the order of their creation.
   Ptr<Collection> NewEnum() const;
   auto begin() const { return items_.begin(); }
   auto end() const { return items_.end(); }
 
-  /// Starts over: new items for a standard, whatever became of the old ones. Under a standard without such adjustments
-  /// every item is there and none applies.
+  /// Starts over with new items for a standard. Under a standard without such adjustments every item exists and none
+  /// applies.
   void Setup(PRF_EnergyStandards energyStd);
 
  private:

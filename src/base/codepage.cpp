@@ -1,11 +1,11 @@
-#include "base/codepage.h"
+#include "tarn/base/codepage.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
 
-#include "base/error.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 namespace {

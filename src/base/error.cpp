@@ -1,4 +1,4 @@
-#include "base/error.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 

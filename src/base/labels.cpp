@@ -1,4 +1,4 @@
-#include "base/labels.h"
+#include "tarn/base/labels.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "base/log.h"
+#include "tarn/base/log.h"
 
 namespace tarn {
 namespace {

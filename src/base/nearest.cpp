@@ -36,7 +36,7 @@ bool same_word(std::string_view a, std::string_view b) {
 }
 
 std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates) {
-  // A word that was cut off is as near as its beginning is.
+  // A shortened word is compared with the beginning of the candidate.
   const auto distance = [word](std::string_view candidate) {
     return std::min(edits(word, candidate), edits(word, candidate.substr(0, word.size())) + 1);
   };

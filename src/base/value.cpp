@@ -1,4 +1,4 @@
-#include "base/value.h"
+#include "tarn/base/value.h"
 
 #include <cmath>
 

@@ -1,4 +1,6 @@
-#include "building/building_parts.h"
+#include "tarn/building_parts.h"
+
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 namespace {
@@ -12,29 +14,31 @@ std::string_view rate_of_meter(const Object& /*inputs*/, size_t meter) {
 const ClassInfo& BLD_General::info() const {
   using R = BuildingGeneralRecord;
   using C = BLD_General;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::Name>.trimmed(), property<&R::Simulated>,
                   property<&R::Kept>.reserved(), property<&R::KeptOf>.reserved(), method<&C::GetDataLen>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& BLD_Inputs::info() const {
   using R = BuildingInputsRecord;
   using C = BLD_Inputs;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::SystemID>.refers_to("System"), property<&R::SystemMult>,
                   property<&R::PlantID>.refers_to("Plant"), property<&R::MEProcess>, property<&R::MEName>,
                   property<&R::METype>, property<&R::MEMaxPower>, property<&R::MESchedule>.refers_to("Schedule"),
                   property<&R::UtilityRate>.refers_to("ElectricRate FuelRate", rate_of_meter),
                   property<&R::ElecCompMeter>, property<&R::BldgPowerFactor>, property<&R::AddBldgFloorArea>("ft2"),
                   property<&R::ElecGenEfficiency>, method<&C::GetDataLen>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& BLD_Results::info() const {
   using R = BuildingResultsRecord;
   using C = BLD_Results;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::Location>, property<&R::TotClgLoad>("tons"), property<&R::TotHtgLoad>("MBH"),
       property<&R::TotFlrArea>("ft2"), property<&R::GrossWallArea>("ft2"), property<&R::WindowArea>("ft2"),
       property<&R::UnmetClgHours>("hr"), property<&R::UnmetHtgHours>("hr"), property<&R::CurrSymbol>,
@@ -48,12 +52,14 @@ const ClassInfo& BLD_Results::info() const {
       property<&R::MonDemandHour>, property<&R::CO2Emission>("lb"), property<&R::SO2Emission>("lb"),
       property<&R::NoxEmission>("lb"), property<&R::AnnMiscEnergy>, property<&R::AnnMiscDemand>,
       property<&R::AnnHVACEnergy>, property<&R::AnnHVACDemand>, method<&C::GetDataLen>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& BLD_Profile::info() const {
-  static const ClassInfo info = describe<BLD_Profile>(Failures::Raised, property<&BuildingProfileRecord::Power>,
-                                                      method<&BLD_Profile::GetDataLen>);
+  static constexpr auto members = describe<BLD_Profile>(Failures::Raised, property<&BuildingProfileRecord::Power>,
+                                                        method<&BLD_Profile::GetDataLen>);
+  static const ClassInfo info(members);
   return info;
 }
 

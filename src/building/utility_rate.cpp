@@ -1,7 +1,7 @@
-#include "building/utility_rate.h"
+#include "tarn/utility_rate.h"
 
-#include "base/log.h"
-#include "platform/workspace.h"
+#include "storage/kind.h"
+#include "tarn/base/log.h"
 
 namespace tarn {
 namespace {
@@ -20,7 +20,6 @@ Kind kind_of(const RateNames& names) {
           .default_word = names.word,
           .missing_row_message = "Invalid utility rate ID number: ",
           .columns = {},
-          .links = {{names.schedules, names.id}, {names.buildings, names.id}},
           .reach = {Results::DesignAndSimulation, {{Stage::Buildings, {{names.buildings, names.id, "Building_ID"}}}}},
           .row_needed = true,
           .link_owner = names.word};
@@ -37,6 +36,7 @@ std::string_view time_of_day(const Object& rate, size_t /*element*/) {
 
 URT_UtilityRate::URT_UtilityRate() {
   add_block(record_bytes(static_cast<UtilityRateRecord&>(fields_)));
+  named_by(fields_.Name);
   StoredEntity::Reset(true);
 }
 
@@ -57,7 +57,7 @@ const Kind& URT_UtilityRate::kind() const {
 const ClassInfo& URT_UtilityRate::info() const {
   using R = UtilityRateRecord;
   using C = URT_UtilityRate;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, property<&R::Name>.trimmed(), property<&R::CurrSymbol>,
       converted<&R::RateStyle, &C::RateStyle, &C::SetRateStyle>, converted<&R::RateType, &C::RateType, &C::SetRateType>,
       property<&R::EnergyUnits>, property<&R::EnergyConv>, property<&R::FlatRate>, property<&R::DemandUnits>,
@@ -72,10 +72,12 @@ const ClassInfo& URT_UtilityRate::info() const {
       property<&R::RCAppliesLast>, property<&R::TWCUsed>, property<&R::TWCMult>, property<&R::TWCWindow>,
       property<&R::MDCUsed>, property<&R::MDCMinimum>, property<&R::PMCUsed>, property<&R::PMCMult>,
       property<&R::PMCSeason>, property<&R::PMCPeriod>, property<&R::PFMUsed>, property<&R::PFMMult>,
-      method<&C::SetDBHandle>("Value"), method<&C::GetDBHandle>, property<&C::Index>, property<&C::FileName>,
-      method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
-      method<&C::Delete>("RecordNumber"), method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"),
-      method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+      method<&C::SetDBHandle>("Value"), method<&C::GetDBHandle>, property<&C::Index>.read_only(),
+      property<&C::FileName>, method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>,
+      method<&C::GetFreeIndex>, method<&C::Delete>("RecordNumber"),
+      method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"), method<&C::Save>, method<&C::CreateDefault>,
+      method<&C::IsNameUnique>("sName"), event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -100,44 +102,31 @@ void URT_UtilityRate::SetRateStyle(URT_Style style) {
   record.RateStyle = style;
 }
 
-void URT_UtilityRate::Load(int16_t RecordNumber) {
-  checked().StoredEntity::Load(RecordNumber);
-  auto& type = fields().RateType;
-  if (type == type_) return;
-  log().message(FileName + ", record " + std::to_string(RecordNumber) + ": its rate type is " +
-                std::to_string(type.raw) + "; it is read as " + std::string(kind().default_word) + ".");
-  type = type_;
-}
-
 /// An exchange or an edit sets fields one by one, the type's among them.
-void URT_UtilityRate::check_type_kept() const {
+void URT_UtilityRate::before_save(SaveContext& /*save*/) {
   if (fields().RateType == type_) return;
   fail(ErrorNumber::InvalidCall, "RateType " + std::to_string(fields().RateType.raw) + " is not that of the " +
                                      std::string(kind().default_word) + " that it is given to, " +
                                      std::to_string(static_cast<int>(type_)) + ", and cannot change.");
 }
 
-void URT_UtilityRate::SaveDefault() {
-  check_type_kept();
-  StoredEntity::SaveDefault();
-}
-
-/// The default says what the rate is. A file without one does not change what is known.
-void URT_UtilityRate::read_default() {
-  const bool there = !FileName.empty() && files().exists(FileName) && files().size(FileName) >= sizeof(Record);
-  StoredEntity::read_default();
+/// A project's default says what the rate is; else a type that is known stands.
+void URT_UtilityRate::after_read(ReadFrom from) {
   auto& type = static_cast<UtilityRateRecord&>(fields_).RateType;
-  if (there && is_type(type)) {
-    type_ = type;
-  } else if (type_ == URT_RateTypes::TD_UNDEFINED) {
+  if (from == ReadFrom::Default && is_type(type)) type_ = type;
+  if (type_ == URT_RateTypes::TD_UNDEFINED) {
     fail(ErrorNumber::UnknownFormat, FileName +
                                          " has no default rate that tells whether it is electric or fuel; set "
                                          "RateType first, or write defaults with a new project.");
   }
+  if (from == ReadFrom::Stored && type != type_) {
+    log().message(FileName + ", record " + std::to_string(StoredEntity::Index) + ": its rate type is " +
+                  std::to_string(type.raw) + "; it is read as " + std::string(kind().default_word) + ".");
+  }
   type = type_;
 }
 
-void URT_UtilityRate::copy_memory(const StoredEntity& from, bool /*record_too*/) {
+void URT_UtilityRate::copy_rest(const StoredEntity& from, bool /*content*/) {
   type_ = dynamic_cast<const URT_UtilityRate&>(from).type_;
 }
 

@@ -1,12 +1,13 @@
-#include "envelope/construction.h"
+#include "tarn/construction.h"
 
 #include <cmath>
 #include <cstdio>
 
-#include "base/log.h"
 #include "base/nearest.h"
 #include "envelope/ctf_generator.h"
 #include "platform/host.h"
+#include "storage/kind.h"
+#include "tarn/base/log.h"
 
 namespace tarn {
 namespace {
@@ -24,7 +25,6 @@ Kind kind_of(std::string_view word) {
           .columns = {summary<C, &ConstructionRecord::OverallUValue>("fOverallUValue"),
                       summary<C, &ConstructionRecord::OverallWeight>("fOverallWeight"),
                       computed<C, &C::GetTotalThickness>("fThickness")},
-          .links = {{roof ? "Space_Roof_Links" : "Space_Wall_Links", roof ? "Roof_ID" : "Wall_ID"}},
           .reach = roof ? Reach::through_spaces("Space_Roof_Links", "Roof_ID")
                         : Reach::through_spaces("Space_Wall_Links", "Wall_ID"),
           .numbered_names = false,
@@ -39,7 +39,7 @@ struct GenerationFailed : Error {
   std::string reason;
 };
 
-/// User interfaces handle what waits for them.
+/// Lets a user interface handle its pending events.
 void let_others_run() {
   if (host().yield) host().yield();
 }
@@ -84,12 +84,13 @@ void CA_Layer::set_content(const Content& content) {
 const ClassInfo& CA_Layer::info() const {
   using R = LayerRecord;
   using C = CA_Layer;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Trapped, property<&R::Name>.trimmed(), property<&R::LayerUsed>,
                   converted<&R::Thickness, &C::ThicknessInches, &C::SetThicknessInches>("in").stored_in("ft"),
                   property<&R::Conductivity>("Btu/(hr.ft.F)"), property<&R::Density>("lb/ft3"),
                   property<&R::SpecificHeat>("Btu/(lb.F)"), property<&R::ThermalResistance>("hr.ft2.F/Btu"),
                   property<&R::Weight>("lb/ft2"));
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -116,7 +117,7 @@ const Kind& CA_ConstructionAssly::kind() const {
 const ClassInfo& CA_ConstructionAssly::info() const {
   using R = ConstructionRecord;
   using C = CA_ConstructionAssly;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::m_bCloning>, property<&C::Category, &C::SetCategory>,
       property<&C::Index>.read_only(), method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"), property<&C::FileName>,
       property<&R::Absorptivity>, property<&C::CoeffLBound>, property<&C::CoeffUBound>, property<&R::Color>,
@@ -130,6 +131,7 @@ const ClassInfo& CA_ConstructionAssly::info() const {
       method<static_cast<void (C::*)(CA_ReturnCodes&)>(&C::Save)>("ReturnCode"), method<&C::CreateDefault>,
       method<&C::InsertLayer>("nInsertAt"), method<&C::RemoveLayer>("nRemoveAt"), method<&C::IsNameUnique>("sName"),
       event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -199,9 +201,12 @@ Accuracy CA_ConstructionAssly::coefficient_accuracy() const {
 
 std::vector<SlabLayer> CA_ConstructionAssly::slab() const { return generator().slab(); }
 
-std::string CA_ConstructionAssly::slowest_layers() const {
+std::string CA_ConstructionAssly::told(const Accuracy& accuracy) const {
+  if (accuracy.worst() <= kToldError) return {};
   const std::vector<int16_t> slots = generator().slowest_layers();
-  std::string text = slots.size() == 1 ? "layer " : "layers ";
+  std::string text = "12 transfer function terms hold the response of the layers to " +
+                     text_of(accuracy.worst() * 100, "%.2g") +
+                     " % only; what slows it most: " + (slots.size() == 1 ? "layer " : "layers ");
   for (size_t i = 0; i < slots.size(); ++i) {
     if (i > 0) text += i + 1 < slots.size() ? ", " : " and ";
     text += std::to_string(slots[i]);
@@ -222,10 +227,7 @@ std::string CA_ConstructionAssly::generate() {
   }
   CTrans = static_cast<float>(found.c_sum);
   if (!success) return table.failure();
-  if (const double error = found.accuracy.worst(); error > kToldError) {
-    log().message(named() + ": 12 transfer function terms hold its response to " + text_of(error * 100, "%.2g") +
-                  " % only; what slows it most: " + slowest_layers() + ".");
-  }
+  if (const std::string text = told(found.accuracy); !text.empty()) log().message(named() + ": " + text + ".");
   return {};
 }
 
@@ -243,15 +245,21 @@ bool CA_ConstructionAssly::CalcTransferCoefficients() {
   return failure.empty();
 }
 
-void CA_ConstructionAssly::before_save() {
+void CA_ConstructionAssly::before_save(SaveContext& save) {
+  if (save.form == SaveContext::Form::Default) return;
+  if (save.form == SaveContext::Form::AsGiven) return keep_given_coefficients();
   if (const std::string failure = generate(); !failure.empty()) throw GenerationFailed(named(), failure);
 }
 
 /// Coefficients that come with the layers stay where they belong to them, whoever made them.
-void CA_ConstructionAssly::before_restore() {
+void CA_ConstructionAssly::keep_given_coefficients() {
   try {
-    const double error = coefficient_accuracy().worst();
-    if (error <= kForeignError) return;
+    const Accuracy accuracy = coefficient_accuracy();
+    const double error = accuracy.worst();
+    if (error <= kForeignError) {
+      if (const std::string text = told(accuracy); !text.empty()) log().message(named() + ": " + text + ".");
+      return;
+    }
     generate();
     if (error < HUGE_VAL)
       log().message(named() + ": its coefficients were " + text_of(error * 100, "%.2g") +
@@ -274,10 +282,10 @@ void CA_ConstructionAssly::Save(CA_ReturnCodes& ReturnCode) {
   }
 }
 
-void CA_ConstructionAssly::copy_memory(const StoredEntity& from, bool record_too) {
+void CA_ConstructionAssly::copy_rest(const StoredEntity& from, bool content) {
   const auto& other = dynamic_cast<const CA_ConstructionAssly&>(from);
   category_ = other.category_;
-  if (!record_too) return;
+  if (!content) return;
   for (size_t i = 0; i < layers_.size(); ++i) layers_[i].set_content(other.layers_[i].content());
 }
 

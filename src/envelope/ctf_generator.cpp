@@ -5,7 +5,7 @@
 #include <cmath>
 #include <iterator>
 
-#include "base/error.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 namespace {

@@ -1,4 +1,4 @@
-// The generator of conduction transfer functions as constructions drive it: a table of used layers, filled one by one.
+// The generator of conduction transfer functions as constructions use it: a table of used layers, filled one by one.
 #pragma once
 
 #include <cstdint>
@@ -12,11 +12,11 @@ namespace tarn {
 
 class CTFCG {
  public:
-  /// Puts a layer into the table: over one that is there, or next behind the last; any other number is ignored.
+  /// Puts a layer into the table: in place of an existing one, or right after the last; any other number is ignored.
   /// Thickness in ft, conductivity in Btu/(hr.ft.F), density in lb/ft3, specific heat in Btu/(lb.F), resistance in
   /// hr.ft2.F/Btu. A layer with thickness, conductivity, density and specific heat above 0 has thermal mass, and the
-  /// resistance thickness / conductivity; another has its ThermalResistance, or that quotient where it is 0.
-  /// `slot` is the number that a person knows the layer by, in reasons; its place in the table where it is 0.
+  /// resistance thickness / conductivity; another has its ThermalResistance, or that quotient where it is 0. `slot` is
+  /// the number that a person knows the layer by, in reasons; its place in the table where it is 0.
   void SetLayer(int16_t nLayer, bool bUsed, float Conductivity, float Density, float SpecificHeat,
                 float ThermalResistance, float Thickness, float Weight, int16_t slot = 0);
   /// The table's upper bound; it starts with one empty layer.

@@ -1,4 +1,6 @@
-#include "envelope/door.h"
+#include "tarn/door.h"
+
+#include "storage/kind.h"
 
 namespace tarn {
 
@@ -7,10 +9,9 @@ const Kind& DOR_Door::kind() const {
                          .index_table = "DoorIndex",
                          .default_word = "Door",
                          .missing_row_message = "Invalid door ID: ",
-                         .columns = {summary<DOR_Door, &DoorRecord::SolidUValue>("fSolidUValue"),
-                                     summary<DOR_Door, &DoorRecord::GlassUValue>("fGlassUValue"),
-                                     summary<DOR_Door, &DoorRecord::GrossArea>("fArea")},
-                         .links = {{"Space_Door_Links", "Door_ID"}},
+                         .columns = {summary<DOR_Door, &DoorRecord::GrossArea>("fArea"),
+                                     summary<DOR_Door, &DoorRecord::SolidUValue>("fSolidUValue"),
+                                     summary<DOR_Door, &DoorRecord::GlassUValue>("fGlassUValue")},
                          .reach = Reach::through_spaces("Space_Door_Links", "Door_ID")};
   return kind;
 }
@@ -18,7 +19,7 @@ const Kind& DOR_Door::kind() const {
 const ClassInfo& DOR_Door::info() const {
   using R = DoorRecord;
   using C = DOR_Door;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::m_bCloning>, method<&C::Reset>("bResetAll").by_reference(),
       method<&C::Clone>("nIndex"), method<&C::GetFreeIndex>, method<&C::Delete>("nRecNum").by_reference(),
       property<&R::GlassArea>("ft2").by_reference(), property<&R::GlassShadeCo>.by_reference(),
@@ -28,6 +29,7 @@ const ClassInfo& DOR_Door::info() const {
       property<&C::Index>.read_only(), method<&C::Load>("nRecNum"), property<&C::FileName>, method<&C::Save>,
       method<&C::CreateDefault>, property<&R::Name>, property<&R::SolidUValue>("Btu/(hr.ft2.F)").by_reference(),
       method<&C::CopyInstance>, event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -14,17 +14,6 @@ inline constexpr size_t kTerms = 12;
 /// Coefficients by order, element 0 first.
 using Series = std::array<double, kTerms>;
 
-/// Errors of a filter's response through the slab, with temperatures that run straight from hour to hour.
-struct Accuracy {
-  /// To a step of the outside temperature, the largest until 12 times the slowest time constant; over its end value.
-  double step = 0;
-  /// On a repeated day about its mean, sunny or a half sine of 12 hours; over the peak about the mean, or 1 % of what
-  /// the day's swing would let through in a steady state, where the peak is less than that.
-  double day = 0;
-
-  double worst() const { return step > day ? step : day; }
-};
-
 class ExactResponse {
  public:
   static constexpr int kHarmonics = 12;  // of a day of hourly temperatures

@@ -5,7 +5,7 @@
 #include <limits>
 #include <string>
 
-#include "base/error.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 namespace {

@@ -1,4 +1,6 @@
-#include "envelope/shade.h"
+#include "tarn/shade.h"
+
+#include "storage/kind.h"
 
 namespace tarn {
 
@@ -8,7 +10,6 @@ const Kind& SHD_Shade::kind() const {
                          .default_word = "Shade",
                          .missing_row_message = "Invalid shade ID number: ",
                          .columns = {},
-                         .links = {{"Space_Shade_Links", "Shade_ID"}},
                          .reach = Reach::through_spaces("Space_Shade_Links", "Shade_ID")};
   return kind;
 }
@@ -16,7 +17,7 @@ const Kind& SHD_Shade::kind() const {
 const ClassInfo& SHD_Shade::info() const {
   using R = ShadeRecord;
   using C = SHD_Shade;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::m_bCloning>, method<&C::Reset>("bResetAll").by_reference(),
       method<&C::CopyInstance>, method<&C::Clone>("nIndex"), method<&C::GetFreeIndex>,
       method<&C::Delete>("nRecNum").by_reference(), method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"),
@@ -28,6 +29,7 @@ const ClassInfo& SHD_Shade::info() const {
       property<&R::RHFinHeight>("ft").by_reference(), property<&R::LHFinSep>("ft").by_reference(),
       property<&R::LHFinExt>("ft").by_reference(), property<&R::LHFinHeight>("ft").by_reference(),
       method<&C::IsNameUnique>("sName"), event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

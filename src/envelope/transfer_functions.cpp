@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "base/error.h"
 #include "envelope/least_squares.h"
 #include "envelope/root_search.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 namespace {

@@ -8,14 +8,9 @@
 #include <span>
 #include <vector>
 
-namespace tarn {
+#include "tarn/slab.h"
 
-/// One homogeneous layer: its resistance, and its heat capacity, 0 for a layer without thermal mass. Both are finite
-/// and not negative, and a layer with mass has a resistance.
-struct SlabLayer {
-  double resistance;  // hr.ft2.F/Btu
-  double capacity;    // Btu/(ft2.F)
-};
+namespace tarn {
 
 using Complex = std::complex<double>;
 

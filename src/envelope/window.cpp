@@ -1,6 +1,7 @@
-#include "envelope/window.h"
+#include "tarn/window.h"
 
 #include "envelope/window_performance.h"
+#include "storage/kind.h"
 
 namespace tarn {
 
@@ -13,7 +14,6 @@ const Kind& WIN_Window::kind() const {
                                      summary<WIN_Window, &WindowRecord::OverallShadeCo>("fOverallShadeCo"),
                                      summary<WIN_Window, &WindowRecord::Height>("fHeight"),
                                      summary<WIN_Window, &WindowRecord::Width>("fWidth")},
-                         .links = {{"Space_Window_Links", "Window_ID"}},
                          .reach = Reach::through_spaces("Space_Window_Links", "Window_ID")};
   return kind;
 }
@@ -21,7 +21,7 @@ const Kind& WIN_Window::kind() const {
 const ClassInfo& WIN_Window::info() const {
   using R = WindowRecord;
   using C = WIN_Window;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&R::Name>, property<&R::WindowType>, property<&R::Height>("ft"),
       property<&R::Width>("ft"), property<&R::FrameType>, property<&R::ShadeType>,
       property<&R::OverallUValue>("Btu/(hr.ft2.F)"), property<&R::OverallShadeCo>, property<&R::GlassTypeID>,
@@ -33,6 +33,7 @@ const ClassInfo& WIN_Window::info() const {
       method<&C::Delete>("nRecNum"), method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"),
       method<&C::Load>("nRecNum"), method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"),
       event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

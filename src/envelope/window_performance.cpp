@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "envelope/window.h"
+#include "tarn/window.h"
 
 // Lengths in ft, glass thickness in inches, resistances in hr.ft2.F/Btu. docs/windows.md explains each step.
 

@@ -1,8 +1,9 @@
-#include "plant/boiler.h"
+#include "tarn/boiler.h"
 
 #include <algorithm>
 
-#include "platform/workspace.h"
+#include "storage/kind.h"
+#include "storage/links.h"
 
 namespace tarn {
 
@@ -14,33 +15,36 @@ const Kind& BLR_Boiler::kind() const {
       .index_table = "BoilerIndex",
       .default_word = "Boiler",
       .missing_row_message = "Cannot find boiler record in database for record #",
-      .columns = {summary<C, &R::FuelType>("nFuelType"), summary<C, &R::BoilerOutput>("fBoilerOutput"),
-                  summary<C, &R::AutoSize>("bAutoSizeCapacity"), summary<C, &R::HotWaterFlow>("fHotWaterFlow"),
-                  summary<C, &R::HotWaterFlowUnits>("nHWFlowUnits")},
-      .links = {{"Plant_Boiler_Links", "Boiler_ID"},
-                {"Plant_Equipment_Links", "Library_ID = 20 AND Equipment_ID"},
-                {"System_Boiler_Links", "Boiler_ID"}},
+      .columns = {summary<C, &R::BoilerOutput>("fBoilerOutput"), summary<C, &R::FuelType>("nFuelType"),
+                  summary<C, &R::HotWaterFlow>("fHotWaterFlow"), summary<C, &R::HotWaterFlowUnits>("nHWFlowUnits"),
+                  summary<C, &R::AutoSize>("bAutoSizeCapacity")},
       .reach = {Results::SimulationOnly,
                 {{Stage::Systems, {{"System_Boiler_Links", "Boiler_ID", "System_ID"}}},
                  {Stage::Plants, {{"Plant_Boiler_Links", "Boiler_ID", "Plant_ID"}}},
-                 {Stage::Plants, {{"Plant_Equipment_Links", "Library_ID = 20 AND Equipment_ID", "Plant_ID"}}}}},
+                 {Stage::Plants, {{"Plant_Equipment_Links", "Equipment_ID", "Plant_ID", library_of("Boiler")}}}}},
       .row_needed = true};
   return kind;
+}
+
+BLR_Boiler::BLR_Boiler() {
+  need_whole_records("Size of boiler data file does not match size of boiler data structure.");
 }
 
 const ClassInfo& BLR_Boiler::info() const {
   using R = BoilerRecord;
   using C = BLR_Boiler;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, property<&R::Name>.trimmed(), property<&R::AutoSize>,
       property<&R::BoilerOutput>("MBH"), property<&R::BoilerInput>("MBH"), property<&R::BoilerEff>("%"),
       converted<&R::FuelType, &C::FuelType, &C::SetFuelType>, property<&R::MiscKW>("kW"),
       converted<&R::PartLoadModel, &C::PartLoadModel, &C::SetPartLoadModel>, property<&R::HotWaterFlow>,
-      property<&R::HotWaterFlowUnits>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>, property<&C::Index>,
-      property<&C::FileName>, property<&R::BoilerType>, property<&R::DesignHWST>("F"), method<&C::Reset>("ResetAll"),
-      method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
+      property<&R::HotWaterFlowUnits>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>,
+      property<&C::Index>.read_only(), property<&C::FileName>, property<&R::BoilerType>, property<&R::DesignHWST>("F"),
+      method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
       method<&C::Delete>("RecordNumber"), method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"),
-      method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+      method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"),
+      event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -64,14 +68,6 @@ void BLR_Boiler::SetFuelType(BLR_FuelTypes type) {
 void BLR_Boiler::SetPartLoadModel(BLR_ModelingMethods model) {
   check_code(model, "PartLoadModel");
   BoilerRecord::PartLoadModel = model;
-}
-
-void BLR_Boiler::check_file(std::string_view operation) const {
-  const uint64_t size = !FileName.empty() && files().exists(FileName) ? files().size(FileName) : 0;
-  if (size == 0 || size % sizeof(BoilerRecord) != 0) {
-    throw Error(static_cast<int>(ErrorNumber::UnknownFormat), std::string(operation),
-                "Size of boiler data file does not match size of boiler data structure.");
-  }
 }
 
 }  // namespace tarn

@@ -1,21 +1,26 @@
-#include "plant/chiller.h"
+#include "tarn/chiller.h"
 
-#include "platform/workspace.h"
+#include "platform/file_store.h"
+#include "storage/kind.h"
+#include "storage/links.h"
 
 namespace tarn {
 
 const ClassInfo& CHL_OperatingMode::info() const {
   using R = OperatingModeRecord;
   using C = CHL_OperatingMode;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::FLLeavingWaterTemp>("F"), property<&R::FLEnteringTemp>("F"),
-      property<&R::FLCapacity>, property<&R::FLPower>, property<&R::FLPowerUnits>, property<&R::EvapFlow>,
-      property<&R::EvapFlowUnits>, property<&R::CondFlow>, property<&R::CondFlowUnits>,
+      property<&R::FLCapacity>("tons or MBH"), property<&R::FLPower>("kW or MBH"), property<&R::FLPowerUnits>,
+      property<&R::EvapFlow>, property<&R::EvapFlowUnits>, property<&R::CondFlow>, property<&R::CondFlowUnits>,
       converted<&R::NumRows, &C::NumRows, &C::SetNumRows>, converted<&R::NumColumns, &C::NumColumns, &C::SetNumColumns>,
       property<&R::ColumnDataType>, property<&R::MapRowHeading>("F"), property<&R::MapColumnHeading>,
-      property<&R::MapCapacity>, property<&R::MapPower>, another<&R::MapCapacity>.named("MapCapacityArray"),
-      another<&R::MapPower>.named("MapPowerArray"), property<&R::TempPwrCoeffA>, property<&R::TempPwrCoeffB>,
-      property<&R::TempCapCoeffA>, property<&R::TempCapCoeffB>, property<&C::Name>);
+      property<&R::MapCapacity>("tons or MBH"), property<&R::MapPower>("kW or MBH"),
+      another<&R::MapCapacity>("tons or MBH").named("MapCapacityArray"),
+      another<&R::MapPower>("kW or MBH").named("MapPowerArray"), property<&R::TempPwrCoeffA>("1/F"),
+      property<&R::TempPwrCoeffB>("1/F2"), property<&R::TempCapCoeffA>("1/F"), property<&R::TempCapCoeffB>("1/F2"),
+      property<&C::Name>);
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -42,7 +47,7 @@ const Kind& CHL_Chiller::kind() const {
       .index_table = "ChillerIndex",
       .default_word = "Chiller",
       .missing_row_message = "Cannot find chiller record in database for record #",
-      .columns = {summary<C, &R::FunctionType>("nFunctionType"), summary<C, &R::ChillerType>("nChillerType"),
+      .columns = {summary<C, &R::ChillerType>("nChillerType"), summary<C, &R::FunctionType>("nFunctionType"),
                   summary<C, &R::FuelType>("nFuelType"), summary<C, &R::AutoSize>("bAutoSizeCapacity"),
                   part_summary<&C::CoolingMode, &M::FLCapacity>("fFLCapacityClg"),
                   part_summary<&C::HeatingMode, &M::FLCapacity>("fFLCapacityHtg"),
@@ -54,10 +59,9 @@ const Kind& CHL_Chiller::kind() const {
                   part_summary<&C::CoolingMode, &M::CondFlowUnits>("nCondFlowUnitsClg"),
                   part_summary<&C::HeatingMode, &M::CondFlow>("fCondFlowHtg"),
                   part_summary<&C::HeatingMode, &M::CondFlowUnits>("nCondFlowUnitsHTg")},
-      .links = {{"Plant_Chiller_Links", "Chiller_ID"}, {"Plant_Equipment_Links", "Library_ID = 10 AND Equipment_ID"}},
       .reach = {Results::SimulationOnly,
                 {{Stage::Plants, {{"Plant_Chiller_Links", "Chiller_ID", "Plant_ID"}}},
-                 {Stage::Plants, {{"Plant_Equipment_Links", "Library_ID = 10 AND Equipment_ID", "Plant_ID"}}}}},
+                 {Stage::Plants, {{"Plant_Equipment_Links", "Equipment_ID", "Plant_ID", library_of("Chiller")}}}}},
       .row_needed = true};
   return kind;
 }
@@ -65,20 +69,22 @@ const Kind& CHL_Chiller::kind() const {
 const ClassInfo& CHL_Chiller::info() const {
   using R = ChillerRecord;
   using C = CHL_Chiller;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, property<&R::SourceFluid>, property<&R::Name>.trimmed(),
       property<&R::FunctionType>, property<&R::ChillerType>, property<&R::Notes>.trimmed(),
       property<&R::DesInputSource>, property<&R::PerfMapSource>, property<&R::AutoSize>, property<&R::FuelType>,
       property<&R::EngineEff>, property<&R::AvgOperatingLoss>("%"), property<&R::UnitElectric>("kW/ton"),
       property<&R::SteamHeatContent>("Btu/lb"), property<&R::MinECWT>("F"), property<&R::MinUnloading>("%"),
       property<&R::HotGasBypass>, property<&R::DXFreeCooling>, property<&R::DXFCUOM>, property<&R::HeatRecoveryMethod>,
-      property<&R::MaxHeatRecovery>("%"), property<&R::IPLV>, owned<&C::CoolingMode>, owned<&C::HeatRecoveryMode>,
-      owned<&C::HeatingMode>, property<&R::DXFCDeltaT>("F"), property<&R::DXFCCapacity>, property<&R::DXFCPower>,
-      method<&C::CreateDefaultByType>("nChillerType", "sDefaultsFile"),
-      method<&C::GetDXFCDefaults>("DXFCOption", "UOM", "DeltaT", "Power", "Capacity"), property<&C::Index>,
+      property<&R::MaxHeatRecovery>("%"), property<&R::IPLV>("kW/ton or MBH/ton"), owned<&C::CoolingMode>,
+      owned<&C::HeatRecoveryMode>, owned<&C::HeatingMode>, property<&R::DXFCDeltaT>("F"), property<&R::DXFCCapacity>,
+      property<&R::DXFCPower>, method<&C::CreateDefaultByType>("nChillerType", "sDefaultsFile"),
+      method<&C::GetDXFCDefaults>("DXFCOption", "UOM", "DeltaT", "Power", "Capacity"), property<&C::Index>.read_only(),
       property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>, method<&C::Reset>("bResetAll"),
       method<&C::Clone>("nIndex"), method<&C::CopyInstance>, method<&C::GetFreeIndex>, method<&C::Delete>("nRecNum"),
-      method<&C::Load>("RecordNumber"), method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+      method<&C::Load>("RecordNumber"), method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"),
+      event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

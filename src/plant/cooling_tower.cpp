@@ -1,4 +1,6 @@
-#include "plant/cooling_tower.h"
+#include "tarn/cooling_tower.h"
+
+#include "storage/kind.h"
 
 namespace tarn {
 
@@ -12,7 +14,6 @@ const Kind& TWR_CoolingTower::kind() const {
       .missing_row_message = "Cannot find tower record in database for record #",
       .columns = {summary<C, &R::ECWTModel>("nECWTModel"), summary<C, &R::CondPumpFlow>("fCondPumpFlow"),
                   summary<C, &R::CondPumpFlowUnits>("nCondPumpFlowUnits")},
-      .links = {{"Plant_Tower_Links", "Tower_ID"}, {"System_Tower_Links", "Tower_ID"}},
       .reach = {Results::SimulationOnly,
                 {{Stage::Systems, {{"System_Tower_Links", "Tower_ID", "System_ID"}}},
                  {Stage::Plants, {{"Plant_Tower_Links", "Tower_ID", "Plant_ID"}}}}},
@@ -23,16 +24,18 @@ const Kind& TWR_CoolingTower::kind() const {
 const ClassInfo& TWR_CoolingTower::info() const {
   using R = TowerRecord;
   using C = TWR_CoolingTower;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, property<&R::Name>.trimmed(), property<&R::ECWTModel>,
       property<&R::DesignWetBulb>("F"), property<&R::DesignRange>("F"), property<&R::DesignApproach>("F"),
       property<&R::AirFlow>, property<&R::AirFlowUnits>, property<&R::FanPower>, property<&R::FanPowerUnits>,
       property<&R::TowerControl>, property<&R::LowSpdAirflow>("%"), property<&R::FanElecEff>("%"),
-      property<&R::AvgECWT>("F"), property<&R::CondPumpFlow>, property<&R::CondPumpFlowUnits>, property<&C::Index>,
-      property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>, method<&C::Reset>("ResetAll"),
-      method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
+      property<&R::AvgECWT>("F"), property<&R::CondPumpFlow>, property<&R::CondPumpFlowUnits>,
+      property<&C::Index>.read_only(), property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>,
+      method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
       method<&C::Delete>("RecordNumber"), method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"),
-      method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"));
+      method<&C::Save>, method<&C::CreateDefault>, method<&C::IsNameUnique>("sName"),
+      event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -1,30 +1,25 @@
-#include "plant/plant.h"
+#include "tarn/plant.h"
 
 #include <algorithm>
 
-#include "base/log.h"
-#include "platform/workspace.h"
+#include "storage/kind.h"
+#include "storage/links.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn {
 namespace {
 
-constexpr int32_t kSectionMasks[]{CCM_ALL,        CCM_SYSTEM_SELECT, CCM_DETAILS,        CCM_PLANTSIZING,
-                                  CCM_DESPROFILE, CCM_UNMETLOADS,    CCM_LEEDUNMETLOADS, CCM_HOURLYSIMDATA};
-
-PlantHeaderRecord header_in(std::span<const std::byte> bytes) {
-  PlantHeaderRecord record;
-  if (!bytes.empty()) std::copy(bytes.begin(), bytes.end(), std::as_writable_bytes(std::span(&record, 1)).begin());
-  return record;
-}
-
 [[noreturn]] void senseless(const std::string& path, const std::string& what, int count, int most) {
-  fail(ErrorNumber::UnknownFormat, path + " says that it has " + std::to_string(count) + " " + what + ", where 0 to " +
-                                       std::to_string(most) + " can be. Restore the file from a copy.");
+  fail(ErrorNumber::UnknownFormat, path + " says that it has " + std::to_string(count) + " " + what +
+                                       "; allowed are 0 to " + std::to_string(most) +
+                                       ". Restore the file from a copy.");
 }
 
 }  // namespace
 
-PLT_Plant::PLT_Plant() {
+PLT_Plant::PLT_Plant() : CopiedEntity(form(), &DefFileName) {
+  named_by(General.Name);
   General.plant = this;
   Reset(true);
 }
@@ -35,19 +30,16 @@ const Kind& PLT_Plant::kind() const {
       .class_name = "PLT_Plant",
       .index_table = "PlantIndex",
       .default_word = "Plant",
-      .missing_row_message = {},
+      .missing_row_message = "Plant not found in table (PlantIndex) where index = ",
       .columns = {computed<C, &C::type>("nType"), computed<C, &C::sized>("bSized"),
-                  computed<C, &C::simulated>("bSimulated"), computed<C, &C::sim_has_changed>("bSimHasChanged"),
-                  computed<C, &C::des_has_changed>("bDesHasChanged")},
-      .links = {{"Building_Plant_Links", "Plant_ID"},
-                {"Plant_System_Links", "Plant_ID"},
-                {"Plant_Schedule_Links", "Plant_ID"},
-                {"Plant_Equipment_Links", "Plant_ID"},
-                {"Plant_Tower_Links", "Plant_ID"},
-                {"Plant_Chiller_Links", "Plant_ID"},
-                {"Plant_Boiler_Links", "Plant_ID"}},
+                  computed<C, &C::simulated>("bSimulated")},
+      .flags = {changed_flag<C, &C::SimHasChanged>("bSimHasChanged"),
+                changed_flag<C, &C::DesHasChanged>("bDesHasChanged")},
       .reach = {Results::DesignAndSimulation,
                 {{Stage::Buildings, {{"Building_Plant_Links", "Plant_ID", "Building_ID"}}}}},
+      .row_needed = true,
+      .no_table_message = "Could not open recordset object.\nSQL:  SELECT * FROM PlantIndex ORDER BY nIndex ASC\n",
+      .name_query_message = "Query for duplicate name checking failed: ",
       .lost_row_message = "Cannot find plant record in index database",
       .link_owner = "Plant"};
   return kind;
@@ -55,7 +47,7 @@ const Kind& PLT_Plant::kind() const {
 
 const ClassInfo& PLT_Plant::info() const {
   using C = PLT_Plant;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, owned<&C::ServiceHotWaterDetails>,
       owned<&C::SizingLoadsClg, &C::there<kSizing>, &C::set<kSizing>>,
       owned<&C::SizingLoadsHtg, &C::there<kSizing>, &C::set<kSizing>>, owned<&C::General>, owned<&C::Details>,
@@ -70,81 +62,31 @@ const ClassInfo& PLT_Plant::info() const {
       method<&C::CreateDefault>, method<&C::WriteDefaultsFile>("strFileName"), method<&C::Delete>("nRecNum"),
       method<static_cast<void (C::*)(int32_t, int16_t)>(&C::Load)>("nOpMode", "nRecNum"),
       method<static_cast<void (C::*)(int32_t, std::optional<bool>&)>(&C::Save)>("nOpMode", "bSaveAfterCalculation"),
-      property<&C::FileName>, method<&C::GetFreeIndex>, property<&C::Index>, method<&C::GetDBHandle>,
+      property<&C::FileName>, method<&C::GetFreeIndex>, property<&C::Index>.read_only(), method<&C::GetDBHandle>,
       method<&C::SetDBHandle>("DB"), property<&C::SimHasChanged>.kept_in_row(),
-      property<&C::DesHasChanged>.kept_in_row(), method<&C::IsNameUnique>("sName"));
+      property<&C::DesHasChanged>.kept_in_row(), method<&C::IsNameUnique>("sName"),
+      event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 
 // ---- sections of the file
 
-int32_t PLT_Plant::mask_of(size_t section) const { return kSectionMasks[section]; }
+namespace {
 
-PLT_Plant::Ends PLT_Plant::ends_of(std::span<const std::byte> header, const std::string& path) const {
-  const int outputs = header_in(header).NumOutputs;
+HeaderCounts counts(Header header, const std::string& path) {
+  const int outputs = record_in<PlantHeaderRecord>(header).NumOutputs;
   if (outputs < 0 || outputs > kOutputFlags) senseless(path, "outputs", outputs, kOutputFlags);
-  constexpr size_t kDetailsSize =
-      sizeof(PlantDetailsRecord) + 2 * sizeof(ConfigurationRecord) +
-      PLT_Details::kLists * (sizeof(EquipmentListRecord) + kPlantEquipment * sizeof(EquipmentRecord)) +
-      PLT_Details::kLoops * (sizeof(PumpLoopRecord) + kPumps * sizeof(PumpRecord)) + sizeof(ServiceHotWaterRecord) +
-      sizeof(PumpRecord);
-  const size_t sizes[]{sizeof(PlantHeaderRecord),
-                       sizeof(SystemSelectRecord),
-                       kDetailsSize,
-                       2 * sizeof(PlantSizingRecord) + sizeof(EquipmentSizingRecord),
-                       sizeof(DesignProfileRecord),
-                       2 * sizeof(PlantUnmetLoadsRecord),
-                       2 * sizeof(PlantLeedUnmetLoadsRecord),
-                       static_cast<size_t>(outputs) * sizeof(HourlyResultRecord)};
-  Ends ends;
-  uint64_t end = 0;
-  for (const size_t size : sizes) ends.push_back(end += size);
-  return ends;
+  return {.outputs = static_cast<size_t>(outputs)};
 }
 
-PLT_Plant::Blocks PLT_Plant::blocks(size_t section) {
-  Blocks blocks;
-  switch (section) {
-    case kHeader:
-      return {General.bytes()};
-    case kSystems:
-      return {SystemSelect.bytes()};
-    case kDetails:
-      blocks.reserve(5 + PLT_Details::kLists * (1 + kPlantEquipment) + PLT_Details::kLoops * (1 + kPumps));
-      blocks = {Details.bytes(), Details.ConfigCooling.bytes(), Details.ConfigHeating.bytes()};
-      for (PLT_EquipmentList* list : Details.lists()) {
-        blocks.push_back(list->bytes());
-        for (int i = 1; i <= kPlantEquipment; ++i) blocks.push_back(list->Equipment(i).bytes());
-      }
-      for (PLT_PumpLoop* loop : Details.loops()) {
-        blocks.push_back(loop->bytes());
-        for (int i = 1; i <= kPumps; ++i) blocks.push_back(loop->Pumps(i).bytes());
-      }
-      blocks.insert(blocks.end(), {ServiceHotWaterDetails.bytes(), ServiceHotWaterDetails.Pump.bytes()});
-      break;
-    case kSizing:
-      return {SizingLoadsClg.bytes(), SizingLoadsHtg.bytes(), EqptSizingResults.bytes()};
-    case kProfile:
-      return {DesignProfile.bytes()};
-    case kUnmet:
-      return {UnmetLoadsClg.bytes(), UnmetLoadsHtg.bytes()};
-    case kLeed:
-      return {LEEDUnmetLoadsClg.bytes(), LEEDUnmetLoadsHtg.bytes()};
-    case kHourly:
-      for (const auto& item : HourlySimData.items()) blocks.push_back(item->bytes());
-      break;
-  }
-  return blocks;
+void check_systems(const StoredEntity& entity, const std::string& path) {
+  const int systems = static_cast<const PLT_Plant&>(entity).SystemSelect.NumSystems();
+  if (systems < 0 || systems > kPlantSystems) senseless(path, "systems", systems, kPlantSystems);
 }
 
-void PLT_Plant::make_room(size_t section, std::span<const std::byte> header, bool there) {
-  if (section == kHourly) HourlySimData.Resize(there ? header_in(header).NumOutputs : 0);
-}
-
-void PLT_Plant::check_counts(const std::string& path) const {
-  if (selected(kSystems) && (SystemSelect.NumSystems() < 0 || SystemSelect.NumSystems() > kPlantSystems))
-    senseless(path, "systems", SystemSelect.NumSystems(), kPlantSystems);
-  auto& details = const_cast<PLT_Details&>(Details);
+void check_lists(const StoredEntity& entity, const std::string& path) {
+  auto& details = const_cast<PLT_Details&>(static_cast<const PLT_Plant&>(entity).Details);
   for (const PLT_EquipmentList* list : details.lists()) {
     if (list->NumEquipment() < 0 || list->NumEquipment() > kPlantEquipment)
       senseless(path, "pieces in " + list->Name(), list->NumEquipment(), kPlantEquipment);
@@ -155,38 +97,110 @@ void PLT_Plant::check_counts(const std::string& path) const {
   }
 }
 
+constexpr size_t kDetailsSize =
+    sizeof(PlantDetailsRecord) + 2 * sizeof(ConfigurationRecord) +
+    PLT_Details::kLists * (sizeof(EquipmentListRecord) + kPlantEquipment * sizeof(EquipmentRecord)) +
+    PLT_Details::kLoops * (sizeof(PumpLoopRecord) + kPumps * sizeof(PumpRecord)) + sizeof(ServiceHotWaterRecord) +
+    sizeof(PumpRecord);
+
+/// The memory of parts of a plant that lie one after another.
+template <auto... Part>
+Blocks parts_of(StoredEntity& entity) {
+  return {(static_cast<PLT_Plant&>(entity).*Part).bytes()...};
+}
+
+}  // namespace
+
+const SectionForm& PLT_Plant::form() {
+  using C = PLT_Plant;
+  using H = PlantHeaderRecord;
+  static const Section sections[]{
+      {.name = "General", .size = {sizeof(H)}, .blocks = parts_of<&C::General>},
+      {.name = "SystemSelect",
+       .mask = CCM_SYSTEM_SELECT,
+       .size = {sizeof(SystemSelectRecord)},
+       .blocks = parts_of<&C::SystemSelect>,
+       .check = check_systems,
+       .references = "System"},
+      {.name = "Details",
+       .mask = CCM_DETAILS,
+       .size = {kDetailsSize},
+       .blocks = [](StoredEntity& entity) { return static_cast<C&>(entity).detail_blocks(); },
+       .check = check_lists,
+       .references = "*"},
+      {.name = "Sizing",
+       .mask = CCM_PLANTSIZING,
+       .is_result = true,
+       .size = {2 * sizeof(PlantSizingRecord) + sizeof(EquipmentSizingRecord)},
+       .blocks = parts_of<&C::SizingLoadsClg, &C::SizingLoadsHtg, &C::EqptSizingResults>},
+      {.name = "DesignProfile",
+       .mask = CCM_DESPROFILE,
+       .is_result = true,
+       .size = {sizeof(DesignProfileRecord)},
+       .blocks = parts_of<&C::DesignProfile>},
+      {.name = "UnmetLoads",
+       .mask = CCM_UNMETLOADS,
+       .is_result = true,
+       .size = {2 * sizeof(PlantUnmetLoadsRecord)},
+       .blocks = parts_of<&C::UnmetLoadsClg, &C::UnmetLoadsHtg>},
+      {.name = "LEEDUnmetLoads",
+       .mask = CCM_LEEDUNMETLOADS,
+       .is_result = true,
+       .size = {2 * sizeof(PlantLeedUnmetLoadsRecord)},
+       .blocks = parts_of<&C::LEEDUnmetLoadsClg, &C::LEEDUnmetLoadsHtg>},
+      {.name = "HourlySimData",
+       .mask = CCM_HOURLYSIMDATA,
+       .is_result = true,
+       .size = {.each_output = sizeof(HourlyResultRecord)},
+       .blocks =
+           [](StoredEntity& entity) {
+             Blocks blocks;
+             for (const auto& item : static_cast<C&>(entity).HourlySimData.items()) blocks.push_back(item->bytes());
+             return blocks;
+           },
+       .fit =
+           [](StoredEntity& entity, Header header, bool there) {
+             static_cast<C&>(entity).HourlySimData.Resize(there ? record_in<H>(header).NumOutputs : 0);
+           },
+       .stays = false}};  // hours stand under the outputs of the header that they were read with
+  constexpr Sections kOfSimulation = section_bit(kUnmet) | section_bit(kLeed) | section_bit(kHourly);
+  static const ResultFlag flags[]{{"bSized", offsetof(H, Sized), section_bit(kSizing)},
+                                  {"bSimulated", offsetof(H, Simulated), kOfSimulation}};
+  static const SectionForm form{.sections = sections,
+                                .result_flags = flags,
+                                .counts = counts,
+                                .one = "plant",
+                                .missing_file = "Plant data file not found.  File name:  ",
+                                .missing_default = "Default Plant data file not found.  File name:  "};
+  return form;
+}
+
+Blocks PLT_Plant::detail_blocks() {
+  Blocks blocks;
+  blocks.reserve(5 + PLT_Details::kLists * (1 + kPlantEquipment) + PLT_Details::kLoops * (1 + kPumps));
+  blocks = {Details.bytes(), Details.ConfigCooling.bytes(), Details.ConfigHeating.bytes()};
+  for (PLT_EquipmentList* list : Details.lists()) {
+    blocks.push_back(list->bytes());
+    for (int i = 1; i <= kPlantEquipment; ++i) blocks.push_back(list->Equipment(i).bytes());
+  }
+  for (PLT_PumpLoop* loop : Details.loops()) {
+    blocks.push_back(loop->bytes());
+    for (int i = 1; i <= kPumps; ++i) blocks.push_back(loop->Pumps(i).bytes());
+  }
+  blocks.insert(blocks.end(), {ServiceHotWaterDetails.bytes(), ServiceHotWaterDetails.Pump.bytes()});
+  return blocks;
+}
+
 // ---- life
 
-Recordset PLT_Plant::row_of(int16_t index) const {
-  database();  // without one, that is the error
-  try {
-    return SectionedEntity::row_of(index);
-  } catch (const Error& error) {
-    throw Error(
-        error.number(), {},
-        "Could not open recordset object.\nSQL:  SELECT * FROM PlantIndex ORDER BY nIndex ASC\n" + error.description());
-  }
+void PLT_Plant::WriteDefaultsFile(const std::string& strFileName) {
+  Transaction transaction;
+  sections_.write_default(strFileName);
+  transaction.commit();
 }
 
-std::string PLT_Plant::no_file_message(const std::string& path) const {
-  return "Plant data file not found.  File name:  " + path;
-}
-
-void PLT_Plant::no_row(int16_t index) {
-  fail(ErrorNumber::NoCurrentRecord,
-       "Plant not found in table (" + std::string(kind().index_table) + ") where index = " + std::to_string(index));
-}
-
-void PLT_Plant::Load(int32_t nOpMode, int16_t nRecNum) { load(nOpMode, nRecNum); }
-
-void PLT_Plant::Load(int16_t nRecNum) { load(CCM_ALL, nRecNum); }
-
-void PLT_Plant::Save(int32_t nOpMode, std::optional<bool>& bSaveAfterCalculation) {
-  save(nOpMode, bSaveAfterCalculation.value_or(false));
-}
-
-void PLT_Plant::check_details() const {
-  if (!selected(kDetails)) return;
+void PLT_Plant::check_details(const SaveContext& save) const {
+  if (!save.selects(kDetails)) return;
   auto& details = const_cast<PLT_Details&>(Details);
   for (const PLT_PumpLoop* loop : details.loops()) loop->Validate();
   for (const PLT_EquipmentList* list : details.lists()) {
@@ -198,78 +212,54 @@ void PLT_Plant::check_details() const {
   }
 }
 
-void PLT_Plant::before_save() {
-  as_given_ = false;
-  check_loaded();
+void PLT_Plant::before_save(SaveContext& save) {
+  if (save.form == SaveContext::Form::Default) return;
+  sections_.check_loaded(save);
+  if (save.form == SaveContext::Form::AsGiven) {
+    take_free_name();
+    return check_details(save);
+  }
   if (!IsNameUnique()) {
     fail(ErrorNumber::InvalidCall, "A plant already exists with the name [" + stored_name() +
                                        "]\nPlease specify a unique plant name and try again.");
   }
-  check_details();
-  after_clearing();
-  select_results();
-  if (after_calculations_) return;
-  drop_misplaced_hours();
-  General.Sized = false;
-  General.Simulated = false;
+  check_details(save);
+  close_up({}, save.sections);
+  sections_.select_results(save);
+  if (save.after_calculations) return;
+  if (has_other_outputs()) sections_.drop(save, kHourly);  // its hours would stand under wrong ones
+  sections_.clear_result_flags();
   DesHasChanged = SimHasChanged = true;
 }
 
-void PLT_Plant::before_restore() {
-  SectionedEntity::before_restore();
-  check_details();
+/// Others than those of the file.
+bool PLT_Plant::has_other_outputs() const {
+  const std::vector<std::byte> header = sections_.stored_header(Index);
+  if (header.empty()) return false;
+  const auto stored = record_in<PlantHeaderRecord>(header);
+  const PlantHeaderRecord& own = General;
+  return stored.NumOutputs != own.NumOutputs ||
+         !std::ranges::equal(stored.OutputFlags.items, own.OutputFlags.items, {}, &I2::value, &I2::value);
 }
-
-/// The hourly results of a plant with other outputs now would stand under wrong ones.
-void PLT_Plant::drop_misplaced_hours() {
-  const std::string path = file_of(Index);
-  if (!has_file(path)) return;
-  const PlantHeaderRecord stored = header_in(header_of_file(path)), &own = General;
-  if (stored.NumOutputs == own.NumOutputs &&
-      std::ranges::equal(stored.OutputFlags.items, own.OutputFlags.items, {}, &I2::value, &I2::value))
-    return;
-  drop(kHourly);
-}
-
-bool PLT_Plant::knows_links(std::string_view kind) const { return selected(kind == "System" ? kSystems : kDetails); }
 
 /// Lists that lost an entry close up, and leave out what can have no link row.
-void PLT_Plant::after_clearing() {
-  if (selected(kSystems)) SystemSelect.pack();
-  if (!selected(kDetails)) return;
+void PLT_Plant::close_up(const std::vector<ClearedReference>& /*cleared*/, Sections sections) {
+  if ((sections & section_bit(kSystems)) != 0) SystemSelect.pack();
+  if ((sections & section_bit(kDetails)) == 0) return;
   for (PLT_EquipmentList* list : Details.lists()) {
     for (int i = 1; i <= list->NumEquipment(); ++i) {
       const PLT_Equipment& piece = list->Equipment(i);
       if (piece.EquipmentID != 0 && PLT_Equipment::kind_of(piece).empty())
         log().message("Plant " + std::to_string(Index) + ", " + list->Name() + ": equipment " +
                       std::to_string(piece.EquipmentID) + " is of library " + std::to_string(piece.LibraryID.raw) +
-                      ", which there is not; it is left out.");
+                      ", which does not exist; it is left out.");
     }
     list->pack();
   }
 }
 
-void PLT_Plant::write_record(int16_t index) {
-  const std::string path = file_of(index);
-  if (path.empty()) fail(ErrorNumber::FileNotFound, "The plant has no file name; set its WorkPath and FilePrefix.");
-  write_file(path, true);
-}
-
-std::string PLT_Plant::no_default_message() const {
-  return "Default Plant data file not found.  File name:  " + DefFileName;
-}
-
-void PLT_Plant::read_default() {
-  MaskedEntity::read_default();
-  General.Sized = false;
-  General.Simulated = false;
-}
-
 std::function<void()> PLT_Plant::keep_rest() {
-  return [this, rest = MaskedEntity::keep_rest(), hourly = HourlySimData.items()] {
-    rest();
-    HourlySimData.set_items(hourly);
-  };
+  return [this, hourly = HourlySimData.items()] { HourlySimData.set_items(hourly); };
 }
 
 }  // namespace tarn

@@ -1,23 +1,27 @@
-#include "plant/plant_inputs.h"
+#include "tarn/plant_inputs.h"
+
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 const ClassInfo& PLT_General::info() const {
   using R = PlantHeaderRecord;
   using C = PLT_General;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::Name>.trimmed(), property<&R::PlantType>, property<&R::Sized>,
       property<&R::Simulated>, property<&R::NumOutputs>.read_only(), property<&R::OutputFlags>.read_only(),
       method<&C::SetFlags>,
       method<&C::GetEquipmentTypes>("nLibraryID", "nEquipmentID", "nFunctionType", "nChillerType", "nFuelType"),
       method<&C::GetDetailedTowerCount>, method<&C::GetEquipmentLinkCount>("nLibraryID", "nEquipmentID"));
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& PLT_SystemSelect::info() const {
   using R = SystemSelectRecord;
-  static const ClassInfo info = describe<PLT_SystemSelect>(
+  static constexpr auto members = describe<PLT_SystemSelect>(
       Failures::Raised, converted<&R::NumSystems, &PLT_SystemSelect::NumSystems, &PLT_SystemSelect::SetNumSystems>,
       property<&R::SystemID>.refers_to("System"), property<&R::SystemMultiplier>);
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -44,20 +48,22 @@ void PLT_SystemSelect::SetNumSystems(int16_t systems) {
 const ClassInfo& PLT_Configuration::info() const {
   using R = ConfigurationRecord;
   using C = PLT_Configuration;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&C::Name>, property<&R::SizingMethod>, property<&R::UnitSizing>,
                   property<&R::SizingFactor>("%"), property<&R::DesignCapacity>, property<&R::ControlType>,
                   property<&R::LowLoadLimit>("%"), property<&R::HighLoadLimit>("%"), property<&R::DistSystemType>,
                   property<&R::DesignLWT>("F"), property<&R::DesignDeltaT>("F"), property<&R::LWTControl>,
                   property<&R::ResetLWT>("F"), property<&R::ResetStart>, property<&R::ResetEnd>, property<&C::Name>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& PLT_Equipment::info() const {
   using R = EquipmentRecord;
-  static const ClassInfo info = describe<PLT_Equipment>(
+  static constexpr auto members = describe<PLT_Equipment>(
       Failures::Raised, property<&R::LibraryID>, property<&R::EquipmentID>.refers_to("Chiller Boiler", kind_of),
       property<&R::TowerID>.refers_to("Tower"), property<&R::Sequence>, property<&R::SizingShare>("%"));
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -74,10 +80,11 @@ std::string_view PLT_Equipment::kind_of(const Object& piece, size_t /*element*/)
 
 const ClassInfo& PLT_EquipmentList::info() const {
   using C = PLT_EquipmentList;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&C::Name>,
                   converted<&EquipmentListRecord::NumEquipment, &C::NumEquipment, &C::SetNumEquipment>,
                   owned<&C::Equipment, &C::NumEquipment, &C::SetNumEquipment>);
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -99,7 +106,7 @@ void PLT_EquipmentList::pack() {
 const ClassInfo& PLT_Details::info() const {
   using R = PlantDetailsRecord;
   using C = PLT_Details;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, owned<&C::ConfigCooling>, owned<&C::ConfigHeating>, owned<&C::CoolingEqpt>,
       owned<&C::HeatingEqpt>, owned<&C::HeatRecEqpt>, owned<&C::ChilledWaterPrimaryLoop>,
       owned<&C::ChilledWaterSecondaryLoop>, owned<&C::HotWaterPrimaryLoop>, owned<&C::HotWaterSecondaryLoop>,
@@ -113,19 +120,21 @@ const ClassInfo& PLT_Details::info() const {
       property<&R::StorageCapacity>("ton.hr"), property<&R::StorageDischargeRate>("tons"),
       property<&R::StorageLoss>("%/day"), property<&R::StorageSchedule>.refers_to("Schedule"),
       property<&R::RemoteSourceTemp>("F"), property<&R::RemoteHXEff>("%"));
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& PLT_ServiceHotWater::info() const {
   using R = ServiceHotWaterRecord;
   using C = PLT_ServiceHotWater;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::UsageRate>, property<&R::UsageRateUnits>, property<&R::NumPeople>("people"),
       property<&R::UsageSchedule>.refers_to("Schedule"), property<&R::SupplyTemp>("F"), property<&R::MainsTemp>("F"),
       property<&R::StoredVolume>("gal"), property<&R::StoredTemp>("F"), property<&R::StoredHeatLoss>,
       property<&R::StoredHeatLossUnits>, property<&R::StoredPriorityRule>, property<&R::StoredPriorityOAT>("F"),
       property<&R::StoredPrioritySchedule>.refers_to("Schedule"), property<&R::Recirculation>,
       property<&R::RecirculationLoss>("MBH"), owned<&C::Pump>);
+  static const ClassInfo info(members);
   return info;
 }
 

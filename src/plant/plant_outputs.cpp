@@ -1,8 +1,9 @@
-// What a plant has to tell from a simulation, by its type, and what its header looks up in the index database.
+// The hourly outputs of a plant's simulation, by its type, and what its header looks up in the index database.
 #include <algorithm>
 
-#include "plant/plant.h"
-#include "platform/statement.h"
+#include "tarn/plant.h"
+#include "tarn/platform/database.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 namespace {
@@ -141,7 +142,7 @@ const PLT_Plant& PLT_General::of_plant() const {
 
 void PLT_General::SetFlags() {
   const Outputs& outputs = outputs_of(PlantType);
-  if (!of_plant().is_loaded(PLT_Plant::kDetails))
+  if (!of_plant().has_details())
     fail(ErrorNumber::InvalidCall, "The outputs depend on Details, which were not loaded. Load them first.");
   const std::vector<int16_t> flags = flags_of(outputs, const_cast<PLT_Details&>(of_plant().Details));
   if (flags.size() > kOutputFlags) fail(ErrorNumber::InvalidCall, "Too many output flags");

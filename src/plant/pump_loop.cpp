@@ -1,12 +1,15 @@
-#include "plant/pump_loop.h"
+#include "tarn/pump_loop.h"
+
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 
 const ClassInfo& PLT_Pump::info() const {
   using R = PumpRecord;
-  static const ClassInfo info = describe<PLT_Pump>(
+  static constexpr auto members = describe<PLT_Pump>(
       Failures::Raised, property<&R::Flow>, property<&R::FlowUnits>, property<&R::Performance>, property<&R::PerfUnits>,
       property<&R::MechanicalEff>("%"), property<&R::ElectricalEff>("%"), property<&PLT_Pump::Name>);
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -17,12 +20,13 @@ PLT_PumpLoop::PLT_PumpLoop(std::string name) : name_(std::move(name)) {
 const ClassInfo& PLT_PumpLoop::info() const {
   using R = PumpLoopRecord;
   using C = PLT_PumpLoop;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::Used>, converted<&R::NumPumps, &C::NumPumps, &C::SetNumPumps>,
                   property<&R::PumpControl>, property<&R::StaticHead>("ft wg"), property<&R::MinimumPumpFlow>("%"),
                   property<&R::MinimumEqptFlow>("%"), property<&R::DesCoilDeltaT>("F"),
                   property<&R::DesCoilDeltaT2>("F"), property<&R::PipeHeatGainFactor>("%"),
                   property<&R::PipeHeatGainFactor2>("%"), owned<&C::Pumps>, property<&C::Name>, method<&C::Validate>);
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -4,20 +4,22 @@
 #include <filesystem>
 #include <limits>
 
-#include "base/error.h"
-#include "platform/workspace.h"
+#include "platform/file_store.h"
+#include "tarn/base/error.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn {
 namespace {
 
-/// One past the last byte, from 0.
+/// Where the bytes end, counted from 0.
 size_t end_of(int32_t position, size_t size, const std::string& path) {
   if (position < 1) {
-    fail(ErrorNumber::BadPosition, "Positions in " + path + " count from 1; " + std::to_string(position) + " is none.");
+    fail(ErrorNumber::BadPosition,
+         "Positions in " + path + " count from 1; there is no position " + std::to_string(position) + ".");
   }
   const size_t end = static_cast<size_t>(position) - 1 + size;
   if (end >= static_cast<size_t>(std::numeric_limits<int32_t>::max()))
-    fail(ErrorNumber::Overflow, "Overflow: " + path + " has no positions behind 2147483647.");
+    fail(ErrorNumber::Overflow, "Overflow: " + path + " has no positions above 2147483647.");
   return end;
 }
 
@@ -88,7 +90,8 @@ void BinaryFiles::read(int16_t number, int32_t position, std::span<std::byte> in
 
 void BinaryFiles::write(int16_t number, int32_t position, std::span<const std::byte> bytes) {
   Opened& file = of(number);
-  if (!file.writable) fail(ErrorNumber::PermissionDenied, file.path + " was opened to be read.");
+  if (!file.writable)
+    fail(ErrorNumber::PermissionDenied, file.path + " was opened for reading; open it for writing to change it.");
   const size_t end = end_of(position, bytes.size(), file.path);
   if (file.bytes.size() < end) file.bytes.resize(end);
   std::copy(bytes.begin(), bytes.end(), file.bytes.begin() + static_cast<ptrdiff_t>(end - bytes.size()));

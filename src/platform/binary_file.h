@@ -1,6 +1,6 @@
-// Files by number, as block objects take them: open, read and write at a position that counts from 1, close. Each
-// thread has its own. What is written is gathered and replaces the file at its close, so that a failure leaves the old
-// one.
+// Files under a number, for the Load and Save of result blocks: open, read and write at a position that counts from 1,
+// close. Each thread has its own numbers. Writes are kept in memory and replace the file when it is closed, so that a
+// failure leaves the old file.
 #pragma once
 
 #include <cstdint>
@@ -19,14 +19,15 @@ class BinaryFiles {
   static constexpr int16_t kMostFiles = 511;
   static BinaryFiles& of_thread();
 
-  /// The lowest free number. To read, the file must be there (`FileNotFound`); to write, it is there at the close. One
-  /// that is open to write cannot be opened again (`FileAlreadyOpen`).
+  /// Returns the lowest free number. A file to read must exist (`FileNotFound`); a file to write is made when it is
+  /// closed. A file that is open for writing cannot be opened again (`FileAlreadyOpen`).
   int16_t open(const std::string& path, OpenMode mode);
-  /// The number is free afterwards, also where what was written cannot be stored.
+  /// The number is free afterwards, even where the writes cannot be stored.
   void close(int16_t number);
-  /// The same, without what was written.
+  /// Closes the file and drops what was written to it.
   void drop(int16_t number);
-  /// Fills all of it and goes behind it; error `InputPastEnd`, and neither, where the file is shorter.
+  /// Fills all of `into` and moves the position past it. Where the file is shorter: error `InputPastEnd`, nothing is
+  /// filled, and the position stays.
   void read(int16_t number, int32_t position, std::span<std::byte> into);
   void write(int16_t number, int32_t position, std::span<const std::byte> bytes);
   /// Where the last read or write ended.

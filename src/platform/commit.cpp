@@ -5,21 +5,21 @@
 #include <cstring>
 #include <filesystem>
 
-#include "base/error.h"
-#include "base/log.h"
 #include "platform/host.h"
+#include "tarn/base/error.h"
+#include "tarn/base/log.h"
 
 namespace tarn {
 namespace {
 
-// Journal: magic, then for each file that is written in place or removed its path (relative to the journal's folder),
-// whether it existed, its size, where it was moved to, and the old bytes; a checksum over all of it last. Numbers are
-// 64-bit. A file beside the journal that is replaced whole is made beside it, as <journal>-new-<name>, and takes its
-// place by a rename behind the database's commit: other programs read the old one or the new one. Without a database it
-// is made as <name>-new, and renamed at once.
+// The journal: a magic text; for each file that is written in place or removed its path (relative to the journal's
+// folder), whether it existed, its size, where it was moved to, and its old bytes; last a checksum over all of it.
+// Numbers have 64 bits. A file that is replaced whole is first made beside the journal, as <journal>-new-<name>. It is
+// renamed to its own name after the database has committed, so that other programs read either the old file or the new
+// one. Without a database it is made as <name>-new, and renamed at once.
 constexpr std::string_view kMagic = "TarnUndo3\n";
 constexpr std::string_view kPrepared = "-new-";
-constexpr uint64_t kSmall = 65536;  // up to here a file that is removed is copied, above it is moved aside
+constexpr uint64_t kSmall = 65536;  // bytes; larger files that are removed are moved aside, not copied
 
 /// FNV-1a over words of eight bytes, the last one filled with zeros.
 uint64_t checksum(std::string_view bytes) {
@@ -58,8 +58,8 @@ struct JournalReader {
 
 std::span<const std::byte> bytes_of(std::string_view text) { return std::as_bytes(std::span(text)); }
 
-/// Of the old bytes of a place only those from the first to the last that the new ones change. False where there are
-/// none.
+/// Cuts a piece of old bytes down to those from the first to the last that the new bytes change. False where the new
+/// bytes change nothing.
 template <typename Piece>
 bool keep_changed(Piece& old, std::span<const std::byte> bytes) {
   const auto now = reinterpret_cast<const char*>(bytes.data());
@@ -160,7 +160,7 @@ void FileCommit::restore(const std::vector<Before>& all) {
       host().files->remove(before.path);
       continue;
     }
-    if (!before.moved.empty()) {  // one that is not there was not moved yet
+    if (!before.moved.empty()) {  // a file that is not there had not been moved yet
       if (host().files->exists(before.moved)) host().files->rename(before.moved, before.path);
       continue;
     }
@@ -189,8 +189,8 @@ void FileCommit::apply() {
   }
 }
 
-/// It is there before any of its files. Where it has nothing to put back, it only tells those who come by that there is
-/// something to be finished or removed, and need not reach the disk.
+/// The journal is written before any of the new files. Where it has nothing to put back, it only tells other programs
+/// that there is something to finish or to remove; then it need not be synced to the disk.
 void FileCommit::write_journal() {
   if (journal_.empty()) return;
   const auto file = host().files->open(journal_, OpenMode::Create);
@@ -242,7 +242,7 @@ void FileCommit::undo() {
 
 namespace {
 
-/// A file takes its place; another program that came by may have seen to it already.
+/// Renames a new file to its own name. Another program that opened the project meanwhile may have done so already.
 void take_place(const std::string& prepared, const std::string& path) {
   try {
     host().files->rename(prepared, path);

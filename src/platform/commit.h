@@ -1,4 +1,4 @@
-// Brings a transaction's file writes to the disk together with its database's commit: both or neither, also when the
+// Brings a transaction's file writes to the disk together with its database's commit: both or neither, even when the
 // process dies in between. The old bytes go to a journal beside the database first; docs/transactions.md tells the
 // steps.
 #pragma once
@@ -15,12 +15,12 @@ class FileCommit {
   /// `journal` is empty for writes that belong to no database.
   FileCommit(std::string journal, std::vector<std::pair<std::string, const FileStore::Pending*>> writes);
 
-  /// Saves what the writes replace, then makes them, whole files beside the old ones. A failure puts the old bytes back
-  /// and throws.
+  /// Keeps the bytes that the writes replace, then writes; whole files are made beside the old ones. A failure puts the
+  /// old bytes back and throws.
   void apply();
   /// Puts the old bytes back.
   void undo();
-  /// The database has committed: whole files take their place, and what was saved is removed.
+  /// After the database's commit: whole files take their place, and the kept bytes are removed.
   void finish();
 
  private:
@@ -32,7 +32,7 @@ class FileCommit {
     std::string path;
     bool existed = false;
     uint64_t size = 0;
-    std::string moved;     // where a large file is kept that is removed; empty: the pieces tell what it held
+    std::string moved;     // where a large removed file is kept; empty: its old bytes are in the pieces
     std::string prepared;  // the new form of a file that is replaced whole; the old one stays until the end
     std::vector<Piece> pieces;
   };
@@ -54,19 +54,21 @@ class FileCommit {
   std::vector<Before> before_;
 };
 
-/// Undoes a commit whose process died before its database committed; a journal that is not whole wrote nothing yet.
+/// Undoes a commit whose process died before the database's commit. An incomplete journal means that nothing had been
+/// written yet.
 void undo_interrupted_commit(const std::string& journal);
 
-/// Brings a commit to its end whose process died behind its database's commit.
+/// Finishes a commit whose process died after the database's commit: its new files take their places.
 void finish_interrupted_commit(const std::string& journal);
 
-/// Removes what is left of a commit that others have followed.
+/// Removes what an older commit, followed by others since, has left.
 void forget_old_commit(const std::string& journal);
 
 /// Whether new files of a commit wait to take their places.
 bool has_prepared_files(const std::string& journal);
 
-/// The numbers of commits that have left something beside a database; `stem` is what their journals' names begin with.
+/// The numbers of the commits that have left files beside a database. `stem` is the common beginning of their journals'
+/// names.
 std::vector<int64_t> interrupted_commits(const std::string& stem);
 
 }  // namespace tarn

@@ -1,15 +1,17 @@
-#include "platform/database.h"
+#include "tarn/platform/database.h"
 
 #include <sqlite3.h>
 
 #include <algorithm>
 #include <filesystem>
 
-#include "base/describe.h"
+#include "base/nearest.h"
 #include "platform/commit.h"
 #include "platform/host.h"
-#include "platform/statement.h"
-#include "platform/workspace.h"
+#include "platform/query_shape.h"
+#include "tarn/platform/statement.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
 namespace {
@@ -25,7 +27,7 @@ constexpr int kBusyMilliseconds = 1000;  // how long a statement waits for anoth
            "The database " + path + " is in use by another program; close it there and try again.");
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
-      fail(ErrorNumber::UnknownFormat, path + " is damaged or is no database: " + cause + ".");
+      fail(ErrorNumber::UnknownFormat, path + " is damaged or is not a database: " + cause + ".");
     case SQLITE_READONLY:
       fail(ErrorNumber::DatabaseReadOnly, "The database " + path + " cannot be written: " + cause + ".");
     case SQLITE_ERROR:
@@ -38,7 +40,8 @@ constexpr int kBusyMilliseconds = 1000;  // how long a statement waits for anoth
   }
 }
 
-/// Refuses what is no database of this engine before the engine sees it, so that the message says what the file is.
+/// Refuses a file that is not a database of this engine before the engine sees it, so that the message can say what the
+/// file is.
 void check_signature(const std::string& path, Database::Access access) {
   std::string head(20, '\0');
   const auto file = host().files->open(path, OpenMode::Read);
@@ -56,139 +59,99 @@ void check_signature(const std::string& path, Database::Access access) {
          path + " is an index database of the older engine (" + std::string(at_four.substr(9, 3)) +
              " format), which this version does not read; make a new index and bring its rows over.");
   }
-  fail(ErrorNumber::UnknownFormat, path + " is no index database.");
+  fail(ErrorNumber::UnknownFormat, path + " is not an index database.");
+}
+
+/// Questions that a PRAGMA asks with an argument; with any other argument it sets something.
+constexpr std::string_view kQuestions[]{"table_info",  "table_xinfo",      "table_list",       "index_info",
+                                        "index_xinfo", "index_list",       "foreign_key_list", "integrity_check",
+                                        "quick_check", "foreign_key_check"};
+/// What a PRAGMA does at its name alone.
+constexpr std::string_view kDeeds[]{"incremental_vacuum", "optimize", "shrink_memory", "wal_checkpoint"};
+
+/// The name of what a statement must not do; empty where it may do all that it does.
+std::string what_is_refused(int action, const char* first, const char* second) {
+  const auto is_first = [first](std::string_view name) { return same_word(first, name); };
+  switch (action) {
+    case SQLITE_TRANSACTION:
+      return first;
+    case SQLITE_SAVEPOINT:
+      return is_first("BEGIN") ? "SAVEPOINT" : first;
+    case SQLITE_ATTACH:
+      return "ATTACH";
+    case SQLITE_DETACH:
+      return "DETACH";
+    case SQLITE_PRAGMA:
+      if (second ? std::ranges::any_of(kQuestions, is_first) : std::ranges::none_of(kDeeds, is_first)) return {};
+      return "PRAGMA " + std::string(first);
+    default:
+      return {};
+  }
 }
 
 }  // namespace
-
-Cell cell(const Value& value) {
-  switch (type_of(value)) {
-    case ValueType::Empty:
-    case ValueType::Object:
-    case ValueType::Reals:
-      return {};
-    case ValueType::Boolean:
-      return cell(std::get<bool>(value));
-    case ValueType::Text:
-      return std::get<std::string>(value);
-    case ValueType::Int16:
-    case ValueType::Int32:
-      return integer_from(value, INT32_MIN, INT32_MAX);
-    default:
-      return real_from(value);
-  }
-}
-
-Value value_of(const Cell& cell) {
-  if (const auto* number = std::get_if<int64_t>(&cell)) {
-    return *number >= INT32_MIN && *number <= INT32_MAX ? Value(static_cast<int32_t>(*number))
-                                                        : Value(static_cast<double>(*number));
-  }
-  if (const auto* real = std::get_if<double>(&cell)) return *real;
-  if (const auto* text = std::get_if<std::string>(&cell)) return *text;
-  return {};
-}
-
-Statement::Statement(Database& database, const std::string& sql, std::span<const Cell> parameters)
-    : database_(database), home_(*database.prepared_.try_emplace(sql).first) {
-  auto& idle = home_.second.idle;
-  if (idle.empty()) idle.push_back(database.prepare(sql));
-  statement_ = idle.back();
-  if (const int wanted = sqlite3_bind_parameter_count(statement_); wanted != static_cast<int>(parameters.size())) {
-    fail(ErrorNumber::StatementRejected, "A statement takes " + std::to_string(wanted) + " parameters, not " +
-                                             std::to_string(parameters.size()) + ". SQL: " + sql);
-  }
-  idle.pop_back();
-  ++home_.second.borrowed;
-  for (size_t i = 0; i < parameters.size(); ++i) {
-    const int place = static_cast<int>(i) + 1;
-    const Cell& value = parameters[i];
-    if (const auto* number = std::get_if<int64_t>(&value))
-      sqlite3_bind_int64(statement_, place, *number);
-    else if (const auto* real = std::get_if<double>(&value))
-      sqlite3_bind_double(statement_, place, *real);
-    else if (const auto* text = std::get_if<std::string>(&value))
-      sqlite3_bind_text(statement_, place, text->data(), static_cast<int>(text->size()), SQLITE_TRANSIENT);
-    else
-      sqlite3_bind_null(statement_, place);
-  }
-}
-
-Statement::~Statement() {
-  sqlite3_reset(statement_);
-  sqlite3_clear_bindings(statement_);
-  home_.second.idle.push_back(statement_);
-  --home_.second.borrowed;
-  if (database_.prepared_.size() > Database::kKeptTexts) database_.forget_idle();
-}
-
-bool Statement::step() {
-  const int result = sqlite3_step(statement_);
-  if (result == SQLITE_ROW) return true;
-  if (result != SQLITE_DONE) fail_with(database_.handle_, database_.path_, home_.first);
-  return false;
-}
-
-Cell Statement::column(int column) const {
-  switch (sqlite3_column_type(statement_, column)) {
-    case SQLITE_INTEGER:
-      return sqlite3_column_int64(statement_, column);
-    case SQLITE_FLOAT:
-      return sqlite3_column_double(statement_, column);
-    case SQLITE_NULL:
-      return {};
-    default:
-      return std::string(reinterpret_cast<const char*>(sqlite3_column_text(statement_, column)),
-                         static_cast<size_t>(sqlite3_column_bytes(statement_, column)));
-  }
-}
 
 Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move(path)), handle_(handle) {
   sqlite3_extended_result_codes(handle_, 1);
   sqlite3_busy_timeout(handle_, kBusyMilliseconds);
   sqlite3_set_authorizer(
       handle_,
-      [](void* self, int action, const char* table, const char* column, const char*, const char*) {
-        // Deletes without a condition are made row by row, so that the update hook sees each.
-        auto& database = *static_cast<Database*>(self);
-        if (action == SQLITE_DROP_TABLE) {
-          database.dropping_ = table;
-          database.free_marks_.clear();
-        }
-        // A table that is dropped is asked for as a delete as well, which must be let through.
-        const bool of_drop =
-            action == SQLITE_DELETE && (std::string_view(table).starts_with("sqlite_") || database.dropping_ == table);
-        if (action == SQLITE_DELETE && !of_drop) return SQLITE_IGNORE;
-        if (action == SQLITE_UPDATE && column && std::string_view(column) == "nIndex") {
-          database.unmarked_.insert(table);
-        }
-        return SQLITE_OK;
+      [](void* self, int action, const char* first, const char* second, const char*, const char*) {
+        return static_cast<Database*>(self)->authorize(action, first, second);
       },
       this);
   sqlite3_update_hook(
       handle_,
       [](void* self, int action, const char*, const char* table, sqlite3_int64 row) {
         if (action != SQLITE_DELETE) return;
-        auto& marks = static_cast<Database*>(self)->free_marks_;
-        if (const auto mark = marks.find(table); mark != marks.end()) {
-          mark->second = std::min<int64_t>(mark->second, std::max<int64_t>(row, 1));
-        }
+        for (const auto& [type, memory] : static_cast<Database*>(self)->memories_) memory->row_deleted(table, row);
       },
       this);
+}
+
+/// The engine asks before it prepares a statement for each thing that the statement does.
+int Database::authorize(int action, const char* first, const char* second) {
+  if (screening_ && refused_.empty()) refused_ = what_is_refused(action, first, second);
+  if (!refused_.empty()) return SQLITE_DENY;
+  if (action == SQLITE_DROP_TABLE) {
+    dropping_ = first;
+    rows_unknown();
+  }
+  if (action == SQLITE_UPDATE && second) set_.insert(std::string(first) + "." + second);
+  if (action != SQLITE_DELETE) return SQLITE_OK;
+  // Deletes without a condition are made row by row, so that each row that goes is told. A table that is dropped is
+  // asked for as a delete as well, which must be let through.
+  const bool of_drop = std::string_view(first).starts_with("sqlite_") || dropping_ == first;
+  return of_drop ? SQLITE_OK : SQLITE_IGNORE;
+}
+
+void Database::rows_unknown() {
+  for (const auto& [type, memory] : memories_) memory->rows_unknown();
 }
 
 sqlite3_stmt* Database::prepare(const std::string& sql) {
   sqlite3_stmt* statement = nullptr;
   const char* rest = nullptr;
   const int length = static_cast<int>(sql.size()) + 1;
+  screening_ = true;
   const int result = sqlite3_prepare_v3(handle_, sql.c_str(), length, SQLITE_PREPARE_PERSISTENT, &statement, &rest);
-  if (result != SQLITE_OK) fail_with(handle_, path_, sql);
+  screening_ = false;
+  if (const std::string refused = std::exchange(refused_, {}); !refused.empty()) {
+    fail(ErrorNumber::StatementRejected,
+         refused +
+             " is refused as a statement: transactions and settings of the database are kept by this layer. Use " +
+             "BeginTrans, CommitTrans and Rollback of the workspace (tarn_begin, tarn_commit and tarn_rollback in C, " +
+             "tarn.transaction() in Python). SQL: " + sql);
+  }
+  if (result != SQLITE_OK) fail_on(sql);
   const bool more = std::string_view(rest).find_first_not_of(" \t\r\n;") != std::string_view::npos;
   if (statement && !more) return statement;
   sqlite3_finalize(statement);
   fail(ErrorNumber::StatementRejected,
        std::string(more ? "One statement at a time." : "There is no statement.") + " SQL: " + sql);
 }
+
+void Database::fail_on(const std::string& sql) const { fail_with(handle_, path_, sql); }
 
 void Database::forget_idle() {
   for (auto& [sql, prepared] : prepared_) {
@@ -200,11 +163,13 @@ void Database::forget_idle() {
 
 Database::~Database() {
   forget_idle();
+  for (const auto& [sql, statement] : controls_) sqlite3_finalize(statement);
   sqlite3_close(handle_);
 }
 
 const ClassInfo& Database::info() const {
-  static const ClassInfo info = describe<Database>(Failures::Raised, property<&Database::Name>);
+  static constexpr auto members = describe<Database>(Failures::Raised, property<&Database::Name>);
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -219,10 +184,10 @@ Ptr<Database> Database::open(const std::string& name, Access access) {
   if (result != SQLITE_OK) fail_with(handle, path, {});
   database->apart_ = access == Access::Apart;
   database->read_only_ = sqlite3_db_readonly(handle, "main") == 1;
-  // Savepoints, sorting and the scratch list need no files of their own: they fit memory, and a read-only folder stays
+  // Savepoints, sorting and temporary tables need no files of their own: they fit memory, and a read-only folder stays
   // usable.
   database->run("PRAGMA temp_store = MEMORY");
-  database->run(kScratchList);
+  database->run("SELECT 1 FROM sqlite_master LIMIT 1");  // a damaged file is told now, not at the first search
   database->recover();
   return database;
 }
@@ -242,8 +207,8 @@ void Database::create(const std::string& path, std::string_view script) {
 std::string Database::journal_name(int64_t token) const { return path_ + "-undo" + std::to_string(token); }
 
 void Database::recover() {
-  // A commit numbers itself one above the database's last. What it left is there still: it died, or is at work in
-  // another program, which holds the write lock.
+  // A commit takes the number after the database's last one. If files of that number are there, that commit has died,
+  // or another program, which then holds the write lock, is committing now.
   const std::vector<int64_t> left = interrupted_commits(path_ + "-undo");
   if (left.empty()) return;
   if (read_only_) {
@@ -272,8 +237,17 @@ std::string Database::claim_journal() {
   return journal;
 }
 
+/// Statements that open and end transactions are kept apart from all others.
+void Database::control(const std::string& sql) {
+  sqlite3_stmt*& statement = controls_[sql];
+  if (!statement && sqlite3_prepare_v3(handle_, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr))
+    fail_on(sql);
+  sqlite3_step(statement);
+  if (sqlite3_reset(statement) != SQLITE_OK) fail_on(sql);
+}
+
 void Database::run(const std::string& sql) {
-  if (sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) fail_with(handle_, path_, sql);
+  if (sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) fail_on(sql);
 }
 
 int64_t Database::pragma(const std::string& name) {
@@ -292,10 +266,10 @@ void Database::join(Part part) {
   }
   while (level_ < depth) {
     if (level_ == 0) {
-      Statement(*this, "BEGIN", {}).step();
+      control("BEGIN");
       workspace.enlist(std::static_pointer_cast<Database>(shared_from_this()));
     } else {
-      Statement(*this, "SAVEPOINT s" + std::to_string(level_ + 1), {}).step();
+      control("SAVEPOINT s" + std::to_string(level_ + 1));
     }
     ++level_;
   }
@@ -303,14 +277,14 @@ void Database::join(Part part) {
 
 void Database::release_level(size_t level) {
   if (level_ < level) return;
-  Statement(*this, "RELEASE s" + std::to_string(level), {}).step();
+  control("RELEASE s" + std::to_string(level));
   level_ = level - 1;
 }
 
 void Database::rollback_level(size_t level) {
   if (level_ < level) return;
   level_ = level - 1;
-  free_marks_.clear();
+  rows_unknown();
   if (sqlite3_get_autocommit(handle_) != 0) return;  // the engine has rolled back by itself, after a full disk say
   if (level == 1) return run("ROLLBACK");
   const std::string point = "s" + std::to_string(level);
@@ -318,7 +292,7 @@ void Database::rollback_level(size_t level) {
 }
 
 void Database::commit() {
-  Statement(*this, "COMMIT", {}).step();
+  control("COMMIT");
   level_ = 0;
 }
 
@@ -334,52 +308,23 @@ int Database::Execute(const std::string& sql, std::span<const Cell> parameters) 
   return sqlite3_changes(handle_);
 }
 
-bool Database::marks_hold(const std::string& table) {
-  if (unmarked_.contains(table)) return false;
-  // Deletes are seen by their row's key, which must be the index itself.
-  const std::string sql =
-      "SELECT 1 FROM pragma_table_info(?) WHERE name = 'nIndex' AND pk = 1 AND upper(type) = 'INTEGER'";
-  const Cell name[]{table};
-  return Statement(*this, sql, name).step();
-}
+int64_t Database::last_key() const { return sqlite3_last_insert_rowid(handle_); }
 
-int64_t Database::lowest_free_index(const std::string& table) {
-  join(Part::Reading);
-  if (const int64_t version = pragma("data_version"); version != data_version_) {
-    data_version_ = version;
-    free_marks_.clear();
+/// What rows of its own cannot be deleted from by their key - a view, a table of the engine - can be read only.
+std::shared_ptr<QueryShape> Database::shape_of(const std::string& sql) {
+  if (shapes_.size() > kKeptTexts) shapes_.clear();
+  if (const auto known = shapes_.find(sql); known != shapes_.end()) return known->second;
+  auto shape = std::make_shared<QueryShape>(sql);
+  try {
+    if (shape->table.empty()) return shapes_[sql] = shape;
+    KeptStatements& deletes = prepared_[shape->delete_by_key()];
+    if (deletes.idle.empty()) deletes.idle.push_back(prepare(shape->delete_by_key()));
+    return shapes_[sql] = shape;
+  } catch (const Error& error) {
+    if (error.number() != static_cast<int>(ErrorNumber::StatementRejected)) throw;
+    shape->give_up_table();  // until it is opened again: the table may be made meanwhile
+    return shape;
   }
-  auto mark = free_marks_.find(table);
-  if (mark != free_marks_.end() && unmarked_.contains(table)) {
-    free_marks_.erase(mark);
-    mark = free_marks_.end();
-  }
-  int64_t free = mark == free_marks_.end() ? 1 : mark->second;
-  {
-    const std::string sql = "SELECT nIndex FROM " + table + " WHERE nIndex >= ? ORDER BY nIndex ASC";
-    const Cell from[]{free};
-    Statement rows(*this, sql, from);
-    while (rows.step() && rows.integer(0) == free) ++free;
-  }
-  if (mark != free_marks_.end())
-    mark->second = free;
-  else if (marks_hold(table))
-    free_marks_.emplace(table, free);
-  return free;
-}
-
-void Database::note_deletion(std::string_view kind, int64_t index) {
-  const size_t place = deletions_.size();
-  deletions_.emplace_back(kind, index);
-  const auto weak = weak_from_this();
-  Engine::of_thread().Workspaces(0).on_rollback([weak, place] {
-    if (const auto self = weak.lock()) static_cast<Database&>(*self).deletions_[place] = {};
-  });
-}
-
-bool Database::deleted_since(size_t deletions, std::string_view kind, int64_t index) const {
-  return std::any_of(deletions_.begin() + static_cast<ptrdiff_t>(deletions), deletions_.end(),
-                     [&](const auto& deletion) { return deletion.second == index && deletion.first == kind; });
 }
 
 }  // namespace tarn

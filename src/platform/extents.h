@@ -13,7 +13,7 @@ class Extents {
  public:
   void write(uint64_t offset, std::span<const std::byte> bytes);
   void write(uint64_t offset, std::vector<std::byte>&& bytes);
-  /// Lays what is held over `into`, which stands for the bytes from `offset`.
+  /// Copies the bytes held here over those of `into`, which begins at `offset`.
   void overlay(uint64_t offset, std::span<std::byte> into) const;
   /// One past the last byte held.
   uint64_t end() const;

@@ -4,14 +4,14 @@
 #include <cstring>
 #include <filesystem>
 
-#include "base/error.h"
-#include "platform/database.h"
 #include "platform/host.h"
+#include "tarn/base/error.h"
+#include "tarn/platform/database.h"
 
 namespace tarn {
 namespace {
 
-/// One name a file, whatever the current folder.
+/// One name for each file, whatever the current folder is.
 std::string absolute(const std::string& path) {
   if (path.empty()) fail(ErrorNumber::FileNotFound, "There is no file without a name.");
   const bool plain =
@@ -79,7 +79,7 @@ void FileStore::read_blocks(const std::string& path, uint64_t from, std::span<co
   }
 }
 
-/// The file's writes at the innermost level. A file that does not take writes is found here, not at the commit.
+/// The file's writes at the innermost level. A file that cannot be written is found here, not at the commit.
 FileStore::Pending& FileStore::pending(const std::string& path, Ptr<Database> owner) {
   if (levels_.empty()) fail(ErrorNumber::NoTransaction, "Record bytes are written inside a transaction only: " + path);
   const auto kept = handles_.find(path);
@@ -113,7 +113,7 @@ void FileStore::update(const std::string& path, std::span<const std::byte> bytes
     const size_t got = read(path, start, std::span(old).first(now.size()), OpenMode::Read);
     for (size_t at = 0; at < now.size(); at += kBlock) {
       const size_t block = std::min(kBlock, now.size() - at);
-      // The first block goes along, so that a file which takes no writes is found.
+      // The first block is asked for too, so that a file which cannot be written is found at once.
       if (start + at > 0 && at + block <= got && std::memcmp(now.data() + at, old.data() + at, block) == 0) continue;
       changes.emplace_back(start + at, block);
       changed += block;

@@ -8,9 +8,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "base/object.h"
 #include "platform/extents.h"
 #include "platform/files.h"
+#include "tarn/base/object.h"
 
 namespace tarn {
 
@@ -32,10 +32,10 @@ class FileStore {
   /// Fills memory from bytes that lie back to back in a file: large pieces in place, the small ones between them by one
   /// read.
   void read_blocks(const std::string& path, uint64_t from, std::span<const std::span<std::byte>> blocks);
-  /// Error where the file, or the folder of a new one, does not take writes; found here, not at the commit.
+  /// Error where the file, or the folder of a new file, cannot be written. It is raised here, not at the commit.
   void write(const std::string& path, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner);
-  /// The file begins with these bytes afterwards; a longer one keeps its tail. Only what changes is written; where that
-  /// is much, the file is replaced, which writes its bytes once.
+  /// The file begins with these bytes afterwards; a longer file keeps its tail. Only the blocks that change are
+  /// written; where they are many, the file is replaced instead, which writes each byte once.
   void update(const std::string& path, std::span<const std::byte> bytes, const Ptr<Database>& owner);
   /// The whole file becomes these bytes.
   void replace(const std::string& path, std::vector<std::byte> bytes, Ptr<Database> owner);
@@ -63,5 +63,8 @@ class FileStore {
   std::vector<Level> levels_;
   std::unordered_map<std::string, Handle> handles_;  // until the outermost level ends
 };
+
+/// Record bytes as the thread's open transaction sees them.
+FileStore& files();
 
 }  // namespace tarn

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "base/error.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 namespace {

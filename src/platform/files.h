@@ -1,4 +1,4 @@
-// The file service: every byte of a record file goes through it, so that a client (or a test) can stand between.
+// The file service: every byte of a record file goes through it, so that a client (or a test) can put its own in place.
 #pragma once
 
 #include <cstddef>
@@ -34,7 +34,7 @@ class FileService {
   virtual void remove(const std::string& path) = 0;
   /// Gives a file another name in its folder; a file of that name is gone.
   virtual void rename(const std::string& from, const std::string& to) = 0;
-  /// Makes the names in a folder durable.
+  /// Brings new names, renames and removals in a folder to the disk.
   virtual void sync_folder(const std::string& folder) = 0;
 };
 

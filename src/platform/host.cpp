@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <unordered_map>
 
-#include "platform/database.h"
+#include "tarn/platform/database.h"
 
 namespace tarn {
 namespace {

@@ -1,12 +1,12 @@
-// The services that the host program gives to the data layer, each replaceable by the client, each with a default.
-// One set a thread. The diagnostic log is the fifth service (`base/log.h`).
+// The services that the host program gives to the data layer, each replaceable by the client, each with a default. Each
+// thread has its own set. The diagnostic log (`base/log.h`) is a service too.
 #pragma once
 
 #include <functional>
 #include <string>
 
-#include "base/object.h"
 #include "platform/files.h"
+#include "tarn/base/object.h"
 
 namespace tarn {
 

@@ -1,12 +1,16 @@
-#include <sqlite3.h>
+#include "tarn/platform/recordset.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "base/error.h"
 #include "base/nearest.h"
-#include "platform/statement.h"
+#include "platform/query_shape.h"
+#include "tarn/base/error.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/statement.h"
 
 namespace tarn {
+
 const Cell& Field::Value() const {
   return rows_.editing_ != Recordset::Editing::No ? rows_.buffer_[column_] : rows_.current().cells[column_];
 }
@@ -34,55 +38,19 @@ void Field::operator=(Cell value) {
   rows_.buffer_[column_] = std::move(value);
 }
 
-QueryShape::QueryShape(const std::string& query) : sql(query), all(query) {
-  constexpr std::string_view kHead = "SELECT * FROM ";
-  if (!sql.starts_with(kHead) || sql.find_first_of("'\"();") != std::string::npos) return;
-  for (const char* other : {" LIMIT ", " GROUP ", " UNION ", " JOIN "}) {
-    if (sql.find(other) != std::string::npos) return;
-  }
-  const size_t order_at = sql.find(" ORDER BY ");
-  const size_t where_at = sql.find(" WHERE ");
-  const size_t end = std::min({order_at, where_at, sql.size()});
-  table = sql.substr(kHead.size(), end - kHead.size());
-  if (table.find_first_of(" ,") != std::string::npos) {
-    table.clear();
-    return;
-  }
-  if (where_at != std::string::npos) where = sql.substr(where_at + 7, std::min(order_at, sql.size()) - where_at - 7);
-  if (order_at != std::string::npos) order = sql.substr(order_at);
-  all = select({});
-}
-
-std::string QueryShape::select(std::string_view criteria) const {
-  std::string text = table.empty() ? "SELECT * FROM (" + sql + ")" : "SELECT rowid, * FROM " + table;
-  if (!where.empty()) text += " WHERE (" + where + ")";
-  if (!criteria.empty()) ((text += where.empty() ? " WHERE (" : " AND (") += criteria) += ")";
-  text += order;
-  return criteria.empty() ? text : text + " LIMIT 1";
-}
-
-void QueryShape::name_columns(const Statement& statement) {
-  const int first = table.empty() ? 0 : 1;
-  if (columns.size() == static_cast<size_t>(statement.columns() - first)) return;
-  columns.clear();
-  for (int c = first; c < statement.columns(); ++c) columns.push_back(statement.column_name(c));
-}
-
-std::shared_ptr<QueryShape> Database::shape_of(const std::string& sql) {
-  if (shapes_.size() > kKeptTexts) shapes_.clear();
-  auto& shape = shapes_[sql];
-  if (!shape) shape = std::make_shared<QueryShape>(sql);
-  return shape;
-}
-
 Recordset::Recordset(Ptr<Database> database, const std::string& sql, std::vector<Cell> parameters)
     : database_(std::move(database)), shape_(database_->shape_of(sql)), parameters_(std::move(parameters)) {}
 
+Database& Recordset::database() const {
+  if (!database_) fail(ErrorNumber::ObjectNotSet, "The recordset is closed.");
+  return *database_;
+}
+
 std::vector<Recordset::Row> Recordset::fetch(const std::string& sql, std::span<const Cell> parameters) {
-  Statement statement(*database_, sql, parameters);
+  Statement statement(database(), sql, parameters);
   database_->join(statement.only_reads() ? Database::Part::Reading : Database::Part::Writing);
   shape_->name_columns(statement);
-  const int first = shape_->table.empty() ? 0 : 1;
+  const int first = shape_->key_columns();
   std::vector<Row> rows;
   while (statement.step()) {
     Row& row = rows.emplace_back();
@@ -93,13 +61,38 @@ std::vector<Recordset::Row> Recordset::fetch(const std::string& sql, std::span<c
   return rows;
 }
 
+/// Rows of a table are looked for from the current one on, as searches often go down the rows; a row without a key is
+/// the first that is like it.
+size_t Recordset::place_of(const Row& row) const {
+  const bool keyed = !shape_->table.empty();
+  const size_t count = rows_.size();
+  for (size_t i = 0; i < count; ++i) {
+    const size_t place = (keyed ? at_ + i : i) % count;
+    const Row& other = rows_[place];
+    if (!other.deleted && (keyed ? other.id == row.id : other.cells == row.cells)) return place;
+  }
+  return count;
+}
+
+void Recordset::append_added(int64_t id) {
+  const Cell key[]{id};
+  for (Row& row : fetch(shape_->by_key(), key)) {
+    if (const size_t place = place_of(row); place == rows_.size())
+      rows_.push_back(std::move(row));
+    else
+      rows_[place] = std::move(row);
+  }
+}
+
 void Recordset::walk() {
   if (walked_) return;
   rows_ = fetch(shape_->all, parameters_);
   walked_ = true;
   at_ = 0;
+  for (const int64_t id : std::exchange(added_, {})) append_added(id);
   if (!found_) return;
-  while (at_ < rows_.size() && rows_[at_].id != found_->id) ++at_;
+  at_ = place_of(*found_);
+  if (at_ == rows_.size()) rows_.push_back(std::move(*found_));
   found_.reset();
 }
 
@@ -110,6 +103,7 @@ bool Recordset::AtEof() {
 }
 
 void Recordset::MoveNext() {
+  editing_ = Editing::No;
   walk();
   if (at_ >= rows_.size()) fail(ErrorNumber::NoCurrentRecord, "No current record.");
   ++at_;
@@ -118,24 +112,27 @@ void Recordset::MoveNext() {
 void Recordset::FindFirst(const std::string& criteria, std::vector<Cell> parameters) {
   editing_ = Editing::No;
   parameters.insert(parameters.begin(), parameters_.begin(), parameters_.end());
-  std::string& search = shape_->searches[criteria];
-  if (search.empty()) search = shape_->select(criteria);
-  auto rows = fetch(search, parameters);
+  auto rows = fetch(shape_->search(criteria), parameters);
   no_match_ = rows.empty();
-  walked_ = false;
-  found_.reset();
-  if (!no_match_) found_ = std::move(rows.front());
+  if (no_match_) return;
+  if (!walked_) {
+    found_ = std::move(rows.front());
+    return;
+  }
+  at_ = place_of(rows.front());
+  if (at_ == rows_.size()) rows_.emplace_back();
+  rows_[at_] = std::move(rows.front());
 }
 
 Recordset::Row& Recordset::current() {
   if (found_) return *found_;
-  if (no_match_ || AtEof()) fail(ErrorNumber::NoCurrentRecord, "No current record.");
+  if (AtEof()) fail(ErrorNumber::NoCurrentRecord, "No current record.");
   if (rows_[at_].deleted) fail(ErrorNumber::RecordDeleted, "The current record is deleted; move to another.");
   return rows_[at_];
 }
 
 const std::vector<std::string>& Recordset::columns() {
-  if (shape_->columns.empty()) shape_->name_columns(Statement(*database_, shape_->all, parameters_));
+  if (shape_->columns.empty()) shape_->name_columns(Statement(database(), shape_->all, parameters_));
   return shape_->columns;
 }
 
@@ -151,16 +148,19 @@ Field Recordset::Fields(std::string_view column) {
 }
 
 void Recordset::require_table() const {
+  database();
   if (shape_->table.empty()) fail(ErrorNumber::DatabaseReadOnly, "These rows cannot be changed: " + shape_->sql);
 }
 
 void Recordset::AddNew() {
+  editing_ = Editing::No;
   require_table();
   buffer_.assign(columns().size(), Cell());
   editing_ = Editing::Added;
 }
 
 void Recordset::Edit() {
+  editing_ = Editing::No;
   require_table();
   buffer_ = current().cells;
   editing_ = Editing::Changed;
@@ -175,7 +175,7 @@ void Recordset::Update() {
   for (size_t c = 0; c < buffer_.size(); ++c) {
     if (added ? buffer_[c].index() == 0 : buffer_[c] == current().cells[c]) continue;
     const std::string_view comma = values.empty() ? "" : ",";
-    ((names += comma) += shape_->columns[c]) += added ? "" : " = ?";
+    (((names += comma) += '"') += shape_->columns[c]) += added ? "\"" : "\" = ?";
     (marks += comma) += "?";
     values.push_back(buffer_[c]);
   }
@@ -183,7 +183,15 @@ void Recordset::Update() {
     database_->Execute(values.empty() ? "INSERT INTO " + shape_->table + " DEFAULT VALUES"
                                       : "INSERT INTO " + shape_->table + " (" + names + ") VALUES (" + marks + ")",
                        values);
-  } else if (!values.empty()) {
+    editing_ = Editing::No;
+    const int64_t id = database_->last_key();
+    if (walked_)
+      append_added(id);
+    else
+      added_.push_back(id);
+    return;
+  }
+  if (!values.empty()) {
     values.emplace_back(current().id);
     if (database_->Execute("UPDATE " + shape_->table + " SET " + names + " WHERE rowid = ?", values) == 0) {
       fail(ErrorNumber::RecordDeleted, "The row was deleted meanwhile, in table " + shape_->table + ".");
@@ -194,12 +202,21 @@ void Recordset::Update() {
 }
 
 void Recordset::Delete() {
-  require_table();
-  walk();  // the place among the rows stays, so that the next move steps off the deleted one
-  const Cell id[]{current().id};
-  database_->Execute("DELETE FROM " + shape_->table + " WHERE rowid = ?", id);
-  rows_[at_].deleted = true;
   editing_ = Editing::No;
+  require_table();
+  walk();  // the position stays, so that the next move leaves the deleted row
+  const Cell id[]{current().id};
+  database_->Execute(shape_->delete_by_key(), id);
+  rows_[at_].deleted = true;
+}
+
+void Recordset::Close() {
+  editing_ = Editing::No;
+  database_.reset();
+  found_.reset();
+  added_.clear();
+  rows_.clear();
+  walked_ = false;
 }
 
 }  // namespace tarn

@@ -1,14 +1,20 @@
-#include "platform/workspace.h"
+#include "tarn/platform/workspace.h"
 
 #include <algorithm>
 #include <iterator>
 
-#include "base/error.h"
-#include "base/log.h"
 #include "platform/commit.h"
-#include "platform/database.h"
+#include "platform/file_store.h"
+#include "tarn/base/error.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/database.h"
 
 namespace tarn {
+
+Workspace::Workspace() : files_(std::make_unique<FileStore>()) {}
+Workspace::~Workspace() = default;
+
+FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
 
 Engine& Engine::of_thread() {
   thread_local Engine engine;
@@ -22,7 +28,7 @@ Workspace& Engine::Workspaces(int number) {
 
 void Workspace::require_own() const {
   if (levels_.empty()) fail(ErrorNumber::NoTransaction, "There is no transaction to end.");
-  if (levels_.back()) fail(ErrorNumber::NoTransaction, "The transaction cannot end while a save inside it is at work.");
+  if (levels_.back()) fail(ErrorNumber::NoTransaction, "The transaction cannot end while a save inside it is running.");
 }
 
 void Workspace::CommitTrans() {
@@ -36,7 +42,7 @@ void Workspace::Rollback() {
 }
 
 void Workspace::begin(bool scoped) {
-  files_.begin();
+  files_->begin();
   undos_.emplace_back();
   levels_.push_back(scoped);
 }
@@ -49,7 +55,7 @@ void Workspace::commit() {
     roll_back();
     throw;
   }
-  files_.merge_down();
+  files_->merge_down();
   auto undos = std::move(undos_.back());
   undos_.pop_back();
   std::move(undos.begin(), undos.end(), std::back_inserter(undos_.back()));
@@ -58,7 +64,7 @@ void Workspace::commit() {
 
 void Workspace::roll_back() {
   const size_t level = depth();
-  files_.drop();
+  files_->drop();
   const auto undos = std::move(undos_.back());
   undos_.pop_back();
   levels_.pop_back();
@@ -68,16 +74,17 @@ void Workspace::roll_back() {
 }
 
 void Workspace::commit_outermost() {
-  for (const auto& [path, pending] : files_.outermost()) {
+  for (const auto& [path, pending] : files_->outermost()) {
     if (pending.owner) pending.owner->join();
   }
-  // Writes that belong to no database go with the first one that commits, and alone where there is none.
+  // Writes that belong to no database are committed with the first database that commits, or by themselves where none
+  // does.
   const auto writes_of = [this](const Database* owner) {
     std::vector<std::pair<std::string, const FileStore::Pending*>> writes;
     const auto writes_too = [](const Ptr<Database>& database) { return !database->read_only(); };
     const auto found = std::find_if(enlisted_.begin(), enlisted_.end(), writes_too);
     const Database* first = found == enlisted_.end() ? nullptr : found->get();
-    for (const auto& [path, pending] : files_.outermost()) {
+    for (const auto& [path, pending] : files_->outermost()) {
       if ((pending.owner ? pending.owner.get() : first) == owner) writes.emplace_back(path, &pending);
     }
     std::sort(writes.begin(), writes.end());
@@ -100,7 +107,7 @@ void Workspace::commit_outermost() {
     }
     files.finish();
   }
-  files_.drop();
+  files_->drop();
   undos_.pop_back();
   levels_.pop_back();
   enlisted_.clear();

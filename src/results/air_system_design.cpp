@@ -1,18 +1,19 @@
-#include "results/air_system_design.h"
+#include "tarn/air_system_design.h"
 
-#include "base/log.h"
+#include "platform/file_store.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
-#include "storage/project.h"
+#include "storage/file_names.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn {
 namespace {
 
-/// Of a system's record, a number that is within what the system can have.
+/// A number from a system's record, checked against what a system can have.
 int checked_count(int count, int most, const std::string& what) {
   if (count >= 0 && count <= most) return count;
   fail(ErrorNumber::UnknownFormat, "The air system's " + what + " is " + std::to_string(count) +
-                                       ", which is out of sense. Load the air system anew, with its inputs.");
+                                       ", which is implausible. Load the air system again, with its inputs.");
 }
 
 std::string system_name(const SystemHeaderRecord& header) {
@@ -109,12 +110,13 @@ std::string ADL_AirSystemDesign::Dump() const {
 
 const ClassInfo& ADL_AirSystemDesign::info() const {
   using C = ADL_AirSystemDesign;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::AirSystem, &C::SetAirSystem>, owned<&C::DXXFileHeader>, owned<&C::Weather>,
       owned<&C::SSAir>, owned<&C::HLAir>, owned<&C::SPAir>, owned<&C::DLAir>, property<&C::TSZones>,
       property<&C::HLZones>, property<&C::DLZones>, method<&C::TSZone>("nIndex"), method<&C::HLZone>("nIndex"),
       method<&C::DLZone>("nIndex"), property<&C::WorkPath>, property<&C::sWorkPath>, property<&C::FilePrefix>,
       method<&C::Load>, method<&C::Save>("nIndex"), method<&C::Dump>);
+  static const ClassInfo info(members);
   return info;
 }
 

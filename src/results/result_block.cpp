@@ -1,4 +1,4 @@
-#include "results/result_block.h"
+#include "tarn/result_block.h"
 
 #include <charconv>
 
@@ -19,7 +19,7 @@ void append(std::string& text, const V& value) {
   }
 }
 
-/// One element; of a code also what it says.
+/// One element; a code with its text.
 void append_element(std::string& text, const Object& object, const Member& member, Subscripts at) {
   Value value;
   member.get(object, at, value);
@@ -53,7 +53,7 @@ void append_field(std::string& text, const Object& object, const Member& member)
   });
 }
 
-/// What follows month and hour in the subscripts of a table's column.
+/// The subscripts of a table's column after month and hour.
 Member behind_hours(const Member& column) {
   Member rest;
   rest.name = column.name;
@@ -88,19 +88,6 @@ void append_table(std::string& text, const Object& object, const std::vector<con
 
 }  // namespace
 
-size_t size_of(const ResultBlock::Spans& spans) {
-  size_t size = 0;
-  for (const auto& span : spans) size += span.size();
-  return size;
-}
-
-std::vector<std::byte> gathered(const ResultBlock::Spans& spans) {
-  std::vector<std::byte> bytes;
-  bytes.reserve(size_of(spans));
-  for (const auto& span : spans) bytes.insert(bytes.end(), span.begin(), span.end());
-  return bytes;
-}
-
 ResultBlock::Spans ResultBlock::spans() const {
   Spans all;
   const_cast<ResultBlock*>(this)->add_spans(all);
@@ -113,11 +100,7 @@ void ResultBlock::Load(int16_t nFileHandle, int32_t nCurPos) {
   const Spans all = spans();
   std::vector<std::byte> bytes(size_of(all));
   BinaryFiles::of_thread().read(nFileHandle, nCurPos, bytes);
-  auto next = bytes.begin();
-  for (const auto& span : all) {
-    std::copy_n(next, span.size(), span.begin());
-    next += static_cast<ptrdiff_t>(span.size());
-  }
+  scatter(bytes, all);
 }
 
 void ResultBlock::Save(int16_t nFileHandle, int32_t nCurPos) {
@@ -129,7 +112,7 @@ std::string ResultBlock::Dump() const {
   std::string text = "CONTENTS OF " + std::string(about.name) + "\n";
   std::vector<const Member*> columns;
   for (const Member& member : about.members) {
-    if (member.records > 0)
+    if (member.stored() && member.field()->stride > 0)
       columns.push_back(&member);
     else if (member.stored())
       append_field(text, *this, member);

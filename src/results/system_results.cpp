@@ -1,4 +1,4 @@
-#include "results/system_results.h"
+#include "tarn/system_results.h"
 
 namespace tarn {
 namespace {
@@ -14,21 +14,23 @@ std::string WithComponents::ComponentName(int component) const {
 }
 
 const ClassInfo& ADL_DXXFileHeader::info() const {
-  static const ClassInfo info = describe_block<ADL_DXXFileHeader>(property<&ResultHeaderRecord::SystemName>);
+  static constexpr auto members = describe_block<ADL_DXXFileHeader>(property<&ResultHeaderRecord::SystemName>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& ADL_Weather::info() const {
   using R = ResultWeatherRecord;
-  static const ClassInfo info = describe_block<ADL_Weather>(
+  static constexpr auto members = describe_block<ADL_Weather>(
       property<&R::DB>("F"), property<&R::WB>("F"), property<&R::WinterDB>("F"), property<&R::WinterWB>("F"),
       property<&R::RhoCpK>("Btu/(hr.CFM.F)"), property<&R::RhoHfgK>("Btu/(hr.CFM)"), property<&R::Altitude>("ft"));
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& ADL_SSAir::info() const {
   using R = SystemSummaryRecord;
-  static const ClassInfo info = describe_block<ADL_SSAir>(
+  static constexpr auto members = describe_block<ADL_SSAir>(
       property<&R::ClgPeakMonth>, property<&R::ClgPeakHour>, property<&R::ClgOutdoorDB>("F"),
       property<&R::ClgOutdoorWB>("F"), property<&R::ClgCoilTotal>(kLoad), property<&R::ClgCoilSensible>(kLoad),
       property<&R::ClgCoilAirflow>(kFlow), property<&R::ClgEnteringDB>("F"), property<&R::ClgEnteringWB>("F"),
@@ -50,13 +52,14 @@ const ClassInfo& ADL_SSAir::info() const {
       property<&R::ReturnFanBHP>("bhp"), property<&R::ReturnFanPower>("kW"), property<&R::ReturnFanStatic>("in. wg"),
       property<&R::VentAirflow>(kFlow), property<&R::VentPerArea>("CFM/ft2"), property<&R::VentPerPerson>("CFM/person"),
       property<&R::FloorArea>("ft2"), property<&R::People>("people"));
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& ADL_DLAir::info() const {
   using C = ADL_DLAir;
   using R = SystemLoadsRecord;
-  static const ClassInfo info = describe_block<C>(
+  static constexpr auto members = describe_block<C>(
       property<&R::ClgPeakMonth>, property<&R::ClgPeakHour>, property<&R::ClgOutdoorDB>("F"),
       property<&R::ClgOutdoorWB>("F"), property<&R::ClgDetail>, property<&R::ClgSensible>(kLoad),
       property<&R::ClgLatent>(kLoad), property<&R::ClgTotalSensible>(kLoad), property<&R::ClgTotalLatent>(kLoad),
@@ -65,15 +68,17 @@ const ClassInfo& ADL_DLAir::info() const {
       property<&R::HtgLatent>(kLoad), property<&R::HtgTotalSensible>(kLoad), property<&R::HtgTotalLatent>(kLoad),
       property<&R::HtgCoilSensible>(kLoad), property<&R::HtgCoilLatent>(kLoad),
       looked_up<&C::ComponentName, kLoadComponents>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& ADL_HourlyAirData::info() const {
   using R = HourlyAirRecord;
-  static const ClassInfo info = describe_block<ADL_HourlyAirData>(
+  static constexpr auto members = describe_block<ADL_HourlyAirData>(
       property<&R::CentCoolTot>(kLoad), property<&R::CentCoolSens>(kLoad), property<&R::CentHeat>(kLoad),
       property<&R::PreCool>(kLoad), property<&R::PreHeat>(kLoad), property<&R::TermCool>(kLoad),
       property<&R::TermHeat>(kLoad), property<&R::ZoneHeat>(kLoad), property<&R::AirFlow>(kFlow));
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -94,12 +99,13 @@ const ClassInfo& ADL_HLAir::info() const {
   using C = ADL_HLAir;
   using R = HourlyAirRecord;
   constexpr auto kHours = &HourlyAirTable::Hours;
-  static const ClassInfo info = describe_block<C>(
+  static constexpr auto members = describe_block<C>(
       method<&C::HourlyAir>("nMonth", "nHour"), method<&C::LowerBound>("nDimension"),
       method<&C::UpperBound>("nDimension"), column<kHours, &R::CentCoolTot>(kLoad),
       column<kHours, &R::CentCoolSens>(kLoad), column<kHours, &R::CentHeat>(kLoad), column<kHours, &R::PreCool>(kLoad),
       column<kHours, &R::PreHeat>(kLoad), column<kHours, &R::TermCool>(kLoad), column<kHours, &R::TermHeat>(kLoad),
       column<kHours, &R::ZoneHeat>(kLoad), column<kHours, &R::AirFlow>(kFlow));
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -110,10 +116,11 @@ std::string ADL_SysPsychro::PointName(int point) const {
 
 const ClassInfo& ADL_SysPsychro::info() const {
   using R = PsychroRecord;
-  static const ClassInfo info = describe_block<ADL_SysPsychro>(
+  static constexpr auto members = describe_block<ADL_SysPsychro>(
       property<&R::DryBulb>("F"), property<&R::HumidityRatio>("lb/lb"), property<&R::Airflow>(kFlow),
       property<&R::SensibleChange>(kLoad), property<&R::LatentChange>(kLoad),
       looked_up<&ADL_SysPsychro::PointName, kAirPoints>);
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -126,10 +133,11 @@ const ClassInfo& ADL_SPAir::info() const {
   using C = ADL_SPAir;
   using R = PsychroRecord;
   constexpr auto kHours = &PsychroTable::Hours;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe_block<C>(method<&C::SPAirClg>("nMonth", "nHour"), owned<&C::SPAirHtg>, column<kHours, &R::DryBulb>("F"),
                         column<kHours, &R::HumidityRatio>("lb/lb"), column<kHours, &R::Airflow>(kFlow),
                         column<kHours, &R::SensibleChange>(kLoad), column<kHours, &R::LatentChange>(kLoad));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -1,4 +1,4 @@
-#include "results/zone_results.h"
+#include "tarn/zone_results.h"
 
 namespace tarn {
 namespace {
@@ -10,7 +10,7 @@ constexpr const char* kFlow = "CFM";
 
 const ClassInfo& ADL_TerminalSizing::info() const {
   using R = TerminalSizingRecord;
-  static const ClassInfo info = describe_block<ADL_TerminalSizing>(
+  static constexpr auto members = describe_block<ADL_TerminalSizing>(
       property<&R::PeakMonth>, property<&R::PeakHour>, property<&R::PeakSensible>(kLoad),
       property<&R::PeakTotal>(kLoad), property<&R::HeatingLoad>(kLoad), property<&R::DesignAirflow>(kFlow),
       property<&R::MinAirflow>(kFlow), property<&R::AirflowPerArea>("CFM/ft2"), property<&R::VentAirflow>(kFlow),
@@ -22,20 +22,23 @@ const ClassInfo& ADL_TerminalSizing::info() const {
       property<&R::HeatCoilLeavingDB>("F"), property<&R::TermFanAirflow>(kFlow), property<&R::TermFanBHP>("bhp"),
       property<&R::TermFanPower>("kW"), property<&R::HeatUnitType>, property<&R::HeatUnitLoad>(kLoad),
       property<&R::HeatUnitFlow>("gpm"), property<&R::HeatUnitFanAirflow>(kFlow));
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& ADL_TSZone::info() const {
-  static const ClassInfo info = describe_block<ADL_TSZone>(owned<&ADL_TSZone::TerminalSizing>);
+  static constexpr auto members = describe_block<ADL_TSZone>(owned<&ADL_TSZone::TerminalSizing>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& ADL_HourlyZoneData::info() const {
   using R = ZoneHourRecord;
-  static const ClassInfo info = describe_block<ADL_HourlyZoneData>(
+  static constexpr auto members = describe_block<ADL_HourlyZoneData>(
       property<&R::OutdoorDB>("F"), property<&R::ZoneDB>("F"), property<&R::ZoneRH>("%"),
       property<&R::ZoneSensible>(kLoad), property<&R::ZoneConditioning>(kLoad), property<&R::TermCool>(kLoad),
       property<&R::TermHeat>(kLoad), property<&R::ZoneHeat>(kLoad), property<&R::AirFlow>(kFlow));
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -48,18 +51,19 @@ const ClassInfo& ADL_HLZone::info() const {
   using C = ADL_HLZone;
   using R = ZoneHourRecord;
   constexpr auto kHours = &ZoneHourTable::Hours;
-  static const ClassInfo info = describe_block<C>(
+  static constexpr auto members = describe_block<C>(
       method<&C::HLZoneClg>("nMonth", "nHour"), owned<&C::HLZoneHtg>, column<kHours, &R::OutdoorDB>("F"),
       column<kHours, &R::ZoneDB>("F"), column<kHours, &R::ZoneRH>("%"), column<kHours, &R::ZoneSensible>(kLoad),
       column<kHours, &R::ZoneConditioning>(kLoad), column<kHours, &R::TermCool>(kLoad),
       column<kHours, &R::TermHeat>(kLoad), column<kHours, &R::ZoneHeat>(kLoad), column<kHours, &R::AirFlow>(kFlow));
+  static const ClassInfo info(members);
   return info;
 }
 
 namespace {
 
 template <typename C>
-ClassInfo describe_zone_loads() {
+consteval auto describe_zone_loads() {
   using R = ZoneLoadsRecord;
   return describe_block<C>(property<&R::Sensible>(kLoad), property<&R::Latent>(kLoad),
                            property<&R::TotalSensible>(kLoad), property<&R::TotalLatent>(kLoad),
@@ -69,36 +73,40 @@ ClassInfo describe_zone_loads() {
 }  // namespace
 
 const ClassInfo& ADL_CoolingLoads::info() const {
-  static const ClassInfo info = describe_zone_loads<ADL_CoolingLoads>();
+  static constexpr auto members = describe_zone_loads<ADL_CoolingLoads>();
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& ADL_HeatingLoads::info() const {
-  static const ClassInfo info = describe_zone_loads<ADL_HeatingLoads>();
+  static constexpr auto members = describe_zone_loads<ADL_HeatingLoads>();
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& ADL_LoadDetails::info() const {
   using C = ADL_LoadDetails;
   using R = LoadDetailsRecord;
-  static const ClassInfo info = describe_block<C>(
+  static constexpr auto members = describe_block<C>(
       property<&R::PeakMonth>, property<&R::PeakHour>, property<&R::ClgOutdoorDB>("F"), property<&R::ClgOutdoorWB>("F"),
       property<&R::ClgThermostat>("F"), property<&R::HtgOutdoorDB>("F"), property<&R::HtgOutdoorWB>("F"),
       property<&R::HtgThermostat>("F"), property<&R::FloorArea>("ft2"), property<&R::People>("people"),
       property<&R::ClgDetail>, property<&R::HtgDetail>, looked_up<&C::ComponentName, kLoadComponents>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& ADL_SpaceLoads::info() const {
   using C = ADL_SpaceLoads;
   using R = SpaceLoadsRecord;
-  static const ClassInfo info = describe_block<C>(
+  static constexpr auto members = describe_block<C>(
       property<&R::SpaceID>, property<&R::Name>.trimmed(), property<&R::Multiplier>, property<&R::FloorArea>("ft2"),
       property<&R::People>("people"), property<&R::Airflow>(kFlow), property<&R::PeakMonth>, property<&R::PeakHour>,
       property<&R::ClgDetail>, property<&R::ClgSensible>(kLoad), property<&R::ClgLatent>(kLoad),
       property<&R::HtgDetail>, property<&R::HtgLoad>(kLoad), property<&R::ClgTotalSensible>(kLoad),
       property<&R::ClgTotalLatent>(kLoad), property<&R::HtgTotal>(kLoad),
       looked_up<&C::ComponentName, kLoadComponents>);
+  static const ClassInfo info(members);
   return info;
 }
 
@@ -136,11 +144,12 @@ const ClassInfo& ADL_DLZone::info() const {
   using C = ADL_DLZone;
   using R = ZoneLoadsRecord;
   constexpr auto kHours = &ZoneLoadsTable::Hours;
-  static const ClassInfo info =
+  static constexpr auto members =
       describe_block<C>(method<&C::CoolingLoads>("nMonth", "nHour"), owned<&C::HeatingLoads>, owned<&C::LoadDetails>,
                         property<&C::DLSpaces>, method<&C::DLSpace>("nIndex"), column<kHours, &R::Sensible>(kLoad),
                         column<kHours, &R::Latent>(kLoad), column<kHours, &R::TotalSensible>(kLoad),
                         column<kHours, &R::TotalLatent>(kLoad));
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -1,6 +1,8 @@
-#include "spaces/schedule.h"
+#include "tarn/schedule.h"
 
 #include <set>
+
+#include "storage/kind.h"
 
 namespace tarn {
 
@@ -10,12 +12,6 @@ const Kind& SCH_Schedule::kind() const {
                          .default_word = "Schedule",
                          .missing_row_message = "Invalid index value: ",
                          .columns = {summary<SCH_Schedule, &ScheduleRecord::ScheduleType>("nScheduleType")},
-                         .links = {{"Space_Schedule_Links", "Schedule_ID"},
-                                   {"System_Schedule_Links", "Schedule_ID"},
-                                   {"ElectricRate_Schedule_Links", "Schedule_ID"},
-                                   {"FuelRate_Schedule_Links", "Schedule_ID"},
-                                   {"Plant_Schedule_Links", "Schedule_ID"},
-                                   {"Building_Schedule_Links", "Schedule_ID"}},
                          .reach = {Results::DesignAndSimulation,
                                    {{Stage::Spaces, {{"Space_Schedule_Links", "Schedule_ID", "Space_ID"}}},
                                     {Stage::Systems, {{"System_Schedule_Links", "Schedule_ID", "System_ID"}}},
@@ -34,7 +30,7 @@ const Kind& SCH_Schedule::kind() const {
 const ClassInfo& SCH_Schedule::info() const {
   using R = ScheduleRecord;
   using C = SCH_Schedule;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::m_bCloning>, method<&C::Reset>("bResetAll"), property<&R::Applicable>,
       method<&C::Clone>("nIndex"), method<&C::CopyInstance>, property<&R::ProfileName>, property<&R::HourlyValue>,
       method<&C::GetFreeIndex>, method<&C::Delete>("nRecNum"), method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"),
@@ -42,6 +38,7 @@ const ClassInfo& SCH_Schedule::info() const {
       method<&C::CreateDefault>, property<&R::Name>, property<&R::ScheduleType>,
       method<&C::GetUsedProfiles>("bDesignOnly"), method<&C::GetValue>("M", "d", "h"),
       method<&C::IsNameUnique>("sName"), event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

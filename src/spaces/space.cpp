@@ -1,4 +1,6 @@
-#include "spaces/space.h"
+#include "tarn/space.h"
+
+#include "storage/kind.h"
 
 namespace tarn {
 
@@ -12,6 +14,7 @@ SPC_Space::SPC_Space() {
   add_block(people_.bytes());
   add_block(lighting_.bytes());
   add_block(other_loads_.bytes());
+  named_by(general_.Name);
   Reset(true);
 }
 
@@ -24,13 +27,6 @@ const Kind& SPC_Space::kind() const {
       .columns = {computed<SPC_Space, &SPC_Space::floor_area>("fFloorArea"),
                   computed<SPC_Space, &SPC_Space::GetMaxOccupancy>("fNumPeople"),
                   computed<SPC_Space, &SPC_Space::overhead_lighting>("fLightingDensity")},
-      .links = {{"Space_Door_Links", "Space_ID"},
-                {"Space_Roof_Links", "Space_ID"},
-                {"Space_Schedule_Links", "Space_ID"},
-                {"Space_Shade_Links", "Space_ID"},
-                {"Space_Wall_Links", "Space_ID"},
-                {"Space_Window_Links", "Space_ID"},
-                {"System_Space_Links", "Space_ID"}},
       .reach = {Results::DesignAndSimulation, {{Stage::Systems, {{"System_Space_Links", "Space_ID", "System_ID"}}}}},
       .numbered_names = false,
       .link_owner = "Space"};
@@ -40,7 +36,7 @@ const Kind& SPC_Space::kind() const {
 const ClassInfo& SPC_Space::info() const {
   using C = SPC_Space;
   using G = GeneralRecord;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Trapped, property<&C::m_bCloning>, forwarded<&C::general_, &G::AvgHeight>("ft"),
       method<&C::Reset>("bResetAll").by_reference(),
       forwarded<&C::general_, &G::BuildingWt>.named("BuildingWeight")("lb/ft2"), method<&C::GetWallExposures>,
@@ -54,7 +50,9 @@ const ClassInfo& SPC_Space::info() const {
       method<&C::NumPartitions>, part<&C::GetFloor>, part<&C::GetInfiltration>, part<&C::GetPeople>, part<&C::GetLight>,
       part<&C::GetOtherLoads>, forwarded<&C::general_, &G::OAReq1Value>, forwarded<&C::general_, &G::OAReq2Value>,
       forwarded<&C::general_, &G::OAReq1Spec>, forwarded<&C::general_, &G::OAReq2Spec>,
-      forwarded<&C::general_, &G::SpaceUsage>, method<&C::IsNameUnique>("sName"), method<&C::GrossWallArea>);
+      forwarded<&C::general_, &G::SpaceUsage>, method<&C::IsNameUnique>("sName"), method<&C::GrossWallArea>,
+      event<&C::OnUpdateDependencies>("OverrideDefault"));
+  static const ClassInfo info(members);
   return info;
 }
 

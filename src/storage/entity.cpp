@@ -1,13 +1,19 @@
-#include "storage/entity.h"
+#include "tarn/storage/entity.h"
 
 #include <algorithm>
 
-#include "base/log.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
-#include "storage/links.h"
+#include "storage/entity_memory.h"
+#include "storage/kind.h"
+#include "storage/link_keeper.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn {
+
+StoredEntity::StoredEntity(EntityFile& file) : file_(&file), self_(std::make_shared<StoredEntity*>(this)) {}
+
+StoredEntity::~StoredEntity() = default;
 
 Database& StoredEntity::database() const {
   if (!database_) {
@@ -17,210 +23,51 @@ Database& StoredEntity::database() const {
   return *database_;
 }
 
-const std::string& StoredEntity::file_name() const {
-  if (FileName.empty()) {
-    fail(ErrorNumber::FileNotFound, "The " + std::string(info().name) + " has no record file; set its FileName.");
-  }
-  return FileName;
-}
-
 Recordset StoredEntity::index_rows() const {
   return database().OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " ORDER BY nIndex ASC");
 }
 
-size_t StoredEntity::record_size() const {
-  size_t size = 0;
-  for (const auto& block : blocks_) size += block.size();
-  return size;
-}
-
-std::vector<std::byte> StoredEntity::record() const {
-  std::vector<std::byte> bytes;
-  bytes.reserve(record_size());
-  for (const auto& block : blocks_) bytes.insert(bytes.end(), block.begin(), block.end());
-  return bytes;
-}
-
-void StoredEntity::set_record(std::span<const std::byte> bytes) {
-  for (const auto& block : blocks_) {
-    std::copy_n(bytes.begin(), block.size(), block.begin());
-    bytes = bytes.subspan(block.size());
-  }
-}
-
-void StoredEntity::copy_record(const StoredEntity& from) {
-  set_record(from.record());
-  linked_ = from.linked_;
-  copy_memory(from, true);
-}
-
-void StoredEntity::read_record(int16_t index) {
-  std::vector<std::byte> bytes = record();
-  if (index < 0)
-    fail(ErrorNumber::SubscriptOutOfRange, "There is no record " + std::to_string(index) + " in " + file_name() + ".");
-  const OpenMode mode = database_ && database_->read_only() ? OpenMode::Read : OpenMode::Create;
-  const size_t got = files().read(file_name(), static_cast<uint64_t>(index) * bytes.size(), bytes, mode);
-  if (got > 0 && got < bytes.size()) {
-    log().message("Record " + std::to_string(index) + " of " + FileName + " is cut short: " + std::to_string(got) +
-                  " of " + std::to_string(bytes.size()) + " bytes; the rest reads as zeros.");
-  }
-  set_record(bytes);
-}
-
-void StoredEntity::write_record(int16_t index) {
-  const auto bytes = record();
-  const uint64_t offset = static_cast<uint64_t>(index) * bytes.size();
-  const uint64_t size = files().size(file_name());
-  if (offset >= size && size % bytes.size() != 0) {
-    log().message(FileName + " ends in a partial record (" + std::to_string(size / bytes.size()) +
-                  "), which is filled up with zeros.");
-  }
-  files().write(FileName, offset, bytes, database_);
-}
-
-void StoredEntity::mark_dependants() {
-  bool override_default = false;
-  OnUpdateDependencies.raise(override_default);
-  if (!override_default) kind().reach.mark(database(), Index);
-}
-
-void StoredEntity::Load(int16_t nRecNum) {
-  or_as_before([&] {
-    check_file("Load()");
-    Transaction transaction;
+Recordset StoredEntity::row_of(int16_t index) const {
+  database();  // without one, that is the error
+  try {
     Recordset rows = index_rows();
-    rows.FindFirst("nIndex = ?", {cell(nRecNum)});
-    const bool there = !rows.NoMatch();
-    if (there) {
-      Index = static_cast<int16_t>(rows.Fields("nIndex").integer());
-    } else {
-      const std::string missing = std::string(kind().missing_row_message) + std::to_string(nRecNum);
-      if (kind().row_needed) fail(ErrorNumber::NoCurrentRecord, missing);
-      log().message(missing);
-    }
-    read_record(Index);  // holds all that the row summarises, and wins over it
-    if (there) clear_unlinked();
-    transaction.commit();
-    if (m_bCloning) Reset();
-  });
-}
-
-void StoredEntity::load_number(int32_t number) {
-  if (number >= INT16_MIN && number <= INT16_MAX) return Load(static_cast<int16_t>(number));
-  check_file("Load()");
-  fail(ErrorNumber::NoCurrentRecord, std::string(kind().missing_row_message) + std::to_string(number));
-}
-
-void StoredEntity::make_name_valid() {
-  if (!kind().gives_names || !stored_name().empty()) return;
-  // The number's sign has its blank: "Window  3", which names are compared by, to the character.
-  store_name(std::string(kind().default_word) + (kind().numbered_names ? "  " + std::to_string(Index) : ""));
-}
-
-void StoredEntity::Save() {
-  or_as_before([&] {
-    Transaction transaction;
-    const bool refers = !kind().link_owner.empty();
-    if (Index == 0 || refers || kind().saved_anew) follow_rollback();
-    std::vector<std::byte> before = refers ? record() : std::vector<std::byte>();
-    Recordset rows = index_rows();
-    if (Index != 0) rows.FindFirst("nIndex = ?", {cell(Index)});
-    if (Index == 0 || (rows.NoMatch() && kind().saved_anew)) {
-      Index = GetFreeIndex();
-      rows.AddNew();
-    } else {
-      if (rows.NoMatch() && !kind().lost_row_message.empty())
-        fail(ErrorNumber::NoCurrentRecord, std::string(kind().lost_row_message));
-      rows.Edit();
-    }
-    store(rows, Naming::Valid, Saving::Edited);
-    if (refers) take_back_changes(std::move(before));
-    transaction.commit();
-  });
-}
-
-void StoredEntity::SaveAs(int16_t index, Naming naming) {
-  or_as_before([&] {
-    Transaction transaction;
-    follow_rollback();
-    Recordset rows = index_rows();
-    Index = index == 0 ? GetFreeIndex() : index;
-    rows.AddNew();
-    store(rows, naming, Saving::AsGiven);
-    transaction.commit();
-  });
-}
-
-std::string StoredEntity::title() const { return std::string(kind().default_word) + " " + std::to_string(Index); }
-
-void StoredEntity::remember_links(std::span<const std::string_view> kinds, const std::vector<Use>& uses) {
-  const size_t deletions = database().deletions();
-  const int64_t foreign_version = database().foreign_version();
-  for (const std::string_view kind : kinds) linked_[kind] = {{}, Index, deletions, foreign_version};
-  std::map<std::string_view, Linked>::iterator last = linked_.end();
-  for (const Use& use : uses) {
-    if (last == linked_.end() || !same_kind(last->first, use.kind)) last = linked_.try_emplace(use.kind).first;
-    last->second.uses.push_back(use);
+    rows.FindFirst("nIndex = ?", {cell(index)});
+    return rows;
+  } catch (const Error& error) {
+    if (kind().no_table_message.empty()) throw;
+    throw Error(error.number(), {}, std::string(kind().no_table_message) + error.description());
   }
 }
 
-std::vector<std::string_view> StoredEntity::known_kinds() const {
-  if (kind().link_owner.empty()) return {};
-  return kinds_referred_to(info(), [this](std::string_view k) { return knows_links(k); });
+// ---- what a failure or a rollback puts back
+
+struct StoredEntity::Before {
+  int16_t index;
+  std::vector<std::byte> inputs;
+  std::function<void()> rest, state;
+};
+
+StoredEntity::Before StoredEntity::before(bool with_results) {
+  return {Index, gathered(file_->inputs()), keep_rest(), file_->keep_state(with_results)};
 }
 
-void StoredEntity::clear_references(const std::string& title, const std::function<bool(const Use&)>& lost) {
-  clear_lost_references(*this, title, lost);
+void StoredEntity::put_back(const Before& before) {
+  Index = before.index;
+  if (before.rest) before.rest();  // lists first: the bytes go into them
+  scatter(before.inputs, file_->inputs());
+  if (before.state) before.state();
 }
 
-void StoredEntity::clear_unlinked() {
-  const auto known = known_kinds();
-  if (known.empty()) return;
-  LinkRows links(database(), kind().link_owner, Index);
-  std::vector<Use> uses;
-  bool cleared = false;
-  clear_references(title(), [&](const Use& use) {
-    if (!knows_links(use.kind)) return false;
-    const LinkRows::Row* row = links.find(use);
-    if (!row) return cleared = true;
-    if (row->there) uses.push_back(use);
-    return false;
-  });
-  after_clearing();
-  if (cleared) {  // what is left may have moved
-    uses = uses_of(*this);
-    std::erase_if(uses, [&](const Use& use) { return !knows_links(use.kind) || !links.is_there(use); });
+/// Runs an operation that fills or names the object, and tells it what was before.
+template <typename F>
+void StoredEntity::or_as_before(bool with_results, F operation) {
+  const Before kept = before(with_results);
+  try {
+    operation(kept);
+  } catch (...) {
+    put_back(kept);
+    throw;
   }
-  remember_links(known, uses);
-}
-
-/// What was linked and deleted since goes, also where another entity has its index by now. What another program did in
-/// between shows by the link row alone.
-void StoredEntity::clear_lost_links(LinkRows& links) {
-  struct Known {
-    const Linked* linked;
-    std::vector<Use>::const_iterator next;  // both stand in the same order, but for what the client changed
-    bool foreign;
-  };
-  std::map<std::string_view, Known> known;
-  const int64_t foreign_version = database().foreign_version();
-  for (const auto& [kind, linked] : linked_) {
-    if (linked.uses.empty()) continue;
-    const bool foreign = linked.index == Index && linked.foreign_version != foreign_version;
-    known.emplace(kind, Known{&linked, linked.uses.begin(), foreign});
-  }
-  if (known.empty()) return;
-  clear_references(title(), [&](const Use& use) {
-    const auto found = known.find(use.kind);
-    if (found == known.end()) return false;
-    auto& [linked, next, foreign] = found->second;
-    const auto& uses = linked->uses;
-    const auto use_known = next != uses.end() && *next == use ? next : std::find(uses.begin(), uses.end(), use);
-    if (use_known == uses.end()) return false;
-    next = std::next(use_known);
-    return database().deleted_since(linked->deletions, use.kind, use.index) || !links.is_there(use) ||
-           (foreign && !links.has(use));
-  });
 }
 
 void StoredEntity::on_rollback(std::function<void()> undo) {
@@ -230,87 +77,57 @@ void StoredEntity::on_rollback(std::function<void()> undo) {
 }
 
 void StoredEntity::follow_rollback() {
-  on_rollback([this, before = Index, linked = linked_, put_rest_back = keep_rest()] {
+  std::optional<LinkKeeper> known;
+  if (links_) known = *links_;
+  on_rollback([this, before = Index, known = std::move(known), state = file_->keep_state(false)] {
     Index = before;
-    linked_ = linked;
-    if (put_rest_back) put_rest_back();
+    if (state) state();
+    if (known)
+      *links_ = *known;
+    else
+      links_.reset();
   });
 }
 
-void StoredEntity::take_back_changes(std::vector<std::byte> before) {
-  std::vector<std::byte> after = record();
+void StoredEntity::take_back_changes(const std::vector<std::byte>& before) {
+  std::vector<std::byte> after = gathered(file_->inputs());
   if (after == before) return;
-  on_rollback([this, before = std::move(before), after = std::move(after)] {
-    if (record() == after) set_record(before);
+  on_rollback([this, before, after = std::move(after)] {
+    const Blocks inputs = file_->inputs();
+    if (gathered(inputs) == after) scatter(before, inputs);
   });
 }
 
-/// Writes the row that is being edited or added, marks dependants, writes the record.
-void StoredEntity::store(Recordset& rows, Naming naming, Saving saving) {
-  if (naming == Naming::Valid) make_name_valid();
-  const std::vector<std::string_view> known = known_kinds();
-  std::optional<LinkRows> links;
-  if (!known.empty()) links.emplace(database(), kind().link_owner, Index);
-  if (saving == Saving::Edited) {
-    if (links) clear_lost_links(*links);
-    before_save();
-  } else {
-    before_restore();
+// ---- names
+
+std::string StoredEntity::stored_name() const {
+  if (name_.empty() || name_.front() == '\0') return {};  // never written
+  return utf8_from_page(trimmed(std::string_view(name_.data(), name_.size())));
+}
+
+void StoredEntity::store_name(std::string_view name) {
+  const std::string bytes = page_from_utf8(name);
+  const auto used = static_cast<ptrdiff_t>(std::min(name_.size(), bytes.size()));
+  std::copy_n(bytes.begin(), used, name_.begin());
+  std::fill(name_.begin() + used, name_.end(), ' ');
+}
+
+std::string StoredEntity::title() const { return std::string(kind().default_word) + " " + std::to_string(Index); }
+
+void StoredEntity::make_name_valid() {
+  if (!kind().gives_names || !stored_name().empty()) return;
+  // The number's sign has its blank: "Window  3", which names are compared by, to the character.
+  store_name(std::string(kind().default_word) + (kind().numbered_names ? "  " + std::to_string(Index) : ""));
+}
+
+bool StoredEntity::name_is_free(const std::string& name) const {
+  const std::string query = "SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?";
+  try {
+    return database().OpenRecordset(query, {name, cell(Index)}).AtEof();
+  } catch (const Error& error) {
+    if (kind().name_query_message.empty()) throw;
+    throw Error(error.number(), {}, std::string(kind().name_query_message) + error.description());
   }
-  rows.Fields("nIndex") = cell(Index);
-  rows.Fields("szName") = stored_name();
-  for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
-  rows.Update();
-  if (links) remember_links(known, write_links(*this, *links, known));
-  mark_dependants();
-  write_record(Index);
-}
-
-void StoredEntity::SaveDefault() {
-  Transaction transaction;
-  write_record(0);
-  transaction.commit();
-}
-
-void StoredEntity::CreateDefault() {
-  or_as_before([&] {
-    check_file("CreateDefault()");
-    read_default();
-    Index = 0;
-    if (kind().link_owner.empty() || !database_) return;
-    LinkRows links(database(), kind().link_owner, 0);
-    clear_references("The default " + std::string(kind().default_word),
-                     [&](const Use& use) { return !links.is_there(use); });
-    after_clearing();
-    remember_links(known_kinds(), uses_of(*this));
-  });
-}
-
-void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
-  or_as_before([&] {
-    Transaction transaction;
-    follow_rollback();
-    if (nRecNum) Index = *nRecNum;
-    mark_dependants();
-    const Cell id[]{cell(Index)};
-    database().Execute("DELETE FROM " + std::string(kind().index_table) + " WHERE nIndex = ?", id);
-    for (const LinkColumn& link : kind().links) {
-      database().Execute("DELETE FROM " + std::string(link.table) + " WHERE " + std::string(link.column) + " = ?", id);
-    }
-    remove_files(Index);
-    database().note_deletion(kind().default_word, Index);
-    transaction.commit();
-  });
-  Reset();
-}
-
-int16_t StoredEntity::GetFreeIndex() const {
-  const int64_t free = database().lowest_free_index(std::string(kind().index_table));
-  if (free > INT16_MAX) {
-    fail(ErrorNumber::Overflow,
-         "Overflow: every index of " + std::string(kind().index_table) + " up to 32767 is in use.");
-  }
-  return static_cast<int16_t>(free);
 }
 
 bool StoredEntity::IsNameUnique(const std::optional<std::string>& sName) const {
@@ -321,10 +138,196 @@ bool StoredEntity::IsNameUnique(const std::optional<std::string>& sName) const {
                 "A name that holds an apostrophe cannot be checked, and counts as not unique: " + name);
     return false;
   }
-  return database()
-      .OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?",
-                     {name, cell(Index)})
-      .AtEof();
+  return name_is_free(name);
+}
+
+void StoredEntity::take_free_name() {
+  const std::string name = stored_name();
+  if (name_is_free(name)) return;
+  store_name(host().copy_name(name));
+  log().message(std::string(kind().index_table) + " has " + name + " already; the other one comes as " + stored_name() +
+                ".");
+}
+
+// ---- references
+
+std::vector<std::string_view> StoredEntity::known_kinds(Sections sections) const {
+  return kinds_referred_to(info(), [&](std::string_view kind) { return file_->has_references(kind, sections); });
+}
+
+/// The link rows of the entity, or of a default, and whose they are.
+struct StoredEntity::Linked {
+  LinkRows rows;
+  LinkKeeper::Owner owner;
+  LinkKeeper::CloseUp close_up;
+};
+
+/// Null where nothing in the sections can refer to anything.
+std::unique_ptr<StoredEntity::Linked> StoredEntity::linked(Sections sections, int16_t index) {
+  const Kind& own = kind();
+  if (own.link_owner.empty()) return nullptr;
+  std::vector<std::string_view> kinds = known_kinds(sections);
+  if (kinds.empty()) return nullptr;
+  if (!links_) links_ = std::make_unique<LinkKeeper>();
+  const std::string word(own.default_word);
+  std::unique_ptr<Linked> all(new Linked{{database(), own.link_owner, index},
+                                         {*this, std::move(kinds), index == 0 ? "The default " + word : title()},
+                                         [this, sections](const auto& cleared) { close_up(cleared, sections); }});
+  return all;
+}
+
+void StoredEntity::mark_dependants() {
+  bool override_default = false;
+  OnUpdateDependencies.raise(override_default);
+  if (!override_default) kind().reach.mark(database(), Index);
+}
+
+// ---- load
+
+void StoredEntity::Load(int16_t nRecNum) { load(nRecNum, file_->to_load()); }
+
+void StoredEntity::load(int32_t number, Sections sections) {
+  or_as_before(true, [&](const Before&) {
+    const auto index = static_cast<int16_t>(number);
+    file_->check(index, "Load()");
+    Transaction transaction;
+    Recordset rows = row_of(index);
+    const bool there = index == number && !rows.NoMatch();
+    if (!there) {
+      const std::string missing = std::string(kind().missing_row_message) + std::to_string(number);
+      if (kind().row_needed || index != number) fail(ErrorNumber::NoCurrentRecord, missing);
+      if (!kind().missing_row_message.empty()) log().message(missing);
+    } else {
+      for (const ChangedFlag& flag : kind().flags) flag.of(*this) = rows.Fields(flag.column).integer() != 0;
+    }
+    const bool same = Index == index && index != 0;
+    const bool known = there || file_->one_for_each();
+    if (known) Index = index;
+    file_->read({Index, sections, same, there ? &rows : nullptr, [&] {
+                   if (!known) return;
+                   if (const auto links = linked(sections, Index))
+                     links_->repair(links->owner, links->rows, links->close_up);
+                 }});
+    after_read(ReadFrom::Stored);
+    transaction.commit();
+    if (m_bCloning) Reset();
+  });
+}
+
+void StoredEntity::CreateDefault() {
+  or_as_before(true, [&](const Before&) {
+    file_->check({}, "CreateDefault()");
+    const bool there = file_->read_default();
+    if (!there && (!product_default || !product_default(*this))) {
+      fail(ErrorNumber::UnknownFormat, file_->default_path() + " has no default record that tells what the " +
+                                           std::string(info().name) +
+                                           " is; say so first, or write defaults with a new project.");
+    }
+    after_read(there ? ReadFrom::Default : ReadFrom::Product);
+    Index = 0;
+    if (!database_) return;
+    if (const auto links = linked(kAllSections, 0)) links_->repair_default(links->owner, links->rows, links->close_up);
+  });
+}
+
+// ---- save
+
+void StoredEntity::Save() { save({.sections = file_->to_save()}); }
+
+void StoredEntity::save(SaveContext save) {
+  or_as_before(false, [&](const Before& before) {
+    Transaction transaction;
+    follow_rollback();
+    Recordset rows = index_rows();
+    if (Index != 0) rows.FindFirst("nIndex = ?", {cell(Index)});
+    if (Index == 0 || (rows.NoMatch() && kind().saved_anew)) {
+      Index = GetFreeIndex();
+      rows.AddNew();
+    } else {
+      if (rows.NoMatch()) {
+        const std::string_view message = kind().lost_row_message;
+        fail(ErrorNumber::NoCurrentRecord, std::string(message.empty() ? "No current record." : message));
+      }
+      rows.Edit();
+    }
+    store(rows, save);
+    take_back_changes(before.inputs);
+    transaction.commit();
+  });
+}
+
+void StoredEntity::SaveAs(int16_t index, Naming naming) {
+  or_as_before(false, [&](const Before& before) {
+    Transaction transaction;
+    follow_rollback();
+    Recordset rows = index_rows();
+    Index = index == 0 ? GetFreeIndex() : index;
+    rows.AddNew();
+    SaveContext save{.form = SaveContext::Form::AsGiven, .naming = naming, .sections = file_->to_save()};
+    store(rows, save);
+    take_back_changes(before.inputs);
+    transaction.commit();
+  });
+}
+
+/// Writes the row that is being edited or added, marks dependants, writes the bytes.
+void StoredEntity::store(Recordset& rows, SaveContext& save) {
+  if (save.naming == Naming::Valid) make_name_valid();
+  const auto links = linked(save.sections, Index);
+  if (links && save.form == SaveContext::Form::Edited)
+    links_->clear_deleted(links->owner, links->rows, links->close_up);
+  before_save(save);
+  rows.Fields("nIndex") = cell(Index);
+  rows.Fields("szName") = stored_name();
+  for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
+  for (const ChangedFlag& flag : kind().flags) rows.Fields(flag.column) = cell(flag.of(*this));
+  rows.Update();
+  if (links) links_->write(links->owner, links->rows);
+  mark_dependants();
+  file_->write(Index, save);
+}
+
+void StoredEntity::keep_flags_of_row() {
+  Recordset rows = row_of(Index);
+  if (rows.NoMatch()) return;
+  for (const ChangedFlag& flag : kind().flags) flag.of(*this) |= rows.Fields(flag.column).integer() != 0;
+}
+
+void StoredEntity::SaveDefault() {
+  SaveContext save{.form = SaveContext::Form::Default};
+  before_save(save);
+  Transaction transaction;
+  file_->write_default();
+  transaction.commit();
+}
+
+// ---- the rest of its life
+
+void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
+  or_as_before(false, [&](const Before&) {
+    Transaction transaction;
+    follow_rollback();
+    if (nRecNum) Index = *nRecNum;
+    mark_dependants();
+    const Cell id[]{cell(Index)};
+    database().Execute("DELETE FROM " + std::string(kind().index_table) + " WHERE nIndex = ?", id);
+    for (const LinkColumn& link : link_columns_of(kind(), info())) {
+      database().Execute("DELETE FROM " + link.table + " WHERE " + link.condition(), id);
+    }
+    file_->remove(Index);
+    database().memory<Deletions>().note(kind().default_word, Index);
+    transaction.commit();
+  });
+  Reset();
+}
+
+int16_t StoredEntity::GetFreeIndex() const {
+  const int64_t free = database().memory<FreeIndexes>().lowest(std::string(kind().index_table));
+  if (free > INT16_MAX) {
+    fail(ErrorNumber::Overflow,
+         "Overflow: every index of " + std::string(kind().index_table) + " up to 32767 is in use.");
+  }
+  return static_cast<int16_t>(free);
 }
 
 void StoredEntity::Reset(std::optional<bool> bResetAll) {
@@ -332,15 +335,39 @@ void StoredEntity::Reset(std::optional<bool> bResetAll) {
   if (bResetAll.value_or(false)) store_name(std::string_view("\0", 1));
 }
 
+void StoredEntity::set_changed() {
+  for (const ChangedFlag& flag : kind().flags) flag.of(*this) = true;
+}
+
+void StoredEntity::renew() {
+  file_->renew();
+  set_changed();
+}
+
+void StoredEntity::copy_content(const StoredEntity& from) {
+  file_->copy(*from.file_, true);  // makes room for the rest
+  scatter(gathered(from.file_->inputs()), file_->inputs());
+  if (from.links_)
+    links_ = std::make_unique<LinkKeeper>(*from.links_);
+  else
+    links_.reset();
+  copy_rest(from, true);
+}
+
+void StoredEntity::become_twin(const StoredEntity& of) {
+  copy_content(of);
+  Index = of.Index;
+}
+
 void StoredEntity::fill_clone(StoredEntity& clone, std::optional<int16_t> index) {
-  clone.FileName = FileName;
   clone.database_ = database_;
   clone.m_bCloning = true;
-  clone.copy_memory(*this, false);
+  clone.file_->copy(*file_, false);
+  clone.copy_rest(*this, false);
   if (index)
     clone.Load(*index);
   else
-    clone.copy_record(*this);
+    clone.copy_content(*this);
   clone.m_bCloning = false;
   const std::string name = stored_name();
   if (!name.empty()) clone.store_name(host().copy_name(name));

@@ -1,11 +1,13 @@
-// What one kind of stored entity declares of its own; everything else of its life is `StoredEntity`.
+// What one kind of stored entity declares of its own; everything else of its life is `StoredEntity`. Data only.
 #pragma once
 
-#include "base/describe.h"
-#include "platform/database.h"
 #include "storage/staleness.h"
+#include "tarn/platform/database.h"
+#include "tarn/reflect/describe.h"
 
 namespace tarn {
+
+class StoredEntity;
 
 /// A column of the index table that shows a property; `Save` writes it.
 struct SummaryColumn {
@@ -17,7 +19,7 @@ template <typename C, auto P>
 SummaryColumn summary(std::string_view name) {
   return {name, [](const Object& o) {
             Value value;
-            detail::read_field(static_cast<const C&>(o).*P, true, value);
+            put(value, static_cast<typename detail::TypeOf<P>::Native>(static_cast<const C&>(o).*P));
             return cell(value);
           }};
 }
@@ -25,10 +27,10 @@ SummaryColumn summary(std::string_view name) {
 /// A column that shows a property of a part.
 template <auto Part, auto Field>
 SummaryColumn part_summary(std::string_view name) {
-  using C = typename detail::FieldOf<std::remove_const_t<decltype(Part)>>::Class;
   return {name, [](const Object& o) {
             Value value;
-            detail::read_field(static_cast<const C&>(o).*Part.*Field, true, value);
+            const auto& part = static_cast<const detail::ClassOf<Part>&>(o).*Part;
+            put(value, static_cast<typename detail::TypeOf<Field>::Native>(part.*Field));
             return cell(value);
           }};
 }
@@ -39,10 +41,16 @@ SummaryColumn computed(std::string_view name) {
   return {name, [](const Object& o) { return cell((static_cast<const C&>(o).*Get)()); }};
 }
 
-/// Rows of a link table that name the entity.
-struct LinkColumn {
-  std::string_view table, column;
+/// A changed flag: the column of the index table, which alone keeps it, and its place in an object.
+struct ChangedFlag {
+  std::string_view column;
+  bool& (*of)(StoredEntity&);
 };
+
+template <typename C, auto P>
+ChangedFlag changed_flag(std::string_view column) {
+  return {column, [](StoredEntity& entity) -> bool& { return static_cast<C&>(entity).*P; }};
+}
 
 struct Kind {
   std::string_view class_name;
@@ -50,13 +58,15 @@ struct Kind {
   std::string_view default_word;         // of names given to nameless entities: "Window  3", or the word alone
   std::string_view missing_row_message;  // of `Load`; the number follows
   std::vector<SummaryColumn> columns;    // besides nIndex and szName
-  std::vector<LinkColumn> links;         // cleaned by `Delete`
+  std::vector<ChangedFlag> flags = {};   // after them
   Reach reach;
-  bool gives_names = true;                 // a nameless entity gets a default name
-  bool numbered_names = true;              // a default name has the index behind its word
-  bool row_needed = false;                 // `Load` without a row is an error
-  std::string_view lost_row_message = {};  // of `Save` of an entity whose row is gone
-  bool saved_anew = false;                 // `Save` of an entity whose row is gone adds a new one
+  bool gives_names = true;                   // a nameless entity gets a default name
+  bool numbered_names = true;                // a default name is its word and the index
+  bool row_needed = false;                   // `Load` without a row is an error
+  std::string_view no_table_message = {};    // where the rows cannot be read; the failure follows
+  std::string_view name_query_message = {};  // where the search for a name fails; the failure follows
+  std::string_view lost_row_message = {};    // of `Save` of an entity whose row is gone
+  bool saved_anew = false;                   // `Save` of an entity whose row is gone adds a new one
   std::string_view link_owner = {};  // "Space": `Save` keeps Space_Wall_Links and the like in line with the references
 };
 

@@ -3,44 +3,45 @@
 #include <algorithm>
 #include <set>
 
-#include "base/log.h"
-#include "base/wire.h"
-#include "platform/statement.h"
+#include "storage/kind.h"
+#include "tarn/base/log.h"
+#include "tarn/base/wire.h"
+#include "tarn/platform/database.h"
 
 namespace tarn {
 namespace {
 
 std::string column_of(std::string_view kind) { return std::string(kind) + "_ID"; }
 
-/// A table that says of which entities of a kind an owner makes use.
+/// A link table: which entities of a kind an owner uses.
 struct LinkTable {
   std::string name, owner, other;
-  std::string_view library;  // whose entities the rows are that count; empty where all are of the kind
-  std::string rows;          // the query of an owner's rows, by index, with the index again where the entity is there
+  int library;       // only rows of this library count; 0 where all rows do
+  std::string rows;  // the query of an owner's rows, by index; nIndex is null where the entity is gone
 
   LinkTable(std::string table, std::string_view owner_kind, std::string other_column, std::string_view kind,
-            std::string_view of_library = {})
+            int of_library = 0)
       : name(std::move(table)), owner(column_of(owner_kind)), other(std::move(other_column)), library(of_library) {
     rows = "SELECT " + other + ", nIndex FROM " + name + " LEFT JOIN " + index_table_of(kind) +
            " ON nIndex = " + other + " WHERE " + owner + " = ?" + condition() + " ORDER BY " + other;
   }
-  std::string condition() const { return library.empty() ? "" : " AND Library_ID = " + std::string(library); }
+  std::string condition() const { return library == 0 ? "" : " AND Library_ID = " + std::to_string(library); }
 };
 
-/// The first is what references are checked against. A plant's equipment stands in a table by library, and in the older
-/// ones by kind as well.
+/// References are checked against the first table. A plant's equipment has rows in a table by library, and also in the
+/// older tables by kind.
 const std::vector<LinkTable>& tables_of(std::string_view owner, std::string_view kind) {
   static thread_local std::map<std::pair<std::string_view, std::string_view>, std::vector<LinkTable>> known;
   auto [tables, added] = known.try_emplace({owner, kind});
   if (!added) return tables->second;
-  if (owner == "Plant" && (kind == "Chiller" || kind == "Boiler"))
-    tables->second.emplace_back("Plant_Equipment_Links", owner, "Equipment_ID", kind, kind == "Chiller" ? "10" : "20");
+  if (const int library = library_of(kind); library != 0 && owner == "Plant")
+    tables->second.emplace_back("Plant_Equipment_Links", owner, "Equipment_ID", kind, library);
   tables->second.emplace_back(std::string(owner) + "_" + std::string(kind) + "_Links", owner, column_of(kind), kind);
   return tables->second;
 }
 
-/// What there is to refer in a class: its reference fields, the parts that have some, and the kinds they may be of,
-/// however many parts there are now.
+/// What refers in a class: its reference fields, the parts that have such fields, and the kinds that they may refer to,
+/// for any number of parts.
 struct References {
   std::vector<const Member*> members;  // in interface order
   std::set<std::string_view> kinds;
@@ -60,28 +61,11 @@ const References& references_of(const ClassInfo& info) {
       if (member.stored() && !member.refers_to.empty()) references.members.push_back(&member);
       continue;
     }
-    const References& part = references_of(member.part_info());
+    const References& part = references_of(member.owned().info());
     references.kinds.insert(part.kinds.begin(), part.kinds.end());
     if (!part.members.empty()) references.members.push_back(&member);
   }
   return known.emplace(&info, std::move(references)).first->second;
-}
-
-}  // namespace
-
-namespace {
-
-/// A reference field's element in place, a 16-bit or a 32-bit integer.
-int32_t reference_at(const Member& field, const std::byte* at) {
-  if (field.type == ValueType::Int32) return reinterpret_cast<const I4*>(at)->value;
-  return reinterpret_cast<const I2*>(at)->value;
-}
-
-void set_reference(const Member& field, std::byte* at, int32_t index) {
-  if (field.type == ValueType::Int32)
-    *reinterpret_cast<I4*>(at) = index;
-  else
-    *reinterpret_cast<I2*>(at) = static_cast<int16_t>(index);
 }
 
 }  // namespace
@@ -117,16 +101,18 @@ void visit_references(Object& owner, const ReferenceAction& action, const PartPa
       continue;
     }
     std::string_view target = field.target_of(owner, 0);
-    const size_t elements = field.elements(), width = field.size / elements;
+    const RecordField& stored = *field.field();
+    const size_t elements = field.elements(), width = stored.size / elements;
     std::byte* at = field.place(owner);
     for (size_t element = 0; element < elements; ++element, at += width) {
-      const int32_t index = reference_at(field, at);
+      int32_t index = 0;
+      with_number(stored.wire, at, [&index](auto number) { index = static_cast<int32_t>(number); });
       if (index == 0) continue;
       if (field.refers_by) target = field.target_of(owner, element);
       if (target.empty()) continue;
       const Use use{place_in(place, field, element + 1), target, index};
       const int32_t wanted = action(use, ReferenceName{path, field, element});
-      if (wanted != index) set_reference(field, at, wanted);
+      if (wanted != index) write(stored, at, wanted);
     }
   }
 }
@@ -184,6 +170,28 @@ bool LinkRows::is_there(const Use& use) {
               .AtEof();
 }
 
+int library_of(std::string_view kind) { return kind == "Chiller" ? 10 : kind == "Boiler" ? 20 : 0; }
+
+std::string LinkColumn::condition() const {
+  return column + " = ?" + (library == 0 ? "" : " AND Library_ID = " + std::to_string(library));
+}
+
+std::vector<LinkColumn> link_columns_of(const Kind& kind, const ClassInfo& info) {
+  std::vector<LinkColumn> columns;
+  const auto add = [&columns](LinkColumn column) {
+    const bool known = std::ranges::any_of(columns, [&](const LinkColumn& each) {
+      return each.table == column.table && each.column == column.column && each.library == column.library;
+    });
+    if (!known) columns.push_back(std::move(column));
+  };
+  for (const LinkStep& step : kind.reach.uses()) add({std::string(step.table), std::string(step.by), step.library});
+  if (kind.link_owner.empty()) return columns;
+  for (const std::string_view used : references_of(info).kinds) {
+    for (const LinkTable& table : tables_of(kind.link_owner, used)) add({table.name, table.owner});
+  }
+  return columns;
+}
+
 std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const KindTest& counts) {
   std::vector<std::string_view> kinds;
   const auto& all = references_of(info).kinds;
@@ -193,8 +201,8 @@ std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const Kin
 
 namespace {
 
-/// Brings the rows of one table in line with the wanted ones, which are sorted. Returns whether one of either is of
-/// something that is not there.
+/// Makes the rows of one table those that are wanted, which are sorted. Returns whether any row, old or wanted, refers
+/// to an entity that does not exist.
 bool merge(LinkRows& links, std::string_view kind, const LinkTable& table, const std::vector<LinkRows::Row>& rows,
            const std::vector<int32_t>& wanted) {
   bool lacking = false;
@@ -204,9 +212,9 @@ bool merge(LinkRows& links, std::string_view kind, const LinkTable& table, const
   };
   auto next = wanted.begin();
   const auto add = [&](int32_t id) {
-    const bool library = !table.library.empty();
+    const bool library = table.library != 0;
     change("INSERT INTO " + table.name + " (" + table.owner + ", " + table.other + (library ? ", Library_ID" : "") +
-               ") VALUES (?, ?" + (library ? ", " + std::string(table.library) : "") + ")",
+               ") VALUES (?, ?" + (library ? ", " + std::to_string(table.library) : "") + ")",
            id);
     lacking |= !links.is_there({0, kind, id});
   };
@@ -249,11 +257,11 @@ std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std
     lacking |= merge(links, kind, tables[0], links.of(kind), wanted);
     for (size_t older = 1; older < tables.size(); ++older)
       merge(links, kind, tables[older], links.rows(kind, older), wanted);
-    if (tables[0].library.empty()) continue;
+    if (tables[0].library == 0) continue;
     shared = &tables[0];
-    libraries += (libraries.empty() ? "" : ", ") + std::string(shared->library);
+    libraries += (libraries.empty() ? "" : ", ") + std::to_string(shared->library);
   }
-  if (shared) {  // rows of no library that there is
+  if (shared) {  // rows of an unknown library
     const Cell id[]{cell(links.owner())};
     links.database().Execute("DELETE FROM " + shared->name + " WHERE " + shared->owner +
                                  " = ? AND (Library_ID IS NULL OR Library_ID NOT IN (" + libraries + "))",
@@ -265,7 +273,7 @@ std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std
     if (!counts(use)) return use.index;
     if (links.is_there(use)) {
       uses.push_back(use);
-    } else if (!links.has(use)) {  // told once, when its row is new
+    } else if (!links.has(use)) {  // logged once, when its row is new
       log().message(std::string(links.owner_kind()) + " " + std::to_string(links.owner()) + ", " + name() +
                     " refers to " + std::string(use.kind) + " " + std::to_string(use.index) + ", which is not there.");
     }
@@ -274,13 +282,17 @@ std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std
   return uses;
 }
 
-void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost) {
+std::vector<ClearedReference> clear_lost_references(Object& owner, const std::string& title,
+                                                    const std::function<bool(const Use&)>& lost) {
+  std::vector<ClearedReference> cleared;
   for_each_reference(owner, [&](const Use& use, const ReferenceName& name) -> int32_t {
     if (!lost(use)) return use.index;
     log().message(title + ", " + name() + ": " + std::string(use.kind) + " " + std::to_string(use.index) +
                   " was deleted; the reference is cleared.");
+    cleared.push_back({name.field.name, name.element});
     return 0;
   });
+  return cleared;
 }
 
 }  // namespace tarn

@@ -1,5 +1,5 @@
-// Uses of one entity by another: a reference is a field that holds another entity's index, a link row says the same in
-// the index database, where it leads from what changes to what rests on it. Both are kept in line here.
+// Uses of one entity by another. A reference is a field that holds another entity's index. A link row says the same in
+// the index database, where it leads from a changed entity to those that use it. The two are kept in agreement here.
 #pragma once
 
 #include <cstdint>
@@ -9,11 +9,12 @@
 #include <string_view>
 #include <vector>
 
-#include "base/members.h"
+#include "tarn/reflect/members.h"
 
 namespace tarn {
 
 class Database;
+struct Kind;
 
 /// A reference: where it stands, the same in every object of the class, and what it refers to.
 struct Use {
@@ -23,7 +24,7 @@ struct Use {
   bool operator==(const Use&) const = default;
 };
 
-/// The way from the object to one of its parts; null for the object itself.
+/// How to reach one of the object's parts; null for the object itself.
 struct PartPath {
   const PartPath* owner;
   const Member* part;
@@ -36,7 +37,7 @@ struct ReferenceName {
   size_t element;  // from 0, the first subscript fastest
   std::string operator()() const;
 };
-/// Kinds are named by a few literals, which mostly tell them apart by their place.
+/// Kinds are named by a few literals; comparing their addresses first mostly decides.
 inline bool same_kind(std::string_view one, std::string_view other) {
   return (one.data() == other.data() && one.size() == other.size()) || one == other;
 }
@@ -45,6 +46,21 @@ inline bool same_kind(std::string_view one, std::string_view other) {
 /// differs. `name` gives the field as a person names it: "Wall(2).WindowType(1)".
 using ReferenceAction = std::function<int32_t(const Use& use, const ReferenceName& name)>;
 void for_each_reference(Object& object, const ReferenceAction& action);
+
+/// Under which number a kind's entities stand in the table of all equipment of plants, beside the table of their own;
+/// 0 for a kind that does not.
+int library_of(std::string_view kind);
+
+/// A column of a link table that names entities of a kind, in the rows of one library where the table has several.
+struct LinkColumn {
+  std::string table, column;
+  int library = 0;
+  /// "Equipment_ID = ? AND Library_ID = 10".
+  std::string condition() const;
+};
+/// All that name an entity of the kind: where it is the owner, by what its fields refer to, and where others use it, by
+/// the kind's reach.
+std::vector<LinkColumn> link_columns_of(const Kind& kind, const ClassInfo& info);
 
 /// The index table of a kind by the word that link tables have for it.
 std::string index_table_of(std::string_view kind);
@@ -90,13 +106,20 @@ class LinkRows {
 using KindTest = std::function<bool(std::string_view kind)>;
 std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const KindTest& counts);
 
-/// Brings the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for each of these kinds) in line with
-/// its references: adds the missing, removes the others. A reference to what is not there is logged; the others are
-/// returned.
+/// Makes the rows of the owner's link tables ("Space_Wall_Links" by Space_ID, for each of these kinds) agree with its
+/// references: adds missing rows, removes others. A reference to an entity that does not exist is logged; the other
+/// references are returned.
 std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std::string_view> kinds);
+
+/// A reference that was set to 0: the field and, of an array, the element, from 0.
+struct ClearedReference {
+  std::string_view field;
+  size_t element;
+};
 
 /// Sets the references to 0 that are lost, and logs each: what they referred to was deleted, and its index may since
 /// have gone to another entity.
-void clear_lost_references(Object& owner, const std::string& title, const std::function<bool(const Use&)>& lost);
+std::vector<ClearedReference> clear_lost_references(Object& owner, const std::string& title,
+                                                    const std::function<bool(const Use&)>& lost);
 
 }  // namespace tarn

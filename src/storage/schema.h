@@ -3,14 +3,15 @@
 // tables.
 #pragma once
 
+#include <span>
 #include <string>
+
+#include "tarn/storage/entity.h"
 
 namespace tarn {
 
-/// The CREATE script of a new index database, its keys and indexes, and the single rows of the weather tables.
-std::string index_schema();
-
-/// Makes the index database of a project. Errors `FileExists`, `DatabaseFailure`.
-void create_index(const std::string& path);
+/// The CREATE script of a new index database for these kinds, each given by one of its entities: columns from the
+/// kinds, link tables from what their fields refer to; keys and indexes; the single rows of the weather tables.
+std::string index_schema(std::span<const Ptr<StoredEntity>> kinds);
 
 }  // namespace tarn

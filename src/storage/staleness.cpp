@@ -2,17 +2,33 @@
 
 #include <algorithm>
 
-#include "platform/database.h"
+#include "tarn/platform/database.h"
 
 namespace tarn {
 namespace {
 
-// The systems that rest on the entity are found once, as the ways to plants and buildings lead through them.
+// The systems that rest on the entity are found once, as the ways to plants and buildings lead through them. Their
+// table is made with the first change, and again when a rollback took it back.
+class FoundSystems final : public DatabaseMemory {
+ public:
+  explicit FoundSystems(Database& database) : database_(database) {}
+  void make() {
+    if (!made_) database_.Execute(kScratchList);
+    made_ = true;
+  }
+  void rows_unknown() override { made_ = false; }
+
+ private:
+  Database& database_;
+  bool made_ = false;
+};
+
 const std::string kForgetSystems = "DELETE FROM temp.Found";
 
 std::string step_query(const LinkStep& step, const std::string& condition) {
-  return "SELECT " + std::string(step.gives) + " FROM " + std::string(step.table) + " WHERE " + std::string(step.by) +
-         condition;
+  const std::string library = step.library == 0 ? "" : "Library_ID = " + std::to_string(step.library) + " AND ";
+  return "SELECT " + std::string(step.gives) + " FROM " + std::string(step.table) + " WHERE " + library +
+         std::string(step.by) + condition;
 }
 
 std::string route_query(const Route& route) {
@@ -38,6 +54,7 @@ std::string stage_query(std::initializer_list<Route> routes, Stage stage,
 }  // namespace
 
 Reach::Reach(Results results, std::initializer_list<Route> routes) {
+  for (const Route& route : routes) uses_.push_back(route.steps.front());
   const std::string spaces = stage_query(routes, Stage::Spaces, {});
   const std::string found_systems =
       stage_query(routes, Stage::Systems, {{{"System_Space_Links", "Space_ID", "System_ID"}, spaces}});
@@ -74,6 +91,7 @@ Reach Reach::through_spaces(std::string_view link_table, std::string_view id_col
 void Reach::mark(Database& database, int index) const {
   const Cell entity[]{cell(index)};
   if (!collect_systems_.empty()) {
+    database.memory<FoundSystems>().make();
     database.Execute(kForgetSystems);
     if (database.Execute(collect_systems_, entity) == 0 && only_through_systems_) return;
   }

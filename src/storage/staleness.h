@@ -14,9 +14,10 @@ class Database;
 
 enum class Stage : uint8_t { Spaces, Systems, Plants, Buildings };
 
-/// Rows of a link table by one of its columns, giving another.
+/// Rows of a link table by one of its columns, giving another; of one library where the table has several.
 struct LinkStep {
   std::string_view table, by, gives;
+  int library = 0;
 };
 
 /// A way from the entity into a stage, of one link table or of two in a row.
@@ -26,6 +27,9 @@ struct Route {
 };
 
 enum class Results : uint8_t { DesignAndSimulation, SimulationOnly };
+
+/// Where a connection keeps the systems that a change reaches, in memory, for the statements that go on from them.
+inline constexpr const char* kScratchList = "CREATE TEMP TABLE IF NOT EXISTS Found (nIndex INTEGER PRIMARY KEY)";
 
 class Reach {
  public:
@@ -37,8 +41,11 @@ class Reach {
   void mark(Database& database, int index) const;
   /// In the order in which `mark` runs them; the entity's index is ?1.
   std::vector<std::string> statements() const;
+  /// The link tables that lead from the kind itself: what uses it.
+  const std::vector<LinkStep>& uses() const { return uses_; }
 
  private:
+  std::vector<LinkStep> uses_;
   std::string collect_systems_;  // empty for a kind that reaches none
   std::vector<std::string> updates_;
   bool only_through_systems_ = false;

@@ -17,7 +17,7 @@ constexpr int days_in(int month) {
   const auto m = static_cast<size_t>(month);
   return kDaysBefore[m] - kDaysBefore[m - 1];
 }
-/// From 1; both count from 1.
+/// Counts from 1, as month and day do.
 constexpr int day_of_year(int month, int day) { return kDaysBefore[static_cast<size_t>(month) - 1] + day; }
 constexpr int month_of(int day_of_year) {
   int month = 1;

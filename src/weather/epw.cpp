@@ -52,7 +52,7 @@ void set_site(SourceYear& year, const std::string_view* fields, int line) {
 
 struct Header {
   std::string_view word;
-  std::vector<std::string_view> fields;  // behind the word
+  std::vector<std::string_view> fields;  // after the word
   int line;
 };
 
@@ -72,7 +72,7 @@ size_t numbers_at(const std::vector<std::string_view>& fields, int line) {
       SourceYear site;
       set_site(site, fields.data() + at, line);
       check_site(site, line);
-      const double quarters = site.time_zone * 4;  // what is no zone may pass for one
+      const double quarters = site.time_zone * 4;  // another number may look like a zone
       if (quarters == std::floor(quarters)) return at;
     } catch (const Error&) {
     }
@@ -100,24 +100,24 @@ void read_location(const Header& header, SourceYear& year) {
   set_site(year, fields.data() + at, header.line);
   check_site(year, header.line);
   if (at + 4 < fields.size())
-    year.notes.push_back("line " + std::to_string(header.line) + ": what stands behind the elevation is passed over");
+    year.notes.push_back("line " + std::to_string(header.line) + ": the fields after the elevation are ignored");
 }
 
-/// The place behind a word of the design conditions.
+/// The field after a word of the design conditions.
 size_t behind(const std::vector<std::string_view>& fields, std::string_view word) {
   const auto found =
       std::find_if(fields.begin(), fields.end(), [word](std::string_view f) { return same_word(stripped(f), word); });
   return static_cast<size_t>(found - fields.begin()) + 1;
 }
 
-/// Behind "Heating" stand the coldest month and the dry-bulb that 99.6 % of the hours exceed; behind "Cooling" the
+/// After "Heating" stand the coldest month and the dry-bulb that 99.6 % of the hours exceed; after "Cooling" the
 /// hottest month, its daily range, and the dry-bulb that 0.4 % exceed with its coincident wet-bulb (ASHRAE Handbook of
 /// Fundamentals, chapter Climatic Design Information, since 2005).
 void read_design(const Header& header, SourceYear& year) {
   if (!header.fields.empty() && header.fields.front().find_first_not_of(" 01") != std::string_view::npos)
-    year.notes.push_back("line " + std::to_string(header.line) + ": of " +
+    year.notes.push_back("line " + std::to_string(header.line) + ": of the " +
                          foreign_text(stripped(header.fields.front()).substr(0, 20)).text +
-                         " design conditions the first are taken");
+                         " sets of design conditions the first is used");
   const size_t heating = behind(header.fields, "Heating");
   const size_t cooling = behind(header.fields, "Cooling");
   if (heating + 1 >= header.fields.size() || cooling + 3 >= header.fields.size()) return;
@@ -167,7 +167,7 @@ void read_header(std::string_view line, int number, SourceYear& year) {
   const std::string_view written = stripped(line.substr(0, line.find(',')));
   if (header.word.empty()) {
     year.notes.push_back("line " + std::to_string(number) + ": " + quoted(written) +
-                         " is no header word of this form; the line is passed over");
+                         " is not a header word of an EPW file; the line is ignored");
     return;
   }
   if (written != header.word && !header.word.starts_with("COMMENTS")) {
@@ -218,9 +218,9 @@ SourceYear read_epw(std::string_view text) {
     else if (stripped(lines.line()).empty())
       continue;
     else if (!year.rows.empty())
-      refuse_line(lines.number(), quoted(lines.line()) + " is no row of hourly data");
+      refuse_line(lines.number(), quoted(lines.line()) + " is not a row of hourly data");
     else if (lines.number() > kMostHeaderLines)
-      refuse_line(lines.number(), "there is no row of hourly data so far");
+      refuse_line(lines.number(), "there is no row of hourly data up to this line");
     else
       read_header(lines.line(), lines.number(), year);
   }

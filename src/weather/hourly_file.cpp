@@ -1,8 +1,9 @@
-#include "weather/hourly_file.h"
+#include "tarn/hourly_file.h"
 
 #include <algorithm>
 
-#include "base/describe.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/reflect/describe.h"
 #include "weather/record_file.h"
 
 namespace tarn {
@@ -24,7 +25,7 @@ HW1ReaderWriter::HW1ReaderWriter() {
 
 void HW1ReaderWriter::Load(const std::string& file) {
   if (!files().exists(file)) fail(ErrorNumber::FileNotFound, "There is no hourly weather file " + file + ".");
-  if (!read_record<HourlyWeather>(*this, file, OpenMode::Read)) log().message(file + " is empty; all of it is zeros.");
+  if (!read_record<HourlyWeather>(*this, file)) log().message(file + " is empty; all of it is zeros.");
 }
 
 void HW1ReaderWriter::Save(const std::string& file) {
@@ -34,7 +35,8 @@ void HW1ReaderWriter::Save(const std::string& file) {
   transaction.commit();
 }
 
-/// By the characters behind the last backslash; names too short for a letter and the ending pass.
+/// Judged by the characters after the last backslash. Names of up to four characters pass: they are too short for the
+/// ending.
 bool HW1ReaderWriter::is_hourly_name(const std::string& file) {
   constexpr std::string_view kEnding = ".HW1";
   std::string name(trimmed(file));
@@ -81,7 +83,7 @@ const ClassInfo& HW1ReaderWriter::info() const {
   using R = HourlyWeather;
   using D = HourlyDay;
   constexpr const char* kSolar = "Btu/(hr.ft2)";
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::CityName>.trimmed(), property<&R::LocationName>.trimmed(),
       property<&R::Latitude>("deg"), property<&R::Longitude>("deg"), property<&R::Elevation>("ft"),
       property<&R::SummerDB>("F"), property<&R::SummerWB>("F"), property<&R::DailyRange>("F"),
@@ -90,6 +92,7 @@ const ClassInfo& HW1ReaderWriter::info() const {
       across<&R::Day, &D::DB>("F"), across<&R::Day, &D::SH>("lb/lb"), across<&R::Day, &D::IDN>(kSolar),
       across<&R::Day, &D::IDIFF>(kSolar), method<&C::Load>("filespec"), method<&C::Save>("filespec"),
       method<&C::ValidateHW1File>("HW1FileName", "errCode", "errDesc"), property<&R::Reserved>.reserved());
+  static const ClassInfo info(members);
   return info;
 }
 

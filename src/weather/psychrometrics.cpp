@@ -33,7 +33,7 @@ double standard_pressure(double elevation) { return 101325 * std::pow(1 - 2.2557
 
 namespace {
 
-/// Of air of this dry-bulb over a wet bulb of this temperature: the balance of enthalpies at the wick.
+/// The humidity ratio of air with this dry-bulb and wet-bulb: the balance of enthalpies at the wick.
 double humidity_ratio_over(double wet_bulb, double dry_bulb, double pressure) {
   const double saturated = humidity_ratio(saturation_pressure(wet_bulb), pressure);
   if (wet_bulb >= 0) {

@@ -3,16 +3,17 @@
 
 #include <string>
 
-#include "base/log.h"
-#include "base/wire.h"
-#include "platform/workspace.h"
+#include "platform/file_store.h"
+#include "tarn/base/log.h"
+#include "tarn/base/wire.h"
 
 namespace tarn {
 
-/// Reads a file's record; what a short file lacks is zeros, and logged but for an empty one. False for an empty file.
+/// Reads a file's record. What a short file lacks reads as zeros; this is logged, except for an empty file. False for
+/// an empty file.
 template <typename R>
-bool read_record(R& record, const std::string& file, OpenMode mode) {
-  const size_t got = files().read(file, 0, record_bytes(record), mode);
+bool read_record(R& record, const std::string& file) {
+  const size_t got = files().read(file, 0, record_bytes(record), OpenMode::Read);
   if (got > 0 && got < sizeof(R)) {
     log().message(file + " is cut short: " + std::to_string(got) + " of " + std::to_string(sizeof(R)) +
                   " bytes; the rest reads as zeros.");

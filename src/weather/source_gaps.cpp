@@ -1,4 +1,4 @@
-// Readings that are missing or cannot be: short gaps are bridged, long ones refused, and all of it is said.
+// Readings that are missing or implausible: short gaps are filled, long ones refused, and every change is noted.
 #include <algorithm>
 #include <cmath>
 
@@ -10,7 +10,7 @@
 namespace tarn {
 namespace {
 
-constexpr size_t kLongestGap = 6;  // hours that are bridged
+constexpr size_t kLongestGap = 6;  // hours that are filled
 
 using Reading = double SourceRow::*;
 constexpr double kSolarConstant = 1415;  // W/m2, at the beginning of January
@@ -36,8 +36,9 @@ void check_limits(const std::vector<SourceRow>& hours) {
       const double value = row.*limits.reading;
       if (std::isnan(value) || (value >= limits.least && value <= limits.most)) continue;
       char text[160];
-      std::snprintf(text, sizeof text, "a %s of %g %s cannot be; %g to %g can, or the code of a missing reading",
-                    limits.what, value, limits.unit, limits.least, limits.most);
+      std::snprintf(text, sizeof text,
+                    "a %s of %g %s is implausible; allowed are %g to %g, or the code of a missing reading", limits.what,
+                    value, limits.unit, limits.least, limits.most);
       refuse_line(row.line, text);
     }
   }
@@ -45,7 +46,8 @@ void check_limits(const std::vector<SourceRow>& hours) {
 
 std::string hours_text(size_t count) { return std::to_string(count) + (count == 1 ? " hour" : " hours"); }
 
-/// A straight line over each gap, level at the ends of the year. `what` is refused in longer ones.
+/// Fills each gap by a straight line, at the ends of the year by the nearest reading. Longer gaps are refused, with
+/// `what` as the name of the reading.
 void bridge(std::vector<SourceRow>& hours, Reading reading, const std::string& what, std::vector<std::string>& notes) {
   size_t bridged = 0;
   int line = 0;
@@ -55,7 +57,7 @@ void bridge(std::vector<SourceRow>& hours, Reading reading, const std::string& w
     while (end < hours.size() && std::isnan(hours[end].*reading)) ++end;
     if (end - first > kLongestGap) {
       refuse_line(hours[first].line, "the " + what + " is missing from here for " + hours_text(end - first) +
-                                         "; up to " + std::to_string(kLongestGap) + " are bridged");
+                                         "; only gaps of up to " + std::to_string(kLongestGap) + " hours are filled");
     }
     const double before = first > 0 ? hours[first - 1].*reading : hours[end].*reading;
     const double after = end < hours.size() ? hours[end].*reading : before;
@@ -68,7 +70,7 @@ void bridge(std::vector<SourceRow>& hours, Reading reading, const std::string& w
   }
   if (bridged > 0)
     notes.push_back("the " + what + " is missing in " + hours_text(bridged) + ", first in line " +
-                    std::to_string(line) + "; a straight line bridges the gaps");
+                    std::to_string(line) + "; the gaps are filled by a straight line");
 }
 
 /// "in 3 hours, first in line 20"; empty where no hour fits.
@@ -93,12 +95,11 @@ void complete_pressure(std::vector<SourceRow>& hours, SourceYear& year) {
   }
   if (!missing.empty())
     year.notes.push_back("the pressure is missing " + missing +
-                         "; that of the standard atmosphere at the elevation is taken");
-  constexpr double kFar = 0.08;  // weather moves it by some 5 per cent
+                         "; the pressure of the standard atmosphere at the elevation is used");
+  constexpr double kFar = 0.08;  // weather changes it by about 5 per cent
   note_hours(
       hours, [=](const SourceRow& row) { return std::abs(row.pressure / standard - 1) > kFar; },
-      "the pressure is far from that of the elevation, and kept; it must be the station's, not reduced to the sea,",
-      year);
+      "the pressure is more than 8 % off the standard at the elevation, and kept (is it reduced to sea level?)", year);
 }
 
 /// The dew point of a vapour pressure, C, to 0.001 K.
@@ -115,7 +116,7 @@ void complete_dew_point(std::vector<SourceRow>& hours, SourceYear& year) {
   const auto follows = [](const SourceRow& row) { return std::isnan(row.dew_point) && row.relative_humidity > 0; };
   if (const std::string places = where(hours, follows); !places.empty())
     year.notes.push_back("the dew point is missing " + places +
-                         "; it follows from the relative humidity there, up to 100 %");
+                         "; it is computed from the relative humidity there, taken as 100 % at most");
   for (SourceRow& row : hours) {
     if (!follows(row)) continue;
     const double share = std::min(row.relative_humidity, 100.0) / 100;
@@ -133,7 +134,7 @@ void complete_solar(std::vector<SourceRow>& hours, SourceYear& year) {
     const std::string named = "the " + std::string(what);
     note_hours(hours, is_negative, named + " is below 0, and taken as 0,", year);
     note_hours(hours, is_missing, named + " is missing, and marked with 999,", year);
-    note_hours(hours, is_beyond, named + " is above that of the sun outside the air, and kept,", year);
+    note_hours(hours, is_beyond, named + " is above the radiation outside the atmosphere, and kept,", year);
     for (SourceRow& row : hours) {
       if (is_negative(row)) row.*reading = 0;
     }
@@ -143,11 +144,11 @@ void complete_solar(std::vector<SourceRow>& hours, SourceYear& year) {
 }  // namespace
 
 void complete_rows(std::vector<SourceRow>& hours, SourceYear& year) {
-  constexpr double kRounding = 0.1;  // K, of what a file holds
+  constexpr double kRounding = 0.1;  // K, of the values in a file
   check_limits(hours);
   note_hours(
       hours, [](const SourceRow& row) { return row.relative_humidity > 100; },
-      "the relative humidity is above 100 %; humidity follows from the dew point", year);
+      "the relative humidity is above 100 % (humidity is computed from the dew point)", year);
   bridge(hours, &SourceRow::dry_bulb, "dry-bulb", year.notes);
   complete_dew_point(hours, year);
   complete_pressure(hours, year);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/codepage.h"
+#include "tarn/base/codepage.h"
 
 namespace tarn {
 
@@ -41,7 +41,7 @@ size_t split(std::string_view line, std::span<std::string_view> fields) {
 int whole_in(std::string_view field, const char* what, int line) {
   const double value = number_in(field, what, line);
   if (value == std::floor(value) && std::abs(value) <= 99999) return static_cast<int>(value);
-  refuse_line(line, std::string(what) + " is " + quoted(stripped(field)) + ", which is no whole number");
+  refuse_line(line, std::string(what) + " is " + quoted(stripped(field)) + ", which is not a whole number");
 }
 
 }  // namespace tarn

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/error.h"
+#include "tarn/base/error.h"
 
 namespace tarn {
 
@@ -20,7 +20,7 @@ inline constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
 class Lines {
  public:
   explicit Lines(std::string_view text) : rest_(text) {}
-  /// False behind the last line.
+  /// False after the last line.
   bool next() {
     if (rest_.empty()) return false;
     const size_t end = std::min(rest_.find('\n'), rest_.size());
@@ -53,7 +53,8 @@ size_t split(std::string_view line, std::span<std::string_view> fields);
 /// A piece of the text as a message shows it: UTF-8, no control characters, not long.
 std::string quoted(std::string_view text);
 
-/// A field as a number, `kNoValue` for an empty one; `what` names it where it is none.
+/// A field as a number, `kNoValue` for an empty one. `what` names the field in the refusal of a text that is not a
+/// number.
 inline double number_in(std::string_view field, const char* what, int line) {
   field = stripped(field);
   if (field.size() > 1 && field.front() == '+' && field[1] != '-') field.remove_prefix(1);
@@ -61,7 +62,7 @@ inline double number_in(std::string_view field, const char* what, int line) {
   double value = 0;
   const auto [end, failed] = std::from_chars(field.data(), field.data() + field.size(), value);
   if (failed == std::errc() && end == field.data() + field.size() && std::isfinite(value)) return value;
-  refuse_line(line, std::string(what) + " is " + quoted(field) + ", which is no number");
+  refuse_line(line, std::string(what) + " is " + quoted(field) + ", which is not a number");
 }
 
 /// As `number_in`, without values that stand for a missing one: nines alone from `missing` on ("99.9", "9999"), nines

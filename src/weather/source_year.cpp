@@ -34,7 +34,9 @@ void check_site(SourceYear& year, int line) {
   }
   constexpr double kDegreesPerHour = 15, kFar = 45;
   if (std::abs(std::remainder(year.longitude - kDegreesPerHour * year.time_zone, 360)) > kFar)
-    year.notes.push_back("longitude and time zone lie far apart; if a sign is wrong, so is the sun's time");
+    year.notes.push_back(
+        "longitude and time zone are more than 45 degrees apart; check their signs, as the sun's position depends on "
+        "them");
 }
 
 std::string name_in_page(std::string_view bytes, const char* what, std::vector<std::string>& notes) {
@@ -44,7 +46,7 @@ std::string name_in_page(std::string_view bytes, const char* what, std::vector<s
     std::replace_if(name.text.begin(), name.text.end(), is_control, '?');
     name.has_replaced = true;
   }
-  if (name.by_page) notes.push_back("the " + std::string(what) + "'s name is read by code page 1252: " + name.text);
+  if (name.by_page) notes.push_back("the " + std::string(what) + "'s name is read as code page 1252: " + name.text);
   if (name.has_replaced)
     notes.push_back("the " + std::string(what) +
                     "'s name has characters that code page 1252 lacks; they are \"?\": " + name.text);
@@ -71,12 +73,12 @@ bool are_inside(const std::vector<SourceRow>& rows) {
   const auto other = std::find_if(rows.begin(), rows.end(),
                                   [&rows](const SourceRow& row) { return is_inside(row) != is_inside(rows.front()); });
   if (other != rows.end())
-    refuse_line(other->line, "the minute is " + std::to_string(other->minute) + ", that of the rows before is " +
+    refuse_line(other->line, "the minute is " + std::to_string(other->minute) + ", but in the row before it is " +
                                  std::to_string((other - 1)->minute) + "; all rows must be stamped alike");
   return is_inside(rows.front());
 }
 
-/// By what stands beside the rows of hour 0, and by how the file begins and ends.
+/// Decided by the rows before and after those of hour 0, and by the first and the last row.
 Stamps stamps_of_zeros(const std::vector<SourceRow>& rows) {
   size_t zeros = 0, behind_23 = 0, before_1 = 0;
   for (size_t i = 0; i < rows.size(); ++i) {
@@ -183,8 +185,8 @@ std::vector<SourceRow> rows_in_order(SourceYear& year) {
     }
     SourceRow& hour = hours[static_cast<size_t>(place)];
     if (hour.line > 0)
-      refuse_line(rows[i].line, "a second row for " + hour_name(place) + ", which is in line " +
-                                    std::to_string(hour.line) + " already");
+      refuse_line(rows[i].line, "a second row for " + hour_name(place) + "; line " + std::to_string(hour.line) +
+                                    " has that hour already");
     hour = rows[i];
     if (place < last && first_misplaced == 0) first_misplaced = rows[i].line;
     last = place;
@@ -195,8 +197,8 @@ std::vector<SourceRow> rows_in_order(SourceYear& year) {
     const auto place = static_cast<int>(first - hours.begin());
     const int before = place > 0 ? hours[static_cast<size_t>(place) - 1].line : 0;
     refuse_line(before > 0 ? before : rows.front().line,
-                "of 8760 hours " + std::to_string(missing) + (missing == 1 ? " is" : " are") + " missing, " +
-                    (before > 0 ? "behind this line " : "") + "the first is " + hour_name(place));
+                std::to_string(missing) + " of 8760 hours" + (missing == 1 ? " is" : " are") + " missing; the first" +
+                    (before > 0 ? ", after this line," : "") + " is " + hour_name(place));
   }
   if (first_misplaced > 0)
     year.notes.push_back("rows are out of order, the first in line " + std::to_string(first_misplaced) +

@@ -8,14 +8,14 @@
 #include <string_view>
 #include <vector>
 
-#include "weather/hourly_file.h"
+#include "tarn/hourly_file.h"
 
 namespace tarn {
 
 /// A line of the file. A reading that is missing is `kNoValue`.
 struct SourceRow {
   int line = 0;
-  int year = 0, month = 0, day = 0, hour = 0, minute = 0;  // as they are stamped
+  int year = 0, month = 0, day = 0, hour = 0, minute = 0;  // as the file gives them
   double dry_bulb = 0, dew_point = 0;                      // C
   double relative_humidity = 0;                            // per cent
   double pressure = 0;                                     // Pa
@@ -40,7 +40,7 @@ struct SourceYear {
   std::vector<std::string> notes;        // what a person should know, a line each
 };
 
-// The formats. Error `UnknownFormat` with line and reason for what cannot be understood.
+// The formats. Error `UnknownFormat` with line and reason for a text that cannot be read.
 SourceYear read_epw(std::string_view text);
 SourceYear read_tmy3(std::string_view text);
 SourceYear read_tmy2(std::string_view text);
@@ -58,8 +58,8 @@ void check_site(SourceYear& year, int line);
 /// A name in the code page, with a note where it had to be changed.
 std::string name_in_page(std::string_view bytes, const char* what, std::vector<std::string>& notes);
 
-/// Puts the rows in their places, whatever stamps the file uses, without 29 February. Refuses an hour that is there
-/// twice or not at all.
+/// Puts the rows into the order of the year, however the file numbers its hours, without 29 February. Refuses an hour
+/// that is there twice or not at all.
 std::vector<SourceRow> rows_in_order(SourceYear& year);
 /// Gives every hour its temperatures, humidity and pressure, or refuses a long gap. Solar readings stay missing.
 void complete_rows(std::vector<SourceRow>& hours, SourceYear& year);

@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kRadians = std::numbers::pi / 180;
 
-/// The year's angle on 1 January and on.
+/// The angle of the earth's orbit, 0 on 1 January.
 double year_angle(int day) { return 2 * std::numbers::pi * (day - 1) / 365; }
 
 /// Radians. Series of Spencer (1971).
@@ -18,7 +18,7 @@ double declination(double g) {
          0.000907 * std::sin(2 * g) - 0.002697 * std::cos(3 * g) + 0.00148 * std::sin(3 * g);
 }
 
-/// By which the sun is ahead of the clock, minutes. The same source.
+/// Equation of time: how far the sun is ahead of the clock, minutes. The same source.
 double equation_of_time(double g) {
   return 229.18 * (0.000075 + 0.001868 * std::cos(g) - 0.032077 * std::sin(g) - 0.014615 * std::cos(2 * g) -
                    0.040849 * std::sin(2 * g));

@@ -24,7 +24,8 @@ std::string letters_of(std::string_view field) {
   return out;
 }
 
-/// A column that is needed, found by its name in the second line; its unit stands behind in parentheses, or nowhere.
+/// A column that is needed, found by its name in the second line. The unit follows the name in parentheses, or is not
+/// given.
 struct Column {
   const char* what;
   std::vector<std::string_view> names, units;  // in letters alone
@@ -108,7 +109,7 @@ SourceRow tmy3_row(std::string_view line, int number, const Tmy3Columns& columns
 void read_tmy3_site(std::string_view line, SourceYear& year) {
   constexpr size_t kFields = 7;
   std::array<std::string_view, kFields> fields;
-  if (split(line, fields) < kFields) refuse_line(1, "the station's line has not its 7 fields");
+  if (split(line, fields) < kFields) refuse_line(1, "the station's line does not have its 7 fields");
   year.source = "TMY3";
   year.station = name_in_page(stripped(fields[0]), "station", year.notes);
   year.city = name_in_page(stripped(fields[1]), "city", year.notes);
@@ -140,7 +141,7 @@ void read_tmy2_site(std::string_view line, SourceYear& year) {
     words.push_back(line.substr(start, at - start));
   }
   constexpr size_t kBehindCity = 9;  // state, zone, N, degrees, minutes, W, degrees, minutes, elevation
-  if (words.size() < kBehindCity + 2) refuse_line(1, "the station's line has not all of its fields");
+  if (words.size() < kBehindCity + 2) refuse_line(1, "the station's line does not have all of its fields");
   const size_t state = words.size() - kBehindCity;
   const auto angle = [&](size_t at, char negative, char positive, const char* what) {
     const char side = words[at].size() == 1 ? words[at].front() : '?';

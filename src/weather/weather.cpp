@@ -1,8 +1,9 @@
-#include "weather/weather.h"
+#include "tarn/weather.h"
 
 #include <charconv>
 
-#include "base/describe.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/reflect/describe.h"
 #include "weather/record_file.h"
 
 namespace tarn {
@@ -14,7 +15,7 @@ const std::string& named(const std::string& file, std::string_view property) {
   return file;
 }
 
-/// The table's one row gives way to a new one.
+/// Replaces the table's one row by a new one.
 void replace_row(Database& database, std::string_view table,
                  std::initializer_list<std::pair<std::string_view, Cell>> columns) {
   Recordset rows = database.OpenRecordset("SELECT * FROM " + std::string(table));
@@ -60,10 +61,9 @@ void WTH_Weather::Load() {
   Text<20> design_city, city;
   design_city = database().OpenRecordset("SELECT * FROM DesWeatherIndex").Fields("szDesCityName").text();
   city = database().OpenRecordset("SELECT * FROM SimWeatherIndex").Fields("szSimCityName").text();
-  const OpenMode mode = database().read_only() ? OpenMode::Read : OpenMode::Create;
   DesignWeather design;
-  const bool has_design = read_record(design, named(DesFileName, "DesFileName"), mode);
-  const bool has_simulation = read_record<SimulationWeather>(*this, named(SimFileName, "SimFileName"), mode);
+  const bool has_design = read_record(design, named(DesFileName, "DesFileName"));
+  const bool has_simulation = read_record<SimulationWeather>(*this, named(SimFileName, "SimFileName"));
   static_cast<DesignWeather&>(*this) = design;
   if (!has_design) DesCityName = design_city;
   if (!has_simulation) SimCityName = city;
@@ -121,7 +121,7 @@ const ClassInfo& WTH_Weather::info() const {
   constexpr const char* kSolar = "Btu/(hr.ft2)";
   constexpr auto kDesign = &D::DesDay;
   constexpr auto kSimulation = &S::SimDay;
-  static const ClassInfo info = describe<C>(
+  static constexpr auto members = describe<C>(
       Failures::Raised, property<&D::Region>, property<&D::DesCityName>, property<&D::DesStateName>,
       property<&D::DesLatitude>("deg"), property<&D::DesLongitude>("deg"), property<&D::DesElevation>("ft"),
       property<&D::SummerDB>("F"), property<&D::SummerWB>("F"), property<&D::DailyRange>("F"),
@@ -147,18 +147,23 @@ const ClassInfo& WTH_Weather::info() const {
       across<kSimulation, &W::DecAngle>("deg"), property<&C::SimFileName>, property<&C::SimInputFileName>,
       property<&C::DesFileName>, method<&C::GetDBHandle>, method<&C::SetDBHandle>("DB"), method<&C::Load>,
       method<&C::LoadSourceCodes>("szDatabaseName", "szTableName"), method<&C::Save>, method<&C::Clone>);
+  static const ClassInfo info(members);
   return info;
 }
 
 const ClassInfo& WTH_Stats::info() const {
   using C = WTH_Stats;
   constexpr const char* kSolar = "Btu/(ft2.day)";
-  static const ClassInfo info =
-      describe<C>(Failures::Raised, property<&C::MaxDB>("F"), property<&C::AvgMaxDB>("F"), property<&C::AvgDB>("F"),
-                  property<&C::AvgMinDB>("F"), property<&C::MinDB>("F"), property<&C::MaxItot>(kSolar),
-                  property<&C::AvgItot>(kSolar), property<&C::MinItot>(kSolar), property<&C::MaxKt>,
-                  property<&C::AvgKt>, property<&C::MinKt>, property<&C::MaxDBDay>, property<&C::MaxDBHour>,
-                  property<&C::MinDBDay>, property<&C::MinDBHour>, property<&C::MaxItotDay>, property<&C::MinItotDay>);
+  static constexpr auto members = describe<C>(
+      Failures::Raised, property<&MonthlyStatistics::MaxDB>("F"), property<&MonthlyStatistics::AvgMaxDB>("F"),
+      property<&MonthlyStatistics::AvgDB>("F"), property<&MonthlyStatistics::AvgMinDB>("F"),
+      property<&MonthlyStatistics::MinDB>("F"), property<&MonthlyStatistics::MaxItot>(kSolar),
+      property<&MonthlyStatistics::AvgItot>(kSolar), property<&MonthlyStatistics::MinItot>(kSolar),
+      property<&MonthlyStatistics::MaxKt>, property<&MonthlyStatistics::AvgKt>, property<&MonthlyStatistics::MinKt>,
+      property<&MonthlyStatistics::MaxDBDay>, property<&MonthlyStatistics::MaxDBHour>,
+      property<&MonthlyStatistics::MinDBDay>, property<&MonthlyStatistics::MinDBHour>,
+      property<&MonthlyStatistics::MaxItotDay>, property<&MonthlyStatistics::MinItotDay>);
+  static const ClassInfo info(members);
   return info;
 }
 

@@ -1,11 +1,11 @@
-#include "weather/weather_import.h"
+#include "tarn/weather_import.h"
 
 #include <algorithm>
 #include <cmath>
 #include <ctime>
 #include <map>
 
-#include "platform/workspace.h"
+#include "platform/file_store.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
 #include "weather/source_text.h"
@@ -47,8 +47,8 @@ const Format& format_of(std::string_view text) {
 
 // ---- design conditions
 
-/// Of hours: the dry-bulbs that 0.4 and 99.6 per cent of them exceed, the mean wet-bulb at the first, the mean range of
-/// the days of the warmest month.
+/// Design conditions computed from the hours: the dry-bulbs that 0.4 and 99.6 per cent of them exceed, the mean
+/// wet-bulb at the first, the mean daily range of the warmest month.
 DesignConditions design_of(const std::vector<SourceRow>& hours) {
   std::vector<double> sorted;
   for (const SourceRow& row : hours) sorted.push_back(row.dry_bulb);
@@ -119,7 +119,7 @@ void fill_site(HourlyWeather& out, SourceYear& year) {
 void fill_design(HourlyWeather& out, const std::vector<SourceRow>& hours, SourceYear& year) {
   if (!year.design) {
     year.design = design_of(hours);
-    year.notes.emplace_back("the file carries no design conditions that can be read; they come from its hours");
+    year.notes.emplace_back("the file has no readable design conditions; they are computed from its hours");
   }
   const DesignConditions& design = *year.design;
   out.SummerDB = static_cast<float>(fahrenheit(design.summer_dry_bulb));
@@ -174,7 +174,8 @@ ImportedWeather loaded(HW1ReaderWriter& year, const std::string& path, uint64_t 
   ImportedWeather out{"HW1", year.DataSource.trimmed(), 0, 0, {}};
   out.pressure = standard_pressure(year.Elevation / kFeetPerMetre) / kPascalsPerPsi;
   if (size < sizeof(HourlyWeather))
-    out.notes.push_back("the file ends after " + std::to_string(size) + " of its 70,272 bytes; the hours behind are 0");
+    out.notes.push_back("the file ends after " + std::to_string(size) +
+                        " of its 70,272 bytes; the hours after that are 0");
   return out;
 }
 

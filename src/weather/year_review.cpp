@@ -127,7 +127,7 @@ constexpr double kJump = 27;                             // F in an hour
 constexpr double kHumidityJump = 0.008;                  // lb/lb in an hour
 constexpr double kMostDirect = 450, kMostDiffuse = 270;  // Btu/(hr.ft2); the first is the sun's outside the air
 constexpr double kSunDown = -0.02;                       // sine of the altitude, 1.1 degrees below the horizon
-constexpr double kDarkSolar = 2;                         // Btu/(hr.ft2) that twilight may give
+constexpr double kDarkSolar = 2;                         // Btu/(hr.ft2), possible in twilight
 constexpr int kStandstill = 24;                          // hours
 
 /// One hour with its neighbour before.

@@ -1,11 +1,11 @@
-// What a modeller wants to know of a year of hourly weather: its statistics by month, and what cannot be right in it.
+// What a modeller wants to know of a year of hourly weather: its statistics by month, and which hours are implausible.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "weather/hourly_file.h"
-#include "weather/weather.h"
+#include "tarn/hourly_file.h"
+#include "tarn/weather.h"
 
 namespace tarn {
 

@@ -1,11 +1,12 @@
-#include "airsystems/air_system.h"
+#include "tarn/air_system.h"
 
 #include <numeric>
 
+#include "airsystems/default_values.h"
 #include "airsystems/defaults.h"
-#include "base/by_name.h"
-#include "spaces/space.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/space.h"
 
 namespace tarn {
 namespace {
@@ -84,7 +85,7 @@ TEST_F(AirSystemTest, FilesAreNamedByTheIndexInHexadecimal) {
     EXPECT_TRUE(std::filesystem::exists(folder / c.name)) << c.name;
   }
   AS_AirSystem nameless;
-  EXPECT_EQ(nameless.default_file(), "");
+  EXPECT_EQ(nameless.file().default_path(), "");
 }
 
 /// Counts the bytes that are read.
@@ -256,7 +257,9 @@ TEST_F(AirSystemTest, TheFileOfIndexZeroIsTheDefault) {
 
 TEST_F(AirSystemTest, AFileCutAtAnyByteIsAnErrorOrWholeSections) {
   calculated("A", 2);
-  const std::string whole = bytes_of(file(1));
+  // A system that no flag calls sized or simulated.
+  const std::string flagged = bytes_of(file(1)), whole = std::string(flagged).replace(36, 6, 6, '\0');
+  database->Execute("UPDATE AirSystemIndex SET bSized = 0, bCoilDataValid = 0, bSimulated = 0");
   const size_t inputs = 5204 + 2 * 398, sizing = inputs + 54 + 2 * 70 + 3488;
   auto system = project.NewAirSystem();
   system->SetToDefaultsByType(1);
@@ -286,6 +289,151 @@ TEST_F(AirSystemTest, AFileCutAtAnyByteIsAnErrorOrWholeSections) {
     EXPECT_EQ(test::error_number([&] { system->Load(1); }), 3343) << at << " " << value;
   }
   EXPECT_EQ(test::error_number([&] { system->Load(9); }), 53);
+}
+
+TEST_F(AirSystemTest, TheDefaultHasInputsAlone) {
+  const auto defaults_of = [&](bool stored_before) {
+    std::filesystem::remove(file(0));
+    auto system = project.NewAirSystem();
+    system->Load(1);
+    if (stored_before) {
+      system->GetAirSystem()->Name = "A twin";
+      system->SaveAs(0, Naming::AsItIs);
+    }
+    system->SaveDefault();
+    auto fresh = project.NewAirSystem();
+    fresh->CreateDefault();
+    EXPECT_FALSE(fresh->GetAirSystem()->Sized || fresh->GetAirSystem()->Simulated);
+    EXPECT_EQ(fresh->GetCoilSize()->CentralClgCoil(7, 16), 0.0F);
+    return bytes_of(file(0)).size();
+  };
+  calculated("A", 1);
+  EXPECT_EQ(defaults_of(false), 5602U);
+  EXPECT_EQ(defaults_of(true), 5602U);
+}
+
+TEST_F(AirSystemTest, WhatWasNeverLoadedIsNeverSaved) {
+  add_space(1);
+  for (const char* name : {"A", "B"}) {
+    auto system = calculated(name, 2);
+    system->GetZoneData(2)->SpaceID(1) = 1;
+    system->GetZoneData(2)->TotalSpacesInZone = 1;
+    system->GetZoneData(1)->Name = name;
+    save(*system, true);
+  }
+  const std::string a = bytes_of(file(1)), b = bytes_of(file(2)), links = rows("System_Space_Links");
+  ASSERT_NE(links, "");
+  const auto unchanged = [&] {
+    return bytes_of(file(1)) == a && bytes_of(file(2)) == b && rows("System_Space_Links") == links;
+  };
+  constexpr int32_t kResults = CCM_SIZINGMASK | 0x03C00000;  // no bit of the inputs
+  const struct {
+    const char* what;
+    int32_t load_mask, save_mask;
+    bool load_a_first, after, refused;
+  } cases[]{{"simulation, whose mask has a bit of the inputs", CCM_HEADERMASK, CCM_SIMULATIONMASK, false, true, true},
+            {"everything", CCM_HEADERMASK, CCM_MASKALL, false, false, true},
+            {"everything, after another system's inputs", CCM_HEADERMASK, CCM_MASKALL, true, true, true},
+            {"inputs alone, after another system's", CCM_HEADERMASK, CCM_INPUTMASK, true, false, true},
+            {"results that are not there for the user", CCM_HEADERMASK, CCM_HEADERMASK | kResults, true, false, false},
+            {"another system's header", CCM_SIZINGMASK, CCM_SIZINGMASK, true, true, false}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    auto system = project.NewAirSystem();
+    if (c.load_a_first) system->Load(1);
+    system->SetMask(c.load_mask, CCM_MASKALL);
+    system->Load(2);
+    EXPECT_EQ(system->GetZoneData(1)->Name.trimmed(), "") << "nothing of another system";
+    system->SetMask(c.save_mask, CCM_MASKALL);
+    std::string said;
+    try {
+      save(*system, c.after);
+    } catch (const Error& error) {
+      said = error.description();
+    }
+    EXPECT_EQ(said, c.refused ? "The input section is selected but was not loaded, and a save would empty it in the "
+                                "file. Load it first, or leave it out of the mask."
+                              : "");
+    EXPECT_TRUE(unchanged());
+  }
+  auto system = project.NewAirSystem();
+  system->SetMask(CCM_HEADERMASK, CCM_MASKALL);
+  system->Load(2);
+  EXPECT_EQ(test::error_number([&] { system->SaveDefault(); }), 5);
+  system->SetToDefaultsByType(8);
+  system->SetMask(CCM_MASKALL);
+  save(*system);
+  EXPECT_EQ(bytes_of(file(2)).size(), 5204U + 398) << "a type makes inputs of its own";
+}
+
+TEST_F(AirSystemTest, SectionsOfASystemMayBeLoadedOneAfterTheOther) {
+  calculated("A", 2);
+  const std::string before = bytes_of(file(1));
+  auto system = project.NewAirSystem();
+  for (const int32_t mask : {+CCM_INPUTMASK, +CCM_SIZINGMASK, +CCM_HEADERMASK, 0x03C00000}) {
+    system->SetMask(mask, CCM_MASKALL);
+    system->Load(1);
+  }
+  EXPECT_EQ(system->GetZoneSizing(2)->MaxCFM, 200.0F);
+  system->SetMask(CCM_MASKALL);
+  save(*system, true);
+  EXPECT_TRUE(bytes_of(file(1)) == before);
+}
+
+TEST_F(AirSystemTest, AFailedLoadLeavesZonesAndTheirResults) {
+  add_space(1);
+  calculated("A", 3);
+  auto other = calculated("B", 1);
+  other->GetZoneData(1)->SpaceID(1) = 1;
+  save(*other, true);
+  auto system = project.NewAirSystem();
+  system->Load(1);
+  const Ptr<AS_ZoneData> zone = system->GetZoneData(3);
+  system->SetMask(CCM_MASKALL);
+  database->Execute("DROP TABLE System_Space_Links");  // link repair fails, after the inputs were read
+  EXPECT_NE(test::error_number([&] { system->Load(2); }), 0);
+  EXPECT_EQ(system->Index, 1);
+  EXPECT_EQ(system->GetAirSystem()->Name.trimmed(), "A");
+  ASSERT_EQ(system->GetAirSystem()->NumZones, 3);
+  EXPECT_EQ(system->GetZoneData(3), zone);
+  EXPECT_EQ(system->GetZoneSizing(3)->MaxCFM, 300.0F);
+  EXPECT_EQ(system->GetZoneTemperature(3)->StatusHours(8), 3);
+  EXPECT_EQ(system->GetHourlySimData()->Item(1)->HourlyResult(8760), 7.25F);
+}
+
+TEST_F(AirSystemTest, AFileThatLacksWhatFlagsOrLinksTellOfIsAnError) {
+  add_space(1);
+  auto system = calculated("A", 1);
+  system->GetZoneData(1)->SpaceID(1) = 1;
+  system->GetZoneData(1)->TotalSpacesInZone = 1;
+  save(*system, true);
+  const std::string whole = bytes_of(file(1));
+  const size_t inputs = 5204 + 398, sizing = inputs + 54 + 70 + 3488;
+  const struct {
+    size_t cut;
+    int32_t mask;
+    const char* says;  // null: it loads
+  } cases[]{{94, CCM_INPUTMASK, "ends before The input section, though System 1 has link rows of kind Space"},
+            {94, CCM_HEADERMASK, nullptr},
+            {inputs, CCM_SIZINGMASK, "has no results, though bSized says"},
+            {inputs, CCM_INPUTMASK, nullptr},
+            {sizing, CCM_MASKALL, "has no results, though bSimulated says"},
+            {sizing, CCM_INPUTMASK | CCM_SIZINGMASK, nullptr}};
+  for (const auto& c : cases) {
+    test::write_bytes(file(1), whole.substr(0, c.cut));
+    auto cut = project.NewAirSystem();
+    cut->SetMask(c.mask, CCM_MASKALL);
+    std::string said;
+    try {
+      cut->Load(1);
+    } catch (const Error& error) {
+      said = error.description();
+    }
+    EXPECT_EQ(said.empty(), !c.says) << c.cut << said;
+    if (c.says) {
+      EXPECT_NE(said.find(file(1) + " " + c.says), std::string::npos) << said;
+    }
+  }
 }
 
 TEST_F(AirSystemTest, ZonesThatLoseSpacesCloseUp) {
@@ -581,7 +729,7 @@ TEST_F(AirSystemTest, ASecondTypeLeavesNothingOfTheFirst) {
     const auto dump = [](Object& object, std::string& out) {
       for_each_field(object, [&](Object& owner, const Member& field, const std::string& prefix) {
         (out += prefix) += field.name;
-        out.append(reinterpret_cast<const char*>(field.place(owner)), field.size);
+        out.append(reinterpret_cast<const char*>(field.place(owner)), field.field()->size);
       });
     };
     dump(fresh, one);
@@ -613,6 +761,30 @@ TEST_F(AirSystemTest, DefaultsClassesFillTheirComponentsByName) {
   EXPECT_EQ(system.GetSupplyFan()->Efficiency, 0.84F);
   EXPECT_EQ(system.GetZoneData(1)->OccCoolSetpt, 80.0F);
   EXPECT_EQ(system.GetAirSizing()->CoolingSupplyTemp, 58.0F);
+}
+
+TEST_F(AirSystemTest, WrongDefaultsAreErrorsThatNameTheirPlace) {
+  const struct {
+    std::string right, wrong, says;
+  } cases[]{
+      {"\"AS_Dflt_05_DDCAV\"", "\"AS_Dflt_05_DDVAC\"", "AS_Dflt_05_DDVAC; did you mean AS_Dflt_05_DDCAV?"},
+      {"\"AS_Dflt_05_DDCAV\": {", "\"AS_Dflt_05_DDCAV\": {\"CoolSis\": {},",
+       "AS_Dflt_05_DDCAV, CoolSis: there is no such component; did you mean CoolSys?"},
+      {"\"EconomizerType\"", "\"EconomiserType\"", "common, Economizer: AS_EconomizerData has no field EconomiserType"},
+      {"\"KWValue\": [", "\"KWValue\": [1.0, ", "common, SupplyFan: AS_FanData.KWValue: found array of 12"},
+      {"\"CompressorType\": \"VRF_Rotary\"", "\"CompressorType\": \"VRF_Rotor\"",
+       "AS_Dflt_20_VRF, SplitSystem: AS_SplitSystemData.CompressorType: found \"VRF_Rotor\"; did you mean "
+       "VRF_Rotary?"}};
+  for (const auto& c : cases) {
+    std::string json = system_default_values;
+    json.replace(json.find(c.right), c.right.size(), c.wrong);
+    try {
+      read_system_defaults(json);
+      ADD_FAILURE() << c.wrong;
+    } catch (const Error& error) {
+      EXPECT_NE(error.description().find(c.says), std::string::npos) << error.description();
+    }
+  }
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tarn/air_system.h"
+
 namespace tarn {
 namespace {
 
@@ -75,6 +77,49 @@ TEST(DxCurves, HeatingFollowsItsTable) {
     EXPECT_NEAR(at(cold ? heating.Cap2Coeff : heating.Cap1Coeff, 70, s.outdoor), s.capacity / 29.0, 0.01) << s.outdoor;
     EXPECT_NEAR(at(cold ? heating.Pow2Coeff : heating.Pow1Coeff, 70, s.outdoor), s.power / 2.25, cold ? 0.006 : 0.026)
         << s.outdoor;
+  }
+}
+
+// Of the default machine that docs/dx-curves.md names, at its own entering temperatures, by its published form in
+// kelvin.
+double fit(const double (&c)[5], double air, double water) {
+  const auto of = [](double fahrenheit) { return ((fahrenheit - 32) / 1.8 + 273.15) / 283.15; };
+  return c[0] + c[1] * of(air) + c[2] * of(water) + c[3] + c[4];
+}
+
+TEST(DxCurves, WaterSourceTypesAreOneAtTheirDesignTemperaturesAndFollowTheirFit) {
+  constexpr double cooling_capacity[]{-0.68126221, 1.99529297, -0.93611888, 0.02081177, 0.008438868},
+      cooling_power[]{-3.20456384, 0.47656454, 3.16734236, 0.10244637, -0.038132556},
+      heating_capacity[]{-5.50102734, -0.96688754, 7.70755007, 0.031928881, 0.028112522},
+      heating_power[]{-7.47517858, 6.40876653, 1.99711665, -0.050682973, 0.011385145};
+  for (const int16_t type : {int16_t{14}, int16_t{18}, int16_t{19}}) {
+    SCOPED_TRACE(type);
+    AS_AirSystem system;
+    system.SetToDefaultsByType(type);
+    const AS_CoolData& clg = *system.GetCoolSys();
+    const AS_HeatData& htg = *system.GetHeatSys();
+    const double warm = system.GetZoneData(1)->ClgDesignET, cold = system.GetZoneData(1)->HtgDesignET;
+    for (int stage = 1; stage <= kDxStages; stage += kDxStages - 1) {
+      for (const double water : {warm, 50.0, 100.0}) {
+        EXPECT_NEAR(at(of_stage<6>(clg.Cap1Coeff, stage), 62, water),
+                    fit(cooling_capacity, 62, water) / fit(cooling_capacity, 67, warm), 1e-6);
+        EXPECT_NEAR(at(of_stage<6>(clg.Pow1Coeff, stage), 72, water),
+                    fit(cooling_power, 72, water) / fit(cooling_power, 67, warm), 1e-6);
+      }
+      EXPECT_NEAR(at(of_stage<6>(clg.Cap1Coeff, stage), 67, warm), 1, 1e-6);
+      EXPECT_NEAR(at(of_stage<6>(clg.Pow1Coeff, stage), 67, warm), 1, 1e-6);
+    }
+    for (const auto& curve : {htg.Cap1Coeff, htg.Pow1Coeff, htg.Cap2Coeff, htg.Pow2Coeff})
+      EXPECT_NEAR(at(curve, 70, cold), 1, 1e-6);
+    for (const double water : {cold, 25.0, 90.0}) {
+      EXPECT_NEAR(at(htg.Cap2Coeff, 60, water), fit(heating_capacity, 60, water) / fit(heating_capacity, 70, cold),
+                  1e-6);
+      EXPECT_NEAR(at(htg.Pow1Coeff, 75, water), fit(heating_power, 75, water) / fit(heating_power, 70, cold), 1e-6);
+      EXPECT_GT(at(htg.Cap1Coeff, 70, water), 0.4);
+    }
+    for (const auto& flow :
+         {of_stage<2>(clg.CapCFM1Coeff, 1), of_stage<2>(clg.PowCFM1Coeff, 8), htg.CapCFM1Coeff, htg.PowCFM2Coeff})
+      EXPECT_NEAR(flow(1) + flow(2), 1, 1e-6);
   }
 }
 

@@ -4,8 +4,8 @@
 
 #include <cmath>
 
-#include "base/by_name.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

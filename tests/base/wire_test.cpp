@@ -1,9 +1,9 @@
-#include "base/wire.h"
+#include "tarn/base/wire.h"
 
 #include <gtest/gtest.h>
 
-#include "base/labels.h"
 #include "base/nearest.h"
+#include "tarn/base/labels.h"
 
 namespace tarn {
 namespace {

@@ -1,14 +1,14 @@
-#include "building/building.h"
+#include "tarn/building.h"
 
 #include <cstring>
 
-#include "airsystems/air_system.h"
-#include "base/by_name.h"
-#include "building/utility_rate.h"
-#include "component/defaults.h"
-#include "plant/plant.h"
-#include "spaces/schedule.h"
+#include "project/defaults.h"
 #include "support/temp_project.h"
+#include "tarn/air_system.h"
+#include "tarn/plant.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/schedule.h"
+#include "tarn/utility_rate.h"
 
 namespace tarn {
 namespace {
@@ -267,7 +267,7 @@ TEST_F(BuildingTest, OnlyACalculationTakesTheChangedFlagAway) {
   const auto save = [&](bool simulated, bool changed, std::optional<bool> after) {
     building->GetBuildingGeneral()->Simulated = simulated;
     building->HasChanged = changed;
-    building->Save(FS_STANDARD, after);
+    building->Save(FS_ALL, after);
     return flags();
   };
   EXPECT_EQ(save(true, false, {}), "0-1");
@@ -335,14 +335,15 @@ TEST_F(BuildingTest, AFileCutAtAnyByteIsWholeOrAnError) {
       other = full_building("Other");
       continue;
     }
-    if (said.find(size < kEnds[0] ? " is cut inside its header: " : " ends inside a section, at byte ") ==
-        std::string::npos)
-      ADD_FAILURE() << size << ": " << said;
+    const char* says = size < kEnds[0]    ? " is cut inside its header: "
+                       : size == kEnds[0] ? " ends before BuildingInputs, though "
+                                          : " ends inside a section, at byte ";
+    if (said.find(says) == std::string::npos) ADD_FAILURE() << size << ": " << said;
     if (uses(*other) != state || other->Index != 0 || other->GetBuildingGeneral()->Name.trimmed() != "Other" ||
         other->GetBuildingResults()->TotClgLoad != 5)
       ADD_FAILURE() << size << " changed the object";
   }
-  EXPECT_EQ(whole, std::vector<size_t>(kEnds, kEnds + 3));
+  EXPECT_EQ(whole, std::vector<size_t>(kEnds + 1, kEnds + 3));
 }
 
 TEST_F(BuildingTest, AFailedSaveLeavesRowsLinksAndFile) {
@@ -368,6 +369,41 @@ TEST_F(BuildingTest, AFailedSaveLeavesRowsLinksAndFile) {
     }
     EXPECT_EQ(loaded(adds ? 2 : 1)->GetBuildingGeneral()->Name.trimmed(), "Changed");
   }
+}
+
+TEST_F(BuildingTest, AFileThatLacksWhatFlagsOrLinksTellOfIsAnError) {
+  add_library();
+  auto building = full_building("B");
+  building->GetBuildingGeneral()->Simulated = true;
+  building->Save(FS_ALL, true);
+  const std::string path = folder / "JOBB01.DAT", whole = file(), linked = links(1);
+  const struct {
+    size_t cut;
+    int32_t mask;
+    bool flagged;
+    const char* says;  // null: it loads
+  } cases[]{{kEnds[0], FS_STANDARD, true, " ends before BuildingInputs, though Building 1 has link rows of kind "},
+            {kEnds[0], FS_HEADERONLY, true, nullptr},
+            {kEnds[1], FS_ALL, true, " has no results, though bSimulated says that they are there."},
+            {kEnds[1], FS_ALL, false, " has no results, though bSimulated says that they are there."},
+            {kEnds[1], FS_STANDARD, true, nullptr},
+            {kEnds[2], FS_ALL, true, nullptr}};
+  for (const auto& c : cases) {
+    std::string bytes = whole.substr(0, c.cut);
+    if (!c.flagged) bytes.replace(45, 2, 2, '\0');  // the row tells it as well
+    test::write_bytes(path, bytes);
+    const std::string said = what_of([&] { loaded(1, c.mask); });
+    EXPECT_EQ(said.find(c.says ? path + c.says : "no error"), 0U) << said;
+    EXPECT_EQ(links(1), linked);
+  }
+  test::write_bytes(path, whole.substr(0, kEnds[1]));
+  auto inputs = loaded(1, FS_STANDARD);
+  inputs->Save(FS_STANDARD);
+  EXPECT_EQ(uses(*loaded(1)), "1721111") << "not simulated any more, it loads";
+  auto fresh = project.NewBuilding();
+  fresh->Save(FS_HEADERONLY);
+  EXPECT_EQ(file(2).size(), kEnds[0]);
+  EXPECT_EQ(uses(*loaded(2)), "0000000") << "made so, it is whole";
 }
 
 TEST_F(BuildingTest, DefaultsAreAFileOfTheirOwn) {

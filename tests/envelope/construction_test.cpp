@@ -1,10 +1,11 @@
-#include "envelope/construction.h"
+#include "tarn/construction.h"
 
 #include <cmath>
 #include <cstring>
 
-#include "base/by_name.h"
+#include "storage/kind.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {
@@ -75,7 +76,7 @@ TEST_F(ConstructionTest, InchesAreInchesOnEveryPathAndReadBytesStay) {
   wall->layer(2).LayerUsed = false;
   EXPECT_NE(test::error_number([&] { wall->StoredEntity::Save(); }), 0);
   EXPECT_EQ(wall->layer(2).ThicknessInches(), 0.3F) << "after a failed save";
-  // Feet that are no twelfth of a real: they are not touched by a load and a save.
+  // Feet that are not a twelfth of any real: a load and a save do not change them.
   std::string file = test::bytes_of(project.WallFilename());
   const float feet = 0.29999998F;
   std::memcpy(file.data() + kRecord + 377 + 281 + 257, &feet, 4);

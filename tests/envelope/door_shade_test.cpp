@@ -1,8 +1,8 @@
-#include "base/by_name.h"
-#include "envelope/door.h"
-#include "envelope/shade.h"
-#include "storage/preferences.h"
 #include "support/temp_project.h"
+#include "tarn/door.h"
+#include "tarn/preferences.h"
+#include "tarn/reflect/by_name.h"
+#include "tarn/shade.h"
 
 namespace tarn {
 namespace {
@@ -10,7 +10,8 @@ namespace {
 std::string by_reference(const ClassInfo& info) {
   std::string text;
   for (const Member& m : info.members) {
-    if (m.by_reference || (!m.parameters.empty() && m.parameters[0].by_reference)) text += std::string(m.name) + " ";
+    if (m.by_reference || (!m.parameters().empty() && m.parameters()[0].by_reference))
+      text += std::string(m.name) + " ";
   }
   return text;
 }
@@ -102,7 +103,7 @@ TEST_F(EnvelopeTest, PreferencesAreElevenBytesAndUnknownCodesBecomeZero) {
   EXPECT_EQ(preferences->EnergyStandardCode.raw, 5);
   EXPECT_EQ(preferences->LeedVersionCode.raw, 0);
   ASSERT_EQ(log.messages.size(), 2U);
-  EXPECT_NE(log.messages[0].find("holds VentStandardCode 7, which is no such code"), std::string::npos);
+  EXPECT_NE(log.messages[0].find("holds VentStandardCode 7, which is not a known code"), std::string::npos);
 }
 
 TEST(Preferences, EveryCodeHasItsText) {

@@ -1,9 +1,9 @@
-#include "envelope/window.h"
+#include "tarn/window.h"
 
 #include <cmath>
 
-#include "base/by_name.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {
@@ -35,8 +35,8 @@ TEST(Window, EveryFieldLiesAtItsPlaceInInterfaceOrder) {
   const auto& members = WIN_Window().info().members;
   for (size_t i = 0; i < std::size(fields); ++i) {
     EXPECT_EQ(members[i].name, fields[i].name);
-    EXPECT_EQ(members[i].offset, fields[i].offset) << fields[i].name;
-    EXPECT_EQ(members[i].size, fields[i].size) << fields[i].name;
+    EXPECT_EQ(members[i].field()->offset(), fields[i].offset) << fields[i].name;
+    EXPECT_EQ(members[i].field()->size, fields[i].size) << fields[i].name;
   }
   WIN_Window window;
   window.GlassAbsorp(3) = 1.0F;

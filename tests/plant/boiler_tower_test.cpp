@@ -1,8 +1,8 @@
-#include "base/by_name.h"
-#include "plant/boiler.h"
-#include "plant/chiller.h"
-#include "plant/cooling_tower.h"
 #include "support/temp_project.h"
+#include "tarn/boiler.h"
+#include "tarn/chiller.h"
+#include "tarn/cooling_tower.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

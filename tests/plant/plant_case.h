@@ -1,11 +1,11 @@
 // What the tests of plants share: a project with a small library, and a plant that uses all of it.
 #pragma once
 
-#include "plant/boiler.h"
-#include "plant/chiller.h"
-#include "plant/cooling_tower.h"
-#include "plant/plant.h"
 #include "support/temp_project.h"
+#include "tarn/boiler.h"
+#include "tarn/chiller.h"
+#include "tarn/cooling_tower.h"
+#include "tarn/plant.h"
 
 namespace tarn::test {
 

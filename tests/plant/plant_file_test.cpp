@@ -1,6 +1,6 @@
-#include "component/defaults.h"
-#include "component/shipped.h"
 #include "plant/plant_case.h"
+#include "project/defaults.h"
+#include "project/shipped.h"
 
 namespace tarn {
 namespace {
@@ -194,6 +194,33 @@ TEST_F(PlantFileTest, AFileCutAtAnyByteIsWholeOrAnError) {
   EXPECT_EQ(whole, std::vector<size_t>(std::rbegin(kEnds), std::rend(kEnds)));
 }
 
+TEST_F(PlantFileTest, AFileThatLacksWhatFlagsOrLinksTellOfIsAnError) {
+  add_library();
+  auto plant = full_plant();
+  std::optional<bool> after = true;
+  plant->General.Sized = plant->General.Simulated = true;
+  plant->Save(CCM_ALL, after);
+  const std::string path = plant->FileName(), whole = test::bytes_of(path), linked = links(1);
+  const struct {
+    size_t cut;
+    int32_t mask;
+    const char* says;
+  } cases[]{{kEnds[0], CCM_SYSTEM_SELECT, " ends before SystemSelect, though Plant 1 has link rows of kind System."},
+            {kEnds[0], CCM_DETAILS, " ends before Details, though Plant 1 has link rows of kind "},
+            {kEnds[0], CCM_HEADER, nullptr},
+            {kEnds[1], CCM_SYSTEM_SELECT, nullptr},
+            {kEnds[2], CCM_ALL, " has no results, though bSized says"},
+            {kEnds[3], CCM_ALL, " has no results, though bSimulated says"},
+            {kEnds[3], CCM_PLANTSIZING, nullptr},
+            {kEnds[5], CCM_ALL, nullptr}};
+  for (const auto& c : cases) {
+    test::write_bytes(path, whole.substr(0, c.cut));
+    const std::string said = what_of([&] { loaded(1, c.mask); });
+    EXPECT_EQ(said.find(c.says ? path + c.says : "no error"), 0U) << c.cut << " " << c.mask << " " << said;
+    EXPECT_EQ(links(1), linked);
+  }
+}
+
 TEST_F(PlantFileTest, CountsOutOfSenseAreRefused) {
   auto plant = new_plant("P");
   plant->Save(CCM_ALL);
@@ -203,13 +230,13 @@ TEST_F(PlantFileTest, CountsOutOfSenseAreRefused) {
     size_t at;
     int16_t value;
     const char* says;
-  } cases[]{{36, 71, "71 outputs, where 0 to 70"},
+  } cases[]{{36, 71, "71 outputs; allowed are 0 to 70"},
             {36, -1, "-1 outputs"},
-            {178, 251, "251 systems, where 0 to 250"},
+            {178, 251, "251 systems; allowed are 0 to 250"},
             {178, -1, "-1 systems"},
-            {lists, 51, "51 pieces in CoolingEqpt, where 0 to 50"},
+            {lists, 51, "51 pieces in CoolingEqpt; allowed are 0 to 50"},
             {lists + 2 * 602, -1, "-1 pieces in HeatRecEqpt"},
-            {loops + 2, 14, "14 pumps in ChilledWaterPrimaryLoop, where 0 to 13"},
+            {loops + 2, 14, "14 pumps in ChilledWaterPrimaryLoop; allowed are 0 to 13"},
             {loops + 7 * 294 + 2, -1, "-1 pumps in SourceWaterLoop"}};
   for (const auto& c : cases) {
     std::string bytes = good;

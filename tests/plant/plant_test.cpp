@@ -1,8 +1,8 @@
-#include "plant/plant.h"
+#include "tarn/plant.h"
 
-#include "component/defaults.h"
-#include "component/exchange.h"
 #include "plant/plant_case.h"
+#include "project/defaults.h"
+#include "tarn/exchange.h"
 
 namespace tarn {
 namespace {

@@ -1,9 +1,13 @@
 // Rows and record files change together or not at all: in nested transactions, when a write fails, when the process
 // dies.
 
+#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/file_store.h"
+#include "project/defaults.h"
+#include "project/kinds.h"
 #include "support/temp_project.h"
 
 namespace tarn {
@@ -200,13 +204,33 @@ TEST_F(TransactionTest, WholeFilesChangeLevelByLevel) {
   EXPECT_FALSE(std::filesystem::exists(folder / "B.DAT"));
 }
 
-TEST_F(TransactionTest, AFullDiskEndsTheWholeTransaction) {
+/// Its connection can be told that the disk is full.
+class FullDiskTest : public TransactionTest {
+ protected:
+  using Hook = void (*)();
+  static int keep(sqlite3* opened, char**, const void*) {
+    connection = opened;
+    return SQLITE_OK;
+  }
+  void SetUp() override {
+    sqlite3_auto_extension(reinterpret_cast<Hook>(&keep));
+    TransactionTest::SetUp();
+    sqlite3_cancel_auto_extension(reinterpret_cast<Hook>(&keep));
+  }
+  static void limit_pages(int64_t pages) {
+    const std::string sql = "PRAGMA max_page_count = " + std::to_string(pages);
+    ASSERT_EQ(sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+  }
+  static inline sqlite3* connection = nullptr;
+};
+
+TEST_F(FullDiskTest, AFullDiskEndsTheWholeTransaction) {
   saved_window("A");
   const std::string before = state();
   const int64_t pages = database->OpenRecordset("PRAGMA page_count").Fields("page_count").integer();
   EXPECT_NE(0, test::error_number([&] {
               Transaction outer;
-              database->OpenRecordset("PRAGMA max_page_count = " + std::to_string(pages)).AtEof();
+              limit_pages(pages);
               std::string failed;
               for (int i = 0; i < 2000 && failed.empty(); ++i) {
                 try {
@@ -216,7 +240,7 @@ TEST_F(TransactionTest, AFullDiskEndsTheWholeTransaction) {
                 }
               }
               EXPECT_NE(failed, "") << "the limit was never reached";
-              database->OpenRecordset("PRAGMA max_page_count = 100000").AtEof();
+              limit_pages(100000);
               saved_window("after");
               outer.commit();
             }));
@@ -266,6 +290,23 @@ TEST_F(TransactionTest, OneFileUnderTwoNamesIsOneFile) {
     EXPECT_EQ(relative.Name.trimmed(), "A");
   }
   std::filesystem::current_path(folder_before);
+}
+
+TEST_F(TransactionTest, ARolledBackSaveTakesItsNameBack) {
+  write_default_records(project);
+  for (const EntityKind& kind : entity_kinds()) {
+    if (kind.one == "air system") continue;  // keeps no name
+    const auto entity = make_entity(project, kind);
+    entity->CreateDefault();
+    entity->Reset(true);
+    const auto nameless = gathered(entity->file().inputs());
+    Engine::of_thread().Workspaces(0).BeginTrans();
+    entity->Save();
+    EXPECT_NE(gathered(entity->file().inputs()), nameless) << kind.one;
+    Engine::of_thread().Workspaces(0).Rollback();
+    EXPECT_EQ(gathered(entity->file().inputs()), nameless) << kind.one;
+    EXPECT_EQ(entity->Index, 0) << kind.one;
+  }
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
-#include "results/air_system_design.h"
+#include "tarn/air_system_design.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "base/by_name.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn::test {
 namespace {

@@ -1,8 +1,8 @@
-#include "base/by_name.h"
-#include "component/class_list.h"
 #include "platform/binary_file.h"
-#include "results/air_system_design.h"
 #include "support/temp_project.h"
+#include "tarn/air_system_design.h"
+#include "tarn/class_list.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn::test {
 namespace {
@@ -11,14 +11,14 @@ namespace {
 std::vector<std::string_view> block_classes() {
   std::vector<std::string_view> names;
   for (const ClassEntry& entry : class_list()) {
-    if (dynamic_cast<ResultBlock*>(entry.create().get())) names.push_back(entry.info().name);
+    if (dynamic_cast<ResultBlock*>(entry.create().get())) names.push_back(entry.info->name);
   }
   return names;
 }
 
 Ptr<ResultBlock> made(std::string_view name) { return std::dynamic_pointer_cast<ResultBlock>(create(name)); }
 
-/// Fills a block's memory with bytes that are no two alike nearby.
+/// Fills a block's memory with bytes of which no two close to each other are alike.
 void fill(ResultBlock& block, int seed = 1) {
   ResultBlock::Spans spans;
   block.add_spans(spans);

@@ -1,7 +1,7 @@
-#include "spaces/schedule.h"
+#include "tarn/schedule.h"
 
-#include "base/by_name.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

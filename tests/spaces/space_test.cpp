@@ -1,8 +1,9 @@
-#include "spaces/space.h"
+#include "tarn/space.h"
 
-#include "base/by_name.h"
-#include "envelope/construction.h"
 #include "support/temp_project.h"
+#include "tarn/base/value.h"
+#include "tarn/construction.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {
@@ -215,7 +216,7 @@ TEST_F(SpaceTest, AWallThatTakesAFreedIndexIsInheritedByNobody) {
             std::vector<std::string>{"Space 1, Wall(2).WallType: Wall 2 was deleted; the reference is cleared."});
   clone->Save();
   EXPECT_EQ(count("Space_Wall_Links WHERE Space_ID = 2"), 1);
-  // A delete that is rolled back never was.
+  // A delete that is rolled back does not count.
   {
     Transaction undone;
     project.NewWall()->Delete(1);

@@ -2,7 +2,10 @@
 
 #include <sqlite3.h>
 
+#include "project/defaults.h"
+#include "project/kinds.h"
 #include "support/temp_project.h"
+#include "tarn/weather.h"
 
 namespace tarn {
 namespace {
@@ -48,7 +51,7 @@ TEST_F(BadInputTest, IsNamedAndNothingIsLost) {
          window->Save();
        },
        ErrorNumber::DeviceError, "the disk is full"},
-      {"file that is no database",
+      {"file that is not a database",
        [&] {
          test::write_bytes(folder / "X.MDB", "text");
          Database::open(folder / "X.MDB");
@@ -68,10 +71,14 @@ TEST_F(BadInputTest, IsNamedAndNothingIsLost) {
          Transaction undone;
          database->Execute("INSERT INTO WindowIndex (nIndex) VALUES (3)");
          window->Load(3);
-         EXPECT_EQ(window->Name.bytes().front(), '\0') << "reads as zeros";
        },
-       {},
-       ""},
+       ErrorNumber::InputPastEnd, win + " ends before record 3: it has 1665 bytes"},
+      {"row without file",
+       [&] {
+         window->FileName = folder / "GONE.DAT";
+         window->Load(2);
+       },
+       ErrorNumber::FileNotFound, "GONE.DAT, which has record 2, is not there"},
       {"partial record",
        [&] {
          const std::string whole = test::bytes_of(win);
@@ -105,6 +112,45 @@ TEST_F(BadInputTest, IsNamedAndNothingIsLost) {
     other = nullptr;
     EXPECT_EQ(state(), before);
     EXPECT_EQ(Engine::of_thread().Workspaces(0).depth(), 0U);
+  }
+}
+
+TEST_F(BadInputTest, ReadingMakesNoFile) {
+  std::filesystem::remove_all(folder.path + "/bare");
+  std::filesystem::create_directory(folder.path + "/bare");
+  COM_ProjectData bare;
+  bare.SetWorkPath(folder / "bare");
+  bare.FilePrefix = "JOB";
+  create_index(bare.IndexDBName());
+  const auto files = [&] { return std::distance(std::filesystem::directory_iterator(folder / "bare"), {}); };
+  const auto before = files();
+  for (const EntityKind& kind : entity_kinds()) {
+    const auto entity = make_entity(bare, kind);
+    test::error_number([&] { entity->Load(1); });
+    test::error_number([&] { entity->CreateDefault(); });
+    EXPECT_EQ(files(), before) << kind.group;
+  }
+  bare.NewWeather()->Load();
+  EXPECT_EQ(files(), before) << "weather";
+}
+
+TEST_F(BadInputTest, AKindWithoutADefaultRecordHasTheProductsOwn) {
+  test::TempFolder with;
+  COM_ProjectData standard;
+  standard.SetWorkPath(with.path);
+  standard.FilePrefix = "JOB";
+  create_index(standard.IndexDBName());
+  write_default_records(standard);
+  for (const EntityKind& kind : entity_kinds()) {
+    if (kind.one == "air system" || kind.one == "plant" || kind.one == "building" || kind.one == "boiler") continue;
+    const auto wanted = make_entity(standard, kind), entity = make_entity(project, kind);
+    wanted->CreateDefault();
+    for (const char* file : {"no file", "a record of zeros"}) {  // as the first entity of a file leaves it
+      entity->CreateDefault();
+      EXPECT_TRUE(gathered(entity->file().blocks()) == gathered(wanted->file().blocks())) << kind.one << ", " << file;
+      EXPECT_EQ(entity->Index, 0);
+      test::write_bytes(entity->file().default_path(), std::string(size_of(entity->file().blocks()), '\0'));
+    }
   }
 }
 

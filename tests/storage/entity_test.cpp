@@ -1,7 +1,7 @@
-#include "storage/entity.h"
+#include "tarn/storage/entity.h"
 
-#include "base/by_name.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {

@@ -9,13 +9,14 @@
 #include <string>
 #include <vector>
 
-#include "base/log.h"
-#include "envelope/window.h"
-#include "platform/database.h"
 #include "platform/host.h"
-#include "platform/workspace.h"
-#include "storage/project.h"
-#include "storage/schema.h"
+#include "project/new_index.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/project.h"
+#include "tarn/reflect/members.h"
+#include "tarn/window.h"
 
 namespace tarn::test {
 
@@ -204,7 +205,9 @@ int error_number(F action) {
 inline std::string layout(const ClassInfo& info) {
   std::string text;
   for (const Member& m : info.members) {
-    if (m.stored()) text += std::string(m.name) + "@" + std::to_string(m.offset) + "+" + std::to_string(m.size) + " ";
+    if (m.stored())
+      text +=
+          std::string(m.name) + "@" + std::to_string(m.field()->offset()) + "+" + std::to_string(m.field()->size) + " ";
   }
   return text;
 }

@@ -1,9 +1,9 @@
-#include "weather/hourly_file.h"
+#include "tarn/hourly_file.h"
 
 #include <cmath>
 
-#include "base/by_name.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn::test {
 namespace {

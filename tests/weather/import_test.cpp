@@ -3,9 +3,9 @@
 #include <functional>
 
 #include "support/temp_project.h"
+#include "tarn/weather_import.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
-#include "weather/weather_import.h"
 #include "weather/year_review.h"
 
 namespace tarn::test {
@@ -153,7 +153,7 @@ TEST(WeatherImport, ConvertsUnitsAndHeader) {
 TEST(WeatherImport, TheThreeFormsAgree) {
   for (const std::string& text : {tmy3(year_of()), tmy2(year_of())}) {
     HW1ReaderWriter year;
-    EXPECT_NE(imported(year, text).find("no design conditions that can be read"), std::string::npos);
+    EXPECT_NE(imported(year, text).find("no readable design conditions"), std::string::npos);
     EXPECT_EQ(hourly_bytes(year), hourly_bytes(plain()));
     EXPECT_NEAR(year.Latitude, 39.74, 0.01);
     EXPECT_NEAR(year.Longitude, -105.18, 0.01);
@@ -195,9 +195,9 @@ const Quirk kRead[]{
      [] { return with_header("Location" + kLocation.substr(8) + kDesign + "Holidays/Daylight Saving,No,0\n"); },
      "\"Holidays/Daylight Saving\" is taken for HOLIDAYS/DAYLIGHT SAVINGS"},
     {"a header line of its own", [] { return with_header(kLocation + "MADE BY,hand\n" + kDesign); },
-     "line 2: \"MADE BY\" is no header word"},
+     "line 2: \"MADE BY\" is not a header word"},
     {"humidity above 100 per cent", [] { return changed([](Hours& h) { h[9].humidity = "107"; }); },
-     "relative humidity is above 100 %; humidity follows from the dew point in 1 hour, first in line 14"},
+     "relative humidity is above 100 % (humidity is computed from the dew point) in 1 hour, first in line 14"},
     {"hours 0 to 23",
      [] {
        return changed([](Hours& h) {
@@ -272,7 +272,7 @@ const Quirk kRead[]{
     {"blanks and plus signs", [] { return replaced(epw(year_of()), ",98000,", ", +98000 ,"); }, ""},
     {"a name in UTF-8", [] { return with_header(replaced(kLocation, "Golden", "Z\xC3\xBCrich") + kDesign); }, ""},
     {"a name in the code page", [] { return with_header(replaced(kLocation, "Golden", "Z\xFCrich") + kDesign); },
-     "read by code page 1252: Z\xC3\xBCrich"},
+     "read as code page 1252: Z\xC3\xBCrich"},
     {"a name beyond the code page",
      [] {
        return with_header(replaced(kLocation, "Golden",
@@ -286,17 +286,17 @@ const Quirk kRead[]{
     {"a long name", [] { return with_header(replaced(kLocation, "Golden", "Golden at the old mill") + kDesign); },
      "the city's name is cut to 20 characters: Golden at the old mi"},
     {"no design conditions", [] { return with_header(kLocation + "DESIGN CONDITIONS,0\n" + kHolidays); },
-     "no design conditions that can be read"},
+     "no readable design conditions"},
     {"months of several years", [] { return changed([](Hours& h) { h[0].year = 1999; }); },
      "January has rows of 2 years; most are of 2001"},
     {"a sign lost", [] { return with_header(replaced(kLocation, "-105.18", "105.18") + kDesign); },
-     "longitude and time zone lie far apart"},
+     "longitude and time zone are more than 45 degrees apart"},
     {"a dry-bulb is missing", [] { return changed([](Hours& h) { h[14].dry_bulb = "99.9"; }); },
-     "the dry-bulb is missing in 1 hour, first in line 19; a straight line bridges the gaps", false},
+     "the dry-bulb is missing in 1 hour, first in line 19; the gaps are filled by a straight line", false},
     {"an empty dew point", [] { return changed([](Hours& h) { h[5].dew_point = ""; }); },
-     "the dew point is missing in 1 hour, first in line 10; it follows from the relative humidity", false},
+     "the dew point is missing in 1 hour, first in line 10; it is computed from the relative humidity", false},
     {"a pressure is missing", [] { return changed([](Hours& h) { h[5].pressure = "999999"; }); },
-     "the pressure is missing in 1 hour, first in line 10; that of the standard atmosphere"},
+     "the pressure is missing in 1 hour, first in line 10; the pressure of the standard atmosphere"},
     {"solar is missing", [] { return changed([](Hours& h) { h[12].direct = "9999"; }); },
      "the direct normal solar is missing, and marked with 999, in 1 hour, first in line 17", false},
     {"solar below 0", [] { return changed([](Hours& h) { h[2].direct = "-1"; }); },
@@ -314,13 +314,13 @@ const Quirk kRead[]{
            true);
      },
      "midnight is stamped as hour 0"},
-    {"fields behind the elevation", [] { return with_header(replaced(kLocation, "280.0", "280.0,7") + kDesign); },
-     "what stands behind the elevation is passed over"},
+    {"fields after the elevation", [] { return with_header(replaced(kLocation, "280.0", "280.0,7") + kDesign); },
+     "the fields after the elevation are ignored"},
     {"two design conditions",
      [] { return with_header(kLocation + replaced(kDesign, "CONDITIONS,1,", "CONDITIONS,2,") + kHolidays); },
-     "of 2 design conditions the first are taken"},
+     "of the 2 sets of design conditions the first is used"},
     {"a pressure of the sea", [] { return changed([](Hours& h) { h[5].pressure = "109000"; }); },
-     "the pressure is far from that of the elevation", false},
+     "the pressure is more than 8 % off the standard at the elevation", false},
     {"a year of two digits",
      [] {
        return changed([](Hours& h) {
@@ -339,7 +339,7 @@ TEST(WeatherImport, ReadsRealFilesAndSaysWhatItMadeOfThem) {
     const std::string notes = imported(year, quirk.text());
     EXPECT_NE(notes.find(quirk.said), std::string::npos) << quirk.name << ": " << notes;
     EXPECT_FALSE(notes.starts_with("refused")) << quirk.name << ": " << notes;
-    if (*quirk.said == '\0' && notes.find("no design conditions") == std::string::npos) {
+    if (*quirk.said == '\0' && notes.find("no readable design conditions") == std::string::npos) {
       EXPECT_EQ(notes, "") << quirk.name;
     }
     EXPECT_EQ(hourly_bytes(year) == hourly_bytes(plain()), quirk.same_year) << quirk.name;
@@ -348,25 +348,25 @@ TEST(WeatherImport, ReadsRealFilesAndSaysWhatItMadeOfThem) {
 
 const Quirk kRefused[]{
     {"a missing row", [] { return changed([](Hours& h) { h.erase(h.begin() + 30); }); },
-     "line 34: of 8760 hours 1 is missing, behind this line the first is 2 January hour 7"},
-    {"a short year", [] { return changed([](Hours& h) { h.resize(5000); }); }, "of 8760 hours 3760 are missing"},
+     "line 34: 1 of 8760 hours is missing; the first, after this line, is 2 January hour 7"},
+    {"a short year", [] { return changed([](Hours& h) { h.resize(5000); }); }, "3760 of 8760 hours are missing"},
     {"a row twice", [] { return changed([](Hours& h) { h.push_back(h[3]); }); },
-     "line 8765: a second row for 1 January hour 4, which is in line 8 already"},
+     "line 8765: a second row for 1 January hour 4; line 8 has that hour already"},
     {"two rows an hour", [] { return with_header(kLocation + kDesign + "DATA PERIODS,1,2,Data,Sunday\n"); },
      "line 3: there are 2 rows an hour"},
     {"a word for a number", [] { return changed([](Hours& h) { h[8].dry_bulb = "cold"; }); },
-     "line 13: the dry-bulb is \"cold\", which is no number"},
+     "line 13: the dry-bulb is \"cold\", which is not a number"},
     {"a long gap",
      [] {
        return changed([](Hours& h) {
          for (int i = 100; i < 107; ++i) h[i].dry_bulb = "99.9";
        });
      },
-     "line 105: the dry-bulb is missing from here for 7 hours; up to 6 are bridged"},
+     "line 105: the dry-bulb is missing from here for 7 hours; only gaps of up to 6 hours are filled"},
     {"a dry-bulb in F", [] { return changed([](Hours& h) { h[8].dry_bulb = "86"; }); },
-     "line 13: a dry-bulb of 86 C cannot be"},
+     "line 13: a dry-bulb of 86 C is implausible"},
     {"a pressure in millibar", [] { return changed([](Hours& h) { h[8].pressure = "980"; }); },
-     "line 13: a pressure of 980 Pa cannot be"},
+     "line 13: a pressure of 980 Pa is implausible"},
     {"a month of 13", [] { return changed([](Hours& h) { h[8].month = 13; }); },
      "line 13: the month is 13, outside 1 to 12"},
     {"30 February", [] { return changed([](Hours& h) { h[8].month = 2, h[8].day = 30; }); },
@@ -387,7 +387,7 @@ const Quirk kRefused[]{
      },
      "the rows' order does not tell whether"},
     {"one stamp inside its hour", [] { return changed([](Hours& h) { h[7].minute = 1; }); },
-     "line 12: the minute is 1, that of the rows before is 0"},
+     "line 12: the minute is 1, but in the row before it is 0"},
     {"hours 0 and 24", [] { return changed([](Hours& h) { h[0].hour = 0; }); },
      "line 5: the hour is 0 in a file that has hour 24 as well, in line 28"},
     {"solar in Btu", [] { return replaced(tmy3(year_of()), "DNI (W/m^2)", "DNI (Btu/ft^2)"); },
@@ -396,14 +396,14 @@ const Quirk kRefused[]{
      "line 2: there are two columns Dry-bulb"},
     {"two locations", [] { return with_header(kLocation + kLocation); }, "line 2: a second location"},
     {"a huge value", [] { return changed([](Hours& h) { h[8].dry_bulb = "150"; }); },
-     "line 13: a dry-bulb of 150 C cannot be"},
+     "line 13: a dry-bulb of 150 C is implausible"},
     {"a site below what a file can hold", [] { return with_header(replaced(kLocation, "280.0", "-430")); },
      "line 1: the elevation, m, is -430, outside -304 to 4572"},
     {"CR alone", [] { return replaced(epw(year_of()), "\n", "\r"); }, "line 1: lines end with CR alone"},
     {"a NUL in a number", [] { return replaced(epw(year_of()), ",98000,", std::string(",98\0,", 5)); },
-     "line 5: the pressure is \"98?\", which is no number"},
+     "line 5: the pressure is \"98?\", which is not a number"},
     {"header lines without end", [] { return kLocation + replaced(std::string(9000, 'x'), "xxx", "HOL\n"); },
-     "there is no row of hourly data so far"},
+     "there is no row of hourly data up to this line"},
     {"UTF-16", [] { return std::string("\xFF\xFEL\0O\0", 6); }, "line 1: this is text in UTF-16"},
     {"another text", [] { return std::string("Dear all,\nplease find the weather.\n"); },
      "line 1: this is neither an EPW file"},

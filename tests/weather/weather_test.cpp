@@ -1,9 +1,9 @@
-#include "weather/weather.h"
+#include "tarn/weather.h"
 
 #include <cmath>
 
-#include "base/by_name.h"
 #include "support/temp_project.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn::test {
 namespace {
@@ -224,7 +224,7 @@ TEST_F(WeatherTest, LoadTakesWhatIsThere) {
   w->DesDay(12).SolarMult = 2;
   w->Save();
 
-  // A file that is cut in its last day, and one with something behind its end.
+  // A file that is cut in its last day, and one with bytes after its end.
   std::filesystem::resize_file(w->SimFileName, 2'595'000);
   write_bytes(w->DesFileName, bytes_of(w->DesFileName) + "tail");
   const auto again = weather();

@@ -1,0 +1,34 @@
+// Objects as forms a person reads, by their members tables alone.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/command.h"
+#include "tarn/reflect/members.h"
+
+namespace tarn::cli {
+
+/// An element as a person reads it: codes and references with their texts.
+std::string element_text(Database& database, Object& owner, const Member& field, Subscripts at);
+
+/// Whether nothing is set in a part: a slot that is not in use.
+bool is_blank(Object& part);
+
+/// The unit of a field where another decides it, empty where the members table has it.
+using UnitOf = std::function<std::string_view(const Member&)>;
+
+/// The fields of an object, without its parts.
+void show_fields(Database& database, Object& object, const UnitOf& unit_of = {});
+/// The fields, then each part under a heading of its own, blank ones in a line.
+void show_form(Database& database, Object& object);
+
+struct Titled {
+  std::string title;
+  Object* object;
+};
+/// Objects of one class as a table: two side by side, more below each other.
+void show_side_by_side(Database& database, const std::string& what, const std::vector<Titled>& objects);
+
+}  // namespace tarn::cli

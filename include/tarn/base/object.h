@@ -1,0 +1,64 @@
+// What every class of the layer is: an object that knows its class. The by-name faces need nothing else.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace tarn {
+
+class Object;
+struct ClassInfo;
+
+template <typename T>
+using Ptr = std::shared_ptr<T>;
+using ObjectPtr = Ptr<Object>;
+
+/// A value passed by name. The alternatives stand in the order of `ValueType`, which has one more, `Any`: the type of a
+/// result that is known only after the call.
+using Value =
+    std::variant<std::monostate, bool, int16_t, int32_t, float, double, std::string, ObjectPtr, std::vector<double>>;
+
+enum class ValueType : uint8_t { Empty, Boolean, Int16, Int32, Real32, Real64, Text, Object, Reals, Any };
+
+class Object : public std::enable_shared_from_this<Object> {
+ public:
+  Object() = default;
+  virtual ~Object() = default;
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+
+  virtual const ClassInfo& info() const = 0;
+  /// The record of a part, where it lies; empty for other objects.
+  virtual std::span<std::byte> part_record() { return {}; }
+
+  /// The object is a part of another one, inside it.
+  void belong_to(Object& owner) { owner_ = &owner; }
+  /// What keeps the object alive: the outermost object that it is a part of, or itself; null where that is not shared.
+  ObjectPtr keeper() { return owner_ ? owner_->keeper() : weak_from_this().lock(); }
+
+ private:
+  Object* owner_ = nullptr;
+};
+
+/// A part as its owner hands it out: it keeps the owner alive, where the owner is shared.
+template <typename P>
+Ptr<P> shared_part(Object& owner, P& part) {
+  part.belong_to(owner);
+  return Ptr<P>(owner.keeper(), &part);
+}
+
+/// An outgoing event: at most one listener, which may change the in/out arguments.
+template <typename... A>
+struct Event {
+  std::function<void(A...)> listener;
+  void raise(A... arguments) const {
+    if (listener) listener(arguments...);
+  }
+};
+
+}  // namespace tarn

@@ -1,0 +1,25 @@
+// A project as JSON text and back: every stored field once, under its name, entities in index order, so that the same
+// project gives the same bytes. docs/exchange.md describes the text.
+#pragma once
+
+#include <functional>
+#include <set>
+#include <string>
+
+#include "tarn/project.h"
+
+namespace tarn {
+
+/// Called after each entity: how many are done, of how many (0: not known).
+using Progress = std::function<void(size_t done, size_t total)>;
+
+/// The project's text. `groups` names the kinds to take ("windows"); none takes all, preferences and report options
+/// too.
+std::string export_project(COM_ProjectData& project, const std::set<std::string>& groups, const Progress& progress);
+
+/// Brings a text's entities in, in one transaction, and returns their number. Where the project has no entity of a
+/// kind, those of the text keep their indexes and their default record; otherwise they get free indexes. Anything wrong
+/// refuses all of it: the error names line, place, what was found and what is allowed.
+size_t import_project(COM_ProjectData& project, const std::string& text, const Progress& progress);
+
+}  // namespace tarn

@@ -1,0 +1,116 @@
+// The index database engine: one connection to a database file, its statements, and its part in the workspace's
+// transactions. Embedded SQLite, whose own header is seen in the sources of this folder alone. Numbers and texts are
+// bound to the '?' of a statement, never written into it, and prepared statements are kept.
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <typeindex>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "tarn/platform/cell.h"
+#include "tarn/platform/recordset.h"
+#include "tarn/platform/statement.h"
+
+struct sqlite3;
+
+namespace tarn {
+
+/// What a layer above keeps with an open database, for as long as its handle lives, and what it is told meanwhile.
+class DatabaseMemory {
+ public:
+  virtual ~DatabaseMemory() = default;
+  /// A row with this key went, by this connection.
+  virtual void row_deleted(std::string_view, int64_t) {}
+  /// Rows and tables may be others than they were: a rollback, or a table dropped.
+  virtual void rows_unknown() {}
+};
+
+class Database final : public Object {
+ public:
+  /// `Apart` reads another program's database, outside of the transactions here.
+  enum class Access : uint8_t { ReadWrite, ReadOnly, Apart };
+
+  /// Opens an existing database, read-only where the file does not take writes.
+  /// Errors `DatabaseNotFound`, `UnknownFormat`, `DatabaseLocked`, `UnfinishedCommit`, each naming the file.
+  static Ptr<Database> open(const std::string& path, Access access = Access::ReadWrite);
+  /// Makes a new database by a script; error `FileExists` where the file is there.
+  static void create(const std::string& path, std::string_view script);
+  ~Database() override;
+
+  const ClassInfo& info() const override;
+  std::string Name() const { return path_; }
+  bool read_only() const { return read_only_; }
+
+  Recordset OpenRecordset(const std::string& sql, std::vector<Cell> parameters = {});
+  /// Runs a statement without rows; returns the rows that it changed. Error `StatementRejected` holds the statement;
+  /// it meets those that begin or end a transaction, attach a database, or change a setting, for which the workspace
+  /// has its calls.
+  int Execute(const std::string& sql, std::span<const Cell> parameters = {});
+
+  /// Changes when another program has committed.
+  int64_t foreign_version() { return pragma("data_version"); }
+  /// Whether a statement of this connection was made that sets a column of existing rows.
+  bool sets(const std::string& table, const std::string& column) const { return set_.contains(table + "." + column); }
+  /// A layer's memory of this database, made from it at the first call: one of each type.
+  template <typename Memory>
+  Memory& memory() {
+    if (const auto kept = memories_.find(typeid(Memory)); kept != memories_.end())
+      return static_cast<Memory&>(*kept->second);
+    return static_cast<Memory&>(*memories_.emplace(typeid(Memory), std::make_unique<Memory>(*this)).first->second);
+  }
+
+  // For the workspace:
+  /// Joins the open transaction. A statement that only reads needs no savepoints for the inner levels.
+  enum class Part : uint8_t { Reading, Writing };
+  void join(Part part = Part::Writing);
+  void release_level(size_t level);
+  void rollback_level(size_t level);
+  void commit();
+  /// The journal of the commit that is about to be made; takes the write lock.
+  std::string claim_journal();
+
+ private:
+  friend class Recordset;
+  friend class Statement;
+  struct Private {};
+  // Only so many are kept: a client may write values into its statements, so that each is a new text.
+  static constexpr size_t kKeptTexts = 500;
+
+ public:
+  Database(Private, std::string path, sqlite3* handle);
+
+ private:
+  sqlite3_stmt* prepare(const std::string& sql);
+  [[noreturn]] void fail_on(const std::string& sql) const;
+  int authorize(int action, const char* first, const char* second);
+  void rows_unknown();
+  void forget_idle();
+  void run(const std::string& sql);
+  void control(const std::string& sql);
+  std::shared_ptr<QueryShape> shape_of(const std::string& sql);
+  int64_t last_key() const;
+  int64_t pragma(const std::string& name);
+  void recover();
+  std::string journal_name(int64_t token) const;
+
+  std::string path_;
+  sqlite3* handle_ = nullptr;
+  bool read_only_ = false;
+  bool apart_ = false;
+  size_t level_ = 0;  // of the workspace's transaction that this database has joined
+  std::unordered_map<std::string, KeptStatements> prepared_;             // by text
+  std::unordered_map<std::string, sqlite3_stmt*> controls_;              // of transactions, by text; never a client's
+  std::unordered_map<std::string, std::shared_ptr<QueryShape>> shapes_;  // by query
+  std::unordered_map<std::type_index, std::unique_ptr<DatabaseMemory>> memories_;
+  bool screening_ = false;               // a statement is prepared that is not this layer's own
+  std::string refused_;                  // what it would do that it must not
+  std::string dropping_;                 // the table that was dropped last
+  std::unordered_set<std::string> set_;  // "table.column"
+};
+
+}  // namespace tarn

@@ -1,0 +1,179 @@
+/* The C interface: objects by class name, members by name or number, values as a tagged union, a status from each call.
+ *
+ * Objects are opaque handles. Whoever was given a handle releases it once with tarn_release. A handle that is null,
+ * released, made up or of another thread is answered with TARN_BAD_HANDLE, never with a crash. Each thread has its own
+ * database engine: an object stays on the thread that made it. Texts are UTF-8, ended by a NUL that their length does
+ * not count; texts handed out stay valid until the next call on the same thread. */
+#ifndef TARN_H
+#define TARN_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#if defined(__GNUC__)
+#define TARN_API __attribute__((visibility("default")))
+#else
+#define TARN_API
+#endif
+
+typedef struct tarn_object tarn_object;
+
+typedef enum tarn_status {
+  TARN_OK = 0,
+  TARN_ERROR = 1,      /* see tarn_last_error */
+  TARN_BAD_HANDLE = 2, /* null, released or foreign */
+  TARN_NO_MEMBER = 3,  /* no such member, or of another kind */
+  TARN_BAD_ARGUMENT = 4
+} tarn_status;
+
+typedef enum tarn_type {
+  TARN_EMPTY,
+  TARN_BOOLEAN,
+  TARN_INT16,
+  TARN_INT32,
+  TARN_REAL32,
+  TARN_REAL64,
+  TARN_TEXT,
+  TARN_OBJECT,
+  TARN_REALS,
+  TARN_ANY /* only for a result in tarn_member: its type is known after the call */
+} tarn_type;
+
+typedef enum tarn_kind { TARN_PROPERTY, TARN_METHOD, TARN_EVENT } tarn_kind;
+
+typedef struct tarn_value {
+  int32_t type;   /* tarn_type */
+  int32_t length; /* of a text in bytes, of a list of reals in reals */
+  union {
+    int32_t boolean; /* 0 or 1 */
+    int16_t i2;
+    int32_t i4;
+    float r4;
+    double r8;
+    const char* text;
+    const double* reals; /* as a text, valid until the next call on the same thread */
+    tarn_object* object; /* handed out: the caller releases it */
+  } as;
+} tarn_value;
+
+typedef struct tarn_bounds {
+  int32_t first, last;
+} tarn_bounds;
+
+typedef struct tarn_parameter {
+  const char* name;
+  int32_t type;
+  int32_t optional, by_reference, in_out;
+} tarn_parameter;
+
+typedef struct tarn_member {
+  const char* name;
+  const char* unit;
+  int32_t kind; /* tarn_kind */
+  int32_t type; /* of the property or the result */
+  int32_t read_only, by_reference;
+  int32_t bound_count, parameter_count;
+  int32_t text_width; /* characters of a stored text, 0 for other values */
+} tarn_member;
+
+/* Classes and their members, in interface order. Names out of range are NULL. */
+TARN_API int32_t tarn_class_count(void);
+TARN_API const char* tarn_class_name(int32_t number);
+TARN_API int32_t tarn_member_count(const char* class_name); /* -1: no such class */
+TARN_API tarn_status tarn_describe(const char* class_name, int32_t member, tarn_member* out);
+TARN_API tarn_status tarn_describe_bounds(const char* class_name, int32_t member, int32_t dimension, tarn_bounds* out);
+TARN_API tarn_status tarn_describe_parameter(const char* class_name, int32_t member, int32_t parameter,
+                                             tarn_parameter* out);
+
+/* Objects. */
+TARN_API tarn_status tarn_create(const char* class_name, tarn_object** out);
+TARN_API tarn_status tarn_release(tarn_object* object);
+TARN_API const char* tarn_class_of(tarn_object* object); /* NULL for a bad handle */
+
+/* Members by number: their place in interface order, from 0; -1 where there is none. Letter case does not matter. */
+TARN_API int32_t tarn_member_number(tarn_object* object, const char* name);
+TARN_API tarn_status tarn_get(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count,
+                              tarn_value* out);
+TARN_API tarn_status tarn_let(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count,
+                              const tarn_value* value);
+/* In/out arguments come back in place: pass one value for every parameter, missing optional ones as TARN_EMPTY. */
+TARN_API tarn_status tarn_call(tarn_object* object, int32_t member, tarn_value* arguments, int32_t count,
+                               tarn_value* result);
+/* Members by name. */
+TARN_API tarn_status tarn_get_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count,
+                                      tarn_value* out);
+TARN_API tarn_status tarn_let_by_name(tarn_object* object, const char* name, const int32_t* subscripts, int32_t count,
+                                      const tarn_value* value);
+TARN_API tarn_status tarn_call_by_name(tarn_object* object, const char* name, tarn_value* arguments, int32_t count,
+                                       tarn_value* result);
+
+/* A whole array of numbers or Booleans as one block, the first subscript varying fastest: int16_t for TARN_INT16 and
+ * TARN_BOOLEAN (0 and -1), int32_t, float or double. `bytes` must be the array's exact size. */
+TARN_API tarn_status tarn_get_block(tarn_object* object, int32_t member, void* data, size_t bytes);
+TARN_API tarn_status tarn_let_block(tarn_object* object, int32_t member, const void* data, size_t bytes);
+
+/* Events: the listener may change the arguments in place, and returns 0; anything else makes the operation that raised
+ * the event fail. Texts among the arguments are valid during the call. A null listener stops listening. */
+typedef int32_t (*tarn_listener)(void* context, tarn_value* arguments, int32_t count);
+TARN_API tarn_status tarn_listen(tarn_object* object, int32_t event, tarn_listener listener, void* context);
+
+/* The last error of an object, or of the thread's last call for a null object. Returns its number, 0 for none. */
+TARN_API int32_t tarn_last_error(tarn_object* object, const char** source, const char** description);
+
+/* The diagnostic log of this thread. A plain message has class_name, procedure and detail NULL, and its text in `text`.
+ */
+typedef void (*tarn_log)(void* context, const char* text, const char* component, const char* class_name,
+                         const char* procedure, const char* detail);
+TARN_API void tarn_set_log(tarn_log log, void* context);
+
+/* Called by long calculations of this thread, so that a user interface can handle its pending events; null for none. */
+typedef void (*tarn_yield)(void* context);
+TARN_API void tarn_set_yield(tarn_yield yield, void* context);
+
+/* Full path of a data file that the product ships: "chillers.dat", a record for each chiller type; "plant.dat", the
+ * default plant. NULL where it is not found; the error says where it was looked for. Valid until the next call. */
+TARN_API const char* tarn_shipped_file(const char* name);
+
+/* Fills a CHL_Chiller from the performance map of a file in the JSON form of ASHRAE 205 (RS0001); it is not saved yet.
+ * `notes`, which may be null, receives what a person should know of the result: full load and IPLV beside the stated
+ * rating, and what was not carried over; a line each, ended by '\n'. Valid until the next call. After an error the
+ * chiller is as it was. */
+TARN_API tarn_status tarn_import_chiller(tarn_object* chiller, const char* path, const char** notes);
+
+/* Makes a new index database with every table, which a client does first; an existing file is refused. */
+TARN_API tarn_status tarn_create_index(const char* path);
+/* The shared handle of an existing index database, for SetDBHandle. */
+TARN_API tarn_status tarn_open_database(const char* path, tarn_object** out);
+/* Statements of the client's own; the rows changed come back. Values are bound to the '?' of the statement. Those that
+ * begin or end a transaction, attach a database or change a setting are refused, here and in tarn_query: use
+ * tarn_begin, tarn_commit and tarn_rollback. */
+TARN_API tarn_status tarn_execute(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
+                                  int32_t* changed);
+/* Rows of a query: `row` is called for each with its column names and values. */
+typedef void (*tarn_row)(void* context, const char* const* names, const tarn_value* values, int32_t count);
+TARN_API tarn_status tarn_query(tarn_object* database, const char* sql, const tarn_value* parameters, int32_t count,
+                                tarn_row row, void* context);
+
+/* A file under a number, 1 to 511, for Load and Save of result blocks; each thread has its own numbers. A file to
+ * write need not exist. What is written replaces the old file when it is closed; a failure leaves the old file. */
+TARN_API tarn_status tarn_open_file(const char* path, int32_t write, int16_t* number);
+TARN_API tarn_status tarn_close_file(int16_t number);
+/* Closes the file and drops what was written to it. */
+TARN_API tarn_status tarn_drop_file(int16_t number);
+/* The position after the last block, counted from 1. */
+TARN_API tarn_status tarn_file_position(int16_t number, int32_t* position);
+
+/* Transactions over all saves of this thread, files included; they nest. */
+TARN_API tarn_status tarn_begin(void);
+TARN_API tarn_status tarn_commit(void);
+TARN_API tarn_status tarn_rollback(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,16 @@
+// Where in a JSON text a value stands, for messages: JSON values themselves do not remember.
+#pragma once
+
+#include <string>
+
+namespace tarn {
+
+/// The line, from 1, on which the value of a JSON pointer ("/WIN_Window/3/Height") ends its first token; the last line
+/// for a pointer that the text has not.
+size_t line_of(const std::string& text, const std::string& pointer);
+
+/// Checks a text before it is used. Error `TypeMismatch`, with the line, for a text that is not JSON, nests too deep,
+/// has a number too large for a real, or gives an object the same key twice (letter case ignored).
+void check_json(const std::string& text);
+
+}  // namespace tarn

@@ -1,0 +1,65 @@
+#include "project/defaults.h"
+
+#include <nlohmann/json.hpp>
+
+#include "project/kinds.h"
+#include "reflect/json.h"
+#include "storage/kind.h"
+#include "tarn/platform/workspace.h"
+#include "tarn/utility_rate.h"
+
+namespace tarn {
+
+extern const char* const default_records;
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+const Json& table() {
+  static const Json records = Json::parse(default_records);
+  return records;
+}
+
+/// False for a kind that keeps no default.
+bool fill(StoredEntity& entity, const EntityKind& kind) {
+  const bool in_table = table().contains(kind.section);
+  if (!in_table && !kind.standard) return false;
+  if (kind.standard) kind.standard(entity);
+  if (in_table) set_fields_from_json(entity, table().at(std::string(kind.section)).at("values"));
+  for (const Member& member : entity.info().members) {
+    for (int number = 1; kind.derive && member.is_part() && number <= member.part_count(entity); ++number)
+      kind.derive(member.part(entity, number));
+  }
+  if (kind.compute) kind.compute(entity);
+  return true;
+}
+
+/// Whether the entity is of the kind; a class of two kinds has the word of one.
+bool is_of(const StoredEntity& entity, const EntityKind& kind) {
+  const Kind& own = entity.kind();
+  return kind.class_name == own.class_name &&
+         (kind.section == kind.class_name || kind.section.ends_with("." + std::string(own.default_word)));
+}
+
+}  // namespace
+
+void write_default_records(COM_ProjectData& project) {
+  Transaction transaction;
+  for (const EntityKind& kind : entity_kinds()) {
+    const auto entity = make_entity(project, kind);
+    if (fill(*entity, kind)) entity->SaveDefault();
+  }
+  transaction.commit();
+}
+
+bool fill_product_default(StoredEntity& entity) {
+  const auto* rate = dynamic_cast<const URT_UtilityRate*>(&entity);
+  if (rate && rate->RateType() == URT_RateTypes::TD_UNDEFINED) return false;  // of neither kind yet
+  for (const EntityKind& kind : entity_kinds()) {
+    if (is_of(entity, kind)) return fill(entity, kind);
+  }
+  return false;
+}
+
+}  // namespace tarn

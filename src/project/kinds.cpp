@@ -1,0 +1,205 @@
+#include "project/kinds.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+#include "airsystems/defaults.h"
+#include "base/nearest.h"
+#include "project/defaults.h"
+#include "project/shipped.h"
+#include "tarn/boiler.h"
+#include "tarn/building.h"
+#include "tarn/chiller.h"
+#include "tarn/construction.h"
+#include "tarn/cooling_tower.h"
+#include "tarn/door.h"
+#include "tarn/plant.h"
+#include "tarn/reflect/names.h"
+#include "tarn/schedule.h"
+#include "tarn/shade.h"
+#include "tarn/space.h"
+#include "tarn/utility_rate.h"
+#include "tarn/window.h"
+
+namespace tarn {
+namespace {
+
+template <typename C, void (C::*Compute)()>
+void computed(StoredEntity& entity) {
+  (dynamic_cast<C&>(entity).*Compute)();
+}
+
+/// "VAV" of AS_Dflt_08_VAV.
+std::string_view short_name(const SystemDefaults& defaults) {
+  return defaults.class_name.substr(std::string_view("AS_Dflt_00_").size());
+}
+
+/// By number or short name; single-zone constant volume is the usual.
+void start_system(StoredEntity& entity, std::string_view type) {
+  auto& system = dynamic_cast<AS_AirSystem&>(entity);
+  if (type.empty()) return system.SetToDefaults();
+  int number = 0;
+  const auto [end, failed] = std::from_chars(type.data(), type.data() + type.size(), number);
+  if (failed == std::errc() && end == type.data() + type.size())
+    return system.SetToDefaultsByType(static_cast<int16_t>(std::clamp(number, -1, 99)));
+  std::vector<std::string_view> names;
+  for (const SystemDefaults& each : kSystemDefaults) {
+    names.push_back(short_name(each));
+    if (same_word(names.back(), type) || std::to_string(each.type) == type)
+      return system.SetToDefaultsByType(each.type);
+  }
+  fail(ErrorNumber::InvalidCall, "There is no system type " + std::string(type) + "; " + did_you_mean(type, names));
+}
+
+/// The code of an enumeration by its number, its name with or without the first word, or its text.
+template <typename E>
+E code_of(std::string_view word, const std::string& what) {
+  std::vector<std::string_view> names;
+  for (const Label& label : labels<E>) {
+    const std::string_view short_form = label.name.substr(label.name.find('_') + 1);
+    if (word == std::to_string(label.code) || same_word(label.name, word) || same_word(short_form, word) ||
+        same_word(label.text, word))
+      return static_cast<E>(label.code);
+    names.push_back(short_form);
+  }
+  fail(ErrorNumber::InvalidCall,
+       "There is no " + what + " type " + std::string(word) + "; " + did_you_mean(word, names));
+}
+
+void start_chiller(StoredEntity& entity, std::string_view type) {
+  auto& chiller = dynamic_cast<CHL_Chiller&>(entity);
+  if (!type.empty()) {
+    const auto code = code_of<CHL_ChillerTypes>(type, "chiller");
+    return chiller.CreateDefaultByType(static_cast<int16_t>(code), shipped_file("chillers.dat"));
+  }
+  chiller.CreateDefault();
+  chiller.Reset(true);
+}
+
+void standard_chiller(StoredEntity& entity) {
+  constexpr auto kType = static_cast<int16_t>(CHL_ChillerTypes::CT_WATER_COOLED_CENTRIFUGAL);
+  dynamic_cast<CHL_Chiller&>(entity).CreateDefaultByType(kType, shipped_file("chillers.dat"));
+}
+
+void start_plant(StoredEntity& entity, std::string_view type) {
+  auto& plant = dynamic_cast<PLT_Plant&>(entity);
+  plant.CreateDefault();
+  plant.Reset(true);
+  if (!type.empty()) plant.SetType(code_of<PLT_PlantTypes>(type, "plant"));
+}
+
+void standard_plant(StoredEntity& entity) {
+  auto& plant = dynamic_cast<PLT_Plant&>(entity);
+  const std::string own = std::exchange(plant.DefFileName, shipped_file("plant.dat"));
+  plant.CreateDefault();
+  plant.DefFileName = own;
+}
+
+void derived(Object& part) { dynamic_cast<CA_Layer&>(part).derive(); }
+
+/// All sections of an air system count from the start.
+void select_all(Object& system) {
+  constexpr int32_t kAll = 0x7FFFFFF;
+  dynamic_cast<AS_AirSystem&>(system).SetMask(kAll, 0);
+}
+
+template <URT_RateTypes Type>
+void set_rate_type(Object& rate) {
+  dynamic_cast<URT_UtilityRate&>(rate).SetRateType(Type);
+}
+
+template <typename C>
+constexpr EntityKind kind_of(EntityKind row) {
+  row.class_name = class_name<C>();
+  if (row.section.empty()) row.section = row.class_name;
+  row.create = []() -> ObjectPtr { return std::make_shared<C>(); };
+  return row;
+}
+
+constexpr auto kPerformance = computed<WIN_Window, &WIN_Window::CalculatePerformance>;
+constexpr auto kLayerSums = computed<CA_ConstructionAssly, &CA_ConstructionAssly::sum_layers>;
+constexpr EntityKind kKinds[]{
+    kind_of<WIN_Window>({.group = "windows",
+                         .one = "window",
+                         .factory = "NewWindow",
+                         .file = {"WindowFilename", "WIN.DAT"},
+                         .compute = kPerformance}),
+    kind_of<DOR_Door>({.group = "doors", .one = "door", .factory = "NewDoor", .file = {"DoorFilename", "DOR.DAT"}}),
+    kind_of<SHD_Shade>(
+        {.group = "shades", .one = "shade", .factory = "NewShade", .file = {"ShadeFilename", "SHD.DAT"}}),
+    kind_of<CA_ConstructionAssly>({.group = "walls",
+                                   .one = "wall",
+                                   .factory = "NewWall",
+                                   .file = {"WallFilename", "WAL.DAT"},
+                                   .section = "CA_ConstructionAssly.Wall",
+                                   .derive = derived,
+                                   .compute = kLayerSums}),
+    kind_of<CA_ConstructionAssly>({.group = "roofs",
+                                   .one = "roof",
+                                   .factory = "NewRoof",
+                                   .file = {"RoofFilename", "ROF.DAT"},
+                                   .section = "CA_ConstructionAssly.Roof",
+                                   .derive = derived,
+                                   .compute = kLayerSums}),
+    kind_of<SCH_Schedule>(
+        {.group = "schedules", .one = "schedule", .factory = "NewSchedule", .file = {"ScheduleFilename", "SCH.DAT"}}),
+    kind_of<SPC_Space>(
+        {.group = "spaces", .one = "space", .factory = "NewSpace", .file = {"SpaceFilename", "SPC.DAT"}}),
+    kind_of<CHL_Chiller>({.group = "chillers",
+                          .one = "chiller",
+                          .factory = "NewChiller",
+                          .file = {"ChillerFilename", "CHL.DAT"},
+                          .start = start_chiller,
+                          .standard = standard_chiller}),
+    kind_of<BLR_Boiler>(
+        {.group = "boilers", .one = "boiler", .factory = "NewBoiler", .file = {"BoilerFilename", "BLR.DAT"}}),
+    kind_of<TWR_CoolingTower>(
+        {.group = "towers", .one = "tower", .factory = "NewCoolingTower", .file = {"TowerFilename", "TWR.DAT"}}),
+    kind_of<AS_AirSystem>({.group = "air-systems",
+                           .one = "air system",
+                           .factory = "NewAirSystem",
+                           .file = {"AirSystemDefaultFilename", "A00.DAT"},
+                           .letter = 'A',
+                           .prepare = select_all,
+                           .start = start_system}),
+    kind_of<PLT_Plant>({.group = "plants",
+                        .one = "plant",
+                        .factory = "NewPlant",
+                        .file = {"PlantDefaultFilename", "P00.DAT"},
+                        .letter = 'P',
+                        .start = start_plant,
+                        .standard = standard_plant}),
+    kind_of<URT_UtilityRate>({.group = "electric-rates",
+                              .one = "electric rate",
+                              .factory = "NewElectricRate",
+                              .file = {"ElecRateFilename", "ERT.DAT"},
+                              .section = "URT_UtilityRate.ElectricRate",
+                              .prepare = set_rate_type<URT_RateTypes::TD_ELECTRIC>}),
+    kind_of<URT_UtilityRate>({.group = "fuel-rates",
+                              .one = "fuel rate",
+                              .factory = "NewFuelRate",
+                              .file = {"FuelRateFilename", "FRT.DAT"},
+                              .section = "URT_UtilityRate.FuelRate",
+                              .prepare = set_rate_type<URT_RateTypes::TD_FUEL>}),
+    kind_of<BLD_Building>({.group = "buildings",
+                           .one = "building",
+                           .factory = "NewBuilding",
+                           .file = {"BuildingDefaultFileName", "B00.DAT"},
+                           .letter = 'B'}),
+};
+
+[[maybe_unused]] const bool kDefaultsAreKnown = [] {
+  StoredEntity::product_default = fill_product_default;
+  return true;
+}();
+
+}  // namespace
+
+std::span<const EntityKind> entity_kinds() { return kKinds; }
+
+Ptr<StoredEntity> make_entity(COM_ProjectData& project, const EntityKind& kind) {
+  return std::static_pointer_cast<StoredEntity>(project.make(kind));
+}
+
+}  // namespace tarn

@@ -1,0 +1,43 @@
+// The kinds of entity that a project keeps, in the order in which they are listed, exported and given defaults: what is
+// referred to stands before what refers to it. A new kind is one row here: the project's factory and file name, the
+// list of classes, default records, exchange, command line and Python follow from it.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tarn/project.h"
+#include "tarn/storage/entity.h"
+
+namespace tarn {
+
+/// A file of the project: the property that names it, and what its name ends with.
+struct ProjectFile {
+  std::string_view property, suffix;
+};
+
+struct EntityKind {
+  std::string_view group, one;         // as a person names them: "windows", "window"
+  std::string_view factory;            // of the project: "NewWindow"
+  ProjectFile file;                    // of the kind's records; of the default where each entity has a file of its own
+  char letter = 0;                     // of the files that the entities have, "A" in "JOBA01.DAT"
+  std::string_view section = {};       // of an exchange text: the class, and the kind where two share it
+  void (*prepare)(Object&) = nullptr;  // what the factory sets besides files and database
+  void (*start)(StoredEntity&, std::string_view type) = nullptr;  // a new one of a type, empty for the usual; null: no
+                                                                  // types
+  void (*standard)(StoredEntity&) = nullptr;  // fills the default of a new project from what the product ships; null
+                                              // where the table of default records has it, or none is kept
+  void (*derive)(Object&) = nullptr;          // what follows inside a part, after an edit of it
+  void (*compute)(StoredEntity&) = nullptr;   // what follows from the inputs, after an edit
+  std::string_view class_name = {};
+  ObjectPtr (*create)() = nullptr;
+};
+
+std::span<const EntityKind> entity_kinds();
+
+/// A new entity from the project's factory. Errors are thrown, not trapped.
+Ptr<StoredEntity> make_entity(COM_ProjectData& project, const EntityKind& kind);
+
+}  // namespace tarn

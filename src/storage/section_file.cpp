@@ -1,0 +1,386 @@
+#include "tarn/storage/section_file.h"
+
+#include <algorithm>
+
+#include "platform/file_store.h"
+#include "platform/host.h"
+#include "storage/file_names.h"
+#include "storage/kind.h"
+#include "storage/links.h"
+#include "tarn/storage/entity.h"
+
+namespace tarn {
+namespace {
+
+bool is_true(Header header, size_t offset) { return record_in<Bool>(header.subspan(offset)); }
+
+void append(Blocks& all, const Blocks& more) { all.insert(all.end(), more.begin(), more.end()); }
+
+}  // namespace
+
+size_t SectionForm::first_result() const {
+  return static_cast<size_t>(std::ranges::find_if(sections, &Section::is_result) - sections.begin());
+}
+
+std::string SectionFile::path_of(int index) const {
+  const std::string name = object_file_name(place_.FilePrefix, index);
+  return name.empty() ? name : host().directory_form(place_.WorkPath) + name;
+}
+
+bool SectionFile::exists(const std::string& path) const { return !path.empty() && files().exists(path); }
+
+std::string SectionFile::message(std::string_view begin, const std::string& path) const {
+  const std::string name = path.empty() ? "the " + std::string(form_.one) + " has no FilePrefix" : path;
+  return std::string(begin) + name + std::string(form_.end_of_message);
+}
+
+Sections SectionFile::selected_by(int32_t mask) const {
+  Sections sections = 0;
+  for (size_t i = 0; i < count(); ++i) {
+    if (section(i).mask == 0 || (section(i).mask & mask) != 0) sections |= section_bit(i);
+  }
+  return sections;
+}
+
+Sections SectionFile::to_load() const { return form_.mask ? selected_by(form_.mask(entity_)) : kAllSections; }
+Sections SectionFile::to_save() const { return form_.mask ? selected_by(form_.mask(entity_)) : loaded_; }
+
+void SectionFile::set_there(size_t section, bool there) {
+  there_ = there ? there_ | section_bit(section) : there_ & ~section_bit(section);
+}
+
+bool SectionFile::has_references(std::string_view kind, Sections sections) const {
+  const auto by = [this](std::string_view word) {
+    return std::ranges::find(form_.sections, word, &Section::references);
+  };
+  auto found = by(kind);
+  if (found == form_.sections.end()) found = by("*");
+  return (sections & section_bit(static_cast<size_t>(found - form_.sections.begin()))) != 0;
+}
+
+Blocks SectionFile::blocks() const {
+  Blocks all;
+  for (size_t i = 0; i < count(); ++i) append(all, blocks_of(i));
+  return all;
+}
+
+Blocks SectionFile::inputs() const {
+  Blocks all;
+  for (size_t i = 0; i < form_.first_result(); ++i) append(all, blocks_of(i));
+  return all;
+}
+
+void SectionFile::fit(size_t number, Header header, bool there) {
+  if (section(number).fit) section(number).fit(entity_, header, there);
+}
+
+void SectionFile::drop_results() {
+  for (size_t i = form_.first_result(); i < count(); ++i) {
+    set_there(i, false);
+    fit(i, {}, false);
+    clear(blocks_of(i));
+  }
+}
+
+void SectionFile::renew() {
+  fit(0, {}, false);
+  drop_results();
+  become_whole();
+}
+
+// ---- the file's shape
+
+/// The bytes that a file begins with; those that it lacks are zero.
+std::vector<std::byte> SectionFile::header_of_file(const std::string& path) const {
+  std::vector<std::byte> bytes(header().size());
+  files().read(path, 0, bytes, OpenMode::Read);
+  return bytes;
+}
+
+std::vector<std::byte> SectionFile::stored_header(int16_t index) const {
+  const std::string path = path_of(index);
+  return exists(path) ? header_of_file(path) : std::vector<std::byte>();
+}
+
+SectionFile::Ends SectionFile::ends_of(Header header, const std::string& path) const {
+  const HeaderCounts counts = form_.counts ? form_.counts(header, path) : HeaderCounts{};
+  Ends ends;
+  uint64_t end = 0;
+  for (const Section& each : form_.sections) {
+    end += each.size.fixed + counts.things * each.size.each + counts.outputs * each.size.each_output;
+    ends.push_back(end);
+  }
+  return ends;
+}
+
+/// A file ends where one of its sections ends.
+SectionFile::Ends SectionFile::checked_ends(Header header, uint64_t size, const std::string& path) const {
+  if (size < header.size()) {
+    fail(ErrorNumber::UnknownFormat, path + " is cut inside its header: " + std::to_string(size) + " of " +
+                                         std::to_string(header.size()) + " bytes. Restore the file from a copy.");
+  }
+  Ends ends = ends_of(header, path);
+  if (std::find(ends.begin(), ends.end(), size) == ends.end()) {
+    std::string list;
+    for (const uint64_t end : ends) list += (list.empty() ? "" : ", ") + std::to_string(end);
+    fail(ErrorNumber::UnknownFormat, path + " ends inside a section, at byte " + std::to_string(size) +
+                                         ": by its header its sections end at " + list +
+                                         ". Restore the file from a copy.");
+  }
+  return ends;
+}
+
+/// A file may end before a section that was never made, but not before one that the index database tells of.
+void SectionFile::check_lacking(const std::string& path, Header header, const LoadContext& load,
+                                Sections in_file) const {
+  const Sections lacking = load.sections & ~in_file;
+  if (lacking == 0 || load.index == 0) return;
+  for (const ResultFlag& flag : form_.result_flags) {
+    const bool says = is_true(header, flag.offset) || (load.row && load.row->Fields(flag.column).integer() != 0);
+    if (!says || (lacking & flag.sections) == 0 || (in_file & flag.sections) != 0) continue;
+    fail(ErrorNumber::UnknownFormat, path + " has no results, though " + std::string(flag.column) +
+                                         " says that they are there. Restore the file from a copy, or load and save "
+                                         "its inputs alone and calculate again.");
+  }
+  const std::string_view owner = entity_.kind().link_owner;
+  for (size_t i = 1; load.row && i < form_.first_result(); ++i) {
+    if ((lacking & section_bit(i)) == 0) continue;
+    LinkRows links(*entity_.GetDBHandle(), owner, load.index);
+    for (const std::string_view kind : kinds_referred_to(
+             entity_.info(), [&](std::string_view each) { return has_references(each, section_bit(i)); })) {
+      if (links.of(kind).empty()) continue;
+      fail(ErrorNumber::UnknownFormat, path + " ends before " + std::string(section(i).name) + ", though " +
+                                           std::string(owner) + " " + std::to_string(load.index) +
+                                           " has link rows of kind " + std::string(kind) +
+                                           ". Restore the file from a copy.");
+    }
+  }
+}
+
+// ---- load
+
+void SectionFile::check(std::optional<int16_t> index, std::string_view /*operation*/) const {
+  if (!index || form_.row_first) return;
+  const std::string path = path_of(*index);
+  if (!exists(path)) fail(ErrorNumber::FileNotFound, message(form_.missing_file, path));
+}
+
+void SectionFile::read(const LoadContext& load) {
+  const std::string path = path_of(load.index);
+  if (form_.row_first && !exists(path)) fail(ErrorNumber::FileNotFound, message(form_.missing_file, path));
+  read_sections(path, load);
+}
+
+bool SectionFile::read_default() {
+  const std::string path = default_path();
+  if (exists(path)) {
+    read_sections(path, {0, kAllSections, false, nullptr, [] {}});
+  } else if (form_.without_default) {
+    form_.without_default(entity_);
+    become_whole();
+  } else {
+    fail(ErrorNumber::FileNotFound, message(form_.missing_default, path));
+  }
+  clear_result_flags();
+  return true;
+}
+
+/// What is there of another section of the same entity stays, as long as it fits the header.
+bool SectionFile::keeps(size_t number, const LoadContext& load, const Ends& ends) const {
+  if (!load.same_entity || (load.sections & section_bit(number)) != 0) return false;
+  const uint64_t size = ends[number] - (number == 0 ? 0 : ends[number - 1]);
+  return is_loaded(number) && section(number).stays && size_of(blocks_of(number)) == size;
+}
+
+void SectionFile::check_inputs(const std::string& path, Sections sections) const {
+  for (size_t i = 0; i < form_.first_result(); ++i) {
+    if ((sections & section_bit(i)) != 0 && section(i).check) section(i).check(entity_, path);
+  }
+}
+
+void SectionFile::read_sections(const std::string& path, const LoadContext& load) {
+  const std::vector<std::byte> new_header = header_of_file(path);
+  const uint64_t size = files().size(path);
+  const Ends ends = checked_ends(new_header, size, path);
+  Sections in_file = 0, kept = 0;
+  for (size_t i = 0; i < count(); ++i) {
+    if (size >= ends[i]) in_file |= section_bit(i);
+    if (keeps(i, load, ends)) kept |= section_bit(i);
+  }
+  check_lacking(path, new_header, load, in_file);
+  for (size_t i = 0; i < count(); ++i) {
+    if (i == form_.first_result()) {
+      check_inputs(path, load.sections);
+      load.inputs_read();
+    }
+    if ((kept & section_bit(i)) != 0) continue;
+    const bool there = (load.sections & in_file & section_bit(i)) != 0;
+    if (!there) clear(blocks_of(i));  // nothing of another entity stays
+    fit(i, new_header, there);
+    if (there && i == 0)
+      std::ranges::copy(new_header, header().begin());
+    else if (there)
+      files().read_blocks(path, ends[i - 1], blocks_of(i));
+    set_there(i, there);
+  }
+  loaded_ = load.sections | kept;
+}
+
+// ---- save
+
+bool SectionFile::take_unselected_header(const SaveContext& save) {
+  const std::string path = path_of(entity_.Index);
+  if (save.selects(0) || !exists(path)) return false;
+  const std::vector<std::byte> stored = header_of_file(path);
+  checked_ends(stored, files().size(path), path);
+  std::ranges::copy(stored, header().begin());
+  return true;
+}
+
+void SectionFile::check_loaded(const SaveContext& save) const {
+  for (size_t i = 1; i < form_.first_result(); ++i) {
+    if (!save.selects(i) || is_loaded(i)) continue;
+    fail(ErrorNumber::InvalidCall, std::string(section(i).name) +
+                                       " is selected but was not loaded, and a save would empty it in the file. "
+                                       "Load it first, or leave it out of the mask.");
+  }
+}
+
+void SectionFile::select_results(SaveContext& save) {
+  for (size_t i = form_.first_result(); i < count(); ++i) {
+    if (!save.selects(i)) continue;
+    const bool holds = is_there(i) || hold_anything(blocks_of(i));
+    if (!save.after_calculations && !holds && !is_loaded(i)) save.sections &= ~section_bit(i);
+    set_there(i, save.after_calculations || holds);
+  }
+}
+
+void SectionFile::drop(SaveContext& save, size_t section) {
+  save.sections |= section_bit(section);
+  set_there(section, false);
+}
+
+void SectionFile::clear_result_flags() {
+  for (const ResultFlag& flag : form_.result_flags) {
+    const auto bytes = header().subspan(flag.offset, sizeof(Bool));
+    std::ranges::fill(bytes, std::byte{0});
+  }
+}
+
+/// The file as it lies there; empty for a new entity.
+SectionFile::OldFile SectionFile::old_file(const std::string& path) const {
+  OldFile old{{}, Ends(count(), UINT64_MAX)};
+  if (!files().exists(path)) return old;
+  old.bytes.resize(files().size(path));
+  files().read(path, 0, old.bytes, OpenMode::Read);
+  std::vector<std::byte> stored(header().size());
+  std::copy_n(old.bytes.begin(), std::min(old.bytes.size(), stored.size()), stored.begin());
+  old.ends = checked_ends(stored, old.bytes.size(), path);
+  return old;
+}
+
+/// Appends a section for the new file: from memory where it is selected, else as the old file has it. Returns its size,
+/// 0 where neither has it.
+uint64_t SectionFile::add_section(size_t number, const SaveContext& save, const OldFile& old,
+                                  std::vector<std::byte>& out) {
+  const size_t before = out.size();
+  const bool in_memory = !section(number).is_result || is_there(number);
+  if (save.selects(number) && in_memory) {
+    fit(number, header(), true);
+    for (const auto& block : blocks_of(number)) out.insert(out.end(), block.begin(), block.end());
+  } else if (!save.selects(number) && old.bytes.size() >= old.ends[number]) {
+    const auto begin = old.bytes.begin();
+    out.insert(out.end(), begin + static_cast<ptrdiff_t>(old.ends[number - 1]),
+               begin + static_cast<ptrdiff_t>(old.ends[number]));
+  }
+  return out.size() - before;
+}
+
+void SectionFile::write_file(const std::string& path, const SaveContext& save) {
+  const bool with_results = save.form != SaveContext::Form::Default;
+  const Ends ends = ends_of(header(), path);
+  bool all = true;
+  for (size_t i = 1; i < count(); ++i) all &= save.selects(i);
+  const OldFile old = all ? OldFile{} : old_file(path);
+  std::vector<std::byte> out;
+  out.reserve(ends.back());
+  const auto own_header = header();
+  out.assign(own_header.begin(), own_header.end());
+  for (size_t i = 1; i < (with_results ? count() : form_.first_result()); ++i) {
+    // The place of what follows depends on what stands before it, also where that was never stored.
+    const size_t before = out.size();
+    out.resize(std::max<size_t>(before, ends[i - 1]));
+    const uint64_t size = add_section(i, save, old, out);
+    if (size == 0) out.resize(before);
+    if (size == 0 || (out.size() == ends[i] && before <= ends[i - 1])) continue;
+    fail(
+        ErrorNumber::InvalidCall,
+        "The counts in the header have changed, but sections that depend on them are not selected by the mask, or were "
+        "not loaded. Select them for Load and Save.");
+  }
+  files().replace(path, std::move(out), entity_.GetDBHandle());
+}
+
+void SectionFile::write(int16_t index, const SaveContext& save) {
+  const std::string path = path_of(index);
+  if (path.empty()) {
+    fail(ErrorNumber::FileNotFound,
+         "The " + std::string(form_.one) + " has no file name; set its WorkPath and FilePrefix.");
+  }
+  write_file(path, save);
+}
+
+void SectionFile::write_default() { write_default(default_path()); }
+
+void SectionFile::write_default(const std::string& path) {
+  if (path.empty()) {
+    fail(ErrorNumber::FileNotFound,
+         "The default " + std::string(entity_.kind().default_word) + " has no file name; give it one.");
+  }
+  const SaveContext save{.form = SaveContext::Form::Default};
+  check_loaded(save);
+  write_file(path, save);
+}
+
+void SectionFile::remove(int16_t index) {
+  if (index == 0) return;  // never stored; the file of index 0 is the default's
+  if (const std::string path = path_of(index); !path.empty()) files().remove(path, entity_.GetDBHandle());
+  if (!form_.companion) return;
+  if (const std::string path = form_.companion(entity_); !path.empty()) files().remove(path, entity_.GetDBHandle());
+}
+
+// ---- what the object remembers
+
+std::function<void()> SectionFile::keep_state(bool with_results) {
+  Blocks results;
+  for (size_t i = form_.first_result(); with_results && i < count(); ++i) {
+    if (is_there(i)) append(results, blocks_of(i));
+  }
+  std::vector<bool> flags;
+  for (const ChangedFlag& flag : entity_.kind().flags) flags.push_back(flag.of(entity_));
+  return [this, there = there_, loaded = loaded_, flags, results, bytes = gathered(results)] {
+    there_ = there;
+    loaded_ = loaded;
+    for (size_t i = 0; i < flags.size(); ++i) entity_.kind().flags[i].of(entity_) = flags[i];
+    scatter(bytes, results);
+  };
+}
+
+void SectionFile::copy(const EntityFile& from, bool content) {
+  const auto& other = dynamic_cast<const SectionFile&>(from);
+  place_ = other.place_;
+  if (default_name_) *default_name_ = *other.default_name_;
+  if (!content) return;
+  for (const ChangedFlag& flag : entity_.kind().flags) flag.of(entity_) = flag.of(other.entity_);
+  there_ = other.there_;
+  loaded_ = other.loaded_;
+  fit(0, other.header(), true);
+  for (size_t i = form_.first_result(); i < count(); ++i) {
+    fit(i, other.header(), is_there(i));
+    const Blocks ours = blocks_of(i), theirs = other.blocks_of(i);
+    for (size_t block = 0; block < std::min(ours.size(), theirs.size()); ++block)
+      std::ranges::copy(theirs[block], ours[block].begin());
+  }
+}
+
+}  // namespace tarn
