@@ -135,7 +135,22 @@ void judge(Shape& shape, const Slab& slab, int number) {
   }
 }
 
+/// Prints what was found so far; how many walls are not as they should be.
+int summed_up(std::span<const Shape> shapes, int count) {
+  std::printf("%-14s %7s %7s %7s %7s %7s %7s %7s %9s\n", (std::to_string(count) + " walls").c_str(), "held", "told",
+              "<=1e-4", ">0.2 %", ">1 %", "roots", "refused", "worst");
+  int wrong = 0;
+  for (const Shape& s : shapes) {
+    std::printf("%-14s %7d %7d %7d %7d %7d %7d %7d %9.2g\n", s.name, s.held, s.told, s.small, s.told_of, s.poor,
+                s.too_many, s.refused, s.worst);
+    wrong += s.held - s.told + s.poor + s.refused;
+  }
+  std::fflush(stdout);
+  return wrong;
+}
+
 int campaign(int count, unsigned seed) {
+  constexpr int kSummary = 2000;
   Shape shapes[]{
       {"alike leaves", alike_leaves, 0.25}, {"unlike leaves", unlike_leaves, 0.15}, {"slab", thick_slab, 0.1},
       {"ten layers", ten_layers, 0.15},     {"light wall", light_wall, 0.15},       {"mixture", mixture, 0.2}};
@@ -145,16 +160,9 @@ int campaign(int count, unsigned seed) {
     Shape* shape = shapes;
     while (shape + 1 < std::end(shapes) && at >= shape->share) at -= shape++->share;
     judge(*shape, shape->wall(dice), i);
+    if (i % kSummary == 0 && i < count) summed_up(shapes, i);
   }
-  std::printf("%-14s %7s %7s %7s %7s %7s %7s %7s %9s\n", "", "held", "told", "<=1e-4", ">0.2 %", ">1 %", "roots",
-              "refused", "worst");
-  int wrong = 0;
-  for (const Shape& s : shapes) {
-    std::printf("%-14s %7d %7d %7d %7d %7d %7d %7d %9.2g\n", s.name, s.held, s.told, s.small, s.told_of, s.poor,
-                s.too_many, s.refused, s.worst);
-    wrong += s.held - s.told + s.poor + s.refused;
-  }
-  return wrong == 0 ? 0 : 1;
+  return summed_up(shapes, count) == 0 ? 0 : 1;
 }
 
 Slab around(const SlabLayer& leaf, int leaves, double resistance) {

@@ -122,14 +122,19 @@ class TestCommandLine(unittest.TestCase):
         wall = next(w for w in brought["CA_ConstructionAssly.Wall"] if w["index"] == 1)
         wall["BTrans"] = [1.005 * term for term in wall["BTrans"]]
         (self.at / "worse.json").write_text(json.dumps(brought))
-        self.tarn("project", "import", str(self.at / "worse.json"))
         told = "hold the response of the layers to 0.5 % only; what slows it most: layer 2 (4 in brick)."
+        self.assertIn(told, self.tarn("project", "import", str(self.at / "worse.json")).stderr)
         self.assertIn(told, self.tarn("walls", "list").stdout)
         self.assertAlmostEqual(json.loads(self.tarn("walls", "list", "--json").stdout)[-1]["transfer_function_error"], 0.005, 5)
+        last = str(json.loads(self.tarn("walls", "list", "--json").stdout)[-1]["nIndex"])
+        self.assertIn(told, self.tarn("walls", "show", last).stdout)
+        shown = json.loads(self.tarn("walls", "show", last, "--json").stdout)
+        self.assertIn(told, shown["transfer_function_message"])
+        self.assertNotIn("transfer_function_error", json.loads(self.tarn("walls", "show", "1", "--json").stdout))
         picture = self.at / "wall.svg"
         self.tarn("walls", "show", "1", "--svg", str(picture))
         text = picture.read_text()
-        for part in ("outside", "4 in brick", "R-", "Heat at the inside after a one-hour pulse"):
+        for part in ("outside", ">4 in brick<", ">4.00<", "R-value", "design day", "Heat at the inside after a one-hour pulse"):
             self.assertIn(part, text)
 
     def test_air_systems(self):
