@@ -226,15 +226,27 @@ Ptr<CA_ConstructionAssly> wall_of(const WallSample& sample, const Ptr<Database>&
   return wall;
 }
 
-void generation(Report& report, const char* what, std::vector<Layer> (*wall)(int), double most) {
-  constexpr int kCount = 100;
-  const Side ours{[&] {
-    for (int i = 0; i < kCount; ++i) kept = double{generate(wall(i))};
+using Walls = std::vector<Layer> (*)(int);
+constexpr int kGenerated = 100;
+
+Side generation(Walls wall) {
+  return {[wall] {
+    for (int i = 0; i < kGenerated; ++i) kept = double{generate(wall(i))};
   }};
-  const Side dense{[&] {
-    for (int i = 0; i < kCount; ++i) kept = generate_dense(wall(i));
-  }};
-  report.compare({what, kCount, most, 15}, ours, dense);
+}
+
+void generations(Report& report) {
+  const auto beside_dense = [&](const char* what, Walls wall, double most) {
+    const Side dense{[wall] {
+      for (int i = 0; i < kGenerated; ++i) kept = generate_dense(wall(i));
+    }};
+    report.compare({what, kGenerated, most, 15}, generation(wall), dense);
+  };
+  beside_dense("transfer functions, beside a dense state space", sample_wall, 1.0 / 15);
+  beside_dense("ten layers, beside a dense state space", ten_layer_wall, 1.0 / 40);
+  beside_dense("alike leaves, beside a dense state space", clustered_wall, 1.0 / 5);
+  report.compare({"alike leaves, beside ordinary walls", kGenerated, 20, 15}, generation(clustered_wall),
+                 generation(sample_wall));
 }
 
 void saves(Report& report, const std::string& folder) {
@@ -265,9 +277,7 @@ void saves(Report& report, const std::string& folder) {
 }  // namespace
 
 void construction_cases(Report& report, const std::string& folder) {
-  generation(report, "transfer functions, beside a dense state space", sample_wall, 1.0 / 15);
-  generation(report, "ten layers, beside a dense state space", ten_layer_wall, 1.0 / 15);
-  generation(report, "alike leaves, beside a dense state space", clustered_wall, 1);
+  generations(report);
   saves(report, folder);
 }
 
