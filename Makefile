@@ -23,12 +23,13 @@ test: build
 check: test
 	@scripts/setup check
 	@cmake --preset clang >/dev/null
-	@cmake --build build-clang
+	@cmake --build build-clang --target all tarn_bench
 	ctest --test-dir build-clang --output-on-failure
 	@scripts/tidy
 	@scripts/install-check
 
 bench: build
+	@cmake --build build --target tarn_bench
 	build/bench/tarn_bench
 
 FUZZ_SECONDS ?= 600

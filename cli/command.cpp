@@ -9,6 +9,7 @@
 #include <iostream>
 
 #include "platform/host.h"
+#include "reflect/json_text.h"
 #include "tarn/base/error.h"
 
 namespace tarn::cli {
@@ -64,7 +65,7 @@ Ptr<Database> open_project(COM_ProjectData& project, const Call& call, Use use) 
 
 std::string shown(const Json& value) {
   if (value.is_string()) return value.get<std::string>();
-  if (!value.is_number_float()) return value.dump();
+  if (!value.is_number_float()) return json_text(value);
   char text[32];
   std::snprintf(text, sizeof text, "%.6g", value.get<double>());
   return text;
@@ -118,7 +119,7 @@ void print_table(const std::vector<std::string>& heads, const std::vector<std::v
   }
 }
 
-void print_json(const Json& json) { std::cout << json.dump(2) << '\n'; }
+void print_json(const Json& json) { std::cout << json_text(json, 2) << '\n'; }
 
 void save_picture(const Call& call, const std::string& picture) {
   std::ofstream out(call.svg, std::ios::binary);

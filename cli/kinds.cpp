@@ -11,6 +11,7 @@
 #include "cli/views/wall_pictures.h"
 #include "exchange/imports.h"
 #include "reflect/json.h"
+#include "reflect/json_text.h"
 #include "storage/kind.h"
 #include "storage/links.h"
 #include "tarn/base/value.h"
@@ -181,7 +182,7 @@ Assignment parsed(StoredEntity& entity, const std::string& word) {
 Json json_of(const Assignment& assignment) {
   if (assignment.member->type == ValueType::Text) return assignment.value;
   try {
-    return Json::parse(assignment.value);
+    return parse_json(assignment.value);
   } catch (const nlohmann::json::exception&) {
     return assignment.value;  // "NaN" is a text; a wrong value is refused by the property's type, with its message
   }

@@ -100,7 +100,6 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionEntity>, pub
   static void pack_spaces(ZoneRecord& zone, int entries);
 
   static const SectionForm& form();
-  Blocks input_blocks();
   std::string design_file() const;
   void before_save(SaveContext& save) override;
   void close_up(const std::vector<ClearedReference>& cleared, Sections sections) override;

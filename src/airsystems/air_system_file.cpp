@@ -1,4 +1,6 @@
 // The file of an air system: its sections, and what its header says of them.
+#include <tuple>
+
 #include "platform/host.h"
 #include "tarn/air_system.h"
 
@@ -9,6 +11,11 @@ constexpr int kMostOutputs = decltype(SystemHeaderRecord::OutputFlags)::size;
 
 template <typename... Records>
 constexpr size_t kTogether = (sizeof(Records) + ...);
+
+template <typename Part>
+constexpr size_t record_size(Part AS_AirSystem::*) {
+  return sizeof(typename Part::Record);
+}
 
 HeaderCounts counts(Header header, const std::string& path) {
   const auto record = record_in<SystemHeaderRecord>(header);
@@ -25,6 +32,12 @@ HeaderCounts counts(Header header, const std::string& path) {
 const SectionForm& AS_AirSystem::form() {
   using C = AS_AirSystem;
   using H = SystemHeaderRecord;
+  // The components of the input section, in the order of the file; the zones follow.
+  static constexpr std::tuple kComponents{
+      &C::cooling_,       &C::heating_,    &C::ventilation_,      &C::supply_duct_,  &C::return_plenum_,
+      &C::supply_fan_,    &C::return_fan_, &C::supply_fan_2_,     &C::economizer_,   &C::preheat_coil_,
+      &C::precool_coil_,  &C::humidifier_, &C::dehumidification_, &C::vent_reclaim_, &C::safety_factor_,
+      &C::zone_schedule_, &C::water_loop_, &C::split_system_,     &C::changeover_};
   constexpr int32_t kSimulationBits = 0x03C00000;  // of CCM_SIMULATIONMASK those that no other section has
   static const Section sections[]{
       {.name = "The header",
@@ -35,13 +48,15 @@ const SectionForm& AS_AirSystem::form() {
                  bool) { static_cast<C&>(entity).resize_zones(record_in<H>(header).NumZones); }},
       {.name = "The input section",
        .mask = CCM_INPUTMASK,
-       .size = {.fixed =
-                    kTogether<CoolingRecord, HeatingRecord, VentilationRecord, SupplyDuctRecord, ReturnPlenumRecord,
-                              FanRecord, FanRecord, FanRecord, EconomizerRecord, CoilRecord, CoilRecord,
-                              HumidifierRecord, DehumidificationRecord, VentReclaimRecord, SafetyFactorRecord,
-                              ZoneScheduleRecord, WaterLoopRecord, SplitSystemRecord, ChangeoverRecord>,
+       .size = {.fixed = std::apply([](auto... part) { return (record_size(part) + ...); }, kComponents),
                 .each = sizeof(ZoneRecord)},
-       .blocks = [](StoredEntity& entity) { return static_cast<C&>(entity).input_blocks(); },
+       .blocks =
+           [](StoredEntity& entity) {
+             auto& system = static_cast<C&>(entity);
+             Blocks blocks = std::apply([&](auto... part) { return Blocks{(system.*part).bytes()...}; }, kComponents);
+             for (const Zone& zone : system.zones_) blocks.push_back(zone.data->bytes());
+             return blocks;
+           },
        .references = "*"},
       {.name = "The sizing results",
        .mask = CCM_SIZINGMASK,
@@ -92,16 +107,6 @@ const SectionForm& AS_AirSystem::form() {
       .mask = [](const StoredEntity& entity) { return static_cast<const C&>(entity).m_lCurMask; },
       .companion = [](const StoredEntity& entity) { return static_cast<const C&>(entity).design_file(); }};
   return form;
-}
-
-Blocks AS_AirSystem::input_blocks() {
-  Blocks blocks{cooling_.bytes(),          heating_.bytes(),      ventilation_.bytes(),   supply_duct_.bytes(),
-                return_plenum_.bytes(),    supply_fan_.bytes(),   return_fan_.bytes(),    supply_fan_2_.bytes(),
-                economizer_.bytes(),       preheat_coil_.bytes(), precool_coil_.bytes(),  humidifier_.bytes(),
-                dehumidification_.bytes(), vent_reclaim_.bytes(), safety_factor_.bytes(), zone_schedule_.bytes(),
-                water_loop_.bytes(),       split_system_.bytes(), changeover_.bytes()};
-  for (const Zone& zone : zones_) blocks.push_back(zone.data->bytes());
-  return blocks;
 }
 
 std::string AS_AirSystem::design_file() const {

@@ -7,6 +7,7 @@
 #include "airsystems/dx_coefficients.h"
 #include "base/nearest.h"
 #include "reflect/json.h"
+#include "reflect/json_text.h"
 #include "tarn/base/error.h"
 
 namespace tarn {
@@ -149,7 +150,7 @@ void put(const ComponentRecords& records, AS_AirSystem& system) {
 }  // namespace
 
 SystemDefaultRecords read_system_defaults(std::string_view json) {
-  const Json table = Json::parse(json);
+  const Json table = parse_json(json);
   check_keys(table);
   AS_AirSystem system;
   system.resize_zones(1);

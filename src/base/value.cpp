@@ -76,4 +76,13 @@ const std::vector<double>& reals_from(const Value& value) {
   return *reals;
 }
 
+void put(Value& out, bool value) { out = value; }
+void put(Value& out, int16_t value) { out = value; }
+void put(Value& out, int32_t value) { out = value; }
+void put(Value& out, float value) { out = value; }
+void put(Value& out, double value) { out = value; }
+void put(Value& out, std::string value) { out = std::move(value); }
+void put(Value& out, ObjectPtr value) { out = std::move(value); }
+void put(Value& out, std::vector<double> value) { out = std::move(value); }
+
 }  // namespace tarn

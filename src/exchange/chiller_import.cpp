@@ -9,6 +9,7 @@
 #include "exchange/cooling_grid.h"
 #include "exchange/json_lines.h"
 #include "plant/chiller_map.h"
+#include "reflect/json_text.h"
 #include "tarn/base/value.h"
 #include "tarn/chiller.h"
 
@@ -291,7 +292,7 @@ std::vector<std::string> import_chiller(CHL_Chiller& chiller, const std::string&
   try {
     const std::string text = text_of(path);
     check_json(text);
-    return take(chiller, Json::parse(text));
+    return take(chiller, parse_json(text));
   } catch (const Error& error) {
     if (error.number() == static_cast<int>(ErrorNumber::FileNotFound)) throw;
     why = error.what();

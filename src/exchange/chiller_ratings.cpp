@@ -1,11 +1,13 @@
 #include "exchange/chiller_ratings.h"
 
 #include <algorithm>
+#include <cctype>
+#include <charconv>
 #include <cmath>
 #include <optional>
-#include <regex>
 
 #include "plant/chiller_map.h"
+#include "reflect/json_text.h"
 #include "tarn/base/error.h"
 
 namespace tarn {
@@ -27,16 +29,22 @@ double positive_at(const Json& group, const char* key) {
   const Json& value = group.at(key);
   if (!value.is_number() || !(value.get<double>() > 0))
     fail(ErrorNumber::UnknownFormat,
-         std::string(key) + " is " + value.dump().substr(0, 40) + "; allowed are numbers above 0");
+         std::string(key) + " is " + json_text(value).substr(0, 40) + "; allowed are numbers above 0");
   return value.get<double>();
 }
 
-/// The number before a word: "2.96 COP", "4.02 IPLV".
-double number_before(const std::string& text, const char* word) {
-  std::smatch found;
-  return std::regex_search(text, found, std::regex("(\\d+(\\.\\d+)?) " + std::string(word) + "\\b"))
-             ? std::stod(found[1].str().substr(0, 20))
-             : 0;
+/// The number before a word: "2.96 COP", "4.02 IPLV"; 0 where there is none.
+double number_before(const std::string& text, const std::string& word) {
+  size_t end = text.find(" " + word);
+  while (end != std::string::npos && std::isalnum(static_cast<unsigned char>((text + " ")[end + 1 + word.size()]))) {
+    end = text.find(" " + word, end + 1);
+  }
+  if (end == std::string::npos) return 0;
+  size_t begin = end;
+  while (begin > 0 && (std::isdigit(static_cast<unsigned char>(text[begin - 1])) || text[begin - 1] == '.')) --begin;
+  double number = 0;
+  std::from_chars(text.data() + begin, text.data() + end, number);
+  return number;
 }
 
 /// A rating stands as COP, Btu/Wh or kW/ton, and its file does not say which: the one nearest to the map.

@@ -10,6 +10,7 @@
 #include "platform/host.h"
 #include "project/kinds.h"
 #include "reflect/json.h"
+#include "reflect/json_text.h"
 #include "storage/kind.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/preferences.h"
@@ -185,7 +186,7 @@ class Import {
  private:
   void parse() {
     check_json(text_);
-    all_ = Json::parse(text_);
+    all_ = parse_json(text_);
     if (!all_.is_object() || !all_.contains("tarn") || all_["tarn"] != kFormat) {
       fail(ErrorNumber::TypeMismatch,
            "line 1: the text is not a project; wanted an object with \"tarn\": " + std::to_string(kFormat));
@@ -261,7 +262,7 @@ class Import {
     const std::string place = at_;
     at_ += "/index";
     if (!found->is_number_integer() || *found < 0 || *found > INT16_MAX) {
-      fail(ErrorNumber::TypeMismatch, "found " + found->dump() + ", wanted a whole number from 0 to 32767");
+      fail(ErrorNumber::TypeMismatch, "found " + json_text(*found) + ", wanted a whole number from 0 to 32767");
     }
     const auto index = found->get<int16_t>();
     if (!seen.insert(index).second)

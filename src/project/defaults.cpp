@@ -4,6 +4,7 @@
 
 #include "project/kinds.h"
 #include "reflect/json.h"
+#include "reflect/json_text.h"
 #include "storage/kind.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/utility_rate.h"
@@ -17,7 +18,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 const Json& table() {
-  static const Json records = Json::parse(default_records);
+  static const Json records = parse_json(default_records);
   return records;
 }
 

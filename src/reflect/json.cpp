@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/nearest.h"
+#include "reflect/json_text.h"
 #include "tarn/base/value.h"
 
 namespace tarn {
@@ -73,7 +74,7 @@ Json code_json(std::span<const Label> labels, const Json& json) {
     for (const Label& label : labels) {
       if (!text.empty() && (text == label.text || text == label.name) && code != label.code) {
         fail(ErrorNumber::TypeMismatch,
-             "found code " + code.dump() + " beside \"" + text + "\", which is code " + std::to_string(label.code));
+             "found code " + json_text(code) + " beside \"" + text + "\", which is code " + std::to_string(label.code));
       }
     }
     if (json.size() > 1 + json.count("text")) fail(ErrorNumber::TypeMismatch, "wanted \"code\" and \"text\" only");
@@ -147,7 +148,7 @@ Value from_json(const Json& json, ValueType type) {
       if (!json.is_number_integer()) fail(ErrorNumber::TypeMismatch, found + "a whole number");
       if (const auto n = json.get<int64_t>(); !(json.is_number_unsigned() && n < 0) && n >= INT32_MIN && n <= INT32_MAX)
         return static_cast<int32_t>(n);
-      fail(ErrorNumber::Overflow, "found " + json.dump() + ", which is too large");
+      fail(ErrorNumber::Overflow, "found " + json_text(json) + ", which is too large");
     default:
       fail(ErrorNumber::TypeMismatch, found + "nothing");
   }
@@ -191,7 +192,7 @@ void write_text(std::string& out, std::string_view text) {
   if (std::all_of(text.begin(), text.end(), plain))
     ((out += '"') += text) += '"';
   else
-    out += Json(text).dump();
+    out += json_text(Json(text));
 }
 
 /// Finite reals always show that they are reals.
@@ -214,7 +215,7 @@ void write_element(std::string& out, Object& object, const Member& member, Subsc
       return write_text(out, std::string_view(*text).substr(0, text->find_last_not_of(' ') + 1));
     }
   }
-  out += element_json(object, member, at).dump();
+  out += json_text(element_json(object, member, at));
 }
 
 void write_nested(std::string& out, Object& object, const Member& member, std::vector<int>& at) {

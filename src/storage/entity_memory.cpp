@@ -12,9 +12,7 @@ void FreeIndexes::row_deleted(std::string_view table, int64_t key) {
     mark->second = std::min(mark->second, std::max<int64_t>(key, 1));
 }
 
-bool FreeIndexes::may_mark(const std::string& table) {
-  if (database_.sets(table, "nIndex")) return false;
-  // Deletes are seen by their row's key, which must be the index itself.
+bool FreeIndexes::has_key(const std::string& table) {
   const std::string sql =
       "SELECT 1 FROM pragma_table_info(?) WHERE name = 'nIndex' AND pk = 1 AND upper(type) = 'INTEGER'";
   const Cell name[]{table};
@@ -27,11 +25,9 @@ int64_t FreeIndexes::lowest(const std::string& table) {
     foreign_version_ = version;
     marks_.clear();
   }
-  auto mark = marks_.find(table);
-  if (mark != marks_.end() && database_.sets(table, "nIndex")) {
-    marks_.erase(mark);
-    mark = marks_.end();
-  }
+  const bool indexes_move = database_.sets(table, "nIndex");
+  if (indexes_move) marks_.erase(table);
+  const auto mark = marks_.find(table);
   int64_t free = mark == marks_.end() ? 1 : mark->second;
   {
     const std::string sql = "SELECT nIndex FROM " + table + " WHERE nIndex >= ? ORDER BY nIndex ASC";
@@ -41,7 +37,7 @@ int64_t FreeIndexes::lowest(const std::string& table) {
   }
   if (mark != marks_.end())
     mark->second = free;
-  else if (may_mark(table))
+  else if (!indexes_move && has_key(table))
     marks_.emplace(table, free);
   return free;
 }

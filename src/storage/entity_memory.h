@@ -23,7 +23,8 @@ class FreeIndexes final : public DatabaseMemory {
   void rows_unknown() override { marks_.clear(); }
 
  private:
-  bool may_mark(const std::string& table);
+  /// Deletes are told by their row's key, which must be the index itself.
+  bool has_key(const std::string& table);
 
   Database& database_;
   std::unordered_map<std::string, int64_t> marks_;

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "envelope/root_search.h"
+#include "reflect/json_text.h"
 #include "support/expected_data.h"
 #include "support/temp_project.h"
 #include "tarn/base/value.h"
@@ -56,8 +57,8 @@ TEST_F(KindTables, DefaultsClassesHaveTheirOperationsInOrder) {
   for (const Json& row : test::expected_table("Defaults classes")["rows"]) {
     const ClassInfo& info = class_info(row[1].get<std::string>());
     for (size_t i = 0; i < operations.size(); ++i) {
-      comparison.compare(row[1].get<std::string>() + " " + operations[i][0].dump(), operations[i][1].get<std::string>(),
-                         std::string(info.members.at(i).name));
+      comparison.compare(row[1].get<std::string>() + " " + json_text(operations[i][0]),
+                         operations[i][1].get<std::string>(), std::string(info.members.at(i).name));
     }
   }
 }
@@ -73,7 +74,7 @@ TEST_F(KindTables, FanPowerAdjustments) {
     comparison.compare("count", table["rows"].size(), get_property(*all, "Count"));
     for (const Json& row : table["rows"]) {
       const ObjectPtr item = test::object_of(*list, "Item", row[0]);
-      const std::string title = "adjustment " + row[0].dump();
+      const std::string title = "adjustment " + json_text(row[0]);
       comparison.compare(title, row[1], get_property(*item, "ID"));
       descriptions[row[0]].insert(std::get<std::string>(get_property(*item, "Description")));
       const bool credit = std::get<bool>(get_property(*item, "IsCredit"));
@@ -85,7 +86,8 @@ TEST_F(KindTables, FanPowerAdjustments) {
   for (const Json& row : table["rows"]) {
     std::set<std::string> expected{row[3].get<std::string>()};
     if (!row[4].is_null()) expected.insert(row[4]);
-    comparison.compare("descriptions " + row[0].dump(), Json(expected).dump(), Json(descriptions[row[0]]).dump());
+    comparison.compare("descriptions " + json_text(row[0]), json_text(Json(expected)),
+                       json_text(Json(descriptions[row[0]])));
   }
 }
 
@@ -151,7 +153,7 @@ TEST_F(KindTables, ChillersOfATypeComeFromTheirPlaceInTheDefaultsFile) {
   const Json& rows = test::expected_table("Chiller defaults file")["rows"];
   std::string bytes(rows.back()[1].get<size_t>() + 5464, '\0');
   for (const Json& row : rows) {
-    std::string name = "Type " + row[0].dump();
+    std::string name = "Type " + json_text(row[0]);
     name.resize(30, ' ');
     bytes.replace(row[1].get<size_t>(), name.size(), name);
   }
@@ -159,7 +161,7 @@ TEST_F(KindTables, ChillersOfATypeComeFromTheirPlaceInTheDefaultsFile) {
   for (const Json& row : rows) {
     const ObjectPtr chiller = create("CHL_Chiller");
     test::call(*chiller, "CreateDefaultByType", {row[0].get<int16_t>(), folder / "chillers.dat"});
-    comparison.compare(row[0].dump(), "Type " + row[0].dump(), get_property(*chiller, "Name"));
+    comparison.compare(json_text(row[0]), "Type " + json_text(row[0]), get_property(*chiller, "Name"));
   }
 }
 
@@ -201,7 +203,7 @@ TEST_F(KindTables, TowersThatCountAsModelledInDetail) {
     const ObjectPtr plant = made("NewPlant");
     let_property(*test::object_of(*plant, "Details"), "TowerID", ++index);
     test::call(*plant, "Save", {int32_t{0x7FFF}});
-    comparison.compare("model " + row[0].dump(), row[1].get<bool>() ? 1 : 0,
+    comparison.compare("model " + json_text(row[0]), row[1].get<bool>() ? 1 : 0,
                        test::call(*test::object_of(*plant, "General"), "GetDetailedTowerCount"));
   }
 }
@@ -218,7 +220,7 @@ TEST_F(KindTables, MetersArePricedByTheirKindOfRate) {
     const std::string where = "Rate_Links WHERE Building_ID = " + std::to_string(++index);
     const std::string found = (count("Building_Electric" + where) > 0 ? "electric" : "") +
                               std::string(count("Building_Fuel" + where) > 0 ? "fuel" : "");
-    comparison.compare("meter " + row[0].dump(), row[1].get<std::string>(), found);
+    comparison.compare("meter " + json_text(row[0]), row[1].get<std::string>(), found);
   }
 }
 

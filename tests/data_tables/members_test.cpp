@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 
+#include "reflect/json_text.h"
 #include "support/expected_data.h"
 #include "tarn/class_list.h"
 #include "tarn/reflect/by_name.h"
@@ -148,7 +149,7 @@ class MembersOf {
       if (!names.contains(label.code)) {
         comparison_.fails(code, "none in " + enumeration, std::string(label.name));
       } else if (!names[label.code].contains(std::string(label.name))) {
-        comparison_.fails(code, Json(names[label.code]).dump(), std::string(label.name));
+        comparison_.fails(code, json_text(Json(names[label.code])), std::string(label.name));
       }
     }
     for (const int code : heating) left.erase(code);

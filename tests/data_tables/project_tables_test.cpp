@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "reflect/json_text.h"
 #include "support/expected_data.h"
 #include "support/temp_project.h"
 #include "tarn/base/value.h"
@@ -94,7 +95,7 @@ TEST_F(ProjectTables, FilesOfObjectsAreNamedByCodeAndIndex) {
                         std::to_string(index) + ") INSERT INTO PlantIndex (nIndex) SELECT i FROM n");
       save(*plant);
     }
-    comparison.compare(row[0].dump(), folder / ("JOBP" + row[1].get<std::string>() + ".DAT"),
+    comparison.compare(json_text(row[0]), folder / ("JOBP" + row[1].get<std::string>() + ".DAT"),
                        text_of(*plant, "FileName"));
   }
 }

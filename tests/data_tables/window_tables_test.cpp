@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "reflect/json_text.h"
 #include "support/expected_data.h"
 #include "tarn/base/value.h"
 #include "tarn/class_list.h"
@@ -48,7 +49,7 @@ Performance performance(const Panes& panes) {
 
 double resistance_of(const Panes& panes) { return 1 / performance(panes).u_value; }
 
-std::string row_title(const std::string& what, const Json& row) { return what + " " + row[0].dump(); }
+std::string row_title(const std::string& what, const Json& row) { return what + " " + json_text(row[0]); }
 
 // The window stores its results in 4 bytes; quotients of their differences keep fewer digits.
 constexpr double kTolerance = 2e-5;

@@ -7,6 +7,7 @@
 #include "exchange/json_lines.h"
 #include "project/defaults.h"
 #include "reflect/json.h"
+#include "reflect/json_text.h"
 #include "support/temp_project.h"
 #include "tarn/air_system.h"
 #include "tarn/building.h"
@@ -216,7 +217,7 @@ TEST_F(ExchangeTest, ConstructionsComeAsTheyAreUnlessTheirCoefficientsBelongToOt
   fill();
   // One whose layers have no transfer functions, one with coefficients of a coarser maker, one edited in the text.
   const std::string all = export_project(project, {"walls"}, quiet);
-  auto json = nlohmann::ordered_json::parse(all);
+  auto json = parse_json(all);
   auto& walls = json["CA_ConstructionAssly.Wall"];
   auto coarse = walls[1], edited = walls[1];
   for (auto& layer : walls[1]["Layer"]) layer["LayerUsed"] = false;
@@ -232,9 +233,8 @@ TEST_F(ExchangeTest, ConstructionsComeAsTheyAreUnlessTheirCoefficientsBelongToOt
   fresh.SetWorkPath(other.path);
   fresh.FilePrefix = "NEW";
   create_index(fresh.IndexDBName());
-  import_project(fresh, json.dump(), quiet);
-  const auto again =
-      nlohmann::ordered_json::parse(export_project(fresh, {"walls"}, quiet))["CA_ConstructionAssly.Wall"];
+  import_project(fresh, json_text(json), quiet);
+  const auto again = parse_json(export_project(fresh, {"walls"}, quiet))["CA_ConstructionAssly.Wall"];
   EXPECT_EQ(again[1], walls[1]);
   EXPECT_EQ(again[2], walls[2]);
   EXPECT_NE(again[3]["BTrans"], walls[3]["BTrans"]);
@@ -327,7 +327,7 @@ TEST(WriteJson, IsWhatTheValuesOfToJsonAre) {
     if (!member.stored()) continue;
     std::string text;
     write_json(text, window, member);
-    EXPECT_EQ(nlohmann::ordered_json::parse(text), to_json(window, member)) << text;
+    EXPECT_EQ(parse_json(text), to_json(window, member)) << text;
   }
 }
 

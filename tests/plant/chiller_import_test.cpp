@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "plant/chiller_case.h"
+#include "reflect/json_text.h"
 
 namespace tarn {
 namespace {
@@ -153,7 +154,7 @@ TEST_F(ChillerImportTest, AnImportedMapIsThatOfAConversionByHandAndSaysWhatItLef
               std::string(kHumidity) + " (held at 0.45, not its other values)"}}};
   const std::string path = folder / "map.json";
   for (const auto& c : cases) {
-    test::write_bytes(path, text_of(c.grid).dump());
+    test::write_bytes(path, json_text(text_of(c.grid)));
     const Lines said = import_chiller(*chiller, path);
     chiller->Save();
     auto loaded = project.NewChiller();
@@ -218,10 +219,10 @@ TEST_F(ChillerImportTest, ImportTakesTheStatedPartLoadValueElseComputesItAndSays
       {Json::json_pointer(si + "iplv_si"), kw, close,
        "from iplv_si: " + number("%.6g", kw) + ", read as kW/ton" + off}};
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.at.to_string() + c.value.dump());
+    SCOPED_TRACE(c.at.to_string() + json_text(c.value));
     Json text = text_of(kSmooth);
     text[c.at] = c.value;
-    test::write_bytes(path, text.dump());
+    test::write_bytes(path, json_text(text));
     const Lines said = import_chiller(*chiller, path);
     EXPECT_NEAR(3.516853 / chiller->IPLV, c.cop, 2e-3 * c.cop);
     EXPECT_TRUE(said[1].starts_with("IPLV: ") && said[1].find(c.says) != std::string::npos) << said[1];
@@ -229,7 +230,7 @@ TEST_F(ChillerImportTest, ImportTakesTheStatedPartLoadValueElseComputesItAndSays
   }
   Json text = text_of(kSmooth);
   text[Json::json_pointer(ip + "cop")] = rounded(full / 1.02);
-  test::write_bytes(path, text.dump());
+  test::write_bytes(path, json_text(text));
   const std::string told = import_chiller(*chiller, path)[0];
   EXPECT_NE(told.find("the stated COP is " + number("%.6g", rounded(full / 1.02)) + " (map +2.0 %)."),
             std::string::npos)
@@ -260,7 +261,7 @@ TEST_F(ChillerImportTest, ImportKeepsTheTypeAndTellsMachinesOfOneSourceApart) {
     text["metadata"]["id"] = "7";
     text["performance"]["condenser_type"] = c.condenser;
     text["description"]["product_information"]["compressor_type"] = c.compressor;
-    test::write_bytes(path, text.dump());
+    test::write_bytes(path, json_text(text));
     const std::string left = import_chiller(*chiller, path).back();
     EXPECT_EQ(CHL_ChillerTypes{chiller->ChillerType}, c.type);
     EXPECT_EQ(chiller->Name.trimmed(), c.name);
@@ -275,13 +276,13 @@ TEST_F(ChillerImportTest, WhatIsNoMapIsRefusedAndTheChillerStays) {
   const auto with = [&](const std::string& pointer, const Json& value) {
     Json text = good;
     text[Json::json_pointer(pointer)] = value;
-    return text.dump();
+    return json_text(text);
   };
   const auto with_axis = [&](size_t place, const std::pair<std::string, std::vector<double>>& axis) {
     Grid grid = kAirCooled;
     if (place < grid.size()) grid[place] = axis;
     if (place == grid.size()) grid.push_back(axis);
-    return text_of(grid).dump();
+    return json_text(text_of(grid));
   };
   const std::string map = "/performance/performance_map_cooling/", grid = map + "grid_variables/",
                     lookup = map + "lookup_variables/", power = lookup + "input_power/3";
@@ -292,7 +293,7 @@ TEST_F(ChillerImportTest, WhatIsNoMapIsRefusedAndTheChillerStays) {
       {with("/metadata", {{"id", "7"}}), ": its schema is \"\", where a chiller's is RS0001."},
       {with("/metadata/data_model", "OTHER"), ": its data model is \"OTHER\", not ASHRAE_205."},
       {"[1, 2]", ": it is no chiller in the JSON form of ASHRAE 205."},
-      {good.dump().substr(0, 500), ": line 1: the text is not JSON: "},
+      {json_text(good).substr(0, 500), ": line 1: the text is not JSON: "},
       {with("/performance", 3), ": it has no \"performance\" with named values."},
       {with("/metadata/notes", {{"x", 1}, {"X", 2}}), ": line 1: the key \"X\" appears twice."},
       {std::string(1'000'000, '['), ": line 1: the text nests deeper than 32 levels."},

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <fstream>
 #include <map>
-#include <nlohmann/json.hpp>
 
+#include "support/expected_data.h"
 #include "tarn/air_equipment_codes.h"
 #include "tarn/air_system_codes.h"
 #include "tarn/base/months.h"
@@ -99,10 +99,7 @@ Lines by_code(Lines lines) {
 }
 
 TEST(Enumerations, HaveTheCodesNamesAndTextsOfTheInterface) {
-  std::ifstream file(TARN_TEST_DATA "/enumerations.json");
-  ASSERT_TRUE(file) << TARN_TEST_DATA "/enumerations.json is missing";
-  auto expected = nlohmann::json::parse(file);
-  expected.erase("note");
+  const test::Json& expected = test::expected_data("enumerations.json");
   EXPECT_EQ(expected.size(), 92u);
   const Product all = product();
   for (const auto& [name, rows] : expected.items()) {

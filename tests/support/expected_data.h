@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "reflect/json_text.h"
 #include "tarn/reflect/members.h"
 
 namespace tarn::test {
@@ -45,7 +46,7 @@ class Comparison {
   ~Comparison();
 
   void compare(const std::string& where, const Json& expected, const Value& found) {
-    judge(where, agrees(expected, found), expected.dump(), shown(found));
+    judge(where, agrees(expected, found), json_text(expected), shown(found));
   }
   void compare(const std::string& where, const std::string& expected, const std::string& found) {
     judge(where, expected == found, expected, found);

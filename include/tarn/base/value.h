@@ -2,6 +2,7 @@
 // a number that does not fit is an overflow, a text is no number, a real is an integer only when it is whole.
 #pragma once
 
+#include <concepts>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -92,15 +93,24 @@ T native(const Value& value) {
 }
 
 /// A by-name value from a native one.
-template <typename T>
-void put(Value& out, T&& value) {
-  using V = std::remove_cvref_t<T>;
-  if constexpr (std::is_enum_v<V>)
-    out = static_cast<int16_t>(value);
-  else if constexpr (is_pointer<V>::value)
-    out = std::static_pointer_cast<Object>(std::forward<T>(value));
-  else
-    out = std::forward<T>(value);
+void put(Value& out, bool value);
+void put(Value& out, int16_t value);
+void put(Value& out, int32_t value);
+void put(Value& out, float value);
+void put(Value& out, double value);
+void put(Value& out, std::string value);
+void put(Value& out, ObjectPtr value);
+void put(Value& out, std::vector<double> value);
+template <typename C>
+void put(Value& out, Ptr<C> value) {
+  put(out, ObjectPtr(std::move(value)));
 }
+template <std::same_as<Value> V>
+void put(Value& out, V value) {
+  out = std::move(value);
+}
+template <typename E>
+requires std::is_enum_v<E>
+void put(Value& out, E value) { put(out, static_cast<int16_t>(value)); }
 
 }  // namespace tarn

@@ -9,6 +9,7 @@
 
 #include "plant/chiller_map.h"
 #include "reflect/json.h"
+#include "reflect/json_text.h"
 #include "tarn/chiller.h"
 #include "tarn/plant.h"
 
@@ -22,7 +23,7 @@ constexpr double kKWPerTon = 3.516853, kMBHPerTon = 12;
 Json table(const std::filesystem::path& path) {
   std::ifstream file(path);
   if (!file) fail(ErrorNumber::FileNotFound, "Cannot read " + path.string() + ".");
-  return Json::parse(file);
+  return parse_json(std::string(std::istreambuf_iterator<char>(file), {}));
 }
 
 double quadratic(const Json& coefficients, double x) {
