@@ -41,6 +41,22 @@ std::vector<Layer> sample_wall(int number) {
   return layers;
 }
 
+/// Ten layers, eight of them with mass.
+std::vector<Layer> ten_layer_wall(int number) {
+  std::vector<Layer> layers{kOutside, kStucco,     kBrick, kInsulation, kConcrete,
+                            kGypsum,  kInsulation, kBrick, kGypsum,     kInside};
+  layers[2].inches += 0.01F * static_cast<float>(number % 100);
+  return layers;
+}
+
+/// Five leaves of concrete around R-50, whose roots lie close together.
+std::vector<Layer> clustered_wall(int number) {
+  constexpr Layer kAround{0, 0, 0, 0, 50};
+  Layer leaf = kConcrete;
+  leaf.inches = 4 + 0.001F * static_cast<float>(number % 100);
+  return {leaf, kAround, leaf, kAround, leaf, kAround, leaf, kAround, leaf};
+}
+
 float generate(const std::vector<Layer>& layers) {
   CTFCG generator;
   int16_t number = 0;
@@ -48,7 +64,7 @@ float generate(const std::vector<Layer>& layers) {
     generator.SetLayer(++number, true, l.conductivity, l.density, l.specific_heat, l.resistance, l.inches / 12, 0);
   TransferFunctions out;
   generator.Generate(out, [] {});
-  return static_cast<float>(out.cross[0]);
+  return static_cast<float>(out.b[0]);
 }
 
 /// A square matrix, row by row.
@@ -210,15 +226,27 @@ Ptr<CA_ConstructionAssly> wall_of(const WallSample& sample, const Ptr<Database>&
   return wall;
 }
 
-void generation(Report& report) {
-  constexpr int kCount = 100;
-  const Side ours{[] {
-    for (int i = 0; i < kCount; ++i) kept = double{generate(sample_wall(i))};
+using Walls = std::vector<Layer> (*)(int);
+constexpr int kGenerated = 100;
+
+Side generation(Walls wall) {
+  return {[wall] {
+    for (int i = 0; i < kGenerated; ++i) kept = double{generate(wall(i))};
   }};
-  const Side dense{[] {
-    for (int i = 0; i < kCount; ++i) kept = generate_dense(sample_wall(i));
-  }};
-  report.compare({"transfer functions, beside a dense state space", kCount, 1.0 / 15, 15}, ours, dense);
+}
+
+void generations(Report& report) {
+  const auto beside_dense = [&](const char* what, Walls wall, double most) {
+    const Side dense{[wall] {
+      for (int i = 0; i < kGenerated; ++i) kept = generate_dense(wall(i));
+    }};
+    report.compare({what, kGenerated, most, 15}, generation(wall), dense);
+  };
+  beside_dense("transfer functions, beside a dense state space", sample_wall, 1.0 / 15);
+  beside_dense("ten layers, beside a dense state space", ten_layer_wall, 1.0 / 40);
+  beside_dense("alike leaves, beside a dense state space", clustered_wall, 1.0 / 5);
+  report.compare({"alike leaves, beside ordinary walls", kGenerated, 20, 15}, generation(clustered_wall),
+                 generation(sample_wall));
 }
 
 void saves(Report& report, const std::string& folder) {
@@ -249,7 +277,7 @@ void saves(Report& report, const std::string& folder) {
 }  // namespace
 
 void construction_cases(Report& report, const std::string& folder) {
-  generation(report);
+  generations(report);
   saves(report, folder);
 }
 

@@ -28,6 +28,7 @@ struct Call {
   std::string output;              // of --output
   std::string type;                // of --type
   std::string svg;                 // of --svg
+  std::string material;            // of --material
   std::string group, verb;         // no verb where the group does one thing only
   std::vector<std::string> words;  // after them
 };
@@ -80,6 +81,7 @@ int kind_set(const Call& call);
 int kind_clone(const Call& call);
 int kind_delete(const Call& call);
 int kind_import(const Call& call);
+int kind_layer(const Call& call);
 
 int weather_import(const Call& call);
 int weather_check(const Call& call);

@@ -8,7 +8,9 @@
 
 #include "base/nearest.h"
 #include "cli/command.h"
+#include "cli/layers.h"
 #include "cli/views/pictures.h"
+#include "cli/views/wall_pictures.h"
 #include "exchange/imports.h"
 #include "reflect/json.h"
 #include "reflect/json_text.h"
@@ -37,11 +39,12 @@ Json rows_json(Recordset rows) {
   return all;
 }
 
-int list(const Call& call, Database& database, const StoredEntity& entity) {
+int list(const Call& call, Database& database, StoredEntity& entity) {
   auto rows =
       database.OpenRecordset("SELECT * FROM " + std::string(entity.kind().index_table) + " ORDER BY nIndex ASC");
   const auto columns = rows.columns();
-  const Json all = rows_json(std::move(rows));
+  Json all = rows_json(std::move(rows));
+  const std::string told = told_accuracies(entity, all);
   if (call.json) {
     print_json(all);
     return kClean;
@@ -52,6 +55,7 @@ int list(const Call& call, Database& database, const StoredEntity& entity) {
     for (const std::string& column : columns) cells.push_back(row.at(column).is_null() ? Json("") : row.at(column));
   }
   print_table(columns, table);
+  std::cout << told;
   return kClean;
 }
 
@@ -59,11 +63,13 @@ int show(const Call& call, Database& database, StoredEntity& entity) {
   if (call.json) {
     Json json{{"class", std::string(entity.info().name)}, {"index", entity.Index()}};
     add_stored_fields(entity, json);
+    json.update(told_accuracy(entity));
     print_json(json);
-    return kClean;
+  } else {
+    std::cout << entity.info().name << ' ' << entity.Index() << '\n';
+    show_entity(database, entity);
   }
-  std::cout << entity.info().name << ' ' << entity.Index() << '\n';
-  show_entity(database, entity);
+  if (!call.svg.empty()) save_picture(call, wall_picture(dynamic_cast<CA_ConstructionAssly&>(entity)));
   return kClean;
 }
 
@@ -371,6 +377,19 @@ int kind_delete(const Call& call) {
   else
     std::cout << on.kind.one << ' ' << index << " deleted\n";
   return kClean;
+}
+
+int kind_layer(const Call& call) {
+  if (call.words == std::vector<std::string>{"materials"}) return print_materials(call);
+  check_layer_words(call);
+  Call of_one = call;
+  of_one.words = {call.words[1]};
+  const Loaded on(of_one, Use::Writing);
+  const LayerChange change = change_layers(dynamic_cast<CA_ConstructionAssly&>(*on.entity), call);
+  on.kind.compute(*on.entity);
+  return saved(call, *on.entity, on.kind,
+               "saved: " + change.name + " " + change.what + ", slot " + std::to_string(change.slot), {},
+               {{"slot", change.slot}, {"layer", change.name}});
 }
 
 /// A new entity from a file of another program, with what a person should know of it.

@@ -87,6 +87,7 @@ void check_extras(const Call& call, const Verb& verb, const std::vector<Group>& 
   check(call.type, kType, "--type");
   check(call.output, kOutput, "--output");
   check(call.svg, kSvg, "--svg");
+  check(call.material, kMaterial, "--material");
 }
 
 /// Files and databases; everything else that fails is a mistake in the call.
@@ -121,6 +122,7 @@ int main(int argc, char** argv) {
   app.add_option("-o,--output", call.output, "the file to write, instead of standard output");
   app.add_option("--type", call.type, "the type of a new air system, chiller or plant: VAV, 10, HOT_WATER, ...");
   app.add_option("--svg", call.svg, "a picture to make of what is shown");
+  app.add_option("--material", call.material, "what a new layer is made of; walls layer materials lists them");
   app.add_flag("--json", call.json, "print JSON");
   app.add_option("words", words, "GROUP VERB ...");
   const auto all = all_groups();

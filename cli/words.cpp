@@ -21,6 +21,15 @@ Group group_of(const EntityKind& kind) {
                 kind_set},
                {"clone", "N [Property=value ...]: a copy of " + one + " N", kAnyWords, 0, kind_clone},
                {"delete", "N: removes " + one + " N and every use of it", 1, 0, kind_delete}}};
+  if (kind.class_name == "CA_ConstructionAssly") {
+    Verb& show = group.verbs[1];
+    show.help += "; --svg PICTURE for a section with its temperatures";
+    show.options = kSvg;
+    group.verbs.push_back({"layer",
+                           "insert N SLOT [--material NAME], remove N SLOT, move N SLOT TO: the layers of " + one +
+                               " N; materials: what there is to make them of",
+                           kAnyWords, kMaterial, kind_layer});
+  }
   if (file_import_of(kind)) {
     group.verbs.push_back(
         {"import", "FILE [Property=value ...]: a new " + one + " from an ASHRAE 205 file", kAnyWords, 0, kind_import});

@@ -74,9 +74,10 @@ void show_construction(Database&, StoredEntity& entity) {
     terms.push_back({Json(i), Json(double{construction.BTrans(i)}), Json(double{construction.DTrans(i)})});
   print_table({"n", "b", "d"}, terms);
   try {
-    const double error = construction.coefficient_error();  // first, so that its failure breaks no sentence
-    std::cout << "The 12 terms differ from the exact response of the layers, to a step and on a sunny day, by at most "
-              << shown(Json(error * 100)) << " %.\n";
+    const Accuracy accuracy = construction.coefficient_accuracy();
+    std::cout << "The 12 terms hold the exact response of the layers to " << shown(Json(accuracy.step * 100))
+              << " % of a step, and to " << shown(Json(accuracy.day * 100)) << " % of a day's peak.\n";
+    if (const std::string text = construction.told(accuracy); !text.empty()) std::cout << "Warning: " << text << ".\n";
   } catch (const Error& error) {
     std::cout << "The layers have no transfer functions: " << error.description() << ".\n";
   }

@@ -13,7 +13,7 @@ namespace tarn {
 namespace {
 
 constexpr std::string_view kClass = "CA_ConstructionAssly";
-constexpr double kTolerableError = 0.01;  // of what 12 terms hold
+constexpr double kForeignError = 0.01;  // of coefficients that come with the layers, and are kept
 
 Kind kind_of(std::string_view word) {
   using C = CA_ConstructionAssly;
@@ -189,13 +189,30 @@ CTFCG CA_ConstructionAssly::generator() const {
   return generator;
 }
 
-double CA_ConstructionAssly::coefficient_error() const {
-  TransferFunctions terms;
+Accuracy CA_ConstructionAssly::coefficient_accuracy() const {
+  Series b{}, d{};
   for (int i = 1; i <= CoeffUBound(); ++i) {
-    terms.cross[static_cast<size_t>(i - 1)] = BTrans(i);
-    terms.denominator[static_cast<size_t>(i - 1)] = DTrans(i);
+    b[static_cast<size_t>(i - 1)] = BTrans(i);
+    d[static_cast<size_t>(i - 1)] = DTrans(i);
   }
-  return generator().error_of(terms.cross, terms.denominator);
+  return generator().accuracy_of(b, d);
+}
+
+std::vector<SlabLayer> CA_ConstructionAssly::slab() const { return generator().slab(); }
+
+std::string CA_ConstructionAssly::told(const Accuracy& accuracy) const {
+  if (accuracy.worst() <= kToldError) return {};
+  const std::vector<int16_t> slots = generator().slowest_layers();
+  std::string text = "12 transfer function terms hold the response of the layers to " +
+                     text_of(accuracy.worst() * 100, "%.2g") +
+                     " % only; what slows it most: " + (slots.size() == 1 ? "layer " : "layers ");
+  for (size_t i = 0; i < slots.size(); ++i) {
+    if (i > 0) text += i + 1 < slots.size() ? ", " : " and ";
+    text += std::to_string(slots[i]);
+    const std::string name = layers_[static_cast<size_t>(slots[i]) - 1].Name.trimmed();
+    if (!name.empty()) text += " (" + name + ")";
+  }
+  return text;
 }
 
 /// Fills the coefficients, or zeroes them and returns why there are none.
@@ -204,15 +221,12 @@ std::string CA_ConstructionAssly::generate() {
   TransferFunctions found;
   const bool success = table.Generate(found, let_others_run);
   for (int i = 1; i <= CoeffUBound(); ++i) {
-    BTrans(i) = static_cast<float>(found.cross[static_cast<size_t>(i - 1)]);
-    DTrans(i) = static_cast<float>(found.denominator[static_cast<size_t>(i - 1)]);
+    BTrans(i) = static_cast<float>(found.b[static_cast<size_t>(i - 1)]);
+    DTrans(i) = static_cast<float>(found.d[static_cast<size_t>(i - 1)]);
   }
-  CTrans = static_cast<float>(found.inside_sum());
+  CTrans = static_cast<float>(found.c_sum);
   if (!success) return table.failure();
-  if (found.error > kTolerableError) {
-    log().message(named() + ": 12 transfer function terms hold its response to " + text_of(found.error * 100, "%.2g") +
-                  " % only; it is too heavy for them.");
-  }
+  if (const std::string text = told(found.accuracy); !text.empty()) log().message(named() + ": " + text + ".");
   return {};
 }
 
@@ -241,10 +255,14 @@ void CA_ConstructionAssly::before_save(SaveContext& save) {
 void CA_ConstructionAssly::keep_given_coefficients() {
   double error = HUGE_VAL;
   try {
-    error = coefficient_error();
+    const Accuracy accuracy = coefficient_accuracy();
+    error = accuracy.worst();
+    if (error <= kForeignError) {
+      if (const std::string text = told(accuracy); !text.empty()) log().message(named() + ": " + text + ".");
+      return;
+    }
   } catch (const Error&) {  // `generate` tells why
   }
-  if (error <= kTolerableError) return;
   const std::string failure = generate();
   if (!failure.empty())
     log().message(named() + " has no transfer functions: " + failure + ". Its coefficients are 0.");

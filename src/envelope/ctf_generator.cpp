@@ -51,21 +51,21 @@ SlabLayer CTFCG::slab_layer(const Layer& layer) {
   return {resistance, 0};
 }
 
-SlabResponse CTFCG::response(const std::function<void()>& yield) const {
-  std::vector<SlabLayer> slab;
+std::vector<SlabLayer> CTFCG::slab(const std::function<void()>& yield) const {
+  std::vector<SlabLayer> out;
   for (const Layer& layer : layers_) {
     if (yield) yield();
     if (!layer.used) continue;
-    slab.push_back(slab_layer(layer));
-    slab.back().slot = layer.slot;
+    out.push_back(slab_layer(layer));
+    out.back().slot = layer.slot;
   }
-  if (slab.empty()) fail(ErrorNumber::InvalidCall, "no layer is used");
-  return slab_response(slab);
+  if (out.empty()) fail(ErrorNumber::InvalidCall, "no layer is used");
+  return out;
 }
 
 bool CTFCG::Generate(TransferFunctions& out, const std::function<void()>& yield) {
   try {
-    out = transfer_functions(response(yield));
+    out = transfer_functions(slab(yield));
     failure_.clear();
     return true;
   } catch (const Error& error) {
@@ -74,8 +74,34 @@ bool CTFCG::Generate(TransferFunctions& out, const std::function<void()>& yield)
   }
 }
 
-double CTFCG::error_of(const TransferFunctions::Series& cross, const TransferFunctions::Series& denominator) const {
-  return response_error(response({}), cross, denominator);
+Accuracy CTFCG::accuracy_of(const Series& b, const Series& d) const { return response_accuracy(slab({}), b, d); }
+
+std::vector<int16_t> CTFCG::slowest_layers() const {
+  struct Share {
+    int16_t slot;
+    SlabLayer layer;
+    double delay;
+  };
+  std::vector<Share> shares;
+  double inside = 0;  // the resistance from there to the inside
+  for (const Layer& each : layers_) {
+    if (each.used) inside += shares.emplace_back(Share{each.slot, slab_layer(each), 0}).layer.resistance;
+  }
+  // A heat capacity between resistances R1 and R2 delays the response by C R1 R2 / (R1 + R2); over a layer the mean.
+  double outside = 0, total = 0;
+  for (auto& [slot, layer, delay] : shares) {
+    const double r = layer.resistance, c = layer.capacity;
+    inside -= r;
+    total += delay = c * (outside * inside + (outside + inside) * r / 2 + r * r / 6);
+    outside += r;
+  }
+  std::stable_sort(shares.begin(), shares.end(), [](const Share& a, const Share& b) { return a.delay > b.delay; });
+  std::vector<int16_t> slots;
+  double found = 0;
+  for (size_t i = 0; i < shares.size() && found < total / 2; found += shares[i++].delay)
+    slots.push_back(shares[i].slot);
+  std::sort(slots.begin(), slots.end());
+  return slots;
 }
 
 }  // namespace tarn

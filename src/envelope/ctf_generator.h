@@ -24,8 +24,12 @@ class CTFCG {
   /// False where the table has no transfer functions; `failure` tells why.
   bool Generate(TransferFunctions& out, const std::function<void()>& yield = {});
   const std::string& failure() const { return failure_; }
-  /// How far other terms for the same layers are off, as `TransferFunctions::error`. Error where `Generate` fails.
-  double error_of(const TransferFunctions::Series& cross, const TransferFunctions::Series& denominator) const;
+  /// Of other terms for the same layers. Error where the table has no transfer functions.
+  Accuracy accuracy_of(const Series& b, const Series& d) const;
+  /// The used layers as the calculation has them. Error `InvalidCall`, with the reason, for a table that has none.
+  std::vector<SlabLayer> slab(const std::function<void()>& yield = {}) const;
+  /// The slots of the layers that slow the response most, the first of them first: at least half of its delay.
+  std::vector<int16_t> slowest_layers() const;
 
  private:
   struct Layer {
@@ -34,7 +38,6 @@ class CTFCG {
     int16_t slot = 0;
   };
   static SlabLayer slab_layer(const Layer& layer);
-  SlabResponse response(const std::function<void()>& yield) const;
 
   std::vector<Layer> layers_{1};
   std::string failure_;

@@ -3,203 +3,95 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <string>
 #include <vector>
 
+#include "envelope/least_squares.h"
+#include "envelope/root_search.h"
 #include "tarn/base/error.h"
 
 namespace tarn {
 namespace {
 
-using Series = TransferFunctions::Series;
-constexpr size_t kTerms = TransferFunctions::kTerms;
-constexpr size_t kMostPoles = kTerms - 1;
-constexpr double kGoodError = 1e-6;    // fewer poles are better for an engine's own rounding, once this is reached
-constexpr double kPoorError = 1e-2;    // at which fewer poles are tried still
-constexpr double kOffSum = 8e-6;       // of the stored terms, relative
-constexpr double kTimeConstants = 16;  // after which a response is over
-constexpr double kShortest = 40, kLongest = 4000;  // hours
+constexpr double kPi = 3.14159265358979323846;
+constexpr size_t kMostPoles = kTerms - 2;
+constexpr double kGoodError = 3e-6;  // with which a search ends: fewer poles are better for an engine's own rounding
+constexpr double kGoodFit = 1e-5;    // with which the search for a fit ends
+constexpr double kSlowRoots = 1.5;   // 1/hr: the poles of d, which otherwise leave 1e-8 after 12 hours
+constexpr double kMoreRoots = 3;     // 1/hr, where these are not enough, as of alike leaves
+constexpr size_t kUnmended = 8;      // poles at most, so that orders are left for what rounding does to them
+constexpr double kOffSum = 8e-6;     // of the stored terms, relative
 
 double single(double value) { return static_cast<double>(static_cast<float>(value)); }
-/// The terms of a heavy slab nearly cancel: their sum may be a billionth of the largest.
-double sum(const Series& terms) { return static_cast<double>(std::accumulate(terms.begin(), terms.end(), 0.0L)); }
 
-/// Values at hours 0, 1, ..., zero before.
-class Hours {
- public:
-  explicit Hours(size_t count) : values_(kTerms + count) {}
-  size_t size() const { return values_.size() - kTerms; }
-  double& operator[](size_t hour) { return values_[kTerms + hour]; }
-  double operator[](size_t hour) const { return values_[kTerms + hour]; }
-  /// The value so many hours earlier, at most 12.
-  double before(size_t hour, size_t lag) const { return values_[kTerms + hour - lag]; }
-
- private:
-  std::vector<double> values_;
+/// b and d with what they do.
+struct Candidate {
+  Series b{}, d{};
+  Accuracy accuracy{HUGE_VAL, HUGE_VAL};
 };
 
-/// Flux at hours 0, 1, ... for a triangular pulse of temperature around hour 0: second differences of the ramp
-/// response.
-Hours pulse_response(const SlabResponse& slab, Face face, size_t hours) {
-  const double offset = slab.offset[static_cast<size_t>(face)];
-  const std::vector<double>& weights = slab.weights[static_cast<size_t>(face)];
-  Hours flux(hours);
-  flux[0] = slab.u_value + offset;
-  flux[1] = -offset;
-  for (size_t k = 0; k < weights.size(); ++k) {
-    const double factor = std::exp(-slab.roots[k]);
-    flux[0] += weights[k] * factor;
-    flux[1] += weights[k] * factor * (factor - 2);
-    double term = weights[k] * std::pow(std::expm1(-slab.roots[k]), 2) * factor;
-    for (size_t j = 2; j < hours && std::abs(term) > 1e-30; ++j, term *= factor) flux[j] += term;
-  }
-  return flux;
-}
+// ---- d of the slowest poles
 
-/// The series divided by the denominator: the response of the stored terms to the series as hourly input.
-Hours filtered(const Series& denominator, Hours series) {
-  for (size_t j = 0; j < series.size(); ++j) {
-    double past = 0;  // the newest value last, as it is known last
-    for (size_t i = kTerms - 1; i > 0; --i) past += denominator[i] * series.before(j, i);
-    series[j] -= past;
-  }
-  return series;
-}
-
-Series poles_product(const SlabResponse& slab, size_t poles) {
+/// The product of (1 - e^-beta z^-1) over the poles.
+Series poles_product(std::span<const double> poles) {
   Series product{1};
-  for (size_t k = 0; k < poles; ++k) {
-    const double factor = std::exp(-slab.roots[k]);
-    for (size_t i = k + 1; i > 0; --i) product[i] -= factor * product[i - 1];
+  for (const double beta : poles) {
+    const double factor = std::exp(-beta);
+    for (size_t i = kTerms - 1; i > 0; --i) product[i] -= factor * product[i - 1];
   }
   return product;
 }
 
-/// A small dense system, the right side in the last column of each row.
-struct System {
-  /// Elimination with pivoting; the solution takes the right side's place.
-  void solve() {
-    for (size_t c = 0; c < size; ++c) {
-      size_t pivot = c;
-      for (size_t r = c + 1; r < size; ++r) {
-        if (std::abs(rows[r][c]) > std::abs(rows[pivot][c])) pivot = r;
-      }
-      std::swap(rows[c], rows[pivot]);
-      for (size_t r = 0; r < size; ++r) {
-        if (r == c) continue;
-        const double part = rows[r][c] / rows[c][c];
-        for (size_t i = c; i < kTerms; ++i) rows[r][i] -= part * rows[c][i];
-      }
-    }
-    for (size_t r = 0; r < size; ++r) right(r) /= rows[r][r];
+/// Its moments, of factors 1 - e^-beta + e^-beta w, in which nothing cancels.
+Moments moments_of_poles(std::span<const double> poles) {
+  Moments moments{1};
+  for (const double beta : poles) {
+    const double factor = std::exp(-beta), rest = -std::expm1(-beta);
+    for (size_t i = kTerms - 1; i > 0; --i) moments[i] = rest * moments[i] + factor * moments[i - 1];
+    moments[0] *= rest;
   }
-  double& right(size_t row) { return rows[row][kTerms - 1]; }
+  return moments;
+}
 
-  size_t size;
-  std::array<Series, kMostPoles> rows{};
-};
-
-/// The denominator of the slowest poles in 4-byte terms. For a heavy slab their rounding would move the slow poles. The
-/// terms of orders above the number of poles are small, so that 4-byte reals are finely spaced there; they take the
-/// correction that brings the poles back.
-Series denominator_of(const SlabResponse& slab, size_t poles) {
+/// d in 4 bytes. Rounding would move the slow poles; the orders above the poles are small, hence finely spaced, and
+/// take up what brings the slow poles back to their places.
+Series mended_denominator(std::span<const double> poles) {
   constexpr double kSlow = 0.7;  // 1/hr: faster poles do not feel the rounding
-  const Series exact = poles_product(slab, poles);
+  const Series exact = poles_product(poles);
   Series rounded{};
   std::transform(exact.begin(), exact.end(), rounded.begin(), single);
   const auto slow =
-      static_cast<size_t>(std::count_if(slab.roots.begin(), slab.roots.begin() + static_cast<ptrdiff_t>(poles),
-                                        [](double beta) { return beta < kSlow; }));
-  const size_t mended = std::min(slow, kMostPoles - poles);
-  System mend{mended};
+      static_cast<size_t>(std::count_if(poles.begin(), poles.end(), [](double beta) { return beta < kSlow; }));
+  const size_t mended = std::min(slow, kTerms - 1 - poles.size());
+  std::vector<Equation<double>> mend;
   for (size_t k = 0; k < mended; ++k) {
-    const double beta = slab.roots[k];
-    for (size_t i = 0; i <= poles; ++i)
-      mend.right(k) += (exact[i] - rounded[i]) * std::exp(beta * static_cast<double>(i));
-    for (size_t c = 0; c < mended; ++c) mend.rows[k][c] = std::exp(beta * static_cast<double>(poles + 1 + c));
+    Equation<double>& row = mend.emplace_back();
+    for (size_t i = 0; i <= poles.size(); ++i)
+      row[kTerms] += (exact[i] - rounded[i]) * std::exp(poles[k] * static_cast<double>(i));
+    for (size_t c = 0; c < mended; ++c) row[c] = std::exp(poles[k] * static_cast<double>(poles.size() + 1 + c));
   }
-  mend.solve();
-  for (size_t c = 0; c < mended; ++c) rounded[poles + 1 + c] = single(mend.right(c));
+  triangulate(mend, mended);
+  for (size_t c = mended; c-- > 0;) {
+    double rest = mend[c][kTerms];
+    for (size_t k = c + 1; k < mended; ++k) rest -= mend[c][k] * rounded[poles.size() + 1 + k];
+    rounded[poles.size() + 1 + c] = single(rest / mend[c][c]);
+  }
   return rounded;
 }
 
-/// Whether the rounding changed the sum of the denominator, which is the product of 1 - e^-beta, beyond use.
-bool ruined(const SlabResponse& slab, size_t poles, const Series& denominator) {
-  double product = 1;
-  for (size_t k = 0; k < poles; ++k) product *= -std::expm1(-slab.roots[k]);
-  return std::abs(sum(denominator) / product - 1) > 0.5;
+// ---- numerators of the first 12 hours
+
+/// d times the pulse response never ends; what comes after 12 hours is put into the last term.
+Series cut_numerator(const ExactResponse& exact, const Series& d, double sum_of_terms) {
+  const std::vector<double>& steps = exact.early_steps();
+  Series terms{};
+  for (size_t j = 0; j < kTerms; ++j) {
+    const double pulse = steps[j] - (j > 0 ? steps[j - 1] : 0);
+    for (size_t i = 0; i + j < kTerms; ++i) terms[i + j] += d[i] * pulse;
+  }
+  terms[kTerms - 1] += sum_of_terms - std::accumulate(terms.begin(), terms.end(), 0.0);
+  return terms;
 }
-
-/// A series of 12 terms for one face and a given denominator, with the right sum. The exact numerator never ends: its
-/// tail is first put into the last term, then spread so that the squared errors of step and pulse responses are least.
-/// Corrections whose sum is 0 are differences of 11 free terms; of a step they make those terms filtered.
-class Fit {
- public:
-  Fit(const Series& denominator, size_t hours) : denominator_(denominator), impulse_(hours) {
-    impulse_[0] = 1;
-    impulse_ = filtered(denominator, std::move(impulse_));
-    for (size_t j = 0; j < hours; ++j) {
-      for (size_t lag = 0; lag <= kTerms; ++lag) correlation_[lag] += impulse_[j] * impulse_.before(j, lag);
-    }
-  }
-
-  Series series(const Hours& pulse, double u_value) const {
-    const size_t hours = pulse.size();
-    Hours excess(hours);  // of the cut numerator over the exact one
-    Series terms{};
-    for (size_t j = 0; j < hours; ++j) {
-      double numerator = 0;
-      for (size_t i = 0; i < kTerms; ++i) numerator += denominator_[i] * pulse.before(j, i);
-      (j < kTerms ? terms[j] : excess[j]) = j < kTerms ? numerator : -numerator;
-    }
-    const double missing = u_value * sum(denominator_) - sum(terms);
-    terms[kTerms - 1] += missing;
-    excess[kTerms - 1] = missing;
-    const Series corrections = spread(filtered(denominator_, std::move(excess)), pulse, u_value);
-    for (size_t i = 0; i < kTerms; ++i) terms[i] += corrections[i] - (i > 0 ? corrections[i - 1] : 0);
-    double& smallest =
-        *std::min_element(terms.begin(), terms.end(), [](double a, double b) { return std::abs(a) < std::abs(b); });
-    smallest += u_value * sum(denominator_) - sum(terms);
-    return terms;
-  }
-
- private:
-  /// The free terms, the last one 0, against given errors of the pulse response.
-  Series spread(const Hours& error, const Hours& pulse, double u_value) const {
-    double peak = 0;
-    for (size_t j = 0; j < pulse.size(); ++j) peak = std::max(peak, std::abs(pulse[j]));
-    const double of_step = 1 / (u_value * u_value);
-    const double of_pulse = 1 / (peak * peak);
-    constexpr double kRidge = 1e-9;  // keeps the corrections small where they gain nothing
-    const auto lagged = [&](size_t lag) {
-      const double r = correlation_[lag];
-      const double difference = 2 * r - correlation_[lag + 1] - correlation_[lag > 0 ? lag - 1 : 1];
-      return of_step * r + of_pulse * difference;
-    };
-    System normal{kMostPoles};
-    double step_error = 0;
-    Series wanted{};
-    for (size_t j = 0; j < error.size(); ++j) {
-      step_error += error[j];
-      // The pulse's part is summed by parts: error times slope becomes the error's own slope times the impulse.
-      const double next = j + 1 < error.size() ? error[j + 1] : 0;
-      const double weight = of_step * step_error + of_pulse * (error[j] - next);
-      for (size_t i = 0; i < kTerms; ++i) wanted[i] -= weight * impulse_.before(j, i);
-    }
-    for (size_t i = 0; i < kMostPoles; ++i) normal.right(i) = wanted[i];
-    for (size_t i = 0; i < kMostPoles; ++i) {
-      for (size_t k = 0; k < kMostPoles; ++k) normal.rows[i][k] = lagged(i > k ? i - k : k - i);
-      normal.rows[i][i] *= 1 + kRidge;
-    }
-    normal.solve();
-    Series terms{};
-    for (size_t i = 0; i < kMostPoles; ++i) terms[i] = normal.right(i);
-    return terms;
-  }
-
-  Series denominator_;
-  Hours impulse_;                                 // of 1 / denominator
-  std::array<double, kTerms + 1> correlation_{};  // of the impulse response with itself, by lag
-};
 
 /// The terms in 4 bytes with their sum kept: what rounding takes away goes into ever smaller, finer spaced terms.
 Series rounded_to_sum(Series terms, double wanted) {
@@ -207,96 +99,170 @@ Series rounded_to_sum(Series terms, double wanted) {
   std::iota(order.begin(), order.end(), size_t{0});
   std::sort(order.begin(), order.end(), [&](size_t a, size_t b) { return std::abs(terms[a]) > std::abs(terms[b]); });
   std::transform(terms.begin(), terms.end(), terms.begin(), single);
-  for (const size_t i : order) terms[i] = single(terms[i] + (wanted - sum(terms)));
+  for (const size_t i : order) terms[i] = single(terms[i] + (wanted - sum_of(terms)));
   return terms;
 }
 
-/// As `TransferFunctions::error`.
-double error_of(const Series& cross, const Series& denominator, const Hours& pulse, double u_value) {
-  Hours difference(pulse.size());
-  for (size_t i = 0; i < kTerms; ++i) difference[i] = cross[i];
-  difference = filtered(denominator, std::move(difference));
-  for (size_t j = 0; j < pulse.size(); ++j) difference[j] -= pulse[j];
-  constexpr size_t kDay = 12;  // hours of sunshine, a half sine
-  std::array<double, kDay> sun{};
-  for (size_t i = 0; i < kDay; ++i) sun[i] = std::sin(3.14159265358979323846 * static_cast<double>(i) / kDay);
-  double step = 0, worst_step = 0, worst_day = 0, peak = 0;
-  for (size_t j = 0; j < pulse.size(); ++j) {
-    step += difference[j];
-    double off = 0, exact = 0;
-    for (size_t i = 0; i < kDay; ++i) {
-      off += sun[i] * difference.before(j, i);
-      exact += sun[i] * pulse.before(j, i);
+/// For slabs whose poles die out in 12 hours, but for a few.
+Candidate cut(const ExactResponse& exact, std::span<const double> poles) {
+  Candidate out;
+  out.d = mended_denominator(poles);
+  const double wanted = exact.u_value() * sum_of(out.d);
+  out.b = rounded_to_sum(cut_numerator(exact, out.d, wanted), wanted);
+  out.accuracy = exact.accuracy(out.b, out.d);
+  return out;
+}
+
+// ---- terms fitted to the transfer
+
+/// The transfer through the slab at one frequency, and what an error there weighs.
+struct Sample {
+  Complex w;  // 1 - z^-1
+  Complex transfer;
+  double weight;
+};
+
+/// From far below the slowest pole to the fastest wave of hourly temperatures, and at the harmonics of a day.
+std::vector<Sample> samples_of(const Transmission& slab, const ExactResponse& exact, double slowest_root) {
+  constexpr double kBelow = 8, kRatio = 1.26, kOfDay = 2;
+  std::vector<Sample> out;
+  const auto at = [](double frequency) {
+    return Complex(2 * std::pow(std::sin(frequency / 2), 2), std::sin(frequency));
+  };
+  for (double frequency = kPi; frequency > slowest_root / kBelow; frequency /= kRatio)
+    out.push_back({at(frequency), hourly_transfer(slab, frequency), 1 / exact.u_value()});
+  for (int k = 1; k <= ExactResponse::kHarmonics; ++k) {
+    const double frequency = kPi * k / ExactResponse::kHarmonics;
+    out.push_back({at(frequency), exact.daily()[static_cast<size_t>(k) - 1], kOfDay * exact.weight_of_day(k)});
+  }
+  return out;
+}
+
+Complex at_w(const Moments& moments, Complex w) {
+  Complex value = 0;
+  for (size_t k = kTerms; k-- > 0;) value = value * w + static_cast<double>(moments[k]);
+  return value;
+}
+
+/// Equations for the moments of b, or of d with b = transfer * d, by which the weighted error of b / d is least in the
+/// neighbourhood of a d; with a sum of the terms that is held `firmly`.
+std::vector<Equation<long double>> equations_for(const std::vector<Sample>& samples, const Moments& d, bool of_d,
+                                                 double sum, double firmly) {
+  std::vector<Equation<long double>> out;
+  for (const Sample& sample : samples) {
+    const Complex right = sample.transfer * sample.weight;
+    Complex factor = (of_d ? right : Complex(sample.weight)) / at_w(d, sample.w);
+    Equation<long double>& real = out.emplace_back();
+    Equation<long double> imaginary;
+    for (size_t k = 0; k < kTerms; ++k, factor *= sample.w) {
+      real[k] = factor.real();
+      imaginary[k] = factor.imag();
     }
-    worst_step = std::max(worst_step, std::abs(step));
-    worst_day = std::max(worst_day, std::abs(off));
-    peak = std::max(peak, std::abs(exact));
+    real[kTerms] = right.real();
+    imaginary[kTerms] = right.imag();
+    out.push_back(imaginary);
   }
-  return std::isfinite(step) ? std::max(worst_step / u_value, worst_day / peak) : HUGE_VAL;
+  Equation<long double>& of_sum = out.emplace_back();
+  of_sum[0] = firmly / sum;
+  of_sum[kTerms] = firmly;
+  triangulate(out);
+  return out;
 }
 
-/// Whether the terms, as stored, give the steady state.
-bool sums_hold(const Series& cross, const Series& denominator, double u_value) {
-  const double wanted = u_value * sum(denominator);
-  return std::abs(sum(cross) - wanted) < kOffSum * std::abs(wanted);
+/// d in 4 bytes so that what the rounding does to the response is least. The orders above the poles, which are 0 but
+/// for this, take their part one after the other, the higher the later.
+Series fitted_denominator(const std::vector<Sample>& samples, std::span<const double> poles) {
+  constexpr double kFirm = 10, kFree = 1e-3, kAbove = 0.1, kLater = 30;
+  const Moments exact = moments_of_poles(poles);
+  Wish wish{.terms = poles_product(poles), .pull = {}, .first_is_one = true};
+  double pull = kAbove;
+  for (size_t i = 0; i < kTerms; ++i) wish.pull[i] = i <= poles.size() ? kFree : pull *= kLater;
+  return rounded_terms(equations_for(samples, exact, true, static_cast<double>(exact[0]), kFirm), wish, wish.terms);
 }
 
-/// Hours until the slab's response is over.
-size_t hours_of(const SlabResponse& slab) {
-  const double slowest = slab.roots.empty() ? 1 : slab.roots.front();
-  return static_cast<size_t>(std::clamp(kTimeConstants / slowest, kShortest, kLongest));
+Series fitted_numerator(const std::vector<Sample>& samples, const Series& d, double u_value) {
+  constexpr double kFirm = 1e5, kPull = 1e-8, kLast = 1e5;
+  const Moments under = moments_of(d);
+  const double wanted = u_value * static_cast<double>(under[0]);
+  const auto equations = equations_for(samples, under, false, wanted, kFirm);
+  Wish wish;
+  wish.pull.fill(kPull / wanted);
+  wish.pull.back() *= kLast;  // small and finely spaced, for what the rounding of the others leaves
+  return rounded_terms(equations, wish, real_terms(equations, wish));
 }
 
-/// Where the search for the best number of poles begins. The tail that a numerator of 12 terms loses decays with the
-/// first pole left out of the denominator; orders above the number of poles are needed to correct the rounding of a
-/// heavy slab.
-size_t poles_that_leave_little(const SlabResponse& slab) {
-  constexpr size_t kMended = 3;
-  size_t poles = 0;
-  while (poles < std::min(kMostPoles - kMended, slab.roots.size()) &&
-         std::exp(-static_cast<double>(kTerms) * slab.roots[poles]) > kGoodError) {
-    ++poles;
-  }
-  return poles;
+Candidate fitted(const ExactResponse& exact, const std::vector<Sample>& samples, std::span<const double> poles) {
+  Candidate out;
+  out.d = fitted_denominator(samples, poles);
+  const double wanted = exact.u_value() * sum_of(out.d);
+  if (!(wanted > 0)) return out;
+  out.b = fitted_numerator(samples, out.d, exact.u_value());
+  if (std::abs(sum_of(out.b) - wanted) < kOffSum * wanted) out.accuracy = exact.accuracy(out.b, out.d);
+  return out;
+}
+
+/// The best for slow slabs, from a few poles on to more, then to fewer, while it helps.
+Candidate best_fit(const Transmission& slab, RootSearch& search, const ExactResponse& exact, Candidate best) {
+  constexpr double kStart = 0.3, kFast = 4;  // 1/hr
+  const std::vector<double> roots = search.roots_below(kFast);
+  if (roots.empty()) return best;
+  const std::vector<Sample> samples = samples_of(slab, exact, roots.front());
+  const size_t most = std::min(kMostPoles, roots.size());
+  /// Whether so many poles are to be followed by more, or fewer: not when errors have risen twice in a row.
+  double last = HUGE_VAL;
+  int risen = 0;
+  const auto go_on = [&](size_t poles) {
+    const Candidate next = fitted(exact, samples, {roots.data(), poles});
+    const double error = next.accuracy.worst();
+    if (error < best.accuracy.worst()) best = next;
+    risen = error < last || error == HUGE_VAL ? 0 : risen + 1;
+    last = error;
+    return risen < 2 && best.accuracy.worst() > kGoodFit;
+  };
+  const auto slow = std::lower_bound(roots.begin(), roots.end(), kStart) - roots.begin();
+  const size_t start = std::min(most, static_cast<size_t>(slow));
+  for (size_t poles = start; poles <= most && go_on(poles);) ++poles;
+  risen = 0;
+  last = HUGE_VAL;
+  for (size_t poles = start; poles > 0 && best.accuracy.worst() > kGoodFit && go_on(poles - 1);) --poles;
+  return best;
+}
+
+ExactResponse exact_response(const Transmission& slab, const std::vector<double>& slow_roots) {
+  return {slab, slow_roots.empty() ? 0 : slow_roots.front()};
+}
+
+Candidate best_candidate(const Transmission& slab, RootSearch& search) {
+  std::vector<double> roots = search.roots_below(kSlowRoots);
+  const ExactResponse exact = exact_response(slab, roots);
+  Candidate best = cut(exact, {roots.data(), std::min(roots.size(), kUnmended)});
+  if (best.accuracy.worst() <= kGoodError) return best;
+  roots = search.roots_below(kMoreRoots);
+  const Candidate more = cut(exact, {roots.data(), std::min(roots.size(), kUnmended)});
+  if (more.accuracy.worst() < best.accuracy.worst()) best = more;
+  return best.accuracy.worst() <= kGoodError ? best : best_fit(slab, search, exact, best);
 }
 
 }  // namespace
 
-double TransferFunctions::inside_sum() const { return sum(inside); }
-
-TransferFunctions transfer_functions(const SlabResponse& slab) {
-  const size_t hours = hours_of(slab);
-  const Hours pulse = pulse_response(slab, Face::Cross, hours);
-  TransferFunctions best{.u_value = slab.u_value, .error = HUGE_VAL};
-  /// Whether so many poles do better than what was tried before, with something left to gain.
-  const auto better = [&](size_t poles) {
-    const Series denominator = denominator_of(slab, poles);
-    if (ruined(slab, poles, denominator)) return false;
-    const Fit fit(denominator, hours);
-    const Series cross = rounded_to_sum(fit.series(pulse, slab.u_value), slab.u_value * sum(denominator));
-    const double error = error_of(cross, denominator, pulse, slab.u_value);
-    if (!(error < best.error) || !sums_hold(cross, denominator, slab.u_value)) return false;
-    best.denominator = denominator;
-    best.cross = cross;
-    best.error = error;
-    return error > kGoodError;
-  };
-  const size_t most = std::min(kMostPoles, slab.roots.size());
-  const size_t start = std::min(poles_that_leave_little(slab), most);
-  better(start);
-  if (best.error > kGoodError) {
-    for (size_t poles = start + 1; poles <= most && better(poles);) ++poles;
-    for (size_t poles = start; poles > 0 && (better(poles - 1) || best.error > kPoorError);) --poles;
+TransferFunctions transfer_functions(std::span<const SlabLayer> layers) {
+  check_slab(layers);
+  const Transmission slab(layers);
+  RootSearch search(layers);
+  const Candidate best = best_candidate(slab, search);
+  if (best.accuracy.worst() == HUGE_VAL) fail(ErrorNumber::InvalidCall, "no 12 terms hold the response of the layers");
+  if (best.accuracy.worst() > kWorstError) {
+    fail(ErrorNumber::InvalidCall, "12 terms hold the response of the layers to " +
+                                       std::to_string(std::lround(100 * best.accuracy.worst())) + " % at best");
   }
-  if (best.error == HUGE_VAL) fail(ErrorNumber::InvalidCall, "no 12 terms hold the response of the layers");
-  const Fit fit(best.denominator, hours);
-  best.outside = fit.series(pulse_response(slab, Face::Outside, hours), slab.u_value);
-  best.inside = fit.series(pulse_response(slab, Face::Inside, hours), slab.u_value);
-  return best;
+  const double u = slab.u_value();
+  return {.b = best.b, .d = best.d, .c_sum = u * sum_of(best.d), .u_value = u, .accuracy = best.accuracy};
 }
 
-double response_error(const SlabResponse& slab, const Series& cross, const Series& denominator) {
-  return error_of(cross, denominator, pulse_response(slab, Face::Cross, hours_of(slab)), slab.u_value);
+Accuracy response_accuracy(std::span<const SlabLayer> layers, const Series& b, const Series& d) {
+  check_slab(layers);
+  RootSearch search(layers);
+  return exact_response(Transmission(layers), search.roots_below(kSlowRoots)).accuracy(b, d);
 }
 
 }  // namespace tarn

@@ -2,35 +2,29 @@
 // one hour; temperatures run straight from hour to hour. docs/transfer-functions.md has the method and its accuracy.
 #pragma once
 
-#include <array>
+#include <span>
 
-#include "envelope/slab_response.h"
+#include "envelope/exact_response.h"
 
 namespace tarn {
 
-/// Coefficients by order, element 0 first. With hourly temperatures To outside and Ti inside, the flux out of the
-/// inside face at hour t is sum b(j) To(t-j) - sum c(j) Ti(t-j) - sum over j > 0 of d(j) q(t-j), that into the outside
-/// face sum a(j) To(t-j) - sum b(j) Ti(t-j) - sum d(j) q(t-j), a, b, c being `outside`, `cross`, `inside` and d the
-/// `denominator`. Each of a, b, c sums to u_value times the sum of d. b and d are exact in 4 bytes.
+/// Coefficients by order. With hourly temperatures To outside and Ti inside, the flux out of the inside face at hour t
+/// is sum b(j) To(t-j) - sum c(j) Ti(t-j) - sum over j > 0 of d(j) q(t-j). Of c the sum is kept, as that of b: both are
+/// u_value times the sum of d. All are exact in 4 bytes, but for `c_sum`.
 struct TransferFunctions {
-  static constexpr size_t kTerms = 12;
-  using Series = std::array<double, kTerms>;
-
-  Series outside{}, cross{}, inside{};  // Btu/(hr.ft2.F)
-  Series denominator{};
+  Series b{};  // Btu/(hr.ft2.F)
+  Series d{};
+  double c_sum = 0;    // Btu/(hr.ft2.F)
   double u_value = 0;  // Btu/(hr.ft2.F)
-  /// How far the response through the slab is off: to a step, over its end value, or to a sunny day, over its peak;
-  /// the larger.
-  double error = 0;
-
-  double inside_sum() const;
+  Accuracy accuracy;   // of b and d
 };
 
-/// Error `InvalidCall` where no terms of finite size hold the response at all.
-TransferFunctions transfer_functions(const SlabResponse& response);
+/// Error `InvalidCall`, with a reason a person can act on: no resistance, more than 100 roots, or no terms that hold
+/// the response to kWorstError.
+TransferFunctions transfer_functions(std::span<const SlabLayer> layers);
+inline constexpr double kWorstError = 0.1;
 
-/// As `TransferFunctions::error`, of any terms; infinite where they are unstable.
-double response_error(const SlabResponse& slab, const TransferFunctions::Series& cross,
-                      const TransferFunctions::Series& denominator);
+/// Of any terms of b and d. Error `InvalidCall` for a slab without transfer functions.
+Accuracy response_accuracy(std::span<const SlabLayer> layers, const Series& b, const Series& d);
 
 }  // namespace tarn

@@ -55,7 +55,7 @@ ChangedFlag changed_flag(std::string_view column) {
 struct Kind {
   std::string_view class_name;
   std::string_view index_table;
-  std::string_view default_word;         // of the kind, in messages and in names given to nameless entities: "Window  3"
+  std::string_view default_word;  // of the kind, in messages and in names given to nameless entities: "Window  3"
   std::string_view missing_row_message;  // of `Load`; the number follows
   std::vector<SummaryColumn> columns;    // besides nIndex and szName
   std::vector<ChangedFlag> flags = {};   // after them

@@ -6,7 +6,7 @@
 #include <map>
 #include <set>
 
-#include "envelope/slab_response.h"
+#include "envelope/root_search.h"
 #include "reflect/json_text.h"
 #include "support/expected_data.h"
 #include "support/temp_project.h"
@@ -250,11 +250,12 @@ TEST_F(KindTables, LimitsOfTransferFunctions) {
   for (const size_t roots : {size_t{1}, size_t{7}, most}) {
     for (const double more : {0.02, 0.98}) {
       const SlabLayer layer = slab(static_cast<double>(roots) + more);
-      EXPECT_EQ(slab_response(std::span(&layer, 1)).roots.size(), roots) << more;
+      EXPECT_EQ(RootSearch(std::span(&layer, 1)).roots_below(bound).size(), roots) << more;
+      EXPECT_NO_THROW(check_slab(std::span(&layer, 1))) << roots << " and " << more;
     }
   }
   const SlabLayer heavy = slab(static_cast<double>(most) + 1.02);
-  EXPECT_NE(said_by([&] { slab_response(std::span(&heavy, 1)); }), "");
+  EXPECT_NE(said_by([&] { check_slab(std::span(&heavy, 1)); }), "");
 }
 
 class HourlyTables : public testing::Test {

@@ -206,8 +206,7 @@ TEST(ExpectedData, EveryMemberOfEveryClass) {
       {"ADL_HLAir.HourlyAir bounds", "a method's limits are told by LowerBound and UpperBound"},
       {"ADL_DLZone.DLSpace object", "a zone alone has no spaces; those of a design's are tested with it"},
       {"WTH_Weather.Clone object", "asks for a database; tested with one"},
-      {"URT_UtilityRate.Index type",
-       "an index has 16 bits in every other class of records, and in the file's reach"}});
+      {"URT_UtilityRate.Index type", "an index has 16 bits in every other class of records, and in the file's reach"}});
   size_t members = 0;
   const Json& classes = test::expected_data("members.json");
   for (const auto& [name, rows] : classes.items()) {

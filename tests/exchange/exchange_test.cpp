@@ -218,7 +218,8 @@ TEST_F(ExchangeTest, ConstructionsComeAsTheyAreUnlessTheirCoefficientsBelongToOt
   auto coarse = walls[1], edited = walls[1];
   for (auto& layer : walls[1]["Layer"]) layer["LayerUsed"] = false;
   coarse["index"] = 2;
-  coarse["BTrans"][0] = coarse["BTrans"][0].get<double>() + 1e-5;
+  ASSERT_NEAR(coarse["BTrans"][0].get<double>(), 0.00625, 1e-5);
+  coarse["BTrans"][0] = 0.00625;  // a decimal that comes back from 4 bytes as it went in
   edited["index"] = 3;
   edited["Layer"][2]["Thickness"] = 1.0;
   walls.push_back(coarse);

@@ -107,7 +107,8 @@ TEST_F(AirSystemDesignTest, Messages) {
                                       "Air system design data filename is invalid",
                                       "Air system design data filename is invalid"}));
   EXPECT_TRUE(log.errors.empty());
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 2) << "the index database and the system";
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 2)
+      << "the index database and the system";
 }
 
 TEST_F(AirSystemDesignTest, BlocksFollowEachOtherAndComeBack) {

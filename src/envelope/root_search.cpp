@@ -1,4 +1,4 @@
-#include "envelope/slab_response.h"
+#include "envelope/root_search.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,44 +13,10 @@ namespace {
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kNarrowest = 1e-14;  // of the bracket that a root is refined to; relative for roots below 1
 
-/// sin(x) / x and what its derivative needs, (cos(x) - sin(x) / x) / x^2, of x = sqrt(square); series near 0.
-struct Sinc {
-  explicit Sinc(double square) {
-    if (square < 1e-2) {
-      cosine = 1 - square / 2 * (1 - square / 12 * (1 - square / 30 * (1 - square / 56)));
-      sinc = 1 - square / 6 * (1 - square / 20 * (1 - square / 42 * (1 - square / 72)));
-      slope = -(1 - square / 10 * (1 - square / 28 * (1 - square / 54 * (1 - square / 88)))) / 3;
-    } else {
-      const double x = std::sqrt(square);
-      cosine = std::cos(x);
-      sinc = std::sin(x) / x;
-      slope = (cosine - sinc) / square;
-    }
-  }
-  double cosine, sinc, slope;
-};
-
 }  // namespace
 
-SlabMarch march(std::span<const SlabLayer> layers, double beta) {
-  SlabMarch m{0, 1, 0, 0};
-  for (size_t i = layers.size(); i-- > 0;) {
-    const double r = layers[i].resistance, c = layers[i].capacity;
-    const Sinc f(beta * r * c);
-    // The layer's matrix is [cos x, R sinc x; -beta C sinc x, cos x] with x^2 = beta R C.
-    const double cosine_slope = r * c * f.sinc / 2;
-    const double upper_slope = -r * r * c * f.slope / 2;
-    const double lower_slope = c * (f.cosine + f.sinc) / 2;
-    m = {.b = f.cosine * m.b + r * f.sinc * m.d,
-         .d = f.cosine * m.d - beta * c * f.sinc * m.b,
-         .b_slope = f.cosine * m.b_slope + r * f.sinc * m.d_slope + cosine_slope * m.b + upper_slope * m.d,
-         .d_slope = f.cosine * m.d_slope - beta * c * f.sinc * m.b_slope + cosine_slope * m.d + lower_slope * m.b};
-  }
-  return m;
-}
-
-/// The march without derivatives. A layer of n half waves turns the temperature's sign n times, or once more where the
-/// signs at its faces say so.
+/// The march of temperature and flux from the inside face (0, 1) outward. A layer of n half waves turns the
+/// temperature's sign n times, or once more where the signs at its faces say so.
 RootSearch::Point RootSearch::at(double beta) {
   ++evaluations_;
   const double root_of_beta = std::sqrt(beta);
@@ -130,15 +96,6 @@ std::vector<double> RootSearch::roots_below(double bound) {
 
 namespace {
 
-double overall_conductance(std::span<const SlabLayer> layers) {
-  double resistance = 0;
-  for (const SlabLayer& layer : layers) resistance += layer.resistance;
-  const double conductance = 1 / resistance;
-  if (!(resistance > 0) || conductance > static_cast<double>(std::numeric_limits<float>::max()))
-    fail(ErrorNumber::InvalidCall, "the layers have no thermal resistance");
-  return conductance;
-}
-
 [[noreturn]] void refuse_heavy(std::span<const SlabLayer> layers, double roots) {
   const auto heaviest = std::max_element(layers.begin(), layers.end(), [](const SlabLayer& a, const SlabLayer& b) {
     return a.resistance * a.capacity < b.resistance * b.capacity;
@@ -152,32 +109,17 @@ double overall_conductance(std::span<const SlabLayer> layers) {
 
 }  // namespace
 
-SlabResponse slab_response(std::span<const SlabLayer> layers) {
-  SlabResponse out{.u_value = overall_conductance(layers), .roots = {}, .offset = {}, .weights = {}};
+void check_slab(std::span<const SlabLayer> layers) {
+  double resistance = 0, half_waves = 0;  // as many roots at least as half waves, but for one a layer
   const double bound = -std::log(kSmallestFactor);
-  RootSearch search(layers);
-  double half_waves = 0;  // of all layers together: there are at least so many roots, less one for each layer
-  for (const SlabLayer& layer : layers) half_waves += std::sqrt(bound * layer.resistance * layer.capacity) / kPi;
-  const double count = half_waves < 1e6 ? search.count(bound) : half_waves;
-  if (!(count <= kMostRoots)) {
-    refuse_heavy(layers, count);
+  for (const auto& [r, c, slot] : layers) {
+    resistance += r;
+    half_waves += std::sqrt(bound * r * c) / kPi;
   }
-  out.roots = search.roots_below(bound);
-  // The matrix has determinant 1: A D - B C = 1, so that A = 1 / D where B = 0. A turned slab has A for D.
-  const std::vector<SlabLayer> turned(layers.rbegin(), layers.rend());
-  const SlabMarch steady = march(layers, 0);
-  const SlabMarch steady_turned = march(turned, 0);
-  const double u = out.u_value;
-  out.offset = {(steady.d_slope - steady.b_slope * u) * u, -steady.b_slope * u * u,
-                (steady_turned.d_slope - steady.b_slope * u) * u};
-  for (const double beta : out.roots) {
-    const SlabMarch m = march(layers, beta);
-    const double residue = 1 / (beta * beta * m.b_slope);
-    out.weights[0].push_back(m.d * residue);
-    out.weights[1].push_back(residue);
-    out.weights[2].push_back(residue / m.d);
-  }
-  return out;
+  if (!(resistance > 0) || 1 / resistance > static_cast<double>(std::numeric_limits<float>::max()))
+    fail(ErrorNumber::InvalidCall, "the layers have no thermal resistance");
+  const double count = half_waves < 1e6 ? RootSearch(layers).count(bound) : half_waves;
+  if (!(count <= kMostRoots)) refuse_heavy(layers, count);
 }
 
 }  // namespace tarn
