@@ -283,8 +283,9 @@ std::vector<std::string> edit(StoredEntity& entity, const EntityKind& kind, cons
   const auto after = fields(entity);
   std::vector<std::string> computed;
   for (size_t i = 0; i < after.size(); ++i) {
+    const auto& [name, value] = after[i];
     if (after[i] != before[i])
-      computed.push_back(after[i].first + " " + shown(before[i].second) + " -> " + shown(after[i].second));
+      computed.push_back(value.is_array() ? name : name + " " + shown(before[i].second) + " -> " + shown(value));
   }
   return computed;
 }

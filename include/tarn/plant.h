@@ -47,7 +47,8 @@ class PLT_Plant final : public CopiedEntity<PLT_Plant, SectionEntity>, public Si
   /// The current plant as a default: its header and inputs.
   void WriteDefaultsFile(const std::string& strFileName);
 
-  /// Makes it a plant of a type. Those of the type's loops that have pumps are used. Error `InvalidCall` for an unknown
+  /// Makes it a plant of a type. Those of the type's loops that have pumps are used, recovered heat where the type has
+  /// it. A side that the type lacks gets no capacity, steam no water temperatures. Error `InvalidCall` for an unknown
   /// type.
   void SetType(PLT_PlantTypes type);
 

@@ -83,7 +83,8 @@ const ClassInfo& AS_AirSystem::info() const {
       parts<&C::GetHourlySimData, &C::simulation_count, &C::resize_simulation>,
       property<&C::DesHasChanged>.kept_in_row(), property<&C::SimHasChanged>.kept_in_row(),
       property<&C::index32>.named("Index"), method<&C::SetMask>("lMaskAdd", "lMaskRemove"),
-      method<&C::IsNameUnique>("sName"), event<&C::OnUpdateDependencies>("OverrideDefault"));
+      method<&C::IsNameUnique>("sName"), event<&C::OnUpdateDependencies>("OverrideDefault"), method<&C::CreateDefault>,
+      method<&C::SaveDefault>);
   static const ClassInfo info(members);
   return info;
 }

@@ -37,7 +37,7 @@ const ClassInfo& BLD_Building::info() const {
       method<static_cast<void (C::*)(int32_t, int32_t)>(&C::Load)>("Section", "RecordNumber"),
       method<static_cast<void (C::*)(int32_t, std::optional<bool>)>(&C::Save)>("Section", "bSaveAfterCalculations"),
       property<&C::WorkPath>, property<&C::FilePrefix>, property<&C::DefFileName>, method<&C::IsNameUnique>("sName"),
-      event<&C::OnUpdateDependencies>("OverrideDefault"));
+      event<&C::OnUpdateDependencies>("OverrideDefault"), method<&C::SaveDefault>);
   static const ClassInfo info(members);
   return info;
 }

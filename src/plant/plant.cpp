@@ -65,7 +65,7 @@ const ClassInfo& PLT_Plant::info() const {
       property<&C::FileName>, method<&C::GetFreeIndex>, property<&C::Index>.read_only(), method<&C::GetDBHandle>,
       method<&C::SetDBHandle>("DB"), property<&C::SimHasChanged>.kept_in_row(),
       property<&C::DesHasChanged>.kept_in_row(), method<&C::IsNameUnique>("sName"),
-      event<&C::OnUpdateDependencies>("OverrideDefault"));
+      event<&C::OnUpdateDependencies>("OverrideDefault"), method<&C::SaveDefault>);
   static const ClassInfo info(members);
   return info;
 }

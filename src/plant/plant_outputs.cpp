@@ -124,11 +124,38 @@ const Outputs& outputs_of(Type type) {
   return *outputs;
 }
 
+/// Of a side that the type has not: nothing to size.
+ConfigurationRecord unused_side() {
+  ConfigurationRecord none{};
+  none.SizingMethod = PLT_SizingMethod::pltUserDefinedCapacity;
+  none.UnitSizing = PLT_UnitSizing::ONE_UNIT;
+  none.ControlType = PLT_ControlTypes::PCT_SEQUENCED;
+  none.DistSystemType = PLT_FluidDistSystemTypes::FDS_PRIMARY_ONLY_CONSTANT_SPEED;
+  none.LWTControl = PLT_LWTControlType::ConstantLWT;
+  return none;
+}
+
+void without_leaving_water(ConfigurationRecord& steam) {
+  for (R4* figure : {&steam.DesignLWT, &steam.DesignDeltaT, &steam.ResetLWT, &steam.ResetStart, &steam.ResetEnd})
+    *figure = 0;
+  steam.LWTControl = PLT_LWTControlType::ConstantLWT;
+}
+
 }  // namespace
 
 void PLT_Plant::SetType(PLT_PlantTypes type) {
-  const auto& loops = outputs_of(type).loops;
+  const Outputs& outputs = outputs_of(type);
+  const auto& codes = outputs.codes;
+  const auto& loops = outputs.loops;
+  const auto gives = [&](int16_t code) { return std::ranges::find(codes, code) != codes.end(); };
   General.PlantType = type;
+  ConfigurationRecord &clg = Details.ConfigCooling, &htg = Details.ConfigHeating;
+  if (!gives(kCoolingLoad)) clg = unused_side();
+  if (!gives(kHeatingLoad))
+    htg = unused_side();
+  else if (!gives(kHotWaterTemp))
+    without_leaving_water(htg);
+  Details.HeatRecoveryUsed = gives(kRecoveredHeat);
   for (int number = 1; number <= PLT_Details::kLoops; ++number) {
     PLT_PumpLoop& loop = *Details.loops()[static_cast<size_t>(number) - 1];
     loop.Used = loop.NumPumps() > 0 && std::ranges::find(loops, number) != loops.end();

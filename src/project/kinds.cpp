@@ -91,7 +91,12 @@ void start_plant(StoredEntity& entity, std::string_view type) {
   plant.CreateDefault();
   plant.Reset(true);
   if (!type.empty()) plant.SetType(code_of<PLT_PlantTypes>(type, "plant"));
+  plant.General.SetFlags();
 }
+
+void set_outputs(StoredEntity& entity) { dynamic_cast<PLT_Plant&>(entity).General.SetFlags(); }
+
+void standard_system(StoredEntity& entity) { dynamic_cast<AS_AirSystem&>(entity).SetToDefaults(); }
 
 void standard_plant(StoredEntity& entity) {
   auto& plant = dynamic_cast<PLT_Plant&>(entity);
@@ -162,14 +167,16 @@ constexpr EntityKind kKinds[]{
                            .file = {"AirSystemDefaultFilename", "A00.DAT"},
                            .letter = 'A',
                            .prepare = select_all,
-                           .start = start_system}),
+                           .start = start_system,
+                           .standard = standard_system}),
     kind_of<PLT_Plant>({.group = "plants",
                         .one = "plant",
                         .factory = "NewPlant",
                         .file = {"PlantDefaultFilename", "P00.DAT"},
                         .letter = 'P',
                         .start = start_plant,
-                        .standard = standard_plant}),
+                        .standard = standard_plant,
+                        .compute = set_outputs}),
     kind_of<URT_UtilityRate>({.group = "electric-rates",
                               .one = "electric rate",
                               .factory = "NewElectricRate",

@@ -125,7 +125,7 @@ TEST_F(ExchangeTest, TheSameProjectGivesTheSameBytesAfterARoundTrip) {
   fresh.SetWorkPath(other.path);
   fresh.FilePrefix = "NEW";
   create_index(fresh.IndexDBName());
-  EXPECT_EQ(import_project(fresh, before, quiet), 27U);
+  EXPECT_EQ(import_project(fresh, before, quiet), 28U);
   EXPECT_EQ(export_project(fresh, {}, quiet), before);
   const std::string copied = test::bytes_of(fresh.WindowFilename());
   for (const size_t index : {1, 3, 5})

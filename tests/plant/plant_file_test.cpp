@@ -264,6 +264,21 @@ TEST_F(PlantFileTest, DefaultsAreFilesOfTheirOwn) {
   std::string used;
   for (const PLT_PumpLoop* loop : plant->Details.loops()) used += loop->Used ? "1" : "0";
   EXPECT_EQ(used, "00100000");
+  const auto side = [](const ConfigurationRecord& c) {
+    return std::to_string(c.SizingMethod.raw) + " " + std::to_string(int{c.SizingFactor}) + " " +
+           std::to_string(static_cast<int>(float{c.DesignLWT})) + " " + std::to_string(int{c.LWTControl.raw});
+  };
+  EXPECT_EQ(side(plant->Details.ConfigCooling) + ", " + side(plant->Details.ConfigHeating), "10 0 0 1, 30 100 180 2");
+  EXPECT_FALSE(plant->Details.HeatRecoveryUsed);
+  plant->CreateDefault();
+  plant->SetType(PLT_PlantTypes::PT_STEAM_BOILER);
+  EXPECT_EQ(side(plant->Details.ConfigCooling) + ", " + side(plant->Details.ConfigHeating), "10 0 0 1, 30 100 0 1");
+  plant->CreateDefault();
+  plant->SetType(PLT_PlantTypes::PT_HEAT_RECOVERY);
+  EXPECT_EQ(side(plant->Details.ConfigCooling) + ", " + side(plant->Details.ConfigHeating),
+            "20 100 44 1, 30 100 180 2");
+  EXPECT_TRUE(plant->Details.HeatRecoveryUsed);
+  plant->SetType(PLT_PlantTypes::PT_HOT_WATER);
   plant->Reset(true);
   plant->Save(CCM_ALL);
   EXPECT_EQ(plant->General.Name.trimmed(), "Plant  1");

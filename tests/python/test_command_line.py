@@ -113,7 +113,7 @@ class TestCommandLine(unittest.TestCase):
         other = self.at / "other"
         other.mkdir()
         self.tarn("project", "new", project=other / "COPY")
-        self.assertEqual(self.tarn("project", "import", str(self.at / "all.json"), project=other).stdout, "imported 16 entities\n")
+        self.assertEqual(self.tarn("project", "import", str(self.at / "all.json"), project=other).stdout, "imported 17 entities\n")
         self.tarn("project", "export", "--output", str(self.at / "copy.json"), project=other)
         self.assertEqual((self.at / "copy.json").read_text(), text)
         self.assertEqual(list(json.loads(self.tarn("project", "export", "doors").stdout)), ["tarn", "DOR_Door"])

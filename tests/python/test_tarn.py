@@ -234,6 +234,15 @@ class TestObjects(ProjectCase):
             self.project.NewWindow().Save()
         self.assertEqual(len(self.file()), 3 * 555)
 
+    def test_defaults_of_kinds_with_files_of_their_own(self):
+        for new, letter in ((self.project.NewAirSystem, "A"), (self.project.NewPlant, "P"), (self.project.NewBuilding, "B")):
+            one = new()
+            if letter == "A":  # which needs no file
+                one.CreateDefault()
+            one.SaveDefault()
+            self.assertTrue(list(pathlib.Path(self.folder.name).glob(f"*{letter}00.DAT")), letter)
+            new().CreateDefault()
+
     def test_parts_collections_and_return_codes(self):
         wall = self.project.NewWall()
         self.assertEqual((wall.Save(0), self.entries[-1].text),

@@ -118,6 +118,7 @@ void write_chillers(const Json& types, const std::string& path) {
 void write_plant(const Json& values, const std::string& path) {
   PLT_Plant plant;
   set_fields_from_json(plant, values.at("values"));
+  plant.General.SetFlags();
   plant.WriteDefaultsFile(path);
 }
 
