@@ -202,7 +202,7 @@ void StoredEntity::load(int32_t number, Sections sections) {
     file_->read({index_, sections, same, there ? &rows : nullptr, [&] {
                    if (!known) return;
                    if (const auto links = linked(sections, index_))
-                     links_->repair(links->owner, links->rows, links->close_up);
+                     links_->repair(links->owner, links->rows, links->close_up, file_->inputs());
                  }});
     after_read(ReadFrom::Stored);
     transaction.commit();
@@ -270,8 +270,10 @@ void StoredEntity::SaveAs(int16_t index, Naming naming) {
 void StoredEntity::store(Recordset& rows, SaveContext& save) {
   if (save.naming == Naming::Valid) make_name_valid();
   const auto links = linked(save.sections, index_);
-  if (links && save.form == SaveContext::Form::Edited)
+  if (links && save.form == SaveContext::Form::Edited) {
+    links_->put_back(links->owner, links->rows, file_->inputs());
     links_->clear_deleted(links->owner, links->rows, links->close_up);
+  }
   before_save(save);
   rows.Fields("nIndex") = cell(index_);
   rows.Fields("szName") = stored_name();
@@ -305,6 +307,7 @@ void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
     follow_rollback();
     if (nRecNum) index_ = *nRecNum;
     mark_dependants();
+    note_deleted_uses(database(), kind(), index_);
     const Cell id[]{cell(index_)};
     database().Execute("DELETE FROM " + std::string(kind().index_table) + " WHERE nIndex = ?", id);
     for (const LinkColumn& link : link_columns_of(kind(), info())) {

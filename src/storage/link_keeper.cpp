@@ -1,11 +1,21 @@
 #include "storage/link_keeper.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "storage/entity_memory.h"
+#include "tarn/base/log.h"
 #include "tarn/platform/database.h"
 
 namespace tarn {
+namespace {
+
+constexpr std::string_view kDeleted = " was deleted; the reference is cleared.";
+constexpr std::string_view kUnlinked =
+    " exists, but the link row that leads to it is missing. The reference reads as 0; the record still has it, and the "
+    "next save puts both back.";
+
+}  // namespace
 
 bool LinkKeeper::Owner::has(std::string_view kind) const {
   return std::ranges::any_of(kinds, [kind](std::string_view each) { return same_kind(each, kind); });
@@ -23,16 +33,32 @@ void LinkKeeper::remember(const Owner& owner, const LinkRows& rows, const std::v
   }
 }
 
-void LinkKeeper::repair(const Owner& owner, LinkRows& rows, const CloseUp& close_up) {
+void LinkKeeper::repair(const Owner& owner, LinkRows& rows, const CloseUp& close_up, const Blocks& inputs) {
   std::vector<Use> uses;
-  const auto cleared = clear_lost_references(owner.object, owner.title, [&](const Use& use) {
+  bool lost_rows = false;
+  unlinked_.reset();
+  forgets_ = false;
+  const auto cleared = clear_lost_references(owner.object, owner.title, kDeleted, [&](const Use& use) {
     if (!owner.has(use.kind)) return false;
-    const LinkRows::Row* row = rows.find(use);
-    if (row && row->there) uses.push_back(use);
-    return row == nullptr;
+    if (const LinkRows::Row* row = rows.find(use)) {
+      if (row->there) uses.push_back(use);
+      return false;
+    }
+    const bool taken = rows.was_deleted(use);
+    forgets_ |= taken;
+    const bool lost = !taken && rows.is_there(use);
+    lost_rows |= lost;
+    return !lost;
   });
   close_up(cleared);
-  if (!cleared.empty()) {  // what is left may have moved
+  if (lost_rows) {
+    unlinked_ = {gathered(inputs), {}};
+    const auto unlinked = clear_lost_references(owner.object, owner.title, kUnlinked,
+                                                [&](const Use& use) { return owner.has(use.kind) && !rows.has(use); });
+    close_up(unlinked);
+    unlinked_->without = gathered(inputs);
+  }
+  if (!cleared.empty() || lost_rows) {  // what is left may have moved
     uses = uses_of(owner.object);
     std::erase_if(uses, [&](const Use& use) { return !owner.has(use.kind) || !rows.is_there(use); });
   }
@@ -40,7 +66,9 @@ void LinkKeeper::repair(const Owner& owner, LinkRows& rows, const CloseUp& close
 }
 
 void LinkKeeper::repair_default(const Owner& owner, LinkRows& rows, const CloseUp& close_up) {
-  close_up(clear_lost_references(owner.object, owner.title, [&](const Use& use) { return !rows.is_there(use); }));
+  unlinked_.reset();
+  close_up(
+      clear_lost_references(owner.object, owner.title, kDeleted, [&](const Use& use) { return !rows.is_there(use); }));
   remember(owner, rows, uses_of(owner.object));
 }
 
@@ -59,7 +87,7 @@ void LinkKeeper::clear_deleted(const Owner& owner, LinkRows& rows, const CloseUp
     candidates.emplace(kind, Candidate{&known, known.uses.begin(), foreign});
   }
   if (candidates.empty()) return;
-  const auto cleared = clear_lost_references(owner.object, owner.title, [&](const Use& use) {
+  const auto cleared = clear_lost_references(owner.object, owner.title, kDeleted, [&](const Use& use) {
     const auto found = candidates.find(use.kind);
     if (found == candidates.end()) return false;
     auto& [known, next, foreign] = found->second;
@@ -71,6 +99,31 @@ void LinkKeeper::clear_deleted(const Owner& owner, LinkRows& rows, const CloseUp
            (foreign && !rows.has(use));
   });
   if (!cleared.empty()) close_up(cleared);
+}
+
+void LinkKeeper::put_back(const Owner& owner, LinkRows& rows, const Blocks& inputs) {
+  if (std::exchange(forgets_, false)) rows.forget_deleted_uses();
+  if (!unlinked_) return;
+  const auto [with, without] = *std::exchange(unlinked_, std::nullopt);
+  std::vector<std::byte> now = gathered(inputs);
+  bool all = now.size() == with.size();
+  size_t begin = 0;
+  for (const auto block : inputs) {
+    const size_t end = begin + block.size();
+    if (end > with.size() || now.size() != with.size()) break;
+    bool same = true;
+    for (size_t i = begin; i < end; ++i) same &= with[i] == without[i] || now[i] == without[i];
+    for (size_t i = begin; i < end && same; ++i) {
+      if (with[i] != without[i]) now[i] = with[i];
+    }
+    all &= same;
+    begin = end;
+  }
+  if (now.size() == with.size()) scatter(now, inputs);
+  if (!all) {
+    log().message(owner.title +
+                  ": references that had lost their link rows were changed beside others, and are not put back.");
+  }
 }
 
 void LinkKeeper::write(const Owner& owner, LinkRows& rows) {

@@ -4,11 +4,13 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "storage/links.h"
+#include "tarn/storage/blocks.h"
 
 namespace tarn {
 
@@ -25,8 +27,12 @@ class LinkKeeper {
   /// The object closes up after references that were cleared.
   using CloseUp = std::function<void(const std::vector<ClearedReference>&)>;
 
-  /// After a load: references without a link row are cleared and logged, the others are known from now on.
-  void repair(const Owner& owner, LinkRows& rows, const CloseUp& close_up);
+  /// After a load: references without a link row are cleared and logged, the others are known from now on. Where what
+  /// they refer to was not deleted, the link row was lost: the object's inputs as they were are kept for `put_back`.
+  void repair(const Owner& owner, LinkRows& rows, const CloseUp& close_up, const Blocks& inputs);
+  /// Before a save: references whose link rows were lost come back, but for blocks in which the client changed what was
+  /// cleared.
+  void put_back(const Owner& owner, LinkRows& rows, const Blocks& inputs);
   /// Of a default, which has no link rows: references to what is not there are cleared.
   void repair_default(const Owner& owner, LinkRows& rows, const CloseUp& close_up);
   /// Before a save: so are those to what was deleted since, also where another entity has its index by now. What
@@ -47,6 +53,12 @@ class LinkKeeper {
     int64_t foreign_version = 0;
   };
   std::map<std::string_view, Known> known_;
+  /// The inputs with references that have lost their link rows, and without them.
+  struct Unlinked {
+    std::vector<std::byte> with, without;
+  };
+  std::optional<Unlinked> unlinked_;
+  bool forgets_ = false;  // deleted uses, which the next save of the owner settles
 };
 
 }  // namespace tarn

@@ -170,6 +170,41 @@ bool LinkRows::is_there(const Use& use) {
               .AtEof();
 }
 
+namespace {
+
+bool keeps_deleted_uses(Database& database) {
+  return !database.OpenRecordset("SELECT name FROM sqlite_master WHERE name = 'DeletedUses'").AtEof();
+}
+
+}  // namespace
+
+bool LinkRows::was_deleted(const Use& use) {
+  if (!keeps_deleted_uses(database_)) return false;
+  const std::string query =
+      "SELECT nOwner FROM DeletedUses WHERE szOwner = ? AND nOwner = ? AND szKind = ? AND nIndex = ?";
+  return !database_
+              .OpenRecordset(query, {std::string(owner_kind_), cell(owner_), std::string(use.kind), cell(use.index)})
+              .AtEof();
+}
+
+void LinkRows::forget_deleted_uses() {
+  const Cell of[]{std::string(owner_kind_), cell(owner_)};
+  database_.Execute("DELETE FROM DeletedUses WHERE szOwner = ? AND nOwner = ?", of);
+}
+
+void note_deleted_uses(Database& database, const Kind& kind, int16_t index) {
+  if (!keeps_deleted_uses(database)) database.Execute(std::string(kDeletedUses));
+  if (!kind.link_owner.empty()) LinkRows(database, kind.link_owner, index).forget_deleted_uses();
+  for (const LinkStep& step : kind.reach.uses()) {
+    const std::string table(step.table), owner = table.substr(0, table.find('_'));
+    const LinkColumn column{table, std::string(step.by), step.library};
+    const Cell id[]{owner, std::string(kind.default_word), cell(index), cell(index)};
+    database.Execute("INSERT INTO DeletedUses (szOwner, nOwner, szKind, nIndex) SELECT ?, " + owner +
+                         "_ID, ?, ? FROM " + table + " WHERE " + column.condition(),
+                     id);
+  }
+}
+
 int library_of(std::string_view kind) { return kind == "Chiller" ? 10 : kind == "Boiler" ? 20 : 0; }
 
 std::string LinkColumn::condition() const {
@@ -282,13 +317,13 @@ std::vector<Use> write_links(Object& owner, LinkRows& links, std::span<const std
   return uses;
 }
 
-std::vector<ClearedReference> clear_lost_references(Object& owner, const std::string& title,
+std::vector<ClearedReference> clear_lost_references(Object& owner, const std::string& title, std::string_view reason,
                                                     const std::function<bool(const Use&)>& lost) {
   std::vector<ClearedReference> cleared;
   for_each_reference(owner, [&](const Use& use, const ReferenceName& name) -> int32_t {
     if (!lost(use)) return use.index;
     log().message(title + ", " + name() + ": " + std::string(use.kind) + " " + std::to_string(use.index) +
-                  " was deleted; the reference is cleared.");
+                  std::string(reason));
     cleared.push_back({name.field.name, name.element});
     return 0;
   });

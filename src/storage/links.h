@@ -62,6 +62,12 @@ struct LinkColumn {
 /// the kind's reach.
 std::vector<LinkColumn> link_columns_of(const Kind& kind, const ClassInfo& info);
 
+/// Remembers in the index database, before an entity is deleted, who used it: a reference without a link row is one of
+/// these, or its row was lost. Forgets what the entity itself used.
+void note_deleted_uses(Database& database, const Kind& kind, int16_t index);
+inline constexpr std::string_view kDeletedUses =
+    "CREATE TABLE DeletedUses (szOwner TEXT, nOwner INTEGER, szKind TEXT, nIndex INTEGER);\n";
+
 /// The index table of a kind by the word that link tables have for it.
 std::string index_table_of(std::string_view kind);
 
@@ -84,6 +90,10 @@ class LinkRows {
   bool has(const Use& use) { return find(use) != nullptr; }
   /// What the reference refers to is there, linked or not.
   bool is_there(const Use& use);
+  /// What it referred to was deleted: whatever is there now has taken the index. See `note_deleted_uses`.
+  bool was_deleted(const Use& use);
+  /// Of the owner's.
+  void forget_deleted_uses();
   const std::vector<Row>& of(std::string_view kind) { return of_kind(kind).rows; }
   /// Those of one of the tables that the kind has under this owner, by its number.
   std::vector<Row> rows(std::string_view kind, size_t table) const;
@@ -117,9 +127,8 @@ struct ClearedReference {
   size_t element;
 };
 
-/// Sets the references to 0 that are lost, and logs each: what they referred to was deleted, and its index may since
-/// have gone to another entity.
-std::vector<ClearedReference> clear_lost_references(Object& owner, const std::string& title,
+/// Sets the references to 0 that are lost, and logs each with the reason, which follows what it refers to.
+std::vector<ClearedReference> clear_lost_references(Object& owner, const std::string& title, std::string_view reason,
                                                     const std::function<bool(const Use&)>& lost);
 
 }  // namespace tarn

@@ -59,7 +59,7 @@ std::string index_schema(std::span<const Ptr<StoredEntity>> kinds) {
     }
   }
   if (has_equipment) links += kEquipmentLinks;
-  return tables + links + std::string(kWeatherTables);
+  return tables + links + std::string(kDeletedUses) + std::string(kWeatherTables);
 }
 
 }  // namespace tarn

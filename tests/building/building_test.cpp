@@ -227,10 +227,16 @@ TEST_F(BuildingTest, EachReferenceIsClearedWhenItsLinkIsGone) {
       Transaction undone;
       database->Execute("DELETE FROM Building_" + std::string(c.kind) + "_Links");
       log.messages.clear();
-      EXPECT_EQ(uses(*loaded(1)), c.left) << c.kind;
-      EXPECT_EQ(log.messages, std::vector<std::string>{"Building 1, BuildingInputs." + std::string(c.of_inputs) + ": " +
-                                                       c.kind + " 1 was deleted; the reference is cleared."});
+      const auto lost = loaded(1);
+      EXPECT_EQ(uses(*lost), c.left) << c.kind;
+      EXPECT_EQ(log.messages,
+                std::vector<std::string>{"Building 1, BuildingInputs." + std::string(c.of_inputs) + ": " + c.kind +
+                                         " 1 exists, but the link row that leads to it is missing. The reference reads "
+                                         "as 0; the record still has it, and the next save puts both back."});
       EXPECT_EQ(uses(*loaded(1, FS_HEADERONLY)), "0000000") << "not read, not looked up";
+      const std::string linked = uses(*open);
+      lost->Save(FS_ALL);
+      EXPECT_EQ(uses(*lost) + uses(*loaded(1)), linked + linked) << "lists that closed up too";
     }
     Transaction undone;
     c.remove();

@@ -373,5 +373,16 @@ TEST_F(UtilityRateTest, ElectricAndFuelRatesStayApart) {
   EXPECT_EQ(test::bytes_of(project.FuelRateFilename()), file) << "the record stays";
 }
 
+TEST_F(UtilityRateTest, WithoutDefaultRecordsARateStaysOfItsKind) {
+  for (const int16_t index : {1, 2}) {
+    auto rate = project.NewFuelRate();
+    rate->CreateDefault();
+    EXPECT_EQ(rate->RateType(), URT_RateTypes::TD_FUEL);
+    rate->Save();
+    EXPECT_EQ(rate->Index(), index);
+  }
+  EXPECT_EQ(count("FuelRateIndex") * 10 + count("ElectricRateIndex"), 20);
+}
+
 }  // namespace
 }  // namespace tarn

@@ -236,6 +236,39 @@ TEST_F(SpaceTest, AWallThatTakesAFreedIndexIsInheritedByNobody) {
   EXPECT_EQ(open->GetWall(1)->WallType, 1);
 }
 
+TEST_F(SpaceTest, AReferenceWhoseLinkRowWasLostComesBackWithTheNextSave) {
+  ASSERT_EQ(new_wall() * 10 + new_wall(), 12);
+  auto space = project.NewSpace();
+  for (int i = 1; i <= 3; ++i) space->GetWall(static_cast<int16_t>(i))->WallType = static_cast<int16_t>(i % 2 + 1);
+  space->Save();
+  project.NewWall()->Delete(1);
+  ASSERT_EQ(new_wall(), 1);
+  database->Execute("DELETE FROM Space_Wall_Links");
+  log.messages.clear();
+  const std::string lost =
+      ": Wall 2 exists, but the link row that leads to it is missing. The reference reads as 0; the record still has "
+      "it, "
+      "and the next save puts both back.";
+  space->Load(1);
+  EXPECT_EQ(log.messages,
+            (std::vector<std::string>{"Space 1, Wall(2).WallType: Wall 1 was deleted; the reference is cleared.",
+                                      "Space 1, Wall(1).WallType" + lost, "Space 1, Wall(3).WallType" + lost}));
+  EXPECT_EQ(space->GetWall(1)->WallType + space->GetWall(2)->WallType + space->GetWall(3)->WallType, 0);
+  space->GetWall(1)->WallAreaSpec.raw = 1;  // beside the reference
+  space->GetWall(3)->WallType = 1;          // the client's own
+  {
+    Transaction undone;
+    space->Save();
+    EXPECT_EQ(linked("Wall"), "1 2 ");
+  }
+  EXPECT_EQ(space->GetWall(1)->WallType, 0);
+  space->Save();
+  EXPECT_EQ(linked("Wall"), "1 2 ");
+  space->Load(1);
+  EXPECT_EQ(space->GetWall(1)->WallType * 100 + space->GetWall(2)->WallType * 10 + space->GetWall(3)->WallType, 201);
+  EXPECT_EQ(count("DeletedUses"), 0) << "settled by the save";
+}
+
 TEST_F(SpaceTest, ATwinBringsBackWhatAnotherObjectChanged) {
   ASSERT_EQ(new_wall() * 10 + new_wall(), 12);
   auto space = project.NewSpace();
