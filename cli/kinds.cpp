@@ -256,12 +256,21 @@ void check_references(Database& database, const Assignment& a) {
   }
 }
 
+/// Error `UsageError` for a result that would be zero again as soon as it is saved.
+void needs_an_input(StoredEntity& entity, const Assignment& a) {
+  const RecordField* field = a.member->field();
+  if (!field || !entity.file().is_cleared_by_edits(field->place(*a.object))) return;
+  throw UsageError(a.place + std::string(a.member->name) +
+                   " is a result of calculations, which every edit of inputs clears; set inputs instead.");
+}
+
 /// Makes the assignments, then computes what follows from them, but for results that the user set himself. What changed
 /// by that is told when the entity is saved.
 std::vector<std::string> edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
   std::vector<Assignment> assignments;
   for (const std::string& word : words) {  // a later one may name what an earlier one makes
     const Assignment& a = assignments.emplace_back(parsed(entity, word));
+    needs_an_input(entity, a);
     set_from_json(*a.object, *a.member, a.at, json_of(a));
   }
   const auto assign = [&] {

@@ -69,6 +69,10 @@ const SectionForm& AS_AirSystem::form() {
              for (const Zone& zone : system.zones_) blocks.push_back(zone.sizing->bytes());
              blocks.push_back(system.coil_size_.bytes());
              return blocks;
+           },
+       .choices =
+           [](StoredEntity& entity) {
+             return static_cast<C&>(entity).air_sizing_.bytes().subspan(offsetof(AirSizingRecord, SizingMethod));
            }},
       {.name = "The simulation results",
        .mask = kSimulationBits,
@@ -98,6 +102,7 @@ const SectionForm& AS_AirSystem::form() {
       .one = "air system",
       .missing_file = "File not found: ",
       .end_of_message = ".",
+      .edits_drop_results = true,
       .without_default =
           [](StoredEntity& entity) {
             auto& system = static_cast<C&>(entity);

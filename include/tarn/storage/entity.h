@@ -137,6 +137,8 @@ class StoredEntity : public Object {
   /// So it does with what the save itself has changed in the record, unless a client has changed it since.
   void take_back_changes(const std::vector<std::byte>& before);
 
+  friend class SectionFile;  // for what a rollback takes back
+
   EntityFile* file_;  // a member of the class that is one
   Ptr<Database> database_;
   std::span<char> name_;

@@ -34,6 +34,8 @@ struct SaveContext {
   Naming naming = Naming::Valid;
   bool after_calculations = false;   // by an engine: the results that are selected are what the object has
   Sections sections = kAllSections;  // that are written; the others stay as the file has them
+  Sections choices = 0;              // of others, what the client chose is written
+  Sections dropped = 0;              // that go, as results of other inputs
 
   bool selects(size_t section) const { return (sections & section_bit(section)) != 0; }
   bool by_user() const { return form == Form::Edited && !after_calculations; }
@@ -82,6 +84,8 @@ class EntityFile {
   virtual void copy(const EntityFile& from, bool content) = 0;
   /// Nothing of the last entity stays: the object is another one.
   virtual void renew() {}
+  /// Whether a field of the object is a result that a user's save of inputs makes zero.
+  virtual bool is_cleared_by_edits(const std::byte* /*field*/) const { return false; }
 
  protected:
   StoredEntity& entity_;
