@@ -17,7 +17,9 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionEntity>, pub
   const ClassInfo& info() const override;
   const Kind& kind() const override;
 
-  std::string DLFileName;  // of the design-load results that belong to the system; in WorkPath unless it names a folder
+  /// Of design-load results that belong to the system, besides the file of its index; in WorkPath unless it names a
+  /// folder. It goes with the system: empty after a load of another one.
+  std::string DLFileName;
   int32_t m_lCurMask = CCM_NOTHING;
 
   /// Clears the bits 0 to 26 of the second, then sets those of the first.
@@ -101,7 +103,9 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionEntity>, pub
   static void pack_spaces(ZoneRecord& zone, int entries);
 
   static const SectionForm& form();
-  std::string design_file() const;
+  /// Design results carry the system's name, by which they match. They follow a new name; what lies under the index of
+  /// a new system was another's, and goes.
+  void keep_design_results();
   void before_save(SaveContext& save) override;
   void close_up(const std::vector<ClearedReference>& cleared, Sections sections) override;
   void copy_rest(const StoredEntity& from, bool content) override;

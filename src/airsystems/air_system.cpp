@@ -95,6 +95,7 @@ void AS_AirSystem::SetMask(int32_t lMaskAdd, std::optional<int32_t> lMaskRemove)
 
 void AS_AirSystem::SetAsNew() {
   Index = 0;
+  sections_.forget_companion();
   DesHasChanged = SimHasChanged = false;
   for (Bool* flag : {&general_.Sized, &general_.CoilDataValid, &general_.Simulated, &general_.CWCoilsExists,
                      &general_.HWCoilsExists, &general_.STMCoilsExists}) {
@@ -159,11 +160,13 @@ void AS_AirSystem::before_save(SaveContext& save) {
   sections_.check_loaded(save);
   if (save.form == Form::AsGiven) {
     if (sections_.holds_results(kSizing)) resize_sizing(1);
-    return take_free_name();
+    take_free_name();
+    return keep_design_results();
   }
   const int16_t zones = general_.NumZones;
   if (sections_.take_unselected_header(save) && save.selects(kInputs)) general_.NumZones = zones;
   if (!IsNameUnique()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
+  keep_design_results();
   const bool edited = save.by_user() && save.selects(kInputs);
   if (!edited) sections_.select_results(save);
   if (save.by_user()) keep_flags_of_row();

@@ -1,8 +1,9 @@
 // The file of an air system: its sections, and what its header says of them.
 #include <tuple>
 
-#include "platform/host.h"
+#include "platform/file_store.h"
 #include "tarn/air_system.h"
+#include "tarn/platform/recordset.h"
 
 namespace tarn {
 namespace {
@@ -110,13 +111,24 @@ const SectionForm& AS_AirSystem::form() {
             system.Reset(true);
           },
       .mask = [](const StoredEntity& entity) { return static_cast<const C&>(entity).m_lCurMask; },
-      .companion = [](const StoredEntity& entity) { return static_cast<const C&>(entity).design_file(); }};
+      .companion = [](StoredEntity& entity) -> std::string& { return static_cast<C&>(entity).DLFileName; }};
   return form;
 }
 
-std::string AS_AirSystem::design_file() const {
-  const bool complete = DLFileName.empty() || DLFileName.find('/') != std::string::npos;
-  return complete ? DLFileName : host().directory_form(WorkPath) + DLFileName;
+void AS_AirSystem::keep_design_results() {
+  const std::string path = sections_.results_path_of(Index);
+  if (path.empty() || !files().exists(path)) return;
+  Recordset row = row_of(Index);
+  if (row.NoMatch()) return files().remove(path, GetDBHandle());
+  struct {
+    Text<32> SystemName;
+  } begin;
+  const std::span<std::byte> bytes = record_bytes(begin);
+  files().read(path, 0, bytes, OpenMode::Read);
+  const std::string before = row.Fields("szName").text(), now = stored_name();
+  if (before == now || begin.SystemName.trimmed() != before) return;
+  begin.SystemName = now;
+  files().write(path, 0, bytes, GetDBHandle());
 }
 
 }  // namespace tarn

@@ -157,6 +157,7 @@ constexpr EntityKind kKinds[]{
                            .factory = "NewAirSystem",
                            .file = {"AirSystemDefaultFilename", "A00.DAT"},
                            .letter = 'A',
+                           .results_letter = 'D',
                            .prepare = select_all,
                            .start = start_system}),
     kind_of<PLT_Plant>({.group = "plants",

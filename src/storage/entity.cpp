@@ -302,6 +302,7 @@ void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
   or_as_before(false, [&](const Before&) {
     Transaction transaction;
     follow_rollback();
+    const bool same = Index == 0 || Index == nRecNum.value_or(Index);
     if (nRecNum) Index = *nRecNum;
     mark_dependants();
     const Cell id[]{cell(Index)};
@@ -309,7 +310,7 @@ void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
     for (const LinkColumn& link : link_columns_of(kind(), info())) {
       database().Execute("DELETE FROM " + link.table + " WHERE " + link.condition(), id);
     }
-    file_->remove(Index);
+    file_->remove(Index, same);
     database().memory<Deletions>().note(kind().default_word, Index);
     transaction.commit();
   });

@@ -22,9 +22,19 @@ size_t SectionForm::first_result() const {
   return static_cast<size_t>(std::ranges::find_if(sections, &Section::is_result) - sections.begin());
 }
 
-std::string SectionFile::path_of(int index) const {
-  const std::string name = object_file_name(place_.FilePrefix, index);
+std::string SectionFile::path(const std::string& prefix, int index) const {
+  const std::string name = object_file_name(prefix, index);
   return name.empty() ? name : host().directory_form(place_.WorkPath) + name;
+}
+
+std::string SectionFile::companion_path() const {
+  const std::string name = form_.companion ? form_.companion(entity_) : std::string();
+  const bool complete = name.empty() || name.find('/') != std::string::npos;
+  return complete ? name : host().directory_form(place_.WorkPath) + name;
+}
+
+void SectionFile::forget_companion() {
+  if (form_.companion) form_.companion(entity_).clear();
 }
 
 bool SectionFile::exists(const std::string& path) const { return !path.empty() && files().exists(path); }
@@ -86,6 +96,7 @@ void SectionFile::renew() {
   fit(0, {}, false);
   drop_results();
   for (size_t i = form_.first_result(); i < count(); ++i) clear(blocks_of(i));
+  forget_companion();
   become_whole();
 }
 
@@ -169,11 +180,13 @@ void SectionFile::check(std::optional<int16_t> index, std::string_view /*operati
 void SectionFile::read(const LoadContext& load) {
   const std::string path = path_of(load.index);
   if (form_.row_first && !exists(path)) fail(ErrorNumber::FileNotFound, message(form_.missing_file, path));
+  if (!load.same_entity) forget_companion();
   read_sections(path, load);
 }
 
 bool SectionFile::read_default() {
   const std::string path = default_path();
+  forget_companion();
   if (exists(path)) {
     read_sections(path, {0, kAllSections, false, nullptr, [] {}});
   } else if (form_.without_default) {
@@ -372,11 +385,13 @@ void SectionFile::write_default(const std::string& path) {
   write_file(path, save);
 }
 
-void SectionFile::remove(int16_t index) {
+void SectionFile::remove(int16_t index, bool same_entity) {
   if (index == 0) return;  // never stored; the file of index 0 is the default's
-  if (const std::string path = path_of(index); !path.empty()) files().remove(path, entity_.GetDBHandle());
-  if (!form_.companion) return;
-  if (const std::string path = form_.companion(entity_); !path.empty()) files().remove(path, entity_.GetDBHandle());
+  for (const std::string& path :
+       {path_of(index), results_path_of(index), same_entity ? companion_path() : std::string()}) {
+    if (!path.empty()) files().remove(path, entity_.GetDBHandle());
+  }
+  forget_companion();
 }
 
 // ---- what the object remembers
@@ -388,8 +403,10 @@ std::function<void()> SectionFile::keep_state(bool with_results) {
   }
   std::vector<bool> flags;
   for (const ChangedFlag& flag : entity_.kind().flags) flags.push_back(flag.of(entity_));
-  return [this, there = there_, loaded = loaded_, flags, results, bytes = gathered(results)] {
+  const std::string companion = form_.companion ? form_.companion(entity_) : std::string();
+  return [this, there = there_, loaded = loaded_, companion, flags, results, bytes = gathered(results)] {
     there_ = there;
+    if (form_.companion) form_.companion(entity_) = companion;
     loaded_ = loaded;
     for (size_t i = 0; i < flags.size(); ++i) entity_.kind().flags[i].of(entity_) = flags[i];
     scatter(bytes, results);

@@ -195,7 +195,7 @@ class TestCommandLine(unittest.TestCase):
         shown = json.loads(self.tarn("air-systems", "show", "1", "--json").stdout)
         sizing = shown["AirSizing"]
         self.assertEqual([sizing["SizingMethod"]["code"]] + [sizing[name] for name in ("CWDeltaT", "HWDeltaT", "SDLSHour", "VentCFM")], [2, 12.5, 20, 15, 0])
-        self.assertEqual((shown["Sized"] if "Sized" in shown else shown["AirSystem"]["Sized"], shown.get("CoilSize")), (False, None))
+        self.assertEqual((shown["AirSystem"]["Sized"], shown.get("CoilSize")), (False, None))
 
     def test_a_published_chiller_map(self):
         if not CHILLER.exists():
@@ -415,6 +415,20 @@ class TestCommandLine(unittest.TestCase):
                             (["show", "1", "1", "--svg", "x"], "leave the zone out"), (["list", "--svg", "x"], "--svg goes with")]:
             with self.subTest(words):
                 self.assertIn(says, self.tarn("results", *words, code=2).stderr)
+
+    def test_results_belong_to_their_system(self):
+        self.make_system()
+        self.make_results()
+        self.tarn("air-systems", "set", "1", "Name=VAV-2")
+        self.assertRegex(self.tarn("results", "show", "1").stdout, r"\nVAV-2, air system 1; \S+MALLD01.DAT\n")
+        with contextlib.closing(sqlite3.connect(self.at / "MALLINX.MDB", isolation_level=None)) as other:
+            other.execute("UPDATE AirSystemIndex SET szName = 'Brand new'")
+        self.assertIn('has the results of the air system "VAV-2", but air system 1 is "Brand new"', self.tarn("results", "show", "1", code=3).stderr)
+        self.assertIn("no air system has design results yet", self.tarn("results", "list").stdout)
+        self.tarn("air-systems", "delete", "1")
+        self.assertFalse((self.at / "MALLD01.DAT").exists())
+        self.make_system()
+        self.assertIn("has no design results", self.tarn("results", "show", "1", code=3).stderr)
 
     @reads(GOLDEN)
     def test_a_real_year_is_converted_within_one_unit(self):

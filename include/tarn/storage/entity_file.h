@@ -76,7 +76,8 @@ class EntityFile {
   virtual bool read_default() = 0;
   virtual void write(int16_t index, const SaveContext& save) = 0;
   virtual void write_default() = 0;
-  virtual void remove(int16_t /*index*/) {}
+  /// `same_entity`: it is the one that the object has, or the object has none.
+  virtual void remove(int16_t /*index*/, bool /*same_entity*/) {}
 
   /// Puts back what a failed or rolled-back operation has changed besides the bytes of the inputs.
   virtual std::function<void()> keep_state(bool /*with_results*/) { return {}; }

@@ -55,7 +55,8 @@ struct SectionForm {
   /// The default, where there is no file of it; null: that is an error.
   void (*without_default)(StoredEntity&) = nullptr;
   int32_t (*mask)(const StoredEntity&) = nullptr;  // of loads and saves without one; null: what the object holds
-  std::string (*companion)(const StoredEntity&) = nullptr;  // another file that goes with the entity
+  /// The name that a client gave another file that goes with the entity; the object has it as long as the entity.
+  std::string& (*companion)(StoredEntity&) = nullptr;
 
   size_t first_result() const;
 };
@@ -72,6 +73,7 @@ R record_in(Header bytes) {
 /// Where the files of a kind lie.
 struct SectionPlace {
   std::string WorkPath, FilePrefix;
+  std::string ResultsPrefix;  // of the files that a calculation makes for entities of the kind; empty: it makes none
 };
 
 class SectionFile final : public EntityFile {
@@ -81,7 +83,9 @@ class SectionFile final : public EntityFile {
       : EntityFile(entity), form_(form), place_(place), default_name_(default_name) {}
 
   /// Two hexadecimal digits at least: "0A.DAT", "100.DAT"; empty without a prefix.
-  std::string path_of(int index) const;
+  std::string path_of(int index) const { return path(place_.FilePrefix, index); }
+  /// Of the file that a calculation makes for the entity of an index; empty where it makes none.
+  std::string results_path_of(int index) const { return path(place_.ResultsPrefix, index); }
   bool exists(const std::string& path) const;
   /// The bytes that the file of an index begins with; empty where there is none.
   std::vector<std::byte> stored_header(int16_t index) const;
@@ -95,6 +99,8 @@ class SectionFile final : public EntityFile {
   bool holds_results(size_t section) const { return hold_anything(calculated(section)); }
   /// The results become absent and zero; what was chosen stays.
   void drop_results();
+  /// The object has no entity any more, or another.
+  void forget_companion();
   /// All that the object has is its own from now on, whatever was loaded.
   void become_whole() { loaded_ = kAllSections; }
   void write_default(const std::string& path);
@@ -126,7 +132,7 @@ class SectionFile final : public EntityFile {
   bool read_default() override;
   void write(int16_t index, const SaveContext& save) override;
   void write_default() override;
-  void remove(int16_t index) override;
+  void remove(int16_t index, bool same_entity) override;
   std::function<void()> keep_state(bool with_results) override;
   void copy(const EntityFile& from, bool content) override;
   void renew() override;
@@ -142,6 +148,8 @@ class SectionFile final : public EntityFile {
     std::span<const std::byte> section(size_t number) const;
   };
 
+  std::string path(const std::string& prefix, int index) const;
+  std::string companion_path() const;
   size_t count() const { return form_.sections.size(); }
   const Section& section(size_t number) const { return form_.sections[number]; }
   Blocks blocks_of(size_t number) const { return section(number).blocks(entity_); }
