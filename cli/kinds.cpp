@@ -262,12 +262,21 @@ void check_references(Database& database, const Assignment& a) {
   }
 }
 
+/// Error `UsageError` for a result that would be zero again as soon as it is saved.
+void needs_an_input(StoredEntity& entity, const Assignment& a) {
+  const RecordField* field = a.member->field();
+  if (!field || !entity.file().is_cleared_by_edits(field->place(*a.object))) return;
+  throw UsageError(a.place + std::string(a.member->name) +
+                   " is a result of calculations, which every edit of inputs clears; set inputs instead.");
+}
+
 /// Makes the assignments, then computes what follows from them, but for results that the user set himself. What changed
 /// by that is told when the entity is saved.
 std::vector<std::string> edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
   std::vector<Assignment> assignments;
   for (const std::string& word : words) {  // a later one may name what an earlier one makes
     const Assignment& a = assignments.emplace_back(parsed(entity, word));
+    needs_an_input(entity, a);
     set_from_json(*a.object, *a.member, a.at, json_of(a));
   }
   const auto assign = [&] {
@@ -347,7 +356,7 @@ int kind_new(const Call& call) {
     entity.Reset(true);
   }
   const auto computed = edit(entity, on.kind, call.words);
-  if (!entity.IsNameUnique())
+  if (on.kind.letter != 0 && !entity.IsNameUnique())  // files of their own are told apart by it
     throw UsageError("Another " + std::string(on.kind.one) + " has that name; give one of its own: Name=...");
   return saved(call, entity, on.kind, "made", computed);
 }

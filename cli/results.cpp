@@ -42,7 +42,7 @@ int results_list(const Call& call) {
   std::vector<std::vector<Json>> table;
   for (const Row& row : rows_of(*database)) {
     const std::string file = design->file_of(row.index);
-    if (!files().exists(file)) continue;
+    if (!files().exists(file) || design->system_in_file(row.index) != row.name) continue;
     all.push_back({{"index", row.index}, {"name", row.name}, {"file", file}, {"stale", row.stale}});
     table.push_back({row.index, row.name, file, row.stale ? "stale" : "current"});
   }
@@ -137,8 +137,6 @@ void print_heading(const Read& read, int zone) {
   }
   std::cout << read.row.name << ", air system " << read.row.index;
   if (zone > 0) std::cout << ", zone " << zone << " " << read.zone_name(zone);
-  const std::string then = read.design->DXXFileHeader.SystemName.trimmed();
-  if (!then.empty() && then != read.row.name) std::cout << "; calculated as \"" << then << '"';
   std::cout << "; " << read.file << '\n';
 }
 

@@ -17,12 +17,14 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionEntity>, pub
   const ClassInfo& info() const override;
   const Kind& kind() const override;
 
-  std::string DLFileName;  // of the design-load results that belong to the system; in WorkPath unless it names a folder
+  /// Of design-load results that belong to the system, besides the file of its index; in WorkPath unless it names a
+  /// folder. It goes with the system: empty after a load of another one.
+  std::string DLFileName;
   int32_t m_lCurMask = CCM_NOTHING;
 
   /// Clears the bits 0 to 26 of the second, then sets those of the first.
   void SetMask(int32_t lMaskAdd, std::optional<int32_t> lMaskRemove = {});
-  /// The system as a new one: its inputs stay, results and all flags go.
+  /// The system as a new one: its inputs stay, with the choices of air sizing; results and all flags go.
   void SetAsNew();
   /// As type 1 under the name "Default System".
   void SetToDefaults();
@@ -30,9 +32,10 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionEntity>, pub
   void SetToDefaultsByType(int16_t nSystemType);
 
   /// The selected sections; the others are carried over byte for byte. A save of inputs by a user, which is one that is
-  /// not made after calculations, drops sizing and simulation results and marks both as changed. The file is replaced
-  /// whole. Errors `NoCurrentRecord`, `InvalidCall` for a name that another system has and for inputs that were never
-  /// loaded. Bit 26, of the inputs, is in CCM_SIMULATIONMASK too: load inputs and results with the same mask.
+  /// not made after calculations, drops sizing and simulation results, of the object too, and marks both as changed;
+  /// the choices of air sizing are inputs and stay. The file is replaced whole. Errors `NoCurrentRecord`, `InvalidCall`
+  /// for a name that another system has and for inputs that were never loaded. Bit 26, of the inputs, is in
+  /// CCM_SIMULATIONMASK too: load inputs and results with the same mask.
   void Save(std::optional<bool>& bSaveAfterCalculations);
   using StoredEntity::Save;
 
@@ -100,7 +103,9 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionEntity>, pub
   static void pack_spaces(ZoneRecord& zone, int entries);
 
   static const SectionForm& form();
-  std::string design_file() const;
+  /// Design results carry the system's name, by which they match. They follow a new name; what lies under the index of
+  /// a new system was another's, and goes.
+  void keep_design_results();
   void before_save(SaveContext& save) override;
   void close_up(const std::vector<ClearedReference>& cleared, Sections sections) override;
   void copy_rest(const StoredEntity& from, bool content) override;
@@ -117,6 +122,9 @@ class AS_AirSystem final : public CopiedEntity<AS_AirSystem, SectionEntity>, pub
   // What the members table and the index row take.
   int32_t index32() const { return Index(); }
   int zone_count() const { return static_cast<int>(zones_.size()); }
+  // Its choices are inputs, so that it is always there; exports of a file without sizing may leave it out.
+  int air_sizing_count() const { return 1; }
+  void resize_air_sizing(int /*count*/) {}
   int sizing_count() const { return sections_.is_there(kSizing) ? 1 : 0; }
   int zone_sizing_count() const { return sections_.is_there(kSizing) ? zone_count() : 0; }
   int simulation_count() const { return sections_.is_there(kSimulation) ? 1 : 0; }

@@ -37,7 +37,8 @@ class ADL_AirSystemDesign final : public Object {
   std::string sWorkPath() const { return WorkPath; }
 
   /// The file of the system's index. A missing system, name or file is logged. Error `UnknownFormat` for a file whose
-  /// length does not match the system's zones and spaces; the object is left as it was.
+  /// length does not match the system's zones and spaces, or which carries another name than the system's row in the
+  /// index; the object is left as it was.
   void Load();
   /// Replaces the file of an index whole; a failure leaves the old one.
   void Save(int16_t nIndex);
@@ -46,6 +47,8 @@ class ADL_AirSystemDesign final : public Object {
 
   /// Full path of the file of an index; empty without a prefix.
   std::string file_of(int16_t index) const;
+  /// The system's name that the file of an index carries; empty where there is no file.
+  std::string system_in_file(int16_t index) const;
   uint64_t size_in_file() const;
 
  private:
@@ -65,6 +68,7 @@ class ADL_AirSystemDesign final : public Object {
       for (const auto& item : items) list->add(std::static_pointer_cast<Object>(item));
     }
   };
+  void check_system(const std::string& path) const;
   std::vector<ResultBlock*> blocks() const;
   ResultBlock::Spans spans() const;
 

@@ -13,6 +13,7 @@ struct AirSizingRecord {
   R4 CoolingSupplyTemp, CoolingTermTemp, HeatingSupplyTemp;  // F
   R4 SupplyFan1CFM, SupplyFan2CFM, VentCFM, ExhaustCFM;
   R4 FloorArea;  // ft2
+  // From here on what the user chooses, which is an input.
   Code<AS_SizingMethodTypes> SizingMethod;
   Code<AS_SizingSourceTypes> Source;
   R4 CWDeltaT, HWDeltaT;  // F

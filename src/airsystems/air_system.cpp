@@ -74,7 +74,7 @@ const ClassInfo& AS_AirSystem::info() const {
       part<&C::GetPrecoolCoil>, part<&C::GetHumidity>, part<&C::GetDehumid>, part<&C::GetVentReclaim>,
       part<&C::GetSafetyFactor>, part<&C::GetZoneSchedule>, part<&C::GetWCSystemData>, part<&C::GetSplitSystemData>,
       part<&C::GetChangeoverControlData>, parts<&C::GetZoneData, &C::zone_count, &C::resize_zones>("nIndex"),
-      parts<&C::GetAirSizing, &C::sizing_count, &C::resize_sizing>,
+      parts<&C::GetAirSizing, &C::air_sizing_count, &C::resize_air_sizing>,
       parts<&C::GetZoneSizing, &C::zone_sizing_count, &C::resize_zone_sizing>("nIndex"),
       parts<&C::GetCoilSize, &C::sizing_count, &C::resize_sizing>,
       parts<&C::GetZoneTemperature, &C::zone_simulation_count, &C::resize_zone_simulation>("Index"),
@@ -96,6 +96,7 @@ void AS_AirSystem::SetMask(int32_t lMaskAdd, std::optional<int32_t> lMaskRemove)
 
 void AS_AirSystem::SetAsNew() {
   set_index(0);
+  sections_.forget_companion();
   DesHasChanged = SimHasChanged = false;
   for (Bool* flag : {&general_.Sized, &general_.CoilDataValid, &general_.Simulated, &general_.CWCoilsExists,
                      &general_.HWCoilsExists, &general_.STMCoilsExists}) {
@@ -158,10 +159,15 @@ void AS_AirSystem::before_save(SaveContext& save) {
   }
   if (save.form == Form::Default) return;
   sections_.check_loaded(save);
-  if (save.form == Form::AsGiven) return take_free_name();
+  if (save.form == Form::AsGiven) {
+    if (sections_.holds_results(kSizing)) resize_sizing(1);
+    take_free_name();
+    return keep_design_results();
+  }
   const int16_t zones = general_.NumZones;
   if (sections_.take_unselected_header(save) && save.selects(kInputs)) general_.NumZones = zones;
   if (!IsNameUnique()) fail(ErrorNumber::InvalidCall, "Duplicate air system name detected");
+  keep_design_results();
   const bool edited = save.by_user() && save.selects(kInputs);
   if (!edited) sections_.select_results(save);
   if (save.by_user()) keep_flags_of_row();
@@ -172,7 +178,7 @@ void AS_AirSystem::before_save(SaveContext& save) {
   general_.STMCoilsExists = IsStmCoilUsed();
   for (const Zone& zone : zones_) pack_spaces(*zone.data, kSpaces);
   DesHasChanged = SimHasChanged = true;
-  sections_.drop(save, kSizing);  // from the file; the object holds what it has
+  sections_.drop(save, kSizing);
   sections_.drop(save, kSimulation);
 }
 

@@ -1,8 +1,9 @@
 // The file of an air system: its sections, and what its header says of them.
 #include <tuple>
 
-#include "platform/host.h"
+#include "platform/file_store.h"
 #include "tarn/air_system.h"
+#include "tarn/platform/recordset.h"
 
 namespace tarn {
 namespace {
@@ -69,6 +70,10 @@ const SectionForm& AS_AirSystem::form() {
              for (const Zone& zone : system.zones_) blocks.push_back(zone.sizing->bytes());
              blocks.push_back(system.coil_size_.bytes());
              return blocks;
+           },
+       .choices =
+           [](StoredEntity& entity) {
+             return static_cast<C&>(entity).air_sizing_.bytes().subspan(offsetof(AirSizingRecord, SizingMethod));
            }},
       {.name = "The simulation results",
        .mask = kSimulationBits,
@@ -98,6 +103,7 @@ const SectionForm& AS_AirSystem::form() {
       .one = "air system",
       .missing_file = "File not found: ",
       .end_of_message = ".",
+      .edits_drop_results = true,
       .without_default =
           [](StoredEntity& entity) {
             auto& system = static_cast<C&>(entity);
@@ -105,13 +111,24 @@ const SectionForm& AS_AirSystem::form() {
             system.Reset(true);
           },
       .mask = [](const StoredEntity& entity) { return static_cast<const C&>(entity).m_lCurMask; },
-      .companion = [](const StoredEntity& entity) { return static_cast<const C&>(entity).design_file(); }};
+      .companion = [](StoredEntity& entity) -> std::string& { return static_cast<C&>(entity).DLFileName; }};
   return form;
 }
 
-std::string AS_AirSystem::design_file() const {
-  const bool complete = DLFileName.empty() || DLFileName.find('/') != std::string::npos;
-  return complete ? DLFileName : host().directory_form(WorkPath) + DLFileName;
+void AS_AirSystem::keep_design_results() {
+  const std::string path = sections_.results_path_of(Index());
+  if (path.empty() || !files().exists(path)) return;
+  Recordset row = row_of(Index());
+  if (row.NoMatch()) return files().remove(path, GetDBHandle());
+  struct {
+    Text<32> SystemName;
+  } begin;
+  const std::span<std::byte> bytes = record_bytes(begin);
+  files().read(path, 0, bytes, OpenMode::Read);
+  const std::string before = row.Fields("szName").text(), now = stored_name();
+  if (before == now || begin.SystemName.trimmed() != before) return;
+  begin.SystemName = now;
+  files().write(path, 0, bytes, GetDBHandle());
 }
 
 }  // namespace tarn

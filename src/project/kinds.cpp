@@ -166,6 +166,7 @@ constexpr EntityKind kKinds[]{
                            .factory = "NewAirSystem",
                            .file = {"AirSystemDefaultFilename", "A00.DAT"},
                            .letter = 'A',
+                           .results_letter = 'D',
                            .prepare = select_all,
                            .start = start_system,
                            .standard = standard_system}),

@@ -23,6 +23,7 @@ struct EntityKind {
   std::string_view factory;            // of the project: "NewWindow"
   ProjectFile file;                    // of the kind's records; of the default where each entity has a file of its own
   char letter = 0;                     // of the files that the entities have, "A" in "JOBA01.DAT"
+  char results_letter = 0;             // of those that a calculation makes for them
   std::string_view section = {};       // of an exchange text: the class, and the kind where two share it
   void (*prepare)(Object&) = nullptr;  // what the factory sets besides files and database
   void (*start)(StoredEntity&, std::string_view type) = nullptr;  // a new one of a type, empty for the usual; null: no

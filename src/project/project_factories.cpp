@@ -68,6 +68,8 @@ ObjectPtr COM_ProjectData::make(const EntityKind& kind) const {
     set("FilePrefix", CreateFilePrefix({kind.letter}));
     set("DefFileName", file);
   }
+  if (kind.results_letter != 0)
+    dynamic_cast<SectionPlace&>(*entity).ResultsPrefix = CreateFilePrefix({kind.results_letter});
   if (kind.prepare) kind.prepare(*entity);
   SetDatabaseHandleOfDataObject(*entity);
   return entity;

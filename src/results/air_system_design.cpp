@@ -4,6 +4,8 @@
 #include "platform/host.h"
 #include "storage/file_names.h"
 #include "tarn/base/log.h"
+#include "tarn/platform/database.h"
+#include "tarn/platform/recordset.h"
 #include "tarn/platform/workspace.h"
 
 namespace tarn {
@@ -74,12 +76,34 @@ ResultBlock::Spans ADL_AirSystemDesign::spans() const {
 
 uint64_t ADL_AirSystemDesign::size_in_file() const { return size_of(spans()); }
 
+std::string ADL_AirSystemDesign::system_in_file(int16_t index) const {
+  ResultHeaderRecord header;
+  if (const std::string path = file_of(index); !path.empty() && files().exists(path))
+    files().read(path, 0, record_bytes(header), OpenMode::Read);
+  return header.SystemName.trimmed();
+}
+
+/// Results of another system that was deleted by another program may lie under the index.
+void ADL_AirSystemDesign::check_system(const std::string& path) const {
+  const Ptr<Database> database = air_system_->GetDBHandle();
+  if (!database || files().size(path) < sizeof(ResultHeaderRecord)) return;
+  const int16_t index = air_system_->Index();
+  auto row = database->OpenRecordset("SELECT szName FROM AirSystemIndex WHERE nIndex = ?", {cell(int64_t{index})});
+  if (row.AtEof()) return;
+  const std::string name = row.Fields("szName").text(), in_file = system_in_file(index);
+  if (in_file == name) return;
+  fail(ErrorNumber::UnknownFormat, path + " has the results of the air system \"" + in_file + "\", but air system " +
+                                       std::to_string(index) + " is \"" + name +
+                                       "\". Run the design calculation again.");
+}
+
 void ADL_AirSystemDesign::Load() {
   if (!air_system_) return log().message("Air system object must be set before loading air system design load data.");
   const std::string path = file_of(air_system_->Index());
   if (path.empty()) return log().message("Air system design data filename is invalid");
   if (!files().exists(path)) return log().message("File does not exist: " + path);
   Transaction transaction;
+  check_system(path);
   const ResultBlock::Spans all = spans();
   if (const uint64_t size = files().size(path), expected = size_of(all); size != expected) {
     size_t spaces = 0;

@@ -305,6 +305,7 @@ void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
   or_as_before(false, [&](const Before&) {
     Transaction transaction;
     follow_rollback();
+    const bool same = index_ == 0 || index_ == nRecNum.value_or(index_);
     if (nRecNum) index_ = *nRecNum;
     mark_dependants();
     note_deleted_uses(database(), kind(), index_);
@@ -313,7 +314,7 @@ void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
     for (const LinkColumn& link : link_columns_of(kind(), info())) {
       database().Execute("DELETE FROM " + link.table + " WHERE " + link.condition(), id);
     }
-    file_->remove(index_);
+    file_->remove(index_, same);
     database().memory<Deletions>().note(kind().default_word, index_);
     transaction.commit();
   });

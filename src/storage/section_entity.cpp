@@ -6,6 +6,7 @@ namespace tarn {
 
 void SectionEntity::Reset(std::optional<bool> bResetAll) {
   StoredEntity::Reset(bResetAll);
+  sections_.forget_companion();
   if (!bResetAll.value_or(false)) return;
   for (const ChangedFlag& flag : kind().flags) flag.of(*this) = false;
 }

@@ -22,9 +22,19 @@ size_t SectionForm::first_result() const {
   return static_cast<size_t>(std::ranges::find_if(sections, &Section::is_result) - sections.begin());
 }
 
-std::string SectionFile::path_of(int index) const {
-  const std::string name = object_file_name(place_.FilePrefix, index);
+std::string SectionFile::path(const std::string& prefix, int index) const {
+  const std::string name = object_file_name(prefix, index);
   return name.empty() ? name : host().directory_form(place_.WorkPath) + name;
+}
+
+std::string SectionFile::companion_path() const {
+  const std::string name = form_.companion ? form_.companion(entity_) : std::string();
+  const bool complete = name.empty() || name.find('/') != std::string::npos;
+  return complete ? name : host().directory_form(place_.WorkPath) + name;
+}
+
+void SectionFile::forget_companion() {
+  if (form_.companion) form_.companion(entity_).clear();
 }
 
 bool SectionFile::exists(const std::string& path) const { return !path.empty() && files().exists(path); }
@@ -78,13 +88,15 @@ void SectionFile::drop_results() {
   for (size_t i = form_.first_result(); i < count(); ++i) {
     set_there(i, false);
     fit(i, {}, false);
-    clear(blocks_of(i));
+    clear(calculated(i));
   }
 }
 
 void SectionFile::renew() {
   fit(0, {}, false);
   drop_results();
+  for (size_t i = form_.first_result(); i < count(); ++i) clear(blocks_of(i));
+  forget_companion();
   become_whole();
 }
 
@@ -168,11 +180,13 @@ void SectionFile::check(std::optional<int16_t> index, std::string_view /*operati
 void SectionFile::read(const LoadContext& load) {
   const std::string path = path_of(load.index);
   if (form_.row_first && !exists(path)) fail(ErrorNumber::FileNotFound, message(form_.missing_file, path));
+  if (!load.same_entity) forget_companion();
   read_sections(path, load);
 }
 
 bool SectionFile::read_default() {
   const std::string path = default_path();
+  forget_companion();
   if (exists(path)) {
     read_sections(path, {0, kAllSections, false, nullptr, [] {}});
   } else if (form_.without_default) {
@@ -215,7 +229,7 @@ void SectionFile::read_sections(const std::string& path, const LoadContext& load
     }
     if ((kept & section_bit(i)) != 0) continue;
     const bool there = (load.sections & in_file & section_bit(i)) != 0;
-    if (!there) clear(blocks_of(i));  // nothing of another entity stays
+    if (!there) clear(any_inputs(kept) ? calculated(i) : blocks_of(i));  // nothing of another entity stays
     fit(i, new_header, there);
     if (there && i == 0)
       std::ranges::copy(new_header, header().begin());
@@ -223,6 +237,7 @@ void SectionFile::read_sections(const std::string& path, const LoadContext& load
       files().read_blocks(path, ends[i - 1], blocks_of(i));
     set_there(i, there);
   }
+  read_choices(path, load, ends, in_file);
   loaded_ = load.sections | kept;
 }
 
@@ -249,14 +264,18 @@ void SectionFile::check_loaded(const SaveContext& save) const {
 void SectionFile::select_results(SaveContext& save) {
   for (size_t i = form_.first_result(); i < count(); ++i) {
     if (!save.selects(i)) continue;
-    const bool holds = is_there(i) || hold_anything(blocks_of(i));
-    if (!save.after_calculations && !holds && !is_loaded(i)) save.sections &= ~section_bit(i);
+    const bool holds = is_there(i) || holds_results(i);
+    if (!save.after_calculations && !holds && !is_loaded(i)) {
+      save.sections &= ~section_bit(i);
+      save.choices |= section_bit(i);
+    }
     set_there(i, save.after_calculations || holds);
   }
 }
 
 void SectionFile::drop(SaveContext& save, size_t section) {
   save.sections |= section_bit(section);
+  save.dropped |= section_bit(section);
   set_there(section, false);
 }
 
@@ -279,25 +298,30 @@ SectionFile::OldFile SectionFile::old_file(const std::string& path) const {
   return old;
 }
 
+std::span<const std::byte> SectionFile::OldFile::section(size_t number) const {
+  if (number >= ends.size() || bytes.size() < ends[number]) return {};
+  return std::span(bytes).subspan(ends[number - 1], ends[number] - ends[number - 1]);
+}
+
 /// Appends a section for the new file: from memory where it is selected, else as the old file has it. Returns its size,
 /// 0 where neither has it.
 uint64_t SectionFile::add_section(size_t number, const SaveContext& save, const OldFile& old,
                                   std::vector<std::byte>& out) {
   const size_t before = out.size();
-  const bool in_memory = !section(number).is_result || is_there(number);
+  const bool with_results = save.form != SaveContext::Form::Default;
+  const bool in_memory = !section(number).is_result || (with_results && is_there(number));
+  const std::span<const std::byte> stored = old.section(number);
   if (save.selects(number) && in_memory) {
     fit(number, header(), true);
     for (const auto& block : blocks_of(number)) out.insert(out.end(), block.begin(), block.end());
-  } else if (!save.selects(number) && old.bytes.size() >= old.ends[number]) {
-    const auto begin = old.bytes.begin();
-    out.insert(out.end(), begin + static_cast<ptrdiff_t>(old.ends[number - 1]),
-               begin + static_cast<ptrdiff_t>(old.ends[number]));
+  } else if (!save.selects(number)) {
+    out.insert(out.end(), stored.begin(), stored.end());
   }
+  add_choices(number, save, stored, before, out);
   return out.size() - before;
 }
 
 void SectionFile::write_file(const std::string& path, const SaveContext& save) {
-  const bool with_results = save.form != SaveContext::Form::Default;
   const Ends ends = ends_of(header(), path);
   bool all = true;
   for (size_t i = 1; i < count(); ++i) all &= save.selects(i);
@@ -306,7 +330,7 @@ void SectionFile::write_file(const std::string& path, const SaveContext& save) {
   out.reserve(ends.back());
   const auto own_header = header();
   out.assign(own_header.begin(), own_header.end());
-  for (size_t i = 1; i < (with_results ? count() : form_.first_result()); ++i) {
+  for (size_t i = 1; i < count(); ++i) {
     // The place of what follows depends on what stands before it, also where that was never stored.
     const size_t before = out.size();
     out.resize(std::max<size_t>(before, ends[i - 1]));
@@ -328,6 +352,25 @@ void SectionFile::write(int16_t index, const SaveContext& save) {
          "The " + std::string(form_.one) + " has no file name; set its WorkPath and FilePrefix.");
   }
   write_file(path, save);
+  clear_dropped(save);
+}
+
+/// Until a rollback, the object holds no results of other inputs than the file's.
+void SectionFile::clear_dropped(const SaveContext& save) {
+  const auto results = [this, dropped = save.dropped] {
+    Blocks all;
+    for (size_t i = form_.first_result(); i < count(); ++i) {
+      if ((dropped & section_bit(i)) != 0) append(all, calculated(i));
+    }
+    return all;
+  };
+  const Blocks now = results();
+  if (!hold_anything(now)) return;
+  entity_.on_rollback([results, bytes = gathered(now)] {
+    const Blocks then = results();
+    if (size_of(then) == bytes.size() && !hold_anything(then)) scatter(bytes, then);
+  });
+  clear(now);
 }
 
 void SectionFile::write_default() { write_default(default_path()); }
@@ -342,11 +385,13 @@ void SectionFile::write_default(const std::string& path) {
   write_file(path, save);
 }
 
-void SectionFile::remove(int16_t index) {
+void SectionFile::remove(int16_t index, bool same_entity) {
   if (index == 0) return;  // never stored; the file of index 0 is the default's
-  if (const std::string path = path_of(index); !path.empty()) files().remove(path, entity_.GetDBHandle());
-  if (!form_.companion) return;
-  if (const std::string path = form_.companion(entity_); !path.empty()) files().remove(path, entity_.GetDBHandle());
+  for (const std::string& path :
+       {path_of(index), results_path_of(index), same_entity ? companion_path() : std::string()}) {
+    if (!path.empty()) files().remove(path, entity_.GetDBHandle());
+  }
+  forget_companion();
 }
 
 // ---- what the object remembers
@@ -354,12 +399,14 @@ void SectionFile::remove(int16_t index) {
 std::function<void()> SectionFile::keep_state(bool with_results) {
   Blocks results;
   for (size_t i = form_.first_result(); with_results && i < count(); ++i) {
-    if (is_there(i)) append(results, blocks_of(i));
+    append(results, is_there(i) ? blocks_of(i) : Blocks{choices(i)});
   }
   std::vector<bool> flags;
   for (const ChangedFlag& flag : entity_.kind().flags) flags.push_back(flag.of(entity_));
-  return [this, there = there_, loaded = loaded_, flags, results, bytes = gathered(results)] {
+  const std::string companion = form_.companion ? form_.companion(entity_) : std::string();
+  return [this, there = there_, loaded = loaded_, companion, flags, results, bytes = gathered(results)] {
     there_ = there;
+    if (form_.companion) form_.companion(entity_) = companion;
     loaded_ = loaded;
     for (size_t i = 0; i < flags.size(); ++i) entity_.kind().flags[i].of(entity_) = flags[i];
     scatter(bytes, results);

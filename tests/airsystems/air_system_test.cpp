@@ -5,6 +5,7 @@
 #include "airsystems/default_values.h"
 #include "airsystems/defaults.h"
 #include "support/temp_project.h"
+#include "tarn/base/value.h"
 #include "tarn/reflect/by_name.h"
 #include "tarn/space.h"
 
@@ -45,6 +46,7 @@ class AirSystemTest : public test::ProjectTest {
     save(*system, true);
     return system;
   }
+  static size_t sizing_size(size_t zones) { return 54 + 70 * zones + 3488; }
   void add_space(int index) {
     database->Execute("INSERT INTO SpaceIndex (nIndex) VALUES (" + std::to_string(index) + ")");
   }
@@ -190,7 +192,7 @@ TEST_F(AirSystemTest, SectionsOutsideTheMaskAreCarriedOver) {
   system->Load(1);
   EXPECT_EQ(rows("AirSystemIndex").find("-1.000000 /-1.000000 /0.000000 /0.000000"), std::string::npos);
   save(*system);
-  EXPECT_EQ(bytes_of(file(1)).size(), results);
+  EXPECT_EQ(bytes_of(file(1)).size(), results + sizing_size(2)) << "with what the user chose for sizing";
   EXPECT_FALSE(system->GetAirSystem()->Sized);
   EXPECT_EQ(count("AirSystemIndex WHERE bDesHasChanged = -1 AND bSimHasChanged = -1 AND bSized = 0"), 1);
   // Only a calculation takes a changed flag away.
@@ -230,7 +232,7 @@ TEST_F(AirSystemTest, ASaveWithoutInputsOrHeaderTouchesNeitherLinksNorTheRestOfT
   inputs->SetMask(CCM_INPUTMASK, CCM_MASKALL);
   inputs->Load(1);
   save(*inputs);
-  EXPECT_EQ(bytes_of(file(1)).size(), 5204U + 2 * 398);
+  EXPECT_EQ(bytes_of(file(1)).size(), 5204U + 2 * 398 + sizing_size(2));
   system->Load(1);
   EXPECT_EQ(system->GetAirSystem()->Name.trimmed(), "A");
   EXPECT_FALSE(system->GetAirSystem()->Sized) << "also in a header that was not selected";
@@ -291,7 +293,7 @@ TEST_F(AirSystemTest, AFileCutAtAnyByteIsAnErrorOrWholeSections) {
   EXPECT_EQ(test::error_number([&] { system->Load(9); }), 53);
 }
 
-TEST_F(AirSystemTest, TheDefaultHasInputsAlone) {
+TEST_F(AirSystemTest, TheDefaultHasInputsAndTheChoicesOfSizing) {
   const auto defaults_of = [&](bool stored_before) {
     std::filesystem::remove(file(0));
     auto system = project.NewAirSystem();
@@ -305,11 +307,16 @@ TEST_F(AirSystemTest, TheDefaultHasInputsAlone) {
     fresh->CreateDefault();
     EXPECT_FALSE(fresh->GetAirSystem()->Sized || fresh->GetAirSystem()->Simulated);
     EXPECT_EQ(fresh->GetCoilSize()->CentralClgCoil(7, 16), 0.0F);
+    EXPECT_EQ(fresh->GetAirSizing()->VentCFM, 0.0F);
+    EXPECT_EQ(fresh->GetAirSizing()->CWDeltaT, 8.5F);
     return bytes_of(file(0)).size();
   };
-  calculated("A", 1);
-  EXPECT_EQ(defaults_of(false), 5602U);
-  EXPECT_EQ(defaults_of(true), 5602U);
+  auto system = calculated("A", 1);
+  system->GetAirSizing()->VentCFM = 500.0F;
+  system->GetAirSizing()->CWDeltaT = 8.5F;
+  save(*system, true);
+  EXPECT_EQ(defaults_of(false), 5602U + sizing_size(1));
+  EXPECT_EQ(defaults_of(true), 5602U + sizing_size(1));
 }
 
 TEST_F(AirSystemTest, WhatWasNeverLoadedIsNeverSaved) {
@@ -363,7 +370,7 @@ TEST_F(AirSystemTest, WhatWasNeverLoadedIsNeverSaved) {
   system->SetToDefaultsByType(8);
   system->SetMask(CCM_MASKALL);
   save(*system);
-  EXPECT_EQ(bytes_of(file(2)).size(), 5204U + 398) << "a type makes inputs of its own";
+  EXPECT_EQ(bytes_of(file(2)).size(), 5204U + 398 + sizing_size(1)) << "a type makes inputs of its own";
 }
 
 TEST_F(AirSystemTest, SectionsOfASystemMayBeLoadedOneAfterTheOther) {
@@ -378,6 +385,115 @@ TEST_F(AirSystemTest, SectionsOfASystemMayBeLoadedOneAfterTheOther) {
   system->SetMask(CCM_MASKALL);
   save(*system, true);
   EXPECT_TRUE(bytes_of(file(1)) == before);
+}
+
+/// What a user chooses for sizing, none of it as the defaults have it; they stand beside what sizing finds.
+const std::vector<std::pair<const char*, double>> kChoices{
+    {"SizingMethod", 2}, {"Source", 2},          {"CWDeltaT", 8.5}, {"HWDeltaT", 30}, {"CalcStartMonth", 4},
+    {"CalcEndMonth", 9}, {"SDLSForPeakHour", 0}, {"SDLSMonth", 7},  {"SDLSHour", 15}};
+
+void choose(AS_AirSystem& system) {
+  for (const auto& [name, value] : kChoices) let_property(*system.GetAirSizing(), name, value);
+}
+
+void expect_chosen(AS_AirSystem& system) {
+  for (const auto& [name, value] : kChoices)
+    EXPECT_EQ(real_from(get_property(*system.GetAirSizing(), name)), value) << name;
+}
+
+TEST_F(AirSystemTest, TheChoicesOfSizingOutliveEverySaveAndResultsOnlyThoseThatLeaveInputs) {
+  auto made = calculated("A", 2);
+  choose(*made);
+  made->GetAirSizing()->VentCFM = 500.0F;
+  save(*made, true);
+  const std::string whole = bytes_of(file(1));
+  constexpr int32_t kSimulation = 0x03C00000;
+  const struct {
+    const char* what;
+    std::vector<int32_t> load_masks;
+    int32_t save_mask;
+    bool after, results_stay;
+  } cases[]{{"a user's, of everything", {CCM_MASKALL}, CCM_MASKALL, false, false},
+            {"a user's, of inputs", {CCM_HEADERMASK | CCM_INPUTMASK}, CCM_HEADERMASK | CCM_INPUTMASK, false, false},
+            {"the same after other loads",
+             {CCM_INPUTMASK, CCM_HEADERMASK, kSimulation},
+             CCM_HEADERMASK | CCM_INPUTMASK,
+             false,
+             false},
+            {"a user's, of the header", {CCM_HEADERMASK}, CCM_HEADERMASK, false, true},
+            {"a user's, of results", {CCM_INPUTMASK}, CCM_SIZINGMASK, false, true},
+            {"after a calculation, of everything", {CCM_MASKALL}, CCM_MASKALL, true, true},
+            {"after a calculation, of inputs", {CCM_INPUTMASK}, CCM_INPUTMASK, true, true},
+            {"after a calculation that read the header", {CCM_HEADERMASK}, CCM_SIZINGMASK, true, false}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    test::write_bytes(file(1), whole);
+    auto system = project.NewAirSystem();
+    for (const int32_t mask : c.load_masks) {
+      system->SetMask(mask, CCM_MASKALL);
+      system->Load(1);
+    }
+    system->SetMask(c.save_mask, CCM_MASKALL);
+    save(*system, c.after);
+    auto read = project.NewAirSystem();
+    read->GetAirSystem()->Sized = false;
+    database->Execute("UPDATE AirSystemIndex SET bSimulated = 0");
+    read->SetMask(0, kSimulation);
+    read->Load(1);
+    expect_chosen(*read);
+    EXPECT_EQ(read->GetAirSizing()->VentCFM, c.results_stay ? 500.0F : 0.0F);
+    EXPECT_EQ(read->GetZoneSizing(2)->MaxCFM, c.results_stay ? 200.0F : 0.0F);
+    EXPECT_EQ(read->GetCoilSize()->CentralClgCoil(7, 16), c.results_stay ? 1234.0F : 0.0F);
+  }
+  EXPECT_EQ(bytes_of(file(1)).size(), whole.size()) << "a calculation's save leaves simulation alone";
+}
+
+TEST_F(AirSystemTest, ChoicesAreSetWithoutSizing) {
+  // As a program that knows of no choices leaves it.
+  calculated("A", 1);
+  test::write_bytes(file(1), bytes_of(file(1)).substr(0, 5602).replace(36, 6, 6, '\0'));
+  database->Execute("UPDATE AirSystemIndex SET bSized = 0, bSimulated = 0");
+  auto system = project.NewAirSystem();
+  system->SetMask(0, CCM_SIZINGMASK | 0x03C00000);
+  system->Load(1);
+  save(*system);
+  EXPECT_EQ(bytes_of(file(1)).size(), 5602U) << "nothing was chosen";
+  for (const bool after : {false, true}) {
+    choose(*system);
+    save(*system, after);
+    auto read = project.NewAirSystem();
+    read->Load(1);
+    expect_chosen(*read);
+    read->SetAsNew();
+    expect_chosen(*read);
+  }
+  const auto clone = project.NewAirSystem()->Clone(int16_t{1});
+  expect_chosen(*clone);
+  clone->SetMask(CCM_HEADERMASK, CCM_MASKALL);
+  EXPECT_NE(test::error_number([&] { clone->Load(9); }), 0);
+  expect_chosen(*clone);
+}
+
+TEST_F(AirSystemTest, AnEditClearsResultsInTheObjectTooUntilItIsRolledBack) {
+  auto system = calculated("A", 2);
+  {
+    Transaction undone;
+    save(*system);
+    EXPECT_EQ(system->GetZoneSizing(2)->MaxCFM, 0.0F);
+    EXPECT_EQ(system->GetCoilSize()->CentralClgCoil(7, 16), 0.0F);
+    EXPECT_EQ(system->GetZoneTemperature(2)->StatusHours(8), 0);
+    EXPECT_EQ(system->GetHourlySimData()->Item(1)->HourlyResult(8760), 0.0F);
+  }
+  const std::string before = bytes_of(file(1));
+  EXPECT_EQ(system->GetZoneSizing(2)->MaxCFM, 200.0F);
+  system->GetAirSystem()->Sized = system->GetAirSystem()->Simulated = true;
+  save(*system, true);
+  EXPECT_TRUE(bytes_of(file(1)) == before);
+  save(*system);
+  const std::string edited = bytes_of(file(1));
+  system->SetMask(CCM_SIZINGMASK, CCM_MASKALL);
+  save(*system);
+  EXPECT_TRUE(bytes_of(file(1)) == edited) << "results of other inputs do not come back";
 }
 
 TEST_F(AirSystemTest, AFailedLoadLeavesZonesAndTheirResults) {

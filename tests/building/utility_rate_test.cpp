@@ -374,7 +374,7 @@ TEST_F(UtilityRateTest, ElectricAndFuelRatesStayApart) {
 }
 
 TEST_F(UtilityRateTest, WithoutDefaultRecordsARateStaysOfItsKind) {
-  for (const int16_t index : {1, 2}) {
+  for (const int index : {1, 2}) {
     auto rate = project.NewFuelRate();
     rate->CreateDefault();
     EXPECT_EQ(rate->RateType(), URT_RateTypes::TD_FUEL);

@@ -110,9 +110,12 @@ TEST_F(KindTables, SectionsOfAnAirSystemsFile) {
     constexpr size_t kStatusHours = 32;
     comparison.compare(title + "simulation", std::string("\7\0", 2), bytes.substr(begins(3, zones) + kStatusHours, 2));
     let_property(*system, "m_lCurMask", int32_t{0x7FFFFFF});
-    test::call(*system, "Save");  // by a user: the results go
-    comparison.compare(title + "without results", begins(2, zones),
-                       static_cast<int32_t>(file("A0" + std::to_string(index) + ".DAT").size()));
+    test::call(*system, "Save");  // by a user: the results go, what he chose for sizing stays
+    const std::string edited = file("A0" + std::to_string(index) + ".DAT");
+    comparison.compare(title + "without simulation", begins(3, zones), static_cast<int32_t>(edited.size()));
+    constexpr size_t kChoices = 32;
+    comparison.compare(title + "without results", std::string(kChoices, '\0'),
+                       edited.substr(begins(2, zones), kChoices));
   }
 }
 

@@ -204,13 +204,30 @@ class TestCommandLine(unittest.TestCase):
                             (["set", "2", "Name=VAV-1"], "Duplicate air system name detected"),
                             (["set", "2", "ZoneData(3).Name=x"], "takes a number from 1 to 1"),
                             (["set", "2", "NumZones=5"], "To make the next one, set a property of it: ZoneData(2).Name="),
-                            (["set", "2", "AirSizing.VentCFM=5"], "has no AirSizing yet"), (["set", "1", "WCSystemData.TowerID=9"], "no Tower to refer to"),
+                            (["set", "2", "AirSizing.VentCFM=5"], "AirSizing.VentCFM is a result of calculations"),
+                            (["set", "2", "CoilSize.MaxPrecool=5"], "has no CoilSize yet; it comes with results"), (["set", "1", "WCSystemData.TowerID=9"], "no Tower to refer to"),
                             (["new", "--type", "VAV", "Name=VAV-1"], "Another air system has that name"),
                             (["set", "1", "ZoneSchedule.TstatSchedule=4"], "no Schedule to refer to yet")]:
             with self.subTest(words):
                 self.assertIn(says, self.tarn("air-systems", *words, code=2).stderr)
         self.tarn("air-systems", "delete", "1")
         self.assertFalse((self.at / "MALLA01.DAT").exists())
+
+    def test_choices_of_air_sizing_are_inputs(self):
+        self.make_system()
+        project = tarn.COM_ProjectData()
+        project.WorkPath, project.FilePrefix = str(self.at), "MALL"
+        system = project.NewAirSystem()
+        system.Load(1)
+        system.GetAirSizing().VentCFM, system.GetCoilSize().MaxPrecool, system.GetAirSystem().Sized = 500, 9, True
+        system.Save(True)
+        self.assertEqual(json.loads(self.tarn("air-systems", "show", "1", "--json").stdout)["CoilSize"]["MaxPrecool"], 9)
+        self.tarn("air-systems", "set", "1", "AirSizing.SizingMethod=2", "AirSizing.CWDeltaT=12.5")
+        self.tarn("air-systems", "set", "1", "AirSizing.SDLSHour=15")
+        shown = json.loads(self.tarn("air-systems", "show", "1", "--json").stdout)
+        sizing = shown["AirSizing"]
+        self.assertEqual([sizing["SizingMethod"]["code"]] + [sizing[name] for name in ("CWDeltaT", "HWDeltaT", "SDLSHour", "VentCFM")], [2, 12.5, 20, 15, 0])
+        self.assertEqual((shown["AirSystem"]["Sized"], shown.get("CoilSize")), (False, None))
 
     def test_a_published_chiller_map(self):
         if not CHILLER.exists():
@@ -430,6 +447,20 @@ class TestCommandLine(unittest.TestCase):
                             (["show", "1", "1", "--svg", "x"], "leave the zone out"), (["list", "--svg", "x"], "--svg goes with")]:
             with self.subTest(words):
                 self.assertIn(says, self.tarn("results", *words, code=2).stderr)
+
+    def test_results_belong_to_their_system(self):
+        self.make_system()
+        self.make_results()
+        self.tarn("air-systems", "set", "1", "Name=VAV-2")
+        self.assertRegex(self.tarn("results", "show", "1").stdout, r"\nVAV-2, air system 1; \S+MALLD01.DAT\n")
+        with contextlib.closing(sqlite3.connect(self.at / "MALLINX.MDB", isolation_level=None)) as other:
+            other.execute("UPDATE AirSystemIndex SET szName = 'Brand new'")
+        self.assertIn('has the results of the air system "VAV-2", but air system 1 is "Brand new"', self.tarn("results", "show", "1", code=3).stderr)
+        self.assertIn("no air system has design results yet", self.tarn("results", "list").stdout)
+        self.tarn("air-systems", "delete", "1")
+        self.assertFalse((self.at / "MALLD01.DAT").exists())
+        self.make_system()
+        self.assertIn("has no design results", self.tarn("results", "show", "1", code=3).stderr)
 
     @reads(GOLDEN)
     def test_a_real_year_is_converted_within_one_unit(self):

@@ -27,6 +27,33 @@ class AirSystemDesignTest : public ProjectTest {
     design->SetAirSystem(system_of(spaces, index));
     return design;
   }
+  Ptr<AS_AirSystem> stored(const std::string& name) {
+    auto system = project.NewAirSystem();
+    system->SetToDefaultsByType(8);
+    system->GetAirSystem()->Name = name;
+    system->Save();
+    return system;
+  }
+  void make_results(const Ptr<AS_AirSystem>& system) {
+    auto design = project.NewAirSystemDesign();
+    design->SetAirSystem(system);
+    design->SSAir.People = 7;
+    design->Save(static_cast<int16_t>(system->Index()));
+  }
+  bool has_results(int index) { return std::filesystem::exists(folder / ("JOBD0" + std::to_string(index) + ".DAT")); }
+  /// The people of the results of a system's index, or what the error says.
+  std::string loaded(int16_t index) {
+    auto system = project.NewAirSystem();
+    system->Load(index);
+    auto design = project.NewAirSystemDesign();
+    design->SetAirSystem(system);
+    try {
+      design->Load();
+    } catch (const Error& error) {
+      return error.description();
+    }
+    return std::to_string(static_cast<int>(design->SSAir.People));
+  }
   /// Calls by name, where failures are logged.
   static void call(ADL_AirSystemDesign& design, const char* name, std::vector<Value> arguments = {}) {
     Value nothing;
@@ -190,6 +217,95 @@ TEST_F(AirSystemDesignTest, AFileOfAnotherLengthChangesNothing) {
   design->Load();
   EXPECT_EQ(design->SSAir.FloorArea, 100);
   EXPECT_EQ(design->DLZone(1)->DLSpace(1)->HtgTotal, 200);
+}
+
+TEST_F(AirSystemDesignTest, ResultsGoWithADeletedSystem) {
+  const std::function<void()> ways[]{[&] {
+                                       auto system = project.NewAirSystem();
+                                       system->Load(1);
+                                       system->Delete();
+                                     },
+                                     [&] { project.NewAirSystem()->Delete(1); },
+                                     [&] {
+                                       auto other = project.NewAirSystem();
+                                       other->Load(2);
+                                       other->DLFileName = "OWN.DAT";
+                                       std::vector<Value> one{int16_t{1}};
+                                       Value nothing;
+                                       call_method(*other, other->info().find("Delete"), one, nothing);
+                                     }};
+  make_results(stored("VAV perimeter"));
+  make_results(stored("B"));
+  write_bytes(folder / "OWN.DAT", "x");
+  for (const auto& way : ways) {
+    {
+      Transaction undone;
+      way();
+    }
+    EXPECT_EQ(loaded(1), "7") << "after a rollback";
+    way();
+    EXPECT_FALSE(has_results(1));
+    make_results(stored("VAV perimeter"));
+  }
+  EXPECT_TRUE(has_results(2)) << "another system's stay";
+  EXPECT_TRUE(std::filesystem::exists(folder / "OWN.DAT")) << "and so does the file that it was given";
+}
+
+TEST_F(AirSystemDesignTest, ResultsMatchTheSystemWhoseNameTheyCarry) {
+  const auto system = stored("VAV perimeter");
+  make_results(system);
+  system->GetAirSystem()->Name = "VAV core";
+  system->Save();
+  EXPECT_EQ(loaded(1), "7") << "they follow a new name";
+  EXPECT_EQ(project.NewAirSystemDesign()->system_in_file(1), "VAV core");
+  database->Execute("UPDATE AirSystemIndex SET szName = 'Brand new'");  // another program's delete and save
+  EXPECT_EQ(loaded(1), folder / "JOBD01.DAT" +
+                           " has the results of the air system \"VAV core\", but air system 1 is \"Brand new\". Run "
+                           "the design calculation again.");
+  system->GetAirSystem()->Name = "Mine";
+  system->Save();
+  EXPECT_NE(loaded(1), "7") << "another's do not follow";
+  for (const bool as_given : {false, true}) {
+    write_bytes(folder / "JOBD02.DAT", bytes_of(folder / "JOBD01.DAT"));  // another program's delete left them
+    auto fresh = project.NewAirSystem();
+    fresh->SetToDefaultsByType(8);
+    fresh->GetAirSystem()->Name = "VAV core";
+    as_given ? fresh->SaveAs(2, Naming::AsItIs) : fresh->Save();
+    EXPECT_EQ(fresh->Index(), 2);
+    EXPECT_FALSE(has_results(2)) << "a new system has none, even under the name that they carry";
+    fresh->Delete();
+  }
+}
+
+TEST_F(AirSystemDesignTest, TheNameOfAResultFileBelongsToTheLoadedSystem) {
+  stored("A");
+  stored("B");
+  const struct {
+    const char* what;
+    std::function<void(AS_AirSystem&)> action;
+    const char* name;
+  } cases[]{
+      {"the same again", [](AS_AirSystem& s) { s.Load(1); }, "OWN.DAT"},
+      {"one that is not there", [](AS_AirSystem& s) { EXPECT_NE(error_number([&] { s.Load(9); }), 0); }, "OWN.DAT"},
+      {"a save", [](AS_AirSystem& s) { s.Save(); }, "OWN.DAT"},
+      {"a delete that is rolled back",
+       [](AS_AirSystem& s) {
+         Transaction undone;
+         s.Delete();
+       },
+       "OWN.DAT"},
+      {"another one", [](AS_AirSystem& s) { s.Load(2); }, ""},
+      {"a new one", [](AS_AirSystem& s) { s.SetAsNew(); }, ""},
+      {"none", [](AS_AirSystem& s) { s.Reset(); }, ""},
+      {"the default", [](AS_AirSystem& s) { s.CreateDefault(); }, ""}};
+  for (const auto& c : cases) {
+    auto system = project.NewAirSystem();
+    system->Load(1);
+    system->DLFileName = "OWN.DAT";
+    c.action(*system);
+    EXPECT_EQ(system->DLFileName, c.name) << c.what;
+    EXPECT_EQ(system->Clone()->DLFileName, "") << c.what;
+  }
 }
 
 TEST_F(AirSystemDesignTest, ASaveThatFailsLeavesTheOldFile) {

@@ -140,6 +140,8 @@ class StoredEntity : public Object {
   /// So it does with what the save itself has changed in the record, unless a client has changed it since.
   void take_back_changes(const std::vector<std::byte>& before);
 
+  friend class SectionFile;  // for what a rollback takes back
+
   int16_t index_ = 0;
   EntityFile* file_;  // a member of the class that is one
   Ptr<Database> database_;

@@ -34,6 +34,8 @@ struct SaveContext {
   Naming naming = Naming::Valid;
   bool after_calculations = false;   // by an engine: the results that are selected are what the object has
   Sections sections = kAllSections;  // that are written; the others stay as the file has them
+  Sections choices = 0;              // of others, what the client chose is written
+  Sections dropped = 0;              // that go, as results of other inputs
 
   bool selects(size_t section) const { return (sections & section_bit(section)) != 0; }
   bool by_user() const { return form == Form::Edited && !after_calculations; }
@@ -74,7 +76,8 @@ class EntityFile {
   virtual bool read_default() = 0;
   virtual void write(int16_t index, const SaveContext& save) = 0;
   virtual void write_default() = 0;
-  virtual void remove(int16_t /*index*/) {}
+  /// `same_entity`: it is the one that the object has, or the object has none.
+  virtual void remove(int16_t /*index*/, bool /*same_entity*/) {}
 
   /// Puts back what a failed or rolled-back operation has changed besides the bytes of the inputs.
   virtual std::function<void()> keep_state(bool /*with_results*/) { return {}; }
@@ -82,6 +85,8 @@ class EntityFile {
   virtual void copy(const EntityFile& from, bool content) = 0;
   /// Nothing of the last entity stays: the object is another one.
   virtual void renew() {}
+  /// Whether a field of the object is a result that a user's save of inputs makes zero.
+  virtual bool is_cleared_by_edits(const std::byte* /*field*/) const { return false; }
 
  protected:
   StoredEntity& entity_;

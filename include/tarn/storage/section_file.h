@@ -31,6 +31,9 @@ struct Section {
   void (*check)(const StoredEntity&, const std::string& path) = nullptr;
   std::string_view references = {};  // the kind whose references it has; "*": all that no other section has
   bool stays = true;                 // what is loaded of it stays, while other sections of the entity are loaded
+  /// Among results, the piece of its first record that a client chooses. It is loaded and saved with the inputs, and is
+  /// no result.
+  std::span<std::byte> (*choices)(StoredEntity&) = nullptr;
 };
 
 /// A flag of the header that says that one of these sections is there, with its column of the index table.
@@ -47,11 +50,13 @@ struct SectionForm {
   std::string_view one;                                               // "plant"
   std::string_view missing_file, missing_default = {};                // messages; the path follows, and the end
   std::string_view end_of_message = {};
-  bool row_first = false;  // a missing row is told before a missing file
+  bool row_first = false;           // a missing row is told before a missing file
+  bool edits_drop_results = false;  // a user's save of inputs, from the file and from memory
   /// The default, where there is no file of it; null: that is an error.
   void (*without_default)(StoredEntity&) = nullptr;
   int32_t (*mask)(const StoredEntity&) = nullptr;  // of loads and saves without one; null: what the object holds
-  std::string (*companion)(const StoredEntity&) = nullptr;  // another file that goes with the entity
+  /// The name that a client gave another file that goes with the entity; the object has it as long as the entity.
+  std::string& (*companion)(StoredEntity&) = nullptr;
 
   size_t first_result() const;
 };
@@ -68,6 +73,7 @@ R record_in(Header bytes) {
 /// Where the files of a kind lie.
 struct SectionPlace {
   std::string WorkPath, FilePrefix;
+  std::string ResultsPrefix;  // of the files that a calculation makes for entities of the kind; empty: it makes none
 };
 
 class SectionFile final : public EntityFile {
@@ -77,7 +83,9 @@ class SectionFile final : public EntityFile {
       : EntityFile(entity), form_(form), place_(place), default_name_(default_name) {}
 
   /// Two hexadecimal digits at least: "0A.DAT", "100.DAT"; empty without a prefix.
-  std::string path_of(int index) const;
+  std::string path_of(int index) const { return path(place_.FilePrefix, index); }
+  /// Of the file that a calculation makes for the entity of an index; empty where it makes none.
+  std::string results_path_of(int index) const { return path(place_.ResultsPrefix, index); }
   bool exists(const std::string& path) const;
   /// The bytes that the file of an index begins with; empty where there is none.
   std::vector<std::byte> stored_header(int16_t index) const;
@@ -87,8 +95,12 @@ class SectionFile final : public EntityFile {
   /// Whether a section of results is there, in the file or to be saved.
   bool is_there(size_t section) const { return (there_ & section_bit(section)) != 0; }
   void set_there(size_t section, bool there);
-  /// The results become absent and zero.
+  /// Whether a section of results has anything but choices.
+  bool holds_results(size_t section) const { return hold_anything(calculated(section)); }
+  /// The results become absent and zero; what was chosen stays.
   void drop_results();
+  /// The object has no entity any more, or another.
+  void forget_companion();
   /// All that the object has is its own from now on, whatever was loaded.
   void become_whole() { loaded_ = kAllSections; }
   void write_default(const std::string& path);
@@ -98,7 +110,7 @@ class SectionFile final : public EntityFile {
   void check_loaded(const SaveContext& save) const;
   /// An engine's results are what the object has. A user's save leaves those alone that were neither loaded nor set.
   void select_results(SaveContext& save);
-  /// The file has the section no more.
+  /// The file has the section no more, but for choices, and once it is written, the object neither.
   void drop(SaveContext& save, size_t section);
   /// The flags of the header that say that results are there become false.
   void clear_result_flags();
@@ -120,18 +132,24 @@ class SectionFile final : public EntityFile {
   bool read_default() override;
   void write(int16_t index, const SaveContext& save) override;
   void write_default() override;
-  void remove(int16_t index) override;
+  void remove(int16_t index, bool same_entity) override;
   std::function<void()> keep_state(bool with_results) override;
   void copy(const EntityFile& from, bool content) override;
   void renew() override;
+  bool is_cleared_by_edits(const std::byte* field) const override;
 
  private:
   using Ends = std::vector<uint64_t>;
   struct OldFile {
     std::vector<std::byte> bytes;
     Ends ends;
+
+    /// Empty where the file ends before it.
+    std::span<const std::byte> section(size_t number) const;
   };
 
+  std::string path(const std::string& prefix, int index) const;
+  std::string companion_path() const;
   size_t count() const { return form_.sections.size(); }
   const Section& section(size_t number) const { return form_.sections[number]; }
   Blocks blocks_of(size_t number) const { return section(number).blocks(entity_); }
@@ -147,6 +165,19 @@ class SectionFile final : public EntityFile {
   void check_lacking(const std::string& path, Header header, const LoadContext& load, Sections in_file) const;
   OldFile old_file(const std::string& path) const;
   uint64_t add_section(size_t number, const SaveContext& save, const OldFile& old, std::vector<std::byte>& out);
+  void clear_dropped(const SaveContext& save);
+
+  // ---- choices (section_choices.cpp)
+  std::span<std::byte> choices(size_t number) const;
+  size_t place_of_choices(size_t number) const;  // in its section
+  /// The rest of a section of results, in no order.
+  Blocks calculated(size_t number) const;
+  bool any_inputs(Sections sections) const;
+  void read_choices(const std::string& path, const LoadContext& load, const Ends& ends, Sections in_file);
+  bool saves_choices(size_t number, const SaveContext& save) const;
+  void add_choices(size_t number, const SaveContext& save, std::span<const std::byte> old, size_t before,
+                   std::vector<std::byte>& out);
+
   void write_file(const std::string& path, const SaveContext& save);
   std::string message(std::string_view begin, const std::string& path) const;
 
