@@ -15,11 +15,13 @@ class AirSystemDesignTest : public ProjectTest {
   Ptr<AS_AirSystem> system_of(const std::vector<int>& spaces, int16_t index = 5) {
     auto system = project.NewAirSystem();
     system->GetAirSystem()->Name = "AHU 5";
+    if (count("AirSystemIndex WHERE nIndex = " + std::to_string(index)) == 0)
+      system->SaveAs(index, Naming::AsItIs);
+    else
+      system->Load(index);
     system->GetAirSystem()->SetNumZones(static_cast<int16_t>(spaces.size()));
     for (size_t i = 0; i < spaces.size(); ++i)
       system->GetZoneData(static_cast<int16_t>(i + 1))->TotalSpacesInZone = static_cast<int16_t>(spaces[i]);
-    system->Delete(index);
-    system->SaveAs(index, Naming::AsItIs);
     return system;
   }
   Ptr<ADL_AirSystemDesign> design_of(const std::vector<int>& spaces, int16_t index = 5) {
