@@ -15,16 +15,16 @@ run:
 
 test: build
 	@scripts/format-check
-	ctest --test-dir build --output-on-failure
+	ctest --test-dir build --output-on-failure -j$$(nproc)
 	@cmake --preset sanitize >/dev/null
 	@cmake --build build-sanitize
-	ctest --test-dir build-sanitize --output-on-failure
+	ctest --test-dir build-sanitize --output-on-failure -j$$(nproc)
 
 check: test
 	@scripts/setup check
 	@cmake --preset clang >/dev/null
 	@cmake --build build-clang --target all tarn_bench
-	ctest --test-dir build-clang --output-on-failure
+	ctest --test-dir build-clang --output-on-failure -j$$(nproc)
 	@scripts/tidy
 	@scripts/install-check
 

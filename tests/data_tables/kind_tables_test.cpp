@@ -258,7 +258,8 @@ TEST_F(KindTables, LimitsOfTransferFunctions) {
     }
   }
   const SlabLayer heavy = slab(static_cast<double>(most) + 1.02);
-  EXPECT_NE(said_by([&] { check_slab(std::span(&heavy, 1)); }), "");
+  EXPECT_NE(said_by([&] { check_slab(std::span(&heavy, 1)); }).find("has " + std::to_string(most + 1) + " roots"),
+            std::string::npos);
 }
 
 class HourlyTables : public testing::Test {

@@ -11,8 +11,9 @@
 
 #include "tarn/base/value.h"
 #include "tarn/reflect/members.h"
+#include "tarn/reflect/method_rows.h"
 #include "tarn/reflect/names.h"
-#include "tarn/reflect/rows.h"
+#include "tarn/reflect/property_rows.h"
 
 namespace tarn {
 
