@@ -271,7 +271,7 @@ void StoredEntity::store(Recordset& rows, SaveContext& save) {
   if (save.naming == Naming::Valid) make_name_valid();
   const auto links = linked(save.sections, index_);
   if (links && save.form == SaveContext::Form::Edited) {
-    links_->put_back(links->owner, links->rows, file_->inputs());
+    links_->put_back(links->owner, file_->inputs());
     links_->clear_deleted(links->owner, links->rows, links->close_up);
   }
   before_save(save);
@@ -341,6 +341,7 @@ void StoredEntity::set_changed() {
 
 void StoredEntity::renew() {
   file_->renew();
+  links_.reset();
   set_changed();
 }
 

@@ -37,7 +37,7 @@ void LinkKeeper::repair(const Owner& owner, LinkRows& rows, const CloseUp& close
   std::vector<Use> uses;
   bool lost_rows = false;
   unlinked_.reset();
-  forgets_ = false;
+  cleared_deleted_ = false;
   const auto cleared = clear_lost_references(owner.object, owner.title, kDeleted, [&](const Use& use) {
     if (!owner.has(use.kind)) return false;
     if (const LinkRows::Row* row = rows.find(use)) {
@@ -45,7 +45,7 @@ void LinkKeeper::repair(const Owner& owner, LinkRows& rows, const CloseUp& close
       return false;
     }
     const bool taken = rows.was_deleted(use);
-    forgets_ |= taken;
+    cleared_deleted_ |= taken;
     const bool lost = !taken && rows.is_there(use);
     lost_rows |= lost;
     return !lost;
@@ -98,11 +98,11 @@ void LinkKeeper::clear_deleted(const Owner& owner, LinkRows& rows, const CloseUp
     return database.memory<Deletions>().since(known->deletions, use.kind, use.index) || !rows.is_there(use) ||
            (foreign && !rows.has(use));
   });
+  cleared_deleted_ |= !cleared.empty();
   if (!cleared.empty()) close_up(cleared);
 }
 
-void LinkKeeper::put_back(const Owner& owner, LinkRows& rows, const Blocks& inputs) {
-  if (std::exchange(forgets_, false)) rows.forget_deleted_uses();
+void LinkKeeper::put_back(const Owner& owner, const Blocks& inputs) {
   if (!unlinked_) return;
   const auto [with, without] = *std::exchange(unlinked_, std::nullopt);
   std::vector<std::byte> now = gathered(inputs);
@@ -128,6 +128,7 @@ void LinkKeeper::put_back(const Owner& owner, LinkRows& rows, const Blocks& inpu
 
 void LinkKeeper::write(const Owner& owner, LinkRows& rows) {
   remember(owner, rows, write_links(owner.object, rows, owner.kinds));
+  if (std::exchange(cleared_deleted_, false)) rows.forget_deleted_uses(owner.kinds);
 }
 
 }  // namespace tarn

@@ -32,7 +32,7 @@ class LinkKeeper {
   void repair(const Owner& owner, LinkRows& rows, const CloseUp& close_up, const Blocks& inputs);
   /// Before a save: references whose link rows were lost come back, but for blocks in which the client changed what was
   /// cleared.
-  void put_back(const Owner& owner, LinkRows& rows, const Blocks& inputs);
+  void put_back(const Owner& owner, const Blocks& inputs);
   /// Of a default, which has no link rows: references to what is not there are cleared.
   void repair_default(const Owner& owner, LinkRows& rows, const CloseUp& close_up);
   /// Before a save: so are those to what was deleted since, also where another entity has its index by now. What
@@ -58,7 +58,7 @@ class LinkKeeper {
     std::vector<std::byte> with, without;
   };
   std::optional<Unlinked> unlinked_;
-  bool forgets_ = false;  // deleted uses, which the next save of the owner settles
+  bool cleared_deleted_ = false;  // which the next save settles
 };
 
 }  // namespace tarn

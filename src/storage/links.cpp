@@ -187,14 +187,18 @@ bool LinkRows::was_deleted(const Use& use) {
               .AtEof();
 }
 
-void LinkRows::forget_deleted_uses() {
-  const Cell of[]{std::string(owner_kind_), cell(owner_)};
-  database_.Execute("DELETE FROM DeletedUses WHERE szOwner = ? AND nOwner = ?", of);
+void LinkRows::forget_deleted_uses(std::span<const std::string_view> kinds) {
+  if (!keeps_deleted_uses(database_)) return;
+  for (const std::string_view kind : kinds) {
+    const Cell of[]{std::string(owner_kind_), cell(owner_), std::string(kind)};
+    database_.Execute("DELETE FROM DeletedUses WHERE szOwner = ? AND nOwner = ? AND szKind = ?", of);
+  }
 }
 
 void note_deleted_uses(Database& database, const Kind& kind, int16_t index) {
   if (!keeps_deleted_uses(database)) database.Execute(std::string(kDeletedUses));
-  if (!kind.link_owner.empty()) LinkRows(database, kind.link_owner, index).forget_deleted_uses();
+  const Cell of[]{std::string(kind.link_owner), cell(index)};
+  database.Execute("DELETE FROM DeletedUses WHERE szOwner = ? AND nOwner = ?", of);
   for (const LinkStep& step : kind.reach.uses()) {
     const std::string table(step.table), owner = table.substr(0, table.find('_'));
     const LinkColumn column{table, std::string(step.by), step.library};

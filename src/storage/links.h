@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -92,8 +93,8 @@ class LinkRows {
   bool is_there(const Use& use);
   /// What it referred to was deleted: whatever is there now has taken the index. See `note_deleted_uses`.
   bool was_deleted(const Use& use);
-  /// Of the owner's.
-  void forget_deleted_uses();
+  /// Of these kinds by the owner.
+  void forget_deleted_uses(std::span<const std::string_view> kinds);
   const std::vector<Row>& of(std::string_view kind) { return of_kind(kind).rows; }
   /// Those of one of the tables that the kind has under this owner, by its number.
   std::vector<Row> rows(std::string_view kind, size_t table) const;
