@@ -6,6 +6,7 @@
 
 #include "platform/host.h"
 #include "project/new_index.h"
+#include "reflect/json_text.h"
 #include "report.h"
 #include "sample.h"
 #include "storage/kind.h"
@@ -60,7 +61,7 @@ void exchange_cases(Report& report, const std::string& folder) {
   ours.clear();
   save_all(ours.project);
   const std::string text = export_project(ours.project, {}, quiet);
-  const auto tree = nlohmann::ordered_json::parse(text);
+  const auto tree = Json::parse(text);
   size_t bytes = 0;
   report.compare({"export 10,000 windows", kWindows, 2.0, 7},
                  {.run = [&] { bytes += export_project(ours.project, {}, quiet).size(); }}, {.run = [&] {
@@ -71,7 +72,7 @@ void exchange_cases(Report& report, const std::string& folder) {
                  {.run = [&] { import_project(ours.project, text, quiet); }, .before = [&] { ours.clear(); }},
                  {.run =
                       [&] {
-                        bytes += nlohmann::ordered_json::parse(text).size();
+                        bytes += Json::parse(text).size();
                         save_all(floor.project);
                       },
                   .before = [&] { floor.clear(); }});

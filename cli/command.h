@@ -8,12 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "reflect/json_text.h"
 #include "tarn/platform/database.h"
 #include "tarn/project.h"
 
 namespace tarn::cli {
-
-using Json = nlohmann::ordered_json;
 
 enum ExitCode { kClean = 0, kFindings = 1, kUsage = 2, kInputOutput = 3, kInternal = 4 };
 

@@ -207,7 +207,7 @@ Json json_of(const Assignment& assignment) {
   if (assignment.member->type == ValueType::Text) return assignment.value;
   try {
     return parse_json(assignment.value);
-  } catch (const nlohmann::json::exception&) {
+  } catch (const Json::exception&) {
     if (const auto number = number_in(assignment.value)) return *number;
     return assignment.value;  // "NaN" is a text; a wrong value is refused by the property's type, with its message
   }

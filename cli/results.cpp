@@ -58,13 +58,13 @@ int results_list(const Call& call) {
 namespace {
 
 /// The results of the system that the call names, with its row.
-struct Read {
+struct ReadResults {
   COM_ProjectData project;
   Row row;
   Ptr<ADL_AirSystemDesign> design;
   std::string file;
 
-  explicit Read(const Call& call) {
+  explicit ReadResults(const Call& call) {
     const auto database = open_project(project, call, Use::Reading);
     const int16_t index = index_of(call, *database, kSystems);
     for (Row& each : rows_of(*database)) {
@@ -88,7 +88,7 @@ struct Read {
 };
 
 /// The zone that the second word names.
-int zone_of(const Call& call, const Read& read) {
+int zone_of(const Call& call, const ReadResults& read) {
   const int zone = number_of(call.words[1]), zones = read.design->TSZones()->Count();
   if (zones == 0) throw UsageError("The air system has no zones.");
   if (zone < 1 || zone > zones) {
@@ -115,7 +115,7 @@ Json with_lists(Object& object) {
   return json;
 }
 
-void print_as_json(const Read& read, int zone) {
+void print_as_json(const ReadResults& read, int zone) {
   Json json{{"system", read.row.index}, {"name", read.row.name}, {"file", read.file}, {"stale", read.row.stale}};
   if (zone == 0) {
     json.update(with_lists(*read.design));
@@ -130,7 +130,7 @@ void print_as_json(const Read& read, int zone) {
   print_json(json);
 }
 
-void print_heading(const Read& read, int zone) {
+void print_heading(const ReadResults& read, int zone) {
   if (read.row.stale) {
     std::cout << "stale: the system, or what it uses, has changed since these results; run the design calculation "
                  "again\n";
@@ -144,7 +144,7 @@ void print_heading(const Read& read, int zone) {
 
 int results_show(const Call& call) {
   if (!call.svg.empty() && call.words.size() > 1) throw UsageError("--svg shows an air system; leave the zone out.");
-  const Read read(call);
+  const ReadResults read(call);
   const int zone = call.words.size() > 1 ? zone_of(call, read) : 0;
   if (call.json) {
     print_as_json(read, zone);

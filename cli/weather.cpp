@@ -26,12 +26,12 @@ std::string file_of(const Call& call) {
   return file;
 }
 
-struct Read {
+struct ReadWeather {
   HW1ReaderWriter year;
   ImportedWeather imported;
   std::string file;
 
-  explicit Read(const Call& call) : file(file_of(call)) {
+  explicit ReadWeather(const Call& call) : file(file_of(call)) {
     if (std::error_code none; std::filesystem::is_directory(file, none))
       fail(ErrorNumber::PermissionDenied, file + " is a folder; give a file.");
     imported = import_weather(year, file);
@@ -67,7 +67,7 @@ void check_output(const std::string& file) {
 
 int weather_import(const Call& call) {
   if (call.words.empty()) throw UsageError("Which file? tarn weather import FILE [--output CITY.HW1]");
-  Read read(call);
+  ReadWeather read(call);
   const HourlyVerdict verdict = verdict_of(read.year);
   if (read.is_hourly() && verdict.code == kHourlyInvalid.code)
     fail(ErrorNumber::UnknownFormat, read.file + ": " + std::string(verdict.text) + " Nothing was imported.");
@@ -127,7 +127,7 @@ std::vector<std::string> project_faults(const Call& call) {
 
 int weather_check(const Call& call) {
   const std::vector<std::string> faults = call.words.empty() ? project_faults(call) : std::vector<std::string>();
-  const Read read(call);
+  const ReadWeather read(call);
   read.say_notes(call);
   const HourlyVerdict verdict = verdict_of(read.year);
   const bool named = !read.is_hourly() || call.words.empty() || HW1ReaderWriter::is_hourly_name(read.file);
@@ -162,7 +162,7 @@ int weather_check(const Call& call) {
 }
 
 int weather_show(const Call& call) {
-  Read read(call);
+  ReadWeather read(call);
   read.say_notes(call);
   WTH_Stats statistics;
   fill_statistics(statistics, read.year);

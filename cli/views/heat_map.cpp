@@ -16,9 +16,9 @@ using svg::label;
 using svg::number;
 
 constexpr double kDayWidth = 2.4, kHourHeight = 7;
-constexpr double kLeft = 64, kTop = 74, kPanelGap = 62;
-constexpr double kWide = kDays * kDayWidth, kHigh = kHours * kHourHeight;
-constexpr double kScaleLeft = kLeft + kWide + 24, kScaleWidth = 18;
+constexpr double kMapLeft = 64, kMapTop = 74, kPanelGap = 62;
+constexpr double kMapWide = kDays * kDayWidth, kMapHigh = kHours * kHourHeight;
+constexpr double kScaleLeft = kMapLeft + kMapWide + 24, kScaleWidth = 18;
 constexpr double kPageWidth = kScaleLeft + kScaleWidth + 170;
 constexpr size_t kShades = 32;
 
@@ -76,8 +76,8 @@ std::string cells(const Panel& panel, double top) {
       while (end <= kHours && !std::isnan(panel.value(day, end)) && shade_of(panel, panel.value(day, end)) == shade)
         ++end;
       // Hour 1 is at the bottom.
-      const double y = top + kHigh - (hour - 1) * kHourHeight;
-      paths[shade] += "M" + number(kLeft + (day - 0.5) * kDayWidth) + " " + number(y, 0) + "v" +
+      const double y = top + kMapHigh - (hour - 1) * kHourHeight;
+      paths[shade] += "M" + number(kMapLeft + (day - 0.5) * kDayWidth) + " " + number(y, 0) + "v" +
                       number(-(end - hour) * kHourHeight, 0);
       hour = end;
     }
@@ -94,25 +94,26 @@ std::string cells(const Panel& panel, double top) {
 std::string axes(double top) {
   std::string out;
   for (int month = 1; month <= 12; ++month) {
-    const double left = kLeft + kDaysBefore[static_cast<size_t>(month) - 1] * kDayWidth;
+    const double left = kMapLeft + kDaysBefore[static_cast<size_t>(month) - 1] * kDayWidth;
     if (month > 1)
       out += "<path stroke=\"#fff\" stroke-opacity=\".35\" stroke-width=\"1\" d=\"M" + number(left) + " " +
-             number(top) + "v" + number(kHigh) + "\"/>\n";
-    out += label(left + days_in(month) * kDayWidth / 2, top + kHigh + 15,
+             number(top) + "v" + number(kMapHigh) + "\"/>\n";
+    out += label(left + days_in(month) * kDayWidth / 2, top + kMapHigh + 15,
                  std::string(kMonthNames[static_cast<size_t>(month) - 1].substr(0, 3)), "text-anchor=\"middle\"");
   }
   for (int clock = 0; clock <= 24; clock += 6) {
-    out += label(kLeft - 8, top + kHigh - clock * kHourHeight + 4, std::to_string(clock) + " h", "text-anchor=\"end\"");
+    out += label(kMapLeft - 8, top + kMapHigh - clock * kHourHeight + 4, std::to_string(clock) + " h",
+                 "text-anchor=\"end\"");
   }
   return out;
 }
 
 std::string scale(const Panel& panel, double top) {
   std::string out;
-  const double high = kHigh / double{kShades};
+  const double high = kMapHigh / double{kShades};
   for (size_t shade = 0; shade < kShades; ++shade) {
     out += "<rect x=\"" + number(kScaleLeft) + "\" y=\"" +
-           number(top + kHigh - static_cast<double>(shade + 1) * high, 2) + "\" width=\"" + number(kScaleWidth) +
+           number(top + kMapHigh - static_cast<double>(shade + 1) * high, 2) + "\" width=\"" + number(kScaleWidth) +
            "\" height=\"" + number(high + 0.3, 2) + "\" fill=\"" +
            color_of(panel.ramp, (static_cast<double>(shade) + 0.5) / double{kShades}) + "\"/>\n";
   }
@@ -122,7 +123,7 @@ std::string scale(const Panel& panel, double top) {
   const auto steps = static_cast<int>((panel.most - panel.least) / panel.step + 0.01);
   for (int step = 0; step <= steps; ++step) {
     const double value = panel.least + step * panel.step;
-    const double y = top + kHigh * (1 - (value - panel.least) / (panel.most - panel.least));
+    const double y = top + kMapHigh * (1 - (value - panel.least) / (panel.most - panel.least));
     out += "<path stroke=\"#333\" stroke-width=\"1\" d=\"M" + number(right) + " " + number(y) + "h5\"/>\n" +
            label(right + 52, y + 4, number(value, panel.decimals), "text-anchor=\"end\"") +
            label(right + 126, y + 4, number(panel.si(value), panel.si_decimals), "text-anchor=\"end\" fill=\"#666\"");
@@ -131,8 +132,8 @@ std::string scale(const Panel& panel, double top) {
 }
 
 std::string drawn(const Panel& panel, double top) {
-  return label(kLeft, top - 8, panel.title, "font-weight=\"bold\"") + "<rect x=\"" + number(kLeft) + "\" y=\"" +
-         number(top) + "\" width=\"" + number(kWide) + "\" height=\"" + number(kHigh) + "\" fill=\"#bbb\"/>\n" +
+  return label(kMapLeft, top - 8, panel.title, "font-weight=\"bold\"") + "<rect x=\"" + number(kMapLeft) + "\" y=\"" +
+         number(top) + "\" width=\"" + number(kMapWide) + "\" height=\"" + number(kMapHigh) + "\" fill=\"#bbb\"/>\n" +
          "<g fill=\"none\" stroke-width=\"" + number(kDayWidth + 0.15, 2) + "\">\n" + cells(panel, top) + "</g>\n" +
          axes(top) + scale(panel, top);
 }
@@ -182,19 +183,19 @@ std::string heat_map(const HW1ReaderWriter& year) {
                           panel_of(
                               "Diffuse solar on the horizontal", "Btu/hr.ft\u00B2", "W/m\u00B2", kSolar, 25, 0, 0,
                               [&](int d, int h) { return known(year.Day(d).IDIFF(h)); }, watts)};
-  const double height = kTop + panels.size() * (kHigh + kPanelGap);
+  const double height = kMapTop + panels.size() * (kMapHigh + kPanelGap);
   const std::string place = year.CityName.trimmed() + ", " + year.LocationName.trimmed();
   const std::string site = "latitude " + number(year.Latitude, 2) + ", longitude " + number(year.Longitude, 2) + ", " +
                            number(year.Elevation, 0) + " ft (" + number(year.Elevation * 0.3048, 0) + " m); " +
                            year.DataSource.trimmed() +
                            "; each column a day, hours of local standard time upwards; grey is missing";
   std::string content;
-  double top = kTop;
+  double top = kMapTop;
   for (const Panel& panel : panels) {
     content += drawn(panel, top);
-    top += kHigh + kPanelGap;
+    top += kMapHigh + kPanelGap;
   }
-  return svg::page(kPageWidth, height, kLeft, place + ": a year of hourly weather", place, site, content);
+  return svg::page(kPageWidth, height, kMapLeft, place + ": a year of hourly weather", place, site, content);
 }
 
 }  // namespace tarn::cli

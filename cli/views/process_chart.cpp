@@ -17,8 +17,7 @@ using svg::number;
 using svg::path;
 using svg::Scale;
 
-constexpr double kLeft = kChartLeft, kRight = kChartRight, kWide = kRight - kLeft;
-constexpr double kHigh = 440;
+constexpr double kPlotHigh = 440;
 
 struct Spot {
   double x, y;
@@ -51,7 +50,7 @@ struct Chart {
 
   Chart(const PsychroRecord& states_of, double pascals, double upper);
   Spot spot(double dry_bulb, double ratio) const { return {dry_bulbs.at(dry_bulb), ratios.at(ratio)}; }
-  Box frame() const { return {kLeft, top, kWide, kHigh}; }
+  Box frame() const { return {kChartLeft, top, kChartWide, kPlotHigh}; }
 };
 
 /// Within what a chart of comfort air can show.
@@ -70,8 +69,8 @@ Chart::Chart(const PsychroRecord& states_of, double pascals, double upper)
     warmest = std::max(warmest, states.back().dry_bulb);
     wettest = std::max(wettest, states.back().ratio);
   }
-  dry_bulbs = svg::scale_around(coldest - 6, warmest + 6, 8, kLeft, kRight);
-  ratios = svg::scale_around(0, wettest * 1.12, 8, top + kHigh, top);
+  dry_bulbs = svg::scale_around(coldest - 6, warmest + 6, 8, kChartLeft, kChartRight);
+  ratios = svg::scale_around(0, wettest * 1.12, 8, top + kPlotHigh, top);
   for (State& state : states) state.spot = spot(state.dry_bulb, state.ratio);
 }
 
@@ -86,7 +85,7 @@ double ratio_at(const Chart& chart, double dry_bulb, double relative_humidity) {
 /// on, which moves then.
 std::string humidity_line(const Chart& chart, int percent, double& room) {
   std::string way;
-  Spot last{kLeft, chart.top + kHigh};
+  Spot last{kChartLeft, chart.top + kPlotHigh};
   const double steps = 240, width = (chart.dry_bulbs.most - chart.dry_bulbs.least) / steps;
   bool inside = true;
   for (int i = 0; i <= steps && inside; ++i) {
@@ -107,7 +106,7 @@ std::string humidity_line(const Chart& chart, int percent, double& room) {
       path(way, std::string("fill=\"none\" stroke=\"") + (saturation ? "#555\" stroke-width=\"1.8\"" : "#d3dbe3\""));
   if (percent % 20 != 0) return out;
   const std::string text = std::to_string(percent) + " %", look = "fill=\"#8797a6\" font-size=\"11\" text-anchor=";
-  if (inside) return out + label(kRight - 5, last.y - 5, text, look + "\"end\"");
+  if (inside) return out + label(kChartRight - 5, last.y - 5, text, look + "\"end\"");
   constexpr double kApart = 40;
   if (last.x < room) return out;
   room = last.x + kApart;
@@ -115,25 +114,26 @@ std::string humidity_line(const Chart& chart, int percent, double& room) {
 }
 
 std::string background(const Chart& chart) {
-  const double bottom = chart.top + kHigh;
+  const double bottom = chart.top + kPlotHigh;
   std::string out;
   chart.ratios.each_mark([&](double ratio) {
-    out += path("M" + at({kLeft, chart.ratios.at(ratio)}) + "h" + number(kWide), "stroke=\"#eee\"");
+    out += path("M" + at({kChartLeft, chart.ratios.at(ratio)}) + "h" + number(kChartWide), "stroke=\"#eee\"");
   });
   chart.dry_bulbs.each_mark([&](double bulb) {
     const double x = chart.dry_bulbs.at(bulb);
-    out += path("M" + at({x, chart.top}) + "v" + number(kHigh), "stroke=\"#eee\"") +
+    out += path("M" + at({x, chart.top}) + "v" + number(kPlotHigh), "stroke=\"#eee\"") +
            path("M" + at({x, bottom}) + "v5", "stroke=\"#333\"") +
            label(x, bottom + 19, number(bulb, 0), "text-anchor=\"middle\"") +
            label(x, bottom + 35, number(celsius(bulb)), "text-anchor=\"middle\" fill=\"#666\"");
   });
-  double room = kLeft;
+  double room = kChartLeft;
   for (int percent = 100; percent >= 10; percent -= 10) out += humidity_line(chart, percent, room);
-  out += path("M" + at({kLeft, chart.top}) + "v" + number(kHigh) + "h" + number(kWide) + "v" + number(-kHigh),
-              "fill=\"none\" stroke=\"#333\"");
-  out += label(kLeft - 26, bottom + 19, "dry-bulb, F", "text-anchor=\"end\"") +
-         label(kLeft - 26, bottom + 35, "C", "text-anchor=\"end\" fill=\"#666\"");
-  return out + svg::upright_axis(chart.ratios, kRight, 1, {"lb/lb", "g/kg", 1000, 3, 0});
+  out += path(
+      "M" + at({kChartLeft, chart.top}) + "v" + number(kPlotHigh) + "h" + number(kChartWide) + "v" + number(-kPlotHigh),
+      "fill=\"none\" stroke=\"#333\"");
+  out += label(kChartLeft - 26, bottom + 19, "dry-bulb, F", "text-anchor=\"end\"") +
+         label(kChartLeft - 26, bottom + 35, "C", "text-anchor=\"end\" fill=\"#666\"");
+  return out + svg::upright_axis(chart.ratios, kChartRight, 1, {"lb/lb", "g/kg", 1000, 3, 0});
 }
 
 // ---- the air
@@ -322,7 +322,7 @@ std::string process_chart(const ADL_AirSystemDesign& design, double top) {
   const auto peak = cooling_peak(design);
   const PsychroRecord& air = peak ? design.SPAir.at(peak->month, peak->hour) : *design.SPAir.SPAirHtg;
   const Chart chart(air, pressure_of(design), top + 46);
-  std::string out = label(kLeft, top + 4, "The air at " + (peak ? hour_text(peak) : std::string("heating design")),
+  std::string out = label(kChartLeft, top + 4, "The air at " + (peak ? hour_text(peak) : std::string("heating design")),
                           "font-weight=\"bold\" font-size=\"14\"") +
                     background(chart);
   if (chart.states.empty()) return out + label(kKeyLeft, chart.top + 10, "no states of the air");

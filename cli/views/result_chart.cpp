@@ -15,7 +15,6 @@ using svg::number;
 using svg::path;
 using svg::Scale;
 
-constexpr double kLeft = kChartLeft, kRight = kChartRight, kWide = kRight - kLeft;
 constexpr double kTop = 112, kHigh = 270, kBottom = kTop + kHigh;
 constexpr double kProcessTop = kBottom + 74, kPageWidth = 1190;
 constexpr double kBtuPerMBH = 1000;
@@ -87,14 +86,16 @@ std::string key(const Series& series, const Day& day, double y) {
 std::string grid(const Scale& hours, const Scale& loads) {
   std::string out;
   loads.each_mark([&](double load) {
-    out += path("M" + number(kLeft) + " " + number(loads.at(load)) + "h" + number(kWide), "stroke=\"#e4e4e4\"");
+    out +=
+        path("M" + number(kChartLeft) + " " + number(loads.at(load)) + "h" + number(kChartWide), "stroke=\"#e4e4e4\"");
   });
   for (int hour = 0; hour < 24; hour += 3) {
     const double x = hours.at(hour);
     out += path("M" + number(x) + " " + number(kTop) + "v" + number(kHigh), "stroke=\"#e4e4e4\"") +
            label(x, kBottom + 17, std::to_string(hour), "text-anchor=\"middle\"");
   }
-  return out + label(kLeft + kWide / 2, kBottom + 36, "hour of the day", "text-anchor=\"middle\" fill=\"#666\"");
+  return out +
+         label(kChartLeft + kChartWide / 2, kBottom + 36, "hour of the day", "text-anchor=\"middle\" fill=\"#666\"");
 }
 
 std::string load_profile(const ADL_AirSystemDesign& design) {
@@ -107,15 +108,15 @@ std::string load_profile(const ADL_AirSystemDesign& design) {
     most = std::max(most, std::ranges::max(days[i]));
     if (&most == &load) least = std::min(least, std::ranges::min(days[i]));
   }
-  const Scale hours{0, 23, 1, kLeft, kRight};
+  const Scale hours{0, 23, 1, kChartLeft, kChartRight};
   const Scale loads = svg::scale_around(least, load * 1.04, 6, kBottom, kTop);
   const Scale flows = svg::scale_around(0, flow * 1.04, 6, loads.at(0), kTop);
   std::string out = label(
-      kLeft, kTop - 36,
+      kChartLeft, kTop - 36,
       "Design day of " + std::string(kMonthNames[static_cast<size_t>(month) - 1]) + ": loads of the central coils",
       "font-weight=\"bold\" font-size=\"14\"");
   out += grid(hours, loads);
-  out += path(curve(days[0], hours, loads) + "V" + number(loads.at(0)) + "H" + number(kLeft) + "Z",
+  out += path(curve(days[0], hours, loads) + "V" + number(loads.at(0)) + "H" + number(kChartLeft) + "Z",
               "fill=\"#1f6fb2\" fill-opacity=\".08\"");
   if (const auto peak = cooling_peak(design)) {
     const double x = hours.at(peak->hour);
@@ -131,17 +132,17 @@ std::string load_profile(const ADL_AirSystemDesign& design) {
                       kSeries[i].color + "\" " + kSeries[i].dash) +
              key(kSeries[i], days[i], kTop + 24 + 48 * static_cast<double>(i));
   }
-  out +=
-      path("M" + number(kLeft) + " " + number(kTop) + "V" + number(kBottom) + "H" + number(kRight) + "V" + number(kTop),
-           "fill=\"none\" stroke=\"#333\"");
-  return out + svg::upright_axis(loads, kLeft, -1, kLoad) + svg::upright_axis(flows, kRight, 1, kFlow);
+  out += path("M" + number(kChartLeft) + " " + number(kTop) + "V" + number(kBottom) + "H" + number(kChartRight) + "V" +
+                  number(kTop),
+              "fill=\"none\" stroke=\"#333\"");
+  return out + svg::upright_axis(loads, kChartLeft, -1, kLoad) + svg::upright_axis(flows, kChartRight, 1, kFlow);
 }
 
 }  // namespace
 
 std::string result_picture(const ADL_AirSystemDesign& design, const std::string& name) {
   const double altitude = design.Weather.Altitude;
-  return svg::page(kPageWidth, kProcessTop + kProcessChartHeight, kLeft, name + ": design results", name,
+  return svg::page(kPageWidth, kProcessTop + kProcessChartHeight, kChartLeft, name + ": design results", name,
                    "design results; cooling peak: " + hour_text(cooling_peak(design)) + "; altitude " +
                        number(altitude, 0) + " ft (" + number(altitude * 0.3048, 0) + " m)",
                    load_profile(design) + process_chart(design, kProcessTop));

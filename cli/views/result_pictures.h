@@ -30,7 +30,8 @@ void show_system(ADL_AirSystemDesign& design);
 void show_zone(const ADL_AirSystemDesign& design, int zone);
 
 /// The left and right edges of the charts on the page, and where their keys begin.
-inline constexpr double kChartLeft = 118, kChartRight = kChartLeft + 660, kKeyLeft = kChartRight + 128;
+inline constexpr double kChartLeft = 118, kChartRight = kChartLeft + 660, kChartWide = kChartRight - kChartLeft;
+inline constexpr double kKeyLeft = kChartRight + 128;
 
 /// A self-contained picture (SVG): loads and airflow of the peak month's day, the states of the air on a psychrometric
 /// chart.

@@ -13,8 +13,6 @@
 namespace tarn {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 template <auto Get>
 ObjectPtr component(AS_AirSystem& system) {
   return (system.*Get)();

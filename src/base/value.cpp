@@ -4,6 +4,12 @@
 
 namespace tarn {
 
+Value::Value(const Value& other) = default;
+Value::Value(Value&& other) noexcept = default;
+Value& Value::operator=(const Value& other) = default;
+Value& Value::operator=(Value&& other) noexcept = default;
+Value::~Value() = default;
+
 std::string_view type_name(ValueType type) {
   constexpr std::string_view names[]{"", "Boolean", "I2", "I4", "R4", "R8", "text", "object", "reals", "any"};
   return names[static_cast<size_t>(type)];

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace tarn {
 namespace {
 
 using Points = std::vector<ContourPoint>;
 
-constexpr double kPi = 3.14159265358979323846;
+using std::numbers::pi;
 constexpr size_t kDay = 24;            // hr
 constexpr double kTimeConstants = 12;  // that a step is followed
 constexpr double kShortest = 40;       // hr that a step is followed, at least
@@ -30,7 +31,7 @@ const std::array<std::array<Complex, kDay>, ExactResponse::kHarmonics> kTurns = 
   std::array<std::array<Complex, kDay>, ExactResponse::kHarmonics> all;
   for (size_t k = 0; k < all.size(); ++k) {
     for (size_t hour = 0; hour < kDay; ++hour)
-      all[k][hour] = turn(2 * kPi * static_cast<double>((k + 1) * hour % kDay) / kDay);
+      all[k][hour] = turn(2 * pi * static_cast<double>((k + 1) * hour % kDay) / kDay);
   }
   return all;
 }();
@@ -78,7 +79,7 @@ struct RepeatedDay {
 const std::array<RepeatedDay, 2>& days() {
   static const std::array<RepeatedDay, 2> all = [] {
     std::array<double, kDay> half_sine{};
-    for (size_t hour = 6; hour < 18; ++hour) half_sine[hour] = std::sin(kPi * (static_cast<double>(hour) - 6) / 12);
+    for (size_t hour = 6; hour < 18; ++hour) half_sine[hour] = std::sin(pi * (static_cast<double>(hour) - 6) / 12);
     return std::array{RepeatedDay({0,  0.3,  1.3,  2.9,  5,  7.4,  10, 20.4, 30, 38.3, 44.6, 48.6,
                                    50, 48.6, 44.6, 38.3, 30, 20.4, 10, 7.4,  5,  2.9,  1.3,  0.3}),
                       RepeatedDay(half_sine)};
@@ -137,7 +138,7 @@ Complex hourly_transfer(const Transmission& slab, double frequency) {
   const auto alias = [&](double at) { return slab.transfer({0, at}) * (sine / (at * at)); };
   Complex sum = alias(frequency);
   for (int turns = 1; turns < 1000; ++turns) {
-    const Complex pair = alias(2 * kPi * turns + frequency) + std::conj(alias(2 * kPi * turns - frequency));
+    const Complex pair = alias(2 * pi * turns + frequency) + std::conj(alias(2 * pi * turns - frequency));
     sum += pair;
     if (std::abs(pair) < kUnseen * slab.u_value()) break;
   }
@@ -180,7 +181,7 @@ void ExactResponse::find_steps(const Transmission& slab, double last_hour, bool 
 void ExactResponse::find_days(const Transmission& slab, bool quick) {
   if (!quick) {
     for (size_t k = 0; k < daily_.size(); ++k)
-      daily_[k] = hourly_transfer(slab, 2 * kPi * static_cast<double>(k + 1) / kDay);
+      daily_[k] = hourly_transfer(slab, 2 * pi * static_cast<double>(k + 1) / kDay);
   } else {
     std::array<double, kDay> folded{};
     for (size_t hour = 0; hour < step_.size(); ++hour)

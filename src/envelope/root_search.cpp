@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 #include <string>
 
 #include "tarn/base/error.h"
@@ -10,7 +11,7 @@
 namespace tarn {
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
+using std::numbers::pi;
 constexpr double kNarrowest = 1e-14;  // of the bracket that a root is refined to; relative for roots below 1
 
 }  // namespace
@@ -32,7 +33,7 @@ RootSearch::Point RootSearch::at(double beta) {
       const double cosine = std::cos(x), sine = std::sin(x);
       t = cosine * t_before + r / x * sine * q;
       q = cosine * q - x / r * sine * t_before;
-      half_waves = static_cast<int>(x / kPi);
+      half_waves = static_cast<int>(x / pi);
     } else {
       t += r * q;
     }
@@ -114,7 +115,7 @@ void check_slab(std::span<const SlabLayer> layers) {
   const double bound = -std::log(kSmallestFactor);
   for (const auto& [r, c, slot] : layers) {
     resistance += r;
-    half_waves += std::sqrt(bound * r * c) / kPi;
+    half_waves += std::sqrt(bound * r * c) / pi;
   }
   if (!(resistance > 0) || 1 / resistance > static_cast<double>(std::numeric_limits<float>::max()))
     fail(ErrorNumber::InvalidCall, "the layers have no thermal resistance");

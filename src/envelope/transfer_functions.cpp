@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -13,7 +14,7 @@
 namespace tarn {
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
+using std::numbers::pi;
 constexpr size_t kMostPoles = kTerms - 2;
 constexpr double kGoodError = 3e-6;  // with which a search ends: fewer poles are better for an engine's own rounding
 constexpr double kGoodFit = 1e-5;    // with which the search for a fit ends
@@ -129,10 +130,10 @@ std::vector<Sample> samples_of(const Transmission& slab, const ExactResponse& ex
   const auto at = [](double frequency) {
     return Complex(2 * std::pow(std::sin(frequency / 2), 2), std::sin(frequency));
   };
-  for (double frequency = kPi; frequency > slowest_root / kBelow; frequency /= kRatio)
+  for (double frequency = pi; frequency > slowest_root / kBelow; frequency /= kRatio)
     out.push_back({at(frequency), hourly_transfer(slab, frequency), 1 / exact.u_value()});
   for (int k = 1; k <= ExactResponse::kHarmonics; ++k) {
-    const double frequency = kPi * k / ExactResponse::kHarmonics;
+    const double frequency = pi * k / ExactResponse::kHarmonics;
     out.push_back({at(frequency), exact.daily()[static_cast<size_t>(k) - 1], kOfDay * exact.weight_of_day(k)});
   }
   return out;

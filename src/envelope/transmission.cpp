@@ -1,9 +1,11 @@
 #include "envelope/transmission.h"
 
+#include <numbers>
+
 namespace tarn {
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
+using std::numbers::pi;
 
 /// Temperature and flux, which a layer's matrix takes from its inside to its outside.
 struct State {
@@ -30,9 +32,9 @@ struct Frequency {
 };
 
 /// A layer's matrix over e^x, x^2 = s R C: cosh x, R sinh x / x and x / R sinh x.
-struct Scaled {
+struct ScaledLayer {
   Complex cosh, upper, lower;
-  Scaled(const Frequency& at, double r, double root_of_time) {
+  ScaledLayer(const Frequency& at, double r, double root_of_time) {
     const Complex x = at.root * root_of_time;
     const Complex down = exponential(-2.0 * x);
     cosh = 0.5 * (1.0 + down);
@@ -58,7 +60,7 @@ Complex Transmission::transfer(Complex s) const {
       inside.temperature += layer.resistance * inside.flux;
       continue;
     }
-    Scaled(at, layer.resistance, layer.root_of_time).take(inside);
+    ScaledLayer(at, layer.resistance, layer.root_of_time).take(inside);
     exponent += layer.root_of_time;
   }
   return exponential(-at.root * exponent) / inside.temperature;
@@ -72,7 +74,7 @@ std::vector<Complex> Transmission::temperatures(Complex s) const {
     if (layer.root_of_time == 0)
       inside.temperature += layer.resistance * inside.flux;
     else
-      Scaled(at, layer.resistance, layer.root_of_time).take(inside);
+      ScaledLayer(at, layer.resistance, layer.root_of_time).take(inside);
     found.push_back(inside.temperature);
     exponents.push_back(exponents.back() + at.root * layer.root_of_time);
   }
@@ -84,12 +86,12 @@ std::vector<Complex> Transmission::temperatures(Complex s) const {
 std::vector<ContourPoint> contour(double first, double ratio, int points) {
   const double root = std::sqrt(8 * ratio + 1);
   const double step = root / points;
-  const double mu = kPi * points / (4 * root * first * ratio);
+  const double mu = pi * points / (4 * root * first * ratio);
   std::vector<ContourPoint> out;
   out.reserve(static_cast<size_t>(points));
   for (int k = 0; k < points; ++k) {
     const Complex along(1, (k + 0.5) * step);
-    out.push_back({mu * along * along, 2 * mu * step / kPi * along});
+    out.push_back({mu * along * along, 2 * mu * step / pi * along});
   }
   return out;
 }

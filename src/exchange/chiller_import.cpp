@@ -16,16 +16,12 @@
 namespace tarn {
 namespace {
 
-using Json = nlohmann::json;
-
 constexpr double kLeavingWater = 44, kEnteringAir = 95, kEnteringWater = 85;  // F
 constexpr double kGpmPerCubicMetre = 15850.323;                               // a second
 constexpr size_t kLargestFile = 16'000'000;
 
 double fahrenheit(double kelvin) { return kelvin * 1.8 - 459.67; }
 double kelvin(double fahrenheit) { return (fahrenheit + 459.67) / 1.8; }
-
-[[noreturn]] void refuse(const std::string& text) { fail(ErrorNumber::UnknownFormat, text); }
 
 // ---- full load and the map
 
@@ -49,7 +45,7 @@ void fill_map(CHL_OperatingMode& mode, const CoolingGrid& grid, NotCarriedOver& 
   for (size_t c = 0; c < stages.size(); ++c) {
     const double stage = grid.stages().values[stages[c]];
     if (stage < 1 || stage > INT16_MAX || stage != std::floor(stage))
-      refuse(grid.stages().name + " " + short_number(stage) + " is no stage");
+      refuse_map(grid.stages().name + " " + short_number(stage) + " is no stage");
     mode.MapColumnHeading.items[c] = static_cast<int16_t>(stage);
   }
   for (size_t r = 0; r < rows.size(); ++r) {
@@ -214,11 +210,14 @@ void fill_record(ChillerRecord& record, const Json& text, const CoolingGrid& gri
 }
 
 /// Keys that are not among those with a place.
+/// In alphabetical order, whatever the order of the file.
 void note_others(const Json& object, const std::string& where, std::initializer_list<std::string_view> taken,
                  NotCarriedOver& left) {
+  const auto known = static_cast<ptrdiff_t>(left.size());
   for (const auto& [key, value] : object.items()) {
     if (std::find(taken.begin(), taken.end(), key) == taken.end()) left.push_back(where + key);
   }
+  std::sort(left.begin() + known, left.end());
 }
 
 void note_the_rest(const Json& text, const CoolingGrid& grid, const std::string& iplv_from, NotCarriedOver& left) {
@@ -248,7 +247,8 @@ std::string text_of(const std::string& path) {
   std::string text(kLargestFile + 1, '\0');
   if (!file || !file.read(text.data(), static_cast<std::streamsize>(text.size())).eof()) {
     if (file && static_cast<size_t>(file.gcount()) == text.size())
-      refuse("it is larger than a chiller's map can be: more than " + std::to_string(kLargestFile / 1'000'000) + " MB");
+      refuse_map("it is larger than a chiller's map can be: more than " + std::to_string(kLargestFile / 1'000'000) +
+                 " MB");
     fail(ErrorNumber::FileNotFound, "Cannot read " + path + ".");
   }
   text.resize(static_cast<size_t>(file.gcount()));
@@ -256,11 +256,11 @@ std::string text_of(const std::string& path) {
 }
 
 std::vector<std::string> take(CHL_Chiller& chiller, const Json& text) {
-  if (!text.is_object()) refuse("it is no chiller in the JSON form of ASHRAE 205");
+  if (!text.is_object()) refuse_map("it is no chiller in the JSON form of ASHRAE 205");
   const Json& metadata = group_at(text, "metadata");
   const std::string schema = text_at(metadata, "schema"), model = text_at(metadata, "data_model");
-  if (schema != "RS0001") refuse("its schema is \"" + schema + "\", where a chiller's is RS0001");
-  if (!model.empty() && model != "ASHRAE_205") refuse("its data model is \"" + model + "\", not ASHRAE_205");
+  if (schema != "RS0001") refuse_map("its schema is \"" + schema + "\", where a chiller's is RS0001");
+  if (!model.empty() && model != "ASHRAE_205") refuse_map("its data model is \"" + model + "\", not ASHRAE_205");
   const Json& performance = group_at(text, "performance");
   const CoolingGrid grid(group_at(performance, "performance_map_cooling"));
   std::vector<std::string> said;
@@ -296,10 +296,10 @@ std::vector<std::string> import_chiller(CHL_Chiller& chiller, const std::string&
   } catch (const Error& error) {
     if (error.number() == static_cast<int>(ErrorNumber::FileNotFound)) throw;
     why = error.what();
-  } catch (const nlohmann::json::exception& error) {
+  } catch (const Json::exception& error) {
     why = error.what();
   }
-  refuse(path + ": " + why + (why.ends_with('.') ? "" : "."));
+  refuse_map(path + ": " + why + (why.ends_with('.') ? "" : "."));
 }
 
 }  // namespace tarn

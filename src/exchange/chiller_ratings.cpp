@@ -14,8 +14,6 @@
 namespace tarn {
 namespace {
 
-using Json = nlohmann::json;
-
 constexpr double kBtuhPerTon = 12000, kEerPerCop = 3.412142;
 
 /// "+0.6 %", "0.0 %": how far the map lies from what is stated.

@@ -15,13 +15,13 @@ struct StatedRating {
   std::string iplv_from;
 };
 /// Error `UnknownFormat` for a rating that is no number above 0.
-StatedRating stated_by(const nlohmann::json& text);
+StatedRating stated_by(const Json& text);
 
 /// Says full load by the map, and how far in per cent it lies from what is stated.
 void tell_full_load(const CHL_OperatingMode& mode, const StatedRating& stated, std::vector<std::string>& said);
 
 /// Sets the IPLV: the stated one, else that of the chiller's map by AHRI 550/590, and says which.
-void fill_iplv(CHL_Chiller& chiller, const nlohmann::json& performance, const StatedRating& stated,
+void fill_iplv(CHL_Chiller& chiller, const Json& performance, const StatedRating& stated,
                std::vector<std::string>& said, NotCarriedOver& left);
 
 }  // namespace tarn

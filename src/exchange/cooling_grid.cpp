@@ -9,29 +9,25 @@
 namespace tarn {
 namespace {
 
-using Json = nlohmann::json;
-
 // The axes in the standard's order, the last of which varies fastest. An axis without a place in a chiller's map is
 // held at the value nearest to `held`: flows at their highest, which is design; 40 % is 75 F wet bulb at 95 F.
-constexpr const char *kLeavingWater = "evaporator_liquid_leaving_temperature",
-                     *kEnteringWater = "condenser_liquid_entering_temperature",
-                     *kEnteringAir = "condenser_air_entering_drybulb_temperature",
+constexpr const char *kLeavingWaterAxis = "evaporator_liquid_leaving_temperature",
+                     *kEnteringWaterAxis = "condenser_liquid_entering_temperature",
+                     *kEnteringAirAxis = "condenser_air_entering_drybulb_temperature",
                      *kStage = "compressor_sequence_number";
 constexpr struct {
   const char* name;
   double held;
 } kAxes[]{{"evaporator_liquid_volumetric_flow_rate", HUGE_VAL},
-          {kLeavingWater, 0},
+          {kLeavingWaterAxis, 0},
           {"condenser_liquid_volumetric_flow_rate", HUGE_VAL},
-          {kEnteringWater, 0},
-          {kEnteringAir, 0},
+          {kEnteringWaterAxis, 0},
+          {kEnteringAirAxis, 0},
           {"condenser_air_entering_relative_humidity", 0.4},
           {"ambient_pressure", 101325},
           {kStage, 0}};
 constexpr size_t kMostPoints = 1'000'000;
 constexpr double kMostWatts = 1e9;
-
-[[noreturn]] void refuse(const std::string& text) { fail(ErrorNumber::UnknownFormat, text); }
 
 size_t nearest(const std::vector<double>& values, double wanted) {
   if (wanted == HUGE_VAL) return values.size() - 1;
@@ -51,8 +47,8 @@ double on_axis(const CoolingGrid::Axis& axis, double kelvin) {
   const double first = axis.values.front(), last = axis.values.back();
   if (kelvin < first - kRounding || kelvin > last + kRounding) {
     const auto shown = [](double k) { return short_number(k * 1.8 - 459.67); };
-    refuse("its " + axis.name + " goes from " + shown(first) + " to " + shown(last) + " F, which leaves out the " +
-           shown(kelvin) + " F that are needed");
+    refuse_map("its " + axis.name + " goes from " + shown(first) + " to " + shown(last) + " F, which leaves out the " +
+               shown(kelvin) + " F that are needed");
   }
   return std::clamp(kelvin, first, last);
 }
@@ -60,16 +56,18 @@ double on_axis(const CoolingGrid::Axis& axis, double kelvin) {
 std::vector<double> watts(const Json& lookup, const char* name, size_t size) {
   std::vector<double> values = numbers_at(lookup, name);
   if (values.size() != size)
-    refuse(std::string(name) + " has " + std::to_string(values.size()) + " values, where its grid has " +
-           std::to_string(size));
+    refuse_map(std::string(name) + " has " + std::to_string(values.size()) + " values, where its grid has " +
+               std::to_string(size));
   const auto wrong = std::find_if(values.begin(), values.end(), [](double w) { return !(w > 0 && w <= kMostWatts); });
   if (wrong != values.end())
-    refuse("value " + std::to_string(wrong - values.begin() + 1) + " of " + name + " is " + short_number(*wrong) +
-           " W; allowed are values above 0, up to 1e9");
+    refuse_map("value " + std::to_string(wrong - values.begin() + 1) + " of " + name + " is " + short_number(*wrong) +
+               " W; allowed are values above 0, up to 1e9");
   return values;
 }
 
 }  // namespace
+
+void refuse_map(const std::string& text) { fail(ErrorNumber::UnknownFormat, text); }
 
 std::string short_number(double value) {
   char text[32];
@@ -95,16 +93,16 @@ Json optional_group(const Json& owner, const char* key) {
 const Json& group_at(const Json& owner, const char* key) {
   const auto found = owner.find(key);
   if (found == owner.end() || !found->is_object())
-    refuse("it has no \"" + std::string(key) + "\"" + (found == owner.end() ? "" : " with named values"));
+    refuse_map("it has no \"" + std::string(key) + "\"" + (found == owner.end() ? "" : " with named values"));
   return *found;
 }
 
 std::vector<double> numbers_at(const Json& owner, const char* key) {
   const auto found = owner.find(key);
-  if (found == owner.end()) refuse("its cooling map has no " + std::string(key));
+  if (found == owner.end()) refuse_map("its cooling map has no " + std::string(key));
   const bool numbers =
       found->is_array() && std::all_of(found->begin(), found->end(), [](const Json& v) { return v.is_number(); });
-  if (!numbers) refuse(std::string(key) + " is no list of numbers");
+  if (!numbers) refuse_map(std::string(key) + " is no list of numbers");
   return found->get<std::vector<double>>();
 }
 
@@ -113,7 +111,7 @@ CoolingGrid::CoolingGrid(const Json& cooling) {
   take_values(group_at(cooling, "lookup_variables"));
 }
 
-bool CoolingGrid::by_air() const { return entering_->name == kEnteringAir; }
+bool CoolingGrid::by_air() const { return entering_->name == kEnteringAirAxis; }
 
 const CoolingGrid::Axis* CoolingGrid::find(std::string_view name) const {
   const auto found = std::find_if(axes_.begin(), axes_.end(), [name](const Axis& a) { return a.name == name; });
@@ -122,7 +120,7 @@ const CoolingGrid::Axis* CoolingGrid::find(std::string_view name) const {
 
 const CoolingGrid::Axis* CoolingGrid::in_use(std::string_view name) const {
   const Axis* axis = find(name);
-  if (!axis) refuse("its cooling map has no " + std::string(name));
+  if (!axis) refuse_map("its cooling map has no " + std::string(name));
   return axis;
 }
 
@@ -133,22 +131,22 @@ void CoolingGrid::take_axes(const Json& grid) {
   for (const auto& [name, values] : grid.items()) {
     if (find(name)) continue;
     axes_.insert(axes_.begin(), {name, numbers_at(grid, name.c_str())});
-    if (axes_.front().values.size() > 1) refuse("its cooling map has an axis that the standard has not: " + name);
+    if (axes_.front().values.size() > 1) refuse_map("its cooling map has an axis that the standard has not: " + name);
   }
   size_t size = 1;
   for (auto axis = axes_.rbegin(); axis != axes_.rend(); ++axis) {
     const auto& values = axis->values;
     if (values.empty() || std::adjacent_find(values.begin(), values.end(), std::greater_equal<>()) != values.end())
-      refuse("the values of " + axis->name + " do not ascend");
+      refuse_map("the values of " + axis->name + " do not ascend");
     axis->stride = size;
     size *= values.size();
-    if (size > kMostPoints) refuse("its cooling map has more than " + std::to_string(kMostPoints) + " points");
+    if (size > kMostPoints) refuse_map("its cooling map has more than " + std::to_string(kMostPoints) + " points");
   }
-  leaving_ = in_use(kLeavingWater);
+  leaving_ = in_use(kLeavingWaterAxis);
   stages_ = in_use(kStage);
-  const Axis *air = find(kEnteringAir), *water = find(kEnteringWater);
-  if (!air && !water) refuse("its cooling map has no entering temperature of the condenser's air or water");
-  if (air && water) refuse("its cooling map has entering temperatures of both air and water of the condenser");
+  const Axis *air = find(kEnteringAirAxis), *water = find(kEnteringWaterAxis);
+  if (!air && !water) refuse_map("its cooling map has no entering temperature of the condenser's air or water");
+  if (air && water) refuse_map("its cooling map has entering temperatures of both air and water of the condenser");
   entering_ = air ? air : water;
   for (const Axis& axis : axes_) {
     if (&axis != leaving_ && &axis != stages_ && &axis != entering_) held_ += held_place(axis) * axis.stride;
@@ -162,8 +160,8 @@ void CoolingGrid::take_values(const Json& lookup) {
   const auto states = lookup.find("operation_state");
   if (states == lookup.end()) return;
   if (!states->is_array() || states->size() != size)
-    refuse("operation_state has " + std::to_string(states->size()) + " values, where its grid has " +
-           std::to_string(size));
+    refuse_map("operation_state has " + std::to_string(states->size()) + " values, where its grid has " +
+               std::to_string(size));
   for (const Json& state : *states) normal_.push_back(state == "NORMAL");
 }
 
@@ -177,7 +175,7 @@ CoolingGrid::Point CoolingGrid::at(double leaving, double entering, size_t stage
     }
   }
   if (!(capacity > 0 && input_per_watt > 0))
-    refuse("capacity or power falls below 0 between the points of stage " + short_number(stages_->values[stage]));
+    refuse_map("capacity or power falls below 0 between the points of stage " + short_number(stages_->values[stage]));
   return {capacity, capacity * input_per_watt};
 }
 

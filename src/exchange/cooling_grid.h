@@ -6,23 +6,28 @@
 #include <string_view>
 #include <vector>
 
+#include "reflect/json_text.h"
+
 namespace tarn {
 
 /// A line for what a chiller's record has no place for.
 using NotCarriedOver = std::vector<std::string>;
+
+/// Error `UnknownFormat`.
+[[noreturn]] void refuse_map(const std::string& text);
 
 /// Up to six digits, and so many places, as messages show a number.
 std::string short_number(double value);
 std::string fixed(double value, int places);
 
 /// Empty where there is no such text.
-std::string text_at(const nlohmann::json& owner, const char* key);
+std::string text_at(const Json& owner, const char* key);
 
 /// A group of values, or a list of numbers, under a key. Error `UnknownFormat` that names the key.
-const nlohmann::json& group_at(const nlohmann::json& owner, const char* key);
-std::vector<double> numbers_at(const nlohmann::json& owner, const char* key);
+const Json& group_at(const Json& owner, const char* key);
+std::vector<double> numbers_at(const Json& owner, const char* key);
 /// An empty group where there is none; else as `group_at`.
-nlohmann::json optional_group(const nlohmann::json& owner, const char* key);
+Json optional_group(const Json& owner, const char* key);
 
 class CoolingGrid {
  public:
@@ -37,7 +42,7 @@ class CoolingGrid {
 
   /// Errors `UnknownFormat`: an axis or a variable is missing, does not ascend, has another number of values than the
   /// grid, or has a capacity or power that is none. The order of axes is the standard's, whatever that of the text.
-  explicit CoolingGrid(const nlohmann::json& cooling);
+  explicit CoolingGrid(const Json& cooling);
 
   const Axis& leaving() const { return *leaving_; }    // water of the evaporator
   const Axis& entering() const { return *entering_; }  // water or air of the condenser
@@ -54,8 +59,8 @@ class CoolingGrid {
   void note(NotCarriedOver& left) const;
 
  private:
-  void take_axes(const nlohmann::json& grid);
-  void take_values(const nlohmann::json& lookup);
+  void take_axes(const Json& grid);
+  void take_values(const Json& lookup);
   const Axis* find(std::string_view name) const;
   const Axis* in_use(std::string_view name) const;
 

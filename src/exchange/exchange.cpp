@@ -18,8 +18,6 @@
 namespace tarn {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 constexpr int kFormat = 1;  // of the text
 constexpr std::string_view kPreferences = "PRF_ProjectPrefs";
 constexpr std::string_view kReports = "RPT_ReportOptions";

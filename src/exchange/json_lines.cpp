@@ -6,12 +6,11 @@
 #include <set>
 #include <vector>
 
+#include "reflect/json_text.h"
 #include "tarn/base/error.h"
 
 namespace tarn {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 /// The line of the last character but one: the parser reads one character beyond a number before it reports the number.
 struct LineCounter {

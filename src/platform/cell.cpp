@@ -4,6 +4,12 @@
 
 namespace tarn {
 
+Cell::Cell(const Cell& other) = default;
+Cell::Cell(Cell&& other) noexcept = default;
+Cell& Cell::operator=(const Cell& other) = default;
+Cell& Cell::operator=(Cell&& other) noexcept = default;
+Cell::~Cell() = default;
+
 Cell cell(const Value& value) {
   switch (type_of(value)) {
     case ValueType::Empty:

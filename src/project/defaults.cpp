@@ -15,8 +15,6 @@ extern const char* const default_records;
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 const Json& table() {
   static const Json records = parse_json(default_records);
   return records;

@@ -13,8 +13,6 @@
 namespace tarn {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 /// The shortest decimal that reads back as the same 4-byte real, so that 0.78 is written 0.78.
 double shortest(float value) {
   char text[32];

@@ -2,30 +2,30 @@
 #pragma once
 
 #include <functional>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 
+#include "reflect/json_text.h"
 #include "tarn/reflect/members.h"
 
 namespace tarn {
 
 /// A value as JSON: 4-byte reals in their shortest form that reads back the same, NaN and infinities as texts.
-nlohmann::ordered_json to_json(const Value& value);
+Json to_json(const Value& value);
 /// Error `TypeMismatch` for what the type cannot hold.
-Value from_json(const nlohmann::ordered_json& json, ValueType type);
+Value from_json(const Json& json, ValueType type);
 
 /// A property's value, arrays nested with the first subscript outermost. Texts come without their padding; null is a
 /// text that was never written (NUL characters alone).
-nlohmann::ordered_json to_json(Object& object, const Member& property);
+Json to_json(Object& object, const Member& property);
 /// Appends a property's value as JSON text: what `to_json` gives, without the values in between.
 void write_json(std::string& out, Object& object, const Member& property);
 /// Adds all stored fields of an object to a JSON object, parts nested. A code of an enumeration is {"code", "text"}.
-void add_stored_fields(Object& object, nlohmann::ordered_json& json);
+void add_stored_fields(Object& object, Json& json);
 
 /// The field or the part that a key of an object's JSON names, null for neither.
 const Member* json_member(const ClassInfo& info, std::string_view key);
 /// Whether the JSON of an object has all of its fields, parts included.
-bool is_complete(const ClassInfo& info, const nlohmann::ordered_json& json);
+bool is_complete(const ClassInfo& info, const Json& json);
 /// How the fields of an object are set from JSON.
 struct FieldSetting {
   std::function<void(const std::string&)>
@@ -34,12 +34,12 @@ struct FieldSetting {
   std::string_view beside;                                              // a key of the object to leave alone
 };
 /// Sets the fields of an object and its parts that the JSON has.
-void set_fields_from_json(Object& object, const nlohmann::ordered_json& json, const FieldSetting& how = {});
+void set_fields_from_json(Object& object, const Json& json, const FieldSetting& how = {});
 
 /// Sets a property from JSON. A text that is too long, a number that does not fit and a wrong shape are refused, and
 /// the message names class, property and what is allowed; so is a value that cannot be, as `check_allowed` says.
-void set_from_json(Object& object, const Member& property, const nlohmann::ordered_json& json);
+void set_from_json(Object& object, const Member& property, const Json& json);
 /// As a client sets one element of an indexed property, or a plain property: by its rule, where it has one.
-void set_from_json(Object& object, const Member& property, Subscripts at, const nlohmann::ordered_json& json);
+void set_from_json(Object& object, const Member& property, Subscripts at, const Json& json);
 
 }  // namespace tarn

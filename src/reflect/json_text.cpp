@@ -4,8 +4,8 @@
 
 namespace tarn {
 
-nlohmann::ordered_json parse_json(std::string_view text) { return nlohmann::ordered_json::parse(text); }
+Json parse_json(std::string_view text) { return Json::parse(text); }
 
-std::string json_text(const nlohmann::ordered_json& json, int indent) { return json.dump(indent); }
+std::string json_text(const Json& json, int indent) { return json.dump(indent); }
 
 }  // namespace tarn

@@ -8,9 +8,12 @@
 
 namespace tarn {
 
+/// Members stand in the order of the text.
+using Json = nlohmann::ordered_json;
+
 /// Throws the library's `parse_error`, which tells the place.
-nlohmann::ordered_json parse_json(std::string_view text);
+Json parse_json(std::string_view text);
 /// On one line, or indented by `indent` blanks a level.
-std::string json_text(const nlohmann::ordered_json& json, int indent = -1);
+std::string json_text(const Json& json, int indent = -1);
 
 }  // namespace tarn

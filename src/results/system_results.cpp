@@ -1,13 +1,6 @@
 #include "tarn/system_results.h"
 
 namespace tarn {
-namespace {
-
-constexpr const char* kLoad = "Btu/hr";
-constexpr const char* kFlow = "CFM";
-
-}  // namespace
-
 std::string WithComponents::ComponentName(int component) const {
   if (component < 1 || component > kLoadComponents) subscript_out_of_range(component, kLoadComponents);
   return std::string(text_of(labels<ADL_LoadComponents>, component));
@@ -32,25 +25,26 @@ const ClassInfo& ADL_SSAir::info() const {
   using R = SystemSummaryRecord;
   static constexpr auto members = describe_block<ADL_SSAir>(
       property<&R::ClgPeakMonth>, property<&R::ClgPeakHour>, property<&R::ClgOutdoorDB>("F"),
-      property<&R::ClgOutdoorWB>("F"), property<&R::ClgCoilTotal>(kLoad), property<&R::ClgCoilSensible>(kLoad),
-      property<&R::ClgCoilAirflow>(kFlow), property<&R::ClgEnteringDB>("F"), property<&R::ClgEnteringWB>("F"),
+      property<&R::ClgOutdoorWB>("F"), property<&R::ClgCoilTotal>("Btu/hr"), property<&R::ClgCoilSensible>("Btu/hr"),
+      property<&R::ClgCoilAirflow>("CFM"), property<&R::ClgEnteringDB>("F"), property<&R::ClgEnteringWB>("F"),
       property<&R::ClgLeavingDB>("F"), property<&R::ClgLeavingWB>("F"), property<&R::ClgSensibleHeatRatio>,
       property<&R::ClgBypassFactor>, property<&R::ClgResultingRH>("%"), property<&R::ClgWaterFlow>("gpm"),
       property<&R::ClgWaterRise>("F"), property<&R::ClgAreaPerTon>("ft2/ton"),
       property<&R::ClgLoadPerArea>("Btu/(hr.ft2)"), property<&R::ClgAirflowPerArea>("CFM/ft2"),
       property<&R::ClgAirflowPerTon>("CFM/ton"), property<&R::HtgOutdoorDB>("F"), property<&R::HtgOutdoorWB>("F"),
-      property<&R::HtgCoilLoad>(kLoad), property<&R::HtgCoilAirflow>(kFlow), property<&R::HtgEnteringDB>("F"),
+      property<&R::HtgCoilLoad>("Btu/hr"), property<&R::HtgCoilAirflow>("CFM"), property<&R::HtgEnteringDB>("F"),
       property<&R::HtgLeavingDB>("F"), property<&R::HtgWaterFlow>("gpm"), property<&R::HtgWaterDrop>("F"),
-      property<&R::HtgLoadPerArea>("Btu/(hr.ft2)"), property<&R::PrecoolTotal>(kLoad),
-      property<&R::PrecoolSensible>(kLoad), property<&R::PrecoolAirflow>(kFlow), property<&R::PrecoolEnteringDB>("F"),
-      property<&R::PrecoolLeavingDB>("F"), property<&R::PrecoolWaterFlow>("gpm"), property<&R::PreheatLoad>(kLoad),
-      property<&R::PreheatAirflow>(kFlow), property<&R::PreheatEnteringDB>("F"), property<&R::PreheatLeavingDB>("F"),
-      property<&R::PreheatWaterFlow>("gpm"), property<&R::HumidifierLoad>(kLoad), property<&R::HumidifierFlow>("lb/hr"),
-      property<&R::SupplyFanAirflow>(kFlow), property<&R::SupplyFanStandardAirflow>(kFlow),
+      property<&R::HtgLoadPerArea>("Btu/(hr.ft2)"), property<&R::PrecoolTotal>("Btu/hr"),
+      property<&R::PrecoolSensible>("Btu/hr"), property<&R::PrecoolAirflow>("CFM"),
+      property<&R::PrecoolEnteringDB>("F"), property<&R::PrecoolLeavingDB>("F"), property<&R::PrecoolWaterFlow>("gpm"),
+      property<&R::PreheatLoad>("Btu/hr"), property<&R::PreheatAirflow>("CFM"), property<&R::PreheatEnteringDB>("F"),
+      property<&R::PreheatLeavingDB>("F"), property<&R::PreheatWaterFlow>("gpm"),
+      property<&R::HumidifierLoad>("Btu/hr"), property<&R::HumidifierFlow>("lb/hr"),
+      property<&R::SupplyFanAirflow>("CFM"), property<&R::SupplyFanStandardAirflow>("CFM"),
       property<&R::SupplyFanBHP>("bhp"), property<&R::SupplyFanPower>("kW"), property<&R::SupplyFanStatic>("in. wg"),
-      property<&R::ReturnFanAirflow>(kFlow), property<&R::ReturnFanStandardAirflow>(kFlow),
+      property<&R::ReturnFanAirflow>("CFM"), property<&R::ReturnFanStandardAirflow>("CFM"),
       property<&R::ReturnFanBHP>("bhp"), property<&R::ReturnFanPower>("kW"), property<&R::ReturnFanStatic>("in. wg"),
-      property<&R::VentAirflow>(kFlow), property<&R::VentPerArea>("CFM/ft2"), property<&R::VentPerPerson>("CFM/person"),
+      property<&R::VentAirflow>("CFM"), property<&R::VentPerArea>("CFM/ft2"), property<&R::VentPerPerson>("CFM/person"),
       property<&R::FloorArea>("ft2"), property<&R::People>("people"));
   static const ClassInfo info(members);
   return info;
@@ -59,15 +53,16 @@ const ClassInfo& ADL_SSAir::info() const {
 const ClassInfo& ADL_DLAir::info() const {
   using C = ADL_DLAir;
   using R = SystemLoadsRecord;
-  static constexpr auto members = describe_block<C>(
-      property<&R::ClgPeakMonth>, property<&R::ClgPeakHour>, property<&R::ClgOutdoorDB>("F"),
-      property<&R::ClgOutdoorWB>("F"), property<&R::ClgDetail>, property<&R::ClgSensible>(kLoad),
-      property<&R::ClgLatent>(kLoad), property<&R::ClgTotalSensible>(kLoad), property<&R::ClgTotalLatent>(kLoad),
-      property<&R::ClgCoilSensible>(kLoad), property<&R::ClgCoilLatent>(kLoad), property<&R::HtgOutdoorDB>("F"),
-      property<&R::HtgOutdoorWB>("F"), property<&R::HtgDetail>, property<&R::HtgSensible>(kLoad),
-      property<&R::HtgLatent>(kLoad), property<&R::HtgTotalSensible>(kLoad), property<&R::HtgTotalLatent>(kLoad),
-      property<&R::HtgCoilSensible>(kLoad), property<&R::HtgCoilLatent>(kLoad),
-      looked_up<&C::ComponentName, kLoadComponents>);
+  static constexpr auto members =
+      describe_block<C>(property<&R::ClgPeakMonth>, property<&R::ClgPeakHour>, property<&R::ClgOutdoorDB>("F"),
+                        property<&R::ClgOutdoorWB>("F"), property<&R::ClgDetail>, property<&R::ClgSensible>("Btu/hr"),
+                        property<&R::ClgLatent>("Btu/hr"), property<&R::ClgTotalSensible>("Btu/hr"),
+                        property<&R::ClgTotalLatent>("Btu/hr"), property<&R::ClgCoilSensible>("Btu/hr"),
+                        property<&R::ClgCoilLatent>("Btu/hr"), property<&R::HtgOutdoorDB>("F"),
+                        property<&R::HtgOutdoorWB>("F"), property<&R::HtgDetail>, property<&R::HtgSensible>("Btu/hr"),
+                        property<&R::HtgLatent>("Btu/hr"), property<&R::HtgTotalSensible>("Btu/hr"),
+                        property<&R::HtgTotalLatent>("Btu/hr"), property<&R::HtgCoilSensible>("Btu/hr"),
+                        property<&R::HtgCoilLatent>("Btu/hr"), looked_up<&C::ComponentName, kLoadComponents>);
   static const ClassInfo info(members);
   return info;
 }
@@ -75,9 +70,9 @@ const ClassInfo& ADL_DLAir::info() const {
 const ClassInfo& ADL_HourlyAirData::info() const {
   using R = HourlyAirRecord;
   static constexpr auto members = describe_block<ADL_HourlyAirData>(
-      property<&R::CentCoolTot>(kLoad), property<&R::CentCoolSens>(kLoad), property<&R::CentHeat>(kLoad),
-      property<&R::PreCool>(kLoad), property<&R::PreHeat>(kLoad), property<&R::TermCool>(kLoad),
-      property<&R::TermHeat>(kLoad), property<&R::ZoneHeat>(kLoad), property<&R::AirFlow>(kFlow));
+      property<&R::CentCoolTot>("Btu/hr"), property<&R::CentCoolSens>("Btu/hr"), property<&R::CentHeat>("Btu/hr"),
+      property<&R::PreCool>("Btu/hr"), property<&R::PreHeat>("Btu/hr"), property<&R::TermCool>("Btu/hr"),
+      property<&R::TermHeat>("Btu/hr"), property<&R::ZoneHeat>("Btu/hr"), property<&R::AirFlow>("CFM"));
   static const ClassInfo info(members);
   return info;
 }
@@ -99,12 +94,13 @@ const ClassInfo& ADL_HLAir::info() const {
   using C = ADL_HLAir;
   using R = HourlyAirRecord;
   constexpr auto kHours = &HourlyAirTable::Hours;
-  static constexpr auto members = describe_block<C>(
-      method<&C::HourlyAir>("nMonth", "nHour"), method<&C::LowerBound>("nDimension"),
-      method<&C::UpperBound>("nDimension"), column<kHours, &R::CentCoolTot>(kLoad),
-      column<kHours, &R::CentCoolSens>(kLoad), column<kHours, &R::CentHeat>(kLoad), column<kHours, &R::PreCool>(kLoad),
-      column<kHours, &R::PreHeat>(kLoad), column<kHours, &R::TermCool>(kLoad), column<kHours, &R::TermHeat>(kLoad),
-      column<kHours, &R::ZoneHeat>(kLoad), column<kHours, &R::AirFlow>(kFlow));
+  static constexpr auto members =
+      describe_block<C>(method<&C::HourlyAir>("nMonth", "nHour"), method<&C::LowerBound>("nDimension"),
+                        method<&C::UpperBound>("nDimension"), column<kHours, &R::CentCoolTot>("Btu/hr"),
+                        column<kHours, &R::CentCoolSens>("Btu/hr"), column<kHours, &R::CentHeat>("Btu/hr"),
+                        column<kHours, &R::PreCool>("Btu/hr"), column<kHours, &R::PreHeat>("Btu/hr"),
+                        column<kHours, &R::TermCool>("Btu/hr"), column<kHours, &R::TermHeat>("Btu/hr"),
+                        column<kHours, &R::ZoneHeat>("Btu/hr"), column<kHours, &R::AirFlow>("CFM"));
   static const ClassInfo info(members);
   return info;
 }
@@ -117,8 +113,8 @@ std::string ADL_SysPsychro::PointName(int point) const {
 const ClassInfo& ADL_SysPsychro::info() const {
   using R = PsychroRecord;
   static constexpr auto members = describe_block<ADL_SysPsychro>(
-      property<&R::DryBulb>("F"), property<&R::HumidityRatio>("lb/lb"), property<&R::Airflow>(kFlow),
-      property<&R::SensibleChange>(kLoad), property<&R::LatentChange>(kLoad),
+      property<&R::DryBulb>("F"), property<&R::HumidityRatio>("lb/lb"), property<&R::Airflow>("CFM"),
+      property<&R::SensibleChange>("Btu/hr"), property<&R::LatentChange>("Btu/hr"),
       looked_up<&ADL_SysPsychro::PointName, kAirPoints>);
   static const ClassInfo info(members);
   return info;
@@ -135,8 +131,8 @@ const ClassInfo& ADL_SPAir::info() const {
   constexpr auto kHours = &PsychroTable::Hours;
   static constexpr auto members =
       describe_block<C>(method<&C::SPAirClg>("nMonth", "nHour"), owned<&C::SPAirHtg>, column<kHours, &R::DryBulb>("F"),
-                        column<kHours, &R::HumidityRatio>("lb/lb"), column<kHours, &R::Airflow>(kFlow),
-                        column<kHours, &R::SensibleChange>(kLoad), column<kHours, &R::LatentChange>(kLoad));
+                        column<kHours, &R::HumidityRatio>("lb/lb"), column<kHours, &R::Airflow>("CFM"),
+                        column<kHours, &R::SensibleChange>("Btu/hr"), column<kHours, &R::LatentChange>("Btu/hr"));
   static const ClassInfo info(members);
   return info;
 }

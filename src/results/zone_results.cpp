@@ -1,27 +1,21 @@
 #include "tarn/zone_results.h"
 
 namespace tarn {
-namespace {
-
-constexpr const char* kLoad = "Btu/hr";
-constexpr const char* kFlow = "CFM";
-
-}  // namespace
-
 const ClassInfo& ADL_TerminalSizing::info() const {
   using R = TerminalSizingRecord;
   static constexpr auto members = describe_block<ADL_TerminalSizing>(
-      property<&R::PeakMonth>, property<&R::PeakHour>, property<&R::PeakSensible>(kLoad),
-      property<&R::PeakTotal>(kLoad), property<&R::HeatingLoad>(kLoad), property<&R::DesignAirflow>(kFlow),
-      property<&R::MinAirflow>(kFlow), property<&R::AirflowPerArea>("CFM/ft2"), property<&R::VentAirflow>(kFlow),
+      property<&R::PeakMonth>, property<&R::PeakHour>, property<&R::PeakSensible>("Btu/hr"),
+      property<&R::PeakTotal>("Btu/hr"), property<&R::HeatingLoad>("Btu/hr"), property<&R::DesignAirflow>("CFM"),
+      property<&R::MinAirflow>("CFM"), property<&R::AirflowPerArea>("CFM/ft2"), property<&R::VentAirflow>("CFM"),
       property<&R::FloorArea>("ft2"), property<&R::People>("people"), property<&R::TermType>,
-      property<&R::ReheatCoilLoad>(kLoad), property<&R::ReheatCoilFlow>("gpm"), property<&R::CoolCoilTotal>(kLoad),
-      property<&R::CoolCoilSensible>(kLoad), property<&R::CoolCoilFlow>("gpm"), property<&R::CoolCoilEnteringDB>("F"),
-      property<&R::CoolCoilEnteringWB>("F"), property<&R::CoolCoilLeavingDB>("F"), property<&R::CoolCoilLeavingWB>("F"),
-      property<&R::HeatCoilLoad>(kLoad), property<&R::HeatCoilFlow>("gpm"), property<&R::HeatCoilEnteringDB>("F"),
-      property<&R::HeatCoilLeavingDB>("F"), property<&R::TermFanAirflow>(kFlow), property<&R::TermFanBHP>("bhp"),
-      property<&R::TermFanPower>("kW"), property<&R::HeatUnitType>, property<&R::HeatUnitLoad>(kLoad),
-      property<&R::HeatUnitFlow>("gpm"), property<&R::HeatUnitFanAirflow>(kFlow));
+      property<&R::ReheatCoilLoad>("Btu/hr"), property<&R::ReheatCoilFlow>("gpm"),
+      property<&R::CoolCoilTotal>("Btu/hr"), property<&R::CoolCoilSensible>("Btu/hr"),
+      property<&R::CoolCoilFlow>("gpm"), property<&R::CoolCoilEnteringDB>("F"), property<&R::CoolCoilEnteringWB>("F"),
+      property<&R::CoolCoilLeavingDB>("F"), property<&R::CoolCoilLeavingWB>("F"), property<&R::HeatCoilLoad>("Btu/hr"),
+      property<&R::HeatCoilFlow>("gpm"), property<&R::HeatCoilEnteringDB>("F"), property<&R::HeatCoilLeavingDB>("F"),
+      property<&R::TermFanAirflow>("CFM"), property<&R::TermFanBHP>("bhp"), property<&R::TermFanPower>("kW"),
+      property<&R::HeatUnitType>, property<&R::HeatUnitLoad>("Btu/hr"), property<&R::HeatUnitFlow>("gpm"),
+      property<&R::HeatUnitFanAirflow>("CFM"));
   static const ClassInfo info(members);
   return info;
 }
@@ -36,8 +30,8 @@ const ClassInfo& ADL_HourlyZoneData::info() const {
   using R = ZoneHourRecord;
   static constexpr auto members = describe_block<ADL_HourlyZoneData>(
       property<&R::OutdoorDB>("F"), property<&R::ZoneDB>("F"), property<&R::ZoneRH>("%"),
-      property<&R::ZoneSensible>(kLoad), property<&R::ZoneConditioning>(kLoad), property<&R::TermCool>(kLoad),
-      property<&R::TermHeat>(kLoad), property<&R::ZoneHeat>(kLoad), property<&R::AirFlow>(kFlow));
+      property<&R::ZoneSensible>("Btu/hr"), property<&R::ZoneConditioning>("Btu/hr"), property<&R::TermCool>("Btu/hr"),
+      property<&R::TermHeat>("Btu/hr"), property<&R::ZoneHeat>("Btu/hr"), property<&R::AirFlow>("CFM"));
   static const ClassInfo info(members);
   return info;
 }
@@ -53,9 +47,10 @@ const ClassInfo& ADL_HLZone::info() const {
   constexpr auto kHours = &ZoneHourTable::Hours;
   static constexpr auto members = describe_block<C>(
       method<&C::HLZoneClg>("nMonth", "nHour"), owned<&C::HLZoneHtg>, column<kHours, &R::OutdoorDB>("F"),
-      column<kHours, &R::ZoneDB>("F"), column<kHours, &R::ZoneRH>("%"), column<kHours, &R::ZoneSensible>(kLoad),
-      column<kHours, &R::ZoneConditioning>(kLoad), column<kHours, &R::TermCool>(kLoad),
-      column<kHours, &R::TermHeat>(kLoad), column<kHours, &R::ZoneHeat>(kLoad), column<kHours, &R::AirFlow>(kFlow));
+      column<kHours, &R::ZoneDB>("F"), column<kHours, &R::ZoneRH>("%"), column<kHours, &R::ZoneSensible>("Btu/hr"),
+      column<kHours, &R::ZoneConditioning>("Btu/hr"), column<kHours, &R::TermCool>("Btu/hr"),
+      column<kHours, &R::TermHeat>("Btu/hr"), column<kHours, &R::ZoneHeat>("Btu/hr"),
+      column<kHours, &R::AirFlow>("CFM"));
   static const ClassInfo info(members);
   return info;
 }
@@ -65,8 +60,8 @@ namespace {
 template <typename C>
 consteval auto describe_zone_loads() {
   using R = ZoneLoadsRecord;
-  return describe_block<C>(property<&R::Sensible>(kLoad), property<&R::Latent>(kLoad),
-                           property<&R::TotalSensible>(kLoad), property<&R::TotalLatent>(kLoad),
+  return describe_block<C>(property<&R::Sensible>("Btu/hr"), property<&R::Latent>("Btu/hr"),
+                           property<&R::TotalSensible>("Btu/hr"), property<&R::TotalLatent>("Btu/hr"),
                            looked_up<&C::ComponentName, kLoadComponents>);
 }
 
@@ -101,10 +96,10 @@ const ClassInfo& ADL_SpaceLoads::info() const {
   using R = SpaceLoadsRecord;
   static constexpr auto members = describe_block<C>(
       property<&R::SpaceID>, property<&R::Name>.trimmed(), property<&R::Multiplier>, property<&R::FloorArea>("ft2"),
-      property<&R::People>("people"), property<&R::Airflow>(kFlow), property<&R::PeakMonth>, property<&R::PeakHour>,
-      property<&R::ClgDetail>, property<&R::ClgSensible>(kLoad), property<&R::ClgLatent>(kLoad),
-      property<&R::HtgDetail>, property<&R::HtgLoad>(kLoad), property<&R::ClgTotalSensible>(kLoad),
-      property<&R::ClgTotalLatent>(kLoad), property<&R::HtgTotal>(kLoad),
+      property<&R::People>("people"), property<&R::Airflow>("CFM"), property<&R::PeakMonth>, property<&R::PeakHour>,
+      property<&R::ClgDetail>, property<&R::ClgSensible>("Btu/hr"), property<&R::ClgLatent>("Btu/hr"),
+      property<&R::HtgDetail>, property<&R::HtgLoad>("Btu/hr"), property<&R::ClgTotalSensible>("Btu/hr"),
+      property<&R::ClgTotalLatent>("Btu/hr"), property<&R::HtgTotal>("Btu/hr"),
       looked_up<&C::ComponentName, kLoadComponents>);
   static const ClassInfo info(members);
   return info;
@@ -146,9 +141,9 @@ const ClassInfo& ADL_DLZone::info() const {
   constexpr auto kHours = &ZoneLoadsTable::Hours;
   static constexpr auto members =
       describe_block<C>(method<&C::CoolingLoads>("nMonth", "nHour"), owned<&C::HeatingLoads>, owned<&C::LoadDetails>,
-                        property<&C::DLSpaces>, method<&C::DLSpace>("nIndex"), column<kHours, &R::Sensible>(kLoad),
-                        column<kHours, &R::Latent>(kLoad), column<kHours, &R::TotalSensible>(kLoad),
-                        column<kHours, &R::TotalLatent>(kLoad));
+                        property<&C::DLSpaces>, method<&C::DLSpace>("nIndex"), column<kHours, &R::Sensible>("Btu/hr"),
+                        column<kHours, &R::Latent>("Btu/hr"), column<kHours, &R::TotalSensible>("Btu/hr"),
+                        column<kHours, &R::TotalLatent>("Btu/hr"));
   static const ClassInfo info(members);
   return info;
 }

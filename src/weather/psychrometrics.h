@@ -4,7 +4,7 @@
 namespace tarn {
 
 inline constexpr double kKelvinAtZeroCelsius = 273.15;
-inline constexpr double kPascalsPerPsi = 6894.757293;
+inline constexpr double kPascalsPerPsi = 6894.757293, kFeetPerMetre = 1 / 0.3048;
 
 constexpr double fahrenheit(double celsius) { return celsius * 1.8 + 32; }
 constexpr double celsius(double fahrenheit) { return (fahrenheit - 32) / 1.8; }

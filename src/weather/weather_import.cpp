@@ -14,7 +14,6 @@
 namespace tarn {
 namespace {
 
-constexpr double kFeetPerMetre = 1 / 0.3048;
 constexpr double kBtuPerHourSquareFoot = 3.412141633 * 0.3048 * 0.3048;  // of 1 W/m2, Btu of the International Table
 constexpr uint64_t kLargestFile = 64 << 20;
 

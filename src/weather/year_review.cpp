@@ -144,7 +144,7 @@ std::string humidity(double value) { return decimal_text(value, 5) + " lb/lb"; }
 std::string solar(double value) { return decimal_text(value, 1) + " Btu/(hr.ft2)"; }
 
 double saturated(const Hour& h) {
-  constexpr double kFeetPerMetre = 1 / 0.3048, kTolerance = 1.05, kSteps = 0.00005;
+  constexpr double kTolerance = 1.05, kSteps = 0.00005;
   const double pressure = standard_pressure(h.year.Elevation / kFeetPerMetre);
   return specific_humidity(saturation_pressure(celsius(h.db)), pressure) * kTolerance + kSteps;
 }

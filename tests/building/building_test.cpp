@@ -13,16 +13,9 @@
 namespace tarn {
 namespace {
 
-constexpr size_t kEnds[]{65, 1707, 32'975, 313'295};
+using test::what_of;
 
-std::string what_of(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const Error& error) {
-    return error.what();
-  }
-  return "no error";
-}
+constexpr size_t kEnds[]{65, 1707, 32'975, 313'295};
 
 class BuildingTest : public test::ProjectTest {
  protected:

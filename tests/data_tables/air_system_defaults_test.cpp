@@ -8,8 +8,6 @@
 namespace tarn {
 namespace {
 
-using test::Json;
-
 void compare_system(test::Comparison& comparison, const std::string& title, const Json& components, Object& system) {
   for (const auto& [accessor, properties] : components.items()) {
     const ObjectPtr component = test::object_of(system, accessor);

@@ -17,8 +17,6 @@
 namespace tarn {
 namespace {
 
-using test::Json;
-
 /// The description of the error that an action throws; empty for none.
 std::string said_by(const std::function<void()>& action) {
   try {

@@ -14,8 +14,6 @@
 namespace tarn {
 namespace {
 
-using test::Json;
-
 bool states(const Json& row, const std::string& key) { return row.contains(key) && !row[key].is_null(); }
 
 std::string name_of(ValueType type) {

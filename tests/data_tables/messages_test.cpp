@@ -10,8 +10,6 @@
 namespace tarn {
 namespace {
 
-using test::Json;
-
 class Messages : public test::ProjectTest {
  protected:
   using Actions = std::map<std::string, std::function<void()>>;

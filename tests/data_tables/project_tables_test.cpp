@@ -13,8 +13,6 @@
 namespace tarn {
 namespace {
 
-using test::Json;
-
 class ProjectTables : public test::ProjectTest {
  protected:
   std::string text_of(Object& object, const std::string& property) {

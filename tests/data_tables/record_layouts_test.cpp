@@ -14,8 +14,6 @@
 namespace tarn {
 namespace {
 
-using test::Json;
-
 template <typename T>
 std::string bytes_of_number(T value) {
   std::string bytes(sizeof value, '\0');

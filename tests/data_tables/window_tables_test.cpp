@@ -12,8 +12,6 @@
 namespace tarn {
 namespace {
 
-using test::Json;
-
 /// Panes of one resistance each, transparent unless their solar properties are given.
 struct Panes {
   std::vector<int> types = {};

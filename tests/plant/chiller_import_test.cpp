@@ -9,8 +9,6 @@
 
 namespace tarn {
 namespace {
-
-using Json = nlohmann::ordered_json;
 using test::bytes, test::kOwn, test::kMode;
 using ChillerImportTest = test::ChillerTest;
 

@@ -9,15 +9,6 @@
 
 namespace tarn::test {
 
-inline std::string what_of(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const Error& error) {
-    return error.what();
-  }
-  return "no error";
-}
-
 class PlantCase : public ProjectTest {
  protected:
   void SetUp() override {

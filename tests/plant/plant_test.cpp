@@ -2,6 +2,7 @@
 
 #include "plant/plant_case.h"
 #include "project/defaults.h"
+#include "tarn/air_system.h"
 #include "tarn/exchange.h"
 
 namespace tarn {
@@ -103,6 +104,19 @@ TEST_F(PlantTest, WhatWasDeletedIsKnownAlsoAfterSavesInParts) {
   EXPECT_EQ(links(1), "systems 1 3; library 10 1; library 20 2; chillers 1; boilers 2; towers 1 3; schedules 1 2 3");
   EXPECT_EQ(count("Plant_Equipment_Links WHERE Plant_ID = 1"), 2) << "strays and doubles are gone";
   EXPECT_EQ(plant->Details.CoolingEqpt.NumEquipment(), 1);
+}
+
+TEST_F(PlantTest, ASaveInPartsSettlesOnlyItsOwnDeletions) {
+  add_library();
+  full_plant()->Save(CCM_ALL);
+  project.NewAirSystem()->Delete(1);
+  project.NewChiller()->Delete(2);
+  project.NewChiller()->Save();  // under index 2 again
+  auto plant = project.NewPlant();
+  plant->Load(CCM_SYSTEM_SELECT, 1);
+  plant->Save(CCM_SYSTEM_SELECT);
+  EXPECT_EQ(loaded(1)->Details.CoolingEqpt.NumEquipment(), 1) << "the new chiller is not the old one";
+  EXPECT_NE(log.messages.back().find("Chiller 2 was deleted"), std::string::npos) << log.messages.back();
 }
 
 TEST_F(PlantTest, ReferencesWithoutALinkRowAreDroppedAndListsCloseUp) {

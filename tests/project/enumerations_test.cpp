@@ -21,7 +21,7 @@ Lines by_code(Lines lines) {
 }
 
 TEST(Enumerations, HaveTheCodesNamesAndTextsOfTheInterface) {
-  const test::Json& expected = test::expected_data("enumerations.json");
+  const Json& expected = test::expected_data("enumerations.json");
   EXPECT_EQ(expected.size(), 92u);
   for (const auto& [name, rows] : expected.items()) {
     const Enumeration* found = find_enumeration(name);

@@ -15,8 +15,6 @@
 namespace tarn::test {
 
 /// Objects keep the order of the file.
-using Json = nlohmann::ordered_json;
-
 /// A file of tests/data without its note; read once.
 const Json& expected_data(const std::string& file);
 

@@ -200,6 +200,16 @@ int error_number(F action) {
   }
 }
 
+/// The text of the error that an action throws.
+inline std::string what_of(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Error& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
 /// "Name@offset+size ..." of the stored members, in interface order.
 inline std::string layout(const ClassInfo& info) {
   std::string text;

@@ -9,8 +9,17 @@
 
 namespace tarn {
 
-/// One column's value in a row.
-using Cell = std::variant<std::monostate, int64_t, double, std::string>;
+/// One column's value in a row. How it is copied and destroyed is compiled once.
+struct Cell : std::variant<std::monostate, int64_t, double, std::string> {
+  using variant::variant;
+  using variant::operator=;
+  Cell() noexcept = default;
+  Cell(const Cell& other);
+  Cell(Cell&& other) noexcept;
+  Cell& operator=(const Cell& other);
+  Cell& operator=(Cell&& other) noexcept;
+  ~Cell();
+};
 
 /// Booleans are -1 and 0, as in the files.
 inline Cell cell(bool value) { return int64_t{value ? -1 : 0}; }

@@ -68,6 +68,11 @@ struct EventSource {
 };
 
 struct Member {
+  using Form = std::variant<RecordField, Accessor, OwnedPart, Method, EventSource>;
+
+  Member() = default;
+  constexpr explicit Member(const Form& what) : form(what) {}
+
   std::string_view name;
   std::string_view unit;          // "ft"; empty where the value has none or the name says it
   std::string_view stored_unit;   // of a converted field, in the record
@@ -88,7 +93,7 @@ struct Member {
   bool in_row = false;        // kept in the index row alone
   bool labels_vary = false;   // with the object, by `labels_for`
   bool reserved = false;      // stored, and no member of the interface
-  std::variant<RecordField, Accessor, OwnedPart, Method, EventSource> form;
+  Form form;
 
   /// The record's field that the member is or shows; null for others.
   const RecordField* field() const;

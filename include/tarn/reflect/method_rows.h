@@ -53,17 +53,16 @@ constexpr Parameter parameter() {
 
 template <auto P>
 constexpr MethodRow method_row() {
-  MethodRow row;
-  row.name = member_name<P>();
-  row.kind = MemberKind::Method;
-  row.type = value_type<ResultOf<P>>();
   Method method;
   method.call = call_member<P>;
   [&]<typename... A>(std::type_identity<std::tuple<A...>>) {
     method.parameters = {parameter<A>()...};
     method.parameter_count = sizeof...(A);
   }(std::type_identity<typename SignatureOf<P>::List>());
-  row.form = method;
+  MethodRow row{Member(method)};
+  row.name = member_name<P>();
+  row.kind = MemberKind::Method;
+  row.type = value_type<ResultOf<P>>();
   return row;
 }
 
@@ -121,22 +120,22 @@ Object& part_by(Object& o, int number) {
 template <auto P, int Number, auto Count = nullptr, auto Resize = nullptr>
 constexpr PartRow part_row() {
   using Part = typename is_pointer<typename SignatureOf<P>::Result>::Target;
-  PartRow row;
-  row.name = member_name<P>();
-  row.kind = MemberKind::Method;
-  row.type = ValueType::Object;
   OwnedPart owned;
   set_class<Part>(owned);
   owned.of = part_by<P>;
   owned.hand_out = hand_out<P>;
   owned.fixed = Number;
-  owned.name = row.name.substr(row.name.starts_with("Get") ? 3 : 0);
+  constexpr std::string_view name = member_name<P>();
+  owned.name = name.substr(name.starts_with("Get") ? 3 : 0);
   if constexpr (std::tuple_size_v<typename SignatureOf<P>::List> == 1) {
     owned.numbered = true;
     owned.number = parameter<std::tuple_element_t<0, typename SignatureOf<P>::List>>();
   }
   let_change<Count, Resize>(owned);
-  row.form = owned;
+  PartRow row{Member(owned)};
+  row.name = name;
+  row.kind = MemberKind::Method;
+  row.type = ValueType::Object;
   return row;
 }
 
@@ -160,17 +159,12 @@ ObjectPtr hand_out_owned(Object& o, int number) {
 template <auto P, auto Count, auto Resize>
 constexpr Member owned_row() {
   using Type = TypeOf<P>;
-  Member row;
-  row.name = member_name<P>();
-  row.type = ValueType::Object;
-  row.read_only = true;
   OwnedPart owned;
   owned.of = owned_part<P>;
   owned.hand_out = hand_out_owned<P>;
-  owned.name = row.name;
+  owned.name = member_name<P>();
   owned.fixed = 1;
   if constexpr (requires { Type::count; }) {
-    row.bounds = Type::bounds;
     owned.numbered = true;
     owned.fixed = Type::count;
     set_class<typename Type::Part>(owned);
@@ -178,7 +172,11 @@ constexpr Member owned_row() {
     set_class<Type>(owned);
   }
   let_change<Count, Resize>(owned);
-  row.form = owned;
+  Member row(owned);
+  row.name = owned.name;
+  row.type = ValueType::Object;
+  row.read_only = true;
+  if constexpr (requires { Type::count; }) row.bounds = Type::bounds;
   return row;
 }
 
@@ -196,10 +194,9 @@ void listen_to(Object& o, Listener listener) {
 }
 template <auto P>
 constexpr EventRow event_row() {
-  EventRow row;
+  EventRow row{Member(EventSource{listen_to<P>, {{}, ValueType::Boolean, false, true, true}})};
   row.name = member_name<P>();
   row.kind = MemberKind::Event;
-  row.form = EventSource{listen_to<P>, {{}, ValueType::Boolean, false, true, true}};
   return row;
 }
 

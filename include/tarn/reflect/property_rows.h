@@ -64,12 +64,11 @@ constexpr PropertyRow typed_field() {
     field.steps[d] = step;
     step *= static_cast<uint32_t>(Shape<T>::bounds[d].size());
   }
-  Member row;
+  Member row(field);
   row.type = value_type(field.wire);
   row.bounds = Shape<T>::bounds;
   if constexpr (requires { requires std::is_enum_v<typename Element::Native>; })
     row.labels = labels<typename Element::Native>;
-  row.form = field;
   return {row};
 }
 
@@ -185,12 +184,11 @@ template <auto Get, auto Let = nullptr>
 constexpr PropertyRow accessor_row() {
   Accessor accessor{get_computed<Get>, nullptr, {}};
   if constexpr (!std::is_null_pointer_v<decltype(Let)>) accessor.let = let_by<Let, ResultOf<Get>>;
-  Member row;
+  Member row(accessor);
   row.name = member_name<Get>();
   row.type = value_type<ResultOf<Get>>();
   if constexpr (std::is_enum_v<ResultOf<Get>>) row.labels = labels<ResultOf<Get>>;
   row.read_only = std::is_null_pointer_v<decltype(Let)>;
-  row.form = accessor;
   return {row};
 }
 
@@ -201,11 +199,10 @@ constexpr PropertyRow property_row() {
   } else if constexpr (requires { typename Shape<TypeOf<Get>>::Element::Native; }) {
     return field_row<Get>();
   } else {
-    Member row;
+    Member row(Accessor{get_public<Get>, let_public<Get>, {}});
     row.name = member_name<Get>();
     row.type = value_type<TypeOf<Get>>();
     if constexpr (std::is_enum_v<TypeOf<Get>>) row.labels = labels<TypeOf<Get>>;
-    row.form = Accessor{get_public<Get>, let_public<Get>, {}};
     return {row};
   }
 }
@@ -229,12 +226,11 @@ void get_looked_up(const Object& o, Subscripts at, Value& out) {
 }
 template <auto Get, Bounds... D>
 constexpr Member looked_up_row() {
-  Member row;
+  Member row(Accessor{get_looked_up<Get>, nullptr, {}});
   row.name = member_name<Get>();
   row.type = value_type<ResultOf<Get>>();
   row.bounds = looked_up_bounds<Get, D...>;
   row.read_only = true;
-  row.form = Accessor{get_looked_up<Get>, nullptr, {}};
   return row;
 }
 

@@ -15,6 +15,13 @@ namespace tarn {
 
 /// A property; what refines it gives a copy, under the name of what it sets.
 struct PropertyRow : Member {
+  template <typename F>
+  constexpr PropertyRow with(F change) const {
+    PropertyRow copy = *this;
+    change(copy);
+    return copy;
+  }
+
   using Target = std::string_view (*)(const Object&, size_t element);
 
   constexpr PropertyRow operator()(std::string_view text) const {
@@ -63,14 +70,6 @@ struct PropertyRow : Member {
       m.refers_to = kinds;
       m.refers_by = by;
     });
-  }
-
- private:
-  template <typename F>
-  constexpr PropertyRow with(F change) const {
-    PropertyRow copy = *this;
-    change(copy);
-    return copy;
   }
 };
 

@@ -16,8 +16,6 @@
 namespace {
 
 using namespace tarn;
-using Json = nlohmann::ordered_json;
-
 constexpr double kKWPerTon = 3.516853, kMBHPerTon = 12;
 
 Json table(const std::filesystem::path& path) {
