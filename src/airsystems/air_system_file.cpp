@@ -124,7 +124,7 @@ void AS_AirSystem::keep_design_results() {
     Text<32> SystemName;
   } begin;
   const std::span<std::byte> bytes = record_bytes(begin);
-  files().read(path, 0, bytes, OpenMode::Read);
+  files().read(path, 0, bytes);
   const std::string before = row.Fields("szName").text(), now = stored_name();
   if (before == now || begin.SystemName.trimmed() != before) return;
   begin.SystemName = now;

@@ -114,7 +114,7 @@ bool on_disk(const std::string& file) { return files().size(file) > 0; }
 }  // namespace
 
 std::string export_project(COM_ProjectData& project, const std::set<std::string>& groups, const Progress& progress) {
-  Transaction reading;
+  Transaction reading(Transaction::Purpose::Reading);
   std::string out = "{\"tarn\": " + std::to_string(kFormat);
   const auto section = [&out](std::string_view name) { ((out += ",\n\"") += name) += "\": "; };
   size_t done = 0;

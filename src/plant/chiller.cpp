@@ -98,7 +98,7 @@ void CHL_Chiller::CreateDefaultByType(int16_t nChillerType, const std::string& s
     fail(ErrorNumber::InvalidCall, sDefaultsFile + " has no chiller type " + std::to_string(nChillerType) +
                                        "; its types are 1 to " + std::to_string(last) + ".");
   }
-  files().read(sDefaultsFile, static_cast<uint64_t>(nChillerType - 1) * bytes.size(), bytes, OpenMode::Read);
+  files().read(sDefaultsFile, static_cast<uint64_t>(nChillerType - 1) * bytes.size(), bytes);
   set_record(bytes);
 }
 

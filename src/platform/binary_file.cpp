@@ -50,7 +50,7 @@ int16_t BinaryFiles::open(const std::string& name, OpenMode mode) {
   if (!there && mode != OpenMode::Create) fail(ErrorNumber::FileNotFound, "There is no file " + name + ".");
   if (there && file.writable) {
     file.bytes.resize(files().size(file.path));
-    files().read(file.path, 0, file.bytes, OpenMode::Read);
+    files().read(file.path, 0, file.bytes);
   }
   int16_t number = 1;
   while (opened_.contains(number)) ++number;
@@ -84,7 +84,7 @@ void BinaryFiles::read(int16_t number, int32_t position, std::span<std::byte> in
   if (file.writable)
     std::copy_n(file.bytes.begin() + static_cast<ptrdiff_t>(start), into.size(), into.begin());
   else
-    files().read(file.path, start, into, OpenMode::Read);
+    files().read(file.path, start, into);
   file.position = static_cast<int32_t>(end) + 1;
 }
 

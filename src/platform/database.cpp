@@ -3,11 +3,19 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <thread>
 
 #include "base/nearest.h"
-#include "platform/commit.h"
+#include "platform/engine_files.h"
+#include "platform/file_store.h"
 #include "platform/host.h"
+#include "platform/lock_holder.h"
+#include "platform/pending_writes.h"
 #include "platform/query_shape.h"
 #include "tarn/platform/statement.h"
 #include "tarn/platform/workspace.h"
@@ -16,15 +24,26 @@
 namespace tarn {
 namespace {
 
-constexpr int kBusyMilliseconds = 1000;  // how long a statement waits for another program before it gives up
+/// How long a lock of another program is waited for.
+std::chrono::milliseconds busy_time() {
+  constexpr int kMilliseconds = 5000;
+  const char* const told = std::getenv("TARN_BUSY_MS");
+  int milliseconds = kMilliseconds;
+  if (told) std::from_chars(told, told + std::strlen(told), milliseconds);
+  return std::chrono::milliseconds(std::max(milliseconds, 0));
+}
 
 [[noreturn]] void fail_with(sqlite3* handle, const std::string& path, const std::string& sql) {
   const std::string cause = sqlite3_errmsg(handle);
   switch (sqlite3_errcode(handle) & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      fail(ErrorNumber::DatabaseLocked,
-           "The database " + path + " is in use by another program; close it there and try again.");
+    {
+      const std::string holder = lock_holder(path);
+      fail(ErrorNumber::DatabaseLocked, "The database " + path + " is in use by " +
+                                            (holder.empty() ? "another program" : holder) +
+                                            "; close it there and try again.");
+    }
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
       fail(ErrorNumber::UnknownFormat, path + " is damaged or is not a database: " + cause + ".");
@@ -36,23 +55,21 @@ constexpr int kBusyMilliseconds = 1000;  // how long a statement waits for anoth
     case SQLITE_MISMATCH:
       fail(ErrorNumber::StatementRejected, "The database rejects a statement: " + cause + ". SQL: " + sql);
     default:
+      if (const std::string other = take_refused_file(); !other.empty()) {
+        fail(ErrorNumber::DatabaseFailure, "The journal " + path + "-journal names another file, " + other +
+                                               ", and is not played back. No save has written it; remove it.");
+      }
       fail(ErrorNumber::DatabaseFailure, "The database " + path + " failed: " + cause + ".");
   }
 }
 
-/// Refuses a file that is not a database of this engine before the engine sees it, so that the message can say what the
-/// file is.
-void check_signature(const std::string& path, Database::Access access) {
+/// Says what a file is that the engine does not know. A database must not be read in this way: closing the file would
+/// drop every lock that this process has on it.
+[[noreturn]] void fail_on_foreign_file(const std::string& path) {
   std::string head(20, '\0');
-  const auto file = host().files->open(path, OpenMode::Read);
-  if (!file) {
-    fail(ErrorNumber::DatabaseNotFound,
-         access == Database::Access::Apart
-             ? "The database " + path + " does not exist."
-             : "The index database " + path + " does not exist; make it with 'tarn project new'.");
-  }
-  head.resize(file->read(0, std::as_writable_bytes(std::span(head))));
-  if (head.starts_with("SQLite format 3")) return;
+  if (const auto file = host().files->open(path, OpenMode::Read))
+    head.resize(file->read(0, std::as_writable_bytes(std::span(head))));
+  if (head.starts_with("SQLite format 3")) fail(ErrorNumber::UnknownFormat, path + " is damaged; restore it from a copy.");
   const std::string_view at_four = std::string_view(head).substr(std::min<size_t>(4, head.size()));
   if (at_four.starts_with("Standard Jet DB") || at_four.starts_with("Standard ACE DB")) {
     fail(ErrorNumber::UnknownFormat,
@@ -93,7 +110,8 @@ std::string what_is_refused(int action, const char* first, const char* second) {
 
 Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move(path)), handle_(handle) {
   sqlite3_extended_result_codes(handle_, 1);
-  sqlite3_busy_timeout(handle_, kBusyMilliseconds);
+  sqlite3_busy_handler(
+      handle_, [](void* self, int tries) { return static_cast<Database*>(self)->waits(tries) ? 1 : 0; }, this);
   sqlite3_set_authorizer(
       handle_,
       [](void* self, int action, const char* first, const char* second, const char*, const char*) {
@@ -162,6 +180,7 @@ void Database::forget_idle() {
 }
 
 Database::~Database() {
+  close();
   forget_idle();
   for (const auto& [sql, statement] : controls_) sqlite3_finalize(statement);
   sqlite3_close(handle_);
@@ -176,65 +195,150 @@ const ClassInfo& Database::info() const {
 Ptr<Database> Database::open(const std::string& name, Access access) {
   if (name.empty()) fail(ErrorNumber::DatabaseNotFound, "There is no database without a name.");
   const std::string path = std::filesystem::absolute(name).lexically_normal().string();
-  check_signature(path, access);
+  if (!host().files->exists(path)) {
+    fail(ErrorNumber::DatabaseNotFound,
+         access == Access::Apart ? "The database " + path + " does not exist."
+                                 : "The index database " + path + " does not exist; make it with 'tarn project new'.");
+  }
   sqlite3* handle = nullptr;
-  const int flags = access == Access::ReadWrite ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
-  const int result = sqlite3_open_v2(path.c_str(), &handle, flags, nullptr);
+  // A reader may have to roll a dead program's commit back, so it opens for writing too, where the file lets.
+  const int flags = access == Access::Apart ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+  const int result = sqlite3_open_v2(path.c_str(), &handle, flags, engine_files());
   auto database = std::make_shared<Database>(Private(), path, handle);
   if (result != SQLITE_OK) fail_with(handle, path, {});
-  database->apart_ = access == Access::Apart;
-  database->read_only_ = sqlite3_db_readonly(handle, "main") == 1;
-  // Savepoints, sorting and temporary tables need no files of their own: they fit memory, and a read-only folder stays
-  // usable.
-  database->run("PRAGMA temp_store = MEMORY");
-  database->run("SELECT 1 FROM sqlite_master LIMIT 1");  // a damaged file is told now, not at the first search
-  database->recover();
+  database->start(access);
   return database;
 }
 
+void Database::start(Access access) {
+  engine_file_ = std::make_unique<EngineFile>(sqlite3_db_filename(handle_, "main"));
+  apart_ = access == Access::Apart;
+  read_only_ = access != Access::ReadWrite || sqlite3_db_readonly(handle_, "main") == 1;
+  // Savepoints, sorting and temporary tables need no files of their own: they fit memory, and a read-only folder stays
+  // usable.
+  run("PRAGMA temp_store = MEMORY");
+  // A damaged file is told now, not at the first search.
+  const int first = sqlite3_exec(handle_, "SELECT 1 FROM sqlite_master LIMIT 1", nullptr, nullptr, nullptr);
+  if ((first & 0xFF) == SQLITE_NOTADB) fail_on_foreign_file(path_);
+  if (first != SQLITE_OK) fail_on("SELECT 1 FROM sqlite_master LIMIT 1");
+  if (pragma("page_count") == 0) fail_on_foreign_file(path_);  // an empty file
+  if (apart_) return;
+  if (read_only_) {
+    run("PRAGMA query_only = 1");
+  } else {
+    // A commit is on the disk before its bytes reach the record files: the journal's end is marked in the journal
+    // itself, which is synced, and not by its removal, which is not.
+    run("PRAGMA journal_mode = PERSIST; PRAGMA journal_size_limit = 1048576");
+  }
+  pending_ = std::make_unique<PendingWrites>(handle_, path_);
+  files_ = &files();
+  files_->attach(*this);
+}
+
 void Database::create(const std::string& path, std::string_view script) {
-  if (host().files->exists(path)) {
+  if (path.empty()) fail(ErrorNumber::DatabaseNotFound, "There is no database without a name.");
+  FileService& files = *host().files;
+  if (files.exists(path)) {
     fail(ErrorNumber::FileExists, path + " exists already; remove it first, or choose another file prefix.");
   }
-  sqlite3* handle = nullptr;
-  const int opened = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-  const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> closed_after(handle, &sqlite3_close);
+  const std::string made = std::filesystem::absolute(path + "-new").lexically_normal().string();
   const std::string whole = "BEGIN;" + std::string(script) + "COMMIT;";
-  if (opened != SQLITE_OK || sqlite3_exec(handle, whole.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
-    fail_with(handle, path, {});
+  for (const char* ending : {"", "-journal"}) files.remove(made + ending);  // of a program that died
+  sqlite3* handle = nullptr;
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+  const int opened = sqlite3_open_v2(made.c_str(), &handle, flags, engine_files());
+  std::unique_ptr<sqlite3, decltype(&sqlite3_close)> closed_after(handle, &sqlite3_close);
+  try {
+    if (opened != SQLITE_OK) fail_with(handle, made, {});
+    const EngineFile known(sqlite3_db_filename(handle, "main"));
+    if (sqlite3_exec(handle, whole.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) fail_with(handle, made, {});
+    closed_after.reset();
+    files.rename_new(made, path);
+    files.sync_folder(std::filesystem::path(made).parent_path().string());
+  } catch (...) {
+    closed_after.reset();
+    for (const char* ending : {"", "-journal"}) files.remove(made + ending);
+    throw;
+  }
 }
 
-std::string Database::journal_name(int64_t token) const { return path_ + "-undo" + std::to_string(token); }
+// ---- locks
 
-void Database::recover() {
-  // A commit takes the number after the database's last one. If files of that number are there, that commit has died,
-  // or another program, which then holds the write lock, is committing now.
-  const std::vector<int64_t> left = interrupted_commits(path_ + "-undo");
-  if (left.empty()) return;
-  if (read_only_) {
-    const int64_t last = pragma("user_version");
-    if (left.back() < last || (left.back() == last && !has_prepared_files(journal_name(last)))) return;
-    fail(ErrorNumber::UnfinishedCommit,
-         "A save in " + path_ + " was interrupted; open the project once for writing to undo or finish it.");
-  }
-  run("BEGIN IMMEDIATE");
-  const int64_t last = pragma("user_version");
-  for (const int64_t token : left) {
-    const std::string journal = journal_name(token);
-    if (token > last) undo_interrupted_commit(journal);
-    if (token == last) finish_interrupted_commit(journal);
-    if (token < last) forget_old_commit(journal);
-  }
-  run("ROLLBACK");
+/// Called by the engine while another program has the lock that is needed.
+bool Database::waits(int tries) {
+  const auto now = std::chrono::steady_clock::now();
+  if (tries == 0) waiting_since_ = now;
+  if (impatient_ || now - waiting_since_ >= busy_time()) return false;
+  host().yield();
+  // Waits differ, so that programs which wait for each other do not keep in step.
+  const int most = std::min(1 + tries / 4, 20);
+  std::this_thread::sleep_for(std::chrono::microseconds(200 + std::rand() % (most * 1000)));
+  return true;
 }
 
-std::string Database::claim_journal() {
-  const int64_t token = pragma("user_version") + 1;
-  run("PRAGMA user_version = " + std::to_string(token));
-  if (const std::string last = journal_name(token - 1); host().files->exists(last)) finish_interrupted_commit(last);
-  const std::string journal = journal_name(token);
-  if (host().files->exists(journal)) undo_interrupted_commit(journal);
-  return journal;
+// ---- record bytes of committed saves
+
+bool Database::keeps(const std::string& path) const { return pending_ && !pending_->name_of(path).empty(); }
+
+std::string Database::pending_path(const FileChange& change) const { return pending_->path_of(change.replacement); }
+
+const FileChange* Database::pending(const std::string& path) {
+  const std::string name = pending_->name_of(path);
+  if (name.empty()) return nullptr;
+  join(Part::Reading);
+  see_pending();
+  return pending_->find(name);
+}
+
+void Database::see_pending() {
+  if (level_ > 0 && pending_seen_) return;
+  pending_->refresh(foreign_version());
+  pending_seen_ = level_ > 0;
+}
+
+/// After a commit, which another program's may have followed already: then its own call does this.
+void Database::apply_pending() {
+  if (read_only_ || pending_->applied()) return;
+  impatient_ = true;
+  const bool begun = begin("BEGIN IMMEDIATE");
+  impatient_ = false;
+  if (!begun) return;
+  pending_->refresh(foreign_version());
+  pending_->apply();
+  control("ROLLBACK");
+}
+
+void Database::settle() {
+  if (!pending_ || read_only_ || sqlite3_get_autocommit(handle_) == 0) return;
+  pending_->refresh(foreign_version());
+  if (pending_->empty()) return;
+  control("BEGIN IMMEDIATE");
+  try {
+    pending_->refresh(foreign_version());
+    pending_->settle();
+    control("COMMIT");
+  } catch (...) {
+    pending_->rolled_back();
+    control("ROLLBACK");
+    throw;
+  }
+  pending_->committed();
+}
+
+/// The last user of a project leaves its record files complete, and no journal.
+void Database::close() {
+  if (!pending_) return;
+  try {
+    if (!read_only_) {
+      impatient_ = true;
+      settle();
+      run("PRAGMA journal_mode = DELETE");
+    }
+  } catch (const std::exception&) {
+    // The rows stay, and the next program that opens the project settles them.
+  }
+  files_->detach(*this);
+  pending_.reset();
 }
 
 /// Statements that open and end transactions are kept apart from all others.
@@ -256,6 +360,17 @@ int64_t Database::pragma(const std::string& name) {
   return statement.step() ? statement.integer(0) : 0;
 }
 
+/// Begins a transaction of the engine; false where another program has the lock and it is not waited for.
+bool Database::begin(const std::string& sql) {
+  try {
+    control(sql);
+    return true;
+  } catch (const Error& error) {
+    if (!impatient_ || error.number() != static_cast<int>(ErrorNumber::DatabaseLocked)) throw;
+    return false;
+  }
+}
+
 void Database::join(Part part) {
   if (apart_) return;
   Workspace& workspace = Engine::of_thread().Workspaces(0);
@@ -266,7 +381,9 @@ void Database::join(Part part) {
   }
   while (level_ < depth) {
     if (level_ == 0) {
-      control("BEGIN");
+      // A transaction that is going to write takes the write lock at once: later, the engine could not wait for it.
+      control(workspace.writes() && !read_only_ && !workspace.has_enlisted(path_) ? "BEGIN IMMEDIATE" : "BEGIN");
+      pending_seen_ = false;
       workspace.enlist(std::static_pointer_cast<Database>(shared_from_this()));
     } else {
       control("SAVEPOINT s" + std::to_string(level_ + 1));
@@ -285,15 +402,24 @@ void Database::rollback_level(size_t level) {
   if (level_ < level) return;
   level_ = level - 1;
   rows_unknown();
+  if (level == 1) pending_->rolled_back();
   if (sqlite3_get_autocommit(handle_) != 0) return;  // the engine has rolled back by itself, after a full disk say
   if (level == 1) return run("ROLLBACK");
   const std::string point = "s" + std::to_string(level);
   run("ROLLBACK TO " + point + "; RELEASE " + point);
 }
 
-void Database::commit() {
+void Database::commit(const Writes& writes) {
+  if (!writes.empty()) {
+    PendingWrites::Changes changes;
+    for (const auto& [path, change] : writes) changes.emplace_back(pending_->name_of(path), change);
+    see_pending();
+    pending_->add(changes);
+  }
   control("COMMIT");
   level_ = 0;
+  pending_->committed();
+  apply_pending();
 }
 
 Recordset Database::OpenRecordset(const std::string& sql, std::vector<Cell> parameters) {

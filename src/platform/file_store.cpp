@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 
 #include "platform/host.h"
 #include "tarn/base/error.h"
 #include "tarn/platform/database.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn {
 namespace {
@@ -21,41 +23,69 @@ std::string absolute(const std::string& path) {
 
 }  // namespace
 
-FileStore::Handle* FileStore::for_reading(const std::string& path, OpenMode mode, Handle& once) {
-  const auto kept = handles_.find(path);
-  if (kept != handles_.end()) return &kept->second;
-  FileService& files = *host().files;
-  // Inside a client's transaction a reader makes no file: a rollback must leave none.
-  if (levels_.size() > 1) mode = OpenMode::Read;
-  Handle handle;
-  try {
-    handle = {files.open(path, mode), mode != OpenMode::Read, {}};
-  } catch (const Error& refused) {
-    if (mode == OpenMode::Read || refused.number() != static_cast<int>(ErrorNumber::PermissionDenied)) throw;
-    handle = {files.open(path, OpenMode::Read), false, {}};
+/// A read outside of every transaction is one of its own.
+struct FileStore::Reading {
+  explicit Reading(const FileStore& files) {
+    if (files.levels_.empty()) own.emplace(Transaction::Purpose::Reading);
   }
-  if (!handle.file) return nullptr;
-  Handle& place = levels_.empty() ? once : handles_[path];
-  place = std::move(handle);
-  return &place;
+  ~Reading() = default;
+  std::optional<Transaction> own;
+};
+
+/// The database that keeps the file's bytes; one that takes part in the transaction comes first.
+Database* FileStore::keeper(const std::string& path) const {
+  Database* found = nullptr;
+  for (Database* each : databases_) {
+    if (!each->keeps(path)) continue;
+    if (Engine::of_thread().Workspaces(0).has_enlisted(each->Name())) return each;
+    if (!found) found = each;
+  }
+  return found;
 }
 
-size_t FileStore::read(const std::string& name, uint64_t offset, std::span<std::byte> into, OpenMode mode) {
+/// The file as it was committed last, kept open while the transaction runs.
+FileStore::Handle& FileStore::opened(const std::string& path, OpenMode mode) {
+  const auto kept = handles_.find(path);
+  if (kept != handles_.end() && (mode == OpenMode::Read || kept->second.writable)) return kept->second;
+  FileService& files = *host().files;
+  Handle handle;
+  Database* const database = keeper(path);
+  handle.committed = database ? database->pending(path) : nullptr;
+  if (handle.committed && !handle.committed->replacement.empty())
+    handle.file = files.open(database->pending_path(*handle.committed), mode);
+  if (!handle.file) handle.file = files.open(path, mode);  // the new file has its place already
+  handle.writable = handle.file && mode == OpenMode::Write;
+  return handles_[path] = std::move(handle);
+}
+
+namespace {
+
+/// Lays a change over bytes of a file, of which `got` are there.
+size_t overlay(const FileChange& change, uint64_t offset, std::span<std::byte> into, size_t got) {
+  if (change.emptied && change.replacement.empty()) {
+    std::fill(into.begin(), into.end(), std::byte{0});
+    got = 0;
+  }
+  change.extents.overlay(offset, into);
+  const uint64_t end = change.extents.end();
+  return end > offset ? std::max<size_t>(got, std::min<uint64_t>(end - offset, into.size())) : got;
+}
+
+uint64_t size_after(const FileChange& change, uint64_t size) {
+  return std::max(change.emptied && change.replacement.empty() ? 0 : size, change.extents.end());
+}
+
+}  // namespace
+
+size_t FileStore::read(const std::string& name, uint64_t offset, std::span<std::byte> into) {
+  const Reading reading(*this);
   const std::string path = absolute(name);
-  Handle once;
-  Handle* handle = for_reading(path, mode, once);
-  size_t got = handle ? handle->file->read(offset, into) : 0;
+  const Handle& handle = opened(path, OpenMode::Read);
+  size_t got = handle.file ? handle.file->read(offset, into) : 0;
   std::fill(into.begin() + static_cast<ptrdiff_t>(got), into.end(), std::byte{0});
+  if (handle.committed) got = overlay(*handle.committed, offset, into, got);
   for (const Level& level : levels_) {
-    const auto found = level.find(path);
-    if (found == level.end()) continue;
-    const Extents& extents = found->second.extents;
-    if (found->second.emptied) {
-      std::fill(into.begin(), into.end(), std::byte{0});
-      got = 0;
-    }
-    extents.overlay(offset, into);
-    if (extents.end() > offset) got = std::max<size_t>(got, std::min<uint64_t>(extents.end() - offset, into.size()));
+    if (const auto found = level.find(path); found != level.end()) got = overlay(found->second.change, offset, into, got);
   }
   return got;
 }
@@ -65,14 +95,14 @@ void FileStore::read_blocks(const std::string& path, uint64_t from, std::span<co
   std::vector<std::byte> buffer;
   for (size_t i = 0; i < blocks.size();) {
     if (blocks[i].size() >= kLarge) {
-      read(path, from, blocks[i], OpenMode::Read);
+      read(path, from, blocks[i]);
       from += blocks[i++].size();
       continue;
     }
     size_t end = i, size = 0;
     while (end < blocks.size() && blocks[end].size() < kLarge) size += blocks[end++].size();
     buffer.resize(size);
-    read(path, from, buffer, OpenMode::Read);
+    read(path, from, buffer);
     from += size;
     for (auto next = buffer.begin(); i < end; next += static_cast<ptrdiff_t>(blocks[i++].size()))
       std::copy_n(next, blocks[i].size(), blocks[i].begin());
@@ -80,26 +110,22 @@ void FileStore::read_blocks(const std::string& path, uint64_t from, std::span<co
 }
 
 /// The file's writes at the innermost level. A file that cannot be written is found here, not at the commit.
-FileStore::Pending& FileStore::pending(const std::string& path, Ptr<Database> owner) {
+FileChange& FileStore::pending(const std::string& path, Ptr<Database> owner) {
   if (levels_.empty()) fail(ErrorNumber::NoTransaction, "Record bytes are written inside a transaction only: " + path);
-  const auto kept = handles_.find(path);
-  if (kept == handles_.end() || !kept->second.writable) {
+  if (!opened(path, OpenMode::Write).file) {
     const std::string folder = std::filesystem::path(path).parent_path().string();
-    if (auto file = host().files->open(path, OpenMode::Write)) {
-      handles_[path] = {std::move(file), true, {}};
-    } else if (!folder.empty() && !host().files->exists(folder)) {
+    if (!folder.empty() && !host().files->exists(folder))
       fail(ErrorNumber::PathNotFound, "The folder of " + path + " does not exist.");
-    }
   }
   Pending& place = levels_.back()[path];
   if (!place.owner) place.owner = std::move(owner);
-  return place;
+  return place.change;
 }
 
 void FileStore::write(const std::string& name, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner) {
-  Pending& place = pending(absolute(name), std::move(owner));
-  place.removed = false;
-  place.extents.write(offset, bytes);
+  FileChange& change = pending(absolute(name), std::move(owner));
+  change.removed = false;
+  change.extents.write(offset, bytes);
 }
 
 void FileStore::update(const std::string& path, std::span<const std::byte> bytes, const Ptr<Database>& owner) {
@@ -110,7 +136,7 @@ void FileStore::update(const std::string& path, std::span<const std::byte> bytes
   const bool replaceable = size(path) <= bytes.size();
   for (size_t start = 0; start < bytes.size(); start += kRead) {
     const auto now = bytes.subspan(start, std::min(kRead, bytes.size() - start));
-    const size_t got = read(path, start, std::span(old).first(now.size()), OpenMode::Read);
+    const size_t got = read(path, start, std::span(old).first(now.size()));
     for (size_t at = 0; at < now.size(); at += kBlock) {
       const size_t block = std::min(kBlock, now.size() - at);
       // The first block is asked for too, so that a file which cannot be written is found at once.
@@ -124,41 +150,49 @@ void FileStore::update(const std::string& path, std::span<const std::byte> bytes
 }
 
 void FileStore::replace(const std::string& name, std::vector<std::byte> bytes, Ptr<Database> owner) {
-  Pending& place = pending(absolute(name), std::move(owner));
-  place.emptied = true;
-  place.removed = false;
-  place.extents = {};
-  if (!bytes.empty()) place.extents.write(0, std::move(bytes));
+  FileChange& change = pending(absolute(name), std::move(owner));
+  change = {true, false, {}, {}};
+  if (!bytes.empty()) change.extents.write(0, std::move(bytes));
 }
 
 void FileStore::remove(const std::string& name, Ptr<Database> owner) {
   if (!exists(name)) return;
-  replace(name, {}, std::move(owner));
-  levels_.back()[absolute(name)].removed = true;
+  pending(absolute(name), std::move(owner)) = {true, true, {}, {}};
 }
 
 bool FileStore::exists(const std::string& name) {
+  const Reading reading(*this);
   const std::string path = absolute(name);
   for (auto level = levels_.rbegin(); level != levels_.rend(); ++level) {
     const auto found = level->find(path);
-    if (found != level->end()) return !found->second.removed;
+    if (found != level->end()) return !found->second.change.removed;
+  }
+  if (Database* const database = keeper(path)) {
+    if (const FileChange* change = database->pending(path)) return !change->removed;
   }
   return host().files->exists(path);
 }
 
 uint64_t FileStore::size(const std::string& name) {
+  const Reading reading(*this);
   const std::string path = absolute(name);
-  Handle once;
-  Handle* handle = for_reading(path, OpenMode::Read, once);
-  if (handle && !handle->size) handle->size = handle->file->size();
-  uint64_t end = handle ? *handle->size : 0;
+  Handle& handle = opened(path, OpenMode::Read);
+  if (!handle.size) handle.size = handle.file ? handle.file->size() : 0;
+  uint64_t size = *handle.size;
+  if (handle.committed) size = size_after(*handle.committed, size);
   for (const Level& level : levels_) {
-    const auto found = level.find(path);
-    if (found == level.end()) continue;
-    if (found->second.emptied) end = 0;
-    end = std::max(end, found->second.extents.end());
+    if (const auto found = level.find(path); found != level.end()) size = size_after(found->second.change, size);
   }
-  return end;
+  return size;
+}
+
+/// At the end of the thread; databases that live on are done with record files.
+FileStore::~FileStore() {
+  while (!databases_.empty()) databases_.back()->close();
+}
+
+void FileStore::settle() {
+  for (Database* database : databases_) database->settle();
 }
 
 void FileStore::merge_down() {
@@ -169,12 +203,7 @@ void FileStore::merge_down() {
   for (auto& [path, newer] : top) {
     Pending& older = below.at(path);
     if (!older.owner) older.owner = newer.owner;
-    older.removed = newer.removed;
-    if (newer.emptied) {
-      older.emptied = true;
-      older.extents = {};
-    }
-    older.extents.merge(std::move(newer.extents));
+    older.change.merge(std::move(newer.change));
   }
 }
 

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/extents.h"
+#include "platform/file_change.h"
 #include "platform/files.h"
 #include "tarn/base/object.h"
 
@@ -21,14 +21,12 @@ class FileStore {
   /// A file's writes at one level, with the database whose commit they belong to (none: committed on their own).
   struct Pending {
     Ptr<Database> owner;
-    bool emptied = false;  // what the file held before is gone
-    bool removed = false;  // and so is the file
-    Extents extents;
+    FileChange change;
   };
   using Level = std::unordered_map<std::string, Pending>;
 
   /// Bytes that the file holds from `offset`, as the open transaction sees it; fewer than asked at its end.
-  size_t read(const std::string& path, uint64_t offset, std::span<std::byte> into, OpenMode mode);
+  size_t read(const std::string& path, uint64_t offset, std::span<std::byte> into);
   /// Fills memory from bytes that lie back to back in a file: large pieces in place, the small ones between them by one
   /// read.
   void read_blocks(const std::string& path, uint64_t from, std::span<const std::span<std::byte>> blocks);
@@ -43,6 +41,17 @@ class FileStore {
   uint64_t size(const std::string& path);
   bool exists(const std::string& path);
 
+  FileStore() = default;
+  ~FileStore();
+  FileStore(const FileStore&) = delete;
+  FileStore& operator=(const FileStore&) = delete;
+
+  /// A database whose committed saves lie over the files until they are applied.
+  void attach(Database& database) { databases_.push_back(&database); }
+  void detach(Database& database) { std::erase(databases_, &database); }
+  /// `Database::settle` of each of them.
+  void settle();
+
   // For the workspace:
   void begin() { levels_.emplace_back(); }
   void merge_down();
@@ -52,14 +61,17 @@ class FileStore {
 
  private:
   struct Handle {
-    std::unique_ptr<File> file;
+    std::unique_ptr<File> file;             // null where there is none
+    const FileChange* committed = nullptr;  // what lies over it
     bool writable = false;
     std::optional<uint64_t> size;  // as it was when first asked for; writes wait for the commit
   };
-  Pending& pending(const std::string& path, Ptr<Database> owner);
-  /// The file for reading, null where there is none; kept open while a transaction runs, else in `once`.
-  Handle* for_reading(const std::string& path, OpenMode mode, Handle& once);
+  struct Reading;
+  FileChange& pending(const std::string& path, Ptr<Database> owner);
+  Database* keeper(const std::string& path) const;
+  Handle& opened(const std::string& path, OpenMode mode);
 
+  std::vector<Database*> databases_;
   std::vector<Level> levels_;
   std::unordered_map<std::string, Handle> handles_;  // until the outermost level ends
 };

@@ -96,15 +96,38 @@ class SystemFiles final : public FileService {
   void rename(const std::string& from, const std::string& to) override {
     if (::rename(from.c_str(), to.c_str()) != 0) fail_on(from, "rename");
   }
+  void rename_new(const std::string& from, const std::string& to) override {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return;
+    if (errno != EINVAL && errno != ENOSYS && errno != EEXIST) fail_on(from, "rename");
+    FileService::rename_new(from, to);  // tells that it exists, or the file system has no such check
+  }
+  bool is_link(const std::string& path) override {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+  }
+  void copy_owner(const std::string& from, const std::string& to) override {
+    struct stat status {};
+    if (::stat(from.c_str(), &status) != 0) return;
+    if (::chown(to.c_str(), status.st_uid, status.st_gid) != 0 && errno != EPERM) fail_on(to, "give an owner to");
+    if (::chmod(to.c_str(), status.st_mode & 07777) != 0) fail_on(to, "set the mode of");
+  }
   void sync_folder(const std::string& folder) override {
     const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) fail_on(folder, "open");
-    ::fsync(descriptor);  // some file systems cannot; the data itself is safe by then
+    const bool stored = ::fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP;  // some file systems cannot
+    const int cause = errno;
     ::close(descriptor);
+    errno = cause;
+    if (!stored) fail_on(folder, "store");
   }
 };
 
 }  // namespace
+
+void FileService::rename_new(const std::string& from, const std::string& to) {
+  if (exists(to)) fail(ErrorNumber::FileExists, to + " exists already; remove it first, or choose another name.");
+  rename(from, to);
+}
 
 FileService& system_files() {
   static SystemFiles files;

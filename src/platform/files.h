@@ -34,6 +34,12 @@ class FileService {
   virtual void remove(const std::string& path) = 0;
   /// Gives a file another name in its folder; a file of that name is gone.
   virtual void rename(const std::string& from, const std::string& to) = 0;
+  /// The same, but error `FileExists` where there is a file of that name.
+  virtual void rename_new(const std::string& from, const std::string& to);
+  /// Whether the name is one of a symbolic link.
+  virtual bool is_link(const std::string& /*path*/) { return false; }
+  /// Gives a new file the mode of an old one, and its owner where the system lets; nothing where there is no old one.
+  virtual void copy_owner(const std::string& /*from*/, const std::string& /*to*/) {}
   /// Brings new names, renames and removals in a folder to the disk.
   virtual void sync_folder(const std::string& folder) = 0;
 };

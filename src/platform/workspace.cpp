@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 
-#include "platform/commit.h"
 #include "platform/file_store.h"
+#include "platform/host.h"
+#include "platform/loose_files.h"
 #include "tarn/base/error.h"
 #include "tarn/base/log.h"
 #include "tarn/platform/database.h"
@@ -15,6 +17,10 @@ Workspace::Workspace() : files_(std::make_unique<FileStore>()) {}
 Workspace::~Workspace() = default;
 
 FileStore& files() { return Engine::of_thread().Workspaces(0).files(); }
+
+Engine::Engine() {
+  host();  // lives longer: the end of this one may have files to write
+}
 
 Engine& Engine::of_thread() {
   thread_local Engine engine;
@@ -28,7 +34,7 @@ Workspace& Engine::Workspaces(int number) {
 
 void Workspace::require_own() const {
   if (levels_.empty()) fail(ErrorNumber::NoTransaction, "There is no transaction to end.");
-  if (levels_.back()) fail(ErrorNumber::NoTransaction, "The transaction cannot end while a save inside it is running.");
+  if (levels_.back().scoped) fail(ErrorNumber::NoTransaction, "The transaction cannot end while a save inside it is running.");
 }
 
 void Workspace::CommitTrans() {
@@ -41,10 +47,10 @@ void Workspace::Rollback() {
   roll_back();
 }
 
-void Workspace::begin(bool scoped) {
+void Workspace::begin(Level level) {
   files_->begin();
   undos_.emplace_back();
-  levels_.push_back(scoped);
+  levels_.push_back(level);
 }
 
 void Workspace::commit() {
@@ -73,48 +79,42 @@ void Workspace::roll_back() {
   if (level == 1) enlisted_.clear();
 }
 
+bool Workspace::has_enlisted(const std::string& path) const {
+  return std::ranges::any_of(enlisted_, [&](const auto& database) { return database->Name() == path; });
+}
+
+namespace {
+
+/// The database that keeps a file's bytes: the writer's own, or the first that takes part and is of the same project.
+Database* keeper_of(const std::string& path, const FileStore::Pending& pending,
+                    const std::vector<Ptr<Database>>& enlisted) {
+  if (pending.owner) return pending.owner->keeps(path) ? pending.owner.get() : nullptr;
+  const auto found = std::ranges::find_if(
+      enlisted, [&](const auto& database) { return !database->read_only() && database->keeps(path); });
+  return found == enlisted.end() ? nullptr : found->get();
+}
+
+}  // namespace
+
 void Workspace::commit_outermost() {
   for (const auto& [path, pending] : files_->outermost()) {
     if (pending.owner) pending.owner->join();
   }
-  // Writes that belong to no database are committed with the first database that commits, or by themselves where none
-  // does.
-  const auto writes_of = [this](const Database* owner) {
-    std::vector<std::pair<std::string, const FileStore::Pending*>> writes;
-    const auto writes_too = [](const Ptr<Database>& database) { return !database->read_only(); };
-    const auto found = std::find_if(enlisted_.begin(), enlisted_.end(), writes_too);
-    const Database* first = found == enlisted_.end() ? nullptr : found->get();
-    for (const auto& [path, pending] : files_->outermost()) {
-      if ((pending.owner ? pending.owner.get() : first) == owner) writes.emplace_back(path, &pending);
-    }
-    std::sort(writes.begin(), writes.end());
-    return writes;
-  };
-  FileCommit({}, writes_of(nullptr)).apply();
-  for (const auto& database : enlisted_) {
-    auto writes = writes_of(database.get());
-    if (writes.empty()) {
-      database->commit();
-      continue;
-    }
-    FileCommit files(database->claim_journal(), std::move(writes));
-    files.apply();
-    try {
-      database->commit();
-    } catch (...) {
-      files.undo();
-      throw;
-    }
-    files.finish();
-  }
+  std::map<Database*, Database::Writes> writes;
+  for (const auto& [path, pending] : files_->outermost())
+    writes[keeper_of(path, pending, enlisted_)].emplace_back(path, &pending.change);
+  for (auto& [database, files] : writes) std::sort(files.begin(), files.end());
+  write_loose_files(writes[nullptr]);
+  for (const auto& database : enlisted_) database->commit(writes[database.get()]);
   files_->drop();
   undos_.pop_back();
   levels_.pop_back();
   enlisted_.clear();
 }
 
-Transaction::Transaction() : workspace_(Engine::of_thread().Workspaces(0)), level_(workspace_.depth() + 1) {
-  workspace_.begin(true);
+Transaction::Transaction(Purpose purpose)
+    : workspace_(Engine::of_thread().Workspaces(0)), level_(workspace_.depth() + 1) {
+  workspace_.begin({.scoped = true, .writes = purpose == Purpose::Writing});
 }
 
 Transaction::~Transaction() {

@@ -57,7 +57,7 @@ std::string PRF_ProjectPrefs::EnergyStandardText(PRF_EnergyStandards code) const
 
 void PRF_ProjectPrefs::Read() {
   PreferencesRecord read;
-  const size_t got = files().read(named(FileName), 0, std::as_writable_bytes(std::span(&read, 1)), OpenMode::Read);
+  const size_t got = files().read(named(FileName), 0, std::as_writable_bytes(std::span(&read, 1)));
   if (got == 0) return log().message(FileName + " holds no preferences; they stay as they are.");
   if (got < sizeof read) log().message(FileName + " is cut short; the rest reads as zeros.");
   static_cast<PreferencesRecord&>(*this) = read;
@@ -84,7 +84,7 @@ const ClassInfo& RPT_ReportOptions::info() const {
 
 void RPT_ReportOptions::Load() {
   std::vector<std::byte> read(files().size(named(FileName)));
-  files().read(FileName, 0, read, OpenMode::Read);
+  files().read(FileName, 0, read);
   bytes = std::move(read);
 }
 

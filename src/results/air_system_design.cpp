@@ -79,7 +79,7 @@ uint64_t ADL_AirSystemDesign::size_in_file() const { return size_of(spans()); }
 std::string ADL_AirSystemDesign::system_in_file(int16_t index) const {
   ResultHeaderRecord header;
   if (const std::string path = file_of(index); !path.empty() && files().exists(path))
-    files().read(path, 0, record_bytes(header), OpenMode::Read);
+    files().read(path, 0, record_bytes(header));
   return header.SystemName.trimmed();
 }
 
@@ -102,7 +102,7 @@ void ADL_AirSystemDesign::Load() {
   const std::string path = file_of(air_system_->Index());
   if (path.empty()) return log().message("Air system design data filename is invalid");
   if (!files().exists(path)) return log().message("File does not exist: " + path);
-  Transaction transaction;
+  Transaction transaction(Transaction::Purpose::Reading);
   check_system(path);
   const ResultBlock::Spans all = spans();
   if (const uint64_t size = files().size(path), expected = size_of(all); size != expected) {

@@ -186,7 +186,7 @@ void StoredEntity::load(int32_t number, Sections sections) {
   or_as_before(true, [&](const Before&) {
     const auto index = static_cast<int16_t>(number);
     file_->check(index, "Load()");
-    Transaction transaction;
+    Transaction transaction(Transaction::Purpose::Reading);
     Recordset rows = row_of(index);
     const bool there = index == number && !rows.NoMatch();
     if (!there) {

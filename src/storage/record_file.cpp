@@ -26,7 +26,7 @@ void RecordFile::check(std::optional<int16_t> /*index*/, std::string_view operat
 
 size_t RecordFile::read_bytes(int16_t index, std::vector<std::byte>& bytes) const {
   bytes.resize(record_size());
-  const size_t got = files().read(name(), static_cast<uint64_t>(index) * bytes.size(), bytes, OpenMode::Read);
+  const size_t got = files().read(name(), static_cast<uint64_t>(index) * bytes.size(), bytes);
   if (got > 0 && got < bytes.size()) {
     log().message("Record " + std::to_string(index) + " of " + name_ + " is cut short: " + std::to_string(got) +
                   " of " + std::to_string(bytes.size()) + " bytes; the rest reads as zeros.");

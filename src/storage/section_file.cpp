@@ -105,7 +105,7 @@ void SectionFile::renew() {
 /// The bytes that a file begins with; those that it lacks are zero.
 std::vector<std::byte> SectionFile::header_of_file(const std::string& path) const {
   std::vector<std::byte> bytes(header().size());
-  files().read(path, 0, bytes, OpenMode::Read);
+  files().read(path, 0, bytes);
   return bytes;
 }
 
@@ -291,7 +291,7 @@ SectionFile::OldFile SectionFile::old_file(const std::string& path) const {
   OldFile old{{}, Ends(count(), UINT64_MAX)};
   if (!files().exists(path)) return old;
   old.bytes.resize(files().size(path));
-  files().read(path, 0, old.bytes, OpenMode::Read);
+  files().read(path, 0, old.bytes);
   std::vector<std::byte> stored(header().size());
   std::copy_n(old.bytes.begin(), std::min(old.bytes.size(), stored.size()), stored.begin());
   old.ends = checked_ends(stored, old.bytes.size(), path);

@@ -13,7 +13,7 @@ namespace tarn {
 /// is not there. False for those two.
 template <typename R>
 bool read_record(R& record, const std::string& file) {
-  const size_t got = files().read(file, 0, record_bytes(record), OpenMode::Read);
+  const size_t got = files().read(file, 0, record_bytes(record));
   if (got > 0 && got < sizeof(R)) {
     log().message(file + " is cut short: " + std::to_string(got) + " of " + std::to_string(sizeof(R)) +
                   " bytes; the rest reads as zeros.");

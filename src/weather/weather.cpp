@@ -64,7 +64,7 @@ Database& WTH_Weather::database() const {
 }
 
 void WTH_Weather::Load() {
-  Transaction transaction;
+  Transaction transaction(Transaction::Purpose::Reading);
   Text<20> design_city, city;
   design_city = city_of(database().OpenRecordset("SELECT * FROM DesWeatherIndex").Fields("szDesCityName").text());
   city = database().OpenRecordset("SELECT * FROM SimWeatherIndex").Fields("szSimCityName").text();

@@ -180,7 +180,7 @@ double mean_pressure(const std::vector<SourceRow>& hours) {
 }
 
 ImportedWeather loaded(HW1ReaderWriter& year, const std::string& path, uint64_t size) {
-  files().read(path, 0, record_bytes<HourlyWeather>(year), OpenMode::Read);
+  files().read(path, 0, record_bytes<HourlyWeather>(year));
   ImportedWeather out{"HW1", year.DataSource.trimmed(), 0, 0, {}};
   out.pressure = standard_pressure(year.Elevation / kFeetPerMetre) / kPascalsPerPsi;
   if (size < sizeof(HourlyWeather))
@@ -213,7 +213,7 @@ ImportedWeather import_weather(HW1ReaderWriter& year, const std::string& path) {
   const uint64_t size = files().size(path);
   if (size > kLargestFile) fail(ErrorNumber::UnknownFormat, path + " is too large for a year of hourly weather.");
   std::string text(size, '\0');
-  text.resize(files().read(path, 0, std::as_writable_bytes(std::span(text)), OpenMode::Read));
+  text.resize(files().read(path, 0, std::as_writable_bytes(std::span(text))));
   const bool hourly = size == sizeof(HourlyWeather) || (path.size() > 4 && HW1ReaderWriter::is_hourly_name(path));
   if (hourly && !is_epw(text) && !is_tmy3(text)) return loaded(year, path, size);
   try {

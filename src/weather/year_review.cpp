@@ -278,7 +278,7 @@ void add_faults(std::vector<std::string>& faults, const Blocks& file) {
                      " bytes; the rest reads as zeros. " + file.remedy);
   }
   std::vector<float> reals((file.whole - file.header) / sizeof(float));
-  files().read(file.path, file.header, std::as_writable_bytes(std::span(reals)), OpenMode::Read);
+  files().read(file.path, file.header, std::as_writable_bytes(std::span(reals)));
   const size_t reals_of_block = file.block / sizeof(float);
   int count = 0, first = 0;
   for (size_t i = 0; i < reals.size(); ++i) {
@@ -323,7 +323,7 @@ std::vector<std::string> faults_of(const WTH_Weather& weather, const HourlyWeath
               sizeof(SimulationWeather), date_text, "Import the year again: tarn weather import FILE."});
   if (!year || !faults.empty() || !files().exists(weather.SimFileName)) return faults;
   const auto stored = std::make_unique<SimulationWeather>();
-  const size_t got = files().read(weather.SimFileName, 0, record_bytes(*stored), OpenMode::Read);
+  const size_t got = files().read(weather.SimFileName, 0, record_bytes(*stored));
   const bool same_place = stored->SimCityName.bytes() == year->CityName.bytes() &&
                           stored->SimStateName.bytes() == year->LocationName.bytes();
   if (got > 0 && same_place) add_differences(faults, *stored, *year, weather.SimFileName);

@@ -245,7 +245,7 @@ TEST_F(AirSystemTest, AFileCutAtAnyByteIsAnErrorOrWholeSections) {
 
 TEST_F(AirSystemTest, TheDefaultHasInputsAndTheChoicesOfSizing) {
   const auto defaults_of = [&](bool stored_before) {
-    std::filesystem::remove(file(0));
+    test::remove_file(file(0));
     auto system = project.NewAirSystem();
     system->Load(1);
     if (stored_before) {

@@ -328,7 +328,7 @@ TEST_F(BuildingTest, ADeleteTakesItsRowsAndItsFile) {
     EXPECT_EQ(what_of([&] { building->Load(FS_ALL, missing); }), "Invalid building ID: " + std::to_string(missing));
     EXPECT_EQ(building->GetBuildingGeneral()->Name.trimmed() + uses(*building), "C1721111");
   }
-  std::filesystem::remove(folder / "JOBB02.DAT");
+  test::remove_file(folder / "JOBB02.DAT");
   EXPECT_EQ(what_of([&] { loaded(2); }), "Building file not found: " + project.WorkPath() + "/JOBB02.DAT.");
 }
 

@@ -142,7 +142,7 @@ class Messages : public test::ProjectTest {
         {"Plant data file not found.  File name:  ",
          [this] {
            const ObjectPtr plant = saved_plant("A");
-           std::filesystem::remove(std::get<std::string>(get_property(*plant, "FileName")));
+           test::remove_file(std::get<std::string>(get_property(*plant, "FileName")));
            loaded("NewPlant", {kEverything, get_property(*plant, "Index")});
          }},
         {"Plant not found in table (",

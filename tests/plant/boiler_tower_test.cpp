@@ -123,7 +123,7 @@ TEST_F(BoilerTowerTest, BadCallsSayWhyAndChangeNothing) {
     }
     EXPECT_TRUE(state() == before) << c.message;
   }
-  std::filesystem::remove(project.BoilerFilename());
+  test::remove_file(project.BoilerFilename());
   EXPECT_THROW(boiler->Load(1), Error);
   for (const int fuel : {3, 8}) EXPECT_NO_THROW(set("FuelType", fuel)());
   for (const int model : {1, 4}) EXPECT_NO_THROW(set("PartLoadModel", model)());

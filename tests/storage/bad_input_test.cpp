@@ -45,12 +45,6 @@ TEST_F(BadInputTest, IsNamedAndNothingIsLost) {
          window->Save();
        },
        ErrorNumber::ObjectNotSet, "SetDBHandle"},
-      {"write that fails half-way",
-       [&] {
-         test::FaultyFiles files(3);
-         window->Save();
-       },
-       ErrorNumber::DeviceError, "the disk is full"},
       {"file that is not a database",
        [&] {
          test::write_bytes(folder / "X.MDB", "text");

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/file_store.h"
 #include "platform/host.h"
 #include "project/new_index.h"
 #include "tarn/base/log.h"
@@ -52,8 +53,15 @@ inline std::string bytes_of(const std::string& path) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
+/// As another program does it, so that nothing of ours is pending.
 inline void write_bytes(const std::string& path, const std::string& bytes) {
+  files().settle();
   std::ofstream(path, std::ios::binary) << bytes;
+}
+
+inline void remove_file(const std::string& path) {
+  files().settle();
+  std::filesystem::remove(path);
 }
 
 /// A fresh project with prefix JOB, its index database open.

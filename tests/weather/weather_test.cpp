@@ -224,7 +224,7 @@ TEST_F(WeatherTest, LoadTakesWhatIsThere) {
   w->DesStateName = "";
   for (const char* times : {"once", "twice"}) {
     w->Save();
-    std::filesystem::remove(w->DesFileName);
+    test::remove_file(w->DesFileName);
     w->Load();
     EXPECT_EQ(w->DesCityName.trimmed(), "Golden") << times;
     EXPECT_TRUE(rows("DesWeatherIndex").starts_with("Golden, /")) << times;

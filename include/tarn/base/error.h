@@ -43,7 +43,6 @@ enum class ErrorNumber : int {
   RateTypeUndefined = 3001,
   RateTypeClosed = 3002,
   RateStyleInvalid = 3003,
-  UnfinishedCommit = 3356,
 };
 
 class Error : public std::runtime_error {

@@ -3,6 +3,7 @@
 // bound to the '?' of a statement, never written into it, and prepared statements are kept.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <span>
 #include <string>
@@ -20,6 +21,11 @@ struct sqlite3;
 
 namespace tarn {
 
+class EngineFile;
+class FileStore;
+class PendingWrites;
+struct FileChange;
+
 /// What a layer above keeps with an open database, for as long as its handle lives, and what it is told meanwhile.
 class DatabaseMemory {
  public:
@@ -36,9 +42,9 @@ class Database final : public Object {
   enum class Access : uint8_t { ReadWrite, ReadOnly, Apart };
 
   /// Opens an existing database, read-only where the file does not take writes.
-  /// Errors `DatabaseNotFound`, `UnknownFormat`, `DatabaseLocked`, `UnfinishedCommit`, each naming the file.
+  /// Errors `DatabaseNotFound`, `UnknownFormat`, `DatabaseLocked`, each naming the file.
   static Ptr<Database> open(const std::string& path, Access access = Access::ReadWrite);
-  /// Makes a new database by a script; error `FileExists` where the file is there.
+  /// Makes a new database by a script, whole or not at all; error `FileExists` where the file is there.
   static void create(const std::string& path, std::string_view script);
   ~Database() override;
 
@@ -64,15 +70,27 @@ class Database final : public Object {
     return static_cast<Memory&>(*memories_.emplace(typeid(Memory), std::make_unique<Memory>(*this)).first->second);
   }
 
+  /// Brings the record bytes of all committed saves to the disk now, before another program replaces record files. It
+  /// is done at the latest when the last program closes the project. Nothing while a transaction is open.
+  void settle();
+
   // For the workspace:
+  /// Takes no part in record files any more.
+  void close();
   /// Joins the open transaction. A statement that only reads needs no savepoints for the inner levels.
   enum class Part : uint8_t { Reading, Writing };
   void join(Part part = Part::Writing);
   void release_level(size_t level);
   void rollback_level(size_t level);
-  void commit();
-  /// The journal of the commit that is about to be made; takes the write lock.
-  std::string claim_journal();
+  /// With the bytes of record files that belong to the transaction.
+  using Writes = std::vector<std::pair<std::string, const FileChange*>>;  // by path
+  void commit(const Writes& writes);
+  /// Whether the database keeps the bytes of a record file.
+  bool keeps(const std::string& path) const;
+  /// What committed saves have still to do to a file; null for nothing. Inside a transaction.
+  const FileChange* pending(const std::string& path);
+  /// Where the new form of a file lies until it has its place.
+  std::string pending_path(const FileChange& change) const;
 
  private:
   friend class Recordset;
@@ -95,14 +113,23 @@ class Database final : public Object {
   std::shared_ptr<QueryShape> shape_of(const std::string& sql);
   int64_t last_key() const;
   int64_t pragma(const std::string& name);
-  void recover();
-  std::string journal_name(int64_t token) const;
+  void start(Access access);
+  bool begin(const std::string& sql);
+  bool waits(int tries);
+  void see_pending();
+  void apply_pending();
 
   std::string path_;
   sqlite3* handle_ = nullptr;
   bool read_only_ = false;
   bool apart_ = false;
+  bool impatient_ = false;  // a lock is asked for that is not waited for
+  std::chrono::steady_clock::time_point waiting_since_;
   size_t level_ = 0;  // of the workspace's transaction that this database has joined
+  std::unique_ptr<EngineFile> engine_file_;
+  std::unique_ptr<PendingWrites> pending_;  // null for a database apart
+  FileStore* files_ = nullptr;              // where it is attached
+  bool pending_seen_ = false;  // in the open transaction
   std::unordered_map<std::string, KeptStatements> prepared_;             // by text
   std::unordered_map<std::string, sqlite3_stmt*> controls_;              // of transactions, by text; never a client's
   std::unordered_map<std::string, std::shared_ptr<QueryShape>> shapes_;  // by query

@@ -1,0 +1,274 @@
+#include "platform/pending_writes.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+#include "base/nearest.h"
+#include "platform/host.h"
+#include "tarn/base/error.h"
+#include "tarn/base/log.h"
+
+namespace tarn {
+namespace {
+
+constexpr const char* kTable =
+    "CREATE TABLE IF NOT EXISTS PendingWrites (nOrder INTEGER PRIMARY KEY, szFile TEXT, nForm INTEGER, "
+    "szReplacement TEXT, abBytes BLOB)";
+enum Form : int64_t { InPlace, Whole, Removed };
+
+constexpr size_t kSmall = 65'536;           // bytes; a larger whole file is made as a file of its own
+constexpr int64_t kMostRows = 64;           // before they are settled
+constexpr size_t kMostBytes = 262'144;
+constexpr uint64_t kFarthest = 1ULL << 31;  // byte of a record file
+constexpr std::string_view kNew = "-new";   // of a replacement, before its row's number
+
+/// A statement of this table, for one use.
+class Step {
+ public:
+  Step(sqlite3* handle, const char* sql) : handle_(handle), statement_(nullptr, &sqlite3_finalize) {
+    sqlite3_stmt* statement = nullptr;
+    check(sqlite3_prepare_v2(handle, sql, -1, &statement, nullptr));
+    statement_.reset(statement);
+  }
+  sqlite3_stmt* get() const { return statement_.get(); }
+  void bind(int place, int64_t value) { check(sqlite3_bind_int64(get(), place, value)); }
+  void bind(int place, std::string_view text) {
+    check(sqlite3_bind_text(get(), place, text.data(), static_cast<int>(text.size()), SQLITE_STATIC));
+  }
+  void bind_bytes(int place, std::string_view bytes) {
+    check(sqlite3_bind_blob64(get(), place, bytes.data(), bytes.size(), SQLITE_STATIC));
+  }
+  bool row() {
+    const int result = sqlite3_step(get());
+    if (result != SQLITE_ROW && result != SQLITE_DONE) check(result);
+    return result == SQLITE_ROW;
+  }
+  int64_t integer(int column) const { return sqlite3_column_int64(get(), column); }
+  std::string_view bytes(int column) const {
+    const auto* data = static_cast<const char*>(sqlite3_column_blob(get(), column));
+    return {data ? data : "", static_cast<size_t>(sqlite3_column_bytes(get(), column))};
+  }
+
+ private:
+  void check(int result) const {
+    if (result == SQLITE_OK) return;
+    fail(ErrorNumber::DatabaseFailure,
+         "The pending record bytes of a save could not be kept: " + std::string(sqlite3_errmsg(handle_)) + ".");
+  }
+  sqlite3* handle_;
+  std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> statement_;
+};
+
+void put_number(std::string& out, uint64_t n) { out.append(reinterpret_cast<const char*>(&n), sizeof n); }
+uint64_t take_number(std::string_view& from) {
+  uint64_t n = 0;
+  std::memcpy(&n, from.data(), sizeof n);
+  from.remove_prefix(sizeof n);
+  return n;
+}
+
+/// Each run of bytes with its place and size before it, in 64 bits.
+std::string packed(const Extents& extents) {
+  std::string out;
+  size_t size_at = 0;
+  uint64_t end = 0;
+  for (const auto& [offset, bytes] : extents.pieces()) {
+    if (size_at == 0 || offset != end) {
+      put_number(out, offset);
+      size_at = out.size();
+      put_number(out, 0);
+    }
+    out.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    end = offset + bytes.size();
+    const uint64_t size = out.size() - size_at - sizeof(uint64_t);
+    std::memcpy(out.data() + size_at, &size, sizeof size);
+  }
+  return out;
+}
+
+/// False for bytes that `packed` has not made.
+bool unpack(std::string_view packed, Extents& extents) {
+  while (!packed.empty()) {
+    if (packed.size() < 2 * sizeof(uint64_t)) return false;
+    const uint64_t offset = take_number(packed), size = take_number(packed);
+    if (offset > kFarthest || size > packed.size() || offset + size > kFarthest) return false;
+    extents.write(offset, std::as_bytes(std::span(packed.substr(0, size))));
+    packed.remove_prefix(size);
+  }
+  return true;
+}
+
+std::string folder_of(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
+
+}  // namespace
+
+PendingWrites::PendingWrites(sqlite3* handle, std::string database)
+    : handle_(handle), database_(std::move(database)), folder_(folder_of(database_)) {
+  constexpr std::string_view kIndex = "INX.MDB";
+  const std::string name = database_.substr(folder_.size());
+  if (name.size() >= kIndex.size() && same_word(name.substr(name.size() - kIndex.size()), kIndex))
+    prefix_ = name.substr(0, name.size() - kIndex.size());
+}
+
+std::string PendingWrites::name_of(const std::string& path) const {
+  constexpr std::string_view kEnding = ".DAT";
+  const size_t head = folder_.size();
+  const bool beside = path.size() > head + prefix_.size() + kEnding.size() && path.starts_with(folder_) &&
+                      path.find('/', head) == std::string::npos && path.compare(head, prefix_.size(), prefix_) == 0;
+  if (!beside || !same_word(std::string_view(path).substr(path.size() - kEnding.size()), kEnding)) return {};
+  return path.substr(head);
+}
+
+void PendingWrites::refresh(int64_t version) {
+  if (version == version_) return;
+  version_ = -1;
+  changes_.clear();
+  unapplied_.clear();
+  last_ = 0;
+  bytes_ = 0;
+  has_table_ = Step(handle_, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'PendingWrites'").row();
+  if (has_table_) read_rows();
+  for (const auto& [name, change] : changes_) unapplied_.insert(name);
+  version_ = version;
+}
+
+void PendingWrites::read_rows() {
+  Step rows(handle_, "SELECT nOrder, szFile, nForm, szReplacement, abBytes FROM PendingWrites ORDER BY nOrder");
+  while (rows.row()) {
+    last_ = rows.integer(0);
+    bytes_ += rows.bytes(4).size();
+    take_row(std::string(rows.bytes(1)), rows.integer(2), std::string(rows.bytes(3)), rows.bytes(4));
+  }
+}
+
+void PendingWrites::take_row(std::string name, int64_t form, std::string replacement, std::string_view bytes) {
+  FileChange change{form != InPlace, form == Removed, std::move(replacement), {}};
+  const std::string& by = change.replacement;
+  const bool named = name_of(folder_ + name) == name &&
+                     (by.empty() || by == name + std::string(kNew) + std::to_string(last_));
+  if (!named || form < InPlace || form > Removed || !unpack(bytes, change.extents)) {
+    fail(ErrorNumber::UnknownFormat, "The index database " + database_ + " has a row " + std::to_string(last_) +
+                                         " of pending record bytes that no save has written. Restore the project " +
+                                         "from a copy.");
+  }
+  changes_[std::move(name)].merge(std::move(change));
+}
+
+const FileChange* PendingWrites::find(const std::string& name) const {
+  const auto found = changes_.find(name);
+  return found == changes_.end() ? nullptr : &found->second;
+}
+
+// ---- with the write lock
+
+void PendingWrites::add(const Changes& changes) {
+  if (!has_table_) Step(handle_, kTable).row();
+  if (last_ >= kMostRows || bytes_ >= kMostBytes) settle();
+  int64_t order = last_;
+  for (const auto& [name, change] : changes) {
+    FileChange stored = *change;
+    if (!stored.removed && stored.emptied && stored.extents.end() > kSmall && !host().files->is_link(path_of(name))) {
+      stored.replacement = make_replacement(++order, name, stored);
+      stored.extents = {};
+    } else {
+      ++order;
+    }
+    add_row(order, name, stored);
+    added_[name].merge(std::move(stored));
+  }
+  if (!made_.empty()) host().files->sync_folder(folder_);
+}
+
+std::string PendingWrites::make_replacement(int64_t order, const std::string& name, const FileChange& change) {
+  const std::string replacement = name + std::string(kNew) + std::to_string(order), path = path_of(replacement);
+  made_.push_back(path);
+  host().files->remove(path);  // of a program that died before its commit
+  const auto file = host().files->open(path, OpenMode::Create);
+  host().files->copy_owner(path_of(name), path);
+  for (const auto& [offset, bytes] : change.extents.pieces()) file->write(offset, bytes);
+  file->sync();
+  return replacement;
+}
+
+void PendingWrites::add_row(int64_t order, const std::string& name, const FileChange& change) {
+  Step row(handle_, "INSERT INTO PendingWrites VALUES (?, ?, ?, ?, ?)");
+  const std::string bytes = packed(change.extents);
+  row.bind(1, order);
+  row.bind(2, name);
+  row.bind(3, change.removed ? Removed : change.emptied ? Whole : InPlace);
+  row.bind(4, change.replacement);
+  row.bind_bytes(5, bytes);
+  row.row();
+}
+
+void PendingWrites::apply(const std::string& name, const FileChange& change) const {
+  FileService& files = *host().files;
+  const std::string path = path_of(name);
+  if (change.removed) return files.remove(path);
+  if (const std::string by = path_of(change.replacement); !change.replacement.empty() && files.exists(by))
+    files.rename(by, path);
+  const bool shortened = change.emptied && change.replacement.empty();
+  if (!shortened && change.extents.pieces().empty()) return;
+  const auto file = files.open(path, OpenMode::Create);
+  if (shortened) file->truncate(change.extents.end());
+  for (const auto& [offset, bytes] : change.extents.pieces()) file->write(offset, bytes);
+}
+
+void PendingWrites::apply() {
+  try {
+    while (!unapplied_.empty()) {
+      const std::string& name = *unapplied_.begin();
+      apply(name, changes_.at(name));
+      unapplied_.erase(unapplied_.begin());
+    }
+  } catch (const Error& refused) {
+    log().message(refused.description() + " The save is complete in " + database_ +
+                  "; its record bytes follow when the file can be written.");
+  }
+}
+
+void PendingWrites::settle() {
+  FileService& files = *host().files;
+  for (const auto& [name, change] : changes_) {
+    apply(name, change);
+    if (const auto file = change.removed ? nullptr : files.open(path_of(name), OpenMode::Write)) file->sync();
+  }
+  if (!changes_.empty()) files.sync_folder(folder_);
+  Step(handle_, "DELETE FROM PendingWrites").row();
+  settled_ = true;
+  last_ = 0;
+}
+
+void PendingWrites::committed() {
+  if (std::exchange(settled_, false)) {
+    changes_.clear();
+    unapplied_.clear();
+    bytes_ = 0;
+  }
+  has_table_ = has_table_ || !added_.empty();
+  last_ += static_cast<int64_t>(added_.size());
+  for (auto& [name, change] : std::exchange(added_, {})) {
+    for (const auto& [offset, bytes] : change.extents.pieces()) bytes_ += bytes.size();
+    unapplied_.insert(name);
+    changes_[name].merge(std::move(change));
+  }
+  made_.clear();
+}
+
+void PendingWrites::rolled_back() {
+  for (const std::string& path : std::exchange(made_, {})) {
+    try {
+      host().files->remove(path);
+    } catch (const Error& refused) {
+      log().message(refused.description() + " It is no longer needed.");
+    }
+  }
+  if (settled_ || !added_.empty()) version_ = -1;
+  settled_ = false;
+  added_.clear();
+}
+
+}  // namespace tarn
