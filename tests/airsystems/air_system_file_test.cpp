@@ -1,4 +1,6 @@
 // The file of an air system: where its sections lie, which of them a load or a save takes.
+#include <numeric>
+
 #include "airsystems/air_system_fixture.h"
 
 namespace tarn {

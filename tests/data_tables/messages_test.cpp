@@ -89,7 +89,7 @@ class Messages : public test::ProjectTest {
         {"Air system object must be set before loading air system design load data.",
          [this] { test::call(*made("NewAirSystemDesign"), "Load"); }},
         {"Air system design data filename is invalid",
-         [this] { test::call(*create("ADL_AirSystemDesign"), "Save", {int16_t{1}}); }},
+         [] { test::call(*create("ADL_AirSystemDesign"), "Save", {int16_t{1}}); }},
         {"File does not exist: ", [this] {
            const ObjectPtr design = made("NewAirSystemDesign");
            let_property(*design, "AirSystem", saved_system("D"));
