@@ -86,8 +86,9 @@ struct Slices {
 
   explicit Slices(const std::vector<Drawn>& layers) {
     for (const Drawn& layer : layers) {
-      const double width = layer.to - layer.from, count = std::ceil(std::max(width / kSlice, 1.0));
-      for (double i = 1; i <= count; ++i) {
+      const double width = layer.to - layer.from;
+      const int count = static_cast<int>(std::ceil(std::max(width / kSlice, 1.0)));
+      for (int i = 1; i <= count; ++i) {
         slab.push_back({layer.resistance / count, layer.capacity / count});
         borders.push_back(layer.from + width * i / count);
       }
@@ -215,7 +216,7 @@ std::string temperature_lines(const std::vector<Drawn>& layers) {
 
 /// The flux at the inside for an hour of 1 F more outside, by the stored terms.
 struct Pulse {
-  static constexpr size_t kLongest = 24 * 60;
+  static constexpr size_t kLongest = size_t{24} * 60;
   std::vector<double> flux;  // by hour
   double whole = 0;          // what comes in at last
 

@@ -130,11 +130,14 @@ std::vector<Sample> samples_of(const Transmission& slab, const ExactResponse& ex
   const auto at = [](double frequency) {
     return Complex(2 * std::pow(std::sin(frequency / 2), 2), std::sin(frequency));
   };
-  for (double frequency = pi; frequency > slowest_root / kBelow; frequency /= kRatio)
+  double frequency = pi;
+  while (frequency > slowest_root / kBelow) {
     out.push_back({at(frequency), hourly_transfer(slab, frequency), 1 / exact.u_value()});
+    frequency /= kRatio;
+  }
   for (int k = 1; k <= ExactResponse::kHarmonics; ++k) {
-    const double frequency = pi * k / ExactResponse::kHarmonics;
-    out.push_back({at(frequency), exact.daily()[static_cast<size_t>(k) - 1], kOfDay * exact.weight_of_day(k)});
+    const double harmonic = pi * k / ExactResponse::kHarmonics;
+    out.push_back({at(harmonic), exact.daily()[static_cast<size_t>(k) - 1], kOfDay * exact.weight_of_day(k)});
   }
   return out;
 }
