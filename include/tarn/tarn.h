@@ -194,6 +194,9 @@ TARN_API tarn_status tarn_import_chiller(tarn_object* chiller, const char* path,
 
 /* Makes a new index database with every table, which a client does first; an existing file is refused. */
 TARN_API tarn_status tarn_create_index(const char* path);
+/* Brings the record bytes of all committed saves of this thread to the disk now: before another program replaces record
+ * files. The last program that closes a project does it by itself. */
+TARN_API tarn_status tarn_settle(void);
 /* The product's own shared handle of an existing index database, for SetDBHandle. */
 TARN_API tarn_status tarn_open_database(const char* path, tarn_object** out);
 /* Statements of the client's own; the rows changed come back. Values are bound to the '?' of the statement. Those that

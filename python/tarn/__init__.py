@@ -76,6 +76,12 @@ def create_index(path):
     _c.check(_c.library.tarn_create_index(str(path).encode()))
 
 
+def settle():
+    """Brings the record bytes of all committed saves to the disk now, before another program replaces record files. The
+    last program that closes a project does it by itself."""
+    _c.check(_c.library.tarn_settle())
+
+
 def shipped_file(name):
     """Full path of a data file that comes with Tarn: "chillers.dat" (by chiller type), "plant.dat" (the default plant)."""
     path = _c.library.tarn_shipped_file(str(name).encode())

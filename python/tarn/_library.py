@@ -84,6 +84,7 @@ _SIGNATURES = {
     "shipped_file": (_text, [_text]),
     "import_chiller": (_int, [_object, _text, ctypes.POINTER(_text)]),
     "create_index": (_int, [_text]),
+    "settle": (_int, []),
     "open_database": (_int, [_text, ctypes.POINTER(_object)]),
     "execute": (_int, [_object, _text, ValuePointer, _int, _ints]),
     "query": (_int, [_object, _text, ValuePointer, _int, Row, ctypes.c_void_p]),

@@ -4,6 +4,7 @@
 
 #include "c/c_support.h"
 #include "platform/binary_file.h"
+#include "platform/file_store.h"
 #include "platform/host.h"
 #include "project/enumerations.h"
 #include "project/new_index.h"
@@ -162,6 +163,10 @@ tarn_status tarn_import_chiller(tarn_object* chiller, const char* path, const ch
 
 tarn_status tarn_create_index(const char* path) {
   return guarded(thread_error, [&] { create_index(required_text(path)); });
+}
+
+tarn_status tarn_settle(void) {
+  return guarded(thread_error, [] { files().settle(); });
 }
 
 tarn_status tarn_open_database(const char* path, tarn_object** out) {

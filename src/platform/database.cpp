@@ -37,8 +37,7 @@ std::chrono::milliseconds busy_time() {
   const std::string cause = sqlite3_errmsg(handle);
   switch (sqlite3_errcode(handle) & 0xFF) {
     case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-    {
+    case SQLITE_LOCKED: {
       const std::string holder = lock_holder(path);
       fail(ErrorNumber::DatabaseLocked, "The database " + path + " is in use by " +
                                             (holder.empty() ? "another program" : holder) +
@@ -69,7 +68,8 @@ std::chrono::milliseconds busy_time() {
   std::string head(20, '\0');
   if (const auto file = host().files->open(path, OpenMode::Read))
     head.resize(file->read(0, std::as_writable_bytes(std::span(head))));
-  if (head.starts_with("SQLite format 3")) fail(ErrorNumber::UnknownFormat, path + " is damaged; restore it from a copy.");
+  if (head.starts_with("SQLite format 3"))
+    fail(ErrorNumber::UnknownFormat, path + " is damaged; restore it from a copy.");
   const std::string_view at_four = std::string_view(head).substr(std::min<size_t>(4, head.size()));
   if (at_four.starts_with("Standard Jet DB") || at_four.starts_with("Standard ACE DB")) {
     fail(ErrorNumber::UnknownFormat,

@@ -85,7 +85,8 @@ size_t FileStore::read(const std::string& name, uint64_t offset, std::span<std::
   std::fill(into.begin() + static_cast<ptrdiff_t>(got), into.end(), std::byte{0});
   if (handle.committed) got = overlay(*handle.committed, offset, into, got);
   for (const Level& level : levels_) {
-    if (const auto found = level.find(path); found != level.end()) got = overlay(found->second.change, offset, into, got);
+    if (const auto found = level.find(path); found != level.end())
+      got = overlay(found->second.change, offset, into, got);
   }
   return got;
 }

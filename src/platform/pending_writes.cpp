@@ -14,13 +14,10 @@
 namespace tarn {
 namespace {
 
-constexpr const char* kTable =
-    "CREATE TABLE IF NOT EXISTS PendingWrites (nOrder INTEGER PRIMARY KEY, szFile TEXT, nForm INTEGER, "
-    "szReplacement TEXT, abBytes BLOB)";
 enum Form : int64_t { InPlace, Whole, Removed };
 
-constexpr size_t kSmall = 65'536;           // bytes; a larger whole file is made as a file of its own
-constexpr int64_t kMostRows = 64;           // before they are settled
+constexpr size_t kSmall = 65'536;  // bytes; a larger whole file is made as a file of its own
+constexpr int64_t kMostRows = 64;  // before they are settled
 constexpr size_t kMostBytes = 262'144;
 constexpr uint64_t kFarthest = 1ULL << 31;  // byte of a record file
 constexpr std::string_view kNew = "-new";   // of a replacement, before its row's number
@@ -147,8 +144,8 @@ void PendingWrites::read_rows() {
 void PendingWrites::take_row(std::string name, int64_t form, std::string replacement, std::string_view bytes) {
   FileChange change{form != InPlace, form == Removed, std::move(replacement), {}};
   const std::string& by = change.replacement;
-  const bool named = name_of(folder_ + name) == name &&
-                     (by.empty() || by == name + std::string(kNew) + std::to_string(last_));
+  const bool named =
+      name_of(folder_ + name) == name && (by.empty() || by == name + std::string(kNew) + std::to_string(last_));
   if (!named || form < InPlace || form > Removed || !unpack(bytes, change.extents)) {
     fail(ErrorNumber::UnknownFormat, "The index database " + database_ + " has a row " + std::to_string(last_) +
                                          " of pending record bytes that no save has written. Restore the project " +
@@ -165,7 +162,7 @@ const FileChange* PendingWrites::find(const std::string& name) const {
 // ---- with the write lock
 
 void PendingWrites::add(const Changes& changes) {
-  if (!has_table_) Step(handle_, kTable).row();
+  if (!has_table_) Step(handle_, kPendingTable).row();
   if (last_ >= kMostRows || bytes_ >= kMostBytes) settle();
   int64_t order = last_;
   for (const auto& [name, change] : changes) {

@@ -14,6 +14,11 @@ struct sqlite3;
 
 namespace tarn {
 
+/// Its table, made with a new project, and with the first save of an older one.
+constexpr const char* kPendingTable =
+    "CREATE TABLE IF NOT EXISTS PendingWrites (nOrder INTEGER PRIMARY KEY, szFile TEXT, nForm INTEGER, "
+    "szReplacement TEXT, abBytes BLOB);\n";
+
 class PendingWrites {
  public:
   PendingWrites(sqlite3* handle, std::string database);

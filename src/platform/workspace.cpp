@@ -34,7 +34,8 @@ Workspace& Engine::Workspaces(int number) {
 
 void Workspace::require_own() const {
   if (levels_.empty()) fail(ErrorNumber::NoTransaction, "There is no transaction to end.");
-  if (levels_.back().scoped) fail(ErrorNumber::NoTransaction, "The transaction cannot end while a save inside it is running.");
+  if (levels_.back().scoped)
+    fail(ErrorNumber::NoTransaction, "The transaction cannot end while a save inside it is running.");
 }
 
 void Workspace::CommitTrans() {

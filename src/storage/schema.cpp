@@ -1,5 +1,6 @@
 #include "storage/schema.h"
 
+#include "platform/pending_writes.h"
 #include "storage/kind.h"
 #include "storage/links.h"
 
@@ -59,7 +60,7 @@ std::string index_schema(std::span<const Ptr<StoredEntity>> kinds) {
     }
   }
   if (has_equipment) links += kEquipmentLinks;
-  return tables + links + std::string(kDeletedUses) + std::string(kWeatherTables);
+  return tables + links + std::string(kDeletedUses) + kPendingTable + std::string(kWeatherTables);
 }
 
 }  // namespace tarn

@@ -127,9 +127,9 @@ class Database final : public Object {
   std::chrono::steady_clock::time_point waiting_since_;
   size_t level_ = 0;  // of the workspace's transaction that this database has joined
   std::unique_ptr<EngineFile> engine_file_;
-  std::unique_ptr<PendingWrites> pending_;  // null for a database apart
-  FileStore* files_ = nullptr;              // where it is attached
-  bool pending_seen_ = false;  // in the open transaction
+  std::unique_ptr<PendingWrites> pending_;                               // null for a database apart
+  FileStore* files_ = nullptr;                                           // where it is attached
+  bool pending_seen_ = false;                                            // in the open transaction
   std::unordered_map<std::string, KeptStatements> prepared_;             // by text
   std::unordered_map<std::string, sqlite3_stmt*> controls_;              // of transactions, by text; never a client's
   std::unordered_map<std::string, std::shared_ptr<QueryShape>> shapes_;  // by query
