@@ -70,10 +70,23 @@ class SystemFile final : public File {
   void sync() override {
     if (::fsync(descriptor_) != 0) fail_on(path_, "store");
   }
+  bool is_current() override {
+    struct stat named {};
+    if (::stat(path_.c_str(), &named) != 0) return false;
+    if (inode_ == 0) {
+      struct stat opened {};
+      if (::fstat(descriptor_, &opened) != 0) return false;
+      device_ = opened.st_dev;
+      inode_ = opened.st_ino;
+    }
+    return named.st_ino == inode_ && named.st_dev == device_;
+  }
 
  private:
   std::string path_;
   int descriptor_;
+  dev_t device_ = 0;
+  ino_t inode_ = 0;  // 0 until it is asked for
 };
 
 class SystemFiles final : public FileService {

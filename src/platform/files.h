@@ -19,6 +19,8 @@ class File {
   virtual void truncate(uint64_t size) = 0;
   /// Returns when the bytes are on the disk.
   virtual void sync() = 0;
+  /// Whether the file still has its name; false where that is not known, and the file is opened anew.
+  virtual bool is_current() { return false; }
 };
 
 enum class OpenMode : uint8_t { Read, Write, Create };
