@@ -46,6 +46,10 @@ class FileService {
   virtual void sync_folder(const std::string& folder) = 0;
 };
 
+/// Refuses to write through a symbolic link that leads out of its folder. Where this user owns both, and
+/// TARN_FOLLOW_LINKS=1 is set, it is allowed. Error `PermissionDenied`.
+void check_link(const std::string& path);
+
 /// The operating system's files.
 FileService& system_files();
 
