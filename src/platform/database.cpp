@@ -121,8 +121,8 @@ Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move
   // No trigger is ours, and one in a project that came from elsewhere would change what is saved.
   sqlite3_db_config(handle_, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
   sqlite3_progress_handler(
-      handle_, kProgressSteps, [](void* self) { return ++static_cast<Database*>(self)->progress_ > kMostProgress ? 1 : 0; },
-      this);
+      handle_, kProgressSteps,
+      [](void* self) { return ++static_cast<Database*>(self)->progress_ > kMostProgress ? 1 : 0; }, this);
   sqlite3_busy_handler(
       handle_, [](void* self, int tries) { return static_cast<Database*>(self)->waits(tries) ? 1 : 0; }, this);
   sqlite3_set_authorizer(
