@@ -1,5 +1,5 @@
 # The front door. `./run` and `./test` do the same on a bare machine.
-.PHONY: run test check bench fuzz build format reference
+.PHONY: run test check bench faults fuzz build format reference
 
 build:
 	@scripts/setup
@@ -31,6 +31,13 @@ check: test
 bench: build
 	@cmake --build build --target tarn_bench
 	build/bench/tarn_bench
+
+# 10,000 faults at file calls, programs that are killed, 10,000 losses of power. Half an hour.
+faults:
+	@scripts/setup
+	@cmake --preset release >/dev/null
+	@cmake --build build --target tarn_faults
+	build/tests/faults/tarn_faults
 
 FUZZ_SECONDS ?= 600
 fuzz:

@@ -12,13 +12,14 @@
 #include "base/nearest.h"
 #include "cli/command.h"
 #include "cli/words.h"
+#include "platform/file_store.h"
 #include "project/defaults.h"
 #include "project/enumerations.h"
 #include "project/kinds.h"
-#include "project/new_index.h"
 #include "tarn/base/value.h"
 #include "tarn/class_list.h"
 #include "tarn/exchange.h"
+#include "tarn/platform/workspace.h"
 #include "tarn/preferences.h"
 
 namespace tarn::cli {
@@ -71,13 +72,7 @@ int project_new(const Call& call) {
   COM_ProjectData project;
   project.SetWorkPath(path.has_parent_path() ? path.parent_path().string() : ".");
   project.FilePrefix = path.filename().string();
-  create_index(project.IndexDBName());
-  try {
-    write_default_records(project);
-  } catch (...) {  // no half of a project
-    fs::remove(project.IndexDBName());
-    throw;
-  }
+  create_project(project);
   if (call.json)
     print_json({{"index_database", project.IndexDBName()}});
   else
@@ -173,8 +168,14 @@ int project_export(const Call& call) {
     std::cout << text;
     return kClean;
   }
-  std::ofstream out(call.output, std::ios::binary);
-  if (!(out << text).flush()) fail(ErrorNumber::DeviceError, "Cannot write " + call.output + ".");
+  if (!fs::exists(call.output) || fs::is_regular_file(call.output)) {
+    Transaction whole;
+    const auto bytes = std::as_bytes(std::span(text));
+    files().replace(call.output, {bytes.begin(), bytes.end()}, nullptr);
+    whole.commit();
+  } else if (!(std::ofstream(call.output, std::ios::binary) << text).flush()) {  // a pipe, or a device
+    fail(ErrorNumber::DeviceError, "Cannot write " + call.output + ".");
+  }
   return kClean;
 }
 

@@ -1,14 +1,11 @@
 #include "tarn/platform/database.h"
 
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
-#include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <thread>
 
 #include "base/nearest.h"
 #include "platform/engine_files.h"
@@ -28,14 +25,8 @@ namespace {
 constexpr int kProgressSteps = 1'000'000;
 constexpr int kMostProgress = 150;
 
-/// How long a lock of another program is waited for.
-std::chrono::milliseconds busy_time() {
-  constexpr int kMilliseconds = 5000;
-  const char* const told = std::getenv("TARN_BUSY_MS");
-  int milliseconds = kMilliseconds;
-  if (told) std::from_chars(told, told + std::strlen(told), milliseconds);
-  return std::chrono::milliseconds(std::max(milliseconds, 0));
-}
+/// After the name of a new database, until it is whole.
+constexpr std::string_view kInTheMaking = "-new";
 
 [[noreturn]] void fail_with(sqlite3* handle, const std::string& path, const std::string& sql) {
   const std::string cause = sqlite3_errmsg(handle);
@@ -228,7 +219,13 @@ Ptr<Database> Database::open(const std::string& name, Access access) {
 void Database::start(Access access) {
   engine_file_ = std::make_unique<EngineFile>(sqlite3_db_filename(handle_, "main"));
   apart_ = access == Access::Apart;
-  read_only_ = access != Access::ReadWrite || sqlite3_db_readonly(handle_, "main") == 1;
+  in_the_making_ = access == Access::InTheMaking;
+  const bool reads = access == Access::Apart || access == Access::ReadOnly;
+  read_only_ = reads || sqlite3_db_readonly(handle_, "main") == 1;
+  if (!reads && read_only_ && ::access(path_.c_str(), W_OK) == 0) {
+    fail(ErrorNumber::DatabaseFailure,
+         "The database " + path_ + " could not be opened for writing, although it may be written; try again.");
+  }
   // Savepoints, sorting and temporary tables need no files of their own: they fit memory, and a read-only folder stays
   // usable.
   run("PRAGMA temp_store = MEMORY");
@@ -245,196 +242,55 @@ void Database::start(Access access) {
     // itself, which is synced, and not by its removal, which is not.
     run("PRAGMA journal_mode = PERSIST; PRAGMA journal_size_limit = 1048576");
   }
-  pending_ = std::make_unique<PendingWrites>(handle_, path_);
+  pending_ = std::make_unique<PendingWrites>(
+      handle_, in_the_making_ ? path_.substr(0, path_.size() - kInTheMaking.size()) : path_);
   files_ = &files();
   files_->attach(*this);
+  remove_leftovers();
 }
 
-void Database::create(const std::string& path, std::string_view script) {
+namespace {
+
+/// On a new file.
+void run_script(const std::string& path, const std::string& script) {
+  sqlite3* handle = nullptr;
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+  const int opened = sqlite3_open_v2(path.c_str(), &handle, flags, engine_files());
+  const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> closed_after(handle, &sqlite3_close);
+  if (opened != SQLITE_OK) fail_with(handle, path, {});
+  const EngineFile known(sqlite3_db_filename(handle, "main"));
+  if (sqlite3_exec(handle, script.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) fail_with(handle, path, {});
+}
+
+}  // namespace
+
+void Database::create(const std::string& path, std::string_view script,
+                      const std::function<void(const Ptr<Database>&)>& fill) {
   if (path.empty()) fail(ErrorNumber::DatabaseNotFound, "There is no database without a name.");
   FileService& files = *host().files;
   if (files.exists(path)) {
     fail(ErrorNumber::FileExists, path + " exists already; remove it first, or choose another file prefix.");
   }
-  const std::string made = std::filesystem::absolute(path + "-new").lexically_normal().string();
-  const std::string whole = "BEGIN;" + std::string(script) + "COMMIT;";
-  for (const char* ending : {"", "-journal"}) files.remove(made + ending);  // of a program that died
-  sqlite3* handle = nullptr;
-  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-  const int opened = sqlite3_open_v2(made.c_str(), &handle, flags, engine_files());
-  std::unique_ptr<sqlite3, decltype(&sqlite3_close)> closed_after(handle, &sqlite3_close);
-  try {
-    if (opened != SQLITE_OK) fail_with(handle, made, {});
-    const EngineFile known(sqlite3_db_filename(handle, "main"));
-    if (sqlite3_exec(handle, whole.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) fail_with(handle, made, {});
-    closed_after.reset();
-    files.rename_new(made, path);
-    files.sync_folder(std::filesystem::path(made).parent_path().string());
-  } catch (...) {
-    closed_after.reset();
+  const std::string whole_path = std::filesystem::absolute(path).lexically_normal().string();
+  const std::string made = whole_path + std::string(kInTheMaking);
+  const std::string folder = std::filesystem::path(made).parent_path().string();
+  const auto remove_made = [&] {
     for (const char* ending : {"", "-journal"}) files.remove(made + ending);
-    throw;
+  };
+  remove_made();  // of a program that died
+  if (const std::string journal = whole_path + "-journal"; files.exists(journal)) {
+    files.remove(journal);  // of a database that is gone: it would be played back into the new one
+    files.sync_folder(folder);
   }
-}
-
-// ---- locks
-
-/// Called by the engine while another program has the lock that is needed.
-bool Database::waits(int tries) {
-  const auto now = std::chrono::steady_clock::now();
-  if (tries == 0) waiting_since_ = now;
-  if (impatient_ || now - waiting_since_ >= busy_time()) return false;
-  host().yield();
-  // Waits differ, so that programs which wait for each other do not keep in step.
-  const int most = std::min(1 + tries / 4, 20);
-  std::this_thread::sleep_for(std::chrono::microseconds(200 + std::rand() % (most * 1000)));
-  return true;
-}
-
-// ---- record bytes of committed saves
-
-bool Database::keeps(const std::string& path) const { return pending_ && !pending_->name_of(path).empty(); }
-
-std::string Database::pending_path(const FileChange& change) const { return pending_->path_of(change.replacement); }
-
-const FileChange* Database::pending(const std::string& path) {
-  const std::string name = pending_->name_of(path);
-  if (name.empty()) return nullptr;
-  join(Part::Reading);
-  see_pending();
-  return pending_->find(name);
-}
-
-void Database::see_pending() {
-  if (level_ > 0 && pending_seen_) return;
-  pending_->refresh(foreign_version());
-  pending_seen_ = level_ > 0;
-}
-
-/// After a commit, which another program's may have followed already: then its own call does this.
-void Database::apply_pending() {
-  if (read_only_ || pending_->applied()) return;
-  impatient_ = true;
-  const bool begun = begin("BEGIN IMMEDIATE");
-  impatient_ = false;
-  if (!begun) return;
-  pending_->refresh(foreign_version());
-  pending_->apply();
-  control("ROLLBACK");
-}
-
-void Database::settle() {
-  if (!pending_ || read_only_ || sqlite3_get_autocommit(handle_) == 0) return;
-  pending_->refresh(foreign_version());
-  if (pending_->empty()) return;
-  control("BEGIN IMMEDIATE");
   try {
-    pending_->refresh(foreign_version());
-    pending_->settle();
-    control("COMMIT");
+    run_script(made, "BEGIN;" + std::string(script) + "COMMIT;");
+    if (fill) fill(open(made, Access::InTheMaking));
+    files.rename_new(made, whole_path);
+    files.sync_folder(folder);
   } catch (...) {
-    pending_->rolled_back();
-    control("ROLLBACK");
+    remove_made();
     throw;
   }
-  pending_->committed();
-}
-
-/// The last user of a project leaves its record files complete, and no journal.
-void Database::close() {
-  if (!pending_) return;
-  try {
-    if (!read_only_) {
-      impatient_ = true;
-      settle();
-      run("PRAGMA journal_mode = DELETE");
-    }
-  } catch (const std::exception&) {
-    // The rows stay, and the next program that opens the project settles them.
-  }
-  files_->detach(*this);
-  pending_.reset();
-}
-
-/// Statements that open and end transactions are kept apart from all others.
-void Database::control(const std::string& sql) {
-  sqlite3_stmt*& statement = controls_[sql];
-  if (!statement && sqlite3_prepare_v3(handle_, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr))
-    fail_on(sql);
-  sqlite3_step(statement);
-  if (sqlite3_reset(statement) != SQLITE_OK) fail_on(sql);
-}
-
-void Database::run(const std::string& sql) {
-  if (sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) fail_on(sql);
-}
-
-int64_t Database::pragma(const std::string& name) {
-  const std::string sql = "PRAGMA " + name;
-  Statement statement(*this, sql, {});
-  return statement.step() ? statement.integer(0) : 0;
-}
-
-/// Begins a transaction of the engine; false where another program has the lock and it is not waited for.
-bool Database::begin(const std::string& sql) {
-  try {
-    control(sql);
-    return true;
-  } catch (const Error& error) {
-    if (!impatient_ || error.number() != static_cast<int>(ErrorNumber::DatabaseLocked)) throw;
-    return false;
-  }
-}
-
-void Database::join(Part part) {
-  if (apart_) return;
-  Workspace& workspace = Engine::of_thread().Workspaces(0);
-  const size_t depth = part == Part::Writing ? workspace.depth() : std::min<size_t>(workspace.depth(), 1);
-  if (level_ > 0 && sqlite3_get_autocommit(handle_) != 0) {
-    fail(ErrorNumber::DatabaseFailure,
-         "A failure has ended the transaction of " + path_ + "; roll it back and begin again.");
-  }
-  while (level_ < depth) {
-    if (level_ == 0) {
-      // A transaction that is going to write takes the write lock at once: later, the engine could not wait for it.
-      control(workspace.writes() && !read_only_ && !workspace.has_enlisted(path_) ? "BEGIN IMMEDIATE" : "BEGIN");
-      pending_seen_ = false;
-      workspace.enlist(std::static_pointer_cast<Database>(shared_from_this()));
-    } else {
-      control("SAVEPOINT s" + std::to_string(level_ + 1));
-    }
-    ++level_;
-  }
-}
-
-void Database::release_level(size_t level) {
-  if (level_ < level) return;
-  control("RELEASE s" + std::to_string(level));
-  level_ = level - 1;
-}
-
-void Database::rollback_level(size_t level) {
-  if (level_ < level) return;
-  level_ = level - 1;
-  rows_unknown();
-  if (level == 1) pending_->rolled_back();
-  if (sqlite3_get_autocommit(handle_) != 0) return;  // the engine has rolled back by itself, after a full disk say
-  if (level == 1) return run("ROLLBACK");
-  const std::string point = "s" + std::to_string(level);
-  run("ROLLBACK TO " + point + "; RELEASE " + point);
-}
-
-void Database::commit(const Writes& writes) {
-  if (!writes.empty()) {
-    PendingWrites::Changes changes;
-    for (const auto& [path, change] : writes) changes.emplace_back(pending_->name_of(path), change);
-    see_pending();
-    pending_->add(changes);
-  }
-  control("COMMIT");
-  level_ = 0;
-  pending_->committed();
-  apply_pending();
 }
 
 Recordset Database::OpenRecordset(const std::string& sql, std::vector<Cell> parameters) {

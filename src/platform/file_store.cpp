@@ -32,11 +32,10 @@ struct FileStore::Reading {
   std::optional<Transaction> own;
 };
 
-/// The database that keeps the file's bytes; one that takes part in the transaction comes first.
-Database* FileStore::keeper(const std::string& path) const {
+Database* FileStore::keeper(const std::string& path, Wanted wanted) const {
   Database* found = nullptr;
   for (Database* each : databases_) {
-    if (!each->keeps(path)) continue;
+    if (!each->keeps(path) || (wanted == Wanted::ToWrite && each->read_only())) continue;
     if (Engine::of_thread().Workspaces(0).has_enlisted(each->Name())) return each;
     if (!found) found = each;
   }
@@ -48,7 +47,7 @@ FileStore::Handle& FileStore::opened(const std::string& path, OpenMode mode) {
   const auto known = handles_.find(path);
   const bool serves = known != handles_.end() && (mode == OpenMode::Read || known->second.writable);
   if (serves && !known->second.kept) return known->second;
-  Database* const database = keeper(path);
+  Database* const database = keeper(path, Wanted::ToRead);
   Handle handle;
   handle.committed = database ? database->pending(path) : nullptr;
   if (serves && known->second.file->is_current()) {
@@ -174,7 +173,7 @@ bool FileStore::exists(const std::string& name) {
     const auto found = level->find(path);
     if (found != level->end()) return !found->second.change.removed;
   }
-  if (Database* const database = keeper(path)) {
+  if (Database* const database = keeper(path, Wanted::ToRead)) {
     if (const FileChange* change = database->pending(path)) return !change->removed;
   }
   return host().files->exists(path);

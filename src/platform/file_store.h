@@ -58,6 +58,9 @@ class FileStore {
   void drop();
   /// The writes of the outermost level.
   const Level& outermost() const { return levels_.front(); }
+  enum class Wanted : uint8_t { ToRead, ToWrite };
+  /// The open database that keeps the file's bytes; one that takes part in the transaction comes first. Null for none.
+  Database* keeper(const std::string& path, Wanted wanted) const;
 
  private:
   struct Handle {
@@ -69,7 +72,6 @@ class FileStore {
   };
   struct Reading;
   FileChange& pending(const std::string& path, Ptr<Database> owner);
-  Database* keeper(const std::string& path) const;
   Handle& opened(const std::string& path, OpenMode mode);
 
   std::vector<Database*> databases_;

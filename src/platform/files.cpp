@@ -127,6 +127,13 @@ class SystemFiles final : public FileService {
     if (::chown(to.c_str(), status.st_uid, status.st_gid) != 0 && errno != EPERM) fail_on(to, "give an owner to");
     if (::chmod(to.c_str(), status.st_mode & 07777) != 0) fail_on(to, "set the mode of");
   }
+  std::vector<std::string> names(const std::string& folder) override {
+    std::vector<std::string> all;
+    std::error_code unreadable;  // then there is nothing to see
+    for (const auto& entry : std::filesystem::directory_iterator(folder, unreadable))
+      all.push_back(entry.path().filename().string());
+    return all;
+  }
   void sync_folder(const std::string& folder) override {
     const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) fail_on(folder, "open");

@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace tarn {
 
@@ -42,6 +43,8 @@ class FileService {
   virtual bool is_link(const std::string& /*path*/) { return false; }
   /// Gives a new file the mode of an old one, and its owner where the system lets; nothing where there is no old one.
   virtual void copy_owner(const std::string& /*from*/, const std::string& /*to*/) {}
+  /// The names in a folder; none where a client's service does not list folders.
+  virtual std::vector<std::string> names(const std::string& /*folder*/) { return {}; }
   /// Brings new names, renames and removals in a folder to the disk.
   virtual void sync_folder(const std::string& folder) = 0;
 };

@@ -15,16 +15,19 @@ std::string lock_holder(const std::string& path) {
   if (::stat(path.c_str(), &status) != 0) return {};
   const std::string inode = ":" + std::to_string(status.st_ino);
   std::ifstream locks("/proc/locks");
+  std::string reader;
   for (std::string line; std::getline(locks, line);) {
     std::istringstream words(line);
     std::string number, kind, advice, access, process, file;
     words >> number >> kind >> advice >> access >> process >> file;
-    if (access != "WRITE" || !file.ends_with(inode) || process == std::to_string(::getpid())) continue;
+    if (kind != "POSIX" || !file.ends_with(inode) || process == std::to_string(::getpid())) continue;
     std::string name;
     std::getline(std::ifstream("/proc/" + process + "/comm"), name);
-    return (name.empty() ? "a program" : name) + " (process " + process + ")";
+    name = (name.empty() ? "a program" : name) + " (process " + process + ")";
+    if (access == "WRITE") return name;
+    reader = name;  // which a commit waits for
   }
-  return {};
+  return reader;
 }
 
 }  // namespace tarn

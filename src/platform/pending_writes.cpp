@@ -125,6 +125,7 @@ void PendingWrites::refresh(int64_t version) {
   changes_.clear();
   unapplied_.clear();
   last_ = 0;
+  rows_ = 0;
   bytes_ = 0;
   has_table_ = Step(handle_, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'PendingWrites'").row();
   if (has_table_) read_rows();
@@ -136,6 +137,7 @@ void PendingWrites::read_rows() {
   Step rows(handle_, "SELECT nOrder, szFile, nForm, szReplacement, abBytes FROM PendingWrites ORDER BY nOrder");
   while (rows.row()) {
     last_ = rows.integer(0);
+    ++rows_;
     bytes_ += rows.bytes(4).size();
     take_row(std::string(rows.bytes(1)), rows.integer(2), std::string(rows.bytes(3)), rows.bytes(4));
   }
@@ -163,7 +165,7 @@ const FileChange* PendingWrites::find(const std::string& name) const {
 
 void PendingWrites::add(const Changes& changes) {
   if (!has_table_) Step(handle_, kPendingTable).row();
-  if (last_ >= kMostRows || bytes_ >= kMostBytes) settle();
+  if (rows_ >= kMostRows || bytes_ >= kMostBytes) settle();
   int64_t order = last_;
   for (const auto& [name, change] : changes) {
     FileChange stored = *change;
@@ -235,18 +237,42 @@ void PendingWrites::settle() {
   }
   if (!changes_.empty()) files.sync_folder(folder_);
   Step(handle_, "DELETE FROM PendingWrites").row();
-  settled_ = true;
-  last_ = 0;
+  settled_ = true;  // numbers go on: readers, and a rollback, still have the rows and their new files
+}
+
+std::vector<std::string> PendingWrites::new_files() const {
+  std::vector<std::string> found;
+  const std::string in_the_making = database_.substr(folder_.size()) + std::string(kNew);
+  for (std::string& name : host().files->names(folder_)) {
+    const size_t end = name.rfind(kNew);
+    if (end == std::string::npos) continue;
+    const bool numbered =
+        end + kNew.size() < name.size() && name.find_first_not_of("0123456789", end + kNew.size()) == std::string::npos;
+    if ((numbered && !name_of(folder_ + name.substr(0, end)).empty()) || name == in_the_making ||
+        name == in_the_making + "-journal")
+      found.push_back(std::move(name));
+  }
+  return found;
+}
+
+void PendingWrites::remove_leftovers(const std::vector<std::string>& new_files) const {
+  for (const std::string& name : new_files) {
+    const bool named =
+        std::ranges::any_of(changes_, [&](const auto& change) { return change.second.replacement == name; });
+    if (!named) host().files->remove(folder_ + name);
+  }
 }
 
 void PendingWrites::committed() {
   if (std::exchange(settled_, false)) {
     changes_.clear();
     unapplied_.clear();
+    rows_ = 0;
     bytes_ = 0;
   }
   has_table_ = has_table_ || !added_.empty();
   last_ += static_cast<int64_t>(added_.size());
+  rows_ += static_cast<int64_t>(added_.size());
   for (auto& [name, change] : std::exchange(added_, {})) {
     for (const auto& [offset, bytes] : change.extents.pieces()) bytes_ += bytes.size();
     unapplied_.insert(name);

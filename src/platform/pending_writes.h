@@ -35,6 +35,8 @@ class PendingWrites {
   const FileChange* find(const std::string& name) const;
   bool empty() const { return changes_.empty(); }
   bool applied() const { return unapplied_.empty(); }
+  /// New files beside the old ones, and a database in the making; those that no row names are of programs that died.
+  std::vector<std::string> new_files() const;
 
   // With the write lock held:
   using Changes = std::vector<std::pair<std::string, const FileChange*>>;
@@ -44,6 +46,8 @@ class PendingWrites {
   void apply();
   /// Brings what is pending to the disk and drops the rows.
   void settle();
+  /// Of these, the ones that no row names.
+  void remove_leftovers(const std::vector<std::string>& new_files) const;
 
   void committed();
   void rolled_back();
@@ -60,7 +64,8 @@ class PendingWrites {
   std::map<std::string, FileChange> changes_;  // by name
   std::set<std::string> unapplied_;            // names
   int64_t version_ = -1;
-  int64_t last_ = 0;  // the highest row
+  int64_t last_ = 0;  // the highest row, and the highest number of a new file
+  int64_t rows_ = 0;
   size_t bytes_ = 0;
   bool has_table_ = false;
   // Of the open transaction:

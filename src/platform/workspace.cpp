@@ -84,26 +84,15 @@ bool Workspace::has_enlisted(const std::string& path) const {
   return std::ranges::any_of(enlisted_, [&](const auto& database) { return database->Name() == path; });
 }
 
-namespace {
-
-/// The database that keeps a file's bytes: the writer's own, or the first that takes part and is of the same project.
-Database* keeper_of(const std::string& path, const FileStore::Pending& pending,
-                    const std::vector<Ptr<Database>>& enlisted) {
-  if (pending.owner) return pending.owner->keeps(path) ? pending.owner.get() : nullptr;
-  const auto found = std::ranges::find_if(
-      enlisted, [&](const auto& database) { return !database->read_only() && database->keeps(path); });
-  return found == enlisted.end() ? nullptr : found->get();
-}
-
-}  // namespace
-
 void Workspace::commit_outermost() {
-  for (const auto& [path, pending] : files_->outermost()) {
-    if (pending.owner) pending.owner->join();
-  }
   std::map<Database*, Database::Writes> writes;
-  for (const auto& [path, pending] : files_->outermost())
-    writes[keeper_of(path, pending, enlisted_)].emplace_back(path, &pending.change);
+  for (const auto& [path, pending] : files_->outermost()) {
+    // A writer without a database has that of the project too: what is pending there would be written over its bytes.
+    const bool own = pending.owner && pending.owner->keeps(path);
+    Database* const keeper = own ? pending.owner.get() : files_->keeper(path, FileStore::Wanted::ToWrite);
+    if (keeper) keeper->join();
+    writes[keeper].emplace_back(path, &pending.change);
+  }
   for (auto& [database, files] : writes) std::sort(files.begin(), files.end());
   write_loose_files(writes[nullptr]);
   for (const auto& database : enlisted_) database->commit(writes[database.get()]);

@@ -2,10 +2,15 @@
 
 #include <nlohmann/json.hpp>
 
+#include "platform/host.h"
 #include "project/kinds.h"
+#include "project/new_index.h"
 #include "reflect/json.h"
 #include "reflect/json_text.h"
 #include "storage/kind.h"
+#include "tarn/base/error.h"
+#include "tarn/base/log.h"
+#include "tarn/platform/database.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/utility_rate.h"
 
@@ -38,6 +43,25 @@ bool is_of(const StoredEntity& entity, const EntityKind& kind) {
 }
 
 }  // namespace
+
+void create_project(COM_ProjectData& project) {
+  const std::string path = project.IndexDBName();
+  Database::create(path, index_schema(), [&](const Ptr<Database>& made) {
+    const auto before = std::exchange(host().database, [made](const std::string&) { return made; });
+    try {
+      write_default_records(project);
+    } catch (...) {
+      host().database = before;
+      throw;
+    }
+    host().database = before;
+  });
+  try {
+    host().database(path);  // and its end bring the record files to the disk
+  } catch (const Error& later) {
+    log().message(later.description() + " The project is complete in " + path + "; its record files follow.");
+  }
+}
 
 void write_default_records(COM_ProjectData& project) {
   Transaction transaction;

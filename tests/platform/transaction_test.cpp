@@ -192,6 +192,62 @@ TEST_F(TransactionTest, AProcessThatDiesAnywhereLeavesTheOldStateOrTheNew) {
   EXPECT_GT(died, 3);
 }
 
+/// Its new file must not take the name of one that a row still has.
+TEST_F(TransactionTest, ADeathWhileOlderBytesAreSettledLeavesAWholeFile) {
+  constexpr size_t kLarge = 70'000;
+  const auto save_and_die = [&](int operations, char letter, int small_files) {
+    const pid_t child = fork();
+    if (child == 0) {
+      FaultyFiles faulty(operations, [] { _exit(7); });
+      Transaction all;
+      database = host().database(project.IndexDBName());
+      files().replace(file("A.DAT"), std::vector<std::byte>(kLarge, std::byte(letter)), database);
+      for (int i = 0; i < small_files; ++i) files().replace(file(std::to_string(i) + ".DAT"), bytes("small"), database);
+      all.commit();
+      _exit(0);  // with rows that are not settled
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WEXITSTATUS(status);
+  };
+  database.reset();
+  int died = 0;
+  for (int operations = 0, status = 7; status == 7; ++operations) {
+    ASSERT_EQ(save_and_die(1'000'000, 'a', 64), 0);
+    status = save_and_die(operations, 'b', 0);
+    died += status == 7;
+    host().database(project.IndexDBName())->settle();
+    const std::string all = bytes_of(file("A.DAT"));
+    EXPECT_TRUE(all == std::string(kLarge, 'a') || all == std::string(kLarge, 'b')) << operations;
+  }
+  EXPECT_GT(died, 3);
+}
+
+TEST_F(TransactionTest, WhatADeadProgramLeftGoesWithTheNextOpening) {
+  database.reset();
+  for (const char* name : {"WIN.DAT-new7", "INX.MDB-new", "INX.MDB-new-journal", "WIN.DAT-new", "WIN.DAT-newer"})
+    test::write_bytes(file(name), "left");
+  host().database(project.IndexDBName());
+  for (const char* gone : {"WIN.DAT-new7", "INX.MDB-new", "INX.MDB-new-journal"})
+    EXPECT_FALSE(std::filesystem::exists(file(gone))) << gone;
+  for (const char* not_ours : {"WIN.DAT-new", "WIN.DAT-newer"})
+    EXPECT_TRUE(std::filesystem::exists(file(not_ours))) << not_ours;
+}
+
+TEST_F(TransactionTest, BytesWithoutADatabaseComeAfterWhatIsPending) {
+  make_whole_files();
+  Transaction removes;
+  files().remove(file("A.DAT"), database);
+  files().write(file("B.DAT"), 0, bytes("old"), database);
+  removes.commit();
+  Transaction writes;
+  files().replace(file("A.DAT"), bytes("results"), nullptr);
+  files().write(file("B.DAT"), 0, bytes("new"), nullptr);
+  writes.commit();
+  files().settle();
+  EXPECT_EQ(bytes_of(file("A.DAT")) + " " + bytes_of(file("B.DAT")), "results new");
+}
+
 TEST_F(TransactionTest, WholeFilesChangeLevelByLevel) {
   make_whole_files();
   const auto seen = [&](const char* name) {

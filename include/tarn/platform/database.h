@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -39,13 +40,16 @@ class DatabaseMemory {
 class Database final : public Object {
  public:
   /// `Apart` reads another program's database, outside of the transactions here.
-  enum class Access : uint8_t { ReadWrite, ReadOnly, Apart };
+  /// `InTheMaking` has the record bytes of its saves wait until the database has its name.
+  enum class Access : uint8_t { ReadWrite, ReadOnly, Apart, InTheMaking };
 
   /// Opens an existing database, read-only where the file does not take writes.
   /// Errors `DatabaseNotFound`, `UnknownFormat`, `DatabaseLocked`, each naming the file.
   static Ptr<Database> open(const std::string& path, Access access = Access::ReadWrite);
-  /// Makes a new database by a script, whole or not at all; error `FileExists` where the file is there.
-  static void create(const std::string& path, std::string_view script);
+  /// Makes a new database by a script, and then what `fill` saves into it, record files too: all of it or nothing.
+  /// Error `FileExists` where the file is there.
+  static void create(const std::string& path, std::string_view script,
+                     const std::function<void(const Ptr<Database>&)>& fill = {});
   ~Database() override;
 
   const ClassInfo& info() const override;
@@ -118,15 +122,23 @@ class Database final : public Object {
   bool waits(int tries);
   void see_pending();
   void apply_pending();
+  void remove_leftovers();
+  void roll_back_what_is_open();
+  void with_write_lock(const std::function<void()>& work);
+  void commit_rows();
+  bool has_mark(int32_t mark);
 
   std::string path_;
   sqlite3* handle_ = nullptr;
   bool read_only_ = false;
   bool apart_ = false;
   int progress_ = 0;        // of the running statement, in millions of steps
+  bool in_the_making_ = false;
   bool impatient_ = false;  // a lock is asked for that is not waited for
   std::chrono::steady_clock::time_point waiting_since_;
-  size_t level_ = 0;  // of the workspace's transaction that this database has joined
+  int changes_before_ = 0;  // of rows, when the open transaction began
+  bool locks_out_ = false;  // the open transaction has the write lock
+  size_t level_ = 0;        // of the workspace's transaction that this database has joined
   std::unique_ptr<EngineFile> engine_file_;
   std::unique_ptr<PendingWrites> pending_;                               // null for a database apart
   FileStore* files_ = nullptr;                                           // where it is attached
