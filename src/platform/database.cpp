@@ -14,6 +14,8 @@
 #include "platform/lock_holder.h"
 #include "platform/pending_writes.h"
 #include "platform/query_shape.h"
+#include "tarn/base/error.h"
+#include "tarn/base/log.h"
 #include "tarn/platform/statement.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/reflect/describe.h"
@@ -286,10 +288,14 @@ void Database::create(const std::string& path, std::string_view script,
     run_script(made, "BEGIN;" + std::string(script) + "COMMIT;");
     if (fill) fill(open(made, Access::InTheMaking));
     files.rename_new(made, whole_path);
-    files.sync_folder(folder);
   } catch (...) {
     remove_made();
     throw;
+  }
+  try {
+    files.sync_folder(folder);
+  } catch (const Error& refused) {
+    log().message(refused.description() + " " + path + " is complete, but a loss of power may take it away.");
   }
 }
 

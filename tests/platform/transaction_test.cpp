@@ -195,14 +195,14 @@ TEST_F(TransactionTest, AProcessThatDiesAnywhereLeavesTheOldStateOrTheNew) {
 /// Its new file must not take the name of one that a row still has.
 TEST_F(TransactionTest, ADeathWhileOlderBytesAreSettledLeavesAWholeFile) {
   constexpr size_t kLarge = 70'000;
-  const auto save_and_die = [&](int operations, char letter, int small_files) {
+  const auto save_and_die = [&](int operations, char letter, size_t in_place) {
     const pid_t child = fork();
     if (child == 0) {
       FaultyFiles faulty(operations, [] { _exit(7); });
       Transaction all;
       database = host().database(project.IndexDBName());
       files().replace(file("A.DAT"), std::vector<std::byte>(kLarge, std::byte(letter)), database);
-      for (int i = 0; i < small_files; ++i) files().replace(file(std::to_string(i) + ".DAT"), bytes("small"), database);
+      if (in_place > 0) files().write(file("Z.DAT"), 0, std::vector<std::byte>(in_place), database);
       all.commit();
       _exit(0);  // with rows that are not settled
     }
@@ -213,7 +213,7 @@ TEST_F(TransactionTest, ADeathWhileOlderBytesAreSettledLeavesAWholeFile) {
   database.reset();
   int died = 0;
   for (int operations = 0, status = 7; status == 7; ++operations) {
-    ASSERT_EQ(save_and_die(1'000'000, 'a', 64), 0);
+    ASSERT_EQ(save_and_die(1'000'000, 'a', 300'000), 0);
     status = save_and_die(operations, 'b', 0);
     died += status == 7;
     host().database(project.IndexDBName())->settle();
