@@ -33,12 +33,11 @@ std::vector<CheckFinding> check_project(COM_ProjectData& project) {
   const QuietLog quiet;
   const ProjectIndex index(project);
   if (!index.database) return {index.failure};
-  Transaction reading(Transaction::Purpose::Reading);
+  const Transaction reading(Transaction::Purpose::Reading);  // ended by a rollback: the engine ends it itself at damage
   std::vector<CheckFinding> findings;
   Inspection on(project, index.database);
   inspect(on);
   for (Damage& damage : on.damages) findings.push_back(std::move(damage.told));
-  reading.commit();
   return findings;
 }
 

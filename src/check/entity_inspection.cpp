@@ -28,7 +28,9 @@ void inspect_row_keys(Inspection& on, InspectedKind& kind) {
       kind.names[static_cast<int32_t>(index)] = text ? *text : std::string();
       continue;
     }
-    CheckFinding told{.kind = kind.word(), .name = text ? *text : std::string(), .property = table + ".nIndex"};
+    CheckFinding told{.property = table + ".nIndex"};
+    if (whole) told.kind = kind.word();
+    told.name = text ? *text : std::string();
     told.what = !whole            ? "A row has no whole number as its index."
                 : in_range(index) ? "A second row has the index " + std::to_string(index) + "."
                                   : "A row has the index " + std::to_string(index) + "; indexes are 1 to 32767.";

@@ -108,8 +108,6 @@ std::vector<std::string> project_files(const COM_ProjectData& project) {
   for (const auto& entry : std::filesystem::directory_iterator(folder_of(project), failed)) {
     const std::string name = entry.path().filename().string();
     if (!name.starts_with(project.FilePrefix) || !entry.is_regular_file(failed)) continue;
-    if (name.find(".DAT") != std::string::npos && !files().exists(folder_of(project) + name))
-      continue;  // removed by now
     names.push_back(name);
     const size_t prefix = name.size() - std::min(name.size(), kIndexSuffix.size());
     if (name.ends_with(kIndexSuffix) && prefix > project.FilePrefix.size()) others.push_back(name.substr(0, prefix));
@@ -122,11 +120,22 @@ std::vector<std::string> project_files(const COM_ProjectData& project) {
   return names;
 }
 
+namespace {
+
+/// Those that are still there in the open transaction.
+std::vector<std::string> present_files(const COM_ProjectData& project) {
+  std::vector<std::string> names = project_files(project);
+  std::erase_if(names, [&](const std::string& name) { return !files().exists(folder_of(project) + name); });
+  return names;
+}
+
+}  // namespace
+
 std::vector<int16_t> stored_indexes(const Inspection& on, const InspectedKind& kind) {
   std::vector<int16_t> all;
   const EntityFile& file = kind.entity->file();
   if (file.one_for_each()) {
-    for (const std::string& name : project_files(on.project)) {
+    for (const std::string& name : present_files(on.project)) {
       if (const int32_t index = index_in(name, on.project.FilePrefix + kind.row.letter); index > 0)
         all.push_back(static_cast<int16_t>(index));
     }
@@ -142,7 +151,7 @@ std::vector<int16_t> stored_indexes(const Inspection& on, const InspectedKind& k
 }
 
 void inspect_files(Inspection& on) {
-  const std::vector<std::string> names = project_files(on.project);
+  const std::vector<std::string> names = present_files(on.project);
   inspect_leftovers(on, names);
   inspect_owners(on, names);
 }

@@ -85,7 +85,7 @@ void empty_index(Database& database) {
 
 /// In one transaction, with the copy made under its lock.
 void repair_in_place(COM_ProjectData& project, const Ptr<Database>& database, bool rebuild, RepairReport& report) {
-  database->settle();
+  if (database->foreign_pending_rows().empty()) database->settle();
   Transaction transaction;
   database->join();
   ProjectCopy copy(project);
@@ -148,12 +148,11 @@ struct FirstLook {
 FirstLook first_look(COM_ProjectData& project) {
   const ProjectIndex index(project);
   if (!index.database) return {{index.failure}, false};
-  Transaction reading(Transaction::Purpose::Reading);
+  const Transaction reading(Transaction::Purpose::Reading);  // ended by a rollback: the engine ends it itself at damage
   FirstLook look{{}, index.database->damage().empty()};
   Inspection on(project, index.database);
   inspect(on);
   for (const Damage& damage : on.damages) look.findings.push_back(damage.told);
-  reading.commit();
   return look;
 }
 
