@@ -18,7 +18,8 @@ bool in_range(int64_t index) { return index >= 1 && index <= INT16_MAX; }
 void inspect_row_keys(Inspection& on, InspectedKind& kind) {
   on.database.join(Database::Part::Reading);
   const std::string table = kind.table();
-  Statement rows(on.database, "SELECT rowid, nIndex, typeof(nIndex), CAST(szName AS TEXT) FROM " + table);
+  Statement rows(on.database,
+                 "SELECT rowid, nIndex, typeof(nIndex), CAST(szName AS TEXT) FROM " + table + " ORDER BY rowid");
   while (rows.step()) {
     const int64_t row = rows.integer(0), index = rows.integer(1);
     const bool whole = std::get<std::string>(rows.column(2)) == "integer";
