@@ -113,7 +113,7 @@ void restore_rows(const Inspection& on, InspectedKind& kind);
 void mark_stale(InspectedKind& kind, int16_t index);
 /// Writes the object as it is, marks what rests on it, and brings its row in line.
 void store_mended(InspectedKind& kind);
-/// Statements of the script of a new index, one a table.
+/// The statements of the script of a new index.
 std::vector<std::string> schema_statements();
 
 }  // namespace tarn
