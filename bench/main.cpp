@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <functional>
 
 #include "report.h"
 
@@ -31,22 +32,23 @@ class TemporaryFolder {
 
 }  // namespace
 
-/// tarn_bench [folder for the samples; the system's temporary one by default]
+/// tarn_bench [group] [folder for the samples; the system's temporary one by default]
 int main(int count, char** arguments) {
+  using namespace tarn::bench;
+  const std::pair<std::string_view, std::function<void(Report&, const std::string&)>> groups[]{
+      {"windows", window_cases},         {"constructions", construction_cases},
+      {"air-systems", air_system_cases}, {"plants", plant_cases},
+      {"buildings", building_cases},     {"weather", weather_cases},
+      {"results", result_cases},         {"by-name", [](Report& report, const std::string&) { by_name_cases(report); }},
+      {"staleness", staleness_cases},    {"exchange", exchange_cases}};
   try {
-    const TemporaryFolder folder(count > 1 ? std::filesystem::path(arguments[1])
+    const std::string_view wanted = count > 1 ? arguments[1] : "";
+    const TemporaryFolder folder(count > 2 ? std::filesystem::path(arguments[2])
                                            : std::filesystem::temp_directory_path());
-    tarn::bench::Report report;
-    tarn::bench::window_cases(report, folder.path());
-    tarn::bench::construction_cases(report, folder.path());
-    tarn::bench::air_system_cases(report, folder.path());
-    tarn::bench::plant_cases(report, folder.path());
-    tarn::bench::building_cases(report, folder.path());
-    tarn::bench::weather_cases(report, folder.path());
-    tarn::bench::result_cases(report, folder.path());
-    tarn::bench::by_name_cases(report);
-    tarn::bench::staleness_cases(report, folder.path());
-    tarn::bench::exchange_cases(report, folder.path());
+    Report report;
+    for (const auto& [name, run] : groups) {
+      if (wanted.empty() || wanted == name) run(report, folder.path());
+    }
     report.summary();
   } catch (const std::exception& failure) {
     std::printf("The benchmarks stopped: %s\n", failure.what());

@@ -31,6 +31,8 @@ class Bench {
   }
 
   double saves(Report& report, const std::string& name);
+  /// Each save a transaction of its own.
+  void single_saves(Report& report, const std::string& name);
   double additions(Report& report, const std::string& name);
   void loads(Report& report, const std::string& name, bool in_transaction);
 
@@ -88,6 +90,29 @@ double Bench::saves(Report& report, const std::string& name) {
   return report.compare({name, kWindows, kAllowed, 61}, ours, floor);
 }
 
+void Bench::single_saves(Report& report, const std::string& name) {
+  constexpr size_t kSaves = 100;
+  for (size_t i = 0; i < kSaves; ++i) {
+    windows_[i]->Load(static_cast<int16_t>(indexes_[i]));
+    plain_.load(indexes_[i], records_[i]);
+  }
+  const Side ours{[this] {
+    for (size_t i = 0; i < kSaves; ++i) {
+      windows_[i]->Height = windows_[i]->Height + 1.0F;
+      windows_[i]->Save();
+    }
+  }};
+  const Side floor{[this] {
+    for (size_t i = 0; i < kSaves; ++i) {
+      plain_.begin();
+      records_[i].Height = records_[i].Height + 1.0F;
+      plain_.save(indexes_[i], records_[i]);
+      plain_.commit();
+    }
+  }};
+  report.compare({name, kSaves, 1.3, 15}, ours, floor);
+}
+
 double Bench::additions(Report& report, const std::string& name) {
   const Side ours{.run =
                       [this] {
@@ -137,6 +162,7 @@ void window_cases(Report& report, const std::string& folder) {
   const double saved_large = large.saves(report, "save 1,000 windows, in a table of 30,000");
   report.growth("  ratio at 30,000 beside 1,000", saved_large, saved_small, kGrowth);
   unused.saves(report, "save 1,000 windows that nothing uses");
+  small.single_saves(report, "save 100 windows, each by itself");
   const double added_small = small.additions(report, "save 1,000 new windows, to a table of 1,000");
   const double added_large = large.additions(report, "save 1,000 new windows, to a table of 30,000");
   report.growth("  ratio at 30,000 beside 1,000", added_large, added_small, kGrowth);

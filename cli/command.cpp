@@ -38,7 +38,8 @@ std::vector<std::string> projects_in(const fs::path& folder) {
 
 void place_project(COM_ProjectData& project, const Call& call) {
   const fs::path path = call.project.empty() ? fs::path(".") : fs::path(call.project);
-  if (!fs::is_directory(path)) {
+  std::error_code unreadable;
+  if (!fs::is_directory(path, unreadable)) {
     project.SetWorkPath(path.has_parent_path() ? path.parent_path().string() : ".");
     project.FilePrefix = path.filename().string();
     return;

@@ -2,6 +2,7 @@
 // Data go to standard output, messages to standard error; the exit code says how it went.
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <iostream>
 
 #include "base/nearest.h"
@@ -141,11 +142,14 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kClean : kUsage;
   } catch (const UsageError& error) {
-    std::cerr << "tarn: " << error.what() << '\n';
+    std::cerr << "tarn: " << shortened(error.what()) << '\n';
     return kUsage;
   } catch (const Error& error) {
     std::cerr << "tarn: " << error.what() << '\n';
     return is_input_output(error) ? kInputOutput : kUsage;
+  } catch (const std::filesystem::filesystem_error& error) {
+    std::cerr << "tarn: " << error.path1().string() << " cannot be used: " << error.code().message() << ".\n";
+    return kInputOutput;
   } catch (const std::exception& error) {
     std::cerr << "tarn: internal error: " << error.what() << '\n';
     return kInternal;

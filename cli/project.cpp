@@ -64,7 +64,8 @@ Json counts(Database& database, const Table& table) {
 
 int project_new(const Call& call) {
   const fs::path path(call.project);
-  if (call.project.empty() || fs::is_directory(path)) {
+  std::error_code unreadable;
+  if (call.project.empty() || fs::is_directory(path, unreadable)) {
     throw UsageError("Name the project to make: tarn -p FOLDER/PREFIX project new");
   }
   COM_ProjectData project;

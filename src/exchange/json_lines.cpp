@@ -97,15 +97,22 @@ struct Checker : nlohmann::json_sax<Json> {
   explicit Checker(const LineCounter& lines) : counter(lines) {}
 
   static constexpr size_t kDeepest = 32;
+  static constexpr size_t kMostValues = 10'000'000;  // what a tree of them holds in half a gigabyte
   const LineCounter& counter;
   std::vector<std::set<std::string>> keys;  // of each open object or array
   std::string wrong;
+  size_t values = 0;
 
   bool refuse(size_t line, const std::string& what) {
     wrong = "line " + std::to_string(line) + ": " + what;
     return false;
   }
+  bool value() {
+    return ++values <= kMostValues || refuse(counter.line, "the text has more than " + std::to_string(kMostValues) +
+                                                               " values, which no project has.");
+  }
   bool open() {
+    if (!value()) return false;
     keys.emplace_back();
     return keys.size() <= kDeepest ||
            refuse(counter.line, "the text nests deeper than " + std::to_string(kDeepest) + " levels.");
@@ -115,13 +122,13 @@ struct Checker : nlohmann::json_sax<Json> {
     return true;
   }
 
-  bool null() override { return true; }
-  bool boolean(bool) override { return true; }
-  bool number_integer(number_integer_t) override { return true; }
-  bool number_unsigned(number_unsigned_t) override { return true; }
-  bool number_float(number_float_t, const string_t&) override { return true; }
-  bool string(string_t&) override { return true; }
-  bool binary(binary_t&) override { return true; }
+  bool null() override { return value(); }
+  bool boolean(bool) override { return value(); }
+  bool number_integer(number_integer_t) override { return value(); }
+  bool number_unsigned(number_unsigned_t) override { return value(); }
+  bool number_float(number_float_t, const string_t&) override { return value(); }
+  bool string(string_t&) override { return value(); }
+  bool binary(binary_t&) override { return value(); }
   bool start_object(size_t) override { return open(); }
   bool end_object() override { return close(); }
   bool start_array(size_t) override { return open(); }

@@ -10,7 +10,7 @@ namespace tarn {
 size_t line_of(const std::string& text, const std::string& pointer);
 
 /// Checks a text before it is used. Error `TypeMismatch`, with the line, for a text that is not JSON, nests too deep,
-/// has a number too large for a real, or gives an object the same key twice (letter case ignored).
+/// has a number too large for a real, too many values, or gives an object the same key twice (letter case ignored).
 void check_json(const std::string& text);
 
 }  // namespace tarn

@@ -24,6 +24,10 @@
 namespace tarn {
 namespace {
 
+/// A view in the place of a table may never end. The longest statement of ours takes a tenth of this.
+constexpr int kProgressSteps = 1'000'000;
+constexpr int kMostProgress = 150;
+
 /// How long a lock of another program is waited for.
 std::chrono::milliseconds busy_time() {
   constexpr int kMilliseconds = 5000;
@@ -48,6 +52,10 @@ std::chrono::milliseconds busy_time() {
       fail(ErrorNumber::UnknownFormat, path + " is damaged or is not a database: " + cause + ".");
     case SQLITE_READONLY:
       fail(ErrorNumber::DatabaseReadOnly, "The database " + path + " cannot be written: " + cause + ".");
+    case SQLITE_INTERRUPT:
+      fail(
+          ErrorNumber::DatabaseFailure,
+          "A statement on " + path + " did not end; the database may hold a view in the place of a table. SQL: " + sql);
     case SQLITE_ERROR:
     case SQLITE_RANGE:
     case SQLITE_CONSTRAINT:
@@ -110,6 +118,11 @@ std::string what_is_refused(int action, const char* first, const char* second) {
 
 Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move(path)), handle_(handle) {
   sqlite3_extended_result_codes(handle_, 1);
+  // No trigger is ours, and one in a project that came from elsewhere would change what is saved.
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+  sqlite3_progress_handler(
+      handle_, kProgressSteps,
+      [](void* self) { return ++static_cast<Database*>(self)->progress_ > kMostProgress ? 1 : 0; }, this);
   sqlite3_busy_handler(
       handle_, [](void* self, int tries) { return static_cast<Database*>(self)->waits(tries) ? 1 : 0; }, this);
   sqlite3_set_authorizer(
@@ -196,10 +209,12 @@ Ptr<Database> Database::open(const std::string& name, Access access) {
   if (name.empty()) fail(ErrorNumber::DatabaseNotFound, "There is no database without a name.");
   const std::string path = std::filesystem::absolute(name).lexically_normal().string();
   if (!host().files->exists(path)) {
+    host().files->open(path, OpenMode::Read);  // tells where a folder cannot be entered
     fail(ErrorNumber::DatabaseNotFound,
          access == Access::Apart ? "The database " + path + " does not exist."
                                  : "The index database " + path + " does not exist; make it with 'tarn project new'.");
   }
+  if (access == Access::ReadWrite) check_link(path);
   sqlite3* handle = nullptr;
   // A reader may have to roll a dead program's commit back, so it opens for writing too, where the file lets.
   const int flags = access == Access::Apart ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;

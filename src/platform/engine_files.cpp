@@ -1,8 +1,12 @@
 #include "platform/engine_files.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <mutex>
 #include <string_view>
 #include <utility>
@@ -12,23 +16,29 @@ namespace tarn {
 namespace {
 
 std::mutex guard;
-/// Never destroyed: a static object may close a database.
-std::vector<std::string>& open_paths() {
-  static auto& paths = *new std::vector<std::string>;
-  return paths;
+/// The open databases by path. Never destroyed: a static object may close one.
+std::vector<EngineFile*>& open_files() {
+  static auto& files = *new std::vector<EngineFile*>;
+  return files;
 }
 
 thread_local std::string refused;
 
-/// Of an open database, or a file of the engine's own beside it.
+/// Calls `action` with the open database whose file, with such an ending, has the path; false where there is none.
+template <typename F>
+bool with_database(std::string_view path, std::string_view ending, F action) {
+  if (!path.ends_with(ending)) return false;
+  path.remove_suffix(ending.size());
+  const std::lock_guard lock(guard);
+  const auto found = std::ranges::find(open_files(), path, &EngineFile::path);
+  if (found == open_files().end()) return false;
+  action(**found);
+  return true;
+}
+
 bool is_known(std::string_view path) {
-  for (const std::string_view ending : {"-journal", "-wal", "-shm"}) {
-    if (!path.ends_with(ending)) continue;
-    const std::lock_guard lock(guard);
-    const auto own = path.substr(0, path.size() - ending.size());
-    if (std::ranges::find(open_paths(), own) != open_paths().end()) return true;
-  }
-  return false;
+  return std::ranges::any_of(std::array{"-journal", "-wal", "-shm"},
+                             [&](const char* ending) { return with_database(path, ending, [](EngineFile&) {}); });
 }
 
 sqlite3_vfs* system() {
@@ -42,6 +52,12 @@ sqlite3_vfs* kept() {
     static sqlite3_vfs all = *system();
     all.zName = "tarn";
     all.xAccess = [](sqlite3_vfs*, const char* path, int flags, int* result) {
+      bool live = true;
+      const auto look = [&](EngineFile& file) { live = file.has_live_journal(); };
+      if (flags == SQLITE_ACCESS_EXISTS && with_database(path, "-journal", look) && !live) {
+        *result = 0;
+        return SQLITE_OK;
+      }
       if (is_known(path)) return system()->xAccess(system(), path, flags, result);
       refused = path;
       return SQLITE_IOERR_ACCESS;
@@ -63,12 +79,34 @@ const char* engine_files() { return kept()->zName; }
 
 EngineFile::EngineFile(std::string path) : path_(std::move(path)) {
   const std::lock_guard lock(guard);
-  open_paths().push_back(path_);
+  open_files().push_back(this);
 }
 
 EngineFile::~EngineFile() {
   const std::lock_guard lock(guard);
-  open_paths().erase(std::ranges::find(open_paths(), path_));
+  std::erase(open_files(), this);
+  forget_journal();
+}
+
+void EngineFile::forget_journal() {
+  if (journal_ >= 0) ::close(journal_);
+  journal_ = -1;
+}
+
+/// A journal that was ended begins with a zero. The engine would open the file to see that, with every lock.
+bool EngineFile::has_live_journal() {
+  const std::string name = path_ + "-journal";
+  struct stat now {};
+  if (::stat(name.c_str(), &now) != 0) return errno != ENOENT;
+  if (journal_ < 0 || now.st_ino != inode_ || now.st_dev != device_) {
+    forget_journal();
+    journal_ = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    if (journal_ < 0 || ::fstat(journal_, &now) != 0) return true;
+    inode_ = now.st_ino;
+    device_ = now.st_dev;
+  }
+  char first = 0;
+  return ::pread(journal_, &first, 1, 0) != 1 || first != 0;
 }
 
 std::string take_refused_file() { return std::exchange(refused, {}); }

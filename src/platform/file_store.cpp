@@ -43,14 +43,20 @@ Database* FileStore::keeper(const std::string& path) const {
   return found;
 }
 
-/// The file as it was committed last, kept open while the transaction runs.
+/// The file as it was committed last. It stays open, also for later transactions, while it keeps its name.
 FileStore::Handle& FileStore::opened(const std::string& path, OpenMode mode) {
-  const auto kept = handles_.find(path);
-  if (kept != handles_.end() && (mode == OpenMode::Read || kept->second.writable)) return kept->second;
-  FileService& files = *host().files;
-  Handle handle;
+  const auto known = handles_.find(path);
+  const bool serves = known != handles_.end() && (mode == OpenMode::Read || known->second.writable);
+  if (serves && !known->second.kept) return known->second;
   Database* const database = keeper(path);
+  Handle handle;
   handle.committed = database ? database->pending(path) : nullptr;
+  if (serves && known->second.file->is_current()) {
+    handle.file = std::move(known->second.file);
+    handle.writable = known->second.writable;
+    return known->second = std::move(handle);
+  }
+  FileService& files = *host().files;
   if (handle.committed && !handle.committed->replacement.empty())
     handle.file = files.open(database->pending_path(*handle.committed), mode);
   if (!handle.file) handle.file = files.open(path, mode);  // the new file has its place already
@@ -210,7 +216,11 @@ void FileStore::merge_down() {
 
 void FileStore::drop() {
   levels_.pop_back();
-  if (levels_.empty()) handles_.clear();
+  if (!levels_.empty()) return;
+  constexpr size_t kMostKept = 16;  // a file for each kind
+  if (handles_.size() > kMostKept) handles_.clear();
+  std::erase_if(handles_, [](const auto& handle) { return !handle.second.file; });
+  for (auto& [path, handle] : handles_) handle.kept = true;
 }
 
 }  // namespace tarn

@@ -64,6 +64,7 @@ class FileStore {
     std::unique_ptr<File> file;             // null where there is none
     const FileChange* committed = nullptr;  // what lies over it
     bool writable = false;
+    bool kept = false;             // from an earlier transaction, and not looked at in this one
     std::optional<uint64_t> size;  // as it was when first asked for; writes wait for the commit
   };
   struct Reading;
@@ -73,7 +74,7 @@ class FileStore {
 
   std::vector<Database*> databases_;
   std::vector<Level> levels_;
-  std::unordered_map<std::string, Handle> handles_;  // until the outermost level ends
+  std::unordered_map<std::string, Handle> handles_;  // by path; of the transaction, and a few of earlier ones
 };
 
 /// Record bytes as the thread's open transaction sees them.

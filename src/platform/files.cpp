@@ -5,7 +5,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 
 #include "tarn/base/error.h"
 
@@ -70,10 +72,23 @@ class SystemFile final : public File {
   void sync() override {
     if (::fsync(descriptor_) != 0) fail_on(path_, "store");
   }
+  bool is_current() override {
+    struct stat named {};
+    if (::stat(path_.c_str(), &named) != 0) return false;
+    if (inode_ == 0) {
+      struct stat opened {};
+      if (::fstat(descriptor_, &opened) != 0) return false;
+      device_ = opened.st_dev;
+      inode_ = opened.st_ino;
+    }
+    return named.st_ino == inode_ && named.st_dev == device_;
+  }
 
  private:
   std::string path_;
   int descriptor_;
+  dev_t device_ = 0;
+  ino_t inode_ = 0;  // 0 until it is asked for
 };
 
 class SystemFiles final : public FileService {
@@ -82,6 +97,7 @@ class SystemFiles final : public FileService {
 
   std::unique_ptr<File> open(const std::string& path, OpenMode mode) override {
     const int flags = mode == OpenMode::Read ? O_RDONLY : mode == OpenMode::Write ? O_RDWR : O_RDWR | O_CREAT;
+    if (mode != OpenMode::Read) check_link(path);
     const int descriptor = ::open(path.c_str(), flags | O_CLOEXEC, 0666);
     if (descriptor < 0) {
       if (errno == ENOENT && mode != OpenMode::Create) return nullptr;
@@ -127,6 +143,23 @@ class SystemFiles final : public FileService {
 void FileService::rename_new(const std::string& from, const std::string& to) {
   if (exists(to)) fail(ErrorNumber::FileExists, to + " exists already; remove it first, or choose another name.");
   rename(from, to);
+}
+
+void check_link(const std::string& path) {
+  struct stat link {};
+  if (::lstat(path.c_str(), &link) != 0 || !S_ISLNK(link.st_mode)) return;
+  namespace fs = std::filesystem;
+  std::error_code unknown;
+  const fs::path target = fs::weakly_canonical(path, unknown);
+  if (!unknown && target.parent_path() == fs::weakly_canonical(fs::path(path).parent_path(), unknown)) return;
+  struct stat file {};
+  const bool own = link.st_uid == ::geteuid() && (::stat(path.c_str(), &file) != 0 || file.st_uid == ::geteuid());
+  const char* const told = std::getenv("TARN_FOLLOW_LINKS");
+  if (own && told && std::string_view(told) == "1") return;
+  fail(ErrorNumber::PermissionDenied,
+       path + " is a link to " + target.string() +
+           ", outside of its folder, and is not written. Put the file itself there; or, where both are yours, set "
+           "TARN_FOLLOW_LINKS=1.");
 }
 
 FileService& system_files() {

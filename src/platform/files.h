@@ -19,6 +19,8 @@ class File {
   virtual void truncate(uint64_t size) = 0;
   /// Returns when the bytes are on the disk.
   virtual void sync() = 0;
+  /// Whether the file still has its name; false where that is not known, and the file is opened anew.
+  virtual bool is_current() { return false; }
 };
 
 enum class OpenMode : uint8_t { Read, Write, Create };
@@ -43,6 +45,10 @@ class FileService {
   /// Brings new names, renames and removals in a folder to the disk.
   virtual void sync_folder(const std::string& folder) = 0;
 };
+
+/// Refuses to write through a symbolic link that leads out of its folder. Where this user owns both, and
+/// TARN_FOLLOW_LINKS=1 is set, it is allowed. Error `PermissionDenied`.
+void check_link(const std::string& path);
 
 /// The operating system's files.
 FileService& system_files();

@@ -33,7 +33,9 @@ std::string directory(const std::string& path) {
 
 Ptr<Database> shared_database(const std::string& path) {
   thread_local std::unordered_map<std::string, std::weak_ptr<Database>> open;
-  auto& entry = open[std::filesystem::weakly_canonical(path).string()];
+  std::error_code unreadable;  // a folder on the way: the database says so when it is opened
+  const std::string one_name = std::filesystem::weakly_canonical(path, unreadable).string();
+  auto& entry = open[unreadable ? path : one_name];
   auto handle = entry.lock();
   if (!handle) entry = handle = Database::open(path);
   return handle;

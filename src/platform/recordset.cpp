@@ -51,8 +51,13 @@ std::vector<Recordset::Row> Recordset::fetch(const std::string& sql, std::span<c
   database_->join(statement.only_reads() ? Database::Part::Reading : Database::Part::Writing);
   shape_->name_columns(statement);
   const int first = shape_->key_columns();
+  constexpr size_t kMostRows = 1'000'000;  // thirty times what an index table can have
   std::vector<Row> rows;
   while (statement.step()) {
+    if (rows.size() == kMostRows)
+      fail(ErrorNumber::DatabaseFailure,
+           "More than " + std::to_string(kMostRows) +
+               " rows; the database may hold a view in the place of a table. SQL: " + sql);
     Row& row = rows.emplace_back();
     if (first > 0) row.id = statement.integer(0);
     row.cells.reserve(shape_->columns.size());

@@ -17,6 +17,7 @@ Statement::Statement(Database& database, const std::string& sql, std::span<const
                                              std::to_string(parameters.size()) + ". SQL: " + sql);
   }
   idle.pop_back();
+  database_.progress_ = 0;
   ++home_.second.borrowed;
   for (size_t i = 0; i < parameters.size(); ++i) {
     const int place = static_cast<int>(i) + 1;

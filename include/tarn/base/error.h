@@ -45,11 +45,14 @@ enum class ErrorNumber : int {
   RateStyleInvalid = 3003,
 };
 
+/// A text as messages show it: of a very long one, which may come from a damaged file, the beginning and the end.
+std::string shortened(const std::string& text);
+
 class Error : public std::runtime_error {
  public:
   Error(ErrorNumber number, const std::string& description) : Error(static_cast<int>(number), {}, description) {}
   Error(int number, std::string source, const std::string& description)
-      : std::runtime_error(description), number_(number), source_(std::move(source)) {}
+      : std::runtime_error(shortened(description)), number_(number), source_(std::move(source)) {}
 
   int number() const { return number_; }
   /// Class and procedure label, "BLR_Boiler.Load()"; empty where no member was called by name.

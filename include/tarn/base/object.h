@@ -5,9 +5,6 @@
 #include <functional>
 #include <memory>
 #include <span>
-#include <string>
-#include <variant>
-#include <vector>
 
 namespace tarn {
 
@@ -17,22 +14,6 @@ struct ClassInfo;
 template <typename T>
 using Ptr = std::shared_ptr<T>;
 using ObjectPtr = Ptr<Object>;
-
-/// A value passed by name. The alternatives stand in the order of `ValueType`, which has one more, `Any`: the type of a
-/// result that is known only after the call. How it is copied and destroyed is compiled once.
-struct Value
-    : std::variant<std::monostate, bool, int16_t, int32_t, float, double, std::string, ObjectPtr, std::vector<double>> {
-  using variant::variant;
-  using variant::operator=;
-  Value() noexcept = default;
-  Value(const Value& other);
-  Value(Value&& other) noexcept;
-  Value& operator=(const Value& other);
-  Value& operator=(Value&& other) noexcept;
-  ~Value();
-};
-
-enum class ValueType : uint8_t { Empty, Boolean, Int16, Int32, Real32, Real64, Text, Object, Reals, Any };
 
 class Object : public std::enable_shared_from_this<Object> {
  public:

@@ -4,14 +4,34 @@
 
 #include <concepts>
 #include <limits>
+#include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <type_traits>
+#include <variant>
+#include <vector>
 
 #include "tarn/base/error.h"
 #include "tarn/base/object.h"
 
 namespace tarn {
+
+/// A value passed by name. The alternatives stand in the order of `ValueType`, which has one more, `Any`: the type of a
+/// result that is known only after the call. How it is copied and destroyed is compiled once.
+struct Value
+    : std::variant<std::monostate, bool, int16_t, int32_t, float, double, std::string, ObjectPtr, std::vector<double>> {
+  using variant::variant;
+  using variant::operator=;
+  Value() noexcept = default;
+  Value(const Value& other);
+  Value(Value&& other) noexcept;
+  Value& operator=(const Value& other);
+  Value& operator=(Value&& other) noexcept;
+  ~Value();
+};
+
+enum class ValueType : uint8_t { Empty, Boolean, Int16, Int32, Real32, Real64, Text, Object, Reals, Any };
 
 std::string_view type_name(ValueType type);
 

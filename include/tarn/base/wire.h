@@ -158,7 +158,7 @@ struct Array {
 template <typename R>
 std::span<std::byte> record_bytes(R& record) {
   static_assert(alignof(R) == 1, "a record is made of wire types only");
-  return std::as_writable_bytes(std::span<R, 1>(&record, 1));
+  return {reinterpret_cast<std::byte*>(&record), sizeof record};
 }
 
 }  // namespace tarn

@@ -9,6 +9,8 @@
 
 namespace tarn {
 
+struct Value;
+
 /// One column's value in a row. How it is copied and destroyed is compiled once.
 struct Cell : std::variant<std::monostate, int64_t, double, std::string> {
   using variant::variant;

@@ -131,6 +131,7 @@ class Database final : public Object {
   sqlite3* handle_ = nullptr;
   bool read_only_ = false;
   bool apart_ = false;
+  int progress_ = 0;        // of the running statement, in millions of steps
   bool impatient_ = false;  // a lock is asked for that is not waited for
   std::chrono::steady_clock::time_point waiting_since_;
   size_t level_ = 0;  // of the workspace's transaction that this database has joined

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "tarn/base/object.h"
+#include "tarn/base/value.h"
 
 namespace tarn {
 

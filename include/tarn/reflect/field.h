@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "tarn/base/object.h"
+#include "tarn/base/value.h"
 #include "tarn/base/wire.h"
 
 namespace tarn {
