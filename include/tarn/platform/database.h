@@ -75,7 +75,7 @@ class Database final : public Object {
   void settle();
 
   // For check and repair:
-  /// What the engine finds wrong with the file, a sentence each; after a bound of work it gives up, and says so.
+  /// What the engine finds wrong with the file, a sentence each.
   std::vector<std::string> damage();
   /// Numbers of pending rows that no save has written, because of which no record file can be read.
   std::vector<int64_t> foreign_pending_rows();
