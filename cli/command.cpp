@@ -141,8 +141,9 @@ void save_picture(const Call& call, const std::string& picture) {
 }
 
 std::optional<int64_t> nearest_index(Database& database, const std::string& table, int index) {
-  auto nearest =
-      database.OpenRecordset("SELECT nIndex FROM " + table + " ORDER BY abs(nIndex - ?) LIMIT 1", {cell(index)});
+  auto nearest = database.OpenRecordset(
+      "SELECT nIndex FROM " + table + " WHERE nIndex BETWEEN 1 AND 32767 ORDER BY abs(nIndex - ?) LIMIT 1",
+      {cell(index)});
   if (nearest.AtEof()) return std::nullopt;
   return nearest.Fields("nIndex").integer();
 }
@@ -159,6 +160,8 @@ int16_t index_of(const Call& call, Database& database, const Indexed& rows) {
   if (call.words.empty())
     throw UsageError("Which " + rows.one + "? Give its index: tarn " + call.group + " " + call.verb + " N");
   const int index = number_of(call.words.front());
+  if (index < 1 || index > INT16_MAX)
+    throw UsageError("There is no " + rows.one + " " + call.words.front() + "; indexes are 1 to 32767.");
   const auto nearest = nearest_index(database, rows.table, index);
   if (!nearest) throw UsageError("The project has no " + rows.many + " yet.");
   if (*nearest != index) {

@@ -24,10 +24,12 @@ struct UsageError : std::runtime_error {
 struct Call {
   std::string project;  // of -p
   bool json = false;
-  std::string output;              // of --output
-  std::string type;                // of --type
-  std::string svg;                 // of --svg
-  std::string material;            // of --material
+  std::string output;    // of --output
+  std::string type;      // of --type
+  std::string svg;       // of --svg
+  std::string material;  // of --material
+  bool dry_run = false;
+  bool rebuild_index = false;
   std::string group, verb;         // no verb where the group does one thing only
   std::vector<std::string> words;  // after them
 };
@@ -71,6 +73,8 @@ int project_new(const Call& call);
 int project_info(const Call& call);
 int project_export(const Call& call);
 int project_import(const Call& call);
+int project_check(const Call& call);
+int project_repair(const Call& call);
 
 // For the kind of entity whose group the call names.
 int kind_list(const Call& call);

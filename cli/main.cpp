@@ -89,6 +89,8 @@ void check_extras(const Call& call, const Verb& verb, const std::vector<Group>& 
   check(call.output, kOutput, "--output");
   check(call.svg, kSvg, "--svg");
   check(call.material, kMaterial, "--material");
+  check(call.dry_run ? "given" : "", kDryRun, "--dry-run");
+  check(call.rebuild_index ? "given" : "", kRebuildIndex, "--rebuild-index");
 }
 
 /// Files and databases; everything else that fails is a mistake in the call.
@@ -124,6 +126,8 @@ int main(int argc, char** argv) {
   app.add_option("--type", call.type, "the type of a new air system, chiller or plant: VAV, 10, HOT_WATER, ...");
   app.add_option("--svg", call.svg, "a picture to make of what is shown");
   app.add_option("--material", call.material, "what a new layer is made of; walls layer materials lists them");
+  app.add_flag("--dry-run", call.dry_run, "tell what a repair would do, and change nothing");
+  app.add_flag("--rebuild-index", call.rebuild_index, "make the index database anew from the record files");
   app.add_flag("--json", call.json, "print JSON");
   app.add_option("words", words, "GROUP VERB ...");
   const auto all = all_groups();

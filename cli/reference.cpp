@@ -232,8 +232,9 @@ std::string manual_page() {
       "folder)\n"
       ".TP\n\\-\\-json\nprint JSON\n.TP\n\\-\\-type TYPE\nthe type of a new air system, chiller or plant\n.TP\n\\-o, "
       "\\-\\-output FILE\nwrite to a file instead of standard output\n.TP\n\\-\\-svg FILE\na picture to make of what "
-      "is shown\n.SH "
-      "GROUPS\n";
+      "is shown\n.TP\n\\-\\-dry\\-run\ntell what a repair would do, and change "
+      "nothing\n.TP\n\\-\\-rebuild\\-index\nmake "
+      "the index database anew from the record files\n.SH GROUPS\n";
   for (const Group& group : all_groups()) {
     out += ".SS " + group.name + "\n" + group.help + "\n";
     if (!group.names_verbs()) continue;

@@ -23,8 +23,8 @@ struct Row {
 
 std::vector<Row> rows_of(Database& database) {
   std::vector<Row> all;
-  auto rows =
-      database.OpenRecordset("SELECT nIndex, szName, bDesHasChanged FROM " + kSystems.table + " ORDER BY nIndex");
+  auto rows = database.OpenRecordset("SELECT nIndex, szName, bDesHasChanged FROM " + kSystems.table +
+                                     " WHERE nIndex BETWEEN 1 AND 32767 ORDER BY nIndex");
   for (; !rows.AtEof(); rows.MoveNext()) {
     all.push_back({static_cast<int16_t>(rows.Fields("nIndex").integer()), rows.Fields("szName").text(),
                    rows.Fields("bDesHasChanged").integer() != 0});

@@ -46,7 +46,13 @@ std::vector<Group> all_groups() {
        {{"new", "makes the index database and the default records", 0, 0, project_new},
         {"info", "what the project holds, and what is stale", 0, 0, project_info},
         {"export", "[KIND ...]: the project as JSON", kAnyWords, kOutput, project_export},
-        {"import", "FILE: reads the entities of a JSON text into the project, all or none", 1, 0, project_import}}}};
+        {"import", "FILE: reads the entities of a JSON text into the project, all or none", 1, 0, project_import},
+        {"check", "what is damaged: rows, records, links, values, files; nothing is changed", 0, 0, project_check},
+        {"repair",
+         "mends what can be mended, and keeps a copy of the project; --dry-run only tells, --rebuild-index makes the "
+         "index "
+         "from the records",
+         0, kDryRun | kRebuildIndex, project_repair}}}};
   for (const EntityKind& kind : entity_kinds()) all.push_back(group_of(kind));
   all.push_back(
       {"weather",

@@ -12,7 +12,7 @@
 namespace tarn::cli {
 
 /// The options that not every verb takes, as bits.
-enum Option : unsigned { kType = 1, kOutput = 2, kSvg = 4, kMaterial = 8 };
+enum Option : unsigned { kType = 1, kOutput = 2, kSvg = 4, kMaterial = 8, kDryRun = 16, kRebuildIndex = 32 };
 
 inline constexpr size_t kAnyWords = SIZE_MAX;
 

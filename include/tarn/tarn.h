@@ -218,6 +218,15 @@ TARN_API tarn_status tarn_drop_file(int16_t number);
 /* The position after the last block, counted from 1. */
 TARN_API tarn_status tarn_file_position(int16_t number, int32_t* position);
 
+/* What is damaged in the project of a COM_ProjectData, as a JSON array of findings, each with "severity", "kind",
+ * "index", "name", "property", "what", "remedy" and "repairable"; empty for a sound project. Nothing is changed. The
+ * text is valid until the thread's next check or repair. */
+TARN_API tarn_status tarn_check(tarn_object* project, const char** findings);
+/* Repairs what can be repaired, all of it or nothing, and keeps a copy of the project beside it; a project without
+ * repairable findings is not touched. `dry_run` changes nothing; `rebuild_index` makes the index database anew from the
+ * record files. The report is a JSON object: "found" and "left", both findings, and "copy", the folder of the copy. */
+TARN_API tarn_status tarn_repair(tarn_object* project, int32_t dry_run, int32_t rebuild_index, const char** report);
+
 /* Transactions over all saves of this thread, files included; they nest. */
 TARN_API tarn_status tarn_begin(void);
 TARN_API tarn_status tarn_commit(void);

@@ -12,6 +12,7 @@
 
 import contextlib
 import ctypes
+import json
 import logging
 import types
 
@@ -20,7 +21,7 @@ from . import _objects
 from ._enumerations import enumerations as _enumerations
 from ._library import Error
 
-__all__ = ["Error", "classes", "create_index", "enumerations", "import_chiller", "members", "on_log", "on_yield", "open_database", "open_file", "shipped_file", "transaction"]
+__all__ = ["Error", "check", "classes", "create_index", "enumerations", "import_chiller", "members", "on_log", "on_yield", "open_database", "open_file", "repair", "settle", "shipped_file", "transaction"]
 
 on_yield = None  # called, without arguments, by long calculations, so that a user interface can handle its pending events
 on_log = None  # a handler of log entries; unset, they go to logging.getLogger("tarn")
@@ -80,6 +81,27 @@ def settle():
     """Brings the record bytes of all committed saves to the disk now, before another program replaces record files. The
     last program that closes a project does it by itself."""
     _c.check(_c.library.tarn_settle())
+
+
+def _findings(items):
+    return [types.SimpleNamespace(**item) for item in items]
+
+
+def check(project):
+    """What is damaged in a project: a list of findings, each with severity ("error" or "warning"), kind, index, name,
+    property, what, remedy and repairable. Nothing is changed."""
+    text = ctypes.c_char_p()
+    _c.check(_c.library.tarn_check(project._handle, ctypes.byref(text)), project._handle)
+    return _findings(json.loads(text.value))
+
+
+def repair(project, dry_run=False, rebuild_index=False):
+    """Repairs what can be repaired, all of it or nothing: `found` and `left` are findings, `copy` is the folder where the
+    project is kept as it was, empty where nothing was changed."""
+    text = ctypes.c_char_p()
+    _c.check(_c.library.tarn_repair(project._handle, dry_run, rebuild_index, ctypes.byref(text)), project._handle)
+    report = json.loads(text.value)
+    return types.SimpleNamespace(found=_findings(report["found"]), left=_findings(report["left"]), copy=report["copy"])
 
 
 def shipped_file(name):

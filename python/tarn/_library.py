@@ -85,6 +85,8 @@ _SIGNATURES = {
     "import_chiller": (_int, [_object, _text, ctypes.POINTER(_text)]),
     "create_index": (_int, [_text]),
     "settle": (_int, []),
+    "check": (_int, [_object, ctypes.POINTER(_text)]),
+    "repair": (_int, [_object, _int, _int, ctypes.POINTER(_text)]),
     "open_database": (_int, [_text, ctypes.POINTER(_object)]),
     "execute": (_int, [_object, _text, ValuePointer, _int, _ints]),
     "query": (_int, [_object, _text, ValuePointer, _int, Row, ctypes.c_void_p]),

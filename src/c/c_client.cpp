@@ -10,6 +10,7 @@
 #include "project/new_index.h"
 #include "project/shipped.h"
 #include "tarn/base/log.h"
+#include "tarn/check.h"
 #include "tarn/chiller.h"
 #include "tarn/chiller_import.h"
 #include "tarn/class_list.h"
@@ -52,6 +53,15 @@ thread_local CallbackLog callback_log;
 std::string& shipped_path() {
   thread_local std::string path;
   return path;
+}
+std::string& check_text() {
+  thread_local std::string text;
+  return text;
+}
+COM_ProjectData& project_of(HandleSlot& slot) {
+  auto* project = dynamic_cast<COM_ProjectData*>(slot.fast);
+  if (!project) bad_argument("The object is no project.");
+  return *project;
 }
 std::string& import_notes() {
   thread_local std::string notes;
@@ -215,6 +225,22 @@ tarn_status tarn_drop_file(int16_t number) {
 
 tarn_status tarn_file_position(int16_t number, int32_t* position) {
   return guarded(thread_error, [&] { required(position) = BinaryFiles::of_thread().position(number); });
+}
+
+tarn_status tarn_check(tarn_object* project, const char** findings) {
+  return on_object(project, [&](HandleSlot& slot) {
+    const char*& out = required(findings);
+    check_text() = findings_json(check_project(project_of(slot)));
+    out = check_text().c_str();
+  });
+}
+
+tarn_status tarn_repair(tarn_object* project, int32_t dry_run, int32_t rebuild_index, const char** report) {
+  return on_object(project, [&](HandleSlot& slot) {
+    const char*& out = required(report);
+    check_text() = report_json(repair_project(project_of(slot), {dry_run != 0, rebuild_index != 0}));
+    out = check_text().c_str();
+  });
 }
 
 tarn_status tarn_begin(void) {

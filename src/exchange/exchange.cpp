@@ -12,6 +12,7 @@
 #include "reflect/json.h"
 #include "reflect/json_text.h"
 #include "storage/kind.h"
+#include "tarn/base/log.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/preferences.h"
 
@@ -26,7 +27,15 @@ std::vector<int16_t> indexes_of(const StoredEntity& entity) {
   std::vector<int16_t> indexes;
   auto rows = entity.GetDBHandle()->OpenRecordset("SELECT nIndex FROM " + std::string(entity.kind().index_table) +
                                                   " ORDER BY nIndex");
-  for (; !rows.AtEof(); rows.MoveNext()) indexes.push_back(static_cast<int16_t>(rows.Fields("nIndex").integer()));
+  for (; !rows.AtEof(); rows.MoveNext()) {
+    const int64_t index = rows.Fields("nIndex").integer();
+    if (index >= 1 && index <= INT16_MAX) {
+      indexes.push_back(static_cast<int16_t>(index));
+      continue;
+    }
+    log().message(std::string(entity.kind().index_table) + " has a row of index " + std::to_string(index) +
+                  ", which no entity can have; it is left out. Run 'tarn project repair'.");
+  }
   return indexes;
 }
 

@@ -137,14 +137,14 @@ Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move
 int Database::authorize(int action, const char* first, const char* second) {
   if (screening_ && refused_.empty()) refused_ = what_is_refused(action, first, second);
   if (!refused_.empty()) return SQLITE_DENY;
-  if (action == SQLITE_DROP_TABLE) {
+  if (action == SQLITE_DROP_TABLE || action == SQLITE_DROP_VIEW) {
     dropping_ = first;
     rows_unknown();
   }
   if (action == SQLITE_UPDATE && second) set_.insert(std::string(first) + "." + second);
   if (action != SQLITE_DELETE) return SQLITE_OK;
-  // Deletes without a condition are made row by row, so that each row that goes is told. A table that is dropped is
-  // asked for as a delete as well, which must be let through.
+  // Deletes without a condition are made row by row, so that each row that goes is told. A table or view that is
+  // dropped is asked for as a delete as well, which must be let through.
   const bool of_drop = std::string_view(first).starts_with("sqlite_") || dropping_ == first;
   return of_drop ? SQLITE_OK : SQLITE_IGNORE;
 }

@@ -127,14 +127,22 @@ void PendingWrites::refresh(int64_t version) {
   last_ = 0;
   rows_ = 0;
   bytes_ = 0;
-  has_table_ = Step(handle_, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'PendingWrites'").row();
+  has_table_ = has_table();
   if (has_table_) read_rows();
   for (const auto& [name, change] : changes_) unapplied_.insert(name);
   version_ = version;
 }
 
+namespace {
+constexpr const char* kRows = "SELECT nOrder, szFile, nForm, szReplacement, abBytes FROM PendingWrites ORDER BY nOrder";
+}  // namespace
+
+bool PendingWrites::has_table() const {
+  return Step(handle_, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'PendingWrites'").row();
+}
+
 void PendingWrites::read_rows() {
-  Step rows(handle_, "SELECT nOrder, szFile, nForm, szReplacement, abBytes FROM PendingWrites ORDER BY nOrder");
+  Step rows(handle_, kRows);
   while (rows.row()) {
     last_ = rows.integer(0);
     ++rows_;
@@ -143,15 +151,32 @@ void PendingWrites::read_rows() {
   }
 }
 
+std::vector<int64_t> PendingWrites::foreign_rows() {
+  std::vector<int64_t> foreign;
+  if (!has_table()) return foreign;
+  Step rows(handle_, kRows);
+  while (rows.row()) {
+    Extents extents;
+    if (!is_own(rows.integer(0), std::string(rows.bytes(1)), rows.integer(2), std::string(rows.bytes(3))) ||
+        !unpack(rows.bytes(4), extents))
+      foreign.push_back(rows.integer(0));
+  }
+  return foreign;
+}
+
+/// Whether a row names a file of the project, and a new form of it under the row's own number.
+bool PendingWrites::is_own(int64_t order, const std::string& name, int64_t form, const std::string& by) const {
+  const bool named = name_of(folder_ + name) == name;
+  return named && form >= InPlace && form <= Removed &&
+         (by.empty() || by == name + std::string(kNew) + std::to_string(order));
+}
+
 void PendingWrites::take_row(std::string name, int64_t form, std::string replacement, std::string_view bytes) {
   FileChange change{form != InPlace, form == Removed, std::move(replacement), {}};
-  const std::string& by = change.replacement;
-  const bool named =
-      name_of(folder_ + name) == name && (by.empty() || by == name + std::string(kNew) + std::to_string(last_));
-  if (!named || form < InPlace || form > Removed || !unpack(bytes, change.extents)) {
+  if (!is_own(last_, name, form, change.replacement) || !unpack(bytes, change.extents)) {
     fail(ErrorNumber::UnknownFormat, "The index database " + database_ + " has a row " + std::to_string(last_) +
-                                         " of pending record bytes that no save has written. Restore the project " +
-                                         "from a copy.");
+                                         " of pending record bytes that no save has written. 'tarn project " +
+                                         "repair' removes it.");
   }
   changes_[std::move(name)].merge(std::move(change));
 }

@@ -33,6 +33,8 @@ class PendingWrites {
   void refresh(int64_t version);
   /// Null for a file that has nothing pending.
   const FileChange* find(const std::string& name) const;
+  /// Numbers of the rows that no save has written.
+  std::vector<int64_t> foreign_rows();
   bool empty() const { return changes_.empty(); }
   bool applied() const { return unapplied_.empty(); }
   /// New files beside the old ones, and a database in the making; those that no row names are of programs that died.
@@ -54,6 +56,8 @@ class PendingWrites {
 
  private:
   void read_rows();
+  bool has_table() const;
+  bool is_own(int64_t order, const std::string& name, int64_t form, const std::string& replacement) const;
   void take_row(std::string name, int64_t form, std::string replacement, std::string_view bytes);
   void apply(const std::string& name, const FileChange& change) const;
   void add_row(int64_t order, const std::string& name, const FileChange& change);

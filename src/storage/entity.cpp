@@ -137,6 +137,14 @@ bool StoredEntity::IsNameUnique(const std::optional<std::string>& sName) const {
   return name_is_free(name.empty() ? stored_name() : name);
 }
 
+void StoredEntity::take_valid_name() {
+  make_name_valid();
+  if (!name_is_free(stored_name())) store_name(host().copy_name(stored_name()));
+  if (name_is_free(stored_name())) return;
+  const std::string number = " " + std::to_string(index_);
+  store_name(utf8_from_page(page_from_utf8(stored_name()).substr(0, name_width() - number.size())) + number);
+}
+
 void StoredEntity::take_free_name() {
   const std::string name = stored_name();
   if (name_is_free(name)) return;
@@ -210,6 +218,14 @@ void StoredEntity::load(int32_t number, Sections sections) {
   });
 }
 
+void StoredEntity::read_stored(int16_t index) {
+  or_as_before(true, [&](const Before&) {
+    file_->check(index, "Load()");
+    index_ = index;
+    file_->read({index, kAllSections, false, nullptr, [] {}});
+  });
+}
+
 void StoredEntity::CreateDefault() {
   or_as_before(true, [&](const Before&) {
     file_->check({}, "CreateDefault()");
@@ -266,6 +282,28 @@ void StoredEntity::SaveAs(int16_t index, Naming naming) {
   });
 }
 
+void StoredEntity::fill_row(Recordset& rows) const {
+  rows.Fields("nIndex") = cell(index_);
+  rows.Fields("szName") = stored_name();
+  for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
+}
+
+void StoredEntity::write_row() {
+  Transaction transaction;
+  Recordset rows = row_of(index_);
+  const bool is_new = rows.NoMatch();
+  if (is_new)
+    rows.AddNew();
+  else
+    rows.Edit();
+  fill_row(rows);
+  for (const ChangedFlag& flag : kind().flags) {
+    if (is_new) rows.Fields(flag.column) = cell(true);
+  }
+  rows.Update();
+  transaction.commit();
+}
+
 /// Writes the row that is being edited or added, marks dependants, writes the bytes.
 void StoredEntity::store(Recordset& rows, SaveContext& save) {
   if (save.naming == Naming::Valid) make_name_valid();
@@ -275,9 +313,7 @@ void StoredEntity::store(Recordset& rows, SaveContext& save) {
     links_->clear_deleted(links->owner, links->rows, links->close_up);
   }
   before_save(save);
-  rows.Fields("nIndex") = cell(index_);
-  rows.Fields("szName") = stored_name();
-  for (const SummaryColumn& column : kind().columns) rows.Fields(column.name) = column.get(*this);
+  fill_row(rows);
   for (const ChangedFlag& flag : kind().flags) rows.Fields(flag.column) = cell(flag.of(*this));
   rows.Update();
   if (links) links_->write(links->owner, links->rows);

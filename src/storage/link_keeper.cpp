@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kDeleted = " was deleted; the reference is cleared.";
 constexpr std::string_view kUnlinked =
     " exists, but the link row that leads to it is missing. The reference reads as 0; the record still has it, and the "
-    "next save puts both back.";
+    "next save, or 'tarn project repair', puts both back.";
 
 }  // namespace
 

@@ -231,6 +231,12 @@ std::vector<LinkColumn> link_columns_of(const Kind& kind, const ClassInfo& info)
   return columns;
 }
 
+std::vector<LinkColumn> link_tables_of(std::string_view owner, std::string_view kind) {
+  std::vector<LinkColumn> all;
+  for (const LinkTable& table : tables_of(owner, kind)) all.push_back({table.name, table.other, table.library});
+  return all;
+}
+
 std::vector<std::string_view> kinds_referred_to(const ClassInfo& info, const KindTest& counts) {
   std::vector<std::string_view> kinds;
   const auto& all = references_of(info).kinds;

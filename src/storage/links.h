@@ -63,6 +63,10 @@ struct LinkColumn {
 /// the kind's reach.
 std::vector<LinkColumn> link_columns_of(const Kind& kind, const ClassInfo& info);
 
+/// The tables that have a row for each use of a kind's entities by an owner, each with the column of what is used.
+/// References are checked against the first.
+std::vector<LinkColumn> link_tables_of(std::string_view owner, std::string_view kind);
+
 /// Remembers in the index database, before an entity is deleted, who used it: a reference without a link row is one of
 /// these, or its row was lost. Forgets what the entity itself used.
 void note_deleted_uses(Database& database, const Kind& kind, int16_t index);

@@ -223,9 +223,10 @@ TEST_F(BuildingTest, EachReferenceIsClearedWhenItsLinkIsGone) {
       const auto lost = loaded(1);
       EXPECT_EQ(uses(*lost), c.left) << c.kind;
       EXPECT_EQ(log.messages,
-                std::vector<std::string>{"Building 1, BuildingInputs." + std::string(c.of_inputs) + ": " + c.kind +
-                                         " 1 exists, but the link row that leads to it is missing. The reference reads "
-                                         "as 0; the record still has it, and the next save puts both back."});
+                std::vector<std::string>{
+                    "Building 1, BuildingInputs." + std::string(c.of_inputs) + ": " + c.kind +
+                    " 1 exists, but the link row that leads to it is missing. The reference reads "
+                    "as 0; the record still has it, and the next save, or 'tarn project repair', puts both back."});
       EXPECT_EQ(uses(*loaded(1, FS_HEADERONLY)), "0000000") << "not read, not looked up";
       const std::string linked = uses(*open);
       lost->Save(FS_ALL);

@@ -63,6 +63,27 @@ class TestCommandLine(unittest.TestCase):
         self.assertEqual([r["szName"] for r in self.rows()], ["other"])
         self.assertIn("windows: 1", self.tarn("project", "info").stdout)
 
+    def test_check_and_repair(self):
+        self.tarn("windows", "new", "Name=South")
+        self.assertEqual(self.tarn("project", "check").stdout, "no findings\n")
+        with contextlib.closing(sqlite3.connect(self.at / "MALLINX.MDB")) as other, other:
+            other.execute("INSERT INTO WindowIndex (nIndex, szName) VALUES (-5, 'low'), (65537, 'high')")
+        for verb in ("show", "delete"):
+            self.assertIn("There is no window 65537; indexes are 1 to 32767.", self.tarn("windows", verb, "65537", code=2).stderr)
+        exported = self.tarn("project", "export", "windows")
+        self.assertEqual([each["index"] for each in json.loads(exported.stdout)["WIN_Window"]], [0, 1])
+        self.assertIn("WindowIndex has a row of index -5", exported.stderr)
+        told = json.loads(self.tarn("project", "check", "--json", code=1).stdout)
+        self.assertEqual([(f["severity"], f["kind"], f["index"], f["repairable"]) for f in told],
+                         [("error", "Window", -5, True), ("error", "Window", 65537, True)])
+        self.assertIn("of which repair mends 2; nothing was changed", self.tarn("project", "repair", "--dry-run", code=1).stdout)
+        self.assertIn("2 findings repaired, 0 left\nthe project as it was: ", self.tarn("project", "repair").stdout)
+        self.assertEqual(self.tarn("project", "check").stdout, "no findings\n")
+        self.assertIn("--dry-run goes with project repair.", self.tarn("project", "check", "--dry-run", code=2).stderr)
+        (self.at / "MALLINX.MDB").unlink()
+        self.tarn("project", "repair", "--rebuild-index", project=self.at / "MALL")
+        self.assertEqual([row["szName"] for row in self.rows()], ["South"])
+
     def test_enumerations_are_described(self):
         codes = json.loads(self.tarn("describe", "BLD_EnergyCategories", "--json").stdout)["codes"]
         self.assertEqual((len(codes), codes[0]["name"], codes[0]["value"]), (13, "EC_HVAC_ELECTRIC", 1))

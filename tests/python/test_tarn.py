@@ -50,6 +50,23 @@ class TestObjects(ProjectCase):
         self.assertIsNone(window.Delete(nRecNum=1))
         self.assertEqual(window.Index, 0)
 
+    def test_check_and_repair(self):
+        window = self.project.NewWindow()
+        window.Name, window.Height = "South", 4
+        window.Save()
+        self.assertEqual(tarn.check(self.project), [])
+        self.assertEqual(tarn.repair(self.project).copy, "")
+        self.database.execute("UPDATE WindowIndex SET szName = ?", "North")
+        [finding] = tarn.check(self.project)
+        self.assertEqual((finding.severity, finding.kind, finding.index, finding.property, finding.repairable),
+                         ("error", "Window", 1, "szName", True))
+        self.assertEqual(finding.what, 'The index row says "North", the record "South".')
+        self.assertEqual(tarn.repair(self.project, dry_run=True).left, [finding])
+        report = tarn.repair(self.project)
+        self.assertEqual((report.found, report.left), ([finding], []))
+        self.assertEqual((pathlib.Path(report.copy) / "JOBWIN.DAT").read_bytes(), self.file())
+        self.assertEqual(tarn.check(self.project), [])
+
     def test_failures(self):
         window = self.project.NewWindow()
         with self.assertRaises(AttributeError):

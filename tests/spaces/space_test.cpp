@@ -248,7 +248,7 @@ TEST_F(SpaceTest, AReferenceWhoseLinkRowWasLostComesBackWithTheNextSave) {
   const std::string lost =
       ": Wall 2 exists, but the link row that leads to it is missing. The reference reads as 0; the record still has "
       "it, "
-      "and the next save puts both back.";
+      "and the next save, or 'tarn project repair', puts both back.";
   space->Load(1);
   EXPECT_EQ(log.messages,
             (std::vector<std::string>{"Space 1, Wall(2).WallType: Wall 1 was deleted; the reference is cleared.",

@@ -78,6 +78,14 @@ class Database final : public Object {
   /// is done at the latest when the last program closes the project. Nothing while a transaction is open.
   void settle();
 
+  // For check and repair:
+  /// What the engine finds wrong with the file, a sentence each.
+  std::vector<std::string> damage();
+  /// Numbers of pending rows that no save has written, because of which no record file can be read.
+  std::vector<int64_t> foreign_pending_rows();
+  /// Makes a copy of the whole database as this connection sees it; error `FileExists`.
+  void copy_to(const std::string& path);
+
   // For the workspace:
   /// Takes no part in record files any more.
   void close();

@@ -60,10 +60,20 @@ class StoredEntity : public Object {
 
   virtual const Kind& kind() const = 0;
   const EntityFile& file() const { return *file_; }
+  EntityFile& file() { return *file_; }
+  std::string stored_name() const;  // trimmed
   /// Before the object takes another entity's fields one by one: nothing of the last one stays.
   void renew();
   /// It has no results yet, for a kind that says so.
   void set_changed();
+
+  // ---- check and repair
+  /// Becomes what the files have under an index, whatever row and link rows say of it. Errors as `Load`.
+  void read_stored(int16_t index);
+  /// Brings the summary row in line with the object. A row that was not there is made, with its changed flags set.
+  void write_row();
+  /// Its own name where no other entity of the kind has it, else one that is free.
+  void take_valid_name();
 
   /// Fills an entity as the product's own default; false where the product has none for it. Set by what knows all
   /// kinds.
@@ -95,7 +105,6 @@ class StoredEntity : public Object {
   void named_by(Text<N>& name) {
     name_ = name.chars;
   }
-  std::string stored_name() const;  // trimmed
   void store_name(std::string_view name);
   /// In characters.
   size_t name_width() const { return name_.size(); }
@@ -126,6 +135,7 @@ class StoredEntity : public Object {
   std::unique_ptr<Linked> linked(Sections sections, int16_t index);
 
   void mark_dependants();
+  void fill_row(Recordset& rows) const;
   void store(Recordset& rows, SaveContext& save);
   void copy_content(const StoredEntity& from);
   std::string title() const;

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tarn/storage/blocks.h"
 
@@ -60,6 +61,11 @@ class EntityFile {
   virtual Blocks inputs() const { return blocks(); }
   /// Each entity has a file, which is there without a row.
   virtual bool one_for_each() const = 0;
+  /// The file that has the bytes of the entity of an index; empty where it has no name.
+  virtual std::string path_for(int16_t index) const = 0;
+  /// What is left of a damaged file whose inputs are whole: its whole sections, with a header that tells of no others.
+  /// Empty where inputs are lost.
+  virtual std::vector<std::byte> whole_sections(int16_t /*index*/) const { return {}; }
   /// The file of the default.
   virtual std::string default_path() const = 0;
   /// What a load means that names no sections, and what a save.

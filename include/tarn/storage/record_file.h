@@ -17,6 +17,7 @@ class RecordFile final : public EntityFile {
 
   Blocks blocks() const override { return blocks_; }
   bool one_for_each() const override { return false; }
+  std::string path_for(int16_t /*index*/) const override { return name_; }
   std::string default_path() const override { return name_; }
   /// Error `UnknownFormat` for a file of another length than whole records, where the kind is strict about it.
   void check(std::optional<int16_t> index, std::string_view operation) const override;

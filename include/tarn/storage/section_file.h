@@ -120,6 +120,8 @@ class SectionFile final : public EntityFile {
   Blocks blocks() const override;
   Blocks inputs() const override;
   bool one_for_each() const override { return true; }
+  std::string path_for(int16_t index) const override { return path_of(index); }
+  std::vector<std::byte> whole_sections(int16_t index) const override;
   std::string default_path() const override { return default_name_ ? *default_name_ : path_of(0); }
   Sections to_load() const override;
   Sections to_save() const override;
