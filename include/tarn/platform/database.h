@@ -140,7 +140,7 @@ class Database final : public Object {
   sqlite3* handle_ = nullptr;
   bool read_only_ = false;
   bool apart_ = false;
-  int progress_ = 0;        // of the running statement, in millions of steps
+  int progress_ = 0;  // of the running statement, in millions of steps
   bool in_the_making_ = false;
   bool impatient_ = false;  // a lock is asked for that is not waited for
   std::chrono::steady_clock::time_point waiting_since_;
