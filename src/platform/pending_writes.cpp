@@ -124,7 +124,7 @@ void PendingWrites::refresh(int64_t version) {
   version_ = -1;
   changes_.clear();
   unapplied_.clear();
-  last_ = 0;
+  last_ = settled_to_ = 0;
   bytes_ = 0;
   has_table_ = Step(handle_, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'PendingWrites'").row();
   if (has_table_) read_rows();
@@ -163,7 +163,7 @@ const FileChange* PendingWrites::find(const std::string& name) const {
 
 void PendingWrites::add(const Changes& changes) {
   if (!has_table_) Step(handle_, kPendingTable).row();
-  if (last_ >= kMostRows || bytes_ >= kMostBytes) settle();
+  if (last_ - settled_to_ >= kMostRows || bytes_ >= kMostBytes) settle();
   int64_t order = last_;
   for (const auto& [name, change] : changes) {
     FileChange stored = *change;
@@ -235,8 +235,7 @@ void PendingWrites::settle() {
   }
   if (!changes_.empty()) files.sync_folder(folder_);
   Step(handle_, "DELETE FROM PendingWrites").row();
-  settled_ = true;
-  last_ = 0;
+  settled_ = true;  // numbers go on: a reader may still use a new file of these rows
 }
 
 void PendingWrites::committed() {
@@ -244,6 +243,7 @@ void PendingWrites::committed() {
     changes_.clear();
     unapplied_.clear();
     bytes_ = 0;
+    settled_to_ = last_;
   }
   has_table_ = has_table_ || !added_.empty();
   last_ += static_cast<int64_t>(added_.size());

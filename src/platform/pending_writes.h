@@ -60,7 +60,8 @@ class PendingWrites {
   std::map<std::string, FileChange> changes_;  // by name
   std::set<std::string> unapplied_;            // names
   int64_t version_ = -1;
-  int64_t last_ = 0;  // the highest row
+  int64_t last_ = 0;        // the highest row
+  int64_t settled_to_ = 0;  // rows up to this number are dropped
   size_t bytes_ = 0;
   bool has_table_ = false;
   // Of the open transaction:
