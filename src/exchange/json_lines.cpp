@@ -45,34 +45,12 @@ struct CountingIterator {
   bool operator!=(const CountingIterator& other) const { return at != other.at; }
 };
 
-/// Follows a parse by its places, and stops at the one looked for.
-struct Finder : nlohmann::json_sax<Json> {
-  explicit Finder(std::string pointer) : wanted(std::move(pointer)) {}
-
-  struct Level {
-    bool array;
-    size_t element;
-    std::string key;
-  };
-  std::string wanted;
-  std::vector<Level> levels;
-
+/// A parse of which every value counts alike.
+struct Walk : nlohmann::json_sax<Json> {
   /// A value begins here; false stops the parse.
-  bool value() {
-    std::string here;
-    if (!levels.empty() && levels.back().array) ++levels.back().element;
-    for (const Level& level : levels) here += "/" + (level.array ? std::to_string(level.element - 1) : level.key);
-    return here != wanted;
-  }
-  bool open(bool array) {
-    if (!value()) return false;
-    levels.push_back({array, 0, {}});
-    return true;
-  }
-  bool close() {
-    levels.pop_back();
-    return true;
-  }
+  virtual bool value() = 0;
+  virtual bool open(bool array) = 0;
+  virtual bool close() = 0;
 
   bool null() override { return value(); }
   bool boolean(bool) override { return value(); }
@@ -85,6 +63,36 @@ struct Finder : nlohmann::json_sax<Json> {
   bool end_object() override { return close(); }
   bool start_array(size_t) override { return open(true); }
   bool end_array() override { return close(); }
+};
+
+/// Follows a parse by its places, and stops at the one looked for.
+struct Finder : Walk {
+  explicit Finder(std::string pointer) : wanted(std::move(pointer)) {}
+
+  struct Level {
+    bool array;
+    size_t element;
+    std::string key;
+  };
+  std::string wanted;
+  std::vector<Level> levels;
+
+  bool value() override {
+    std::string here;
+    if (!levels.empty() && levels.back().array) ++levels.back().element;
+    for (const Level& level : levels) here += "/" + (level.array ? std::to_string(level.element - 1) : level.key);
+    return here != wanted;
+  }
+  bool open(bool array) override {
+    if (!value()) return false;
+    levels.push_back({array, 0, {}});
+    return true;
+  }
+  bool close() override {
+    levels.pop_back();
+    return true;
+  }
+
   bool key(string_t& name) override {
     levels.back().key = name;
     return true;
@@ -93,7 +101,7 @@ struct Finder : nlohmann::json_sax<Json> {
 };
 
 /// Refuses what would be lost in a tree of JSON values, such as a repeated key, or could not be held in one.
-struct Checker : nlohmann::json_sax<Json> {
+struct Checker : Walk {
   explicit Checker(const LineCounter& lines) : counter(lines) {}
 
   static constexpr size_t kDeepest = 32;
@@ -107,32 +115,21 @@ struct Checker : nlohmann::json_sax<Json> {
     wrong = "line " + std::to_string(line) + ": " + what;
     return false;
   }
-  bool value() {
+  bool value() override {
     return ++values <= kMostValues || refuse(counter.line, "the text has more than " + std::to_string(kMostValues) +
                                                                " values, which no project has.");
   }
-  bool open() {
+  bool open(bool /*array*/) override {
     if (!value()) return false;
     keys.emplace_back();
     return keys.size() <= kDeepest ||
            refuse(counter.line, "the text nests deeper than " + std::to_string(kDeepest) + " levels.");
   }
-  bool close() {
+  bool close() override {
     keys.pop_back();
     return true;
   }
 
-  bool null() override { return value(); }
-  bool boolean(bool) override { return value(); }
-  bool number_integer(number_integer_t) override { return value(); }
-  bool number_unsigned(number_unsigned_t) override { return value(); }
-  bool number_float(number_float_t, const string_t&) override { return value(); }
-  bool string(string_t&) override { return value(); }
-  bool binary(binary_t&) override { return value(); }
-  bool start_object(size_t) override { return open(); }
-  bool end_object() override { return close(); }
-  bool start_array(size_t) override { return open(); }
-  bool end_array() override { return close(); }
   bool key(string_t& name) override {
     std::string folded = name;
     for (char& c : folded) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
