@@ -40,7 +40,7 @@ std::string script(const Shape& shape) {
          link("Building", "System", in_turn(shape.buildings), "i", shape.systems) + "COMMIT;";
 }
 
-Paths paths_in(const std::string& folder) { return {folder + "/sample.idx", folder + "/sample.win"}; }
+Paths paths_in(const std::string& folder) { return {folder + "/JOBINX.MDB", folder + "/JOBWIN.DAT"}; }
 
 }  // namespace
 

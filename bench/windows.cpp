@@ -11,7 +11,7 @@ namespace tarn::bench {
 namespace {
 
 constexpr int kWindows = 1000;  // in one run
-constexpr double kAllowed = 2.0;
+constexpr double kAllowed = 1.3;
 constexpr double kGrowth = 1.05;  // none, but for the noise of two medians
 
 /// A sample open on both sides, with the windows that are saved and loaded.

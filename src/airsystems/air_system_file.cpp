@@ -2,8 +2,8 @@
 #include <tuple>
 
 #include "platform/file_store.h"
+#include "storage/index_row.h"
 #include "tarn/air_system.h"
-#include "tarn/platform/recordset.h"
 
 namespace tarn {
 namespace {
@@ -118,14 +118,14 @@ const SectionForm& AS_AirSystem::form() {
 void AS_AirSystem::keep_design_results() {
   const std::string path = sections_.results_path_of(Index());
   if (path.empty() || !files().exists(path)) return;
-  Recordset row = row_of(Index());
-  if (row.NoMatch()) return files().remove(path, GetDBHandle());
+  const IndexRow row = row_of(Index());
+  if (!row.there()) return files().remove(path, GetDBHandle());
   struct {
     Text<32> SystemName;
   } begin;
   const std::span<std::byte> bytes = record_bytes(begin);
   files().read(path, 0, bytes);
-  const std::string before = row.Fields("szName").text(), now = stored_name();
+  const std::string before = row.text("szName"), now = stored_name();
   if (before == now || begin.SystemName.trimmed() != before) return;
   begin.SystemName = now;
   files().write(path, 0, bytes, GetDBHandle());

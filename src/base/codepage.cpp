@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 
 #include "tarn/base/error.h"
 
@@ -18,6 +19,11 @@ constexpr std::array<char32_t, 32> kHigh{0x20AC, 0x81,   0x201A, 0x0192, 0x201E,
                                          0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
 bool ascii(std::string_view text) {
+  constexpr uint64_t kHighBits = 0x8080808080808080;
+  for (uint64_t eight = 0; text.size() >= sizeof eight; text.remove_prefix(sizeof eight)) {
+    std::memcpy(&eight, text.data(), sizeof eight);
+    if ((eight & kHighBits) != 0) return false;
+  }
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
@@ -109,10 +115,17 @@ ForeignText foreign_text(std::string_view bytes) {
   }
 }
 
+std::string_view without_padding(std::string_view text) {
+  constexpr std::string_view kBlanks = "                ";  // names have some two hundred
+  while (text.ends_with(kBlanks)) text.remove_suffix(kBlanks.size());
+  while (text.ends_with(' ')) text.remove_suffix(1);
+  return text;
+}
+
 std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+  text = without_padding(text);
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  return text;
 }
 
 }  // namespace tarn

@@ -1,5 +1,6 @@
 #include "tarn/building.h"
 
+#include "storage/index_row.h"
 #include "storage/kind.h"
 #include "storage/links.h"
 
@@ -85,9 +86,9 @@ const SectionForm& BLD_Building::form() {
 void BLD_Building::Load(int32_t Section, int32_t RecordNumber) {
   load_selected(Section, RecordNumber);
   if ((Section & FS_STANDARD) != 0) return;
-  Recordset row = row_of(static_cast<int16_t>(RecordNumber));
-  store_name(row.Fields("szName").text());
-  general_.Simulated = row.Fields("bSimulated").integer() != 0;
+  const IndexRow row = row_of(static_cast<int16_t>(RecordNumber));
+  store_name(row.text("szName"));
+  general_.Simulated = row.flag("bSimulated");
 }
 
 /// A system's multiplier goes with it.

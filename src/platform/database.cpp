@@ -210,8 +210,8 @@ Ptr<Database> Database::open(const std::string& name, Access access) {
   if (access == Access::ReadWrite) check_link(path);
   sqlite3* handle = nullptr;
   // A reader may have to roll a dead program's commit back, so it opens for writing too, where the file lets.
-  const int flags = access == Access::Apart ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
-  const int result = sqlite3_open_v2(path.c_str(), &handle, flags, engine_files());
+  const int access_flag = access == Access::Apart ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+  const int result = sqlite3_open_v2(path.c_str(), &handle, access_flag | SQLITE_OPEN_NOMUTEX, engine_files());
   auto database = std::make_shared<Database>(Private(), path, handle);
   if (result != SQLITE_OK) fail_with(handle, path, {});
   database->start(access);

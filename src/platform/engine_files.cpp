@@ -52,9 +52,13 @@ sqlite3_vfs* kept() {
     static sqlite3_vfs all = *system();
     all.zName = "tarn";
     all.xAccess = [](sqlite3_vfs*, const char* path, int flags, int* result) {
+      // Both questions are asked at the beginning of every transaction. A database with a write-ahead log says so in
+      // its own header, which the engine reads next.
       bool live = true;
       const auto look = [&](EngineFile& file) { live = file.has_live_journal(); };
-      if (flags == SQLITE_ACCESS_EXISTS && with_database(path, "-journal", look) && !live) {
+      const auto is_of_header = [&](EngineFile&) { live = false; };
+      if (flags == SQLITE_ACCESS_EXISTS &&
+          (with_database(path, "-journal", look) || with_database(path, "-wal", is_of_header)) && !live) {
         *result = 0;
         return SQLITE_OK;
       }
@@ -77,7 +81,7 @@ sqlite3_vfs* kept() {
 
 const char* engine_files() { return kept()->zName; }
 
-EngineFile::EngineFile(std::string path) : path_(std::move(path)) {
+EngineFile::EngineFile(std::string path) : path_(std::move(path)), journal_name_(path_ + "-journal") {
   const std::lock_guard lock(guard);
   open_files().push_back(this);
 }
@@ -95,12 +99,11 @@ void EngineFile::forget_journal() {
 
 /// A journal that was ended begins with a zero. The engine would open the file to see that, with every lock.
 bool EngineFile::has_live_journal() {
-  const std::string name = path_ + "-journal";
   struct stat now {};
-  if (::stat(name.c_str(), &now) != 0) return errno != ENOENT;
+  if (::stat(journal_name_.c_str(), &now) != 0) return errno != ENOENT;
   if (journal_ < 0 || now.st_ino != inode_ || now.st_dev != device_) {
     forget_journal();
-    journal_ = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    journal_ = ::open(journal_name_.c_str(), O_RDONLY | O_CLOEXEC);
     if (journal_ < 0 || ::fstat(journal_, &now) != 0) return true;
     inode_ = now.st_ino;
     device_ = now.st_dev;

@@ -24,7 +24,7 @@ class EngineFile {
  private:
   void forget_journal();
 
-  std::string path_;
+  std::string path_, journal_name_;
   int journal_ = -1;  // kept open
   dev_t device_ = 0;
   ino_t inode_ = 0;

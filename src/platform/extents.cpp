@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/host.h"
+
 namespace tarn {
 
 void Extents::split(uint64_t at) {
@@ -25,9 +27,15 @@ void Extents::write(uint64_t offset, std::span<const std::byte> bytes) {
 
 void Extents::write(uint64_t offset, std::vector<std::byte>&& bytes) {
   const uint64_t end = offset + bytes.size();
-  split(offset);
-  split(end);
-  const auto after = pieces_.erase(pieces_.lower_bound(offset), pieces_.lower_bound(end));
+  auto after = pieces_.lower_bound(offset);
+  const bool meets_next = after != pieces_.end() && after->first < end;
+  const bool meets_last =
+      after != pieces_.begin() && std::prev(after)->first + std::prev(after)->second.size() > offset;
+  if (meets_next || meets_last) {
+    split(offset);
+    split(end);
+    after = pieces_.erase(pieces_.lower_bound(offset), pieces_.lower_bound(end));
+  }
   pieces_.emplace_hint(after, offset, std::move(bytes));
 }
 
@@ -44,6 +52,36 @@ void Extents::overlay(uint64_t offset, std::span<std::byte> into) const {
     const uint64_t to = std::min(end, piece->first + piece->second.size());
     if (from < to) std::copy_n(piece->second.data() + (from - piece->first), to - from, into.data() + (from - offset));
   }
+}
+
+size_t Extents::size() const {
+  size_t size = 0;
+  for (const auto& [offset, bytes] : pieces_) size += bytes.size();
+  return size;
+}
+
+void Extents::for_each_run(const std::function<void(uint64_t, std::span<const std::byte>)>& take) const {
+  std::vector<std::byte> joined;
+  for (auto piece = pieces_.begin(); piece != pieces_.end();) {
+    const auto& [offset, bytes] = *piece;
+    uint64_t end = offset + bytes.size();
+    auto next = std::next(piece);
+    if (next == pieces_.end() || next->first != end) {
+      take(offset, bytes);
+    } else {
+      joined.assign(bytes.begin(), bytes.end());
+      for (; next != pieces_.end() && next->first == end; ++next) {
+        joined.insert(joined.end(), next->second.begin(), next->second.end());
+        end += next->second.size();
+      }
+      take(offset, joined);
+    }
+    piece = next;
+  }
+}
+
+void Extents::write_to(File& file) const {
+  for_each_run([&](uint64_t offset, std::span<const std::byte> bytes) { file.write(offset, bytes); });
 }
 
 uint64_t Extents::end() const {

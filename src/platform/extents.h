@@ -3,11 +3,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <span>
 #include <vector>
 
 namespace tarn {
+
+class File;
 
 class Extents {
  public:
@@ -17,7 +20,12 @@ class Extents {
   void overlay(uint64_t offset, std::span<std::byte> into) const;
   /// One past the last byte held.
   uint64_t end() const;
-  const std::map<uint64_t, std::vector<std::byte>>& pieces() const { return pieces_; }
+  bool empty() const { return pieces_.empty(); }
+  /// Bytes held.
+  size_t size() const;
+  /// Each run of bytes that lie back to back, in order, as its position and its bytes.
+  void for_each_run(const std::function<void(uint64_t, std::span<const std::byte>)>& take) const;
+  void write_to(File& file) const;
   /// Takes over all of a newer set.
   void merge(Extents&& newer);
 

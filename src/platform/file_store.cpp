@@ -16,8 +16,9 @@ namespace {
 /// One name for each file, whatever the current folder is.
 std::string absolute(const std::string& path) {
   if (path.empty()) fail(ErrorNumber::FileNotFound, "There is no file without a name.");
-  const bool plain =
-      path.starts_with('/') && path.find("/.") == std::string::npos && path.find("//") == std::string::npos;
+  bool plain = path.front() == '/';
+  for (size_t at = 0; plain && at != std::string::npos; at = path.find('/', at + 1))
+    plain = at + 1 < path.size() && path[at + 1] != '/' && path[at + 1] != '.';
   return plain ? path : std::filesystem::absolute(path).lexically_normal().string();
 }
 
@@ -76,6 +77,11 @@ size_t overlay(const FileChange& change, uint64_t offset, std::span<std::byte> i
   return end > offset ? std::max<size_t>(got, std::min<uint64_t>(end - offset, into.size())) : got;
 }
 
+/// Whether the file that has the name, or is going to have it, holds all of the change.
+bool is_in_file(const FileChange& change) {
+  return change.extents.empty() && !(change.emptied && change.replacement.empty());
+}
+
 uint64_t size_after(const FileChange& change, uint64_t size) {
   return std::max(change.emptied && change.replacement.empty() ? 0 : size, change.extents.end());
 }
@@ -96,22 +102,21 @@ size_t FileStore::read(const std::string& name, uint64_t offset, std::span<std::
   return got;
 }
 
-void FileStore::read_blocks(const std::string& path, uint64_t from, std::span<const std::span<std::byte>> blocks) {
-  constexpr size_t kLarge = 4096;
-  std::vector<std::byte> buffer;
-  for (size_t i = 0; i < blocks.size();) {
-    if (blocks[i].size() >= kLarge) {
-      read(path, from, blocks[i]);
-      from += blocks[i++].size();
-      continue;
-    }
-    size_t end = i, size = 0;
-    while (end < blocks.size() && blocks[end].size() < kLarge) size += blocks[end++].size();
-    buffer.resize(size);
-    read(path, from, buffer);
-    from += size;
-    for (auto next = buffer.begin(); i < end; next += static_cast<ptrdiff_t>(blocks[i++].size()))
-      std::copy_n(next, blocks[i].size(), blocks[i].begin());
+void FileStore::read_blocks(const std::string& name, uint64_t from, std::span<const std::span<std::byte>> blocks) {
+  const Reading reading(*this);
+  const std::string path = absolute(name);
+  const Handle& handle = opened(path, OpenMode::Read);
+  const bool as_in_file = handle.file && (!handle.committed || is_in_file(*handle.committed)) &&
+                          std::ranges::none_of(levels_, [&](const Level& level) { return level.contains(path); });
+  size_t size = 0;
+  for (const auto& block : blocks) size += block.size();
+  if (as_in_file && handle.file->read(from, blocks) == size) return;
+  std::vector<std::byte> bytes(size);
+  read(path, from, bytes);
+  auto next = bytes.begin();
+  for (const auto& block : blocks) {
+    std::copy_n(next, block.size(), block.begin());
+    next += static_cast<ptrdiff_t>(block.size());
   }
 }
 

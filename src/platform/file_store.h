@@ -27,8 +27,7 @@ class FileStore {
 
   /// Bytes that the file holds from `offset`, as the open transaction sees it; fewer than asked at its end.
   size_t read(const std::string& path, uint64_t offset, std::span<std::byte> into);
-  /// Fills memory from bytes that lie back to back in a file: large pieces in place, the small ones between them by one
-  /// read.
+  /// Fills memory from bytes that lie back to back in a file; with zeros where it has ended.
   void read_blocks(const std::string& path, uint64_t from, std::span<const std::span<std::byte>> blocks);
   /// Error where the file, or the folder of a new file, cannot be written. It is raised here, not at the commit.
   void write(const std::string& path, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner);
@@ -56,8 +55,8 @@ class FileStore {
   void begin() { levels_.emplace_back(); }
   void merge_down();
   void drop();
-  /// The writes of the outermost level.
-  const Level& outermost() const { return levels_.front(); }
+  /// The writes of the outermost level, which a commit takes.
+  Level& outermost() { return levels_.front(); }
   enum class Wanted : uint8_t { ToRead, ToWrite };
   /// The open database that keeps the file's bytes; one that takes part in the transaction comes first. Null for none.
   Database* keeper(const std::string& path, Wanted wanted) const;

@@ -2,8 +2,11 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -32,6 +35,20 @@ namespace {
   }
 }
 
+}  // namespace
+
+size_t File::read(uint64_t offset, std::span<const std::span<std::byte>> into) {
+  size_t done = 0;
+  for (const auto& place : into) {
+    const size_t got = read(offset + done, place);
+    done += got;
+    if (got < place.size()) break;
+  }
+  return done;
+}
+
+namespace {
+
 class SystemFile final : public File {
  public:
   SystemFile(std::string path, int descriptor) : path_(std::move(path)), descriptor_(descriptor) {}
@@ -48,6 +65,25 @@ class SystemFile final : public File {
       if (got < 0) fail_on(path_, "read");
       if (got == 0) break;
       done += static_cast<size_t>(got);
+    }
+    return done;
+  }
+  size_t read(uint64_t offset, std::span<const std::span<std::byte>> into) override {
+    size_t done = 0;
+    while (!into.empty()) {
+      std::array<iovec, 256> places;
+      const size_t count = std::min(into.size(), places.size());
+      size_t wanted = 0;
+      for (size_t i = 0; i < count; ++i) {
+        places[i] = {into[i].data(), into[i].size()};
+        wanted += into[i].size();
+      }
+      const ssize_t got =
+          ::preadv(descriptor_, places.data(), static_cast<int>(count), static_cast<off_t>(offset + done));
+      // The rest of a read that was cut short, if there is any, is asked for place by place.
+      if (got < 0 || static_cast<size_t>(got) < wanted) return done + File::read(offset + done, into);
+      done += wanted;
+      into = into.subspan(count);
     }
     return done;
   }

@@ -10,7 +10,7 @@ namespace tarn {
 namespace {
 
 void write_pieces(File& file, const Extents& extents) {
-  for (const auto& [offset, bytes] : extents.pieces()) file.write(offset, bytes);
+  extents.write_to(file);
   file.sync();
 }
 
@@ -37,7 +37,7 @@ struct Before {
       if (!old.empty()) bytes.write(offset, std::move(old));
     };
     if (change.emptied) keep(0, size);
-    for (const auto& [offset, piece] : change.extents.pieces()) keep(offset, piece.size());
+    change.extents.for_each_run([&](uint64_t offset, std::span<const std::byte> run) { keep(offset, run.size()); });
   }
   void put_back() const {
     if (!existed) return host().files->remove(path);

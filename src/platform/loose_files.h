@@ -9,7 +9,7 @@
 
 namespace tarn {
 
-using LooseWrites = std::vector<std::pair<std::string, const FileChange*>>;  // by path
+using LooseWrites = std::vector<std::pair<std::string, FileChange*>>;  // by path
 
 /// All are written and on the disk, or an error is thrown and the old bytes are back.
 void write_loose_files(const LooseWrites& writes);

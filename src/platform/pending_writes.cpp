@@ -70,19 +70,12 @@ uint64_t take_number(std::string_view& from) {
 /// Each run of bytes with its place and size before it, in 64 bits.
 std::string packed(const Extents& extents) {
   std::string out;
-  size_t size_at = 0;
-  uint64_t end = 0;
-  for (const auto& [offset, bytes] : extents.pieces()) {
-    if (size_at == 0 || offset != end) {
-      put_number(out, offset);
-      size_at = out.size();
-      put_number(out, 0);
-    }
+  out.reserve(extents.size() + 2 * sizeof(uint64_t));
+  extents.for_each_run([&](uint64_t offset, std::span<const std::byte> bytes) {
+    put_number(out, offset);
+    put_number(out, bytes.size());
     out.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    end = offset + bytes.size();
-    const uint64_t size = out.size() - size_at - sizeof(uint64_t);
-    std::memcpy(out.data() + size_at, &size, sizeof size);
-  }
+  });
   return out;
 }
 
@@ -193,7 +186,7 @@ void PendingWrites::add(const Changes& changes) {
   if (rows_ >= kMostRows || bytes_ >= kMostBytes) settle();
   int64_t order = last_;
   for (const auto& [name, change] : changes) {
-    FileChange stored = *change;
+    FileChange stored = std::move(*change);
     if (!stored.removed && stored.emptied && stored.extents.end() > kSmall && !host().files->is_link(path_of(name))) {
       stored.replacement = make_replacement(++order, name, stored);
       stored.extents = {};
@@ -212,7 +205,7 @@ std::string PendingWrites::make_replacement(int64_t order, const std::string& na
   host().files->remove(path);  // of a program that died before its commit
   const auto file = host().files->open(path, OpenMode::Create);
   host().files->copy_owner(path_of(name), path);
-  for (const auto& [offset, bytes] : change.extents.pieces()) file->write(offset, bytes);
+  change.extents.write_to(*file);
   file->sync();
   return replacement;
 }
@@ -235,10 +228,10 @@ void PendingWrites::apply(const std::string& name, const FileChange& change) con
   if (const std::string by = path_of(change.replacement); !change.replacement.empty() && files.exists(by))
     files.rename(by, path);
   const bool shortened = change.emptied && change.replacement.empty();
-  if (!shortened && change.extents.pieces().empty()) return;
+  if (!shortened && change.extents.empty()) return;
   const auto file = files.open(path, OpenMode::Create);
   if (shortened) file->truncate(change.extents.end());
-  for (const auto& [offset, bytes] : change.extents.pieces()) file->write(offset, bytes);
+  change.extents.write_to(*file);
 }
 
 void PendingWrites::apply() {
@@ -299,7 +292,7 @@ void PendingWrites::committed() {
   last_ += static_cast<int64_t>(added_.size());
   rows_ += static_cast<int64_t>(added_.size());
   for (auto& [name, change] : std::exchange(added_, {})) {
-    for (const auto& [offset, bytes] : change.extents.pieces()) bytes_ += bytes.size();
+    bytes_ += change.extents.size();
     unapplied_.insert(name);
     changes_[name].merge(std::move(change));
   }

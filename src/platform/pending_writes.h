@@ -41,8 +41,9 @@ class PendingWrites {
   std::vector<std::string> new_files() const;
 
   // With the write lock held:
-  using Changes = std::vector<std::pair<std::string, const FileChange*>>;
-  /// Adds a save's bytes; larger whole files are made beside the old ones. Drops older rows where there are many.
+  using Changes = std::vector<std::pair<std::string, FileChange*>>;
+  /// Adds a save's bytes, which it takes; larger whole files are made beside the old ones. Drops older rows where there
+  /// are many.
   void add(const Changes& changes);
   /// Brings what is pending to the files. A failure is logged: the rows stay, and it is tried again.
   void apply();

@@ -9,7 +9,13 @@
 namespace tarn {
 namespace {
 
-constexpr size_t kKeptSearches = 100;  // a client that writes values into its criteria must not fill the memory
+/// The text of a key, empty where it is yet to be made. A client that writes values into its criteria does not fill the
+/// memory.
+std::string& kept(std::unordered_map<std::string, std::string>& texts, const std::string& key) {
+  constexpr size_t kMost = 100;
+  if (texts.size() > kMost) texts.clear();
+  return texts[key];
+}
 
 struct Token {
   enum class Kind : uint8_t { End, Word, Name, Other };  // a name stands in quotes of its own
@@ -140,8 +146,7 @@ void QueryShape::give_up_table() {
 }
 
 const std::string& QueryShape::search(const std::string& criteria) {
-  if (searches_.size() > kKeptSearches) searches_.clear();
-  std::string& text = searches_[criteria];
+  std::string& text = kept(searches_, criteria);
   if (!text.empty()) return text;
   const bool within = !table.empty() && !where.empty();
   text = (table.empty() ? "SELECT * FROM (" + sql + ")" : head) + " WHERE " + (within ? "(" + where + ") AND (" : "(") +
@@ -149,11 +154,34 @@ const std::string& QueryShape::search(const std::string& criteria) {
   return text;
 }
 
+const std::string& QueryShape::insert(const std::string& set) {
+  std::string& text = kept(inserts_, set);
+  if (!text.empty()) return text;
+  std::string names, marks;
+  for (size_t c = 0; c < set.size(); ++c) {
+    if (set[c] == '0') continue;
+    const std::string comma = names.empty() ? "" : ",";
+    names += comma + '"' + columns[c] + '"';
+    marks += comma + "?";
+  }
+  return text =
+             "INSERT INTO " + table + (names.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + marks + ")");
+}
+
+const std::string& QueryShape::update(const std::string& set) {
+  std::string& text = kept(updates_, set);
+  if (!text.empty()) return text;
+  for (size_t c = 0; c < set.size(); ++c) {
+    if (set[c] == '1') text += (text.empty() ? "\"" : ",\"") + columns[c] + "\" = ?";
+  }
+  return text = "UPDATE " + table + " SET " + text + " WHERE rowid = ?";
+}
+
 void QueryShape::name_columns(const Statement& statement) {
   const int first = key_columns();
   if (columns.size() == static_cast<size_t>(statement.columns() - first)) return;
   columns.clear();
-  for (int c = first; c < statement.columns(); ++c) columns.push_back(statement.column_name(c));
+  for (int c = first; c < statement.columns(); ++c) columns.emplace_back(statement.column_name(c));
 }
 
 }  // namespace tarn

@@ -22,6 +22,9 @@ struct QueryShape {
   /// The statements for the row of a table with a key.
   std::string by_key() const { return head + " WHERE rowid = ?"; }
   std::string delete_by_key() const { return "DELETE FROM " + table + " WHERE rowid = ?"; }
+  /// The statements that set columns of a new row, or of the row with a key: a '1' for each of `columns` that is set.
+  const std::string& insert(const std::string& set);
+  const std::string& update(const std::string& set);
   /// Names the columns, once a statement of the query is there.
   void name_columns(const Statement& statement);
   int key_columns() const { return table.empty() ? 0 : 1; }
@@ -32,7 +35,8 @@ struct QueryShape {
   std::string all;  // the statement for all rows
 
  private:
-  std::unordered_map<std::string, std::string> searches_;  // by the criteria
+  std::unordered_map<std::string, std::string> searches_;           // by the criteria
+  std::unordered_map<std::string, std::string> inserts_, updates_;  // by the columns that are set
 };
 
 }  // namespace tarn

@@ -143,8 +143,9 @@ const std::vector<std::string>& Recordset::columns() {
 
 Field Recordset::Fields(std::string_view column) {
   const auto& names = columns();
-  const auto found =
-      std::find_if(names.begin(), names.end(), [column](const std::string& name) { return same_word(name, column); });
+  auto found = std::find(names.begin(), names.end(), column);
+  if (found == names.end())
+    found = std::find_if(names.begin(), names.end(), [&](const std::string& name) { return same_word(name, column); });
   if (found == names.end()) {
     fail(ErrorNumber::ItemNotFound, "There is no column " + std::string(column) + " in: " + shape_->sql);
   }
@@ -174,20 +175,15 @@ void Recordset::Edit() {
 void Recordset::Update() {
   if (editing_ == Editing::No) fail(ErrorNumber::EditNotStarted, "Update without AddNew or Edit.");
   const bool added = editing_ == Editing::Added;
-  std::string names;
-  std::string marks;
+  std::string set(buffer_.size(), '0');
   std::vector<Cell> values;
   for (size_t c = 0; c < buffer_.size(); ++c) {
     if (added ? buffer_[c].index() == 0 : buffer_[c] == current().cells[c]) continue;
-    const std::string_view comma = values.empty() ? "" : ",";
-    (((names += comma) += '"') += shape_->columns[c]) += added ? "\"" : "\" = ?";
-    (marks += comma) += "?";
+    set[c] = '1';
     values.push_back(buffer_[c]);
   }
   if (added) {
-    database_->Execute(values.empty() ? "INSERT INTO " + shape_->table + " DEFAULT VALUES"
-                                      : "INSERT INTO " + shape_->table + " (" + names + ") VALUES (" + marks + ")",
-                       values);
+    database_->Execute(shape_->insert(set), values);
     editing_ = Editing::No;
     const int64_t id = database_->last_key();
     if (walked_)
@@ -198,7 +194,7 @@ void Recordset::Update() {
   }
   if (!values.empty()) {
     values.emplace_back(current().id);
-    if (database_->Execute("UPDATE " + shape_->table + " SET " + names + " WHERE rowid = ?", values) == 0) {
+    if (database_->Execute(shape_->update(set), values) == 0) {
       fail(ErrorNumber::RecordDeleted, "The row was deleted meanwhile, in table " + shape_->table + ".");
     }
     current().cells = buffer_;

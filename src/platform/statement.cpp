@@ -52,21 +52,23 @@ bool Statement::only_reads() const { return sqlite3_stmt_readonly(statement_) !=
 
 int Statement::columns() const { return sqlite3_column_count(statement_); }
 
-std::string Statement::column_name(int column) const { return sqlite3_column_name(statement_, column); }
+std::string_view Statement::column_name(int column) const { return sqlite3_column_name(statement_, column); }
 
 int64_t Statement::integer(int column) const { return sqlite3_column_int64(statement_, column); }
 
 Cell Statement::column(int column) const {
-  switch (sqlite3_column_type(statement_, column)) {
+  sqlite3_value* const value = sqlite3_column_value(statement_, column);  // this thread's alone
+  switch (sqlite3_value_type(value)) {
     case SQLITE_INTEGER:
-      return sqlite3_column_int64(statement_, column);
+      return sqlite3_value_int64(value);
     case SQLITE_FLOAT:
-      return sqlite3_column_double(statement_, column);
+      return sqlite3_value_double(value);
     case SQLITE_NULL:
       return {};
-    default:
-      return std::string(reinterpret_cast<const char*>(sqlite3_column_text(statement_, column)),
-                         static_cast<size_t>(sqlite3_column_bytes(statement_, column)));
+    default: {
+      const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+      return text ? std::string(text, static_cast<size_t>(sqlite3_value_bytes(value))) : std::string();
+    }
   }
 }
 

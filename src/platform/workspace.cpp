@@ -86,7 +86,7 @@ bool Workspace::has_enlisted(const std::string& path) const {
 
 void Workspace::commit_outermost() {
   std::map<Database*, Database::Writes> writes;
-  for (const auto& [path, pending] : files_->outermost()) {
+  for (auto& [path, pending] : files_->outermost()) {
     // A writer without a database has that of the project too: what is pending there would be written over its bytes.
     const bool own = pending.owner && pending.owner->keeps(path);
     Database* const keeper = own ? pending.owner.get() : files_->keeper(path, FileStore::Wanted::ToWrite);

@@ -35,11 +35,9 @@ double real_of_text(const std::string& text) {
   fail(ErrorNumber::TypeMismatch, "found the text \"" + text + "\", wanted a number");
 }
 
-std::string without_padding(const std::string& text) { return text.substr(0, text.find_last_not_of(' ') + 1); }
-
 /// Visits the elements of a nested array with their subscripts, the first subscript outermost.
-void nest(const Member& member, Json& json, std::vector<int>& at,
-          const std::function<void(Json&, Subscripts)>& action) {
+template <typename J>  // constant or not
+void nest(const Member& member, J& json, std::vector<int>& at, const std::function<void(J&, Subscripts)>& action) {
   if (at.size() == member.bounds.size()) return action(json, at);
   const Bounds& bounds = member.bounds[at.size()];
   for (int s = bounds.first; s <= bounds.last; ++s) {
@@ -160,7 +158,7 @@ Json element_json(Object& object, const Member& member, Subscripts at) {
   member.get_stored(object, at, value);
   if (const auto* text = std::get_if<std::string>(&value)) {
     if (member.width() > 0 && text->find_first_not_of('\0') == std::string::npos) return nullptr;
-    return without_padding(*text);
+    return std::string(without_padding(*text));
   }
   Json json = to_json(value);
   if (member.labels.empty()) return json;
@@ -177,8 +175,8 @@ Json to_json(Object& object, const Member& property) {
   if (property.bounds.empty()) return element_json(object, property, {});
   Json json;
   std::vector<int> at;
-  nest(property, json, at,
-       [&](Json& element, Subscripts subscripts) { element = element_json(object, property, subscripts); });
+  nest<Json>(property, json, at,
+             [&](Json& element, Subscripts subscripts) { element = element_json(object, property, subscripts); });
   return json;
 }
 
@@ -211,7 +209,7 @@ void write_element(std::string& out, Object& object, const Member& member, Subsc
     if (const auto* whole = std::get_if<int16_t>(&value)) return write_number(out, *whole);
     if (const auto* real = std::get_if<float>(&value); real && std::isfinite(*real)) return write_number(out, *real);
     if (const auto* text = std::get_if<std::string>(&value); text && text->find('\0') == std::string::npos) {
-      return write_text(out, std::string_view(*text).substr(0, text->find_last_not_of(' ') + 1));
+      return write_text(out, without_padding(*text));
     }
   }
   out += json_text(element_json(object, member, at));
@@ -274,10 +272,10 @@ void naming(Object& object, const Member& property, Subscripts at, F set) {
 void set_from_json(Object& object, const Member& property, const Json& json) {
   naming(object, property, {}, [&] {
     check_shape(property, json, 0);
-    Json copy = json;
     std::vector<int> at;
-    nest(property, copy, at,
-         [&](Json& element, Subscripts place) { set_element(object, property, element, place, Given::WithRecord); });
+    nest<const Json>(property, json, at, [&](const Json& element, Subscripts place) {
+      set_element(object, property, element, place, Given::WithRecord);
+    });
   });
 }
 

@@ -101,8 +101,8 @@ void ADL_AirSystemDesign::Load() {
   if (!air_system_) return log().message("Air system object must be set before loading air system design load data.");
   const std::string path = file_of(air_system_->Index());
   if (path.empty()) return log().message("Air system design data filename is invalid");
-  if (!files().exists(path)) return log().message("File does not exist: " + path);
   Transaction transaction(Transaction::Purpose::Reading);
+  if (!files().exists(path)) return log().message("File does not exist: " + path);
   check_system(path);
   const ResultBlock::Spans all = spans();
   if (const uint64_t size = files().size(path), expected = size_of(all); size != expected) {

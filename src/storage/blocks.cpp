@@ -1,6 +1,7 @@
 #include "tarn/storage/blocks.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace tarn {
 
@@ -25,12 +26,26 @@ void scatter(std::span<const std::byte> bytes, const Blocks& blocks) {
 }
 
 void clear(const Blocks& blocks) {
-  for (const auto& block : blocks) std::fill(block.begin(), block.end(), std::byte{0});
+  for (const auto& block : blocks) {
+    if (!block.empty()) std::memset(block.data(), 0, block.size());
+  }
+}
+
+bool hold(const Blocks& blocks, std::span<const std::byte> bytes) {
+  if (size_of(blocks) != bytes.size()) return false;
+  for (const auto& block : blocks) {
+    if (!block.empty() && std::memcmp(block.data(), bytes.data(), block.size()) != 0) return false;
+    bytes = bytes.subspan(block.size());
+  }
+  return true;
 }
 
 bool hold_anything(const Blocks& blocks) {
-  const auto is_set = [](std::byte byte) { return byte != std::byte{0}; };
-  return std::ranges::any_of(blocks, [&](const auto& block) { return std::ranges::any_of(block, is_set); });
+  // Each byte is as the one before it, and the first is 0.
+  return std::ranges::any_of(blocks, [](const auto& block) {
+    return !block.empty() &&
+           (block[0] != std::byte{0} || std::memcmp(block.data(), block.data() + 1, block.size() - 1) != 0);
+  });
 }
 
 }  // namespace tarn

@@ -4,6 +4,7 @@
 
 #include "platform/host.h"
 #include "storage/entity_memory.h"
+#include "storage/index_row.h"
 #include "storage/kind.h"
 #include "storage/link_keeper.h"
 #include "tarn/base/log.h"
@@ -23,16 +24,12 @@ Database& StoredEntity::database() const {
   return *database_;
 }
 
-Recordset StoredEntity::index_rows() const {
-  return database().OpenRecordset("SELECT * FROM " + std::string(kind().index_table) + " ORDER BY nIndex ASC");
-}
+Recordset StoredEntity::index_rows() const { return database().OpenRecordset(kind().all_rows); }
 
-Recordset StoredEntity::row_of(int16_t index) const {
+IndexRow StoredEntity::row_of(int16_t index) const {
   database();  // without one, that is the error
   try {
-    Recordset rows = index_rows();
-    rows.FindFirst("nIndex = ?", {cell(index)});
-    return rows;
+    return {*database_, kind(), index};
   } catch (const Error& error) {
     if (kind().no_table_message.empty()) throw;
     throw Error(error.number(), {}, std::string(kind().no_table_message) + error.description());
@@ -90,11 +87,11 @@ void StoredEntity::follow_rollback() {
 }
 
 void StoredEntity::take_back_changes(const std::vector<std::byte>& before) {
-  std::vector<std::byte> after = gathered(file_->inputs());
-  if (after == before) return;
-  on_rollback([this, before, after = std::move(after)] {
+  const Blocks saved = file_->inputs();
+  if (hold(saved, before)) return;
+  on_rollback([this, before, after = gathered(saved)] {
     const Blocks inputs = file_->inputs();
-    if (gathered(inputs) == after) scatter(before, inputs);
+    if (hold(inputs, after)) scatter(before, inputs);
   });
 }
 
@@ -115,16 +112,16 @@ void StoredEntity::store_name(std::string_view name) {
 std::string StoredEntity::title() const { return std::string(kind().default_word) + " " + std::to_string(index_); }
 
 void StoredEntity::make_name_valid() {
-  if (!stored_name().empty()) return;
+  const std::string_view given(name_.data(), name_.size());
+  if (!given.starts_with('\0') && !trimmed(given).empty()) return;
   // The number's sign has its blank: "Window  3", which names are compared by, to the character.
   const std::string_view word = kind().name_word.empty() ? kind().default_word : kind().name_word;
   store_name(std::string(word) + "  " + std::to_string(index_));
 }
 
 bool StoredEntity::name_is_free(const std::string& name) const {
-  const std::string query = "SELECT * FROM " + std::string(kind().index_table) + " WHERE szName = ? AND nIndex <> ?";
   try {
-    return database().OpenRecordset(query, {name, cell(index_)}).AtEof();
+    return database().OpenRecordset(kind().others_of_name, {name, cell(index_)}).AtEof();
   } catch (const Error& error) {
     if (kind().name_query_message.empty()) throw;
     throw Error(error.number(), {}, std::string(kind().name_query_message) + error.description());
@@ -192,30 +189,34 @@ void StoredEntity::Load(int16_t nRecNum) { load(nRecNum, file_->to_load()); }
 
 void StoredEntity::load(int32_t number, Sections sections) {
   or_as_before(true, [&](const Before&) {
-    const auto index = static_cast<int16_t>(number);
-    file_->check(index, "Load()");
     Transaction transaction(Transaction::Purpose::Reading);
-    Recordset rows = row_of(index);
-    const bool there = index == number && !rows.NoMatch();
-    if (!there) {
-      const std::string missing = std::string(kind().missing_row_message) + std::to_string(number);
-      if (kind().row_needed || index != number) fail(ErrorNumber::NoCurrentRecord, missing);
-      if (!kind().missing_row_message.empty()) log().message(missing);
-    } else {
-      for (const ChangedFlag& flag : kind().flags) flag.of(*this) = rows.Fields(flag.column).integer() != 0;
-    }
-    const bool same = index_ == index && index != 0;
-    const bool known = there || file_->one_for_each();
-    if (known) index_ = index;
-    file_->read({index_, sections, same, there ? &rows : nullptr, [&] {
-                   if (!known) return;
-                   if (const auto links = linked(sections, index_))
-                     links_->repair(links->owner, links->rows, links->close_up, file_->inputs());
-                 }});
+    file_->check(static_cast<int16_t>(number), "Load()");
+    load_stored(number, sections);
     after_read(ReadFrom::Stored);
     transaction.commit();
     if (m_bCloning) Reset();
   });
+}
+
+void StoredEntity::load_stored(int32_t number, Sections sections) {
+  const auto index = static_cast<int16_t>(number);
+  const IndexRow row = row_of(index);
+  const bool there = index == number && row.there();
+  if (!there) {
+    const std::string missing = std::string(kind().missing_row_message) + std::to_string(number);
+    if (kind().row_needed || index != number) fail(ErrorNumber::NoCurrentRecord, missing);
+    if (!kind().missing_row_message.empty()) log().message(missing);
+  } else {
+    for (const ChangedFlag& flag : kind().flags) flag.of(*this) = row.flag(flag.column);
+  }
+  const bool same = index_ == index && index != 0;
+  const bool known = there || file_->one_for_each();
+  if (known) index_ = index;
+  file_->read({index_, sections, same, there ? &row : nullptr, [&] {
+                 if (!known) return;
+                 if (const auto links = linked(sections, index_))
+                   links_->repair(links->owner, links->rows, links->close_up, file_->inputs());
+               }});
 }
 
 void StoredEntity::read_stored(int16_t index) {
@@ -290,7 +291,8 @@ void StoredEntity::fill_row(Recordset& rows) const {
 
 void StoredEntity::write_row() {
   Transaction transaction;
-  Recordset rows = row_of(index_);
+  Recordset rows = index_rows();
+  rows.FindFirst("nIndex = ?", {cell(index_)});
   const bool is_new = rows.NoMatch();
   if (is_new)
     rows.AddNew();
@@ -322,9 +324,9 @@ void StoredEntity::store(Recordset& rows, SaveContext& save) {
 }
 
 void StoredEntity::keep_flags_of_row() {
-  Recordset rows = row_of(index_);
-  if (rows.NoMatch()) return;
-  for (const ChangedFlag& flag : kind().flags) flag.of(*this) |= rows.Fields(flag.column).integer() != 0;
+  const IndexRow row = row_of(index_);
+  if (!row.there()) return;
+  for (const ChangedFlag& flag : kind().flags) flag.of(*this) |= row.flag(flag.column);
 }
 
 void StoredEntity::SaveDefault() {

@@ -67,6 +67,11 @@ struct Kind {
   std::string_view lost_row_message = {};    // of `Save` of an entity whose row is gone
   bool saved_anew = false;                   // `Save` of an entity whose row is gone adds a new one
   std::string_view link_owner = {};  // "Space": `Save` keeps Space_Wall_Links and the like in line with the references
+
+  // Queries of its index table.
+  std::string all_rows = "SELECT * FROM " + std::string(index_table) + " ORDER BY nIndex ASC";
+  std::string row_of_index = "SELECT * FROM " + std::string(index_table) + " WHERE nIndex = ?";
+  std::string others_of_name = "SELECT * FROM " + std::string(index_table) + " WHERE szName = ? AND nIndex <> ?";
 };
 
 }  // namespace tarn

@@ -35,14 +35,14 @@ size_t RecordFile::read_bytes(int16_t index, std::vector<std::byte>& bytes) cons
 }
 
 void RecordFile::read(const LoadContext& load) {
-  const std::string record = "record " + std::to_string(load.index);
-  if (load.index < 0) fail(ErrorNumber::SubscriptOutOfRange, "There is no " + record + " in " + name() + ".");
+  const auto record = [&] { return "record " + std::to_string(load.index); };
+  if (load.index < 0) fail(ErrorNumber::SubscriptOutOfRange, "There is no " + record() + " in " + name() + ".");
   std::vector<std::byte> bytes;
   if (read_bytes(load.index, bytes) == 0) {
     if (!files().exists(name_))
       fail(ErrorNumber::FileNotFound,
-           name_ + ", which has " + record + ", is not there. Restore the file from a copy.");
-    fail(ErrorNumber::InputPastEnd, name_ + " ends before " + record + ": it has " +
+           name_ + ", which has " + record() + ", is not there. Restore the file from a copy.");
+    fail(ErrorNumber::InputPastEnd, name_ + " ends before " + record() + ": it has " +
                                         std::to_string(files().size(name_)) + " bytes, a record has " +
                                         std::to_string(bytes.size()) +
                                         ". Restore the file from a copy, or delete the entity.");
@@ -54,7 +54,7 @@ void RecordFile::read(const LoadContext& load) {
 bool RecordFile::read_default() {
   std::vector<std::byte> bytes;
   read_bytes(0, bytes);
-  const bool there = std::ranges::any_of(bytes, [](std::byte byte) { return byte != std::byte{0}; });
+  const bool there = hold_anything({bytes});
   scatter(bytes, blocks_);
   return there;
 }

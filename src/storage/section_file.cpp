@@ -5,6 +5,7 @@
 #include "platform/file_store.h"
 #include "platform/host.h"
 #include "storage/file_names.h"
+#include "storage/index_row.h"
 #include "storage/kind.h"
 #include "storage/links.h"
 #include "tarn/storage/entity.h"
@@ -148,7 +149,7 @@ void SectionFile::check_lacking(const std::string& path, Header header, const Lo
   const Sections lacking = load.sections & ~in_file;
   if (lacking == 0 || load.index == 0) return;
   for (const ResultFlag& flag : form_.result_flags) {
-    const bool says = is_true(header, flag.offset) || (load.row && load.row->Fields(flag.column).integer() != 0);
+    const bool says = is_true(header, flag.offset) || (load.row && load.row->flag(flag.column));
     if (!says || (lacking & flag.sections) == 0 || (in_file & flag.sections) != 0) continue;
     fail(ErrorNumber::UnknownFormat, path + " has no results, though " + std::string(flag.column) +
                                          " says that they are there. Restore the file from a copy, or load and save "

@@ -26,5 +26,7 @@ ForeignText foreign_text(std::string_view bytes);
 
 /// Without the blanks at both ends.
 std::string_view trimmed(std::string_view text);
+/// Without the blanks at its end.
+std::string_view without_padding(std::string_view text);
 
 }  // namespace tarn

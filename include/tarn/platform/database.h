@@ -1,6 +1,7 @@
 // The index database engine: one connection to a database file, its statements, and its part in the workspace's
 // transactions. Embedded SQLite, whose own header is seen in the sources of this folder alone. Numbers and texts are
-// bound to the '?' of a statement, never written into it, and prepared statements are kept.
+// bound to the '?' of a statement, never written into it, and prepared statements are kept. A database belongs to the
+// thread that opened it, as its workspace does; another thread opens its own.
 #pragma once
 
 #include <chrono>
@@ -95,7 +96,7 @@ class Database final : public Object {
   void release_level(size_t level);
   void rollback_level(size_t level);
   /// With the bytes of record files that belong to the transaction.
-  using Writes = std::vector<std::pair<std::string, const FileChange*>>;  // by path
+  using Writes = std::vector<std::pair<std::string, FileChange*>>;  // by path
   void commit(const Writes& writes);
   /// Whether the database keeps the bytes of a record file.
   bool keeps(const std::string& path) const;

@@ -4,6 +4,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tarn/platform/cell.h"
@@ -34,7 +35,7 @@ class Statement {
   bool step();
   bool only_reads() const;
   int columns() const;
-  std::string column_name(int column) const;
+  std::string_view column_name(int column) const;
   Cell column(int column) const;
   /// 0 for no value.
   int64_t integer(int column) const;

@@ -17,7 +17,9 @@
 namespace tarn {
 
 class Database;
+class IndexRow;
 class LinkKeeper;
+class Recordset;
 struct ClearedReference;
 struct Kind;
 
@@ -119,13 +121,13 @@ class StoredEntity : public Object {
   Database& database() const;
   /// All rows of the index table, by nIndex.
   Recordset index_rows() const;
-  /// The same, at that of an entity or with no match.
-  Recordset row_of(int16_t index) const;
+  IndexRow row_of(int16_t index) const;
   bool name_is_free(const std::string& name) const;
   /// Only a calculation takes a changed flag away: those of the index row stay, where the object has lost them.
   void keep_flags_of_row();
 
  private:
+  void load_stored(int32_t number, Sections sections);
   struct Before;
   template <typename F>
   void or_as_before(bool with_results, F operation);

@@ -13,7 +13,7 @@
 
 namespace tarn {
 
-class Recordset;
+class IndexRow;
 class StoredEntity;
 
 /// A set of sections of a file, a bit each; section 0, the lowest bit, is the header. A record is one section.
@@ -47,7 +47,7 @@ struct LoadContext {
   int16_t index;
   Sections sections;
   bool same_entity;                   // as the object has by now
-  Recordset* row;                     // of the index table; null where there is none
+  const IndexRow* row;                // of the index table; null where there is none
   std::function<void()> inputs_read;  // what may fail on the inputs; runs before results are read
 };
 
