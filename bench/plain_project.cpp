@@ -78,6 +78,8 @@ PlainProject::PlainProject(const Paths& paths)
           database_.get(),
           "INSERT INTO WindowIndex (nIndex,szName,fOverallUValue,fOverallShadeCo,fHeight,fWidth) VALUES (?,?,?,?,?,?)"),
       free_(database_.get(), "SELECT nIndex FROM WindowIndex WHERE nIndex >= ? ORDER BY nIndex ASC"),
+      drop_(database_.get(), "DELETE FROM PendingWrites"),
+      keep_(database_.get(), "INSERT INTO PendingWrites (abBytes) VALUES (?)"),
       chains_{PlainStatement(database_.get(), kSystems), PlainStatement(database_.get(), kPlants),
               PlainStatement(database_.get(), kBuildings)} {
   const auto statements = WIN_Window().kind().reach.statements();
@@ -89,9 +91,30 @@ PlainProject::PlainProject(const Paths& paths)
 PlainProject::~PlainProject() { ::close(file_); }
 
 void PlainProject::commit() {
+  write_file();
   if (file_written_) require(::fsync(file_) == 0, "fsync");
   file_written_ = false;
   commit_.run();
+}
+
+void PlainProject::commit_as_one() {
+  if (file_written_) require(::fsync(file_) == 0, "fsync");
+  file_written_ = false;
+  drop_.run();
+  const size_t bytes = records_.size() * sizeof records_.front();
+  require(sqlite3_bind_blob64(keep_.get(), 1, records_.data(), bytes, SQLITE_STATIC) == SQLITE_OK, "bind");
+  keep_.run();
+  commit_.run();
+  write_file();
+}
+
+void PlainProject::write_file() {
+  for (const auto& [index, window] : records_) {
+    const ssize_t put = ::pwrite(file_, &window, sizeof window, index * static_cast<off_t>(sizeof window));
+    require(put == static_cast<ssize_t>(sizeof window), "pwrite");
+    file_written_ = true;
+  }
+  records_.clear();
 }
 
 void PlainProject::load(int index, WindowRecord& window) {
@@ -156,11 +179,7 @@ void PlainProject::mark_by_chains(int index) {
   }
 }
 
-void PlainProject::write_record(int64_t index, const WindowRecord& window) {
-  const ssize_t put = ::pwrite(file_, &window, sizeof window, index * static_cast<off_t>(sizeof window));
-  require(put == static_cast<ssize_t>(sizeof window), "pwrite");
-  file_written_ = true;
-}
+void PlainProject::write_record(int64_t index, const WindowRecord& window) { records_.emplace_back(index, window); }
 
 void run_script(const std::string& database, const std::string& script) {
   const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> handle(opened(database), &sqlite3_close);

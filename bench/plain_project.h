@@ -1,5 +1,5 @@
 // The floor: windows stored by hand, with every statement prepared once and the record file open all the time. It
-// leaves the same rows and bytes on the disk as we do, but nothing puts the file back when the program dies half-way.
+// leaves the same rows and bytes on the disk as we do.
 #pragma once
 
 #include <sqlite3.h>
@@ -41,7 +41,10 @@ class PlainProject {
   PlainProject& operator=(const PlainProject&) = delete;
 
   void begin() { begin_.run(); }
+  /// Rows and records are on the disk; a program that dies half-way leaves some of each.
   void commit();
+  /// Rows and records are one, as ours are: the records go into the database with the rows, and then into the file.
+  void commit_as_one();
   void rollback() { rollback_.run(); }
 
   void load(int index, WindowRecord& window);
@@ -57,11 +60,13 @@ class PlainProject {
   /// As our saves do it, with the same statements.
   void mark(int index);
   void write_record(int64_t index, const WindowRecord& window);
+  void write_file();
 
   std::unique_ptr<sqlite3, decltype(&sqlite3_close)> database_;
   int file_;
-  bool file_written_ = false;  // since the last commit
-  PlainStatement begin_, commit_, rollback_, find_, update_, insert_, free_;
+  bool file_written_ = false;                              // and not on the disk yet
+  std::vector<std::pair<int64_t, WindowRecord>> records_;  // of the open transaction
+  PlainStatement begin_, commit_, rollback_, find_, update_, insert_, free_, drop_, keep_;
   std::array<PlainStatement, 3> chains_;
   std::vector<PlainStatement> marking_;  // the statements of our saves: forget, collect, update
   int64_t free_mark_ = 1;

@@ -85,7 +85,7 @@ double Bench::saves(Report& report, const std::string& name) {
       records_[i].Height = records_[i].Height + 1.0F;
       plain_.save(indexes_[i], records_[i]);
     }
-    plain_.commit();
+    plain_.commit_as_one();
   }};
   return report.compare({name, kWindows, kAllowed, 61}, ours, floor);
 }
@@ -129,7 +129,7 @@ double Bench::additions(Report& report, const std::string& name) {
                        [this] {
                          plain_.begin();
                          for (const WindowRecord& record : records_) plain_.add(record);
-                         plain_.commit();
+                         plain_.commit_as_one();
                        },
                    .after = [this] { cut_back_floor(); }};
   return report.compare({name, kWindows, kAllowed, 61}, ours, floor);

@@ -291,8 +291,7 @@ std::vector<std::string> import_chiller(CHL_Chiller& chiller, const std::string&
   std::string why;
   try {
     const std::string text = text_of(path);
-    check_json(text);
-    return take(chiller, parse_json(text));
+    return take(chiller, read_json(text));
   } catch (const Error& error) {
     if (error.number() == static_cast<int>(ErrorNumber::FileNotFound)) throw;
     why = error.what();

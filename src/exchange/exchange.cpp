@@ -192,8 +192,7 @@ class Import {
 
  private:
   void parse() {
-    check_json(text_);
-    all_ = parse_json(text_);
+    all_ = read_json(text_);
     if (!all_.is_object() || !all_.contains("tarn") || all_["tarn"] != kFormat) {
       fail(ErrorNumber::TypeMismatch,
            "line 1: the text is not a project; wanted an object with \"tarn\": " + std::to_string(kFormat));

@@ -47,18 +47,19 @@ struct CountingIterator {
 
 /// A parse of which every value counts alike.
 struct Walk : nlohmann::json_sax<Json> {
-  /// A value begins here; false stops the parse.
-  virtual bool value() = 0;
+  /// A value without parts; false stops the parse, here and below.
+  virtual bool value(Json&& json) = 0;
+  /// An array or an object begins.
   virtual bool open(bool array) = 0;
   virtual bool close() = 0;
 
-  bool null() override { return value(); }
-  bool boolean(bool) override { return value(); }
-  bool number_integer(number_integer_t) override { return value(); }
-  bool number_unsigned(number_unsigned_t) override { return value(); }
-  bool number_float(number_float_t, const string_t&) override { return value(); }
-  bool string(string_t&) override { return value(); }
-  bool binary(binary_t&) override { return value(); }
+  bool null() override { return value(nullptr); }
+  bool boolean(bool given) override { return value(given); }
+  bool number_integer(number_integer_t given) override { return value(given); }
+  bool number_unsigned(number_unsigned_t given) override { return value(given); }
+  bool number_float(number_float_t given, const string_t&) override { return value(given); }
+  bool string(string_t& given) override { return value(std::move(given)); }
+  bool binary(binary_t&) override { return false; }
   bool start_object(size_t) override { return open(false); }
   bool end_object() override { return close(); }
   bool start_array(size_t) override { return open(true); }
@@ -77,14 +78,15 @@ struct Finder : Walk {
   std::string wanted;
   std::vector<Level> levels;
 
-  bool value() override {
+  bool value(Json&& /*json*/) override { return next(); }
+  bool next() {
     std::string here;
     if (!levels.empty() && levels.back().array) ++levels.back().element;
     for (const Level& level : levels) here += "/" + (level.array ? std::to_string(level.element - 1) : level.key);
     return here != wanted;
   }
   bool open(bool array) override {
-    if (!value()) return false;
+    if (!next()) return false;
     levels.push_back({array, 0, {}});
     return true;
   }
@@ -100,47 +102,62 @@ struct Finder : Walk {
   bool parse_error(size_t, const std::string&, const nlohmann::detail::exception&) override { return false; }
 };
 
-/// Refuses what would be lost in a tree of JSON values, such as a repeated key, or could not be held in one.
-struct Checker : Walk {
-  explicit Checker(const LineCounter& lines) : counter(lines) {}
+/// Makes a tree of a text, and refuses what would be lost in it, such as a repeated key, or could not be held in one.
+struct Reader : Walk {
+  explicit Reader(const LineCounter& lines) : counter(lines) {}
 
   static constexpr size_t kDeepest = 32;
   static constexpr size_t kMostValues = 10'000'000;  // what a tree of them holds in half a gigabyte
+  struct Level {
+    Json* json;
+    std::string key;             // of the next value of an object
+    std::set<std::string> keys;  // in small letters
+  };
   const LineCounter& counter;
-  std::vector<std::set<std::string>> keys;  // of each open object or array
+  Json all;
+  std::vector<Level> levels;
   std::string wrong;
   size_t values = 0;
 
-  bool refuse(size_t line, const std::string& what) {
-    wrong = "line " + std::to_string(line) + ": " + what;
+  bool refuse(const std::string& what) {
+    wrong = "line " + std::to_string(counter.line) + ": " + what;
     return false;
   }
-  bool value() override {
-    return ++values <= kMostValues || refuse(counter.line, "the text has more than " + std::to_string(kMostValues) +
-                                                               " values, which no project has.");
+  /// Null for one value too many.
+  Json* add(Json&& json) {
+    if (++values > kMostValues) {
+      refuse("the text has more than " + std::to_string(kMostValues) + " values, which no project has.");
+      return nullptr;
+    }
+    if (levels.empty()) return &(all = std::move(json));
+    Level& level = levels.back();
+    if (level.json->is_array()) return &level.json->emplace_back(std::move(json));
+    // At the end, without the search for a key that is known to be new.
+    return &level.json->get_ref<Json::object_t&>().emplace_back(std::move(level.key), std::move(json)).second;
   }
-  bool open(bool /*array*/) override {
-    if (!value()) return false;
-    keys.emplace_back();
-    return keys.size() <= kDeepest ||
-           refuse(counter.line, "the text nests deeper than " + std::to_string(kDeepest) + " levels.");
+  bool value(Json&& json) override { return add(std::move(json)) != nullptr; }
+  bool open(bool array) override {
+    Json* const json = add(array ? Json::array() : Json::object());
+    if (!json) return false;
+    levels.push_back({json, {}, {}});
+    return levels.size() <= kDeepest || refuse("the text nests deeper than " + std::to_string(kDeepest) + " levels.");
   }
   bool close() override {
-    keys.pop_back();
+    levels.pop_back();
     return true;
   }
 
   bool key(string_t& name) override {
     std::string folded = name;
     for (char& c : folded) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
-    if (!keys.back().insert(std::move(folded)).second)
-      return refuse(counter.line, "the key \"" + name + "\" appears twice.");
+    Level& level = levels.back();
+    if (!level.keys.insert(std::move(folded)).second) return refuse("the key \"" + name + "\" appears twice.");
+    level.key = std::move(name);
     return true;
   }
   bool parse_error(size_t, const std::string&, const nlohmann::detail::exception& error) override {
     const bool number = dynamic_cast<const Json::out_of_range*>(&error) != nullptr;
-    return refuse(counter.line,
-                  (number ? "a number is too large: " : "the text is not JSON: ") + std::string(error.what()));
+    return refuse((number ? "a number is too large: " : "the text is not JSON: ") + std::string(error.what()));
   }
 };
 
@@ -159,11 +176,12 @@ size_t line_of(const std::string& text, const std::string& pointer) {
   return counter.line;
 }
 
-void check_json(const std::string& text) {
+Json read_json(const std::string& text) {
   LineCounter counter;
-  Checker checker(counter);
-  read_through(text, counter, checker);
-  if (!checker.wrong.empty()) fail(ErrorNumber::TypeMismatch, checker.wrong);
+  Reader reader(counter);
+  read_through(text, counter, reader);
+  if (!reader.wrong.empty()) fail(ErrorNumber::TypeMismatch, reader.wrong);
+  return std::move(reader.all);
 }
 
 }  // namespace tarn

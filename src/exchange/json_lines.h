@@ -1,7 +1,9 @@
-// Where in a JSON text a value stands, for messages: JSON values themselves do not remember.
+// JSON texts that come from elsewhere, with the lines of what is wrong in them: JSON values themselves do not remember.
 #pragma once
 
 #include <string>
+
+#include "reflect/json_text.h"
 
 namespace tarn {
 
@@ -9,8 +11,9 @@ namespace tarn {
 /// for a pointer that the text has not.
 size_t line_of(const std::string& text, const std::string& pointer);
 
-/// Checks a text before it is used. Error `TypeMismatch`, with the line, for a text that is not JSON, nests too deep,
-/// has a number too large for a real, too many values, or gives an object the same key twice (letter case ignored).
-void check_json(const std::string& text);
+/// The tree of a text that comes from elsewhere. Error `TypeMismatch`, with the line, for a text that is not JSON,
+/// nests too deep, has a number too large for a real, too many values, or gives an object the same key twice (letter
+/// case ignored).
+Json read_json(const std::string& text);
 
 }  // namespace tarn

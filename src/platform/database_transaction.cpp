@@ -57,6 +57,12 @@ const FileChange* Database::pending(const std::string& path) {
   return pending_->find(name);
 }
 
+int64_t Database::foreign_version() {
+  if (level_ == 0) return pragma("data_version");
+  if (!foreign_version_) foreign_version_ = pragma("data_version");
+  return *foreign_version_;
+}
+
 void Database::see_pending() {
   if (level_ > 0 && pending_seen_) return;
   pending_->refresh(foreign_version());
@@ -173,6 +179,7 @@ void Database::join(Part part) {
       control(locks ? "BEGIN IMMEDIATE" : "BEGIN");
       locks_out_ = locks;
       pending_seen_ = false;
+      foreign_version_.reset();
       changes_before_ = sqlite3_total_changes(handle_);
       workspace.enlist(std::static_pointer_cast<Database>(shared_from_this()));
     } else {

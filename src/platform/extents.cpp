@@ -16,21 +16,16 @@ void Extents::split(uint64_t at) {
   bytes.erase(cut, bytes.end());
 }
 
-void Extents::write(uint64_t offset, std::span<const std::byte> bytes) {
-  const auto same = pieces_.find(offset);
-  if (same != pieces_.end() && same->second.size() == bytes.size()) {
-    std::copy(bytes.begin(), bytes.end(), same->second.begin());
-    return;
-  }
-  write(offset, std::vector<std::byte>(bytes.begin(), bytes.end()));
-}
-
-void Extents::write(uint64_t offset, std::vector<std::byte>&& bytes) {
+void Extents::write(uint64_t offset, std::vector<std::byte> bytes) {
   const uint64_t end = offset + bytes.size();
   auto after = pieces_.lower_bound(offset);
+  const auto before = after == pieces_.begin() ? pieces_.end() : std::prev(after);
   const bool meets_next = after != pieces_.end() && after->first < end;
-  const bool meets_last =
-      after != pieces_.begin() && std::prev(after)->first + std::prev(after)->second.size() > offset;
+  const bool meets_last = before != pieces_.end() && before->first + before->second.size() > offset;
+  if (meets_next && after->first == offset && after->second.size() == bytes.size()) {
+    after->second = std::move(bytes);
+    return;
+  }
   if (meets_next || meets_last) {
     split(offset);
     split(end);
@@ -61,6 +56,7 @@ size_t Extents::size() const {
 }
 
 void Extents::for_each_run(const std::function<void(uint64_t, std::span<const std::byte>)>& take) const {
+  constexpr size_t kMost = 65'536;  // of bytes that are joined
   std::vector<std::byte> joined;
   for (auto piece = pieces_.begin(); piece != pieces_.end();) {
     const auto& [offset, bytes] = *piece;
@@ -70,7 +66,7 @@ void Extents::for_each_run(const std::function<void(uint64_t, std::span<const st
       take(offset, bytes);
     } else {
       joined.assign(bytes.begin(), bytes.end());
-      for (; next != pieces_.end() && next->first == end; ++next) {
+      for (; next != pieces_.end() && next->first == end && joined.size() < kMost; ++next) {
         joined.insert(joined.end(), next->second.begin(), next->second.end());
         end += next->second.size();
       }

@@ -14,8 +14,7 @@ class File;
 
 class Extents {
  public:
-  void write(uint64_t offset, std::span<const std::byte> bytes);
-  void write(uint64_t offset, std::vector<std::byte>&& bytes);
+  void write(uint64_t offset, std::vector<std::byte> bytes);
   /// Copies the bytes held here over those of `into`, which begins at `offset`.
   void overlay(uint64_t offset, std::span<std::byte> into) const;
   /// One past the last byte held.
@@ -23,7 +22,7 @@ class Extents {
   bool empty() const { return pieces_.empty(); }
   /// Bytes held.
   size_t size() const;
-  /// Each run of bytes that lie back to back, in order, as its position and its bytes.
+  /// Runs of bytes that lie back to back, in order, as their position and their bytes; long ones in parts.
   void for_each_run(const std::function<void(uint64_t, std::span<const std::byte>)>& take) const;
   void write_to(File& file) const;
   /// Takes over all of a newer set.

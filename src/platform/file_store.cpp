@@ -133,10 +133,10 @@ FileChange& FileStore::pending(const std::string& path, Ptr<Database> owner) {
   return place.change;
 }
 
-void FileStore::write(const std::string& name, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner) {
+void FileStore::write(const std::string& name, uint64_t offset, std::vector<std::byte> bytes, Ptr<Database> owner) {
   FileChange& change = pending(absolute(name), std::move(owner));
   change.removed = false;
-  change.extents.write(offset, bytes);
+  change.extents.write(offset, std::move(bytes));
 }
 
 void FileStore::update(const std::string& path, std::span<const std::byte> bytes, const Ptr<Database>& owner) {

@@ -30,7 +30,10 @@ class FileStore {
   /// Fills memory from bytes that lie back to back in a file; with zeros where it has ended.
   void read_blocks(const std::string& path, uint64_t from, std::span<const std::span<std::byte>> blocks);
   /// Error where the file, or the folder of a new file, cannot be written. It is raised here, not at the commit.
-  void write(const std::string& path, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner);
+  void write(const std::string& path, uint64_t offset, std::vector<std::byte> bytes, Ptr<Database> owner);
+  void write(const std::string& path, uint64_t offset, std::span<const std::byte> bytes, Ptr<Database> owner) {
+    write(path, offset, std::vector<std::byte>(bytes.begin(), bytes.end()), std::move(owner));
+  }
   /// The file begins with these bytes afterwards; a longer file keeps its tail. Only the blocks that change are
   /// written; where they are many, the file is replaced instead, which writes each byte once.
   void update(const std::string& path, std::span<const std::byte> bytes, const Ptr<Database>& owner);

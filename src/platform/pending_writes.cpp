@@ -85,7 +85,8 @@ bool unpack(std::string_view packed, Extents& extents) {
     if (packed.size() < 2 * sizeof(uint64_t)) return false;
     const uint64_t offset = take_number(packed), size = take_number(packed);
     if (offset > kFarthest || size > packed.size() || offset + size > kFarthest) return false;
-    extents.write(offset, std::as_bytes(std::span(packed.substr(0, size))));
+    const auto bytes = std::as_bytes(std::span(packed.substr(0, size)));
+    extents.write(offset, {bytes.begin(), bytes.end()});
     packed.remove_prefix(size);
   }
   return true;

@@ -94,8 +94,12 @@ void Workspace::commit_outermost() {
     writes[keeper].emplace_back(path, &pending.change);
   }
   for (auto& [database, files] : writes) std::sort(files.begin(), files.end());
-  write_loose_files(writes[nullptr]);
-  for (const auto& database : enlisted_) database->commit(writes[database.get()]);
+  if (const auto loose = writes.find(nullptr); loose != writes.end()) write_loose_files(loose->second);
+  const Database::Writes none;
+  for (const auto& database : enlisted_) {
+    const auto own = writes.find(database.get());
+    database->commit(own == writes.end() ? none : own->second);
+  }
   files_->drop();
   undos_.pop_back();
   levels_.pop_back();

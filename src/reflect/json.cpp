@@ -153,6 +153,14 @@ Value from_json(const Json& json, ValueType type) {
 
 namespace {
 
+/// What is shown of a code beside its number; empty for one that the enumeration has not.
+std::string_view text_of_code(Object& object, const Member& member, int16_t code) {
+  const auto labels = member.labels_of(object);
+  const auto label = std::find_if(labels.begin(), labels.end(), [code](const Label& l) { return l.code == code; });
+  if (label == labels.end()) return {};
+  return label->text.empty() ? label->name : label->text;
+}
+
 Json element_json(Object& object, const Member& member, Subscripts at) {
   Value value;
   member.get_stored(object, at, value);
@@ -162,11 +170,7 @@ Json element_json(Object& object, const Member& member, Subscripts at) {
   }
   Json json = to_json(value);
   if (member.labels.empty()) return json;
-  const auto code = std::get<int16_t>(value);
-  const auto labels = member.labels_of(object);
-  const auto label = std::find_if(labels.begin(), labels.end(), [code](const Label& l) { return l.code == code; });
-  const bool known = label != labels.end();
-  return {{"code", std::move(json)}, {"text", !known ? "" : label->text.empty() ? label->name : label->text}};
+  return {{"code", std::move(json)}, {"text", text_of_code(object, member, std::get<int16_t>(value))}};
 }
 
 }  // namespace
@@ -205,13 +209,21 @@ void write_number(std::string& out, T value) {
 void write_element(std::string& out, Object& object, const Member& member, Subscripts at) {
   Value value;
   member.get_stored(object, at, value);
-  if (member.labels.empty()) {
-    if (const auto* whole = std::get_if<int16_t>(&value)) return write_number(out, *whole);
-    if (const auto* real = std::get_if<float>(&value); real && std::isfinite(*real)) return write_number(out, *real);
-    if (const auto* text = std::get_if<std::string>(&value); text && text->find('\0') == std::string::npos) {
-      return write_text(out, without_padding(*text));
-    }
+  const auto* whole = std::get_if<int16_t>(&value);
+  if (whole && !member.labels.empty()) {
+    write_number(out += R"({"code":)", *whole);
+    write_text(out += R"(,"text":)", text_of_code(object, member, *whole));
+    out += '}';
+    return;
   }
+  if (whole) return write_number(out, *whole);
+  if (const auto* real = std::get_if<float>(&value); real && std::isfinite(*real)) return write_number(out, *real);
+  if (const auto* said = std::get_if<bool>(&value)) {
+    out += *said ? "true" : "false";
+    return;
+  }
+  if (const auto* text = std::get_if<std::string>(&value); text && text->find('\0') == std::string::npos)
+    return write_text(out, without_padding(*text));
   out += json_text(element_json(object, member, at));
 }
 

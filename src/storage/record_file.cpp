@@ -60,14 +60,14 @@ bool RecordFile::read_default() {
 }
 
 void RecordFile::write(int16_t index, const SaveContext& /*save*/) {
-  const std::vector<std::byte> bytes = gathered(blocks_);
+  std::vector<std::byte> bytes = gathered(blocks_);
   const uint64_t offset = static_cast<uint64_t>(index) * bytes.size();
   const uint64_t size = files().size(name());
   if (offset >= size && size % bytes.size() != 0) {
     log().message(name_ + " ends in a partial record (" + std::to_string(size / bytes.size()) +
                   "), which is filled up with zeros.");
   }
-  files().write(name_, offset, bytes, entity_.GetDBHandle());
+  files().write(name_, offset, std::move(bytes), entity_.GetDBHandle());
 }
 
 }  // namespace tarn

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -64,7 +65,7 @@ class Database final : public Object {
   int Execute(const std::string& sql, std::span<const Cell> parameters = {});
 
   /// Changes when another program has committed.
-  int64_t foreign_version() { return pragma("data_version"); }
+  int64_t foreign_version();
   /// Whether a statement of this connection was made that sets a column of existing rows.
   bool sets(const std::string& table, const std::string& column) const { return set_.contains(table + "." + column); }
   /// A layer's memory of this database, made from it at the first call: one of each type.
@@ -145,9 +146,10 @@ class Database final : public Object {
   bool in_the_making_ = false;
   bool impatient_ = false;  // a lock is asked for that is not waited for
   std::chrono::steady_clock::time_point waiting_since_;
-  int changes_before_ = 0;  // of rows, when the open transaction began
-  bool locks_out_ = false;  // the open transaction has the write lock
-  size_t level_ = 0;        // of the workspace's transaction that this database has joined
+  int changes_before_ = 0;                  // of rows, when the open transaction began
+  std::optional<int64_t> foreign_version_;  // in the open transaction, where it was asked for
+  bool locks_out_ = false;                  // the open transaction has the write lock
+  size_t level_ = 0;                        // of the workspace's transaction that this database has joined
   std::unique_ptr<EngineFile> engine_file_;
   std::unique_ptr<PendingWrites> pending_;                               // null for a database apart
   FileStore* files_ = nullptr;                                           // where it is attached
