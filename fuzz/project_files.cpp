@@ -78,12 +78,15 @@ void run_statements(const std::string& statements) {
   sqlite3_close(handle);
 }
 
+constexpr uint64_t kHuge = uint64_t{3} << 30;
+
 /// One change of a file: "name\n", a letter, and what the letter needs.
 void change_file(Input& input) {
   const std::string name = input.line();
   const auto& known = names();
   if (std::find(known.begin(), known.end(), name) == known.end()) return;
   const std::string path = scratch() / name;
+  if (fs::is_regular_file(path) && fs::file_size(path) >= kHuge) return;
   std::string bytes = bytes_of(path);
   const char what = static_cast<char>(input.byte());
   if (what == 'P') {  // bytes at a place
@@ -96,6 +99,10 @@ void change_file(Input& input) {
     bytes.resize(input.number<uint32_t>() % (2 * bytes.size() + 2));
   } else if (what == 'S') {  // statements, of the index alone
     return name == "JOBINX.MDB" ? run_statements(input.text(input.number<uint16_t>())) : void();
+  }
+  if (what == 'G') {  // a hole of gigabytes at its end
+    if (fs::is_regular_file(path)) fs::resize_file(path, kHuge);
+    return;
   }
   fs::remove_all(path);
   if (what == 'L') fs::create_symlink("../victim.DAT", path);
@@ -142,7 +149,8 @@ void save(StoredEntity& entity, bool after_calculations) {
 
 std::string file_of(const StoredEntity& entity) {
   tarn::files().settle();
-  return bytes_of(entity.file().path_for(entity.Index()));
+  const std::string path = entity.file().path_for(entity.Index());
+  return fs::file_size(path) < kHuge ? bytes_of(path) : std::string();
 }
 
 void save_and_load(COM_ProjectData& project, const EntityKind& kind, StoredEntity& entity, const Task& task) {
@@ -210,6 +218,11 @@ void use_the_rest(COM_ProjectData& project) {
   }
 }
 
+bool has_hole() {
+  const auto is_huge = [](const auto& entry) { return entry.is_regular_file() && entry.file_size() >= kHuge; };
+  return std::any_of(fs::directory_iterator(scratch().folder()), fs::directory_iterator(), is_huge);
+}
+
 void use(const Task& task) {
   COM_ProjectData project;
   scratch().place(project);
@@ -217,7 +230,7 @@ void use(const Task& task) {
   if (task.has(Task::kLoad)) use_entities(project, task);
   if (task.has(Task::kRest)) use_the_rest(project);
   if (task.has(Task::kExport)) refusal([&] { export_project(project, {}, [](size_t, size_t) {}); });
-  if (!task.has(Task::kRepair)) return;
+  if (!task.has(Task::kRepair) || has_hole()) return;  // its copy takes the time of the copied bytes
   RepairReport report;
   const RepairOptions options{.dry_run = false, .rebuild_index = task.has(Task::kRebuild)};
   if (!refusal([&] { report = repair_project(project, options); }).empty()) return;
@@ -294,7 +307,7 @@ std::string change(Mutator& random) {
     case 0:
       return text + "T" + bytes_of_number(at);
     case 1:
-      return text + (random.once_in(2) ? "L" : random.once_in(2) ? "F" : "D");
+      return text + (random.once_in(2) ? "G" : random.once_in(2) ? "L" : random.once_in(2) ? "F" : "D");
     case 2:
     case 3:
       return text + "P" + bytes_of_number(at) + '\4' + bytes_of_number(random.one_of(kReals));

@@ -1,4 +1,6 @@
 // Runs a target on every file of the folders that it is given, in the order of their names: the corpora as tests.
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -12,6 +14,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 extern "C" size_t LLVMFuzzerMutate(uint8_t*, size_t size, size_t) { return size; }
 
 int main(int count, char** folders) {
+  // No input takes a gigabyte; a sanitizer needs more for itself, and has a limit of its own.
+#if !defined(__SANITIZE_ADDRESS__)
+  const rlimit most{rlim_t{1} << 30, rlim_t{1} << 30};
+  setrlimit(RLIMIT_AS, &most);
+#endif
   std::vector<std::filesystem::path> files;
   for (int i = 1; i < count; ++i) {
     for (const auto& entry : std::filesystem::directory_iterator(folders[i])) files.push_back(entry.path());
