@@ -198,7 +198,7 @@ void use_the_rest(COM_ProjectData& project) {
   refusal([&] { weather->Load(); });
   refusal([&] { year->Load(project.SimWeatherInputsFilename()); });
   findings_of(*year);
-  faults_of(*weather, year.get());
+  refusal([&] { faults_of(*weather, year.get()); });
   refusal([&] { weather->Save(); });
   const auto preferences = project.NewProjectPrefs();
   refusal([&] { preferences->Load(); });
