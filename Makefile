@@ -39,13 +39,13 @@ faults:
 	@cmake --build build --target tarn_faults
 	build/tests/faults/tarn_faults
 
+# libFuzzer at every reader and the C interface, so many seconds each.
 FUZZ_SECONDS ?= 600
 fuzz:
-	@scripts/setup
-	@cmake --preset sanitize >/dev/null
-	@cmake --build build-sanitize --target tarn_fuzz --target tarn_fuzz_weather
-	build-sanitize/fuzz/tarn_fuzz $(FUZZ_SECONDS)
-	for reader in epw tmy hourly; do build-sanitize/fuzz/tarn_fuzz_weather $$reader $(FUZZ_SECONDS) || exit 1; done
+	@scripts/setup check
+	@cmake --preset fuzz >/dev/null
+	@cmake --build build-fuzz --target tarn_fuzz
+	@FUZZ_SECONDS=$(FUZZ_SECONDS) scripts/fuzz
 
 format:
 	@scripts/format-check fix

@@ -1,24 +1,30 @@
-// What a fuzzer found, and the seed by which it is found again.
+// What must hold for every input; where it does not, the program ends, and the input is kept as a finding.
 #pragma once
 
 #include <cstdio>
-#include <stdexcept>
+#include <cstdlib>
 #include <string>
+
+#include "tarn/base/error.h"
 
 namespace tarn::fuzz {
 
-inline unsigned long long seed_at_work = 0;
-
-/// Called when a sanitizer ends the program.
-inline void name_seed() { std::fprintf(stderr, "seed %llu\n", seed_at_work); }
-
-class Finding : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
 inline void require(bool holds, const std::string& what) {
-  if (!holds) throw Finding(what);
+  if (holds) return;
+  std::fprintf(stderr, "finding: %s\n", what.c_str());
+  std::abort();
+}
+
+/// Runs what may be refused; the refusal's text, empty where it was done.
+template <typename F>
+std::string refusal(F action) {
+  try {
+    action();
+    return {};
+  } catch (const Error& error) {
+    require(!error.description().empty(), "an error without a text");
+    return error.description();
+  }
 }
 
 }  // namespace tarn::fuzz

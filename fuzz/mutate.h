@@ -1,4 +1,4 @@
-// Random changes of files and texts, repeatable by their seed.
+// Changes of files and texts that know their form, repeatable by their seed; among them are the fuzzer's own.
 #pragma once
 
 #include <algorithm>
@@ -6,6 +6,8 @@
 #include <cstring>
 #include <random>
 #include <string>
+
+extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t most);
 
 namespace tarn::fuzz {
 
@@ -100,5 +102,17 @@ class Mutator {
  private:
   std::mt19937_64 random_;
 };
+
+/// What `LLVMFuzzerCustomMutator` does: one change in two is the fuzzer's, the others are `change(text, random)`.
+template <typename F>
+size_t mutated(uint8_t* data, size_t size, size_t most, unsigned seed, F change) {
+  Mutator random(seed);
+  if (random.once_in(2)) return LLVMFuzzerMutate(data, size, most);
+  std::string text(reinterpret_cast<const char*>(data), size);
+  change(text, random);
+  if (text.size() > most) text.resize(most);
+  std::memcpy(data, text.data(), text.size());
+  return text.size();
+}
 
 }  // namespace tarn::fuzz

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <cstring>
 #include <numeric>
 #include <vector>
@@ -36,13 +37,18 @@ bool same_word(std::string_view a, std::string_view b) {
 }
 
 std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates) {
-  // A shortened word is compared with the beginning of the candidate.
-  const auto distance = [word](std::string_view candidate) {
-    return std::min(edits(word, candidate), edits(word, candidate.substr(0, word.size())) + 1);
-  };
-  const auto best = std::min_element(candidates.begin(), candidates.end(),
-                                     [&](std::string_view a, std::string_view b) { return distance(a) < distance(b); });
-  return best == candidates.end() ? std::string_view{} : *best;
+  constexpr size_t kLongest = 100;  // no name is as long; a text of megabytes would take minutes
+  word = word.substr(0, kLongest);
+  std::string_view best;
+  size_t least = SIZE_MAX;
+  for (const std::string_view candidate : candidates) {
+    // A shortened word is compared with the beginning of the candidate.
+    const size_t distance = std::min(edits(word, candidate), edits(word, candidate.substr(0, word.size())) + 1);
+    if (distance >= least) continue;
+    best = candidate;
+    least = distance;
+  }
+  return best;
 }
 
 std::string did_you_mean(std::string_view word, std::span<const std::string_view> candidates) {

@@ -107,9 +107,10 @@ bool can_be_kept_in_part(const InspectedKind& kind, int16_t index, const std::st
   if (index == 0) return false;
   try {
     const std::vector<std::byte> whole = kind.entity->file().whole_sections(index);
-    std::vector<std::byte> all(files().size(path));
+    if (whole.empty() || whole.size() != files().size(path)) return !whole.empty();
+    std::vector<std::byte> all(whole.size());
     files().read(path, 0, all);
-    return !whole.empty() && whole != all;
+    return whole != all;
   } catch (const Error&) {  // implausible counts in its header
     return false;
   }

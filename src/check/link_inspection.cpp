@@ -58,7 +58,7 @@ void tell_missing_side(Inspection& on, const Links& links, InspectedKind& missin
   }
   told.what = leads + ", but there is no such " + missing.word() + ".";
   told.remedy = "Repair removes the link row; the reference reads as 0.";
-  on.add(told, [&on, &missing, index, possible, remove = removal(on, links.column.table, keys)] {
+  on.add(told, [&missing, index, possible, remove = removal(on, links.column.table, keys)] {
     if (possible) missing.entity->Delete(static_cast<int16_t>(index));  // its uses are noted, and marked
     remove();
   });

@@ -1,6 +1,7 @@
 #include "tarn/chiller_import.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <fstream>
 #include <numeric>
@@ -244,14 +245,14 @@ void note_the_rest(const Json& text, const CoolingGrid& grid, const std::string&
 
 std::string text_of(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  std::string text(kLargestFile + 1, '\0');
-  if (!file || !file.read(text.data(), static_cast<std::streamsize>(text.size())).eof()) {
-    if (file && static_cast<size_t>(file.gcount()) == text.size())
+  std::string text;
+  for (std::array<char, 1 << 16> piece; file.read(piece.data(), piece.size()) || file.gcount() > 0;) {
+    text.append(piece.data(), static_cast<size_t>(file.gcount()));
+    if (text.size() > kLargestFile)
       refuse_map("it is larger than a chiller's map can be: more than " + std::to_string(kLargestFile / 1'000'000) +
                  " MB");
-    fail(ErrorNumber::FileNotFound, "Cannot read " + path + ".");
   }
-  text.resize(static_cast<size_t>(file.gcount()));
+  if (!file.eof()) fail(ErrorNumber::FileNotFound, "Cannot read " + path + ".");
   return text;
 }
 

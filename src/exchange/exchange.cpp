@@ -123,6 +123,7 @@ bool on_disk(const std::string& file) { return files().size(file) > 0; }
 }  // namespace
 
 std::string export_project(COM_ProjectData& project, const std::set<std::string>& groups, const Progress& progress) {
+  const auto opened = host().database(project.IndexDBName());  // the error says why it cannot be opened
   Transaction reading(Transaction::Purpose::Reading);
   std::string out = "{\"tarn\": " + std::to_string(kFormat);
   const auto section = [&out](std::string_view name) { ((out += ",\n\"") += name) += "\": "; };
@@ -172,6 +173,7 @@ class Import {
   size_t run() {
     try {
       parse();
+      const auto opened = host().database(project_.IndexDBName());  // as above
       Transaction transaction;
       check_sections();
       for (const EntityKind& kind : entity_kinds()) {  // what is referred to before what refers to it

@@ -23,6 +23,14 @@ size_t end_of(int32_t position, size_t size, const std::string& path) {
   return end;
 }
 
+/// What is open to write lies in memory.
+void check_size(uint64_t size, const std::string& path) {
+  constexpr uint64_t kMost = 512'000'000;  // the results of a system take some megabytes
+  if (size <= kMost) return;
+  fail(ErrorNumber::Overflow, "Overflow: " + path + " cannot have " + std::to_string(size) +
+                                  " bytes; a file that is open to write has at most " + std::to_string(kMost) + ".");
+}
+
 }  // namespace
 
 BinaryFiles& BinaryFiles::of_thread() {
@@ -49,7 +57,9 @@ int16_t BinaryFiles::open(const std::string& name, OpenMode mode) {
   const bool there = files().exists(file.path);
   if (!there && mode != OpenMode::Create) fail(ErrorNumber::FileNotFound, "There is no file " + name + ".");
   if (there && file.writable) {
-    file.bytes.resize(files().size(file.path));
+    const uint64_t size = files().size(file.path);
+    check_size(size, file.path);
+    file.bytes.resize(size);
     files().read(file.path, 0, file.bytes);
   }
   int16_t number = 1;
@@ -93,6 +103,7 @@ void BinaryFiles::write(int16_t number, int32_t position, std::span<const std::b
   if (!file.writable)
     fail(ErrorNumber::PermissionDenied, file.path + " was opened for reading; open it for writing to change it.");
   const size_t end = end_of(position, bytes.size(), file.path);
+  check_size(end, file.path);
   if (file.bytes.size() < end) file.bytes.resize(end);
   std::copy(bytes.begin(), bytes.end(), file.bytes.begin() + static_cast<ptrdiff_t>(end - bytes.size()));
   file.position = static_cast<int32_t>(end) + 1;

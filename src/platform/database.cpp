@@ -26,6 +26,10 @@ namespace {
 /// A view in the place of a table may never end. The longest statement of ours takes a tenth of this.
 constexpr int kProgressSteps = 1'000'000;
 constexpr int kMostProgress = 150;
+/// Nor may one value of it fill the memory, or one comparison take hours. A transaction that writes every record of a
+/// project is one value of this layer's own.
+constexpr int kLongestValue = 400'000'000;
+constexpr int kLongestPattern = 100;
 
 /// After the name of a new database, until it is whole.
 constexpr std::string_view kInTheMaking = "-new";
@@ -113,6 +117,8 @@ Database::Database(Private, std::string path, sqlite3* handle) : path_(std::move
   sqlite3_extended_result_codes(handle_, 1);
   // No trigger is ours, and one in a project that came from elsewhere would change what is saved.
   sqlite3_db_config(handle_, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+  sqlite3_limit(handle_, SQLITE_LIMIT_LENGTH, kLongestValue);
+  sqlite3_limit(handle_, SQLITE_LIMIT_LIKE_PATTERN_LENGTH, kLongestPattern);
   sqlite3_progress_handler(
       handle_, kProgressSteps,
       [](void* self) { return ++static_cast<Database*>(self)->progress_ > kMostProgress ? 1 : 0; }, this);

@@ -51,17 +51,23 @@ std::vector<Recordset::Row> Recordset::fetch(const std::string& sql, std::span<c
   database_->join(statement.only_reads() ? Database::Part::Reading : Database::Part::Writing);
   shape_->name_columns(statement);
   const int first = shape_->key_columns();
-  constexpr size_t kMostRows = 1'000'000;  // thirty times what an index table can have
+  constexpr size_t kMostRows = 1'000'000;     // thirty times what an index table can have
+  constexpr size_t kMostBytes = 256'000'000;  // of texts
   std::vector<Row> rows;
+  size_t bytes = 0;
   while (statement.step()) {
-    if (rows.size() == kMostRows)
-      fail(ErrorNumber::DatabaseFailure,
-           "More than " + std::to_string(kMostRows) +
-               " rows; the database may hold a view in the place of a table. SQL: " + sql);
+    if (rows.size() == kMostRows || bytes > kMostBytes)
+      fail(ErrorNumber::DatabaseFailure, "More than " +
+                                             std::to_string(rows.size() == kMostRows ? kMostRows : kMostBytes) +
+                                             (rows.size() == kMostRows ? " rows" : " bytes of text") +
+                                             "; the database may hold a view in the place of a table. SQL: " + sql);
     Row& row = rows.emplace_back();
     if (first > 0) row.id = statement.integer(0);
     row.cells.reserve(shape_->columns.size());
-    for (int c = first; c < statement.columns(); ++c) row.cells.push_back(statement.column(c));
+    for (int c = first; c < statement.columns(); ++c) {
+      row.cells.push_back(statement.column(c));
+      if (const auto* text = std::get_if<std::string>(&row.cells.back())) bytes += text->size();
+    }
   }
   return rows;
 }

@@ -83,7 +83,14 @@ const ClassInfo& RPT_ReportOptions::info() const {
 }
 
 void RPT_ReportOptions::Load() {
-  std::vector<std::byte> read(files().size(named(FileName)));
+  constexpr uint64_t kMost = 16'000'000;  // the choices of reports take kilobytes
+  const uint64_t held = files().size(named(FileName));
+  if (held > kMost) {
+    fail(ErrorNumber::UnknownFormat, FileName + " holds " + std::to_string(held) + " bytes, more than the " +
+                                         std::to_string(kMost) +
+                                         " that report options can have. Restore the file from a copy.");
+  }
+  std::vector<std::byte> read(held);
   files().read(FileName, 0, read);
   bytes = std::move(read);
 }

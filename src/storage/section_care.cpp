@@ -9,14 +9,14 @@ namespace tarn {
 
 std::vector<std::byte> SectionFile::whole_sections(int16_t index) const {
   const std::string path = path_of(index);
-  std::vector<std::byte> bytes(files().size(path));
-  if (bytes.size() < header().size()) return {};
-  files().read(path, 0, bytes);
-  const Ends ends = ends_of(std::span(bytes).first(header().size()), path);
-  const auto lost = std::ranges::upper_bound(ends, bytes.size());
+  const uint64_t size = files().size(path);
+  if (size < header().size()) return {};
+  const Ends ends = ends_of(header_of_file(path), path);
+  const auto lost = std::ranges::upper_bound(ends, size);
   const auto whole = static_cast<size_t>(lost - ends.begin());
   if (whole < form_.first_result()) return {};
-  bytes.resize(ends[whole - 1]);
+  std::vector<std::byte> bytes(ends[whole - 1]);
+  files().read(path, 0, bytes);
   for (const ResultFlag& flag : form_.result_flags) {
     const bool there = (flag.sections & (section_bit(whole) - 1)) != 0;
     if (flag.sections != 0 && !there)

@@ -291,11 +291,10 @@ void SectionFile::clear_result_flags() {
 SectionFile::OldFile SectionFile::old_file(const std::string& path) const {
   OldFile old{{}, Ends(count(), UINT64_MAX)};
   if (!files().exists(path)) return old;
-  old.bytes.resize(files().size(path));
+  const uint64_t size = files().size(path);
+  old.ends = checked_ends(header_of_file(path), size, path);  // before there is memory for it
+  old.bytes.resize(size);
   files().read(path, 0, old.bytes);
-  std::vector<std::byte> stored(header().size());
-  std::copy_n(old.bytes.begin(), std::min(old.bytes.size(), stored.size()), stored.begin());
-  old.ends = checked_ends(stored, old.bytes.size(), path);
   return old;
 }
 

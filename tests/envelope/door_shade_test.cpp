@@ -136,6 +136,10 @@ TEST_F(EnvelopeTest, ReportOptionsSurviveToTheByte) {
   options->FileName = folder / "COPY.DAT";
   options->Save();
   EXPECT_EQ(test::bytes_of(options->FileName), bytes);
+  std::filesystem::resize_file(options->FileName, 16'000'001);
+  EXPECT_NE(test::what_of([&] { options->Load(); }).find("COPY.DAT holds 16000001 bytes, more than the 16000000"),
+            std::string::npos);
+  EXPECT_EQ(options->bytes.size(), bytes.size());
 }
 
 }  // namespace

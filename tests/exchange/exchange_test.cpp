@@ -242,6 +242,14 @@ TEST_F(ExchangeTest, ConstructionsComeAsTheyAreUnlessTheirCoefficientsBelongToOt
   EXPECT_NE(log.messages[1].find("off the response of its layers, and are computed anew"), std::string::npos);
 }
 
+TEST_F(ExchangeTest, AProjectWhoseIndexCannotBeOpenedIsRefusedWithTheReason) {
+  const std::string sound = text();
+  project.FilePrefix = "NONE";
+  for (const auto& said :
+       {test::what_of([&] { text(); }), test::what_of([&] { import_project(project, sound, quiet); })})
+    EXPECT_NE(said.find("NONEINX.MDB does not exist"), std::string::npos) << said;
+}
+
 TEST_F(ExchangeTest, BadTextsAreRefusedWholeWithTheirLine) {
   fill();
   const std::string good = R"({"tarn": 1,

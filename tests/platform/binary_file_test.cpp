@@ -25,6 +25,7 @@ TEST_F(BinaryFileTest, WhatIsWrittenReplacesTheFileAtItsClose) {
   all.write(number, 3, bytes("xy"));
   EXPECT_EQ(all.position(number), 5);
   all.write(number, 13, bytes("z"));
+  EXPECT_EQ(error_number([&] { all.write(number, 512'000'001, bytes("x")); }), 6) << "it lies in memory until then";
   EXPECT_EQ(read(number, 1, 5), "01xy4@6") << "and is seen before";
   EXPECT_EQ(bytes_of(path), "0123456789");
   all.close(number);

@@ -113,6 +113,22 @@ TEST_F(HostileTest, TriggersDoNotRunAndViewsWithoutEndAreAnError) {
   EXPECT_NE(what_of([&] { count("DoorIndex"); }).find("may hold a view in the place of a table"), std::string::npos);
 }
 
+TEST_F(HostileTest, ViewsInThePlaceOfATableDoNotFillTheMemory) {
+  const std::string rows = "WITH RECURSIVE c(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM c LIMIT 999) SELECT ";
+  const struct {
+    std::string cell;
+    const char* says;
+  } cases[]{{"zeroblob(500000000)", "string or blob too big"},
+            {"hex(zeroblob(1000000))", "bytes of text; the database may hold a view in the place of a table"},
+            {"'a' LIKE hex(zeroblob(100))", "LIKE or GLOB pattern too complex"}};
+  for (const auto& [cell, says] : cases) {
+    plant("DROP VIEW IF EXISTS V; CREATE VIEW V AS " + rows + cell + " AS x FROM c");
+    database = host().database(project.IndexDBName());
+    EXPECT_NE(what_of([&] { database->OpenRecordset("SELECT x FROM V").AtEof(); }).find(says), std::string::npos)
+        << cell;
+  }
+}
+
 TEST_F(HostileTest, AReplacedFileKeepsItsMode) {
   test::write_bytes(project.WindowFilename() + ".DAT", "old");
   const std::string path = project.WindowFilename() + ".DAT";

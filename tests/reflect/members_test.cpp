@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include "support/temp_project.h"
 #include "tarn/reflect/by_name.h"
 #include "tarn/reflect/describe.h"
@@ -64,6 +66,12 @@ TEST(Members, EveryNameIsFoundInAnyCaseAndNoOther) {
     EXPECT_EQ(info.number(name + "X"), -1) << name;
   }
   EXPECT_EQ(info.number(""), -1);
+}
+
+TEST(Members, AWrongNameOfMegabytesIsAnsweredAtOnce) {
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_THROW(WIN_Window().info().find(std::string(20'000'000, 'x')), Error);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
 }
 
 TEST(Members, ValuesThatDoNotFitAreRefusedAndTheOldOneStays) {
