@@ -51,14 +51,15 @@ FileStore::Handle& FileStore::opened(const std::string& path, OpenMode mode) {
   Database* const database = keeper(path, Wanted::ToRead);
   Handle handle;
   handle.committed = database ? database->pending(path) : nullptr;
-  if (serves && known->second.file->is_current()) {
+  // The name may be the old file's as long as the new one has not taken its place.
+  const bool replaced = handle.committed && !handle.committed->replacement.empty();
+  if (serves && !replaced && known->second.file->is_current()) {
     handle.file = std::move(known->second.file);
     handle.writable = known->second.writable;
     return known->second = std::move(handle);
   }
   FileService& files = *host().files;
-  if (handle.committed && !handle.committed->replacement.empty())
-    handle.file = files.open(database->pending_path(*handle.committed), mode);
+  if (replaced) handle.file = files.open(database->pending_path(*handle.committed), mode);
   if (!handle.file) handle.file = files.open(path, mode);  // the new file has its place already
   handle.writable = handle.file && mode == OpenMode::Write;
   return handles_[path] = std::move(handle);
@@ -110,7 +111,7 @@ void FileStore::read_blocks(const std::string& name, uint64_t from, std::span<co
                           std::ranges::none_of(levels_, [&](const Level& level) { return level.contains(path); });
   size_t size = 0;
   for (const auto& block : blocks) size += block.size();
-  if (as_in_file && handle.file->read(from, blocks) == size) return;
+  if (as_in_file && handle.file->read_blocks(from, blocks) == size) return;
   std::vector<std::byte> bytes(size);
   read(path, from, bytes);
   auto next = bytes.begin();

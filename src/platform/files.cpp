@@ -37,7 +37,7 @@ namespace {
 
 }  // namespace
 
-size_t File::read(uint64_t offset, std::span<const std::span<std::byte>> into) {
+size_t File::read_blocks(uint64_t offset, std::span<const std::span<std::byte>> into) {
   size_t done = 0;
   for (const auto& place : into) {
     const size_t got = read(offset + done, place);
@@ -68,7 +68,7 @@ class SystemFile final : public File {
     }
     return done;
   }
-  size_t read(uint64_t offset, std::span<const std::span<std::byte>> into) override {
+  size_t read_blocks(uint64_t offset, std::span<const std::span<std::byte>> into) override {
     size_t done = 0;
     while (!into.empty()) {
       std::array<iovec, 256> places;
@@ -81,7 +81,7 @@ class SystemFile final : public File {
       const ssize_t got =
           ::preadv(descriptor_, places.data(), static_cast<int>(count), static_cast<off_t>(offset + done));
       // The rest of a read that was cut short, if there is any, is asked for place by place.
-      if (got < 0 || static_cast<size_t>(got) < wanted) return done + File::read(offset + done, into);
+      if (got < 0 || static_cast<size_t>(got) < wanted) return done + File::read_blocks(offset + done, into);
       done += wanted;
       into = into.subspan(count);
     }

@@ -16,7 +16,7 @@ class File {
   /// Bytes read, fewer than asked at the end of the file. Error `DeviceError`.
   virtual size_t read(uint64_t offset, std::span<std::byte> into) = 0;
   /// Reads bytes that lie in a row into several places.
-  virtual size_t read(uint64_t offset, std::span<const std::span<std::byte>> into);
+  virtual size_t read_blocks(uint64_t offset, std::span<const std::span<std::byte>> into);
   virtual void write(uint64_t offset, std::span<const std::byte> bytes) = 0;
   virtual uint64_t size() = 0;
   virtual void truncate(uint64_t size) = 0;

@@ -223,6 +223,36 @@ TEST_F(TransactionTest, ADeathWhileOlderBytesAreSettledLeavesAWholeFile) {
   EXPECT_GT(died, 3);
 }
 
+TEST_F(TransactionTest, ANewFileThatCouldNotTakeItsPlaceYetIsReadAllTheSame) {
+  constexpr size_t kLarge = 80'000;
+  const auto replace = [&](char letter) {
+    Transaction transaction;
+    files().write(file("A.DAT"), 0, bytes("x"), database);  // keeps the old file open
+    files().replace(file("A.DAT"), std::vector<std::byte>(kLarge, std::byte(letter)), database);
+    transaction.commit();
+  };
+  replace('a');
+  int failures = 0;
+  for (int operations = 0; operations < 6; ++operations) {
+    replace('a');
+    log.messages.clear();
+    bool done = true;
+    {
+      const FaultyFiles faulty(operations);
+      try {
+        replace('b');
+      } catch (const Error&) {
+        done = false;
+      }
+    }
+    failures += done && !log.messages.empty();
+    std::vector<std::byte> read(kLarge);
+    EXPECT_EQ(files().read(file("A.DAT"), 0, read), kLarge);
+    EXPECT_EQ(read, std::vector<std::byte>(kLarge, std::byte(done ? 'b' : 'a'))) << operations;
+  }
+  EXPECT_GT(failures, 0) << "a commit whose new file could not take its place";
+}
+
 TEST_F(TransactionTest, WhatADeadProgramLeftGoesWithTheNextOpening) {
   database.reset();
   for (const char* name : {"WIN.DAT-new7", "INX.MDB-new", "INX.MDB-new-journal", "WIN.DAT-new", "WIN.DAT-newer"})

@@ -192,6 +192,7 @@ class FaultyFiles final : public FileService {
       real->truncate(size);
     }
     void sync() override { owner.step(); }
+    bool is_current() override { return real->is_current(); }
     FaultyFiles& owner;
     std::unique_ptr<File> real;
   };

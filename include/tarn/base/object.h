@@ -47,7 +47,7 @@ template <typename... A>
 struct Event {
   std::function<void(A...)> listener;
   void raise(A... arguments) const {
-    if (listener) listener(arguments...);
+    if (const auto called = listener) called(arguments...);  // which may take itself away
   }
 };
 
