@@ -50,6 +50,8 @@ class ADL_AirSystemDesign final : public Object {
   /// The system's name that the file of an index carries; empty where there is no file.
   std::string system_in_file(int16_t index) const;
   uint64_t size_in_file() const;
+  /// In the order of the file.
+  std::vector<ResultBlock*> blocks() const;
 
  private:
   template <typename Z>
@@ -69,7 +71,6 @@ class ADL_AirSystemDesign final : public Object {
     }
   };
   void check_system(const std::string& path) const;
-  std::vector<ResultBlock*> blocks() const;
   ResultBlock::Spans spans() const;
 
   Ptr<AS_AirSystem> air_system_;

@@ -4,6 +4,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "tarn/base/months.h"
@@ -34,12 +36,12 @@ class ResultBlock : public Object {
   /// Appends the pieces of memory that the file holds of the block, in the file's order.
   virtual void add_spans(Spans& all) = 0;
   size_t size_in_file() const;
+  /// Blocks in it that the members table does not reach, by name.
+  virtual std::vector<std::pair<std::string, ResultBlock*>> rest() const { return {}; }
 
  protected:
   /// Makes the block as large as another one of its class.
   virtual void fit(const ResultBlock& /*other*/) {}
-  /// Lists what the members table does not reach.
-  virtual void dump_rest(std::string& /*text*/) const {}
 
  private:
   Spans spans() const;

@@ -151,10 +151,10 @@ class ADL_DLZone final : public TableBlock<ZoneLoadsTable, ADL_CoolingLoads> {
   /// New objects are empty.
   void resize_spaces(int count);
   void add_spans(Spans& all) override;
+  std::vector<std::pair<std::string, ResultBlock*>> rest() const override;
 
  private:
   void fit(const ResultBlock& other) override;
-  void dump_rest(std::string& text) const override;
 
   std::vector<Ptr<ADL_SpaceLoads>> spaces_;
   Ptr<Collection> list_ = std::make_shared<Collection>();

@@ -156,6 +156,29 @@ void inspect_files(Inspection& on) {
   inspect_owners(on, names);
 }
 
+namespace {
+
+/// Why the results of the system that was read cannot be used; empty where they can.
+std::string fault_of_results(ADL_AirSystemDesign& design, const Ptr<StoredEntity>& system, int16_t index) {
+  try {
+    system->read_stored(index);
+    design.SetAirSystem(std::dynamic_pointer_cast<AS_AirSystem>(system));
+    design.Load();
+  } catch (const Error& error) {
+    return "The design results are not this system's: " + error.description();
+  }
+  std::string place;
+  for (ResultBlock* block : design.blocks()) {
+    if (place.empty()) place = number_that_is_none(*block);
+    for (const auto& [name, inner] : block->rest()) {
+      if (place.empty()) place = number_that_is_none(*inner);
+    }
+  }
+  return place.empty() ? "" : "The design results hold a value that is no number: " + place + ".";
+}
+
+}  // namespace
+
 void inspect_results(Inspection& on) {
   for (InspectedKind& kind : on.kinds) {
     if (kind.row.results_letter == 0) continue;
@@ -164,14 +187,8 @@ void inspect_results(Inspection& on) {
       const std::string path = design->file_of(static_cast<int16_t>(index));
       if (path.empty() || !files().exists(path)) continue;
       CheckFinding told = on.of(kind, index, on.file_name(path));
-      try {
-        kind.entity->read_stored(static_cast<int16_t>(index));
-        design->SetAirSystem(std::dynamic_pointer_cast<AS_AirSystem>(kind.entity));
-        design->Load();
-        continue;
-      } catch (const Error& error) {
-        told.what = "The design results are not this system's: " + error.description();
-      }
+      told.what = fault_of_results(*design, kind.entity, static_cast<int16_t>(index));
+      if (told.what.empty()) continue;
       told.remedy = "Repair removes the file, which the copy keeps, and marks the system to be sized again.";
       on.add(told, [&kind, index = static_cast<int16_t>(index), path] {
         files().remove(path, kind.entity->GetDBHandle());

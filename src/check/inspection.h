@@ -103,6 +103,8 @@ void inspect(Inspection& on);
 bool has_record(const InspectedKind& kind, int32_t index);
 /// The indexes that a kind's files have bytes for, from 1.
 std::vector<int16_t> stored_indexes(const Inspection& on, const InspectedKind& kind);
+/// The first number of an object that is NaN or infinite, with its class and element; empty where all are numbers.
+std::string number_that_is_none(Object& object);
 /// The files of the project's folder that begin with its prefix, by name.
 std::vector<std::string> project_files(const COM_ProjectData& project);
 /// Gives a record its row, under its own name where that is free, and else under another one.

@@ -46,16 +46,23 @@ std::string fault_of(const Place& place, Subscripts at) {
   }
 }
 
+/// NaN and infinity.
+void for_each_number_that_is_none(Object& owner, const Member& member, const std::function<void(Subscripts)>& action) {
+  const RecordField& field = *member.field();
+  if (field.wire != Wire::Real32 && field.wire != Wire::Real64) return;
+  for_each_element(member, [&](Subscripts at) {
+    bool finite = true;
+    with_number(field.wire, field.place(owner, member.bounds, at),
+                [&finite](auto number) { finite = std::isfinite(static_cast<double>(number)); });
+    if (!finite) action(at);
+  });
+}
+
 /// Sets every number of the object that is none to 0.
 void clear_numbers_that_are_none(Object& object) {
   for_each_field(object, [](Object& owner, const Member& member, const std::string&) {
-    const RecordField& field = *member.field();
-    if (field.wire != Wire::Real32 && field.wire != Wire::Real64) return;
-    for_each_element(member, [&](Subscripts at) {
-      std::byte* element = field.place(owner, member.bounds, at);
-      bool finite = true;
-      with_number(field.wire, element, [&finite](auto number) { finite = std::isfinite(static_cast<double>(number)); });
-      if (!finite) write(field, element, Value(0.0));
+    for_each_number_that_is_none(owner, member, [&](Subscripts at) {
+      write(*member.field(), member.field()->place(owner, member.bounds, at), Value(0.0));
     });
   });
 }
@@ -176,6 +183,16 @@ void inspect_rate_type(Inspection& on, InspectedKind& kind, int16_t index) {
 }
 
 }  // namespace
+
+std::string number_that_is_none(Object& object) {
+  std::string found;
+  for_each_field(object, [&](Object& owner, const Member& member, const std::string& prefix) {
+    for_each_number_that_is_none(owner, member, [&](Subscripts at) {
+      if (found.empty()) found = std::string(object.info().name) + "." + prefix + element_name(member, at);
+    });
+  });
+  return found;
+}
 
 void inspect_values(Inspection& on, InspectedKind& kind, int16_t index) {
   FieldFaults faults(on, kind, index);

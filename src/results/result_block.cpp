@@ -123,7 +123,7 @@ std::string ResultBlock::Dump() const {
     const Object& part = member.part(const_cast<ResultBlock&>(*this), 1);
     text += std::string(member.name) + ": " + dynamic_cast<const ResultBlock&>(part).Dump();
   }
-  dump_rest(text);
+  for (const auto& [name, block] : rest()) text += name + ": " + block->Dump();
   return text;
 }
 

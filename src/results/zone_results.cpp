@@ -131,8 +131,11 @@ void ADL_DLZone::fit(const ResultBlock& other) {
   resize_spaces(static_cast<int>(static_cast<const ADL_DLZone&>(other).spaces_.size()));
 }
 
-void ADL_DLZone::dump_rest(std::string& text) const {
-  for (size_t i = 0; i < spaces_.size(); ++i) text += "DLSpace(" + std::to_string(i + 1) + "): " + spaces_[i]->Dump();
+std::vector<std::pair<std::string, ResultBlock*>> ADL_DLZone::rest() const {
+  std::vector<std::pair<std::string, ResultBlock*>> all;
+  for (size_t i = 0; i < spaces_.size(); ++i)
+    all.emplace_back("DLSpace(" + std::to_string(i + 1) + ")", spaces_[i].get());
+  return all;
 }
 
 const ClassInfo& ADL_DLZone::info() const {

@@ -97,6 +97,9 @@ const Damaged kOfFiles[]{
      "System 1 \"VAV 1\", JOBD01.DAT", "The design results are not this system's"},
     {"results_of_other_zones", [](const SoundProject& p) { p.resize("D01.DAT", p.size("D01.DAT") - 8); },
      "System 1 \"VAV 1\", JOBD01.DAT", "run the design calculation again"},
+    {"results_without_a_number",
+     [](const SoundProject& p) { p.poke("D01.DAT", p.size("D01.DAT") - sizeof(float), kNaN); },
+     "System 1 \"VAV 1\", JOBD01.DAT", "hold a value that is no number: ADL_"},
     {"results_of_nobody", [](const SoundProject& p) { std::filesystem::copy(p.path("D01.DAT"), p.path("D0B.DAT")); },
      "System 11, JOBD0B.DAT", "results of an entity that is not there"},
 };
@@ -170,6 +173,8 @@ const Damaged kOfIndex[]{
      "has no table Space_Wall_Links"},
     {"column_missing", [](const SoundProject& p) { p.sql("ALTER TABLE WindowIndex DROP COLUMN fOverallUValue"); },
      "WindowIndex", "has no column fOverallUValue"},
+    {"search_index_missing", [](const SoundProject& p) { p.sql("DROP INDEX Space_Wall_Links_Owner"); },
+     "Space_Wall_Links_Owner", "has no search index Space_Wall_Links_Owner"},
     {"endless_view_in_place_of_a_table",
      [](const SoundProject& p) {
        p.sql(
