@@ -1,5 +1,7 @@
 #include "tarn/check.h"
 
+#include <cmath>
+
 #include "check/sound_project.h"
 #include "tarn/system_results.h"
 
