@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <stdio.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <array>
@@ -78,6 +79,12 @@ ssize_t read_file(int descriptor, void* into, size_t size, off_t offset) {
               [&] { return real(descriptor, into, size, offset); });
 }
 
+ssize_t read_places(int descriptor, const iovec* places, int count, off_t offset) {
+  static auto* const real = system_call<ssize_t(int, const iovec*, int, off_t)>("preadv");
+  return meet({Kind::Read, path_of(descriptor), {}, static_cast<uint64_t>(offset)},
+              [&] { return real(descriptor, places, count, offset); });
+}
+
 ssize_t write_file(int descriptor, const void* from, size_t size, off_t offset) {
   static auto* const real = system_call<ssize_t(int, const void*, size_t, off_t)>("pwrite");
   const std::span bytes(static_cast<const std::byte*>(from), size);
@@ -127,6 +134,10 @@ int open64(const char* path, int flags, ...) {
 }
 ssize_t pread(int fd, void* into, size_t size, off_t offset) { return read_file(fd, into, size, offset); }
 ssize_t pread64(int fd, void* into, size_t size, off64_t offset) { return read_file(fd, into, size, offset); }
+ssize_t preadv(int fd, const iovec* places, int count, off_t offset) { return read_places(fd, places, count, offset); }
+ssize_t preadv64(int fd, const iovec* places, int count, off64_t offset) {
+  return read_places(fd, places, count, offset);
+}
 ssize_t pwrite(int fd, const void* from, size_t size, off_t offset) { return write_file(fd, from, size, offset); }
 ssize_t pwrite64(int fd, const void* from, size_t size, off64_t offset) { return write_file(fd, from, size, offset); }
 int ftruncate(int fd, off_t size) noexcept { return truncate_file(fd, size); }
