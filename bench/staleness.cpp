@@ -13,7 +13,10 @@ void staleness_cases(Report& report, const std::string& folder) {
   const WIN_Window window;
   Workspace& workspace = Engine::of_thread().Workspaces(0);
   PlainProject plain(sample.floor);
-  const Side ours{.run = [&] { window.kind().reach.mark(*database, 1); },
+  const Side ours{.run =
+                      [&] {
+                        window.kind().reach.mark(*database, {"Entity", 1, "edited"});
+                      },
                   .before = [&] { workspace.BeginTrans(); },
                   .after = [&] { workspace.Rollback(); }};
   const Side floor{

@@ -106,6 +106,8 @@ class WTH_Weather final : public Object, public DesignWeather, public Simulation
 
  private:
   Database& database() const;
+  /// Sets a changed flag of every row.
+  void mark_all(std::string_view table, std::string_view flag) const;
 
   Ptr<Database> database_;
   std::vector<std::string> source_codes_;

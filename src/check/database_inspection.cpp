@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kTable = "CREATE TABLE ";
 /// Tables that a save makes where they are missing.
-constexpr std::string_view kMadeLater[]{"PendingWrites", "DeletedUses"};
+constexpr std::string_view kMadeLater[]{"PendingWrites", "DeletedUses", "StaleSince"};
 
 struct ExpectedTable {
   std::string name, statement;

@@ -257,10 +257,13 @@ void restore_rows(const Inspection& on, InspectedKind& kind) {
 
 void mark_stale(InspectedKind& kind, int16_t index) {
   Database& database = *kind.entity->GetDBHandle();
+  const auto row = kind.names.find(index);
+  const std::string name = row == kind.names.end() ? std::string() : page_from_utf8(row->second);
+  const Edit edit{kind.kind().default_word, index, name};
   const Cell id[]{cell(index)};
   for (const ChangedFlag& flag : kind.kind().flags)
-    database.Execute("UPDATE " + kind.table() + " SET " + std::string(flag.column) + " = -1 WHERE nIndex = ?", id);
-  kind.kind().reach.mark(database, index);
+    FlagUpdate(kind.kind().index_table, flag.column, "nIndex = ?1").run(database, id, edit);
+  kind.kind().reach.mark(database, edit);
 }
 
 void store_mended(InspectedKind& kind) {

@@ -1,5 +1,6 @@
 #include "platform/host.h"
 
+#include <ctime>
 #include <filesystem>
 #include <unordered_map>
 
@@ -41,10 +42,19 @@ Ptr<Database> shared_database(const std::string& path) {
   return handle;
 }
 
+std::string utc_now() {
+  const std::time_t now = std::time(nullptr);
+  std::tm parts{};
+  char text[32];
+  gmtime_r(&now, &parts);
+  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts);
+  return text;
+}
+
 }  // namespace
 
 Host standard_host() {
-  return {normalise, directory, shared_database, [](const std::string& name) { return "Copy of " + name; }};
+  return {normalise, directory, shared_database, [](const std::string& name) { return "Copy of " + name; }, utc_now};
 }
 
 Host& host() {

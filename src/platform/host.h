@@ -21,6 +21,8 @@ struct Host {
   std::function<Ptr<Database>(const std::string&)> database;
   /// The name of a copy, made from the name of its original (no blanks at the ends).
   std::function<std::string(const std::string&)> copy_name;
+  /// The time, UTC: "2026-11-22 13:30:05".
+  std::function<std::string()> now;
   FileService* files = &system_files();
   /// Called by long calculations where a user interface may handle what waits for it.
   std::function<void()> yield = [] {};

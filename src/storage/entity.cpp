@@ -177,10 +177,12 @@ std::unique_ptr<StoredEntity::Linked> StoredEntity::linked(Sections sections, in
   return all;
 }
 
+Edit StoredEntity::this_edit() const { return {kind().default_word, index_, {name_.data(), name_.size()}}; }
+
 void StoredEntity::mark_dependants() {
   bool override_default = false;
   OnUpdateDependencies.raise(override_default);
-  if (!override_default) kind().reach.mark(database(), index_);
+  if (!override_default) kind().reach.mark(database(), this_edit());
 }
 
 // ---- load
@@ -316,8 +318,20 @@ void StoredEntity::store(Recordset& rows, SaveContext& save) {
   }
   before_save(save);
   fill_row(rows);
-  for (const ChangedFlag& flag : kind().flags) rows.Fields(flag.column) = cell(flag.of(*this));
+  std::vector<std::pair<const ChangedFlag*, bool>> turned;
+  for (const ChangedFlag& flag : kind().flags) {
+    auto column = rows.Fields(flag.column);
+    if (flag.of(*this) != (column.integer() != 0)) turned.emplace_back(&flag, flag.of(*this));
+    column = cell(flag.of(*this));
+  }
   rows.Update();
+  const int64_t own[]{index_};
+  for (const auto& [flag, stale] : turned) {
+    if (stale)
+      note_stale_since(database(), kind().index_table, flag->column, own, this_edit());
+    else
+      forget_stale_since(database(), kind().index_table, index_, flag->column);
+  }
   if (links) links_->write(links->owner, links->rows);
   mark_dependants();
   file_->write(index_, save);
@@ -347,6 +361,7 @@ void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
     if (nRecNum) index_ = *nRecNum;
     mark_dependants();
     note_deleted_uses(database(), kind(), index_);
+    if (!kind().flags.empty()) forget_stale_since(database(), kind().index_table, index_);
     const Cell id[]{cell(index_)};
     database().Execute("DELETE FROM " + std::string(kind().index_table) + " WHERE nIndex = ?", id);
     for (const LinkColumn& link : link_columns_of(kind(), info())) {

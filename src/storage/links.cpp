@@ -4,6 +4,7 @@
 #include <set>
 
 #include "storage/kind.h"
+#include "storage/schema.h"
 #include "tarn/base/log.h"
 #include "tarn/base/wire.h"
 #include "tarn/platform/database.h"
@@ -170,16 +171,8 @@ bool LinkRows::is_there(const Use& use) {
               .AtEof();
 }
 
-namespace {
-
-bool keeps_deleted_uses(Database& database) {
-  return !database.OpenRecordset("SELECT name FROM sqlite_master WHERE name = 'DeletedUses'").AtEof();
-}
-
-}  // namespace
-
 bool LinkRows::was_deleted(const Use& use) {
-  if (!keeps_deleted_uses(database_)) return false;
+  if (!has_table(database_, "DeletedUses")) return false;
   const std::string query =
       "SELECT nOwner FROM DeletedUses WHERE szOwner = ? AND nOwner = ? AND szKind = ? AND nIndex = ?";
   return !database_
@@ -188,7 +181,7 @@ bool LinkRows::was_deleted(const Use& use) {
 }
 
 void LinkRows::forget_deleted_uses(std::span<const std::string_view> kinds) {
-  if (!keeps_deleted_uses(database_)) return;
+  if (!has_table(database_, "DeletedUses")) return;
   for (const std::string_view kind : kinds) {
     const Cell of[]{std::string(owner_kind_), cell(owner_), std::string(kind)};
     database_.Execute("DELETE FROM DeletedUses WHERE szOwner = ? AND nOwner = ? AND szKind = ?", of);
@@ -196,7 +189,7 @@ void LinkRows::forget_deleted_uses(std::span<const std::string_view> kinds) {
 }
 
 void note_deleted_uses(Database& database, const Kind& kind, int16_t index) {
-  if (!keeps_deleted_uses(database)) database.Execute(std::string(kDeletedUses));
+  if (!has_table(database, "DeletedUses")) database.Execute(std::string(kDeletedUses));
   const Cell of[]{std::string(kind.link_owner), cell(index)};
   database.Execute("DELETE FROM DeletedUses WHERE szOwner = ? AND nOwner = ?", of);
   for (const LinkStep& step : kind.reach.uses()) {

@@ -60,7 +60,13 @@ std::string index_schema(std::span<const Ptr<StoredEntity>> kinds) {
     }
   }
   if (has_equipment) links += kEquipmentLinks;
-  return tables + links + std::string(kDeletedUses) + kPendingTable + std::string(kWeatherTables);
+  std::string since;
+  for (const std::string_view statement : kStaleSince) since += statement;
+  return tables + links + std::string(kDeletedUses) + since + kPendingTable + std::string(kWeatherTables);
+}
+
+bool has_table(Database& database, const std::string& name) {
+  return !database.OpenRecordset("SELECT name FROM sqlite_master WHERE name = ?", {name}).AtEof();
 }
 
 }  // namespace tarn

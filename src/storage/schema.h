@@ -14,4 +14,7 @@ namespace tarn {
 /// kinds, link tables from what their fields refer to; keys and indexes; the single rows of the weather tables.
 std::string index_schema(std::span<const Ptr<StoredEntity>> kinds);
 
+/// Whether a table is there that projects made long ago lack.
+bool has_table(Database& database, const std::string& name);
+
 }  // namespace tarn

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 
+#include "platform/host.h"
+#include "storage/schema.h"
 #include "tarn/platform/database.h"
+#include "tarn/platform/statement.h"
 
 namespace tarn {
 namespace {
@@ -67,20 +70,19 @@ Reach::Reach(Results results, std::initializer_list<Route> routes) {
                                              {{"Building_System_Links", "System_ID", "Building_ID"}, systems}});
   only_through_systems_ =
       std::none_of(routes.begin(), routes.end(), [](const Route& route) { return route.stage > Stage::Systems; });
-  const std::string changed =
-      results == Results::SimulationOnly ? "bSimHasChanged = -1" : "bSimHasChanged = -1, bDesHasChanged = -1";
-  const auto add = [this](std::string_view table, const std::string& flags, const std::string& ids) {
-    if (ids.empty()) return;
-    updates_.push_back("UPDATE " + std::string(table) + " SET " + flags + " WHERE nIndex IN (" + ids + ")");
+  const auto add = [this](std::string_view table, std::string_view flag, const std::string& ids) {
+    if (!ids.empty()) updates_.emplace_back(table, flag, "nIndex IN (" + ids + ")");
   };
-  add("AirSystemIndex", changed, systems);
-  add("PlantIndex", changed, plants);
-  add("BuildingIndex", "bHasChanged = -1", buildings);
+  for (const auto& [table, ids] : {std::pair("AirSystemIndex", systems), std::pair("PlantIndex", plants)}) {
+    add(table, "bSimHasChanged", ids);
+    if (results == Results::DesignAndSimulation) add(table, "bDesHasChanged", ids);
+  }
+  add("BuildingIndex", "bHasChanged", buildings);
 }
 
 std::vector<std::string> Reach::statements() const {
   std::vector<std::string> all{kForgetSystems, collect_systems_};
-  all.insert(all.end(), updates_.begin(), updates_.end());
+  for (const FlagUpdate& update : updates_) all.push_back(update.statement);
   return all;
 }
 
@@ -88,17 +90,55 @@ Reach Reach::through_spaces(std::string_view link_table, std::string_view id_col
   return {Results::DesignAndSimulation, {{Stage::Spaces, {{link_table, id_column, "Space_ID"}}}}};
 }
 
-void Reach::mark(Database& database, int index) const {
-  const Cell entity[]{cell(index)};
+void Reach::mark(Database& database, const Edit& edit) const {
+  const Cell entity[]{cell(edit.index)};
   if (!collect_systems_.empty()) {
     database.memory<FoundSystems>().make();
     database.Execute(kForgetSystems);
     if (database.Execute(collect_systems_, entity) == 0 && only_through_systems_) return;
   }
-  for (const std::string& update : updates_) {
-    const bool from_entity = update.find("?1") != std::string::npos;
-    database.Execute(update, from_entity ? std::span<const Cell>(entity) : std::span<const Cell>());
+  for (const FlagUpdate& update : updates_) {
+    const bool from_entity = update.statement.find("?1") != std::string::npos;
+    update.run(database, from_entity ? std::span<const Cell>(entity) : std::span<const Cell>(), edit);
   }
+}
+
+// ---- since when
+
+FlagUpdate::FlagUpdate(std::string_view of_table, std::string_view of_flag, const std::string& condition)
+    : table(of_table),
+      flag(of_flag),
+      statement("UPDATE " + std::string(table) + " SET " + std::string(flag) + " = -1 WHERE " +
+                (condition.empty() ? "" : condition + " AND ") + std::string(flag) + " IS NOT -1 RETURNING nIndex") {}
+
+void FlagUpdate::run(Database& database, std::span<const Cell> parameters, const Edit& edit) const {
+  std::vector<int64_t> indexes;
+  database.join();
+  {
+    Statement update(database, statement, parameters);
+    while (update.step()) indexes.push_back(update.integer(0));
+  }
+  if (!indexes.empty()) note_stale_since(database, table, flag, indexes, edit);
+}
+
+void note_stale_since(Database& database, std::string_view table, std::string_view flag,
+                      std::span<const int64_t> indexes, const Edit& edit) {
+  if (!has_table(database, "StaleSince")) {
+    for (const std::string_view statement : kStaleSince) database.Execute(std::string(statement));
+  }
+  const std::string statement = "INSERT OR REPLACE INTO StaleSince VALUES (?, ?, ?, ?, ?, ?, ?)";
+  const std::string now = host().now();
+  for (const int64_t index : indexes) {
+    const Cell row[]{std::string(table),      index, std::string(flag), std::string(edit.kind), cell(edit.index),
+                     trimmed_text(edit.name), now};
+    database.Execute(statement, row);
+  }
+}
+
+void forget_stale_since(Database& database, std::string_view table, int index, std::string_view flag) {
+  if (!has_table(database, "StaleSince")) return;
+  const Cell of[]{std::string(table), cell(index), std::string(flag)};
+  database.Execute("DELETE FROM StaleSince WHERE szTable = ?1 AND nIndex = ?2 AND (?3 = '' OR szFlag = ?3)", of);
 }
 
 }  // namespace tarn

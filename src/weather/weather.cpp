@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "storage/staleness.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/reflect/describe.h"
 #include "weather/record_file.h"
@@ -77,6 +78,10 @@ void WTH_Weather::Load() {
   transaction.commit();
 }
 
+void WTH_Weather::mark_all(std::string_view table, std::string_view flag) const {
+  FlagUpdate(table, flag).run(database(), {}, {"Weather", 0, DesCityName.bytes()});
+}
+
 void WTH_Weather::Save() {
   in_transaction([this] {
     replace_row(database(), "DesWeatherIndex",
@@ -90,9 +95,10 @@ void WTH_Weather::Save() {
     files().update(named(SimFileName, "SimFileName"), record_bytes<SimulationWeather>(*this), database_);
   });
   in_transaction([this] {
-    database().Execute("UPDATE AirSystemIndex SET bDesHasChanged = -1, bSimHasChanged = -1");
-    database().Execute("UPDATE PlantIndex SET bDesHasChanged = -1, bSimHasChanged = -1");
-    database().Execute("UPDATE BuildingIndex SET bHasChanged = -1");
+    for (const char* table : {"AirSystemIndex", "PlantIndex"}) {
+      for (const char* flag : {"bDesHasChanged", "bSimHasChanged"}) mark_all(table, flag);
+    }
+    mark_all("BuildingIndex", "bHasChanged");
   });
 }
 

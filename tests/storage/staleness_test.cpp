@@ -79,14 +79,14 @@ TEST_F(StalenessTest, AListenerIsAskedJustBeforeAndMayOverride) {
 TEST_F(StalenessTest, ReachesTakeWaysOfTwoStepsAndSimulationAlone) {
   const Reach plants(Results::SimulationOnly, {{Stage::Plants, {{"Plant_Chiller_Links", "Chiller_ID", "Plant_ID"}}}});
   database->Execute("INSERT INTO Plant_Chiller_Links VALUES (2, 7)");
-  plants.mark(*database, 7);
+  plants.mark(*database, {"Entity", 7, "edited"});
   EXPECT_EQ(count("PlantIndex WHERE bSimHasChanged = -1 AND bDesHasChanged = 0"), 1);
   const Reach rates(Results::DesignAndSimulation, {{Stage::Buildings,
                                                     {{"FuelRate_Schedule_Links", "Schedule_ID", "FuelRate_ID"},
                                                      {"Building_FuelRate_Links", "FuelRate_ID", "Building_ID"}}}});
   database->Execute("INSERT INTO FuelRate_Schedule_Links VALUES (4, 5)");
   database->Execute("INSERT INTO Building_FuelRate_Links VALUES (3, 4)");
-  rates.mark(*database, 5);
+  rates.mark(*database, {"Entity", 5, "edited"});
   EXPECT_EQ(marked(), "B3 ");
 }
 

@@ -21,6 +21,7 @@ class IndexRow;
 class LinkKeeper;
 class Recordset;
 struct ClearedReference;
+struct Edit;
 struct Kind;
 
 class StoredEntity : public Object {
@@ -136,6 +137,7 @@ class StoredEntity : public Object {
   struct Linked;
   std::unique_ptr<Linked> linked(Sections sections, int16_t index);
 
+  Edit this_edit() const;
   void mark_dependants();
   void fill_row(Recordset& rows) const;
   void store(Recordset& rows, SaveContext& save);

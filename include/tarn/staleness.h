@@ -1,0 +1,52 @@
+// What depends on what in a project: what an entity rests on, who uses it, which results are stale, and since when.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tarn/project.h"
+
+namespace tarn {
+
+struct EntityName {
+  std::string kind;   // "Wall", "System", "Weather"
+  int32_t index = 0;  // 0 for the weather
+  std::string name;
+
+  bool operator==(const EntityName&) const = default;
+  /// `Wall 3 "Brick"`.
+  std::string text() const;
+};
+
+/// A reference between two entities, and the field of the user that makes it: "Wall(2).WindowType(1)".
+struct UseOfEntity {
+  EntityName entity;  // the other one
+  std::string slot;
+};
+
+/// What an entity refers to, in the order of its fields. `kind` is the word of `EntityName`. Errors `InvalidCall` for a
+/// kind that there is not, `NoCurrentRecord` for an index without a row.
+std::vector<UseOfEntity> uses(COM_ProjectData& project, const std::string& kind, int16_t index);
+/// Who refers to an entity, by kind and index, through which field of theirs.
+std::vector<UseOfEntity> used_by(COM_ProjectData& project, const std::string& kind, int16_t index);
+
+/// A result that does not show the inputs as they are.
+struct StaleResult {
+  EntityName of;
+  std::string results;               // "design" or "simulation"
+  bool calculated = false;           // there are results; without, they were never calculated
+  std::optional<EntityName> edited;  // whose edit made them stale; none where it is not known
+  std::string since;                 // when, UTC: "2026-11-22 13:30:05"; empty where it is not known
+  std::vector<EntityName> way;       // from the edited entity to this one, both included; empty where there is none now
+};
+
+/// Systems, plants and buildings, each by index, design before simulation.
+std::vector<StaleResult> stale_results(COM_ProjectData& project);
+
+/// As JSON arrays, for the faces.
+std::string uses_json(const std::vector<UseOfEntity>& uses);
+std::string stale_json(const std::vector<StaleResult>& results);
+
+}  // namespace tarn
