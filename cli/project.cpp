@@ -231,11 +231,15 @@ Json class_json(const ClassInfo& info) {
 std::string notes_of(const Member& member) {
   if (member.read_only) return "read-only";
   if (member.by_reference) return "set by reference";
-  if (!member.unit_beside.empty()) return "unit by " + std::string(member.unit_beside);
+  return member.unit_beside.empty() ? "" : "unit by " + std::string(member.unit_beside);
+}
+
+/// Names that the code catalogue has for the codes of a property.
+void show_catalogued(const Member& member) {
   std::string codes;
   for (const Label& label : catalogued_codes(member))
     codes += (codes.empty() ? "" : ", ") + std::to_string(label.code) + " " + std::string(label.name);
-  return codes;
+  if (!codes.empty()) std::cout << "\n" << member.name << ": " << codes << '\n';
 }
 
 void show_class(const ClassInfo& info) {
@@ -249,6 +253,7 @@ void show_class(const ClassInfo& info) {
                     std::string(shown_unit(m.unit)), notes});
   }
   print_table({"kind", "member", "type", "unit", ""}, rows);
+  for (const Member& m : info.members) show_catalogued(m);
 }
 
 /// Error `UsageError` for a word that names neither.

@@ -154,7 +154,11 @@ void show_side_by_side(Database& database, const std::string& what, const std::v
   for (const auto& [title, object] : objects) {
     auto& row = rows.emplace_back();
     row.emplace_back(title);
-    for (const Member* field : fields) row.emplace_back(element_text(database, *object, *field, {}));
+    for (const Member* field : fields) {
+      const std::string_view unit = shown_unit(unit_of(*object, *field));
+      const bool in_head = unit.empty() || unit == common_unit(objects, *field);
+      row.emplace_back(element_text(database, *object, *field, {}) + (in_head ? "" : " " + std::string(unit)));
+    }
   }
   if (objects.size() > 2) return print_table(heads, rows);
   Rows turned;

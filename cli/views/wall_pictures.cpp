@@ -212,9 +212,8 @@ std::string temperature_lines(const std::vector<Drawn>& layers) {
     legend += 76;
   }
   out += label(legend + 4, kKey,
-               "temperatures on a sunny design day, repeated: at the outside, with the sun in it, " +
-                   measure(kInside, "F") + " to " + measure(kInside + kSunny[12], "F") + ", inside " +
-                   measure(kInside, "F"),
+               "temperatures on a repeated sunny design day: outside, with the sun, " + figure(kInside, "F") + " to " +
+                   measure(kInside + kSunny[12], "F") + ", inside " + measure(kInside, "F"),
                "fill=\"#444\"");
   return out + temperature_axis(scale);
 }

@@ -5,6 +5,7 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <unordered_map>
 
 #include "base/nearest.h"
 #include "tarn/base/error.h"
@@ -304,9 +305,7 @@ void replace_all(std::string& text, std::string_view what, std::string_view by) 
     text.replace(at, what.size(), by);
 }
 
-std::optional<Unit> unit_of(std::string_view text) {
-  constexpr size_t kLongest = 60;
-  if (text.empty() || text.size() > kLongest) return std::nullopt;
+std::optional<Unit> read_unit(std::string_view text) {
   std::string plain(text);
   replace_all(plain, "\u00B0", "");  // degree sign
   replace_all(plain, "\u00B2", "2");
@@ -315,6 +314,18 @@ std::optional<Unit> unit_of(std::string_view text) {
   replace_all(plain, "\u0394", "delta ");
   replace_all(plain, " per ", "/");
   return Reader(plain).whole();
+}
+
+/// A text is read once; the same few come again for every value of a table.
+std::optional<Unit> unit_of(std::string_view text) {
+  constexpr size_t kLongest = 60, kMost = 1000;
+  if (text.empty() || text.size() > kLongest) return std::nullopt;
+  thread_local std::unordered_map<std::string, std::optional<Unit>> known;
+  const auto [found, added] = known.try_emplace(std::string(text));
+  if (!added) return found->second;
+  const auto unit = found->second = read_unit(text);
+  if (known.size() > kMost) known.clear();
+  return unit;
 }
 
 const Pair* pair_of(std::string_view unit) {
