@@ -7,10 +7,12 @@
 
 #include "base/nearest.h"
 #include "cli/command.h"
+#include "cli/units.h"
 #include "reflect/json.h"
 #include "storage/kind.h"
 #include "storage/links.h"
 #include "tarn/base/value.h"
+#include "tarn/code_names.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/reflect/by_name.h"
 
@@ -23,6 +25,9 @@ struct Assignment {
   std::vector<int> at;
   std::string value;
   std::string place;  // "Layer(2).", before the property
+  Json json = {};     // the value, in the units of the file
+
+  std::string name() const { return place + element_name(*member, at); }
 };
 
 /// The subscripts that follow a name, "(2)" or "[1,2]"; none for an empty text.
@@ -138,32 +143,83 @@ Assignment parsed(StoredEntity& entity, const std::string& word) {
   return out;
 }
 
-/// A finite number as people write it and JSON does not: ".1", "5.", "+2".
-std::optional<double> number_in(std::string_view text) {
-  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
-  double number = 0;
-  const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (failed != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) return std::nullopt;
-  return number;
-}
-
-Json json_of(const Assignment& assignment) {
-  if (assignment.member->type == ValueType::Text) return assignment.value;
+/// As JSON, or as people write numbers and JSON does not: ".1", "5.", "+2".
+Json json_of(const Assignment& a) {
+  if (a.member->type == ValueType::Text) return a.value;
   try {
-    return parse_json(assignment.value);
+    return parse_json(a.value);
   } catch (const Json::exception&) {
-    if (const auto number = number_in(assignment.value)) return *number;
-    return assignment.value;  // "NaN" is a text; a wrong value is refused by the property's type, with its message
+    if (const auto number = measured_in(a.value); number && number->unit.empty()) return number->value;
+    return a.value;  // "NaN" is a text; a wrong value is refused by the property's type, with its message
   }
 }
 
-/// Every field with its place: "Layer(2).Thickness".
-std::vector<std::pair<std::string, Json>> fields(StoredEntity& entity) {
-  std::vector<std::pair<std::string, Json>> all;
+/// A number that was given in another unit, in the property's own, with what is told of it: "Height = 3.93701 ft
+/// (1.2 m)". Without a unit beside it, it is in the unit that is shown.
+std::optional<std::string> in_stored_unit(Assignment& a) {
+  const auto given = measured_in(a.value);
+  if (!given || a.member->type == ValueType::Text || a.member->type == ValueType::Boolean) return std::nullopt;
+  const std::string_view stored = unit_of(*a.object, *a.member);
+  const std::string_view from = given->unit.empty() ? shown_unit(stored) : given->unit;
+  if (given->unit.empty() && from == stored) return std::nullopt;
+  if (stored.empty()) throw UsageError(a.name() + " has no unit; found \"" + a.value + "\". Give the number alone.");
+  double value = 0;
+  try {
+    value = convert(given->value, from, stored);
+  } catch (const Error& error) {
+    throw UsageError(a.name() + "=" + a.value + ": " + error.description() + ".");
+  }
+  a.json = value;
+  if (a.member->type == ValueType::Int16 || a.member->type == ValueType::Int32) {
+    if (value != std::nearbyint(value) || std::abs(value) > INT32_MAX)
+      throw UsageError(a.name() + " takes whole numbers of " + std::string(stored) + "; " + a.value + " is " +
+                       shown(a.json) + " " + std::string(stored) + ".");
+    a.json = static_cast<int32_t>(value);
+  }
+  if (from == stored) return std::nullopt;
+  return a.name() + " = " + shown(a.json) + " " + std::string(stored) + " (" + shown(Json(given->value)) + " " +
+         std::string(from) + ")";
+}
+
+Json code_of(std::span<const Label> names, const Assignment& a) {
+  try {
+    return code_json(names, a.json);
+  } catch (const Error& error) {
+    throw UsageError(a.name() + ": " + error.description());
+  }
+}
+
+/// Sets the value, and returns what is told of its unit.
+std::optional<std::string> assign(Assignment& a) {
+  a.json = json_of(a);
+  const bool coded = !a.member->labels.empty();
+  std::optional<std::string> told;
+  if (const auto names = coded ? std::span<const Label>() : catalogued_codes(*a.member); !names.empty())
+    a.json = code_of(names, a);
+  else if (!coded)
+    told = in_stored_unit(a);
+  set_from_json(*a.object, *a.member, a.at, a.json);
+  return told;
+}
+
+/// A field with its place, "Layer(2).Thickness", and its unit.
+struct Field {
+  std::string name;
+  Json value;
+  std::string_view unit;
+};
+
+std::vector<Field> fields(StoredEntity& entity) {
+  std::vector<Field> all;
   for_each_field(entity, [&](Object& owner, const Member& field, const std::string& prefix) {
-    all.emplace_back(prefix + std::string(field.name), to_json(owner, field));
+    all.push_back({prefix + std::string(field.name), to_json(owner, field), unit_of(owner, field)});
   });
   return all;
+}
+
+std::string shown_in_unit(const Field& field) {
+  return field.value.is_number_float() ? shown(Json(shown_value(field.value.get<double>(), field.unit)))
+                                       : shown(field.value);
 }
 
 /// Error `UsageError` for a reference whose kind a code beside it decides ("LibraryID"), which has none of the kinds.
@@ -216,31 +272,31 @@ void needs_an_input(StoredEntity& entity, const Assignment& a) {
 
 }  // namespace
 
-std::vector<std::string> edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
+Edited edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
+  Edited edited;
   std::vector<Assignment> assignments;
   for (const std::string& word : words) {  // a later one may name what an earlier one makes
-    const Assignment& a = assignments.emplace_back(parsed(entity, word));
+    Assignment& a = assignments.emplace_back(parsed(entity, word));
     needs_an_input(entity, a);
-    set_from_json(*a.object, *a.member, a.at, json_of(a));
+    if (auto told = assign(a)) edited.converted.push_back(std::move(*told));
   }
-  const auto assign = [&] {
-    for (const Assignment& a : assignments) set_from_json(*a.object, *a.member, a.at, json_of(a));
-  };
   for (const Assignment& a : assignments) check_references(*entity.GetDBHandle(), a);
   const bool only_name = std::all_of(assignments.begin(), assignments.end(),
                                      [](const Assignment& a) { return a.member->name == "Name" && a.place.empty(); });
-  if (!kind.compute || only_name) return {};
+  if (!kind.compute || only_name) return edited;
   const auto before = fields(entity);
   kind.compute(entity);
-  assign();
+  for (const Assignment& a : assignments) set_from_json(*a.object, *a.member, a.at, a.json);
   const auto after = fields(entity);
-  std::vector<std::string> computed;
   for (size_t i = 0; i < after.size(); ++i) {
-    const auto& [name, value] = after[i];
-    if (after[i] != before[i])
-      computed.push_back(value.is_array() ? name : name + " " + shown(before[i].second) + " -> " + shown(value));
+    const Field &was = before[i], &is = after[i];
+    if (is.name == was.name && is.value == was.value) continue;
+    const std::string unit(shown_unit(is.unit));
+    edited.computed.push_back(is.value.is_array() ? is.name
+                                                  : is.name + " " + shown_in_unit(was) + " -> " + shown_in_unit(is) +
+                                                        (unit.empty() ? "" : " " + unit));
   }
-  return computed;
+  return edited;
 }
 
 }  // namespace tarn::cli

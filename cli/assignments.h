@@ -9,8 +9,14 @@
 
 namespace tarn::cli {
 
-/// Makes the assignments, then computes what follows from them, but for results that the user set himself. What changed
-/// by that is returned, to be told when the entity is saved. Error `UsageError` for a word that cannot be one.
-std::vector<std::string> edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words);
+/// What is told when the entity is saved: values that were given in another unit than the file's, and what changed by
+/// calculations.
+struct Edited {
+  std::vector<std::string> converted, computed;
+};
+
+/// Makes the assignments, then computes what follows from them, but for results that the user set himself. Error
+/// `UsageError` for a word that cannot be one.
+Edited edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words);
 
 }  // namespace tarn::cli

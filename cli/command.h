@@ -24,6 +24,7 @@ struct UsageError : std::runtime_error {
 struct Call {
   std::string project;  // of -p
   bool json = false;
+  std::string units;     // of --units
   std::string output;    // of --output
   std::string type;      // of --type
   std::string svg;       // of --svg

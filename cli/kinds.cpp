@@ -6,6 +6,7 @@
 #include "cli/assignments.h"
 #include "cli/command.h"
 #include "cli/layers.h"
+#include "cli/units.h"
 #include "cli/views/pictures.h"
 #include "cli/views/wall_pictures.h"
 #include "exchange/imports.h"
@@ -34,6 +35,19 @@ Json rows_json(Recordset rows) {
   return all;
 }
 
+/// The unit of an index column's values; empty for a column of texts, numbers without a unit and keys.
+std::string_view unit_of_column(const StoredEntity& entity, const std::string& name) {
+  for (const SummaryColumn& column : entity.kind().columns) {
+    if (column.name != name) continue;
+    if (column.property.empty()) return column.unit;
+    const Member* part = find_part(entity.info(), column.part);
+    const ClassInfo& info = part ? part->owned().info() : entity.info();
+    const int number = info.number(column.property);
+    return number < 0 ? std::string_view() : info.members[static_cast<size_t>(number)].unit;
+  }
+  return {};
+}
+
 int list(const Call& call, Database& database, StoredEntity& entity) {
   auto rows =
       database.OpenRecordset("SELECT * FROM " + std::string(entity.kind().index_table) + " ORDER BY nIndex ASC");
@@ -44,12 +58,23 @@ int list(const Call& call, Database& database, StoredEntity& entity) {
     print_json(all);
     return kClean;
   }
+  std::vector<std::string> heads;
+  std::vector<std::string_view> stored;
+  for (const std::string& column : columns) {
+    const std::string_view unit = stored.emplace_back(unit_of_column(entity, column)), shown = shown_unit(unit);
+    heads.push_back(shown == unit ? column : column + ", " + std::string(shown));
+  }
   std::vector<std::vector<Json>> table;
   for (const Json& row : all) {
     auto& cells = table.emplace_back();
-    for (const std::string& column : columns) cells.push_back(row.at(column).is_null() ? Json("") : row.at(column));
+    for (size_t c = 0; c < columns.size(); ++c) {
+      const Json& value = row.at(columns[c]);
+      cells.push_back(value.is_null()           ? Json("")
+                      : value.is_number_float() ? Json(shown_value(value, stored[c]))
+                                                : value);
+    }
   }
-  print_table(columns, table);
+  print_table(heads, table);
   std::cout << told;
   return kClean;
 }
@@ -68,10 +93,11 @@ int show(const Call& call, Database& database, StoredEntity& entity) {
   return kClean;
 }
 
-int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::string_view what,
-          const std::vector<std::string>& computed, const Json& rest = Json::object()) {
+int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::string_view what, const Edited& edited,
+          const Json& rest = Json::object()) {
   entity.Save();
-  print_notes("computed", computed);
+  print_notes("set", edited.converted);
+  print_notes("computed", edited.computed);
   if (call.json) {
     Json json{{"index", entity.Index()}};
     json.update(rest);
@@ -124,17 +150,17 @@ int kind_new(const Call& call) {
     entity.CreateDefault();
     entity.Reset(true);
   }
-  const auto computed = edit(entity, on.kind, call.words);
+  const auto edited = edit(entity, on.kind, call.words);
   if (on.kind.letter != 0 && !entity.IsNameUnique())  // files of their own are told apart by it
     throw UsageError("Another " + std::string(on.kind.one) + " has that name; give one of its own: Name=...");
-  return saved(call, entity, on.kind, "made", computed);
+  return saved(call, entity, on.kind, "made", edited);
 }
 
 int kind_set(const Call& call) {
   const Loaded on(call, Use::Writing);
   if (call.words.size() == 1) throw UsageError("Nothing to set; write Property=value.");
-  const auto computed = edit(*on.entity, on.kind, assignments_of(call));
-  return saved(call, *on.entity, on.kind, "saved", computed);
+  const auto edited = edit(*on.entity, on.kind, assignments_of(call));
+  return saved(call, *on.entity, on.kind, "saved", edited);
 }
 
 int kind_clone(const Call& call) {
@@ -143,8 +169,8 @@ int kind_clone(const Call& call) {
   std::vector<Value> none(1);
   on.entity->info().find("Clone").call(*on.entity, none, clone);
   auto& copy = dynamic_cast<StoredEntity&>(*std::get<ObjectPtr>(clone));
-  const auto computed = edit(copy, on.kind, assignments_of(call));
-  return saved(call, copy, on.kind, "made from " + std::to_string(on.entity->Index()), computed);
+  const auto edited = edit(copy, on.kind, assignments_of(call));
+  return saved(call, copy, on.kind, "made from " + std::to_string(on.entity->Index()), edited);
 }
 
 int kind_delete(const Call& call) {
@@ -176,8 +202,8 @@ int kind_import(const Call& call) {
   const Opened on(call, Use::Writing);
   if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
   const std::vector<std::string> notes = file_import_of(on.kind)(*on.entity, call.words.front());
-  const auto computed = edit(*on.entity, on.kind, assignments_of(call));
-  const int code = saved(call, *on.entity, on.kind, "made from " + call.words.front(), computed, {{"notes", notes}});
+  const auto edited = edit(*on.entity, on.kind, assignments_of(call));
+  const int code = saved(call, *on.entity, on.kind, "made from " + call.words.front(), edited, {{"notes", notes}});
   if (!call.json) print_notes("", notes);
   return code;
 }

@@ -1,6 +1,9 @@
 #include "cli/layers.h"
 
+#include <array>
+
 #include "base/nearest.h"
+#include "cli/units.h"
 #include "envelope/materials.h"
 
 namespace tarn::cli {
@@ -52,10 +55,14 @@ void check_room(CA_ConstructionAssly& construction) {
 }  // namespace
 
 int print_materials(const Call& call) {
+  constexpr std::array kUnits{"in", "Btu/(hr.ft.F)", "lb/ft3", "Btu/(lb.F)", "hr.ft2.F/Btu"};
   std::vector<std::vector<Json>> rows;
   Json all = Json::array();
   for (const Material& m : materials()) {
-    rows.push_back({Json(m.name), m.inches, m.conductivity, m.density, m.specific_heat, m.resistance});
+    const std::array values{m.inches, m.conductivity, m.density, m.specific_heat, m.resistance};
+    auto& row = rows.emplace_back();
+    row.emplace_back(m.name);
+    for (size_t i = 0; i < kUnits.size(); ++i) row.emplace_back(shown_value(values[i], kUnits[i]));
     all.push_back({{"name", m.name},
                    {"inches", m.inches},
                    {"conductivity", m.conductivity},
@@ -63,10 +70,12 @@ int print_materials(const Call& call) {
                    {"specific_heat", m.specific_heat},
                    {"resistance", m.resistance}});
   }
+  std::vector<std::string> heads{"material"};
+  for (const char* unit : kUnits) heads.emplace_back(shown_unit(unit));
   if (call.json)
     print_json(all);
   else
-    print_table({"material", "in", "Btu/(hr.ft.F)", "lb/ft3", "Btu/(lb.F)", "hr.ft2.F/Btu"}, rows);
+    print_table(heads, rows);
   return kClean;
 }
 

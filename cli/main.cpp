@@ -7,6 +7,7 @@
 
 #include "base/nearest.h"
 #include "cli/command.h"
+#include "cli/units.h"
 #include "cli/words.h"
 #include "tarn/base/log.h"
 
@@ -128,6 +129,8 @@ int main(int argc, char** argv) {
   app.add_option("--material", call.material, "what a new layer is made of; walls layer materials lists them");
   app.add_flag("--dry-run", call.dry_run, "tell what a repair would do, and change nothing");
   app.add_flag("--rebuild-index", call.rebuild_index, "make the index database anew from the record files");
+  app.add_option("--units", call.units,
+                 "ip or si: of what is shown, and of numbers without a unit; JSON has the units of the files");
   app.add_flag("--json", call.json, "print JSON");
   app.add_option("words", words, "GROUP VERB ...");
   const auto all = all_groups();
@@ -136,6 +139,7 @@ int main(int argc, char** argv) {
   set_log(&log);
   try {
     app.parse(argc, argv);
+    choose_units(call.units);
     const int code = dispatch(call, words, all);
     if (!std::cout.flush()) fail(ErrorNumber::DeviceError, "Cannot write the output.");
     return code;

@@ -11,6 +11,7 @@
 
 #include "base/nearest.h"
 #include "cli/command.h"
+#include "cli/units.h"
 #include "cli/words.h"
 #include "platform/file_store.h"
 #include "project/defaults.h"
@@ -18,6 +19,7 @@
 #include "project/kinds.h"
 #include "tarn/base/value.h"
 #include "tarn/class_list.h"
+#include "tarn/code_names.h"
 #include "tarn/exchange.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/preferences.h"
@@ -119,6 +121,7 @@ Json member_json(const Member& member) {
   constexpr std::string_view kinds[]{"property", "method", "event"};
   Json json{{"name", member.name}, {"kind", kinds[static_cast<size_t>(member.kind)]}, {"type", type_name(member.type)}};
   if (!member.unit.empty()) json["unit"] = member.unit;
+  if (!member.unit_beside.empty()) json["unit_by"] = member.unit_beside;
   if (member.width() > 0) json["width"] = member.width();
   for (const Bounds& b : member.bounds) json["bounds"].push_back({b.first, b.last});
   if (member.kind == MemberKind::Property) json["read_only"] = member.read_only;
@@ -127,7 +130,8 @@ Json member_json(const Member& member) {
     json["parameters"].push_back(
         {{"name", p.name}, {"type", type_name(p.type)}, {"optional", p.optional}, {"by_reference", p.by_reference}});
   }
-  for (const Label& label : member.labels)
+  const auto catalogued = catalogued_codes(member);
+  for (const Label& label : catalogued.empty() ? member.labels : catalogued)
     json["codes"].push_back({{"code", label.code}, {"name", label.name}, {"text", label.text}});
   return json;
 }
@@ -224,17 +228,32 @@ Json class_json(const ClassInfo& info) {
   return {{"class", info.name}, {"record_bytes", record_length(*create(info.name))}, {"members", members}};
 }
 
+std::string notes_of(const Member& member) {
+  if (member.read_only) return "read-only";
+  if (member.by_reference) return "set by reference";
+  return member.unit_beside.empty() ? "" : "unit by " + std::string(member.unit_beside);
+}
+
+/// Names that the code catalogue has for the codes of a property.
+void show_catalogued(const Member& member) {
+  std::string codes;
+  for (const Label& label : catalogued_codes(member))
+    codes += (codes.empty() ? "" : ", ") + std::to_string(label.code) + " " + std::string(label.name);
+  if (!codes.empty()) std::cout << "\n" << member.name << ": " << codes << '\n';
+}
+
 void show_class(const ClassInfo& info) {
   const size_t length = record_length(*create(info.name));
   std::cout << info.name << (length > 0 ? ", record of " + std::to_string(length) + " bytes" : "") << '\n';
   std::vector<std::vector<Json>> rows;
   for (const Member& m : info.members) {
     constexpr std::string_view kinds[]{"property", "method", "event"};
-    std::string notes(m.read_only ? "read-only" : m.by_reference ? "set by reference" : "");
-    rows.push_back(
-        {kinds[static_cast<size_t>(m.kind)], signature(m), std::string(type_name(m.type)), std::string(m.unit), notes});
+    const std::string notes = notes_of(m);
+    rows.push_back({kinds[static_cast<size_t>(m.kind)], signature(m), std::string(type_name(m.type)),
+                    std::string(shown_unit(m.unit)), notes});
   }
   print_table({"kind", "member", "type", "unit", ""}, rows);
+  for (const Member& m : info.members) show_catalogued(m);
 }
 
 /// Error `UsageError` for a word that names neither.

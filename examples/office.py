@@ -12,6 +12,7 @@ import tarn
 from job import open_project
 
 HERE = pathlib.Path(__file__).parent
+N, E, S, W, HORIZONTAL = 1, 5, 9, 13, 17  # exposures, docs/codes.md
 FRAME_TYPE = 3  # 18 % of the window at 0.4 Btu/(hr.ft2.F)
 PEAK, NORMAL, OFF_PEAK = 1, 3, 4  # periods of the day
 RATE = 2  # a schedule of such periods
@@ -117,20 +118,20 @@ def make_schedules(project):
 
 
 def make_spaces(project):
-    """Four perimeter rooms around a core; exposures 1 to 4 are south, west, north, east here."""
+    """Four perimeter rooms around a core."""
     door, shade = project.NewDoor(), project.NewShade()
     door.CreateDefault()
     door.Save()
     shade.CreateDefault()
     shade.Name, shade.OvhgExt = "2 ft overhang", 2.0
     shade.Save()
-    rooms = [("South office", 1, 1, 900, 4), ("West office", 2, 2, 600, 3), ("North office", 3, 2, 900, 4), ("East office", 4, 3, 600, 3)]
+    rooms = [("South office", S, 1, 900, 4), ("West office", W, 2, 600, 3), ("North office", N, 2, 900, 4), ("East office", E, 3, 600, 3)]
     for name, exposure, wall_type, area, windows in rooms:
         space = new_space(project, name, area)
         wall = space.GetWall(1)
         wall.Exposure, wall.WallType, wall.GrossArea = exposure, wall_type, area / 2
-        wall.WindowType[1], wall.WindowQty[1], wall.WindowShade[1] = 6, windows, shade.Index if exposure == 1 else 0
-        if exposure == 1:
+        wall.WindowType[1], wall.WindowQty[1], wall.WindowShade[1] = 6, windows, shade.Index if exposure == S else 0
+        if exposure == S:
             wall.DoorType, wall.DoorQty = door.Index, 1
         space.Save()
     new_space(project, "Core", 2400).Save()
@@ -141,7 +142,7 @@ def new_space(project, name, area):
     space.CreateDefault()
     space.Name, space.FloorArea = name, area
     roof = space.GetRoof(1)
-    roof.Exposure, roof.RoofType, roof.GrossArea = 9, 1, area
+    roof.Exposure, roof.RoofType, roof.GrossArea = HORIZONTAL, 1, area
     space.GetPeople().Schedule = 1
     space.GetLight().OverheadSchedule = 2
     return space

@@ -62,8 +62,8 @@ def bypass(entering, leaving):
 
 
 def sun(exposure, hour):
-    """Solar heat through clear glass, Btu/(hr.ft2). Exposures 1 to 4 are south, west, north, east; each has its own peak hour."""
-    peak = {1: (13, 90), 2: (17, 160), 3: (13, 25), 4: (9, 160)}.get(exposure, (13, 0))
+    """Solar heat through clear glass, Btu/(hr.ft2). Exposures by docs/codes.md: south, west, north and east; each has its own peak hour."""
+    peak = {9: (13, 90), 13: (17, 160), 1: (13, 25), 5: (9, 160)}.get(exposure, (13, 0))
     return max(0.0, peak[1] * cos((hour - peak[0]) * pi / 9)) if 6 <= hour <= 19 else 0.0
 
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "cli/units.h"
 #include "cli/views/form.h"
 #include "cli/views/pictures.h"
 #include "reflect/json.h"
@@ -59,8 +60,9 @@ void show_inputs(Database& database, BLD_Inputs& inputs) {
                       real(inputs.MEMaxPower(piece)), inputs.MEProcess(piece) ? "yes" : "no",
                       element(database, inputs, "MESchedule", piece)};
             });
-  std::cout << "\npower factor " << shown(real(inputs.BldgPowerFactor)) << ", " << shown(real(inputs.AddBldgFloorArea))
-            << " ft2 besides the systems', electric generation " << shown(real(inputs.ElecGenEfficiency)) << " %\n";
+  std::cout << "\npower factor " << shown(real(inputs.BldgPowerFactor)) << ", "
+            << quantity(inputs.AddBldgFloorArea, "ft2") << " besides the systems', electric generation "
+            << shown(real(inputs.ElecGenEfficiency)) << " %\n";
 }
 
 using Months = Array<R8, kMeters, 12>;
@@ -105,9 +107,10 @@ void show_components(const BLD_Results& results, const std::string& money) {
     const double site = results.AnnSiteEnComp(c), cost = results.AnnCostComp(c);
     if (site != 0 || cost != 0)
       table.add({std::string(text_of(labels<BLD_SystemComponents>, static_cast<int16_t>(c)))},
-                {site, results.AnnSrceEnComp(c), cost});
+                {shown_value(site, "kBtu"), shown_value(results.AnnSrceEnComp(c), "kBtu"), cost});
   }
-  table.print({"component, a year", "site, kBtu", "source, kBtu", "cost, " + money}, "lrrr");
+  const std::string energy(shown_unit("kBtu"));
+  table.print({"component, a year", "site, " + energy, "source, " + energy, "cost, " + money}, "lrrr");
 }
 
 void show_bills(const BLD_Results& results, const std::string& money) {
@@ -126,9 +129,9 @@ void show_bills(const BLD_Results& results, const std::string& money) {
 }
 
 void show_results(const BLD_Results& results) {
-  std::cout << "\nresults: " << results.Location.trimmed() << "; " << grouped(results.TotFlrArea, 0)
-            << " ft2, peak cooling load " << grouped(results.TotClgLoad, 1) << " tons, peak heating load "
-            << grouped(results.TotHtgLoad, 1) << " MBH; unmet hours " << grouped(results.UnmetClgHours, 0)
+  std::cout << "\nresults: " << results.Location.trimmed() << "; " << measure(results.TotFlrArea, "ft2")
+            << ", peak cooling load " << measure(results.TotClgLoad, "tons") << ", peak heating load "
+            << measure(results.TotHtgLoad, "MBH") << "; unmet hours " << grouped(results.UnmetClgHours, 0)
             << " cooling, " << grouped(results.UnmetHtgHours, 0) << " heating\n";
   const std::string money = results.CurrSymbol.trimmed();
   show_components(results, money);

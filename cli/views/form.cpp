@@ -4,9 +4,11 @@
 #include <cmath>
 #include <iostream>
 
+#include "cli/units.h"
 #include "reflect/json.h"
 #include "storage/links.h"
 #include "tarn/base/value.h"
+#include "tarn/code_names.h"
 
 namespace tarn::cli {
 namespace {
@@ -27,14 +29,14 @@ std::string name_of(Database& database, std::string_view kind, int16_t index) {
 std::string element_text(Database& database, Object& owner, const Member& field, Subscripts at) {
   Value value;
   field.get(owner, at, value);
-  std::string text = trimmed_text(to_json(value));
+  std::string text = trimmed_text(shown_element(owner, field, at));
   const auto* code = std::get_if<int16_t>(&value);
-  if (code && !field.labels.empty()) {
-    const auto labels = field.labels_of(owner);
+  if (const auto labels = code ? codes_of(owner, field) : std::span<const Label>(); !labels.empty()) {
     const auto label = std::find_if(labels.begin(), labels.end(), [&](const Label& l) { return l.code == *code; });
     if (label == labels.end()) return text;
     const std::string name(label->text.empty() ? label->name : label->text);
-    text = name.starts_with(text) ? name : text + "  " + name;  // "8. VAV" has its code
+    const bool has_code = name.starts_with(text + ".") || name.starts_with(text + " ");  // "8. VAV"
+    text = has_code ? name : text + "  " + name;
   }
   if (code && *code != 0 && !field.target_of(owner, at).empty())
     text += "  " + name_of(database, field.target_of(owner, at), *code);
@@ -62,8 +64,9 @@ std::string array_text(Database& database, Object& owner, const Member& field) {
     Value value;
     field.get(owner, at, value);
     if (type_of(value) == ValueType::Text) return;
-    least = std::min(least, real_from(value));
-    most = std::max(most, real_from(value));
+    const double shown = shown_value(real_from(value), unit_of(owner, field));
+    least = std::min(least, shown);
+    most = std::max(most, shown);
   });
   const std::string count = std::to_string(texts.size());
   if (std::count(texts.begin(), texts.end(), texts.front()) == static_cast<ptrdiff_t>(texts.size()))
@@ -76,12 +79,11 @@ std::string array_text(Database& database, Object& owner, const Member& field) {
   return line;
 }
 
-void add_field(Rows& rows, Database& database, Object& owner, const Member& field, const UnitOf& unit_of) {
+void add_field(Rows& rows, Database& database, Object& owner, const Member& field) {
   const std::string text = !field.indexed()          ? element_text(database, owner, field, {})
                            : field.refers_to.empty() ? array_text(database, owner, field)
                                                      : references_text(database, owner, field);
-  const std::string_view unit = unit_of ? unit_of(field) : "";
-  rows.push_back({std::string(field.name), text, std::string(unit.empty() ? field.unit : unit)});
+  rows.push_back({std::string(field.name), text, std::string(shown_unit(unit_of(owner, field)))});
 }
 
 }  // namespace
@@ -100,10 +102,10 @@ bool is_blank(Object& part) {
   return blank;
 }
 
-void show_fields(Database& database, Object& object, const UnitOf& unit_of) {
+void show_fields(Database& database, Object& object) {
   Rows rows;
   for (const Member& member : object.info().members) {
-    if (member.stored()) add_field(rows, database, object, member, unit_of);
+    if (member.stored()) add_field(rows, database, object, member);
   }
   if (!rows.empty()) print_table({"property", "value", "unit"}, rows);
 }
@@ -127,6 +129,17 @@ void show_form(Database& database, Object& object) {
   }
 }
 
+namespace {
+
+/// The unit that a property has in all objects; none where they differ.
+std::string_view common_unit(const std::vector<Titled>& objects, const Member& member) {
+  const std::string_view first = shown_unit(unit_of(*objects.front().object, member));
+  const auto same = [&](const Titled& each) { return shown_unit(unit_of(*each.object, member)) == first; };
+  return std::all_of(objects.begin(), objects.end(), same) ? first : std::string_view();
+}
+
+}  // namespace
+
 void show_side_by_side(Database& database, const std::string& what, const std::vector<Titled>& objects) {
   if (objects.empty()) return;
   std::vector<std::string> heads{what};
@@ -134,13 +147,18 @@ void show_side_by_side(Database& database, const std::string& what, const std::v
   for (const Member& member : objects.front().object->info().members) {
     if (!member.stored() || member.indexed()) continue;
     fields.push_back(&member);
-    heads.push_back(std::string(member.name) + (member.unit.empty() ? "" : ", " + std::string(member.unit)));
+    const std::string unit(common_unit(objects, member));
+    heads.push_back(std::string(member.name) + (unit.empty() ? "" : ", " + unit));
   }
   Rows rows;
   for (const auto& [title, object] : objects) {
     auto& row = rows.emplace_back();
     row.emplace_back(title);
-    for (const Member* field : fields) row.emplace_back(element_text(database, *object, *field, {}));
+    for (const Member* field : fields) {
+      const std::string_view unit = shown_unit(unit_of(*object, *field));
+      const bool in_head = unit.empty() || unit == common_unit(objects, *field);
+      row.emplace_back(element_text(database, *object, *field, {}) + (in_head ? "" : " " + std::string(unit)));
+    }
   }
   if (objects.size() > 2) return print_table(heads, rows);
   Rows turned;

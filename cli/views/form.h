@@ -1,7 +1,6 @@
 // Objects as forms a person reads, by their members tables alone.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,11 +15,8 @@ std::string element_text(Database& database, Object& owner, const Member& field,
 /// Whether nothing is set in a part: a slot that is not in use.
 bool is_blank(Object& part);
 
-/// The unit of a field where another decides it, empty where the members table has it.
-using UnitOf = std::function<std::string_view(const Member&)>;
-
 /// The fields of an object, without its parts.
-void show_fields(Database& database, Object& object, const UnitOf& unit_of = {});
+void show_fields(Database& database, Object& object);
 /// The fields, then each part under a heading of its own, blank ones in a line.
 void show_form(Database& database, Object& object);
 

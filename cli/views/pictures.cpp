@@ -5,6 +5,7 @@
 #include <iostream>
 #include <map>
 
+#include "cli/units.h"
 #include "cli/views/form.h"
 #include "reflect/json.h"
 #include "tarn/construction.h"
@@ -20,24 +21,29 @@ constexpr double kTolerableDeviation = 0.01;  // of a stored U-value from that o
 // ---- walls and roofs
 
 /// A stored value and the computed one; both are shown where they differ by more than the rounding of storage.
-std::string beside(double stored, double computed, const std::string& unit) {
+std::string beside(double stored, double computed, std::string_view unit) {
   const bool same = std::abs(stored - computed) <= 1e-5 * std::abs(computed);
-  const std::string first = shown(Json(stored)) + " " + unit;
-  return first +
-         (same ? ", as computed from the layers" : " stored, " + shown(Json(computed)) + " computed from the layers");
+  return quantity(stored, unit) +
+         (same ? ", as computed from the layers"
+               : " stored, " + shown(Json(shown_value(computed, unit))) + " computed from the layers");
 }
 
 void show_layers(CA_ConstructionAssly& construction) {
+  constexpr const char* kProperties[]{"Thickness",    "Conductivity",      "Density",
+                                      "SpecificHeat", "ThermalResistance", "Weight"};
   Rows rows;
   for (int slot = 1; slot <= construction.LayerCount(); ++slot) {
     const CA_Layer& layer = construction.layer(slot);
     if (!layer.LayerUsed) continue;
-    const auto real = [](float value) { return to_json(Value(value)); };
-    rows.push_back({Json(slot), Json(layer.Name.trimmed()), real(layer.ThicknessInches()), real(layer.Conductivity),
-                    real(layer.Density), real(layer.SpecificHeat), real(layer.ThermalResistance), real(layer.Weight)});
+    auto& row = rows.emplace_back();
+    row = {Json(slot), Json(layer.Name.trimmed())};
+    for (const char* property : kProperties) row.push_back(shown_element(layer, layer.info().find(property), {}));
   }
+  std::vector<std::string> heads{"slot", "layer"};
+  const ClassInfo& info = construction.layer(1).info();
+  for (const char* property : kProperties) heads.emplace_back(shown_unit(info.find(property).unit));
   std::cout << "outside\n";
-  print_table({"slot", "layer", "in", "Btu/(hr.ft.F)", "lb/ft3", "Btu/(lb.F)", "hr.ft2.F/Btu", "lb/ft2"}, rows);
+  print_table(heads, rows);
   std::cout << "inside\n\n";
 }
 
@@ -47,13 +53,14 @@ void tell_steady(const CA_ConstructionAssly& construction) {
   const double off = steady > 0 ? construction.OverallUValue / steady - 1 : 0;
   if (std::abs(off) <= kTolerableDeviation) return;
   std::printf(
-      "%-18sThe stored U-value is %.3g %% off that of the transfer functions, %.4g Btu/(hr.ft2.F).\n%-18sSet a "
+      "%-18sThe stored U-value is %.3g %% off that of the transfer functions, %s.\n%-18sSet a "
       "layer, or call ComputeSummary and Save, to make both agree with the layers.\n",
-      "", off * 100, steady, "");
+      "", off * 100, quantity(steady, "Btu/(hr.ft2.F)").c_str(), "");
 }
 
 void show_construction(Database&, StoredEntity& entity) {
   auto& construction = dynamic_cast<CA_ConstructionAssly&>(entity);
+  constexpr std::string_view kFlux = "Btu/(hr.ft2.F)";
   std::cout << construction.Name.trimmed() << "\n\n";
   show_layers(construction);
   const auto real = [](const R4& value) { return shown(to_json(Value(float{value}))); };
@@ -62,16 +69,17 @@ void show_construction(Database&, StoredEntity& entity) {
   line("U-value", beside(construction.OverallUValue, construction.layers_u_value(), "Btu/(hr.ft2.F)"));
   tell_steady(construction);
   line("weight", beside(construction.OverallWeight, construction.layers_weight(), "lb/ft2"));
-  line("thickness", shown(to_json(Value(construction.GetTotalThickness()))) + " in");
+  line("thickness", quantity(construction.GetTotalThickness(), "in"));
   line("outside surface", "absorptivity " + real(construction.Absorptivity) + ", color " +
                               std::to_string(construction.Color) + ", resistance " +
-                              real(construction.OutsideSurfaceResistance) + " hr.ft2.F/Btu");
-  line("inside surface", "resistance " + real(construction.InsideSurfaceResistance) + " hr.ft2.F/Btu");
+                              quantity(construction.OutsideSurfaceResistance, "hr.ft2.F/Btu"));
+  line("inside surface", "resistance " + quantity(construction.InsideSurfaceResistance, "hr.ft2.F/Btu"));
   std::fflush(stdout);
-  std::cout << "\ntransfer functions, Btu/(hr.ft2.F), sum of c " << shown(Json(double{construction.CTrans})) << '\n';
+  std::cout << "\ntransfer functions, " << shown_unit(kFlux) << ", sum of c "
+            << shown(Json(shown_value(construction.CTrans, kFlux))) << '\n';
   Rows terms;
   for (int i = 1; i <= construction.CoeffUBound(); ++i)
-    terms.push_back({Json(i), Json(double{construction.BTrans(i)}), Json(double{construction.DTrans(i)})});
+    terms.push_back({Json(i), Json(shown_value(construction.BTrans(i), kFlux)), Json(double{construction.DTrans(i)})});
   print_table({"n", "b", "d"}, terms);
   try {
     const Accuracy accuracy = construction.coefficient_accuracy();

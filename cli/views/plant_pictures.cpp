@@ -1,10 +1,11 @@
 // Chillers and plants as their input forms show them.
 #include <algorithm>
+#include <array>
 #include <iostream>
 
+#include "cli/units.h"
 #include "cli/views/form.h"
 #include "cli/views/pictures.h"
-#include "plant/chiller_map.h"
 #include "reflect/json.h"
 #include "tarn/base/value.h"
 #include "tarn/chiller.h"
@@ -17,25 +18,24 @@ std::string text(Database& database, Object& object, std::string_view field) {
   return element_text(database, object, object.info().find(field), {});
 }
 
-Json real(float value) { return to_json(Value(value)); }
-
 // ---- chillers
 
-void show_map(const CHL_OperatingMode& mode, const std::string& what, const Array<R4, kMapRows, kMapColumns>& values) {
+void show_map(const CHL_OperatingMode& mode, const std::string& what, std::string_view property) {
+  const Member &values = mode.info().find(property), &entering = mode.info().find("MapRowHeading");
   const int rows = std::clamp<int>(mode.NumRows(), 0, kMapRows),
             columns = std::clamp<int>(mode.NumColumns(), 0, kMapColumns);
   if (rows == 0 || columns == 0) return;
   const bool stages = CHL_MapDataTypes{mode.ColumnDataType} == CHL_MapDataTypes::DT_CHILLER_UNLOADING_STAGES;
-  std::vector<std::string> heads{"entering F"};
+  std::vector<std::string> heads{"entering " + std::string(shown_unit(entering.unit))};
   for (int c = 1; c <= columns; ++c)
     heads.push_back((stages ? "stage " : "") + std::to_string(mode.MapColumnHeading(c)) + (stages ? "" : " %"));
   std::vector<std::vector<Json>> table;
   for (int r = 1; r <= rows; ++r) {
     auto& row = table.emplace_back();
-    row.push_back(real(mode.MapRowHeading(r)));
-    for (int c = 1; c <= columns; ++c) row.push_back(real(values(r, c)));
+    row.push_back(shown_element(mode, entering, std::array{r}));
+    for (int c = 1; c <= columns; ++c) row.push_back(shown_element(mode, values, std::array{r, c}));
   }
-  std::cout << '\n' << what << '\n';
+  std::cout << '\n' << what << ", " << shown_unit(unit_of(mode, values)) << '\n';
   print_table(heads, table);
 }
 
@@ -95,8 +95,7 @@ void show_loops(Database& database, PLT_Details& details) {
 
 void show_chiller(Database& database, StoredEntity& entity) {
   auto& chiller = dynamic_cast<CHL_Chiller&>(entity);
-  show_fields(database, chiller,
-              [&](const Member& field) { return field.name == "IPLV" ? iplv_unit(chiller) : std::string_view(); });
+  show_fields(database, chiller);
   for (CHL_OperatingMode* mode : {&chiller.CoolingMode, &chiller.HeatRecoveryMode, &chiller.HeatingMode}) {
     std::cout << '\n' << mode->Name();
     if (is_blank(*mode)) {
@@ -104,14 +103,9 @@ void show_chiller(Database& database, StoredEntity& entity) {
       continue;
     }
     std::cout << '\n';
-    const ModeUnits units = units_of(chiller, *mode);
-    show_fields(database, *mode, [&units](const Member& field) -> std::string_view {
-      if (field.name == "FLPower") return units.power;
-      if (field.name.starts_with("MapPower")) return units.map_power;
-      return field.name.ends_with("Capacity") || field.name == "MapCapacityArray" ? units.capacity : "";
-    });
-    show_map(*mode, "capacity, " + std::string(units.capacity), mode->MapCapacity);
-    show_map(*mode, "power, " + std::string(units.map_power), mode->MapPower);
+    show_fields(database, *mode);
+    show_map(*mode, "capacity", "MapCapacity");
+    show_map(*mode, "power", "MapPower");
   }
 }
 

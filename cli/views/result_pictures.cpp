@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "cli/command.h"
+#include "cli/units.h"
 #include "reflect/json.h"
 #include "tarn/base/value.h"
 #include "weather/calendar.h"
@@ -15,18 +16,6 @@ namespace tarn::cli {
 namespace {
 
 using Rows = std::vector<std::vector<Json>>;
-
-int decimals_of(std::string_view unit) {
-  constexpr std::pair<std::string_view, int> kDecimals[]{
-      {"F", 1},       {"Btu/hr", 0},  {"CFM", 0},  {"gpm", 1},     {"%", 0},         {"ft2", 0},    {"people", 0},
-      {"ft2/ton", 0}, {"CFM/ton", 0}, {"W", 0},    {"kW", 2},      {"bhp", 2},       {"in. wg", 2}, {"lb/lb", 5},
-      {"lb/hr", 1},   {"ft", 0},      {"tons", 1}, {"CFM/ft2", 2}, {"CFM/person", 1}};
-  const auto* found = std::ranges::find(kDecimals, unit, &std::pair<std::string_view, int>::first);
-  return found == std::end(kDecimals) ? 2 : found->second;
-}
-
-/// As many decimals as the unit deserves.
-std::string figure(double value, std::string_view unit) { return grouped(value, decimals_of(unit)); }
 
 std::string field_text(Object& object, const Member& field) {
   Value value;
@@ -77,7 +66,7 @@ std::vector<std::string> lines_of(Object& object, const Block& block, std::span<
     blank = blank && real_from(value) == 0;
     const std::string name = words_of(field.name.substr(block.prefix.size())), text = field_text(object, field);
     const size_t gap = name.size() + text.size() < 32 ? 32 - name.size() - text.size() : 1;
-    lines.push_back("  " + name + std::string(gap, ' ') + text + " " + std::string(field.unit));
+    lines.push_back("  " + name + std::string(gap, ' ') + text + " " + std::string(shown_unit(field.unit)));
   }
   if (blank) return {};
   lines.insert(lines.begin(), std::string(block.title));
@@ -138,7 +127,8 @@ void print_fields(const std::vector<std::string>& heads, const std::vector<std::
   if (objects.empty()) return;
   const size_t texts = objects.front().first.size();
   std::vector<Json> units(texts, Json(""));
-  for (const std::string& field : fields) units.emplace_back(objects.front().second->info().find(field).unit);
+  for (const std::string& field : fields)
+    units.emplace_back(shown_unit(objects.front().second->info().find(field).unit));
   Rows rows;
   for (const auto& [before, object] : objects) {
     auto& row = rows.emplace_back(before);
@@ -188,14 +178,13 @@ std::string component_cell(const LoadColumn& column, int component) {
   const float value = column.values(component);
   if (value == 0) return "";
   if (column.total) return figure(value, "Btu/hr");
-  const std::string_view unit = detail_unit(component);
-  return figure(value, unit) + (unit.empty() ? "" : " " + std::string(unit));
+  return measure(value, detail_unit(component));
 }
 
 /// The sum of the column's values as they are printed, rounded, so that it adds up on paper.
 double total_of(const LoadColumn& column) {
   double sum = 0;
-  for (const R4& value : column.values.items) sum += std::nearbyint(value);
+  for (const R4& value : column.values.items) sum += std::nearbyint(shown_value(value, "Btu/hr"));
   return sum;
 }
 
@@ -208,8 +197,8 @@ void show_breakdown(const std::vector<LoadColumn>& all) {
     if (is_empty(column)) continue;
     columns.push_back(&column);
     heads.emplace_back(column.head);
-    units.emplace_back(column.total ? "Btu/hr" : "");
-    totals.emplace_back(column.total ? figure(total_of(column), "Btu/hr") : "");
+    units.emplace_back(column.total ? shown_unit("Btu/hr") : "");
+    totals.emplace_back(column.total ? grouped(total_of(column), 0) : "");
   }
   if (columns.empty()) {
     std::cout << "no loads\n";
@@ -225,13 +214,13 @@ void show_breakdown(const std::vector<LoadColumn>& all) {
   print_report(heads, units, rows, "l" + std::string(columns.size(), 'r'));
   for (const LoadColumn* column : columns) {
     if (!column->total) continue;
-    const double sum = total_of(*column), stored = *column->total;
+    const double sum = total_of(*column), stored = shown_value(*column->total, "Btu/hr");
     if (!(std::abs(stored - sum) <= kLoadComponents / 2.0 + 1e-4 * std::abs(sum)))
-      std::cout << "the file has " << figure(stored, "Btu/hr") << " Btu/hr as the total of " << column->head << '\n';
+      std::cout << "the file has " << measure(*column->total, "Btu/hr") << " as the total of " << column->head << '\n';
   }
 }
 
-std::string degrees(double value) { return figure(value, "F") + " F"; }
+std::string degrees(double value) { return measure(value, "F"); }
 
 template <typename R>
 void show_conditions(const R& loads, const std::optional<PeakHour>& peak) {
@@ -254,8 +243,8 @@ void show_loads(const ADL_DLAir& loads) {
   const auto load = [](double value) { return figure(value, "Btu/hr"); };
   constexpr double kBtuPerTon = 12000;
   std::cout << "central coils: cooling " << load(loads.ClgCoilSensible) << " sensible and " << load(loads.ClgCoilLatent)
-            << " latent, " << figure((loads.ClgCoilSensible + loads.ClgCoilLatent) / kBtuPerTon, "tons")
-            << " tons; heating " << load(loads.HtgCoilSensible) << " Btu/hr\n";
+            << " latent, " << measure((loads.ClgCoilSensible + loads.ClgCoilLatent) / kBtuPerTon, "tons")
+            << "; heating " << measure(loads.HtgCoilSensible, "Btu/hr") << '\n';
 }
 
 // ---- the air's way
@@ -274,13 +263,15 @@ void show_process(const ADL_AirSystemDesign& design) {
                     figure(ratio, "lb/lb"), figure(air.Airflow(point), "CFM"),
                     figure(air.SensibleChange(point), "Btu/hr"), figure(air.LatentChange(point), "Btu/hr")});
   }
-  std::cout << "\nair at " << hour_text(peak) << ", wet-bulbs at " << figure(design.Weather.Altitude, "ft") << " ft\n";
+  std::cout << "\nair at " << hour_text(peak) << ", wet-bulbs at " << measure(design.Weather.Altitude, "ft") << '\n';
   if (rows.empty()) {
     std::cout << "no states of the air\n";
     return;
   }
   print_report({"", "point", "dry-bulb", "wet-bulb", "humidity", "airflow", "sensible", "latent"},
-               {"", "", "F", "F", "lb/lb", "CFM", "Btu/hr", "Btu/hr"}, rows, "rlrrrrrr");
+               {"", "", shown_unit("F"), shown_unit("F"), shown_unit("lb/lb"), shown_unit("CFM"), shown_unit("Btu/hr"),
+                shown_unit("Btu/hr")},
+               rows, "rlrrrrrr");
 }
 
 }  // namespace

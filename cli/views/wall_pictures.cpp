@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "cli/units.h"
 #include "cli/views/svg.h"
 #include "envelope/transmission.h"
 
@@ -157,20 +158,24 @@ std::string section(const std::vector<Drawn>& layers) {
          label(kLeft - 12, kSectionBottom + 28, "slot", "text-anchor=\"end\" fill=\"#444\"");
 }
 
+/// Four digits that count, and no more decimals than five.
+std::string digits(double value) { return number(value, value < 0.1 ? 5 : value < 1 ? 3 : value < 100 ? 2 : 1); }
+
 /// The layers by slot, outside first: the name, the thickness and the resistance.
 std::string layer_list(const std::vector<Drawn>& layers) {
   constexpr double kLine = 28, kSwatch = 16, kInches = kListRight - 60;
   constexpr size_t kLetters = 32;
   const std::string right = "text-anchor=\"end\"", grey = " fill=\"#666\"";
   double y = kSectionTop - 10;
-  std::string out = label(kListLeft + 46, y, "layer", grey) + label(kInches, y, "in", right + grey) +
+  std::string out = label(kListLeft + 46, y, "layer", grey) +
+                    label(kInches, y, std::string(shown_unit("in")), right + grey) +
                     label(kListRight, y, "R-value", right + grey);
   for (const Drawn& each : layers) {
     y += kLine;
     out += box(kListLeft, y - 12, kSwatch, kSwatch, each) + label(kListLeft + 38, y, std::to_string(each.slot), right) +
            label(kListLeft + 46, y, svg::escaped(shortened(each.name, kLetters)), "font-size=\"11\"") +
-           (each.inches > 0 ? label(kInches, y, number(each.inches, each.inches < 1 ? 3 : 2), right) : "") +
-           label(kListRight, y, number(each.resistance, each.resistance < 0.1 ? 5 : 2), right);
+           (each.inches > 0 ? label(kInches, y, digits(shown_value(each.inches, "in")), right) : "") +
+           label(kListRight, y, digits(shown_value(each.resistance, "hr.ft2.F/Btu")), right);
   }
   return out;
 }
@@ -206,11 +211,10 @@ std::string temperature_lines(const std::vector<Drawn>& layers) {
            label(legend + 30, kKey, std::to_string(hour) + " h");
     legend += 76;
   }
-  out +=
-      label(legend + 4, kKey,
-            "temperatures on a sunny design day, repeated: at the outside, with the sun in it, " + number(kInside, 0) +
-                " to " + number(kInside + kSunny[12], 0) + " F, inside " + number(kInside, 0) + " F",
-            "fill=\"#444\"");
+  out += label(legend + 4, kKey,
+               "temperatures on a repeated sunny design day: outside, with the sun, " + figure(kInside, "F") + " to " +
+                   measure(kInside + kSunny[12], "F") + ", inside " + measure(kInside, "F"),
+               "fill=\"#444\"");
   return out + temperature_axis(scale);
 }
 
@@ -289,10 +293,10 @@ std::string pulse_chart(const CA_ConstructionAssly& construction) {
 std::string wall_picture(CA_ConstructionAssly& construction) {
   const std::vector<Drawn> layers = drawn_layers(construction);
   const std::string name = construction.Name.trimmed();
-  const std::string facts = "U " + number(double{construction.OverallUValue}, 4) + " Btu/(hr.ft2.F), " +
-                            number(double{construction.OverallWeight}) + " lb/ft2, " +
-                            number(double{construction.GetTotalThickness()}, 2) +
-                            " in; layers to scale, the darker the more heat they hold; those without mass dashed";
+  const std::string facts = "U " + quantity(construction.OverallUValue, "Btu/(hr.ft2.F)") + ", " +
+                            quantity(construction.OverallWeight, "lb/ft2") + ", " +
+                            quantity(construction.GetTotalThickness(), "in") +
+                            "; layers to scale, the darker the more heat they hold; those without mass dashed";
   return svg::page(kWidth, kHeight, kLeft, name + ": section and response", shortened(name, 80), facts,
                    section(layers) + layer_list(layers) + temperature_lines(layers) + pulse_chart(construction));
 }

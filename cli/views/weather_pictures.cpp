@@ -6,6 +6,7 @@
 
 #include "base/decimals.h"
 #include "cli/command.h"
+#include "cli/units.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
 
@@ -44,11 +45,11 @@ void show_site(const HW1ReaderWriter& year) {
   line("source", year.DataSource.trimmed() + " (type " + std::to_string(year.SourceType) + "), of " +
                      year.ModDate.trimmed() + "; " + years(year));
   line("site", "latitude " + hundredths(year.Latitude) + ", longitude " + hundredths(year.Longitude) +
-                   " deg, time-zone meridian " + tenths(year.TZMeridian) + " deg, elevation " + whole(year.Elevation) +
-                   " ft");
-  line("summer", tenths(year.SummerDB) + " F dry-bulb, " + tenths(year.SummerWB) + " F wet-bulb, daily range " +
-                     tenths(year.DailyRange) + " F");
-  line("winter", tenths(year.WinterDB) + " F dry-bulb");
+                   " deg, time-zone meridian " + tenths(year.TZMeridian) + " deg, elevation " +
+                   measure(year.Elevation, "ft"));
+  line("summer", measure(year.SummerDB, "F") + " dry-bulb, " + measure(year.SummerWB, "F") + " wet-bulb, daily range " +
+                     measure(year.DailyRange, "delta F"));
+  line("winter", measure(year.WinterDB, "F") + " dry-bulb");
   std::fflush(stdout);
 }
 
@@ -59,19 +60,22 @@ void show_statistics(const WTH_Stats& s) {
       return std::string(day < 10 ? " " : "") + std::to_string(day) + " " + short_month(month) + " " +
              std::to_string(hour) + "h";
     };
-    const auto degrees = [&](const auto& values) { return in_column(tenths(values(month))); };
+    const auto degrees = [&](const auto& values) { return in_column(figure(values(month), "F")); };
     const auto day = [&](const auto& values) { return in_column(std::to_string(values(month))); };
     const auto index = [&](const auto& values) { return in_column(hundredths(values(month))); };
-    const auto total = [&](const auto& values) { return in_column(whole(values(month))); };
+    const auto total = [&](const auto& values) {
+      return in_column(whole(shown_value(values(month), "Btu/(ft2.day)")));
+    };
     dry_bulbs.push_back({short_month(month), degrees(s.MaxDB), at(s.MaxDBDay(month), s.MaxDBHour(month)),
                          degrees(s.AvgMaxDB), degrees(s.AvgDB), degrees(s.AvgMinDB), degrees(s.MinDB),
                          at(s.MinDBDay(month), s.MinDBHour(month))});
     solar.push_back({short_month(month), total(s.MaxItot), day(s.MaxItotDay), total(s.AvgItot), total(s.MinItot),
                      day(s.MinItotDay), index(s.MaxKt), index(s.AvgKt), index(s.MinKt)});
   }
-  std::cout << "\ndry-bulb, F (averages of the days' extremes and of all hours)\n";
+  std::cout << "\ndry-bulb, " << shown_unit("F") << " (averages of the days' extremes and of all hours)\n";
   print_table({"", "  most", "on", "avg most", "average", "avg least", " least", "on"}, dry_bulbs);
-  std::cout << "\ntotal solar on the horizontal, Btu/(ft2.day), and clearness index of the days\n";
+  std::cout << "\ntotal solar on the horizontal, " << shown_unit("Btu/(ft2.day)")
+            << ", and clearness index of the days\n";
   print_table({"", "  most", "on day", "average", " least", "on day", "most Kt", "avg Kt", "least Kt"}, solar);
 }
 

@@ -13,8 +13,8 @@ namespace tarn {
 constexpr int kMapRows = 10, kMapColumns = 20;
 
 /// Capacities are in tons when cooling and MBH when heating; power is in kW, or in MBH for a chiller that burns fuel or
-/// takes heat, and per unit of capacity where its code says so (`units_of`). The map's rows are entering temperatures
-/// of the condenser.
+/// takes heat, and per unit of capacity where its code says so. The map's rows are entering temperatures of the
+/// condenser.
 struct OperatingModeRecord {
   R4 FLLeavingWaterTemp, FLEnteringTemp;  // F
   R4 FLCapacity;                          // tons when cooling, MBH when heating

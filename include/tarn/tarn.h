@@ -192,6 +192,14 @@ TARN_API const char* tarn_shipped_file(const char* name);
  * chiller is as it was. */
 TARN_API tarn_status tarn_import_chiller(tarn_object* chiller, const char* path, const char** notes);
 
+/* A value in another unit: tarn_convert(1.2, "m", "ft", &feet). Units are texts as tarn_describe gives them and as
+ * people write them; alone, "F" and "C" are temperatures, "delta F" and "K" differences of them. TARN_ERROR, whose
+ * description names what fits, for a text that is no unit and for a unit of something else. */
+TARN_API tarn_status tarn_convert(double value, const char* from, const char* to, double* out);
+/* The unit of a property's values in an object, in inch-pound units (`si` 0), as they are stored, or in the SI unit
+ * that engineers use for them (1). "" where there is none. Valid until the thread's next call of it. */
+TARN_API tarn_status tarn_unit(tarn_object* object, int32_t member, int32_t si, const char** unit);
+
 /* Makes a new index database with every table, which a client does first; an existing file is refused. */
 TARN_API tarn_status tarn_create_index(const char* path);
 /* Brings the record bytes of all committed saves of this thread to the disk now: before another program replaces record

@@ -37,16 +37,17 @@ const ClassInfo& AS_CoolData::info() const {
   using R = CoolingRecord;
   using C = AS_CoolData;
   static constexpr auto members = describe<C>(
-      Failures::Raised, property<&R::Used>, property<&R::SupAirSpec>, property<&R::SupAirVal>,
+      Failures::Raised, property<&R::Used>, property<&R::SupAirSpec>, property<&R::SupAirVal>.unit_by<&R::SupAirSpec>(),
       property<&R::SupAirReset>, property<&R::FanCycled>, property<&R::ResetTemp>("F"), property<&R::OAMinTemp>("F"),
       property<&R::OAMaxTemp>("F"), property<&R::Source>.codes(cooling_sources), property<&R::Schedule>,
       another<&R::Schedule>.named("AllSchedules"), property<&R::CoilBypass>, property<&R::UnoccCool>,
       property<&R::BypassFlowRate>, property<&R::ChangeoverTime>, property<&R::AutoSize>, property<&R::SizingFactor>,
-      property<&R::DesignET>("F"), property<&R::DesignCapacity>, property<&R::DesignPower>,
-      property<&R::DesignPowerUnits>, property<&R::DesignPowerOption>, property<&R::DXConfig>,
-      property<&R::CutoffOAT1>("F"), property<&R::LowTempControlUsed>, property<&R::CutoffOAT2>("F"),
-      property<&R::PerfModelType>, property<&R::PLR1Coeff>, property<&R::Cap1Coeff>, property<&R::CapCFM1Coeff>,
-      property<&R::Pow1Coeff>, property<&R::PowCFM1Coeff>, property<&R::LowTempCapMult>, property<&R::LowTempPowMult>);
+      property<&R::DesignET>("F"), property<&R::DesignCapacity>,
+      property<&R::DesignPower>.unit_by<&R::DesignPowerUnits>(), property<&R::DesignPowerUnits>,
+      property<&R::DesignPowerOption>, property<&R::DXConfig>, property<&R::CutoffOAT1>("F"),
+      property<&R::LowTempControlUsed>, property<&R::CutoffOAT2>("F"), property<&R::PerfModelType>,
+      property<&R::PLR1Coeff>, property<&R::Cap1Coeff>, property<&R::CapCFM1Coeff>, property<&R::Pow1Coeff>,
+      property<&R::PowCFM1Coeff>, property<&R::LowTempCapMult>, property<&R::LowTempPowMult>);
   static const ClassInfo info(members);
   return info;
 }
@@ -55,18 +56,18 @@ const ClassInfo& AS_HeatData::info() const {
   using R = HeatingRecord;
   using C = AS_HeatData;
   static constexpr auto members = describe<C>(
-      Failures::Raised, property<&R::Used>, property<&R::SupAirSpec>, property<&R::SupAirVal>,
+      Failures::Raised, property<&R::Used>, property<&R::SupAirSpec>, property<&R::SupAirVal>.unit_by<&R::SupAirSpec>(),
       property<&R::SupAirReset>, property<&R::FanCycled>, property<&R::ResetTemp>("F"), property<&R::OAMinTemp>("F"),
       property<&R::OAMaxTemp>("F"), property<&R::Source>, property<&R::Schedule>,
       another<&R::Schedule>.named("AllSchedules"), property<&R::AutoSize>, property<&R::SizingFactor>,
-      property<&R::DesignET>("F"), property<&R::DesignCapacity>, property<&R::DesignPower>,
-      property<&R::DesignPowerUnits>, property<&R::DesignPowerOption>,
-      property<&R::DirectHeatOption>.codes(direct_heat_options), property<&R::DXConfig>, property<&R::CutoffOAT>("F"),
-      property<&R::PerfModelType>, property<&R::PLR1Coeff>, property<&R::Cap1Coeff>, property<&R::CapCFM1Coeff>,
-      property<&R::Pow1Coeff>, property<&R::PowCFM1Coeff>, property<&R::Cap2Coeff>, property<&R::CapCFM2Coeff>,
-      property<&R::Pow2Coeff>, property<&R::PowCFM2Coeff>, property<&R::DirectHeatType>,
-      property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>,
-      property<&R::AuxHeatUpperCutoff>("F"));
+      property<&R::DesignET>("F"), property<&R::DesignCapacity>,
+      property<&R::DesignPower>.unit_by<&R::DesignPowerUnits>(), property<&R::DesignPowerUnits>,
+      property<&R::DesignPowerOption>, property<&R::DirectHeatOption>.codes(direct_heat_options),
+      property<&R::DXConfig>, property<&R::CutoffOAT>("F"), property<&R::PerfModelType>, property<&R::PLR1Coeff>,
+      property<&R::Cap1Coeff>, property<&R::CapCFM1Coeff>, property<&R::Pow1Coeff>, property<&R::PowCFM1Coeff>,
+      property<&R::Cap2Coeff>, property<&R::CapCFM2Coeff>, property<&R::Pow2Coeff>, property<&R::PowCFM2Coeff>,
+      property<&R::DirectHeatType>, property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>,
+      property<&R::DirectHeatMiscElec>, property<&R::AuxHeatUpperCutoff>("F"));
   static const ClassInfo info(members);
   return info;
 }
@@ -104,10 +105,10 @@ const ClassInfo& AS_FanData::info() const {
   using R = FanRecord;
   using C = AS_FanData;
   static constexpr auto members = describe<C>(
-      Failures::Raised, property<&R::Used>, property<&R::FanType>, property<&R::PerfUnits>, property<&R::Value>,
-      property<&R::Efficiency>, property<&R::Configuration>, property<&R::KWValue>, property<&R::AFactorUsed>,
-      property<&R::AFactorPD>("in. w.c."), property<&R::FanControl>, property<&R::UnoccFanControl>,
-      property<&R::LowSpeedFlow>, property<&R::MidSpeedFlow>, property<&R::UnoccFlow>);
+      Failures::Raised, property<&R::Used>, property<&R::FanType>, property<&R::PerfUnits>,
+      property<&R::Value>.unit_by<&R::PerfUnits>(), property<&R::Efficiency>, property<&R::Configuration>,
+      property<&R::KWValue>, property<&R::AFactorUsed>, property<&R::AFactorPD>("in. w.c."), property<&R::FanControl>,
+      property<&R::UnoccFanControl>, property<&R::LowSpeedFlow>, property<&R::MidSpeedFlow>, property<&R::UnoccFlow>);
   static const ClassInfo info(members);
   return info;
 }
@@ -124,18 +125,18 @@ const ClassInfo& AS_EconomizerData::info() const {
 const ClassInfo& AS_CoilData::info() const {
   using R = CoilRecord;
   using C = AS_CoilData;
-  static constexpr auto members =
-      describe<C>(Failures::Raised, property<&R::Used>, property<&R::Setpoint>("F"), property<&R::UnoccSetpoint>("F"),
-                  property<&R::DownStream>, property<&R::Source>.codes(C::sources), property<&R::Schedule>,
-                  another<&R::Schedule>.named("AllSchedules"), property<&R::CoilBypass>, property<&R::AutoSize>,
-                  property<&R::SizingFactor>, property<&R::DesignET>("F"), property<&R::DesignCapacity>,
-                  property<&R::DesignPower>, property<&R::DesignPowerUnits>, property<&R::DesignPowerOption>,
-                  property<&R::DirectHeatOption>.codes(direct_heat_options), property<&R::DXConfig>,
-                  property<&R::CutoffOAT1>("F"), property<&R::LowTempControlUsed>, property<&R::CutoffOAT2>("F"),
-                  property<&R::PerfModelType>, property<&R::PLR1Coeff>, property<&R::Cap1Coeff>,
-                  property<&R::CapCFM1Coeff>, property<&R::Pow1Coeff>, property<&R::PowCFM1Coeff>,
-                  property<&R::LowTempCapMult>, property<&R::LowTempPowMult>, property<&R::DirectHeatType>,
-                  property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>);
+  static constexpr auto members = describe<C>(
+      Failures::Raised, property<&R::Used>, property<&R::Setpoint>("F"), property<&R::UnoccSetpoint>("F"),
+      property<&R::DownStream>, property<&R::Source>.codes(C::sources), property<&R::Schedule>,
+      another<&R::Schedule>.named("AllSchedules"), property<&R::CoilBypass>, property<&R::AutoSize>,
+      property<&R::SizingFactor>, property<&R::DesignET>("F"), property<&R::DesignCapacity>,
+      property<&R::DesignPower>.unit_by<&R::DesignPowerUnits>(), property<&R::DesignPowerUnits>,
+      property<&R::DesignPowerOption>, property<&R::DirectHeatOption>.codes(direct_heat_options),
+      property<&R::DXConfig>, property<&R::CutoffOAT1>("F"), property<&R::LowTempControlUsed>,
+      property<&R::CutoffOAT2>("F"), property<&R::PerfModelType>, property<&R::PLR1Coeff>, property<&R::Cap1Coeff>,
+      property<&R::CapCFM1Coeff>, property<&R::Pow1Coeff>, property<&R::PowCFM1Coeff>, property<&R::LowTempCapMult>,
+      property<&R::LowTempPowMult>, property<&R::DirectHeatType>, property<&R::DirectHeatCapacity>,
+      property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>);
   static const ClassInfo info(members);
   return info;
 }
@@ -198,8 +199,8 @@ const ClassInfo& AS_WCSystemData::info() const {
       describe<C>(Failures::Raised, property<&R::LoopConfig>, property<&R::TowerID>.refers_to("Tower"),
                   property<&R::BoilerID>.refers_to("Boiler"), property<&R::LoopMaxSetpt>("F"),
                   property<&R::LoopMinSetpt>("F"), property<&R::FreeCoolingUsed>, property<&R::FreeCoolingType>,
-                  property<&R::HXApproach>("F"), property<&R::CondPumpPerf>, property<&R::CondPumpUnits>,
-                  property<&R::CondPumpMechEff>, property<&R::CondPumpElecEff>);
+                  property<&R::HXApproach>("delta F"), property<&R::CondPumpPerf>.unit_by<&R::CondPumpUnits>(),
+                  property<&R::CondPumpUnits>, property<&R::CondPumpMechEff>, property<&R::CondPumpElecEff>);
   static const ClassInfo info(members);
   return info;
 }
@@ -207,14 +208,15 @@ const ClassInfo& AS_WCSystemData::info() const {
 const ClassInfo& AS_SplitSystemData::info() const {
   using R = SplitSystemRecord;
   using C = AS_SplitSystemData;
-  static constexpr auto members = describe<C>(
-      Failures::Raised, property<&R::AutoSize>, property<&R::ClgSizingFactor>, property<&R::HtgSizingFactor>,
-      property<&R::CompressorType>, property<&R::HeatRecoveryUsed>, property<&R::MinimumLoad>,
-      property<&R::PipeLength>("ft"), property<&R::PipeHeight>("ft"), property<&R::DesignPowerOption>,
-      property<&R::ClgDesignOADB>("F"), property<&R::ClgDesignCapacity>, property<&R::ClgDesignPowerUnits>,
-      property<&R::ClgDesignPower>, property<&R::HtgDesignOADB>("F"), property<&R::HtgDesignCapacity>,
-      property<&R::HtgDesignPowerUnits>, property<&R::HtgDesignPower>, property<&R::HtgCutoffOADB>("F"),
-      property<&R::DirectHeatType>, property<&R::AuxHeatUpperCutoff>("F"));
+  static constexpr auto members =
+      describe<C>(Failures::Raised, property<&R::AutoSize>, property<&R::ClgSizingFactor>,
+                  property<&R::HtgSizingFactor>, property<&R::CompressorType>, property<&R::HeatRecoveryUsed>,
+                  property<&R::MinimumLoad>, property<&R::PipeLength>("ft"), property<&R::PipeHeight>("ft"),
+                  property<&R::DesignPowerOption>, property<&R::ClgDesignOADB>("F"), property<&R::ClgDesignCapacity>,
+                  property<&R::ClgDesignPowerUnits>, property<&R::ClgDesignPower>.unit_by<&R::ClgDesignPowerUnits>(),
+                  property<&R::HtgDesignOADB>("F"), property<&R::HtgDesignCapacity>, property<&R::HtgDesignPowerUnits>,
+                  property<&R::HtgDesignPower>.unit_by<&R::HtgDesignPowerUnits>(), property<&R::HtgCutoffOADB>("F"),
+                  property<&R::DirectHeatType>, property<&R::AuxHeatUpperCutoff>("F"));
   static const ClassInfo info(members);
   return info;
 }
@@ -224,7 +226,7 @@ const ClassInfo& AS_ChangeoverControl::info() const {
   using C = AS_ChangeoverControl;
   static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::Begin>.reserved(), property<&R::Used>, property<&R::Trigger>,
-                  property<&R::OATThreshold>("F"), property<&R::Deadband>("F"), property<&R::MinCycleTime>,
+                  property<&R::OATThreshold>("F"), property<&R::Deadband>("delta F"), property<&R::MinCycleTime>,
                   property<&R::End>.reserved());
   static const ClassInfo info(members);
   return info;
@@ -238,20 +240,22 @@ const ClassInfo& AS_ZoneData::info() const {
       another<&R::SpaceID>.named("AllSpaces"), another<&R::SpaceMultiplier>.named("AllMultipliers"),
       property<&R::SpaceMultiplier>, property<&R::TotalSpacesInZone>, property<&R::AllZoneTstatSame>,
       property<&R::OccCoolSetpt>("F"), property<&R::UnoccCoolSetpt>("F"), property<&R::OccHeatSetpt>("F"),
-      property<&R::UnoccHeatSetpt>("F"), property<&R::TstatRange>("F"), property<&R::DiversityFactor>,
-      property<&R::AirRateSpec>, property<&R::ExhaustAirRate>, property<&R::ExhaustFanKW>("kW"),
-      property<&R::AllZoneHtgUnitsSame>, property<&R::HeatUnitType>, property<&R::HeatUnitTripTemp>("F"),
-      property<&R::HeatUnitSupTemp>("F"), property<&R::HeatUnitFanSpec>, property<&R::HeatUnitFanVal>,
-      property<&R::HeatUnitFanEff>, property<&R::AllZoneTermsSame>, property<&R::TermType>,
-      property<&R::AirDistribution>, property<&R::AirDistributionEffectivenessSpec>,
-      property<&R::AirDistributionEffectiveness>, property<&R::CoilBypass>, property<&R::AirflowRatio>,
-      property<&R::MinAirSpec>, property<&R::MinAirValue>, property<&R::MinDamperPos>, property<&R::ReheatCoil>,
-      property<&R::TermFanSpec>, property<&R::TermFanVal>, property<&R::TermFanEff>, property<&R::TermSupTemp>("F"),
-      property<&R::AllZoneTermClgSame>, property<&R::ClgAutoSize>, property<&R::ClgDesignSizingFactor>,
-      property<&R::ClgDesignET>("F"), property<&R::ClgDesignCapacity>, property<&R::ClgDesignPower>,
-      property<&R::ClgDesignPowerUnits>, property<&R::ClgDesignPowerOption>, property<&R::ClgCutoffOAT>("F"),
-      property<&R::AllZoneTermHtgSame>, property<&R::HtgAutoSize>, property<&R::HtgDesignSizingFactor>,
-      property<&R::HtgDesignET>("F"), property<&R::HtgDesignCapacity>, property<&R::HtgDesignPower>,
+      property<&R::UnoccHeatSetpt>("F"), property<&R::TstatRange>("delta F"), property<&R::DiversityFactor>,
+      property<&R::AirRateSpec>, property<&R::ExhaustAirRate>.unit_by<&R::AirRateSpec>(),
+      property<&R::ExhaustFanKW>("kW"), property<&R::AllZoneHtgUnitsSame>, property<&R::HeatUnitType>,
+      property<&R::HeatUnitTripTemp>("F"), property<&R::HeatUnitSupTemp>("F"), property<&R::HeatUnitFanSpec>,
+      property<&R::HeatUnitFanVal>.unit_by<&R::HeatUnitFanSpec>(), property<&R::HeatUnitFanEff>,
+      property<&R::AllZoneTermsSame>, property<&R::TermType>, property<&R::AirDistribution>,
+      property<&R::AirDistributionEffectivenessSpec>, property<&R::AirDistributionEffectiveness>,
+      property<&R::CoilBypass>, property<&R::AirflowRatio>, property<&R::MinAirSpec>,
+      property<&R::MinAirValue>.unit_by<&R::MinAirSpec>(), property<&R::MinDamperPos>, property<&R::ReheatCoil>,
+      property<&R::TermFanSpec>, property<&R::TermFanVal>.unit_by<&R::TermFanSpec>(), property<&R::TermFanEff>,
+      property<&R::TermSupTemp>("F"), property<&R::AllZoneTermClgSame>, property<&R::ClgAutoSize>,
+      property<&R::ClgDesignSizingFactor>, property<&R::ClgDesignET>("F"), property<&R::ClgDesignCapacity>,
+      property<&R::ClgDesignPower>.unit_by<&R::ClgDesignPowerUnits>(), property<&R::ClgDesignPowerUnits>,
+      property<&R::ClgDesignPowerOption>, property<&R::ClgCutoffOAT>("F"), property<&R::AllZoneTermHtgSame>,
+      property<&R::HtgAutoSize>, property<&R::HtgDesignSizingFactor>, property<&R::HtgDesignET>("F"),
+      property<&R::HtgDesignCapacity>, property<&R::HtgDesignPower>.unit_by<&R::HtgDesignPowerUnits>(),
       property<&R::HtgDesignPowerUnits>, property<&R::HtgDesignPowerOption>,
       property<&R::DirectHeatOption>.codes(direct_heat_options), property<&R::HtgCutoffOAT>("F"),
       property<&R::DirectHeatCapacity>, property<&R::DirectHeatEff>, property<&R::DirectHeatMiscElec>);

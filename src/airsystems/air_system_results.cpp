@@ -11,9 +11,9 @@ const ClassInfo& AS_AirSizing::info() const {
       Failures::Raised, property<&R::CoolingSupplyTemp>("F"), property<&R::CoolingTermTemp>("F"),
       property<&R::HeatingSupplyTemp>("F"), property<&R::SupplyFan1CFM>("cfm"), property<&R::SupplyFan2CFM>("cfm"),
       property<&R::VentCFM>("cfm"), property<&R::ExhaustCFM>("cfm"), property<&R::FloorArea>("ft2"),
-      property<&R::SizingMethod>, property<&R::Source>, property<&R::CWDeltaT>("F"), property<&R::HWDeltaT>("F"),
-      property<&R::CalcStartMonth>, property<&R::CalcEndMonth>, property<&R::SDLSForPeakHour>, property<&R::SDLSMonth>,
-      property<&R::SDLSHour>);
+      property<&R::SizingMethod>, property<&R::Source>, property<&R::CWDeltaT>("delta F"),
+      property<&R::HWDeltaT>("delta F"), property<&R::CalcStartMonth>, property<&R::CalcEndMonth>,
+      property<&R::SDLSForPeakHour>, property<&R::SDLSMonth>, property<&R::SDLSHour>);
   static const ClassInfo info(members);
   return info;
 }

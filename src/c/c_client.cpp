@@ -14,6 +14,7 @@
 #include "tarn/chiller.h"
 #include "tarn/chiller_import.h"
 #include "tarn/class_list.h"
+#include "tarn/member_units.h"
 #include "tarn/platform/database.h"
 #include "tarn/platform/workspace.h"
 
@@ -168,6 +169,20 @@ tarn_status tarn_import_chiller(tarn_object* chiller, const char* path, const ch
     all.clear();
     for (const std::string& note : import_chiller(*object, required_text(path))) all += note + '\n';
     if (notes) *notes = all.c_str();
+  });
+}
+
+tarn_status tarn_convert(double value, const char* from, const char* to, double* out) {
+  return guarded(thread_error, [&] { required(out) = convert(value, required_text(from), required_text(to)); });
+}
+
+tarn_status tarn_unit(tarn_object* object, int32_t member, int32_t si, const char** unit) {
+  return on_object(object, [&](HandleSlot& slot) {
+    thread_local std::string text;
+    const char*& out = required(unit);
+    const auto system = si != 0 ? UnitSystem::SI : UnitSystem::InchPound;
+    text = unit_in(system, unit_of(*slot.fast, member_at(*slot.info, member)));
+    out = text.c_str();
   });
 }
 

@@ -24,7 +24,7 @@ Kind kind_of(std::string_view word) {
           .missing_row_message = "Cannot find assembly record in DB for index: ",
           .columns = {summary<C, &ConstructionRecord::OverallUValue>("fOverallUValue"),
                       summary<C, &ConstructionRecord::OverallWeight>("fOverallWeight"),
-                      computed<C, &C::GetTotalThickness>("fThickness")},
+                      computed<C, &C::GetTotalThickness>("fThickness", "in")},
           .reach = roof ? Reach::through_spaces("Space_Roof_Links", "Roof_ID")
                         : Reach::through_spaces("Space_Wall_Links", "Wall_ID"),
           .saved_anew = true};

@@ -13,6 +13,7 @@
 #include "reflect/json_text.h"
 #include "storage/kind.h"
 #include "tarn/base/log.h"
+#include "tarn/code_names.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/preferences.h"
 
@@ -281,7 +282,7 @@ class Import {
 
   void fields(Object& object, const Json& json, std::string_view beside, bool follow) {
     const std::string place = at_;
-    FieldSetting how{[&](const std::string& deeper) { at_ = place + deeper; }, {}, beside};
+    FieldSetting how{[&](const std::string& deeper) { at_ = place + deeper; }, {}, beside, catalogued_codes};
     if (follow) how.follow = [&](std::string_view kind, int32_t index) { return followed(kind, index); };
     set_fields_from_json(object, json, how);
     at_ = place;

@@ -1,5 +1,6 @@
 #include "tarn/chiller.h"
 
+#include "plant/chiller_map.h"
 #include "platform/file_store.h"
 #include "storage/kind.h"
 #include "storage/links.h"
@@ -11,15 +12,18 @@ const ClassInfo& CHL_OperatingMode::info() const {
   using C = CHL_OperatingMode;
   static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::FLLeavingWaterTemp>("F"), property<&R::FLEnteringTemp>("F"),
-      property<&R::FLCapacity>("tons or MBH"), property<&R::FLPower>("kW or MBH"), property<&R::FLPowerUnits>,
-      property<&R::EvapFlow>, property<&R::EvapFlowUnits>, property<&R::CondFlow>, property<&R::CondFlowUnits>,
+      property<&R::FLCapacity>("tons or MBH").units(capacity_unit),
+      property<&R::FLPower>("kW or MBH").units(power_unit), property<&R::FLPowerUnits>,
+      property<&R::EvapFlow>.unit_by<&R::EvapFlowUnits>(), property<&R::EvapFlowUnits>,
+      property<&R::CondFlow>.unit_by<&R::CondFlowUnits>(), property<&R::CondFlowUnits>,
       converted<&R::NumRows, &C::NumRows, &C::SetNumRows>, converted<&R::NumColumns, &C::NumColumns, &C::SetNumColumns>,
       property<&R::ColumnDataType>, property<&R::MapRowHeading>("F"), property<&R::MapColumnHeading>,
-      property<&R::MapCapacity>("tons or MBH"), property<&R::MapPower>("kW or MBH"),
-      another<&R::MapCapacity>("tons or MBH").named("MapCapacityArray"),
-      another<&R::MapPower>("kW or MBH").named("MapPowerArray"), property<&R::TempPwrCoeffA>("1/F"),
-      property<&R::TempPwrCoeffB>("1/F2"), property<&R::TempCapCoeffA>("1/F"), property<&R::TempCapCoeffB>("1/F2"),
-      property<&C::Name>);
+      property<&R::MapCapacity>("tons or MBH").units(capacity_unit),
+      property<&R::MapPower>("kW or MBH").units(map_power_unit),
+      another<&R::MapCapacity>("tons or MBH").units(capacity_unit).named("MapCapacityArray"),
+      another<&R::MapPower>("kW or MBH").units(map_power_unit).named("MapPowerArray"),
+      property<&R::TempPwrCoeffA>("1/F"), property<&R::TempPwrCoeffB>("1/F2"), property<&R::TempCapCoeffA>("1/F"),
+      property<&R::TempCapCoeffB>("1/F2"), property<&C::Name>);
   static const ClassInfo info(members);
   return info;
 }
@@ -35,7 +39,10 @@ void CHL_OperatingMode::SetNumColumns(int16_t columns) {
 }
 
 CHL_Chiller::CHL_Chiller() {
-  for (CHL_OperatingMode* mode : {&CoolingMode, &HeatRecoveryMode, &HeatingMode}) add_block(mode->bytes());
+  for (CHL_OperatingMode* mode : {&CoolingMode, &HeatRecoveryMode, &HeatingMode}) {
+    mode->belong_to(*this);
+    add_block(mode->bytes());
+  }
 }
 
 const Kind& CHL_Chiller::kind() const {
@@ -76,9 +83,11 @@ const ClassInfo& CHL_Chiller::info() const {
       property<&R::EngineEff>, property<&R::AvgOperatingLoss>("%"), property<&R::UnitElectric>("kW/ton"),
       property<&R::SteamHeatContent>("Btu/lb"), property<&R::MinECWT>("F"), property<&R::MinUnloading>("%"),
       property<&R::HotGasBypass>, property<&R::DXFreeCooling>, property<&R::DXFCUOM>, property<&R::HeatRecoveryMethod>,
-      property<&R::MaxHeatRecovery>("%"), property<&R::IPLV>("kW/ton or MBH/ton"), owned<&C::CoolingMode>,
-      owned<&C::HeatRecoveryMode>, owned<&C::HeatingMode>, property<&R::DXFCDeltaT>("F"), property<&R::DXFCCapacity>,
-      property<&R::DXFCPower>, method<&C::CreateDefaultByType>("nChillerType", "sDefaultsFile"),
+      property<&R::MaxHeatRecovery>("%"), property<&R::IPLV>("kW/ton or MBH/ton").units(iplv_unit),
+      owned<&C::CoolingMode>, owned<&C::HeatRecoveryMode>, owned<&C::HeatingMode>, property<&R::DXFCDeltaT>("delta F"),
+      property<&R::DXFCCapacity>.units(free_cooling_capacity_unit),
+      property<&R::DXFCPower>.units(free_cooling_power_unit),
+      method<&C::CreateDefaultByType>("nChillerType", "sDefaultsFile"),
       method<&C::GetDXFCDefaults>("DXFCOption", "UOM", "DeltaT", "Power", "Capacity"), property<&C::Index>.read_only(),
       property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>, method<&C::Reset>("bResetAll"),
       method<&C::Clone>("nIndex"), method<&C::CopyInstance>, method<&C::GetFreeIndex>, method<&C::Delete>("nRecNum"),

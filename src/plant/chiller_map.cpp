@@ -84,14 +84,41 @@ std::optional<double> integrated_part_load(const CHL_OperatingMode& cooling, CHL
   return 1 / tons_per_input;
 }
 
-ModeUnits units_of(const CHL_Chiller& chiller, const CHL_OperatingMode& mode) {
-  const bool heats = &mode == &chiller.HeatingMode;
+namespace {
+
+struct ModeUnits {
+  std::string_view capacity, power, map_power;
+};
+
+/// Without units for a mode that no chiller has.
+ModeUnits units_of(const Object& object) {
+  const auto& mode = dynamic_cast<const CHL_OperatingMode&>(object);
+  const auto* chiller = dynamic_cast<const CHL_Chiller*>(mode.owner());
+  if (!chiller) return {};
+  const bool heats = &mode == &chiller->HeatingMode, fuel = burns(*chiller);
   const bool relative = CHL_InputPower{mode.FLPowerUnits} == CHL_InputPower::InputPower_Relative;
-  const std::string_view power = burns(chiller) ? "MBH" : "kW", relative_power = burns(chiller) ? "MBH/ton" : "kW/ton";
-  if (heats && relative) return {"MBH", burns(chiller) ? "MBH/MBH" : "kW/MBH", power};
-  return {heats ? "MBH" : "tons", relative ? relative_power : power, power};
+  const std::string_view power = fuel ? "MBH" : "kW";
+  if (heats && relative) return {"MBH", fuel ? "MBH/MBH" : "kW/MBH", power};
+  return {heats ? "MBH" : "tons", !relative ? power : fuel ? "MBH/ton" : "kW/ton", power};
 }
 
-std::string_view iplv_unit(const CHL_Chiller& chiller) { return burns(chiller) ? "MBH/ton" : "kW/ton"; }
+bool has_relative_free_cooling(const Object& chiller) {
+  return CHL_DXFCUOM{dynamic_cast<const CHL_Chiller&>(chiller).DXFCUOM} != CHL_DXFCUOM::DXFC_UOM_Absolute;
+}
+
+}  // namespace
+
+std::string_view capacity_unit(const Object& mode) { return units_of(mode).capacity; }
+std::string_view power_unit(const Object& mode) { return units_of(mode).power; }
+std::string_view map_power_unit(const Object& mode) { return units_of(mode).map_power; }
+std::string_view iplv_unit(const Object& chiller) {
+  return burns(dynamic_cast<const CHL_Chiller&>(chiller)) ? "MBH/ton" : "kW/ton";
+}
+std::string_view free_cooling_capacity_unit(const Object& chiller) {
+  return has_relative_free_cooling(chiller) ? "" : "tons";
+}
+std::string_view free_cooling_power_unit(const Object& chiller) {
+  return has_relative_free_cooling(chiller) ? "" : "kW";
+}
 
 }  // namespace tarn

@@ -33,11 +33,13 @@ struct Unloading {
 std::optional<double> integrated_part_load(const CHL_OperatingMode& cooling, CHL_SourceFluids source,
                                            double least_water, const Unloading& unloading = {});
 
-/// The units of a mode's figures, as the chiller's energy and the mode's use decide.
-struct ModeUnits {
-  std::string_view capacity, power, map_power;
-};
-ModeUnits units_of(const CHL_Chiller& chiller, const CHL_OperatingMode& mode);
-std::string_view iplv_unit(const CHL_Chiller& chiller);
+// Units that the chiller's energy and the mode's use decide: of a mode's figures, where a chiller has the mode, and of
+// a chiller's.
+std::string_view capacity_unit(const Object& mode);
+std::string_view power_unit(const Object& mode);
+std::string_view map_power_unit(const Object& mode);
+std::string_view iplv_unit(const Object& chiller);
+std::string_view free_cooling_capacity_unit(const Object& chiller);
+std::string_view free_cooling_power_unit(const Object& chiller);
 
 }  // namespace tarn

@@ -26,10 +26,11 @@ const ClassInfo& TWR_CoolingTower::info() const {
   using C = TWR_CoolingTower;
   static constexpr auto members = describe<C>(
       Failures::Raised, property<&C::m_bCloning>, property<&R::Name>.trimmed(), property<&R::ECWTModel>,
-      property<&R::DesignWetBulb>("F"), property<&R::DesignRange>("F"), property<&R::DesignApproach>("F"),
-      property<&R::AirFlow>, property<&R::AirFlowUnits>, property<&R::FanPower>, property<&R::FanPowerUnits>,
-      property<&R::TowerControl>, property<&R::LowSpdAirflow>("%"), property<&R::FanElecEff>("%"),
-      property<&R::AvgECWT>("F"), property<&R::CondPumpFlow>, property<&R::CondPumpFlowUnits>,
+      property<&R::DesignWetBulb>("F"), property<&R::DesignRange>("delta F"), property<&R::DesignApproach>("delta F"),
+      property<&R::AirFlow>.unit_by<&R::AirFlowUnits>(), property<&R::AirFlowUnits>,
+      property<&R::FanPower>.unit_by<&R::FanPowerUnits>(), property<&R::FanPowerUnits>, property<&R::TowerControl>,
+      property<&R::LowSpdAirflow>("%"), property<&R::FanElecEff>("%"), property<&R::AvgECWT>("F"),
+      property<&R::CondPumpFlow>.unit_by<&R::CondPumpFlowUnits>(), property<&R::CondPumpFlowUnits>,
       property<&C::Index>.read_only(), property<&C::FileName>, method<&C::SetDBHandle>("DB"), method<&C::GetDBHandle>,
       method<&C::Reset>("ResetAll"), method<&C::Clone>("Index"), method<&C::CopyInstance>, method<&C::GetFreeIndex>,
       method<&C::Delete>("RecordNumber"), method<static_cast<void (C::*)(int32_t)>(&C::Load)>("RecordNumber"),

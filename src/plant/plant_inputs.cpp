@@ -52,7 +52,7 @@ const ClassInfo& PLT_Configuration::info() const {
       describe<C>(Failures::Raised, property<&C::Name>, property<&R::SizingMethod>, property<&R::UnitSizing>,
                   property<&R::SizingFactor>("%"), property<&R::DesignCapacity>, property<&R::ControlType>,
                   property<&R::LowLoadLimit>("%"), property<&R::HighLoadLimit>("%"), property<&R::DistSystemType>,
-                  property<&R::DesignLWT>("F"), property<&R::DesignDeltaT>("F"), property<&R::LWTControl>,
+                  property<&R::DesignLWT>("F"), property<&R::DesignDeltaT>("delta F"), property<&R::LWTControl>,
                   property<&R::ResetLWT>("F"), property<&R::ResetStart>, property<&R::ResetEnd>);
   static const ClassInfo info(members);
   return info;
@@ -113,9 +113,9 @@ const ClassInfo& PLT_Details::info() const {
       owned<&C::ChangeoverPrimaryLoop>, owned<&C::ChangeoverSecondaryLoop>, owned<&C::CondenserWaterLoop>,
       owned<&C::SourceWaterLoop>, property<&R::TowerConfig>, property<&R::TowerID>.refers_to("Tower"),
       property<&R::WaterSourceConfig>, property<&R::WaterSourceTemp>("F"), property<&R::FreeCoolingType>,
-      property<&R::FreeCoolingHXApproach>("F"), property<&R::FreeCoolingMaxWetBulb>("F"),
+      property<&R::FreeCoolingHXApproach>("delta F"), property<&R::FreeCoolingMaxWetBulb>("F"),
       property<&R::HeatRecoveryUsed>, property<&R::HeatRecoveryType>, property<&R::HeatRecoveryEff>("%"),
-      property<&R::HeatRecoveryLWT>("F"), property<&R::ChangeoverOAT>("F"), property<&R::ChangeoverDeadband>("F"),
+      property<&R::HeatRecoveryLWT>("F"), property<&R::ChangeoverOAT>("F"), property<&R::ChangeoverDeadband>("delta F"),
       property<&R::ChangeoverMinTime>("hr"), property<&R::ChangeoverSchedule>.refers_to("Schedule"),
       property<&R::StorageCapacity>("ton.hr"), property<&R::StorageDischargeRate>("tons"),
       property<&R::StorageLoss>("%/day"), property<&R::StorageSchedule>.refers_to("Schedule"),
@@ -127,13 +127,14 @@ const ClassInfo& PLT_Details::info() const {
 const ClassInfo& PLT_ServiceHotWater::info() const {
   using R = ServiceHotWaterRecord;
   using C = PLT_ServiceHotWater;
-  static constexpr auto members = describe<C>(
-      Failures::Raised, property<&R::UsageRate>, property<&R::UsageRateUnits>, property<&R::NumPeople>("people"),
-      property<&R::UsageSchedule>.refers_to("Schedule"), property<&R::SupplyTemp>("F"), property<&R::MainsTemp>("F"),
-      property<&R::StoredVolume>("gal"), property<&R::StoredTemp>("F"), property<&R::StoredHeatLoss>,
-      property<&R::StoredHeatLossUnits>, property<&R::StoredPriorityRule>, property<&R::StoredPriorityOAT>("F"),
-      property<&R::StoredPrioritySchedule>.refers_to("Schedule"), property<&R::Recirculation>,
-      property<&R::RecirculationLoss>("MBH"), owned<&C::Pump>);
+  static constexpr auto members =
+      describe<C>(Failures::Raised, property<&R::UsageRate>.unit_by<&R::UsageRateUnits>(), property<&R::UsageRateUnits>,
+                  property<&R::NumPeople>("people"), property<&R::UsageSchedule>.refers_to("Schedule"),
+                  property<&R::SupplyTemp>("F"), property<&R::MainsTemp>("F"), property<&R::StoredVolume>("gal"),
+                  property<&R::StoredTemp>("F"), property<&R::StoredHeatLoss>.unit_by<&R::StoredHeatLossUnits>(),
+                  property<&R::StoredHeatLossUnits>, property<&R::StoredPriorityRule>,
+                  property<&R::StoredPriorityOAT>("F"), property<&R::StoredPrioritySchedule>.refers_to("Schedule"),
+                  property<&R::Recirculation>, property<&R::RecirculationLoss>("MBH"), owned<&C::Pump>);
   static const ClassInfo info(members);
   return info;
 }

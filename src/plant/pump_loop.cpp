@@ -6,9 +6,10 @@ namespace tarn {
 
 const ClassInfo& PLT_Pump::info() const {
   using R = PumpRecord;
-  static constexpr auto members = describe<PLT_Pump>(
-      Failures::Raised, property<&R::Flow>, property<&R::FlowUnits>, property<&R::Performance>, property<&R::PerfUnits>,
-      property<&R::MechanicalEff>("%"), property<&R::ElectricalEff>("%"), property<&PLT_Pump::Name>);
+  static constexpr auto members =
+      describe<PLT_Pump>(Failures::Raised, property<&R::Flow>.unit_by<&R::FlowUnits>(), property<&R::FlowUnits>,
+                         property<&R::Performance>.unit_by<&R::PerfUnits>(), property<&R::PerfUnits>,
+                         property<&R::MechanicalEff>("%"), property<&R::ElectricalEff>("%"), property<&PLT_Pump::Name>);
   static const ClassInfo info(members);
   return info;
 }
@@ -23,8 +24,8 @@ const ClassInfo& PLT_PumpLoop::info() const {
   static constexpr auto members =
       describe<C>(Failures::Raised, property<&R::Used>, converted<&R::NumPumps, &C::NumPumps, &C::SetNumPumps>,
                   property<&R::PumpControl>, property<&R::StaticHead>("ft wg"), property<&R::MinimumPumpFlow>("%"),
-                  property<&R::MinimumEqptFlow>("%"), property<&R::DesCoilDeltaT>("F"),
-                  property<&R::DesCoilDeltaT2>("F"), property<&R::PipeHeatGainFactor>("%"),
+                  property<&R::MinimumEqptFlow>("%"), property<&R::DesCoilDeltaT>("delta F"),
+                  property<&R::DesCoilDeltaT2>("delta F"), property<&R::PipeHeatGainFactor>("%"),
                   property<&R::PipeHeatGainFactor2>("%"), owned<&C::Pumps>, property<&C::Name>, method<&C::Validate>);
   static const ClassInfo info(members);
   return info;

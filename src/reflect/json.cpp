@@ -61,7 +61,8 @@ void check_shape(const Member& member, const Json& json, size_t dimension) {
   for (const Json& inner : json) check_shape(member, inner, dimension + 1);
 }
 
-/// The code that {"code": 3, "text": ...}, a name or text of the enumeration, or a plain number stands for.
+}  // namespace
+
 Json code_json(std::span<const Label> labels, const Json& json) {
   if (json.is_object() && json.contains("code")) {
     const Json& code = json["code"];
@@ -81,12 +82,14 @@ Json code_json(std::span<const Label> labels, const Json& json) {
   const auto word = json.get<std::string>();
   std::vector<std::string_view> words;
   for (const Label& label : labels) {
-    if (word == label.name || (word == label.text && !word.empty())) return label.code;
+    if (same_word(word, label.name) || (same_word(word, label.text) && !word.empty())) return label.code;
     words.push_back(label.name);
     if (!label.text.empty()) words.push_back(label.text);
   }
   fail(ErrorNumber::TypeMismatch, "found \"" + word + "\"; " + did_you_mean(word, words));
 }
+
+namespace {
 
 void set_element(Object& object, const Member& member, const Json& json, Subscripts at, Given given) {
   const auto let = given == Given::WithRecord ? &Member::let_stored : &Member::let;
@@ -357,6 +360,23 @@ void follow_references(Object& object, const Member& field,
   });
 }
 
+/// Whether a value, or each of an array, may be the name of a code where a number is wanted.
+bool has_names(const Member& member, const Json& json) {
+  if (member.type != ValueType::Int16 || !member.labels.empty()) return false;
+  return json.is_string() || (json.is_array() && !json.empty() && has_names(member, json.front()));
+}
+
+/// The value with numbers for names of codes.
+Json with_codes(const Member& member, const Json& json, std::span<const Label> (*codes)(const Member&)) {
+  if (json.is_array()) {
+    Json all = Json::array();
+    for (const Json& each : json) all.push_back(with_codes(member, each, codes));
+    return all;
+  }
+  const auto labels = codes(member);
+  return labels.empty() ? json : code_json(labels, json);
+}
+
 [[noreturn]] void unknown_field(const ClassInfo& info, const std::string& name) {
   std::vector<std::string_view> known;
   for (const Member& member : info.members) {
@@ -375,7 +395,8 @@ void set_fields_from_json(Object& object, const Json& json, const FieldSetting& 
   };
   const auto set_part = [&](Object& part, const Json& part_json, const std::string& place) {
     here(place);
-    set_fields_from_json(part, part_json, {[&](const std::string& deeper) { here(place + deeper); }, how.follow, {}});
+    set_fields_from_json(part, part_json,
+                         {[&](const std::string& deeper) { here(place + deeper); }, how.follow, {}, how.codes});
   };
   std::vector<std::pair<const Member*, std::string>> plain;  // with their places
   for (const auto& [name, value] : json.items()) {
@@ -385,7 +406,8 @@ void set_fields_from_json(Object& object, const Json& json, const FieldSetting& 
     const Member* member = json_member(object.info(), name);
     if (!member) unknown_field(object.info(), name);
     if (!member->is_part()) {
-      set_from_json(object, *member, value);
+      set_from_json(object, *member,
+                    has_names(*member, value) && how.codes ? with_codes(*member, value, how.codes) : value);
       plain.emplace_back(member, place);
     } else if (!member->owned().numbered) {
       if (member->owned().resize) member->owned().resize(object, 1);

@@ -32,6 +32,7 @@ struct FieldSetting {
       at;  // called before each field is set, with its place, a JSON pointer from the object's
   std::function<int32_t(std::string_view kind, int32_t index)> follow;  // gives the index that a reference becomes
   std::string_view beside;                                              // a key of the object to leave alone
+  std::span<const Label> (*codes)(const Member&) = nullptr;             // names of codes that are no enumeration's
 };
 /// Sets the fields of an object and its parts that the JSON has.
 void set_fields_from_json(Object& object, const Json& json, const FieldSetting& how = {});
@@ -39,6 +40,9 @@ void set_fields_from_json(Object& object, const Json& json, const FieldSetting& 
 /// Sets a property from JSON. A text that is too long, a number that does not fit and a wrong shape are refused, and
 /// the message names class, property and what is allowed; so is a value that cannot be, as `check_allowed` says.
 void set_from_json(Object& object, const Member& property, const Json& json);
+/// The code that {"code": 3, "text": ...}, a name or text of the labels, or a plain number stands for. Error
+/// `TypeMismatch` names the nearest right name.
+Json code_json(std::span<const Label> labels, const Json& json);
 /// As a client sets one element of an indexed property, or a plain property: by its rule, where it has one.
 void set_from_json(Object& object, const Member& property, Subscripts at, const Json& json);
 

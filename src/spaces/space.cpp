@@ -24,9 +24,9 @@ const Kind& SPC_Space::kind() const {
       .index_table = "SpaceIndex",
       .default_word = "Space",
       .missing_row_message = "Invalid Space ID number: ",
-      .columns = {computed<SPC_Space, &SPC_Space::floor_area>("fFloorArea"),
-                  computed<SPC_Space, &SPC_Space::GetMaxOccupancy>("fNumPeople"),
-                  computed<SPC_Space, &SPC_Space::overhead_lighting>("fLightingDensity")},
+      .columns = {computed<SPC_Space, &SPC_Space::floor_area>("fFloorArea", "ft2"),
+                  computed<SPC_Space, &SPC_Space::GetMaxOccupancy>("fNumPeople", "people"),
+                  computed<SPC_Space, &SPC_Space::overhead_lighting>("fLightingDensity", "W/ft2")},
       .reach = {Results::DesignAndSimulation, {{Stage::Systems, {{"System_Space_Links", "Space_ID", "System_ID"}}}}},
       .link_owner = "Space"};
   return kind;
@@ -47,10 +47,10 @@ const ClassInfo& SPC_Space::info() const {
       part<&C::GetSpace>, part<&C::GetWall, kWalls>("nIndex"), method<&C::NumWalls>,
       part<&C::GetRoof, kRoofs>("nIndex"), method<&C::NumRoofs>, part<&C::GetPartition, kPartitions>("nIndex"),
       method<&C::NumPartitions>, part<&C::GetFloor>, part<&C::GetInfiltration>, part<&C::GetPeople>, part<&C::GetLight>,
-      part<&C::GetOtherLoads>, forwarded<&C::general_, &G::OAReq1Value>, forwarded<&C::general_, &G::OAReq2Value>,
-      forwarded<&C::general_, &G::OAReq1Spec>, forwarded<&C::general_, &G::OAReq2Spec>,
-      forwarded<&C::general_, &G::SpaceUsage>, method<&C::IsNameUnique>("sName"), method<&C::GrossWallArea>,
-      event<&C::OnUpdateDependencies>("OverrideDefault"));
+      part<&C::GetOtherLoads>, forwarded<&C::general_, &G::OAReq1Value>.unit_by<&G::OAReq1Spec>(),
+      forwarded<&C::general_, &G::OAReq2Value>.unit_by<&G::OAReq2Spec>(), forwarded<&C::general_, &G::OAReq1Spec>,
+      forwarded<&C::general_, &G::OAReq2Spec>, forwarded<&C::general_, &G::SpaceUsage>,
+      method<&C::IsNameUnique>("sName"), method<&C::GrossWallArea>, event<&C::OnUpdateDependencies>("OverrideDefault"));
   static const ClassInfo info(members);
   return info;
 }

@@ -9,8 +9,9 @@ const ClassInfo& SPC_General::info() const {
   static constexpr auto members = describe<SPC_General>(
       Failures::Trapped, property<&R::Name>.trimmed(), property<&R::FloorArea>("ft2"), property<&R::AvgHeight>("ft"),
       property<&R::BuildingWt>("lb/ft2"), property<&R::Reserved>.reserved(), property<&R::SpaceUsage>,
-      property<&R::OAReq1Value>, property<&R::OAReq2Value>, property<&R::OAReq1Spec>, property<&R::OAReq2Spec>,
-      property<&R::AreaSpec>, property<&R::Length>("ft"), property<&R::Width>("ft"));
+      property<&R::OAReq1Value>.unit_by<&R::OAReq1Spec>(), property<&R::OAReq2Value>.unit_by<&R::OAReq2Spec>(),
+      property<&R::OAReq1Spec>, property<&R::OAReq2Spec>, property<&R::AreaSpec>, property<&R::Length>("ft"),
+      property<&R::Width>("ft"));
   static const ClassInfo info(members);
   return info;
 }
@@ -62,8 +63,9 @@ const ClassInfo& SPC_Floor::info() const {
 const ClassInfo& SPC_Infiltration::info() const {
   using R = InfiltrationRecord;
   static constexpr auto members = describe<SPC_Infiltration>(
-      Failures::Trapped, property<&R::CoolSpec>, property<&R::CoolCFM>, property<&R::HeatSpec>, property<&R::HeatCFM>,
-      property<&R::TypeSpec>, property<&R::TypeCFM>, property<&R::CalcWhenFanOn>, property<&R::DirExhaustAir>("cfm"));
+      Failures::Trapped, property<&R::CoolSpec>, property<&R::CoolCFM>.unit_by<&R::CoolSpec>(), property<&R::HeatSpec>,
+      property<&R::HeatCFM>.unit_by<&R::HeatSpec>(), property<&R::TypeSpec>,
+      property<&R::TypeCFM>.unit_by<&R::TypeSpec>(), property<&R::CalcWhenFanOn>, property<&R::DirExhaustAir>("cfm"));
   static const ClassInfo info(members);
   return info;
 }
@@ -71,7 +73,7 @@ const ClassInfo& SPC_Infiltration::info() const {
 const ClassInfo& SPC_People::info() const {
   using R = PeopleRecord;
   static constexpr auto members = describe<SPC_People>(
-      Failures::Trapped, property<&R::Spec>, property<&R::Occupancy>, property<&R::ActLevel>,
+      Failures::Trapped, property<&R::Spec>, property<&R::Occupancy>.unit_by<&R::Spec>(), property<&R::ActLevel>,
       property<&R::SensibleHeat>("Btu/hr"), property<&R::LatentHeat>("Btu/hr"),
       property<&R::Schedule>.refers_to("Schedule"), property<&R::RadiantConvSplit>, property<&R::UnoccDiv>);
   static const ClassInfo info(members);
@@ -81,10 +83,11 @@ const ClassInfo& SPC_People::info() const {
 const ClassInfo& SPC_Lighting::info() const {
   using R = LightingRecord;
   static constexpr auto members = describe<SPC_Lighting>(
-      Failures::Trapped, property<&R::OverheadSpec>, property<&R::OverheadWatt>, property<&R::BallastMult>,
-      property<&R::OverheadFixture>, property<&R::OverheadSchedule>.refers_to("Schedule"), property<&R::TaskSpec>,
-      property<&R::TaskWatt>, property<&R::TaskSchedule>.refers_to("Schedule"), property<&R::OvhdRadConvSplit>,
-      property<&R::OvhdUnoccDiv>, property<&R::TskLightRadConvSplit>, property<&R::TskLightUnoccDiv>);
+      Failures::Trapped, property<&R::OverheadSpec>, property<&R::OverheadWatt>.unit_by<&R::OverheadSpec>(),
+      property<&R::BallastMult>, property<&R::OverheadFixture>, property<&R::OverheadSchedule>.refers_to("Schedule"),
+      property<&R::TaskSpec>, property<&R::TaskWatt>.unit_by<&R::TaskSpec>(),
+      property<&R::TaskSchedule>.refers_to("Schedule"), property<&R::OvhdRadConvSplit>, property<&R::OvhdUnoccDiv>,
+      property<&R::TskLightRadConvSplit>, property<&R::TskLightUnoccDiv>);
   static const ClassInfo info(members);
   return info;
 }
@@ -95,7 +98,7 @@ const ClassInfo& SPC_OtherLoads::info() const {
       Failures::Trapped, property<&R::MiscSensibleHeat>("Btu/hr"),
       property<&R::MiscSensibleSchedule>.refers_to("Schedule"), property<&R::MiscLatentHeat>("Btu/hr"),
       property<&R::MiscLatentSchedule>.refers_to("Schedule"), property<&R::ElecEqptSpec>,
-      property<&R::ElecEqptHeatGain>, property<&R::ElecEqptSchedule>.refers_to("Schedule"),
+      property<&R::ElecEqptHeatGain>.unit_by<&R::ElecEqptSpec>(), property<&R::ElecEqptSchedule>.refers_to("Schedule"),
       property<&R::ElecRadConvSplit>, property<&R::ElecUnoccDiv>, property<&R::MiscRadConvSplit>,
       property<&R::MiscSensUnoccDiv>, property<&R::MiscLatUnoccDiv>);
   static const ClassInfo info(members);

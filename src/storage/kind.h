@@ -13,32 +13,38 @@ class StoredEntity;
 struct SummaryColumn {
   std::string_view name;
   Cell (*get)(const Object&);
+  std::string_view property = {}, part = {};  // that it shows; of the part, where it is a part's
+  std::string_view unit = {};                 // of a computed value
 };
 
 template <typename C, auto P>
 SummaryColumn summary(std::string_view name) {
-  return {name, [](const Object& o) {
+  return {name,
+          [](const Object& o) {
             Value value;
             put(value, static_cast<typename detail::TypeOf<P>::Native>(static_cast<const C&>(o).*P));
             return cell(value);
-          }};
+          },
+          member_name<P>()};
 }
 
 /// A column that shows a property of a part.
 template <auto Part, auto Field>
 SummaryColumn part_summary(std::string_view name) {
-  return {name, [](const Object& o) {
+  return {name,
+          [](const Object& o) {
             Value value;
             const auto& part = static_cast<const detail::ClassOf<Part>&>(o).*Part;
             put(value, static_cast<typename detail::TypeOf<Field>::Native>(part.*Field));
             return cell(value);
-          }};
+          },
+          member_name<Field>(), member_name<Part>()};
 }
 
 /// A column that shows a computed value.
 template <typename C, auto Get>
-SummaryColumn computed(std::string_view name) {
-  return {name, [](const Object& o) { return cell((static_cast<const C&>(o).*Get)()); }};
+SummaryColumn computed(std::string_view name, std::string_view unit = {}) {
+  return {name, [](const Object& o) { return cell((static_cast<const C&>(o).*Get)()); }, {}, {}, unit};
 }
 
 /// A changed flag: the column of the index table, which alone keeps it, and its place in an object.

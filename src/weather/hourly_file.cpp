@@ -86,7 +86,7 @@ const ClassInfo& HW1ReaderWriter::info() const {
   static constexpr auto members = describe<C>(
       Failures::Raised, property<&R::CityName>.trimmed(), property<&R::LocationName>.trimmed(),
       property<&R::Latitude>("deg"), property<&R::Longitude>("deg"), property<&R::Elevation>("ft"),
-      property<&R::SummerDB>("F"), property<&R::SummerWB>("F"), property<&R::DailyRange>("F"),
+      property<&R::SummerDB>("F"), property<&R::SummerWB>("F"), property<&R::DailyRange>("delta F"),
       property<&R::WinterDB>("F"), property<&R::AtmosClear>, property<&R::TZMeridian>("deg"), property<&R::DataYear>,
       property<&R::DataSource>, property<&R::SourceType>, property<&R::ModDate>, property<&R::DataStatus>,
       across<&R::Day, &D::DB>("F"), across<&R::Day, &D::SH>("lb/lb"), across<&R::Day, &D::IDN>(kSolar),

@@ -137,7 +137,7 @@ const ClassInfo& WTH_Weather::info() const {
   static constexpr auto members = describe<C>(
       Failures::Raised, property<&D::Region>, property<&D::DesCityName>, property<&D::DesStateName>,
       property<&D::DesLatitude>("deg"), property<&D::DesLongitude>("deg"), property<&D::DesElevation>("ft"),
-      property<&D::SummerDB>("F"), property<&D::SummerWB>("F"), property<&D::DailyRange>("F"),
+      property<&D::SummerDB>("F"), property<&D::SummerWB>("F"), property<&D::DailyRange>("delta F"),
       property<&D::WinterDB>("F"), property<&D::WinterWB>("F"), property<&D::AtmosClear>,
       property<&D::DesBaromPress>("psia"), property<&D::GrdReflect>, property<&D::SoilConductivity>("Btu/(hr.ft.F)"),
       property<&D::DesTZMeridian>("deg"), property<&D::DayLightSavings>, property<&D::FirstDesMonth>,

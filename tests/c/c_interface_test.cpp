@@ -49,6 +49,29 @@ TEST(CInterface, GetsLetsAndCallsByNameAndNumber) {
   EXPECT_EQ(tarn_release(copy.as.object), TARN_OK);
 }
 
+TEST(CInterface, ValuesAreConvertedAndPropertiesHaveUnits) {
+  double feet = 0;
+  ASSERT_EQ(tarn_convert(1.2, "m", "ft", &feet), TARN_OK);
+  EXPECT_NEAR(feet, 3.93700787, 1e-8);
+  EXPECT_EQ(tarn_convert(1.2, "kg", "ft", &feet), TARN_ERROR);
+  const char* description = nullptr;
+  EXPECT_EQ(tarn_last_error(nullptr, nullptr, &description), 13);
+  EXPECT_STREQ(description, "\"kg\" is not a unit for a value in ft; units that fit are ft, m, in, mm, cm, km");
+  EXPECT_EQ(tarn_convert(1.2, nullptr, "ft", &feet), TARN_BAD_ARGUMENT);
+  EXPECT_EQ(tarn_convert(1.2, "m", "ft", nullptr), TARN_BAD_ARGUMENT);
+  Handle boiler("BLR_Boiler");
+  tarn_value per_ton{};
+  per_ton.type = TARN_INT16;
+  per_ton.as.i2 = 1;
+  ASSERT_EQ(tarn_let_by_name(boiler.object, "HotWaterFlowUnits", nullptr, 0, &per_ton), TARN_OK);
+  const int32_t flow = tarn_member_number(boiler.object, "HotWaterFlow");
+  const char* unit = nullptr;
+  ASSERT_EQ(tarn_unit(boiler.object, flow, 0, &unit), TARN_OK);
+  EXPECT_STREQ(unit, "gpm/ton");
+  ASSERT_EQ(tarn_unit(boiler.object, flow, 1, &unit), TARN_OK);
+  EXPECT_STREQ(unit, "L/(s.kW)");
+}
+
 TEST(CInterface, ChillerMapsGoIntoChillersAlone) {
   Handle chiller("CHL_Chiller"), window("WIN_Window");
   const char* notes = "as before";

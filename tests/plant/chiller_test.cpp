@@ -88,9 +88,9 @@ TEST_F(ChillerTest, EveryShippedTypeMeetsItsRatingAndFallsOffFromThere) {
     EXPECT_EQ(chiller->ChillerType.raw, type);
     EXPECT_EQ(chiller->SourceFluid.raw, type < 10 ? 2 : 1);
     const CHL_OperatingMode& mode = chiller->CoolingMode;
-    const ModeUnits units = units_of(*chiller, mode);
     const bool electric = chiller->FuelType.raw == 3;
-    EXPECT_TRUE(units.capacity == "tons" && units.power == (electric ? "kW" : "MBH") && units.map_power == units.power);
+    EXPECT_TRUE(capacity_unit(mode) == "tons" && power_unit(mode) == (electric ? "kW" : "MBH") &&
+                map_power_unit(mode) == power_unit(mode));
     EXPECT_EQ(iplv_unit(*chiller), electric ? "kW/ton" : "MBH/ton");
     EXPECT_NEAR((electric ? 3.516853 : 12) / chiller->IPLV, kPartLoadCop[type - 1], 0.01 * kPartLoadCop[type - 1]);
     EXPECT_EQ(mode.FLEnteringTemp, type < 10 ? 85.0F : 95.0F);

@@ -10,7 +10,7 @@ template <>
 inline constexpr CodeText<COM_FlowUOM> code_table<COM_FlowUOM>[] = {
     {COM_FlowUOM::FU_GPM, "gpm"},
     {COM_FlowUOM::FU_GPM_PER_TON, "gpm/ton"},
-    {COM_FlowUOM::FU_TEMPERATURE_DIFFERENCE, "F"},
+    {COM_FlowUOM::FU_TEMPERATURE_DIFFERENCE, "delta F"},
 };
 
 }  // namespace tarn

@@ -28,6 +28,8 @@ class Object : public std::enable_shared_from_this<Object> {
 
   /// The object is a part of another one, inside it.
   void belong_to(Object& owner) { owner_ = &owner; }
+  /// The object that this one was handed out by as a part; null for others.
+  const Object* owner() const { return owner_; }
   /// What keeps the object alive: the outermost object that it is a part of, or itself; null where that is not shared.
   ObjectPtr keeper() { return owner_ ? owner_->keeper() : weak_from_this().lock(); }
 

@@ -76,13 +76,15 @@ struct Member {
   std::string_view name;
   std::string_view unit;          // "ft"; empty where the value has none or the name says it
   std::string_view stored_unit;   // of a converted field, in the record
+  std::string_view unit_beside;   // the property whose code chooses the unit: "HotWaterFlowUnits"
   std::string_view refers_to;     // "Wall": the field holds the index of an entity of that kind, 0 for none; of several
                                   // kinds "Chiller Boiler", where the object tells which
   std::string_view getter_label;  // in the log, where it is not "Name [PropertyGet]"
   std::span<const Bounds> bounds;  // of an indexed property; empty for a plain one
   std::span<const Label> labels;   // of a property that holds an enumeration's code
-  // Where they depend on the object: the codes of a property, and the kind that a reference is to, by the element's
-  // place from 0.
+  // Where they depend on the object: the unit, the codes of a property, and the kind that a reference is to, by the
+  // element's place from 0.
+  std::string_view (*unit_for)(const Object&) = nullptr;
   std::span<const Label> (*labels_for)(const Object&) = nullptr;
   std::string_view (*refers_by)(const Object&, size_t element) = nullptr;
   MemberKind kind = MemberKind::Property;

@@ -56,6 +56,15 @@ struct PropertyRow : Member {
   constexpr PropertyRow stored_in(std::string_view text) const {
     return with([&](Member& m) { m.stored_unit = text; });
   }
+  /// The unit is the one that a code of the record chooses.
+  template <auto Code>
+  constexpr PropertyRow unit_by() const {
+    return with([](Member& m) { m.unit_beside = member_name<Code>(); });
+  }
+  /// The unit, where it depends on the object in another way.
+  constexpr PropertyRow units(std::string_view (*of)(const Object&)) const {
+    return with([&](Member& m) { m.unit_for = of; });
+  }
   /// The codes of the enumeration, where they depend on the object.
   constexpr PropertyRow codes(std::span<const Label> (*of)(const Object&)) const {
     return with([&](Member& m) {
