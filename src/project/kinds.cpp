@@ -15,6 +15,7 @@
 #include "tarn/cooling_tower.h"
 #include "tarn/door.h"
 #include "tarn/plant.h"
+#include "tarn/reflect/by_name.h"
 #include "tarn/reflect/names.h"
 #include "tarn/schedule.h"
 #include "tarn/shade.h"
@@ -205,6 +206,13 @@ constexpr EntityKind kKinds[]{
 }  // namespace
 
 std::span<const EntityKind> entity_kinds() { return kKinds; }
+
+Ptr<StoredEntity> blank_entity(const EntityKind& kind) {
+  auto entity = std::static_pointer_cast<StoredEntity>(kind.create());
+  if (kind.letter == 0) let_property(*entity, "FileName", std::string(kind.file.suffix));  // tells roofs from walls
+  if (kind.prepare) kind.prepare(*entity);
+  return entity;
+}
 
 Ptr<StoredEntity> make_entity(COM_ProjectData& project, const EntityKind& kind) {
   return std::static_pointer_cast<StoredEntity>(project.make(kind));

@@ -37,6 +37,8 @@ struct EntityKind {
 
 std::span<const EntityKind> entity_kinds();
 
+/// An entity of the kind without a project, which knows its kind.
+Ptr<StoredEntity> blank_entity(const EntityKind& kind);
 /// A new entity from the project's factory. Errors are thrown, not trapped.
 Ptr<StoredEntity> make_entity(COM_ProjectData& project, const EntityKind& kind);
 

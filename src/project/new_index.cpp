@@ -3,18 +3,12 @@
 #include "project/kinds.h"
 #include "storage/schema.h"
 #include "tarn/platform/database.h"
-#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 
 std::string index_schema() {
   std::vector<Ptr<StoredEntity>> kinds;
-  for (const EntityKind& kind : entity_kinds()) {
-    auto entity = std::static_pointer_cast<StoredEntity>(kind.create());
-    if (kind.letter == 0) let_property(*entity, "FileName", std::string(kind.file.suffix));  // tells roofs from walls
-    if (kind.prepare) kind.prepare(*entity);
-    kinds.push_back(std::move(entity));
-  }
+  for (const EntityKind& kind : entity_kinds()) kinds.push_back(blank_entity(kind));
   return index_schema(kinds);
 }
 
