@@ -30,6 +30,8 @@ struct Call {
   std::string material;  // of --material
   bool dry_run = false;
   bool rebuild_index = false;
+  bool help = false;
+  bool version = false;
   std::string group, verb;         // no verb where the group does one thing only
   std::vector<std::string> words;  // after them
 };
@@ -94,5 +96,7 @@ int results_list(const Call& call);
 int results_show(const Call& call);
 
 int describe_classes(const Call& call);
+int show_help(const Call& call);
+int show_completion(const Call& call);
 
 }  // namespace tarn::cli

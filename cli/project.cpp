@@ -1,4 +1,4 @@
-// project new, info, export and import; describe.
+// project new, info, export and import.
 
 #include <unistd.h>
 
@@ -11,13 +11,9 @@
 
 #include "base/nearest.h"
 #include "cli/command.h"
-#include "cli/words.h"
 #include "platform/file_store.h"
 #include "project/defaults.h"
-#include "project/enumerations.h"
 #include "project/kinds.h"
-#include "tarn/base/value.h"
-#include "tarn/class_list.h"
 #include "tarn/exchange.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/preferences.h"
@@ -115,27 +111,6 @@ int project_info(const Call& call) {
 
 namespace {
 
-Json member_json(const Member& member) {
-  constexpr std::string_view kinds[]{"property", "method", "event"};
-  Json json{{"name", member.name}, {"kind", kinds[static_cast<size_t>(member.kind)]}, {"type", type_name(member.type)}};
-  if (!member.unit.empty()) json["unit"] = member.unit;
-  if (member.width() > 0) json["width"] = member.width();
-  for (const Bounds& b : member.bounds) json["bounds"].push_back({b.first, b.last});
-  if (member.kind == MemberKind::Property) json["read_only"] = member.read_only;
-  if (member.by_reference) json["by_reference"] = true;
-  for (const Parameter& p : member.parameters()) {
-    json["parameters"].push_back(
-        {{"name", p.name}, {"type", type_name(p.type)}, {"optional", p.optional}, {"by_reference", p.by_reference}});
-  }
-  for (const Label& label : member.labels)
-    json["codes"].push_back({{"code", label.code}, {"name", label.name}, {"text", label.text}});
-  return json;
-}
-
-}  // namespace
-
-namespace {
-
 /// A bar on a terminal's standard error; nothing elsewhere.
 Progress progress_bar() {
   if (isatty(STDERR_FILENO) == 0) return [](size_t, size_t) {};
@@ -199,75 +174,6 @@ int project_import(const Call& call) {
     print_json({{"imported", count}});
   else
     std::cout << "imported " << count << (count == 1 ? " entity" : " entities") << '\n';
-  return kClean;
-}
-
-namespace {
-
-Json codes_json(const Enumeration& enumeration) {
-  Json codes = Json::array();
-  for (const Label& label : enumeration.codes)
-    codes.push_back({{"value", label.code}, {"name", label.name}, {"text", label.text}});
-  return {{"enumeration", enumeration.name}, {"codes", codes}};
-}
-
-void show_codes(const Enumeration& enumeration) {
-  std::cout << enumeration.name << '\n';
-  std::vector<std::vector<Json>> rows;
-  for (const Label& label : enumeration.codes) rows.push_back({label.code, label.name, label.text});
-  print_table({"code", "name", "text"}, rows);
-}
-
-Json class_json(const ClassInfo& info) {
-  Json members = Json::array();
-  for (const Member& member : info.members) members.push_back(member_json(member));
-  return {{"class", info.name}, {"record_bytes", record_length(*create(info.name))}, {"members", members}};
-}
-
-void show_class(const ClassInfo& info) {
-  const size_t length = record_length(*create(info.name));
-  std::cout << info.name << (length > 0 ? ", record of " + std::to_string(length) + " bytes" : "") << '\n';
-  std::vector<std::vector<Json>> rows;
-  for (const Member& m : info.members) {
-    constexpr std::string_view kinds[]{"property", "method", "event"};
-    std::string notes(m.read_only ? "read-only" : m.by_reference ? "set by reference" : "");
-    rows.push_back(
-        {kinds[static_cast<size_t>(m.kind)], signature(m), std::string(type_name(m.type)), std::string(m.unit), notes});
-  }
-  print_table({"kind", "member", "type", "unit", ""}, rows);
-}
-
-/// Error `UsageError` for a word that names neither.
-void check_described(const std::string& word) {
-  std::vector<std::string_view> names;
-  for (const ClassEntry& entry : class_list()) names.push_back(entry.info->name);
-  for (const Enumeration& each : enumeration_list()) names.push_back(each.name);
-  const auto named = [&](std::string_view name) { return same_word(name, word); };
-  if (std::none_of(names.begin(), names.end(), named))
-    throw UsageError("There is no class or enumeration " + word + "; " + did_you_mean(word, names));
-}
-
-}  // namespace
-
-int describe_classes(const Call& call) {
-  if (!call.words.empty()) check_described(call.words.front());
-  const auto wanted = [&](std::string_view name) { return call.words.empty() || same_word(name, call.words.front()); };
-  Json all = Json::array();
-  for (const ClassEntry& entry : class_list()) {
-    if (!wanted(entry.info->name)) continue;
-    if (call.json)
-      all.push_back(class_json(*entry.info));
-    else
-      show_class(*entry.info);
-  }
-  for (const Enumeration& each : enumeration_list()) {
-    if (!wanted(each.name)) continue;
-    if (call.json)
-      all.push_back(codes_json(each));
-    else
-      show_codes(each);
-  }
-  if (call.json) print_json(call.words.empty() ? all : all[0]);
   return kClean;
 }
 

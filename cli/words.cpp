@@ -1,104 +1,239 @@
 #include "cli/words.h"
 
+#include <algorithm>
+
+#include "base/nearest.h"
+#include "cli/examples.h"
 #include "exchange/imports.h"
-#include "project/kinds.h"
-#include "tarn/base/value.h"
 
 namespace tarn::cli {
 
 namespace {
 
+constexpr OptionRow kOptions[]{
+    {0, "-p,--project", "FOLDER", "the project: FOLDER or FOLDER/PREFIX; else the current folder", &Call::project,
+     nullptr},
+    {0, "--json", "", "print JSON", nullptr, &Call::json},
+    {kType, "--type", "TYPE", "the type of a new air system, chiller or plant: VAV, 10, HOT_WATER, ...", &Call::type,
+     nullptr},
+    {kOutput, "-o,--output", "FILE", "the file to write", &Call::output, nullptr},
+    {kSvg, "--svg", "FILE", "a picture to make of what is shown", &Call::svg, nullptr},
+    {kMaterial, "--material", "MATERIAL", "what a new layer is made of; walls layer materials lists them",
+     &Call::material, nullptr},
+    {kDryRun, "--dry-run", "", "tell what would be done, and change nothing", nullptr, &Call::dry_run},
+    {kRebuildIndex, "--rebuild-index", "", "make the index database anew from the record files", nullptr,
+     &Call::rebuild_index},
+    {0, "-h,--help", "", "this help; after a group or a verb, help for that", nullptr, &Call::help},
+    {0, "--version", "", "the version of tarn", nullptr, &Call::version}};
+
 Group group_of(const EntityKind& kind) {
   const std::string one(kind.one), many(kind.group);
   const std::string follows = kind.compute ? ", and what is computed from it" : "";
-  Group group{many,
-              "the project's " + many,
-              {{"list", "the index rows of all", 0, 0, kind_list},
-               {"show", "N: " + one + " N as a form; --json for every stored property", 1, 0, kind_show},
-               {"new", "[Property=value ...]: a new " + one + " from the defaults", kAnyWords, kind.start ? kType : 0U,
-                kind_new},
-               {"set", "N Property=value ... (Part(1).Property=value): changes " + one + " N" + follows, kAnyWords, 0,
-                kind_set},
-               {"clone", "N [Property=value ...]: a copy of " + one + " N", kAnyWords, 0, kind_clone},
-               {"delete", "N: removes " + one + " N and every use of it", 1, 0, kind_delete}}};
+  std::string spoken = many;
+  std::ranges::replace(spoken, '-', ' ');
+  const Example& example = example_of(kind.group);
+  const auto line = [&](const std::string& words) { return "tarn " + many + " " + words; };
+  const std::string name = "\"" + example.name + "\"";
+  Group group{
+      std::string(kind.subject),
+      many,
+      "the project's " + spoken,
+      {{"list", "", "the index rows of all", 0, kind_list, {line("list"), line("list --json")}},
+       {"show",
+        "N",
+        one + " N as a form; --json for every stored property",
+        0,
+        kind_show,
+        {line("show 1"), line("show 1 --json")}},
+       {"new",
+        "[Property=value ...]",
+        "a new " + one + " from the defaults",
+        kind.start ? kType : 0U,
+        kind_new,
+        {line("new " + example.start + "Name=" + name + " " + example.first), line("new Name=\"Spare " + one + "\"")}},
+       {"set",
+        "N Property=value ...",
+        "changes " + one + " N" + follows,
+        0,
+        kind_set,
+        {line("set 1 " + example.first), line("set 1 " + example.second)}},
+       {"clone",
+        "N [Property=value ...]",
+        "a copy of " + one + " N",
+        0,
+        kind_clone,
+        {line("clone 1"), line("clone 1 Name=\"Another " + one + "\" " + example.second)}},
+       {"delete",
+        "N",
+        "removes " + one + " N and every use of it",
+        0,
+        kind_delete,
+        {line("delete 1"), line("delete 2 --json")}}},
+      &kind};
   if (kind.class_name == "CA_ConstructionAssly") {
     Verb& show = group.verbs[1];
-    show.help += "; --svg PICTURE for a section with its temperatures";
-    show.options = kSvg;
-    group.verbs.push_back({"layer",
-                           "insert N SLOT [--material NAME], remove N SLOT, move N SLOT TO: the layers of " + one +
-                               " N; materials: what there is to make them of",
-                           kAnyWords, kMaterial, kind_layer});
+    show.help += "; --svg for a section with its temperatures";
+    show.options |= kSvg;
+    show.examples.push_back(line("show 1 --svg " + one + ".svg"));
+    group.verbs.push_back(
+        {"layer",
+         "insert|remove|move|materials [N] [SLOT] [TO]",
+         "the layers of " + one +
+             " N: insert N SLOT [--material NAME], remove N SLOT, move N SLOT TO; materials: what there is to "
+             "make them of",
+         kMaterial,
+         kind_layer,
+         {line("layer materials"), line("layer insert 1 2 --material I02"), line("layer move 1 2 3"),
+          line("layer remove 1 2")}});
   }
   if (file_import_of(kind)) {
-    group.verbs.push_back(
-        {"import", "FILE [Property=value ...]: a new " + one + " from an ASHRAE 205 file", kAnyWords, 0, kind_import});
+    group.verbs.push_back({"import",
+                           "FILE [Property=value ...]",
+                           "a new " + one + " from an ASHRAE 205 file",
+                           0,
+                           kind_import,
+                           {line("import chiller.json"), line("import chiller.json Name=\"Chiller of the annex\"")}});
   }
   return group;
 }
 
-}  // namespace
+const EntityKind* kind_named(std::string_view group) {
+  const auto kinds = entity_kinds();
+  return &*std::ranges::find(kinds, group, &EntityKind::group);
+}
 
-std::vector<Group> all_groups() {
+std::vector<Group> make_groups() {
   std::vector<Group> all{
-      {"project",
+      {"Project",
+       "project",
        "a project on disk",
-       {{"new", "makes the index database and the default records", 0, 0, project_new},
-        {"info", "what the project holds, and what is stale", 0, 0, project_info},
-        {"export", "[KIND ...]: the project as JSON", kAnyWords, kOutput, project_export},
-        {"import", "FILE: reads the entities of a JSON text into the project, all or none", 1, 0, project_import},
-        {"check", "what is damaged: rows, records, links, values, files; nothing is changed", 0, 0, project_check},
+       {{"new", "", "makes the index database and the default records", 0, project_new, {"tarn -p ANNEX project new"}},
+        {"info",
+         "",
+         "what the project holds, and what is stale",
+         0,
+         project_info,
+         {"tarn project info", "tarn project info --json"}},
+        {"export",
+         "[KIND ...]",
+         "the project as JSON",
+         kOutput,
+         project_export,
+         {"tarn project export --output all.json", "tarn project export walls roofs"}},
+        {"import",
+         "FILE",
+         "reads the entities of a JSON text into the project, all or none",
+         0,
+         project_import,
+         {"tarn project export windows | tarn project import -"}},
+        {"check",
+         "",
+         "what is damaged: rows, records, links, values, files; nothing is changed",
+         0,
+         project_check,
+         {"tarn project check", "tarn project check --json"}},
         {"repair",
-         "mends what can be mended, and keeps a copy of the project; --dry-run only tells, --rebuild-index makes the "
-         "index "
-         "from the records",
-         0, kDryRun | kRebuildIndex, project_repair}}}};
+         "",
+         "mends what can be mended, and keeps a copy of the project; --rebuild-index makes the index from the records",
+         kDryRun | kRebuildIndex,
+         project_repair,
+         {"tarn project repair --dry-run", "tarn project repair --rebuild-index"}}}}};
   for (const EntityKind& kind : entity_kinds()) all.push_back(group_of(kind));
-  all.push_back(
-      {"weather",
-       "hourly weather files; without FILE the project's own",
-       {{"import", "FILE: an EPW, TMY3 or TMY2 year becomes the project's weather, or with --output an hourly file", 1,
-         kOutput, weather_import},
-        {"check", "[FILE]: whether the file is valid, and which of its hours are implausible", 1, 0, weather_check},
-        {"show", "[FILE]: site, statistics and a chart by month; --svg PICTURE for a heat map of the year", 1, kSvg,
-         weather_show}}});
-  all.push_back({"results",
-                 "what the design calculation found for the air systems",
-                 {{"list", "the air systems that have design results", 0, 0, results_list},
+  all.push_back({"Weather",
+                 "weather",
+                 "hourly weather files; without FILE the project's own",
+                 {{"import",
+                   "FILE",
+                   "an EPW, TMY3 or TMY2 year becomes the project's weather, or with --output an hourly file",
+                   kOutput,
+                   weather_import,
+                   {"tarn weather import year.epw", "tarn weather import year.epw --output CITY.HW1"}},
+                  {"check",
+                   "[FILE]",
+                   "whether the file is valid, and which of its hours are implausible",
+                   0,
+                   weather_check,
+                   {"tarn weather check year.epw"}},
                   {"show",
-                   "N [ZONE]: sizes, loads and states of the air of air system N, or the loads of one of its zones; "
-                   "--svg PICTURE for load profile and psychrometric chart",
-                   2, kSvg, results_show}}});
-  all.push_back({"describe",
-                 "[CLASS | ENUMERATION]: the members of the classes, the codes of the enumerations",
-                 {{"", "", 1, 0, describe_classes}}});
+                   "[FILE]",
+                   "site, statistics and a chart by month; --svg for a heat map of the year",
+                   kSvg,
+                   weather_show,
+                   {"tarn weather show year.epw", "tarn weather show year.epw --svg year.svg"}}}});
+  all.push_back({"Air systems",
+                 "results",
+                 "what the design calculation found for the air systems",
+                 {{"list", "", "the air systems that have design results", 0, results_list, {"tarn results list"}},
+                  {"show",
+                   "N [ZONE]",
+                   "sizes, loads and states of the air of air system N, or the loads of one of its zones; "
+                   "--svg for load profile and psychrometric chart",
+                   kSvg,
+                   results_show,
+                   {"tarn results show 1 --svg design.svg", "tarn results show 1 2"}}},
+                 kind_named("air-systems")});
+  all.push_back({"Help",
+                 "describe",
+                 "the members of the classes, the codes of the enumerations",
+                 {{"",
+                   "[CLASS]",
+                   "",
+                   0,
+                   describe_classes,
+                   {"tarn describe WIN_Window", "tarn describe PLT_PlantTypes --json"}}}});
+  all.push_back({"Help",
+                 "help",
+                 "a subject explained, or help for a group or a verb",
+                 {{"", "[TOPIC] [VERB]", "", 0, show_help, {"tarn help staleness", "tarn help windows new"}}}});
+  all.push_back({"Help",
+                 "completion",
+                 "the script that lets a shell complete words, names and codes",
+                 {{"", "bash|zsh|fish", "", 0, show_completion, {"tarn completion bash"}}}});
   return all;
 }
 
-std::string signature(const Member& member) {
-  std::string text(member.name);
-  for (size_t i = 0; i < member.bounds.size(); ++i) {
-    const Bounds& b = member.bounds[i];
-    text += (i == 0 ? "(" : ", ") + std::to_string(b.first) + " to " + std::to_string(b.last);
+template <typename Row>
+const Row& row_of(const std::vector<Row>& rows, const std::string& name, const std::string& what) {
+  std::vector<std::string_view> names;
+  for (const Row& row : rows) {
+    if (row.name == name) return row;
+    names.push_back(row.name);
   }
-  if (!member.bounds.empty()) text += ")";
-  if (member.kind == MemberKind::Property) return text;
-  text += "(";
-  for (size_t i = 0; i < member.parameters().size(); ++i) {
-    const Parameter& p = member.parameters()[i];
-    if (i > 0) text += ", ";
-    text += (p.optional ? "[" : "") + std::string(p.by_reference ? "ByRef " : "") + std::string(p.name) + " " +
-            std::string(type_name(p.type)) + (p.optional ? "]" : "");
-  }
-  return text + ")";
+  throw UsageError("There is no " + what + " \"" + name + "\"; " + did_you_mean(name, names));
 }
 
-size_t record_length(Object& object) {
-  auto* entity = dynamic_cast<StoredEntity*>(&object);
-  if (!entity) return object.info().record_size;
-  size_t length = 0;
-  for (const auto& block : entity->file().blocks()) length += block.size();
-  return length;
+}  // namespace
+
+std::span<const OptionRow> option_rows() { return kOptions; }
+
+const std::vector<Group>& all_groups() {
+  static const std::vector<Group> all = make_groups();
+  return all;
+}
+
+const Group& group_named(const std::string& name) { return row_of(all_groups(), name, "group"); }
+
+const Verb& verb_named(const Group& group, const std::string& name) {
+  return row_of(group.verbs, name, "verb of " + group.name);
+}
+
+std::vector<std::string> Verb::words() const {
+  std::vector<std::string> words;
+  std::string word;
+  for (const char c : usage + " ") {
+    if (c == '[' || c == ']') continue;
+    if (c != ' ') {
+      word += c;
+    } else if (!word.empty()) {
+      words.push_back(std::exchange(word, {}));
+    }
+  }
+  return words;
+}
+
+size_t Verb::most_words() const {
+  const auto all = words();
+  return !all.empty() && all.back() == "..." ? SIZE_MAX : all.size();
 }
 
 }  // namespace tarn::cli

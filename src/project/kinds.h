@@ -19,6 +19,7 @@ struct ProjectFile {
 };
 
 struct EntityKind {
+  std::string_view subject;            // under which they are listed: "Envelope"
   std::string_view group, one;         // as a person names them: "windows", "window"
   std::string_view factory;            // of the project: "NewWindow"
   ProjectFile file;                    // of the kind's records; of the default where each entity has a file of its own

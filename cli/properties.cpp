@@ -1,0 +1,85 @@
+#include "cli/properties.h"
+
+#include <set>
+
+#include "cli/describe.h"
+#include "reflect/allowed.h"
+
+namespace tarn::cli {
+namespace {
+
+bool is_settable(const Member& member) {
+  return member.kind == MemberKind::Property && !member.read_only && (member.stored() || member.in_place());
+}
+
+struct Walk {
+  StoredEntity& sample;
+  const std::function<void(const Settable&)>& action;
+
+  void operator()(Object& owner, const std::vector<PartStep>& steps) const {
+    std::set<const std::byte*> places;  // two properties of one field are told once
+    for (const Member& member : owner.info().members) {
+      if (!is_settable(member)) continue;
+      const RecordField* field = member.field();
+      const std::byte* place = field && field->record_of ? field->place(owner) : nullptr;
+      if (place && (sample.file().is_cleared_by_edits(place) || !places.insert(place).second)) continue;
+      action({steps, owner, member});
+    }
+    for (const Member& member : owner.info().members) {
+      if (!member.is_part()) continue;
+      const OwnedPart& owned = member.owned();
+      if (owned.numbered && owned.resize && member.part_count(owner) == 0) owned.resize(owner, 1);
+      const int count = member.part_count(owner);
+      if (count == 0) continue;
+      auto deeper = steps;
+      deeper.push_back({&owned, count});
+      (*this)(member.part(owner, 1), deeper);
+    }
+  }
+};
+
+}  // namespace
+
+Ptr<StoredEntity> sample_of(const EntityKind& kind) {
+  const ObjectPtr sample = kind.create();
+  if (kind.prepare) kind.prepare(*sample);
+  return std::static_pointer_cast<StoredEntity>(sample);
+}
+
+void for_each_settable(StoredEntity& sample, const std::function<void(const Settable&)>& action) {
+  Walk{sample, action}(sample, {});
+}
+
+std::string PartStep::text() const {
+  const std::string last = part->resize ? "..." : std::to_string(count);
+  return std::string(part->name) + (part->numbered ? "(1 to " + last + ")" : "");
+}
+
+std::string Settable::prefix() const {
+  std::string text;
+  for (const PartStep& step : steps) text += step.text() + ".";
+  return text;
+}
+
+std::string type_text(const Member& member) {
+  if (member.type == ValueType::Text) return member.width() > 0 ? "text of " + std::to_string(member.width()) : "text";
+  if (member.type == ValueType::Boolean) return "true or false";
+  if (!member.labels.empty() || member.labels_vary) return "code";
+  return member.type == ValueType::Int16 || member.type == ValueType::Int32 ? "whole number" : "number";
+}
+
+std::string allowed_text(const Settable& property) {
+  if (!property.member.refers_to.empty()) return "index of a " + std::string(property.member.refers_to);
+  return allowed_numbers(property.owner, property.member);
+}
+
+std::vector<std::string> code_lines(const Settable& property) {
+  std::vector<std::string> lines;
+  for (const Label& label : property.member.labels_of(property.owner)) {
+    const std::string text = label.text.empty() || label.text == label.name ? "" : "  " + std::string(label.text);
+    lines.push_back(std::to_string(label.code) + "  " + std::string(label.name) + text);
+  }
+  return lines;
+}
+
+}  // namespace tarn::cli
