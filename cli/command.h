@@ -30,6 +30,12 @@ struct Call {
   std::string material;  // of --material
   bool dry_run = false;
   bool rebuild_index = false;
+  std::string where;    // of --where
+  std::string sort;     // of --sort
+  std::string columns;  // of --columns
+  bool reverse = false;
+  bool csv = false;
+  bool all = false;
   bool help = false;
   bool version = false;
   std::string group, verb;         // no verb where the group does one thing only
@@ -59,12 +65,6 @@ void print_notes(const std::string& what, const std::vector<std::string>& notes)
 /// Writes the picture that --svg asks for.
 void save_picture(const Call& call, const std::string& picture);
 
-/// How messages call the rows of an index table: "air system" and "air-systems".
-struct Indexed {
-  std::string table, one, many;
-};
-/// The index after the verb. Error `UsageError` where no row has it; the message names the nearest index that exists.
-int16_t index_of(const Call& call, Database& database, const Indexed& rows);
 /// The nearest index among the rows of an index table; none for an empty table.
 std::optional<int64_t> nearest_index(Database& database, const std::string& table, int index);
 /// A word that is a number. Error `UsageError`.

@@ -92,6 +92,14 @@ class Finder {
       if (!word_.empty()) add(number, rows.Fields("szName").text());
     }
   }
+  /// Properties for a list, after the last one where there are several.
+  void add_columns(const EntityKind& kind) {
+    const size_t comma = word_.rfind(',');
+    const std::string before = comma == std::string::npos ? "" : word_.substr(0, comma + 1);
+    for_each_settable(*sample_of(kind), [&](const Settable& each) {
+      if (each.steps.empty()) add(before + std::string(each.member.name) + (each.member.indexed() ? "(" : ""));
+    });
+  }
   std::vector<std::string> found() { return std::move(found_); }
 
  private:
@@ -131,7 +139,11 @@ class Finder {
 };
 
 /// What the value of an option can be; none for a file.
-void add_option_values(Finder& finder, const OptionRow& option) {
+void add_option_values(Finder& finder, const OptionRow& option, const Group* group) {
+  if (option.value == "COLUMNS" || option.value == "CONDITION") {
+    if (group && group->kind) finder.add_columns(*group->kind);
+    return;
+  }
   if (option.value != "MATERIAL") return;
   for (const Material& material : materials()) finder.add(material.name);
 }
@@ -168,7 +180,7 @@ std::vector<std::string> completions(const std::vector<std::string>& words) {
   const bool option = words.back().starts_with("-");
   const auto& given = line.words;
   if (line.open) {
-    add_option_values(finder, *line.open);
+    add_option_values(finder, *line.open, given.empty() ? nullptr : &group_named(given[0]));
   } else if (given.empty() && !option) {
     for (const Group& group : all_groups()) finder.add(group.name, group.help);
   } else if (given.empty()) {

@@ -4,14 +4,15 @@
 #include <iostream>
 
 #include "cli/assignments.h"
+#include "cli/choose.h"
 #include "cli/command.h"
 #include "cli/layers.h"
+#include "cli/list.h"
 #include "cli/views/pictures.h"
 #include "cli/views/wall_pictures.h"
 #include "exchange/imports.h"
-#include "reflect/json.h"
-#include "reflect/json_text.h"
 #include "storage/kind.h"
+#include "tarn/exchange.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/reflect/by_name.h"
 #include "tarn/storage/entity.h"
@@ -24,60 +25,31 @@ const EntityKind& kind_of(const Call& call) {
   return *std::find_if(kinds.begin(), kinds.end(), [&](const EntityKind& k) { return k.group == call.group; });
 }
 
-Json rows_json(Recordset rows) {
-  Json all = Json::array();
-  for (; !rows.AtEof(); rows.MoveNext()) {
-    Json row;
-    for (const std::string& column : rows.columns()) row[column] = to_json(value_of(rows.Fields(column).Value()));
-    all.push_back(std::move(row));
-  }
-  return all;
-}
+/// What was done to an entity, to be told when it is certain.
+struct Done {
+  Json json;
+  std::string text;
+  std::vector<std::string> computed;
+};
 
-int list(const Call& call, Database& database, StoredEntity& entity) {
-  auto rows =
-      database.OpenRecordset("SELECT * FROM " + std::string(entity.kind().index_table) + " ORDER BY nIndex ASC");
-  const auto columns = rows.columns();
-  Json all = rows_json(std::move(rows));
-  const std::string told = told_accuracies(entity, all);
-  if (call.json) {
-    print_json(all);
-    return kClean;
-  }
-  std::vector<std::vector<Json>> table;
-  for (const Json& row : all) {
-    auto& cells = table.emplace_back();
-    for (const std::string& column : columns) cells.push_back(row.at(column).is_null() ? Json("") : row.at(column));
-  }
-  print_table(columns, table);
-  std::cout << told;
-  return kClean;
-}
-
-int show(const Call& call, Database& database, StoredEntity& entity) {
-  if (call.json) {
-    Json json{{"class", std::string(entity.info().name)}, {"index", entity.Index()}};
-    add_stored_fields(entity, json);
-    json.update(told_accuracy(entity));
-    print_json(json);
-  } else {
-    std::cout << entity.info().name << ' ' << entity.Index() << '\n';
-    show_entity(database, entity);
-  }
-  if (!call.svg.empty()) save_picture(call, wall_picture(dynamic_cast<CA_ConstructionAssly&>(entity)));
-  return kClean;
-}
-
-int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::string_view what,
-          const std::vector<std::string>& computed, const Json& rest = Json::object()) {
+Done saved(StoredEntity& entity, const EntityKind& kind, std::string_view what,
+           std::vector<std::string> computed = {}) {
   entity.Save();
-  print_notes("computed", computed);
-  if (call.json) {
-    Json json{{"index", entity.Index()}};
-    json.update(rest);
-    print_json(json);
+  const int16_t index = entity.Index();
+  return {{{"index", index}},
+          std::string(kind.one) + " " + std::to_string(index) + " " + std::string(what),
+          std::move(computed)};
+}
+
+/// As an object, or with --all as a list.
+int tell(const Call& call, const std::vector<Done>& all) {
+  Json list = Json::array();
+  for (const Done& done : all) {
+    print_notes("computed", done.computed);
+    list.push_back(done.json);
+    if (!call.json) std::cout << done.text << '\n';
   }
-  if (!call.json) std::cout << kind.one << ' ' << entity.Index() << ' ' << what << '\n';
+  if (call.json) print_json(call.all ? list : list.front());
   return kClean;
 }
 
@@ -92,27 +64,64 @@ struct Opened {
       : kind(kind_of(call)), database(open_project(project, call, use)), entity(make_entity(project, kind)) {}
 };
 
-/// The same with the entity that the first word names.
+Indexed rows_of(const Opened& on) {
+  return {std::string(on.entity->kind().index_table), std::string(on.kind.one), std::string(on.kind.group)};
+}
+
+/// The same with the one entity that the first word names.
 struct Loaded : Opened {
-  Loaded(const Call& call, Use use) : Opened(call, use) {
-    entity->Load(index_of(call, *database,
-                          {std::string(entity->kind().index_table), std::string(kind.one), std::string(kind.group)}));
-  }
+  Loaded(const Call& call, Use use) : Opened(call, use) { entity->Load(index_of(call, *database, rows_of(*this))); }
 };
 
 /// The words after the first one.
 std::vector<std::string> assignments_of(const Call& call) { return {call.words.begin() + 1, call.words.end()}; }
 
+/// Does it to each entity that the first word names: to all of them or, where one fails, to none.
+template <typename F>
+int for_each_chosen(const Call& call, const Opened& on, F action) {
+  const auto indexes = chosen(call, *on.database, rows_of(on));
+  std::vector<Done> done;
+  Transaction transaction;
+  for (const int16_t index : indexes) {
+    on.entity->Load(index);
+    try {
+      done.push_back(action(*on.entity));
+    } catch (const Error& error) {
+      if (indexes.size() == 1) throw;
+      throw Error(error.number(), error.source(),
+                  std::string(on.kind.one) + " " + std::to_string(index) + ": " + error.description() +
+                      " None of the " + std::to_string(indexes.size()) + " was changed.");
+    }
+  }
+  transaction.commit();
+  return tell(call, done);
+}
+
 }  // namespace
 
 int kind_list(const Call& call) {
   const Opened on(call, Use::Reading);
-  return list(call, *on.database, *on.entity);
+  return list_entities(call, on.kind, *on.database, *on.entity);
 }
 
 int kind_show(const Call& call) {
-  const Loaded on(call, Use::Reading);
-  return show(call, *on.database, *on.entity);
+  Opened on(call, Use::Reading);
+  const Indexed rows = rows_of(on);
+  const auto indexes = call.svg.empty() ? all_chosen(call, *on.database, rows)
+                                        : std::vector<int16_t>{index_of(call, *on.database, rows)};
+  if (call.json) std::cout << export_entities(on.project, on.kind.group, indexes);
+  for (const int16_t index : indexes) {
+    on.entity->Load(index);
+    if (call.json) {
+      const Json told = told_accuracy(*on.entity);
+      if (!told.empty()) print_notes(rows.one + " " + std::to_string(index), {told.at("transfer_function_message")});
+      continue;
+    }
+    std::cout << (index == indexes.front() ? "" : "\n") << on.entity->info().name << ' ' << index << '\n';
+    show_entity(*on.database, *on.entity);
+  }
+  if (!call.svg.empty()) save_picture(call, wall_picture(dynamic_cast<CA_ConstructionAssly&>(*on.entity)));
+  return kClean;
 }
 
 int kind_new(const Call& call) {
@@ -127,14 +136,16 @@ int kind_new(const Call& call) {
   const auto computed = edit(entity, on.kind, call.words);
   if (on.kind.letter != 0 && !entity.IsNameUnique())  // files of their own are told apart by it
     throw UsageError("Another " + std::string(on.kind.one) + " has that name; give one of its own: Name=...");
-  return saved(call, entity, on.kind, "made", computed);
+  return tell(call, {saved(entity, on.kind, "made", computed)});
 }
 
 int kind_set(const Call& call) {
-  const Loaded on(call, Use::Writing);
+  const Opened on(call, Use::Writing);
   if (call.words.size() == 1) throw UsageError("Nothing to set; write Property=value.");
-  const auto computed = edit(*on.entity, on.kind, assignments_of(call));
-  return saved(call, *on.entity, on.kind, "saved", computed);
+  return for_each_chosen(call, on, [&](StoredEntity& entity) {
+    const auto computed = edit(entity, on.kind, assignments_of(call));
+    return saved(entity, on.kind, "saved", computed);
+  });
 }
 
 int kind_clone(const Call& call) {
@@ -144,18 +155,16 @@ int kind_clone(const Call& call) {
   on.entity->info().find("Clone").call(*on.entity, none, clone);
   auto& copy = dynamic_cast<StoredEntity&>(*std::get<ObjectPtr>(clone));
   const auto computed = edit(copy, on.kind, assignments_of(call));
-  return saved(call, copy, on.kind, "made from " + std::to_string(on.entity->Index()), computed);
+  return tell(call, {saved(copy, on.kind, "made from " + std::to_string(on.entity->Index()), computed)});
 }
 
 int kind_delete(const Call& call) {
-  const Loaded on(call, Use::Writing);
-  const int16_t index = on.entity->Index();
-  on.entity->Delete(index);
-  if (call.json)
-    print_json({{"index", index}});
-  else
-    std::cout << on.kind.one << ' ' << index << " deleted\n";
-  return kClean;
+  const Opened on(call, Use::Writing);
+  return for_each_chosen(call, on, [&](StoredEntity& entity) {
+    const int16_t index = entity.Index();
+    entity.Delete(index);
+    return Done{{{"index", index}}, std::string(on.kind.one) + " " + std::to_string(index) + " deleted", {}};
+  });
 }
 
 int kind_layer(const Call& call) {
@@ -166,9 +175,10 @@ int kind_layer(const Call& call) {
   const Loaded on(of_one, Use::Writing);
   const LayerChange change = change_layers(dynamic_cast<CA_ConstructionAssly&>(*on.entity), call);
   on.kind.compute(*on.entity);
-  return saved(call, *on.entity, on.kind,
-               "saved: " + change.name + " " + change.what + ", slot " + std::to_string(change.slot), {},
-               {{"slot", change.slot}, {"layer", change.name}});
+  Done done =
+      saved(*on.entity, on.kind, "saved: " + change.name + " " + change.what + ", slot " + std::to_string(change.slot));
+  done.json.update({{"slot", change.slot}, {"layer", change.name}});
+  return tell(call, {done});
 }
 
 /// A new entity from a file of another program, with what a person should know of it.
@@ -177,9 +187,11 @@ int kind_import(const Call& call) {
   if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
   const std::vector<std::string> notes = file_import_of(on.kind)(*on.entity, call.words.front());
   const auto computed = edit(*on.entity, on.kind, assignments_of(call));
-  const int code = saved(call, *on.entity, on.kind, "made from " + call.words.front(), computed, {{"notes", notes}});
+  Done done = saved(*on.entity, on.kind, "made from " + call.words.front(), computed);
+  done.json["notes"] = notes;
+  tell(call, {done});
   if (!call.json) print_notes("", notes);
-  return code;
+  return kClean;
 }
 
 }  // namespace tarn::cli

@@ -1,6 +1,7 @@
 #include "cli/layers.h"
 
 #include "base/nearest.h"
+#include "cli/choose.h"
 #include "envelope/materials.h"
 
 namespace tarn::cli {

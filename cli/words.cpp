@@ -23,6 +23,12 @@ constexpr OptionRow kOptions[]{
     {kDryRun, "--dry-run", "", "tell what would be done, and change nothing", nullptr, &Call::dry_run},
     {kRebuildIndex, "--rebuild-index", "", "make the index database anew from the record files", nullptr,
      &Call::rebuild_index},
+    {kList, "--where", "CONDITION", "only those that it holds of: \"Height>4 and Name~South*\"", &Call::where, nullptr},
+    {kList, "--sort", "COLUMNS", "by these properties: Name,Height", &Call::sort, nullptr},
+    {kList, "--reverse", "", "the last first", nullptr, &Call::reverse},
+    {kList, "--columns", "COLUMNS", "what to list: Name,Height,GlassTrans(1)", &Call::columns, nullptr},
+    {kList, "--csv", "", "print comma-separated values", nullptr, &Call::csv},
+    {kAll, "--all", "", "all that N names, where it names several", nullptr, &Call::all},
     {0, "-h,--help", "", "this help; after a group or a verb, help for that", nullptr, &Call::help},
     {0, "--version", "", "the version of tarn", nullptr, &Call::version}};
 
@@ -34,42 +40,45 @@ Group group_of(const EntityKind& kind) {
   const Example& example = example_of(kind.group);
   const auto line = [&](const std::string& words) { return "tarn " + many + " " + words; };
   const std::string name = "\"" + example.name + "\"";
-  Group group{
-      std::string(kind.subject),
-      many,
-      "the project's " + spoken,
-      {{"list", "", "the index rows of all", 0, kind_list, {line("list"), line("list --json")}},
-       {"show",
-        "N",
-        one + " N as a form; --json for every stored property",
-        0,
-        kind_show,
-        {line("show 1"), line("show 1 --json")}},
-       {"new",
-        "[Property=value ...]",
-        "a new " + one + " from the defaults",
-        kind.start ? kType : 0U,
-        kind_new,
-        {line("new " + example.start + "Name=" + name + " " + example.first), line("new Name=\"Spare " + one + "\"")}},
-       {"set",
-        "N Property=value ...",
-        "changes " + one + " N" + follows,
-        0,
-        kind_set,
-        {line("set 1 " + example.first), line("set 1 " + example.second)}},
-       {"clone",
-        "N [Property=value ...]",
-        "a copy of " + one + " N",
-        0,
-        kind_clone,
-        {line("clone 1"), line("clone 1 Name=\"Another " + one + "\" " + example.second)}},
-       {"delete",
-        "N",
-        "removes " + one + " N and every use of it",
-        0,
-        kind_delete,
-        {line("delete 1"), line("delete 2 --json")}}},
-      &kind};
+  Group group{std::string(kind.subject), many, "the project's " + spoken, {}, &kind};
+  const auto add = [&](Verb verb) { group.verbs.push_back(std::move(verb)); };
+  add({"list",
+       "",
+       "the index rows of all, or properties by name of those that are asked for",
+       kList,
+       kind_list,
+       {line("list --where \"" + example.where + "\""),
+        line("list --sort Name --columns \"" + example.columns + "\" --csv")}});
+  add({"show",
+       "N",
+       one + " N as a form; --json as project import takes it",
+       0,
+       kind_show,
+       {line("show " + name), line("show 1 --json")}});
+  add({"new",
+       "[Property=value ...]",
+       "a new " + one + " from the defaults",
+       kind.start ? kType : 0U,
+       kind_new,
+       {line("new " + example.start + "Name=" + name + " " + example.first), line("new Name=\"Spare " + one + "\"")}});
+  add({"set",
+       "N Property=value ...",
+       "changes " + one + " N" + follows,
+       kAll,
+       kind_set,
+       {line("set 1 " + example.first), line("set " + name + " " + example.second)}});
+  add({"clone",
+       "N [Property=value ...]",
+       "a copy of " + one + " N",
+       0,
+       kind_clone,
+       {line("clone 1"), line("clone 1 Name=\"Another " + one + "\" " + example.second)}});
+  add({"delete",
+       "N",
+       "removes " + one + " N and every use of it",
+       kAll,
+       kind_delete,
+       {line("delete 1"), line("delete \"Spare*\" --all")}});
   if (kind.class_name == "CA_ConstructionAssly") {
     Verb& show = group.verbs[1];
     show.help += "; --svg for a section with its temperatures";

@@ -13,7 +13,16 @@
 namespace tarn::cli {
 
 /// The options that not every verb takes, as bits.
-enum Option : unsigned { kType = 1, kOutput = 2, kSvg = 4, kMaterial = 8, kDryRun = 16, kRebuildIndex = 32 };
+enum Option : unsigned {
+  kType = 1,
+  kOutput = 2,
+  kSvg = 4,
+  kMaterial = 8,
+  kDryRun = 16,
+  kRebuildIndex = 32,
+  kList = 64,
+  kAll = 128
+};
 
 struct OptionRow {
   unsigned bit;               // of `Option`; 0 for one that every verb takes

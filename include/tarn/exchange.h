@@ -4,7 +4,9 @@
 
 #include <functional>
 #include <set>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "tarn/project.h"
 
@@ -16,6 +18,10 @@ using Progress = std::function<void(size_t done, size_t total)>;
 /// The project's text. `groups` names the kinds to take ("windows"); none takes all, preferences and report options
 /// too.
 std::string export_project(COM_ProjectData& project, const std::set<std::string>& groups, const Progress& progress);
+
+/// The text of some entities of one kind alone, which an import takes as well. Error `InvalidCall` for a group that is
+/// none.
+std::string export_entities(COM_ProjectData& project, std::string_view group, std::span<const int16_t> indexes);
 
 /// Brings a text's entities in, in one transaction, and returns their number. Where the project has no entity of a
 /// kind, those of the text keep their indexes and their default record; otherwise they get free indexes. Anything wrong

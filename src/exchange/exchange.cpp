@@ -92,6 +92,22 @@ void write_entity(std::string& out, StoredEntity& entity, int16_t index, bool fi
   out += "}";
 }
 
+/// A kind's entities as a list; the default record, with index 0, stands first.
+void write_entities(std::string& out, StoredEntity& entity, std::span<const int16_t> indexes,
+                    const std::function<void()>& done) {
+  out += "[";
+  bool first = true;
+  for (const int16_t index : indexes) {
+    if (index == 0)
+      entity.CreateDefault();
+    else
+      entity.Load(index);
+    write_entity(out, entity, index, std::exchange(first, false));
+    if (index != 0) done();
+  }
+  out += "]";
+}
+
 std::string hex_of(std::span<const std::byte> bytes) {
   constexpr std::string_view digits = "0123456789abcdef";
   std::string text;
@@ -131,20 +147,10 @@ std::string export_project(COM_ProjectData& project, const std::set<std::string>
   for (const EntityKind& kind : entity_kinds()) {
     if (!groups.empty() && !groups.contains(std::string(kind.group))) continue;
     const auto entity = make_entity(project, kind);
-    const bool has_default = on_disk(entity->file().default_path());
+    auto indexes = indexes_of(*entity);
+    if (on_disk(entity->file().default_path())) indexes.insert(indexes.begin(), 0);
     section(kind.section);
-    out += "[";
-    if (has_default) {
-      entity->CreateDefault();
-      write_entity(out, *entity, 0, true);
-    }
-    bool first = !has_default;
-    for (const int16_t index : indexes_of(*entity)) {
-      entity->Load(index);
-      write_entity(out, *entity, index, std::exchange(first, false));
-      progress(++done, 0);
-    }
-    out += "]";
+    write_entities(out, *entity, indexes, [&] { progress(++done, 0); });
   }
   if (groups.empty()) {
     if (const auto preferences = project.NewProjectPrefs(); on_disk(preferences->FileName)) {
@@ -159,6 +165,17 @@ std::string export_project(COM_ProjectData& project, const std::set<std::string>
       out += "{\"record\": \"" + hex_of(reports->bytes) + "\"}";
     }
   }
+  return out + "}\n";
+}
+
+std::string export_entities(COM_ProjectData& project, std::string_view group, std::span<const int16_t> indexes) {
+  const auto kinds = entity_kinds();
+  const auto kind = std::ranges::find(kinds, group, &EntityKind::group);
+  if (kind == kinds.end()) fail(ErrorNumber::InvalidCall, "There is no kind \"" + std::string(group) + "\".");
+  const auto opened = host().database(project.IndexDBName());  // as above
+  Transaction reading(Transaction::Purpose::Reading);
+  std::string out = "{\"tarn\": " + std::to_string(kFormat) + ",\n\"" + std::string(kind->section) + "\": ";
+  write_entities(out, *make_entity(project, *kind), indexes, [] {});
   return out + "}\n";
 }
 

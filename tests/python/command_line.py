@@ -43,6 +43,13 @@ class CommandLineTest(unittest.TestCase):
     def rows(self):
         return json.loads(self.tarn("windows", "list", "--json").stdout)
 
+    def shown(self, group, entity):
+        """The one entity that `show --json` prints."""
+        text = json.loads(self.tarn(group, "show", entity, "--json").stdout)
+        self.assertEqual((list(text)[0], len(text)), ("tarn", 2))
+        [found] = list(text.values())[1]
+        return found
+
     def made_year(self):
         path = self.at / "year.epw"
         subprocess.run([sys.executable, EXAMPLES / "make_year.py", path], check=True)

@@ -12,8 +12,8 @@ class TestEnvelope(CommandLineTest):
         self.tarn("windows", "clone", "1", "Name=other")
         computed = self.tarn("windows", "set", "1", "FrameType=0").stderr
         self.assertIn("computed: OverallUValue", computed)
-        shown = json.loads(self.tarn("windows", "show", "1", "--json").stdout)
-        self.assertEqual((shown["class"], shown["index"], shown["Name"], shown["GlassTrans"][1]), ("WIN_Window", 1, "Küche", 0.5))
+        shown = self.shown("windows", "1")
+        self.assertEqual((shown["index"], shown["Name"], shown["GlassTrans"][1]), (1, "Küche", 0.5))
         self.tarn("windows", "set", "1", "OverallUValue=0.25")
         self.assertEqual([(r["nIndex"], r["szName"], r["fOverallUValue"]) for r in self.rows()][0], (1, "Küche", 0.25))
         self.tarn("windows", "delete", "1")
@@ -45,7 +45,7 @@ class TestEnvelope(CommandLineTest):
         self.assertNotIn("% off", self.tarn("roofs", "new") and self.tarn("roofs", "show", "1").stdout)
         self.tarn("walls", "set", "1", "Layer(3).LayerUsed=false")
         self.assertIn("computed", self.tarn("walls", "set", "1", "Layer(4).Thickness=1").stderr)
-        unused = json.loads(self.tarn("walls", "show", "1", "--json").stdout)["Layer"][2]
+        unused = self.shown("walls", "1")["Layer"][2]
         self.assertEqual((unused["Name"], unused["Thickness"], unused["ThermalResistance"]), ("Not used", 0.0, 0.0))
         self.tarn("schedules", "new", "Name=Hours", "HourlyValue(1,0)=0")
         self.assertIn("100 %  |  ####", self.tarn("schedules", "show", "1").stdout)
@@ -53,7 +53,7 @@ class TestEnvelope(CommandLineTest):
         space = self.tarn("spaces", "show", "1").stdout
         self.assertRegex(space, r"WallType +1  Brick")
         self.assertRegex(space, r"Schedule +1  Hours")
-        self.assertEqual(json.loads(self.tarn("spaces", "show", "1", "--json").stdout)["Wall"][1]["WallType"], 1)
+        self.assertEqual(self.shown("spaces", "1")["Wall"][1]["WallType"], 1)
         for words, says in [(["walls", "set", "1", "Layr(2).Thickness=1"], "did you mean Layer?"),
                             (["walls", "set", "1", "Layer(11).Thickness=1"], "takes a number from 1 to 10"),
                             (["walls", "set", "1", "Layer(2).Thicknes=1"], "did you mean Thickness?"),
@@ -69,14 +69,14 @@ class TestEnvelope(CommandLineTest):
 
     def test_layers_and_a_picture_of_a_wall(self):
         self.tarn("walls", "new", "Name=Brick")
-        before = self.tarn("walls", "show", "1", "--json").stdout
+        before = self.shown("walls", "1")
         self.assertIn("M01 4 in brick", self.tarn("walls", "layer", "materials").stdout)
         self.assertIn("I02 2 in insulation board inserted, slot 2", self.tarn("walls", "layer", "insert", "1", "2", "--material", "i02").stdout)
         self.assertIn("moved, slot 3", self.tarn("walls", "layer", "move", "1", "2", "3").stdout)
-        moved = json.loads(self.tarn("walls", "show", "1", "--json").stdout)["Layer"][2]
+        moved = self.shown("walls", "1")["Layer"][2]
         self.assertEqual((moved["Name"], moved["Thickness"], moved["Conductivity"]), ("I02 2 in insulation board", 2.0, 0.0173337))
         self.assertIn("removed", self.tarn("walls", "layer", "remove", "1", "3").stdout)
-        self.assertEqual(json.loads(self.tarn("walls", "show", "1", "--json").stdout)["BTrans"], json.loads(before)["BTrans"])
+        self.assertEqual(self.shown("walls", "1")["BTrans"], before["BTrans"])
         for words, message in ((("insert", "1", "1"), "give a slot from 2 to 9"), (("remove", "1", "9"), "Slot 9 has no layer"),
                                (("insert", "1", "2", "--material", "M99"), "did you mean M09"), (("turn", "1"), "layer move N SLOT TO")):
             self.assertIn(message, self.tarn("walls", "layer", *words, code=2).stderr)
@@ -90,9 +90,8 @@ class TestEnvelope(CommandLineTest):
         self.assertAlmostEqual(json.loads(self.tarn("walls", "list", "--json").stdout)[-1]["transfer_function_error"], 0.005, 5)
         last = str(json.loads(self.tarn("walls", "list", "--json").stdout)[-1]["nIndex"])
         self.assertIn(told, self.tarn("walls", "show", last).stdout)
-        shown = json.loads(self.tarn("walls", "show", last, "--json").stdout)
-        self.assertIn(told, shown["transfer_function_message"])
-        self.assertNotIn("transfer_function_error", json.loads(self.tarn("walls", "show", "1", "--json").stdout))
+        self.assertIn(told, self.tarn("walls", "show", last, "--json").stderr)
+        self.assertEqual(self.tarn("walls", "show", "1", "--json").stderr, "")
         picture = self.at / "wall.svg"
         self.tarn("walls", "show", "1", "--svg", str(picture))
         text = picture.read_text()

@@ -65,7 +65,7 @@ class TestResults(CommandLineTest):
         (self.at / "MALLD01.DAT").write_bytes(b"short")
         self.assertIn("run the design calculation again", self.tarn("results", "show", "1", code=3).stderr)
         self.make_results()
-        for words, says in [(["show"], "tarn results show N"), (["show", "4"], "the nearest is 1"), (["show", "x"], "give a number"),
+        for words, says in [(["show"], "tarn results show N"), (["show", "4"], "the nearest is 1"), (["show", "x"], "did you mean VAV-1?"),
                             (["show", "1", "3"], "the nearest is 2"), (["show", "1", "2", "3"], "one word too many"), (["shw"], "did you mean show?"),
                             (["show", "1", "1", "--svg", "x"], "leave the zone out"), (["list", "--svg", "x"], "--svg goes with")]:
             with self.subTest(words):

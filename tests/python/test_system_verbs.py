@@ -41,10 +41,10 @@ class TestSystems(CommandLineTest):
         system.Load(1)
         system.GetAirSizing().VentCFM, system.GetCoilSize().MaxPrecool, system.GetAirSystem().Sized = 500, 9, True
         system.Save(True)
-        self.assertEqual(json.loads(self.tarn("air-systems", "show", "1", "--json").stdout)["CoilSize"]["MaxPrecool"], 9)
+        self.assertEqual(self.shown("air-systems", "1")["CoilSize"]["MaxPrecool"], 9)
         self.tarn("air-systems", "set", "1", "AirSizing.SizingMethod=2", "AirSizing.CWDeltaT=12.5")
         self.tarn("air-systems", "set", "1", "AirSizing.SDLSHour=15")
-        shown = json.loads(self.tarn("air-systems", "show", "1", "--json").stdout)
+        shown = self.shown("air-systems", "1")
         sizing = shown["AirSizing"]
         self.assertEqual([sizing["SizingMethod"]["code"]] + [sizing[name] for name in ("CWDeltaT", "HWDeltaT", "SDLSHour", "VentCFM")], [2, 12.5, 20, 15, 0])
         self.assertEqual((shown["AirSystem"]["Sized"], shown.get("CoilSize")), (False, None))
@@ -62,7 +62,7 @@ class TestSystems(CommandLineTest):
         (self.at / "sorted.json").write_text(json.dumps(json.loads(CHILLER.read_text()), sort_keys=True))
         made = json.loads(self.tarn("chillers", "import", str(self.at / "sorted.json"), "--json").stdout)
         self.assertEqual(made["notes"], run.stderr.splitlines())
-        first, second = (json.loads(self.tarn("chillers", "show", index, "--json").stdout) for index in "12")
+        first, second = (self.shown("chillers", index) for index in "12")
         self.assertEqual({**first, "index": 2}, second)
         self.assertEqual(first["Name"], "Appendix J curve set 'A'")
 
@@ -91,7 +91,7 @@ class TestSystems(CommandLineTest):
                      r"CondenserWaterLoop Pump 1 +1|CondenserWaterLoop", r"TowerID +1  Tower  1", r"not used: ChilledWaterSecondaryLoop"):
             self.assertRegex(shown, text)
         self.assertIn("not used: ChilledWaterPrimaryLoop", self.tarn("plants", "show", "2").stdout)
-        self.assertEqual(json.loads(self.tarn("plants", "show", "1", "--json").stdout)["Details"]["CoolingEqpt"]["Equipment"][1]["EquipmentID"], 1)
+        self.assertEqual(self.shown("plants", "1")["Details"]["CoolingEqpt"]["Equipment"][1]["EquipmentID"], 1)
         for words, says in [(["plants", "new", "--type", "hot_watr"], "did you mean HOT_WATER?"),
                             (["plants", "set", "1", "Name=Plant  2"], "A plant already exists with the name [Plant  2]"),
                             (["plants", "set", "1", "Details.CondenserWaterLoop.NumPumps=0"], "must have NumPumps >=1"),
@@ -112,7 +112,7 @@ class TestSystems(CommandLineTest):
         for word, value in [(".1", 0.1), ("5.", 5), ("+2", 2), ("-.5", -0.5), ("1e-2", 0.01)]:
             self.tarn("electric-rates", "new", f"Name=Rate {word}", f"FlatRate={word}")
             shown = json.loads(self.tarn("electric-rates", "list", "--json").stdout)[-1]["nIndex"]
-            self.assertEqual(json.loads(self.tarn("electric-rates", "show", str(shown), "--json").stdout)["FlatRate"], value, word)
+            self.assertEqual(self.shown("electric-rates", str(shown))["FlatRate"], value, word)
         self.tarn("electric-rates", "new", "FlatRate=.", code=2)
 
 

@@ -1,0 +1,216 @@
+#include "cli/columns.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "base/nearest.h"
+#include "cli/describe.h"
+#include "cli/properties.h"
+#include "reflect/json.h"
+#include "storage/kind.h"
+
+namespace tarn::cli {
+namespace {
+
+constexpr std::string_view kIndexColumn = "nIndex", kNameColumn = "szName";
+
+/// The columns of a kind's index table.
+std::vector<std::string_view> table_columns(const Kind& kind) {
+  std::vector<std::string_view> names{kIndexColumn, kNameColumn};
+  for (const SummaryColumn& column : kind.columns) names.push_back(column.name);
+  for (const ChangedFlag& flag : kind.flags) names.push_back(flag.column);
+  return names;
+}
+
+/// "Height" of "fHeight": without the letters of its type.
+std::string_view without_type(std::string_view column) {
+  const size_t first = column.find_first_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ");
+  return column.substr(std::min(first, column.size()));
+}
+
+/// The name in "GlassTrans(2)"; the numbers come to `at`.
+std::string name_in(std::string_view step, std::vector<int>& at, const std::string& word) {
+  const size_t open = std::min(step.find('('), step.size());
+  const char* place = step.data() + open;
+  const char* const end = step.data() + step.size();
+  while (place != end && *place != ')') {
+    int number = 0;
+    const auto [after, failed] = std::from_chars(place + 1, end, number);
+    if (failed != std::errc()) break;
+    at.push_back(number);
+    place = after;
+    if (place != end && *place != ',') break;
+  }
+  if (open < step.size() && (at.empty() || place + 1 != end || *place != ')'))
+    throw UsageError("\"" + word + "\" has subscripts that cannot be read; write Property(1) or Property(1,2).");
+  return std::string(step.substr(0, open));
+}
+
+bool is_listed(const Member& member) {
+  return member.kind == MemberKind::Property && member.type != ValueType::Object && member.type != ValueType::Reals;
+}
+
+const Member* property_of(const ClassInfo& info, std::string_view name) {
+  const int number = info.number(name);
+  return number >= 0 && is_listed(info.members[static_cast<size_t>(number)])
+             ? &info.members[static_cast<size_t>(number)]
+             : nullptr;
+}
+
+/// The part that a property named without one belongs to: the one that also holds the entity's name, else the only one.
+const Member* holder_of(const ClassInfo& info, std::string_view name) {
+  const Member* found = nullptr;
+  size_t count = 0;
+  for (const Member& member : info.members) {
+    if (!member.is_part() || member.owned().numbered || !property_of(member.owned().info(), name)) continue;
+    if (property_of(member.owned().info(), "Name")) return &member;
+    found = &member;
+    ++count;
+  }
+  return count == 1 ? found : nullptr;
+}
+
+}  // namespace
+
+const ClassInfo* Column::follow_parts(const ClassInfo& info, std::string_view& path, const std::string& word) {
+  const ClassInfo* owner = &info;
+  for (size_t dot = path.find('.'); dot != std::string_view::npos; dot = path.find('.')) {
+    std::vector<int> at;
+    const std::string name = name_in(path.substr(0, dot), at, word);
+    const Member* part = find_part(*owner, name);
+    if (!part) {
+      std::vector<std::string_view> names;
+      for (const Member& member : owner->members) {
+        if (member.is_part()) names.push_back(member.owned().name);
+      }
+      throw UsageError(std::string(owner->name) + " has no part " + name + "; " + did_you_mean(name, names));
+    }
+    if (at.size() != (part->owned().numbered ? 1U : 0U)) {
+      throw UsageError("\"" + word + "\": " + name + " takes " + (part->owned().numbered ? "one number" : "no number") +
+                       ".");
+    }
+    steps_.push_back({part, at.empty() ? 1 : at.front()});
+    title_ += std::string(part->owned().name) + (at.empty() ? "." : "(" + std::to_string(at.front()) + ").");
+    owner = &part->owned().info();
+    path.remove_prefix(dot + 1);
+  }
+  return owner;
+}
+
+void Column::find_property(const ClassInfo& info, const std::string& name) {
+  member_ = property_of(info, name);
+  const Member* holder = member_ || !steps_.empty() ? nullptr : holder_of(info, name);
+  if (holder) {
+    steps_.push_back({holder, 1});
+    member_ = property_of(holder->owned().info(), name);
+  }
+  if (!member_) {
+    std::vector<std::string_view> names;
+    for (const Member& member : info.members) {
+      if (is_listed(member)) names.push_back(member.name);
+    }
+    throw UsageError(std::string(info.name) + " has no property " + name + "; " + did_you_mean(name, names));
+  }
+}
+
+Column::Column(const EntityKind& kind, const std::string& word) {
+  const auto sample = sample_of(kind);
+  const auto columns = table_columns(sample->kind());
+  const auto raw = std::ranges::find_if(columns, [&](std::string_view each) { return same_word(each, word); });
+  if (raw != columns.end()) {
+    title_ = in_row_ = *raw;
+    return;
+  }
+  std::string_view path = word;
+  const ClassInfo* owner = follow_parts(sample->info(), path, word);
+  const bool named_alone = steps_.empty();
+  find_property(*owner, name_in(path, at_, word));
+  title_ += member_->name;
+  for (size_t i = 0; i < at_.size(); ++i) title_ += (i == 0 ? "(" : ",") + std::to_string(at_[i]);
+  if (!at_.empty()) title_ += ")";
+  if (at_.size() != member_->bounds.size())
+    throw UsageError("\"" + word + "\": name " + (member_->indexed() ? "an element of " : "it as ") +
+                     signature(*member_) + ".");
+  for (size_t i = 0; i < at_.size(); ++i) {
+    if (at_[i] < member_->bounds[i].first || at_[i] > member_->bounds[i].last) {
+      throw UsageError("\"" + word + "\": the subscript " + std::to_string(at_[i]) + " is not from " +
+                       std::to_string(member_->bounds[i].first) + " to " + std::to_string(member_->bounds[i].last) +
+                       ".");
+    }
+  }
+  if (!named_alone || member_->indexed() || member_->labels_vary) return;
+  const auto held = std::ranges::find_if(
+      columns, [&](std::string_view each) { return same_word(without_type(each), member_->name); });
+  if (held != columns.end()) in_row_ = *held;
+}
+
+Column Column::of_table(const std::string& name) {
+  Column column;
+  column.title_ = column.in_row_ = name;
+  return column;
+}
+
+Listed Column::listed(const Value& value, std::span<const Label> labels) const {
+  Listed out{to_json(value), {}, {}, {}};
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    out.text = trimmed(*text);
+    out.json = out.text;
+    return out;
+  }
+  if (out.json.is_null()) return out;
+  const auto* truth = std::get_if<bool>(&value);
+  out.number = truth ? (*truth ? 1 : 0) : real_from(value);
+  out.text = shown(out.json);
+  const auto label = std::ranges::find_if(labels, [&](const Label& each) { return each.code == *out.number; });
+  if (label != labels.end()) {
+    out.code = label->name;
+    out.text = label->text.empty() ? label->name : label->text;
+    out.json = {{"code", label->code}, {"text", out.text}};
+  }
+  return out;
+}
+
+Listed Column::of_row(const Cell& cell) const {
+  const Value value = value_of(cell);
+  if (!member_ || type_of(value) == ValueType::Empty) return listed(value, {});
+  if (member_->type == ValueType::Boolean) return listed(Value(integer_from(value, INT32_MIN, INT32_MAX) != 0), {});
+  if (member_->type == ValueType::Real32) return listed(Value(static_cast<float>(real_from(value))), {});
+  return listed(value, member_->labels);
+}
+
+Listed Column::of_record(Object& entity) const {
+  Object* owner = &entity;
+  for (const Step& step : steps_) {
+    if (step.number < 1 || step.number > step.part->part_count(*owner)) return {};
+    owner = &step.part->part(*owner, step.number);
+  }
+  Value value;
+  member_->get(*owner, at_, value);
+  return listed(value, member_->labels_of(*owner));
+}
+
+std::vector<Column> columns_named(const EntityKind& kind, const std::string& words) {
+  std::vector<Column> columns;
+  std::string word;
+  int depth = 0;
+  for (const char c : words + ",") {
+    if (c == ',' && depth == 0) {
+      columns.emplace_back(kind, std::exchange(word, {}));
+      continue;
+    }
+    if (c == '(') ++depth;
+    if (c == ')') --depth;
+    if (c != ' ') word += c;
+  }
+  if (!word.empty()) throw UsageError("\"" + word + "\" has a bracket that is not closed.");
+  return columns;
+}
+
+Listed ListedEntity::value(const Column& column) {
+  if (!column.in_row().empty()) return column.of_row(row_.at(column.in_row()));
+  if (!loaded_) entity_.Load(static_cast<int16_t>(std::get<int64_t>(row_.at("nIndex"))));
+  loaded_ = true;
+  return column.of_record(entity_);
+}
+
+}  // namespace tarn::cli
