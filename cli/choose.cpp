@@ -61,10 +61,16 @@ std::string told(const std::vector<int16_t>& indexes, Database& database, const 
   return count > kMostTold ? text + " and " + std::to_string(count - kMostTold) + " more" : text;
 }
 
-const std::string& first_word(const Call& call, const Indexed& rows) {
-  if (call.words.empty())
+const std::string& word_of(const Call& call, const Indexed& rows, size_t place) {
+  if (call.words.size() <= place)
     throw UsageError("Which " + rows.one + "? Give its number or name: tarn " + call.group + " " + call.verb + " N");
-  return call.words.front();
+  return call.words[place];
+}
+
+UsageError too_many(const std::string& word, const std::vector<int16_t>& indexes, Database& database,
+                    const Indexed& rows, const std::string& remedy) {
+  return UsageError("\"" + word + "\" names " + std::to_string(indexes.size()) + " " + rows.many + ": " +
+                    told(indexes, database, rows) + ". Give the number of one" + remedy + ".");
 }
 
 }  // namespace
@@ -82,21 +88,21 @@ std::vector<int16_t> indexes_of(const std::string& word, Database& database, con
 }
 
 std::vector<int16_t> all_chosen(const Call& call, Database& database, const Indexed& rows) {
-  return indexes_of(first_word(call, rows), database, rows);
+  return indexes_of(word_of(call, rows, 0), database, rows);
 }
 
-int16_t index_of(const Call& call, Database& database, const Indexed& rows) {
-  const auto indexes = all_chosen(call, database, rows);
-  if (indexes.size() == 1) return indexes.front();
-  throw UsageError("\"" + call.words.front() + "\" names " + std::to_string(indexes.size()) + " " + rows.many + ": " +
-                   told(indexes, database, rows) + ". Give the number of one.");
+int16_t index_of(const Call& call, Database& database, const Indexed& rows, size_t place) {
+  const std::string& word = word_of(call, rows, place);
+  const auto indexes = indexes_of(word, database, rows);
+  if (indexes.size() > 1) throw too_many(word, indexes, database, rows, "");
+  return indexes.front();
 }
 
 std::vector<int16_t> chosen(const Call& call, Database& database, const Indexed& rows) {
   const auto indexes = all_chosen(call, database, rows);
-  if (indexes.size() == 1 || call.all) return indexes;
-  throw UsageError("\"" + call.words.front() + "\" names " + std::to_string(indexes.size()) + " " + rows.many + ": " +
-                   told(indexes, database, rows) + ". Give the number of one, or --all for all of them.");
+  if (indexes.size() > 1 && !call.all)
+    throw too_many(call.words.front(), indexes, database, rows, ", or --all for all of them");
+  return indexes;
 }
 
 std::u32string folded(const std::string& text) {

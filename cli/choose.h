@@ -17,8 +17,9 @@ struct Indexed {
 /// name without regard to case, else those that fit the pattern. Error `UsageError` where there is none; the message
 /// names the nearest.
 std::vector<int16_t> indexes_of(const std::string& word, Database& database, const Indexed& rows);
-/// The one that the first word names. Error `UsageError` also where there are several: the message lists them.
-int16_t index_of(const Call& call, Database& database, const Indexed& rows);
+/// The one that a word of the call names, the first one unless another place is given. Error `UsageError` also where
+/// there are several: the message lists them.
+int16_t index_of(const Call& call, Database& database, const Indexed& rows, size_t place = 0);
 /// As many as the first word names with --all, else the one.
 std::vector<int16_t> chosen(const Call& call, Database& database, const Indexed& rows);
 /// As many as the first word names.

@@ -1,7 +1,6 @@
 #include "cli/columns.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "base/nearest.h"
 #include "cli/describe.h"
@@ -26,24 +25,6 @@ std::vector<std::string_view> table_columns(const Kind& kind) {
 std::string_view without_type(std::string_view column) {
   const size_t first = column.find_first_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ");
   return column.substr(std::min(first, column.size()));
-}
-
-/// The name in "GlassTrans(2)"; the numbers come to `at`.
-std::string name_in(std::string_view step, std::vector<int>& at, const std::string& word) {
-  const size_t open = std::min(step.find('('), step.size());
-  const char* place = step.data() + open;
-  const char* const end = step.data() + step.size();
-  while (place != end && *place != ')') {
-    int number = 0;
-    const auto [after, failed] = std::from_chars(place + 1, end, number);
-    if (failed != std::errc()) break;
-    at.push_back(number);
-    place = after;
-    if (place != end && *place != ',') break;
-  }
-  if (open < step.size() && (at.empty() || place + 1 != end || *place != ')'))
-    throw UsageError("\"" + word + "\" has subscripts that cannot be read; write Property(1) or Property(1,2).");
-  return std::string(step.substr(0, open));
 }
 
 bool is_listed(const Member& member) {
@@ -72,36 +53,11 @@ const Member* holder_of(const ClassInfo& info, std::string_view name) {
 
 }  // namespace
 
-const ClassInfo* Column::follow_parts(const ClassInfo& info, std::string_view& path, const std::string& word) {
-  const ClassInfo* owner = &info;
-  for (size_t dot = path.find('.'); dot != std::string_view::npos; dot = path.find('.')) {
-    std::vector<int> at;
-    const std::string name = name_in(path.substr(0, dot), at, word);
-    const Member* part = find_part(*owner, name);
-    if (!part) {
-      std::vector<std::string_view> names;
-      for (const Member& member : owner->members) {
-        if (member.is_part()) names.push_back(member.owned().name);
-      }
-      throw UsageError(std::string(owner->name) + " has no part " + name + "; " + did_you_mean(name, names));
-    }
-    if (at.size() != (part->owned().numbered ? 1U : 0U)) {
-      throw UsageError("\"" + word + "\": " + name + " takes " + (part->owned().numbered ? "one number" : "no number") +
-                       ".");
-    }
-    steps_.push_back({part, at.empty() ? 1 : at.front()});
-    title_ += std::string(part->owned().name) + (at.empty() ? "." : "(" + std::to_string(at.front()) + ").");
-    owner = &part->owned().info();
-    path.remove_prefix(dot + 1);
-  }
-  return owner;
-}
-
 void Column::find_property(const ClassInfo& info, const std::string& name) {
   member_ = property_of(info, name);
-  const Member* holder = member_ || !steps_.empty() ? nullptr : holder_of(info, name);
+  const Member* holder = member_ || !parts_.empty() ? nullptr : holder_of(info, name);
   if (holder) {
-    steps_.push_back({holder, 1});
+    parts_.add(*holder, 1);
     member_ = property_of(holder->owned().info(), name);
   }
   if (!member_) {
@@ -122,9 +78,10 @@ Column::Column(const EntityKind& kind, const std::string& word) {
     return;
   }
   std::string_view path = word;
-  const ClassInfo* owner = follow_parts(sample->info(), path, word);
-  const bool named_alone = steps_.empty();
-  find_property(*owner, name_in(path, at_, word));
+  parts_ = PartPath(sample->info(), path, word);
+  const bool named_alone = parts_.empty();
+  title_ = parts_.text();
+  find_property(parts_.owner(), name_in(path, at_, word));
   title_ += member_->name;
   for (size_t i = 0; i < at_.size(); ++i) title_ += (i == 0 ? "(" : ",") + std::to_string(at_[i]);
   if (!at_.empty()) title_ += ")";
@@ -179,11 +136,8 @@ Listed Column::of_row(const Cell& cell) const {
 }
 
 Listed Column::of_record(Object& entity) const {
-  Object* owner = &entity;
-  for (const Step& step : steps_) {
-    if (step.number < 1 || step.number > step.part->part_count(*owner)) return {};
-    owner = &step.part->part(*owner, step.number);
-  }
+  Object* owner = parts_.in(entity);
+  if (!owner) return {};
   Value value;
   member_->get(*owner, at_, value);
   return listed(value, member_->labels_of(*owner));

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/command.h"
+#include "cli/part_path.h"
 #include "project/kinds.h"
 #include "tarn/base/value.h"
 #include "tarn/platform/cell.h"
@@ -44,16 +45,11 @@ class Column {
 
  private:
   Column() = default;
-  struct Step {
-    const Member* part;
-    int number;
-  };
-  const ClassInfo* follow_parts(const ClassInfo& info, std::string_view& path, const std::string& word);
   void find_property(const ClassInfo& info, const std::string& name);
   Listed listed(const Value& value, std::span<const Label> labels) const;
 
   std::string title_, in_row_;
-  std::vector<Step> steps_;
+  PartPath parts_;
   const Member* member_ = nullptr;
   std::vector<int> at_;
 };

@@ -87,6 +87,16 @@ int kind_clone(const Call& call);
 int kind_delete(const Call& call);
 int kind_import(const Call& call);
 int kind_layer(const Call& call);
+int kind_call(const Call& call);
+int kind_zone(const Call& call);
+int kind_equipment(const Call& call);
+
+int import_chiller_file(const Call& call);
+
+int preferences_show(const Call& call);
+int preferences_set(const Call& call);
+int report_options_show(const Call& call);
+int report_options_set(const Call& call);
 
 int weather_import(const Call& call);
 int weather_check(const Call& call);

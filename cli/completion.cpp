@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "base/nearest.h"
+#include "cli/methods.h"
 #include "cli/properties.h"
 #include "cli/topics.h"
 #include "cli/words.h"
@@ -11,6 +12,7 @@
 #include "project/enumerations.h"
 #include "storage/kind.h"
 #include "tarn/class_list.h"
+#include "tarn/preferences.h"
 
 namespace tarn {
 
@@ -72,8 +74,10 @@ class Finder {
     const std::string line = std::string(word) + (told.empty() ? "" : "\t" + std::string(told));
     if (std::ranges::find(found_, line) == found_.end()) found_.push_back(line);
   }
-  /// The properties to set, part by part; after "=" the codes.
-  void add_properties(const EntityKind& kind) {
+  /// The properties to set, part by part or those of one part alone; after "=" the codes.
+  void add_properties(const EntityKind& kind, const std::string& part) {
+    const std::string before = part.empty() ? "" : part + "(1).";
+    word_.insert(0, before);
     const auto sample = sample_of(kind);
     for_each_settable(*sample, [&](const Settable& each) {
       if (word_.find('=') == std::string::npos)
@@ -81,6 +85,7 @@ class Finder {
       else
         add_values(each);
     });
+    for (std::string& line : found_) line.erase(0, before.size());  // as it was typed
   }
   void add_names(const Call& call, const EntityKind& kind) {
     COM_ProjectData project;
@@ -149,10 +154,16 @@ void add_option_values(Finder& finder, const OptionRow& option, const Group* gro
 }
 
 /// What a word of a verb's usage can be; none for a file.
-void add_words(Finder& finder, const Line& line, const Group& group, const std::string& meant) {
+void add_words(Finder& finder, const Line& line, const Group& group, const Verb& verb, const std::string& meant) {
   if (meant == "N" && group.kind) return finder.add_names(line.call, *group.kind);
-  if (meant == "Property=value" && group.kind) return finder.add_properties(*group.kind);
-  if (meant == "KIND") {
+  if (meant == "Property=value" && group.kind) return finder.add_properties(*group.kind, verb.part);
+  if (meant == "METHOD") {
+    for (const std::string_view name : plain_methods(group.kind->create()->info())) finder.add(name);
+  } else if (meant == "Preference=value") {
+    for (const Member& member : PRF_ProjectPrefs().info().members) {
+      if (member.stored()) finder.add(std::string(member.name) + "=");
+    }
+  } else if (meant == "KIND") {
     for (const EntityKind& kind : entity_kinds()) finder.add(kind.group);
   } else if (meant == "CLASS") {
     for (const ClassEntry& entry : class_list()) finder.add(entry.info->name);
@@ -198,9 +209,9 @@ std::vector<std::string> completions(const std::vector<std::string>& words) {
     if (option) {
       add_options(finder, &verb);
     } else if (place < usage.size() && usage[place] != "...") {
-      add_words(finder, line, group, usage[place]);
+      add_words(finder, line, group, verb, usage[place]);
     } else if (!usage.empty() && usage.back() == "...") {
-      add_words(finder, line, group, usage[usage.size() - 2]);
+      add_words(finder, line, group, verb, usage[usage.size() - 2]);
     }
   }
   return finder.found();

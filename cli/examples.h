@@ -11,6 +11,7 @@ struct Example {
   std::string name;            // of the entity that is made
   std::string first, second;   // assignments
   std::string where, columns;  // of a list
+  std::string call = {};       // a method with its values; empty where a kind has none
 };
 
 /// Of a kind without a row: an example that sets the name alone.

@@ -133,10 +133,13 @@ std::string property_table(const Group& group, const Verb& verb) {
   if (!group.kind || verb.usage.find("Property=value") == std::string::npos) return {};
   const auto sample = sample_of(*group.kind);
   std::vector<Settable> all;
-  for_each_settable(*sample, [&](const Settable& each) { all.push_back(each); });
+  for_each_settable(*sample, [&](const Settable& each) {
+    if (verb.part.empty() || (each.steps.size() == 1 && each.steps[0].part->name == verb.part)) all.push_back(each);
+  });
   std::vector<std::pair<std::string, std::string>> rows;
   for (const Settable& each : all) {
-    if (all.size() > kMostProperties && !each.steps.empty() && each.owner.info().number("Name") < 0) {
+    if (verb.part.empty() && all.size() > kMostProperties && !each.steps.empty() &&
+        each.owner.info().number("Name") < 0) {
       rows.emplace_back(each.prefix() + "Property", "tarn describe " + std::string(each.owner.info().name));
       if (rows.size() > 1 && rows.back() == rows[rows.size() - 2]) rows.pop_back();
       continue;
@@ -144,7 +147,7 @@ std::string property_table(const Group& group, const Verb& verb) {
     std::string told = type_text(each.member);
     if (!each.member.unit.empty()) told += ", " + std::string(each.member.unit);
     if (const std::string allowed = allowed_text(each); !allowed.empty()) told += ", " + allowed;
-    rows.emplace_back(each.prefix() + signature(each.member), told);
+    rows.emplace_back((verb.part.empty() ? each.prefix() : "") + signature(each.member), told);
     for (const std::string& code : code_lines(each)) rows.emplace_back("", "  " + code);
   }
   return pairs(rows) +

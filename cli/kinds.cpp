@@ -4,8 +4,7 @@
 #include <iostream>
 
 #include "cli/assignments.h"
-#include "cli/choose.h"
-#include "cli/command.h"
+#include "cli/entities.h"
 #include "cli/layers.h"
 #include "cli/list.h"
 #include "cli/views/pictures.h"
@@ -20,82 +19,8 @@
 namespace tarn::cli {
 namespace {
 
-const EntityKind& kind_of(const Call& call) {
-  const auto kinds = entity_kinds();
-  return *std::find_if(kinds.begin(), kinds.end(), [&](const EntityKind& k) { return k.group == call.group; });
-}
-
-/// What was done to an entity, to be told when it is certain.
-struct Done {
-  Json json;
-  std::string text;
-  std::vector<std::string> computed;
-};
-
-Done saved(StoredEntity& entity, const EntityKind& kind, std::string_view what,
-           std::vector<std::string> computed = {}) {
-  entity.Save();
-  const int16_t index = entity.Index();
-  return {{{"index", index}},
-          std::string(kind.one) + " " + std::to_string(index) + " " + std::string(what),
-          std::move(computed)};
-}
-
-/// As an object, or with --all as a list.
-int tell(const Call& call, const std::vector<Done>& all) {
-  Json list = Json::array();
-  for (const Done& done : all) {
-    print_notes("computed", done.computed);
-    list.push_back(done.json);
-    if (!call.json) std::cout << done.text << '\n';
-  }
-  if (call.json) print_json(call.all ? list : list.front());
-  return kClean;
-}
-
-/// What a verb of a kind works on: the open project, and an entity that is not loaded yet.
-struct Opened {
-  const EntityKind& kind;
-  COM_ProjectData project;
-  Ptr<Database> database;
-  Ptr<StoredEntity> entity;
-
-  Opened(const Call& call, Use use)
-      : kind(kind_of(call)), database(open_project(project, call, use)), entity(make_entity(project, kind)) {}
-};
-
-Indexed rows_of(const Opened& on) {
-  return {std::string(on.entity->kind().index_table), std::string(on.kind.one), std::string(on.kind.group)};
-}
-
-/// The same with the one entity that the first word names.
-struct Loaded : Opened {
-  Loaded(const Call& call, Use use) : Opened(call, use) { entity->Load(index_of(call, *database, rows_of(*this))); }
-};
-
 /// The words after the first one.
 std::vector<std::string> assignments_of(const Call& call) { return {call.words.begin() + 1, call.words.end()}; }
-
-/// Does it to each entity that the first word names: to all of them or, where one fails, to none.
-template <typename F>
-int for_each_chosen(const Call& call, const Opened& on, F action) {
-  const auto indexes = chosen(call, *on.database, rows_of(on));
-  std::vector<Done> done;
-  Transaction transaction;
-  for (const int16_t index : indexes) {
-    on.entity->Load(index);
-    try {
-      done.push_back(action(*on.entity));
-    } catch (const Error& error) {
-      if (indexes.size() == 1) throw;
-      throw Error(error.number(), error.source(),
-                  std::string(on.kind.one) + " " + std::to_string(index) + ": " + error.description() +
-                      " None of the " + std::to_string(indexes.size()) + " was changed.");
-    }
-  }
-  transaction.commit();
-  return tell(call, done);
-}
 
 }  // namespace
 
@@ -106,7 +31,7 @@ int kind_list(const Call& call) {
 
 int kind_show(const Call& call) {
   Opened on(call, Use::Reading);
-  const Indexed rows = rows_of(on);
+  const Indexed rows = on.rows();
   const auto indexes = call.svg.empty() ? all_chosen(call, *on.database, rows)
                                         : std::vector<int16_t>{index_of(call, *on.database, rows)};
   if (call.json) std::cout << export_entities(on.project, on.kind.group, indexes);
@@ -170,9 +95,7 @@ int kind_delete(const Call& call) {
 int kind_layer(const Call& call) {
   if (call.words == std::vector<std::string>{"materials"}) return print_materials(call);
   check_layer_words(call);
-  Call of_one = call;
-  of_one.words = {call.words[1]};
-  const Loaded on(of_one, Use::Writing);
+  const Loaded on(call, Use::Writing, 1);
   const LayerChange change = change_layers(dynamic_cast<CA_ConstructionAssly&>(*on.entity), call);
   on.kind.compute(*on.entity);
   Done done =
@@ -192,6 +115,13 @@ int kind_import(const Call& call) {
   tell(call, {done});
   if (!call.json) print_notes("", notes);
   return kClean;
+}
+
+int import_chiller_file(const Call& call) {
+  Call of_kind = call;
+  of_kind.group = "chillers";
+  of_kind.verb = "import";
+  return kind_import(of_kind);
 }
 
 }  // namespace tarn::cli

@@ -11,6 +11,7 @@
 #include "cli/help.h"
 #include "cli/words.h"
 #include "tarn/base/log.h"
+#include "tarn/platform/workspace.h"
 
 namespace {
 
@@ -80,6 +81,13 @@ bool is_input_output(const Error& error) {
          number == ErrorNumber::PermissionDenied || number == ErrorNumber::PathNotFound;
 }
 
+/// Runs the verb in a transaction that is rolled back: all of it is tried, and what it would print is printed.
+int rehearse(const Verb& verb, const Call& call) {
+  std::cerr << "dry run: this would be done, and nothing is changed\n";
+  const Transaction transaction;
+  return verb.run(call);
+}
+
 /// Runs the verb that the words name, with the words after it.
 int dispatch(Call& call, const std::vector<std::string>& words) {
   if (call.version) {
@@ -101,7 +109,7 @@ int dispatch(Call& call, const std::vector<std::string>& words) {
   const Verb& verb = verb_named(group, call.verb);
   call.words.assign(words.begin() + (group.names_verbs() ? 2 : 1), words.end());
   check_extras(call, verb);
-  return verb.run(call);
+  return call.dry_run && (verb.options & kDryRun) ? rehearse(verb, call) : verb.run(call);
 }
 
 /// What a shell asks while a line is being typed. A line that cannot be gets no answer.

@@ -1,7 +1,5 @@
 // project new, info, export and import.
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -11,6 +9,7 @@
 
 #include "base/nearest.h"
 #include "cli/command.h"
+#include "cli/progress.h"
 #include "platform/file_store.h"
 #include "project/defaults.h"
 #include "project/kinds.h"
@@ -68,11 +67,21 @@ int project_new(const Call& call) {
   COM_ProjectData project;
   project.SetWorkPath(path.has_parent_path() ? path.parent_path().string() : ".");
   project.FilePrefix = path.filename().string();
-  create_project(project);
-  if (call.json)
-    print_json({{"index_database", project.IndexDBName()}});
-  else
-    std::cout << "made " << project.IndexDBName() << '\n';
+  const bool new_folder = !fs::exists(project.WorkPath());
+  if (call.dry_run) {
+    if (fs::exists(project.IndexDBName()))
+      fail(ErrorNumber::FileExists, "The project " + project.IndexDBName() + " exists already.");
+  } else {
+    if (new_folder) fs::create_directories(project.WorkPath());
+    create_project(project);
+  }
+  if (call.json) {
+    print_json({{"index_database", project.IndexDBName()}, {"new_folder", new_folder}});
+    return kClean;
+  }
+  const char* made = call.dry_run ? "would make " : "made ";
+  if (new_folder) std::cout << made << "the folder " << project.WorkPath() << '\n';
+  std::cout << made << project.IndexDBName() << '\n';
   return kClean;
 }
 
@@ -109,23 +118,6 @@ int project_info(const Call& call) {
   return kClean;
 }
 
-namespace {
-
-/// A bar on a terminal's standard error; nothing elsewhere.
-Progress progress_bar() {
-  if (isatty(STDERR_FILENO) == 0) return [](size_t, size_t) {};
-  return [](size_t done, size_t total) {
-    constexpr size_t kWidth = 40;
-    if (done % 100 != 0 && done != total) return;
-    const size_t filled = total == 0 ? 0 : kWidth * done / total;
-    std::cerr << '\r' << (total == 0 ? "" : "[" + std::string(filled, '#') + std::string(kWidth - filled, ' ') + "] ")
-              << done;
-    if (done == total) std::cerr << '\n';
-  };
-}
-
-}  // namespace
-
 int project_export(const Call& call) {
   std::set<std::string> groups;
   for (const std::string& word : call.words) {
@@ -138,7 +130,7 @@ int project_export(const Call& call) {
   }
   COM_ProjectData project;
   open_project(project, call, Use::Reading);
-  const std::string text = export_project(project, groups, progress_bar());
+  const std::string text = export_project(project, groups, progress_bar("exported"));
   if (call.output.empty()) {
     std::cout << text;
     return kClean;
@@ -155,18 +147,20 @@ int project_export(const Call& call) {
 }
 
 int project_import(const Call& call) {
-  if (call.words.size() != 1) throw UsageError("Which file? tarn project import FILE (- for standard input)");
+  if (call.words.size() != 1)
+    throw UsageError("Which file? tarn " + call.group + " " + call.verb + " FILE (- for standard input)");
   const std::string& file = call.words.front();
   if (fs::is_directory(file)) fail(ErrorNumber::PermissionDenied, file + " is a folder; give a file.");
   std::ifstream in;
   if (file != "-") in.open(file, std::ios::binary);
   if (file != "-" && !in) fail(ErrorNumber::FileNotFound, "Cannot read " + file + ".");
+  const Progress progress = progress_bar("imported");  // reading counts
   const std::string text{std::istreambuf_iterator<char>(file == "-" ? std::cin : in), {}};
   COM_ProjectData project;
   open_project(project, call, Use::Writing);
   size_t count = 0;
   try {
-    count = import_project(project, text, progress_bar());
+    count = import_project(project, text, progress);
   } catch (const Error& error) {
     throw Error(error.number(), error.source(), file + ", " + error.what());
   }

@@ -18,10 +18,11 @@ enum Option : unsigned {
   kOutput = 2,
   kSvg = 4,
   kMaterial = 8,
-  kDryRun = 16,
-  kRebuildIndex = 32,
-  kList = 64,
-  kAll = 128
+  kDryRun = 16,     // run in a transaction that is rolled back
+  kOwnDryRun = 32,  // by the verb itself
+  kRebuildIndex = 64,
+  kList = 128,
+  kAll = 256
 };
 
 struct OptionRow {
@@ -47,6 +48,7 @@ struct Verb {
   int (*run)(const Call&);
   /// Each runs as it stands, on a project with what the examples of `new` make.
   std::vector<std::string> examples;
+  std::string part = {};  // whose properties are set, where it is one part of the entity: "ZoneData"
 
   /// The words of the usage without brackets; "..." says that the one before it may come again.
   std::vector<std::string> words() const;

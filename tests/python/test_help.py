@@ -64,7 +64,7 @@ class TestHelp(CommandLineTest):
 
     def examples(self, group, verb):
         text = self.run_plain(*filter(None, (group, verb)), "--help")
-        return re.findall(r"^  (tarn .*)$", text.partition("\nExamples:\n")[2].partition("\nProperties:\n")[0], re.MULTILINE)
+        return re.findall(r"^  (\S.*)$", text.partition("\nExamples:\n")[2].partition("\nProperties:\n")[0], re.MULTILINE)
 
     def run_example(self, example, folder):
         path = f"{pathlib.Path(TARN).parent}:{os.environ['PATH']}"

@@ -1,0 +1,45 @@
+// What the verbs of a kind share: the project and the entity that they work on, and how they tell what they did.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/choose.h"
+#include "cli/command.h"
+#include "project/kinds.h"
+
+namespace tarn::cli {
+
+/// What was done to an entity, to be told when it is certain.
+struct Done {
+  Json json;
+  std::string text;
+  std::vector<std::string> computed;
+};
+
+/// Saves the entity; "window 3 saved".
+Done saved(StoredEntity& entity, const EntityKind& kind, std::string_view what, std::vector<std::string> computed = {});
+/// Prints it, JSON as an object or with --all as a list.
+int tell(const Call& call, const std::vector<Done>& all);
+
+/// What a verb of a kind works on: the open project, and an entity that is not loaded yet.
+struct Opened {
+  const EntityKind& kind;
+  COM_ProjectData project;
+  Ptr<Database> database;
+  Ptr<StoredEntity> entity;
+
+  Opened(const Call& call, Use use);
+  Indexed rows() const;
+};
+
+/// The same with the one entity that a word names, the first one unless another place is given.
+struct Loaded : Opened {
+  Loaded(const Call& call, Use use, size_t place = 0);
+};
+
+/// Does it to each entity that the first word names: to all of them or, where one fails, to none.
+int for_each_chosen(const Call& call, const Opened& on, const std::function<Done(StoredEntity&)>& action);
+
+}  // namespace tarn::cli

@@ -1,0 +1,126 @@
+// The equipment of a plant and its order of priority: add, remove, order.
+
+#include <algorithm>
+#include <set>
+
+#include "base/nearest.h"
+#include "cli/assignments.h"
+#include "cli/entities.h"
+#include "storage/kind.h"
+#include "tarn/plant.h"
+
+namespace tarn::cli {
+namespace {
+
+struct List {
+  std::string_view word, name;  // "cooling", "CoolingEqpt"
+  PLT_EquipmentList PLT_Details::*list;
+};
+constexpr List kLists[]{{"cooling", "CoolingEqpt", &PLT_Details::CoolingEqpt},
+                        {"heating", "HeatingEqpt", &PLT_Details::HeatingEqpt},
+                        {"heat-recovery", "HeatRecEqpt", &PLT_Details::HeatRecEqpt}};
+
+const List& list_of(const std::string& word) {
+  std::vector<std::string_view> words;
+  for (const List& each : kLists) {
+    if (each.word == word) return each;
+    words.push_back(each.word);
+  }
+  throw UsageError("A plant has no equipment for \"" + word + "\"; " + did_you_mean(word, words));
+}
+
+/// The place of a piece in its list.
+int piece_of(const PLT_EquipmentList& list, const std::string& word) {
+  const int place = number_of(word);
+  if (place < 1 || place > list.NumEquipment())
+    throw UsageError("There is no piece " + word + "; the list has " + std::to_string(list.NumEquipment()) + ".");
+  return place;
+}
+
+/// A chiller, or for a heating list a boiler, that a word names: "chiller:On the roof", "boiler:2", "2".
+std::vector<std::string> assignments_of(const List& list, int place, const Call& call, const Opened& on) {
+  const std::string& word = call.words[3];
+  const size_t colon = word.find(':');
+  const std::string given =
+      colon == std::string::npos ? list.word == "heating" ? "boiler" : "chiller" : word.substr(0, colon);
+  const auto kinds = entity_kinds();
+  const auto kind = std::ranges::find(kinds, given, &EntityKind::one);
+  if (given != "chiller" && given != "boiler")
+    throw UsageError("\"" + given + "\" is no equipment of a plant; write chiller:NAME or boiler:NAME.");
+  Call of = call;
+  of.words = {colon == std::string::npos ? word : word.substr(colon + 1)};
+  COM_ProjectData project;
+  const int16_t index =
+      index_of(of, *on.database,
+               {std::string(std::static_pointer_cast<StoredEntity>(kind->create())->kind().index_table), given,
+                std::string(kind->group)});
+  const std::string piece = "Details." + std::string(list.name) + ".Equipment(" + std::to_string(place) + ").";
+  return {piece + "LibraryID=" + (given == "chiller" ? "LIB_CHILLERS" : "LIB_BOILERS"),
+          piece + "EquipmentID=" + std::to_string(index), piece + "Sequence=" + std::to_string(place)};
+}
+
+/// The pieces in the order of their priority, by place.
+std::vector<int> in_order(const PLT_EquipmentList& list) {
+  std::vector<int> places;
+  for (int place = 1; place <= list.NumEquipment(); ++place) places.push_back(place);
+  std::ranges::stable_sort(places, {}, [&](int place) { return int{list.Equipment(place).Sequence}; });
+  return places;
+}
+
+void put_in_order(PLT_EquipmentList& list, const std::vector<int>& places) {
+  int16_t sequence = 0;
+  for (const int place : places) list.Equipment(place).Sequence = ++sequence;
+}
+
+/// Those after it move up; the order stays.
+void remove_piece(PLT_EquipmentList& list, int place) {
+  for (int next = place; next < list.NumEquipment(); ++next)
+    static_cast<EquipmentRecord&>(list.Equipment(next)) = EquipmentRecord(list.Equipment(next + 1));
+  list.SetNumEquipment(static_cast<int16_t>(list.NumEquipment() - 1));
+  put_in_order(list, in_order(list));
+}
+
+/// The pieces that the words name come first, the others after them as they were.
+void order_pieces(PLT_EquipmentList& list, const std::vector<std::string>& words) {
+  std::vector<int> places;
+  const auto add = [&](int place) {
+    if (std::ranges::find(places, place) == places.end()) places.push_back(place);
+  };
+  for (const std::string& word : words) add(piece_of(list, word));
+  for (const int place : in_order(list)) add(place);
+  put_in_order(list, places);
+}
+
+}  // namespace
+
+int kind_equipment(const Call& call) {
+  const std::string action = call.words.empty() ? "" : call.words[0];
+  if ((action != "add" && action != "remove" && action != "order") || call.words.size() < 4 ||
+      (action == "remove" && call.words.size() > 4)) {
+    throw UsageError(
+        "Write tarn plants equipment add N cooling|heating|heat-recovery EQUIPMENT, equipment remove N LIST PIECE, or "
+        "equipment order N LIST PIECE ...; EQUIPMENT is chiller:NAME or boiler:NAME, PIECE its place in the list.");
+  }
+  const Loaded on(call, Use::Writing, 1);
+  const List& row = list_of(call.words[2]);
+  auto& plant = dynamic_cast<PLT_Plant&>(*on.entity);
+  PLT_EquipmentList& list = plant.Details.*row.list;
+  std::vector<std::string> assignments;
+  if (action == "add")
+    assignments = assignments_of(row, list.NumEquipment() + 1, call, on);
+  else if (action == "remove")
+    remove_piece(list, piece_of(list, call.words[3]));
+  else
+    order_pieces(list, {call.words.begin() + 3, call.words.end()});
+  const auto computed = edit(plant, on.kind, assignments);
+  on.kind.compute(plant);
+  std::string order;
+  for (const int place : in_order(list)) order += (order.empty() ? "" : ", ") + std::to_string(place);
+  Done done = saved(
+      plant, on.kind,
+      "saved: " + std::string(row.word) + " equipment in the order " + (order.empty() ? "of none" : order), computed);
+  done.json["order"] = in_order(list);
+  return tell(call, {done});
+}
+
+}  // namespace tarn::cli
