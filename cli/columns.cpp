@@ -44,7 +44,7 @@ const Member* holder_of(const ClassInfo& info, std::string_view name) {
   size_t count = 0;
   for (const Member& member : info.members) {
     if (!member.is_part() || member.owned().numbered || !property_of(member.owned().info(), name)) continue;
-    if (property_of(member.owned().info(), "Name")) return &member;
+    if (holds_name(member.owned().info())) return &member;
     found = &member;
     ++count;
   }
@@ -162,8 +162,15 @@ std::vector<Column> columns_named(const EntityKind& kind, const std::string& wor
 
 Listed ListedEntity::value(const Column& column) {
   if (!column.in_row().empty()) return column.of_row(row_.at(column.in_row()));
-  if (!loaded_) entity_.Load(static_cast<int16_t>(std::get<int64_t>(row_.at("nIndex"))));
-  loaded_ = true;
+  if (!loaded_) {
+    const auto index = std::get<int64_t>(row_.at(std::string(kIndexColumn)));
+    if (index < 1 || index > INT16_MAX)
+      fail(ErrorNumber::InvalidCall, std::string(entity_.kind().index_table) + " has a row of index " +
+                                         std::to_string(index) +
+                                         ", which no entity can have. Run 'tarn project repair'.");
+    entity_.Load(static_cast<int16_t>(index));
+    loaded_ = true;
+  }
   return column.of_record(entity_);
 }
 

@@ -149,6 +149,9 @@ void add_option_values(Finder& finder, const OptionRow& option, const Group* gro
     if (group && group->kind) finder.add_columns(*group->kind);
     return;
   }
+  if (option.value == "TYPE" && group && group->kind && group->kind->types) {
+    for (const std::string_view type : group->kind->types()) finder.add(type);
+  }
   if (option.value != "MATERIAL") return;
   for (const Material& material : materials()) finder.add(material.name);
 }

@@ -1,11 +1,11 @@
 // The equipment of a plant and its order of priority: add, remove, order.
 
 #include <algorithm>
-#include <set>
 
 #include "base/nearest.h"
 #include "cli/assignments.h"
 #include "cli/entities.h"
+#include "cli/properties.h"
 #include "storage/kind.h"
 #include "tarn/plant.h"
 
@@ -37,25 +37,20 @@ int piece_of(const PLT_EquipmentList& list, const std::string& word) {
   return place;
 }
 
-/// A chiller, or for a heating list a boiler, that a word names: "chiller:On the roof", "boiler:2", "2".
-std::vector<std::string> assignments_of(const List& list, int place, const Call& call, const Opened& on) {
+/// What makes a piece of the equipment that the last word names: "chiller:On the roof", "boiler:2"; without the kind it
+/// is a chiller, in a heating list a boiler.
+std::vector<std::string> piece_assignments(const List& list, int place, const Call& call, const Opened& on) {
   const std::string& word = call.words[3];
-  const size_t colon = word.find(':');
-  const std::string given =
-      colon == std::string::npos ? list.word == "heating" ? "boiler" : "chiller" : word.substr(0, colon);
+  const bool told = word.starts_with("chiller:") || word.starts_with("boiler:");
+  const std::string one = told ? word.substr(0, word.find(':')) : list.word == "heating" ? "boiler" : "chiller";
   const auto kinds = entity_kinds();
-  const auto kind = std::ranges::find(kinds, given, &EntityKind::one);
-  if (given != "chiller" && given != "boiler")
-    throw UsageError("\"" + given + "\" is no equipment of a plant; write chiller:NAME or boiler:NAME.");
+  const auto kind = std::ranges::find(kinds, one, &EntityKind::one);
   Call of = call;
-  of.words = {colon == std::string::npos ? word : word.substr(colon + 1)};
-  COM_ProjectData project;
-  const int16_t index =
-      index_of(of, *on.database,
-               {std::string(std::static_pointer_cast<StoredEntity>(kind->create())->kind().index_table), given,
-                std::string(kind->group)});
+  of.words = {told ? word.substr(one.size() + 1) : word};
+  const std::string table(sample_of(*kind)->kind().index_table);
+  const int16_t index = index_of(of, *on.database, {table, one, std::string(kind->group)});
   const std::string piece = "Details." + std::string(list.name) + ".Equipment(" + std::to_string(place) + ").";
-  return {piece + "LibraryID=" + (given == "chiller" ? "LIB_CHILLERS" : "LIB_BOILERS"),
+  return {piece + "LibraryID=" + (one == "chiller" ? "LIB_CHILLERS" : "LIB_BOILERS"),
           piece + "EquipmentID=" + std::to_string(index), piece + "Sequence=" + std::to_string(place)};
 }
 
@@ -107,7 +102,7 @@ int kind_equipment(const Call& call) {
   PLT_EquipmentList& list = plant.Details.*row.list;
   std::vector<std::string> assignments;
   if (action == "add")
-    assignments = assignments_of(row, list.NumEquipment() + 1, call, on);
+    assignments = piece_assignments(row, list.NumEquipment() + 1, call, on);
   else if (action == "remove")
     remove_piece(list, piece_of(list, call.words[3]));
   else

@@ -7,6 +7,7 @@
 #include "cli/describe.h"
 #include "cli/properties.h"
 #include "cli/topics.h"
+#include "tarn/preferences.h"
 
 namespace tarn::cli {
 namespace {
@@ -34,8 +35,10 @@ std::string wrapped(const std::string& text, size_t indent, size_t column) {
   return out;
 }
 
+using Rows = std::vector<std::pair<std::string, std::string>>;
+
 /// Two columns, the second wrapped.
-std::string pairs(const std::vector<std::pair<std::string, std::string>>& rows) {
+std::string pairs(const Rows& rows) {
   size_t wide = 0;
   for (const auto& [left, right] : rows) wide = std::max(wide, left.size());
   std::string out;
@@ -47,7 +50,7 @@ std::string pairs(const std::vector<std::pair<std::string, std::string>>& rows) 
 }
 
 std::string option_table(const std::vector<const OptionRow*>& options) {
-  std::vector<std::pair<std::string, std::string>> rows;
+  Rows rows;
   for (const OptionRow* row : options) {
     std::string spelling(row->spelling);
     if (const size_t comma = spelling.find(','); comma != std::string::npos) spelling.insert(comma + 1, " ");
@@ -58,12 +61,18 @@ std::string option_table(const std::vector<const OptionRow*>& options) {
 }
 
 std::string group_help(const Group& group) {
-  std::vector<std::pair<std::string, std::string>> rows;
+  Rows rows;
   for (const Verb& verb : group.verbs)
     rows.emplace_back(verb.name + (verb.usage.empty() ? "" : " " + verb.usage), verb.help);
   return "tarn " + group.name + ": " + group.help + "\n\n" + pairs(rows) +
-         (group.kind ? "\nN is a number, a name or a pattern: 3, \"South 4x5\", \"South*\".\n" : "") + "tarn " +
-         group.name + " VERB --help has its options, properties and examples.\n";
+         (group.names_entities() ? "\n" + std::string(kNameRule) + "\n" : "") + "tarn " + group.name +
+         " VERB --help has its options, properties and examples.\n";
+}
+
+std::string types_of(const EntityKind& kind) {
+  std::string names;
+  for (const std::string_view type : kind.types()) names += (names.empty() ? "" : ", ") + std::string(type);
+  return names;
 }
 
 std::string verb_help(const Group& group, const Verb& verb) {
@@ -72,8 +81,18 @@ std::string verb_help(const Group& group, const Verb& verb) {
                     option_table(options_of(verb));
   if (!verb.examples.empty()) out += "\nExamples:\n";
   for (const std::string& example : verb.examples) out += "  " + example + "\n";
+  if (verb.options & kType) out += "\nTypes:\n  " + wrapped(types_of(*group.kind), 2, 2) + "\n";
   const std::string properties = property_table(group, verb);
   return out + (properties.empty() ? "" : "\nProperties:\n" + properties);
+}
+
+/// A property with type, unit, allowed values and codes.
+void add_property(Rows& rows, const Settable& property, const std::string& prefix) {
+  std::string told = type_text(property.member);
+  if (!property.member.unit.empty()) told += ", " + std::string(property.member.unit);
+  if (const std::string allowed = allowed_text(property); !allowed.empty()) told += ", " + allowed;
+  rows.emplace_back(prefix + signature(property.member), told);
+  for (const std::string& code : code_lines(property)) rows.emplace_back("", code);
 }
 
 const Topic* topic_named(const std::string& name) {
@@ -98,9 +117,9 @@ std::vector<const OptionRow*> options_of(const Verb& verb) {
 }
 
 std::string overview() {
-  std::vector<std::pair<std::string, std::string>> subjects;
+  Rows subjects;
   for (const Group& group : all_groups()) {
-    const auto found = std::ranges::find(subjects, group.subject, &std::pair<std::string, std::string>::first);
+    const auto found = std::ranges::find(subjects, group.subject, &Rows::value_type::first);
     if (found == subjects.end())
       subjects.emplace_back(group.subject, group.name);
     else
@@ -130,25 +149,30 @@ std::string help_for(const std::vector<std::string>& words) {
 }
 
 std::string property_table(const Group& group, const Verb& verb) {
+  Rows rows;
+  if (verb.usage.find("Preference=value") != std::string::npos) {
+    PRF_ProjectPrefs preferences;
+    for (const Member& member : preferences.info().members) {
+      if (member.stored()) add_property(rows, {{}, preferences, member}, "");
+    }
+    return pairs(rows);
+  }
   if (!group.kind || verb.usage.find("Property=value") == std::string::npos) return {};
   const auto sample = sample_of(*group.kind);
   std::vector<Settable> all;
   for_each_settable(*sample, [&](const Settable& each) {
     if (verb.part.empty() || (each.steps.size() == 1 && each.steps[0].part->name == verb.part)) all.push_back(each);
   });
-  std::vector<std::pair<std::string, std::string>> rows;
   for (const Settable& each : all) {
-    if (verb.part.empty() && all.size() > kMostProperties && !each.steps.empty() &&
-        each.owner.info().number("Name") < 0) {
-      rows.emplace_back(each.prefix() + "Property", "tarn describe " + std::string(each.owner.info().name));
-      if (rows.size() > 1 && rows.back() == rows[rows.size() - 2]) rows.pop_back();
+    const bool told_by_class =
+        verb.part.empty() && all.size() > kMostProperties && !each.steps.empty() &&
+        !(each.steps.size() == 1 && !each.steps[0].part->numbered && holds_name(each.owner.info()));
+    if (!told_by_class) {
+      add_property(rows, each, verb.part.empty() ? each.prefix() : "");
       continue;
     }
-    std::string told = type_text(each.member);
-    if (!each.member.unit.empty()) told += ", " + std::string(each.member.unit);
-    if (const std::string allowed = allowed_text(each); !allowed.empty()) told += ", " + allowed;
-    rows.emplace_back((verb.part.empty() ? each.prefix() : "") + signature(each.member), told);
-    for (const std::string& code : code_lines(each)) rows.emplace_back("", "  " + code);
+    rows.emplace_back(each.prefix() + "Property", "tarn describe " + std::string(each.owner.info().name));
+    if (rows.size() > 1 && rows.back() == rows[rows.size() - 2]) rows.pop_back();
   }
   return pairs(rows) +
          "An element is set as Property(1)=value or Property(1,2)=value, a part's as Part(1).Property=value.\n";

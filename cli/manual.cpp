@@ -50,6 +50,7 @@ std::string page_of(const Group& group) {
                     heading("SYNOPSIS");
   for (const Verb& verb : group.verbs) out += ".B " + roff(command_line(group, verb)) + "\n.br\n";
   out += heading("DESCRIPTION");
+  if (group.names_entities()) out += roff(kNameRule) + "\n";
   std::string properties;
   for (const Verb& verb : group.verbs) {
     if (group.names_verbs()) out += ".SS " + roff(verb.name) + "\n" + roff(verb.help) + ".\n";
@@ -61,7 +62,6 @@ std::string page_of(const Group& group) {
     for (const std::string& example : verb.examples) examples += "    " + example + "\n";
     if (!examples.empty()) out += ".PP\n" + verbatim(examples);
   }
-  if (group.kind) out += ".PP\nN is a number, a name or a pattern: 3, \"South 4x5\", \"South*\".\n";
   if (!properties.empty()) out += heading("PROPERTIES") + verbatim(properties);
   return out + ending(".BR tarn (1)");
 }

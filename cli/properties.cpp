@@ -1,15 +1,14 @@
 #include "cli/properties.h"
 
-#include <set>
-
 #include "cli/describe.h"
 #include "reflect/allowed.h"
 
 namespace tarn::cli {
 namespace {
 
+/// Of several members that show one field it is the one that stands for it.
 bool is_settable(const Member& member) {
-  return member.kind == MemberKind::Property && !member.read_only && (member.stored() || member.in_place());
+  return member.kind == MemberKind::Property && !member.read_only && member.stored();
 }
 
 struct Walk {
@@ -17,12 +16,11 @@ struct Walk {
   const std::function<void(const Settable&)>& action;
 
   void operator()(Object& owner, const std::vector<PartStep>& steps) const {
-    std::set<const std::byte*> places;  // two properties of one field are told once
     for (const Member& member : owner.info().members) {
       if (!is_settable(member)) continue;
       const RecordField* field = member.field();
       const std::byte* place = field && field->record_of ? field->place(owner) : nullptr;
-      if (place && (sample.file().is_cleared_by_edits(place) || !places.insert(place).second)) continue;
+      if (place && sample.file().is_cleared_by_edits(place)) continue;
       action({steps, owner, member});
     }
     for (const Member& member : owner.info().members) {
@@ -61,6 +59,11 @@ std::string Settable::prefix() const {
   return text;
 }
 
+bool holds_name(const ClassInfo& info) {
+  const int number = info.number("Name");
+  return number >= 0 && is_settable(info.members[static_cast<size_t>(number)]);
+}
+
 std::string type_text(const Member& member) {
   if (member.type == ValueType::Text) return member.width() > 0 ? "text of " + std::to_string(member.width()) : "text";
   if (member.type == ValueType::Boolean) return "true or false";
@@ -76,8 +79,9 @@ std::string allowed_text(const Settable& property) {
 std::vector<std::string> code_lines(const Settable& property) {
   std::vector<std::string> lines;
   for (const Label& label : property.member.labels_of(property.owner)) {
+    const std::string code = std::to_string(label.code), name(label.name);
     const std::string text = label.text.empty() || label.text == label.name ? "" : "  " + std::string(label.text);
-    lines.push_back(std::to_string(label.code) + "  " + std::string(label.name) + text);
+    lines.push_back((name.starts_with(code) ? "" : code + "  ") + name + text);  // "8. VAV" has its code
   }
   return lines;
 }

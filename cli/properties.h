@@ -36,6 +36,9 @@ Ptr<StoredEntity> sample_of(const EntityKind& kind);
 /// of calculations are left out: an edit clears them. The entity is a sample, whose empty lists get an element.
 void for_each_settable(StoredEntity& sample, const std::function<void(const Settable&)>& action);
 
+/// Whether a class has the name of its entity to set: the entity itself, or the header among its parts.
+bool holds_name(const ClassInfo& info);
+
 /// "text of 255", "whole number", "number", "true or false", "code".
 std::string type_text(const Member& member);
 /// "0 and above", "0 to 4", "index of a Schedule"; empty where any value of the type is taken.

@@ -358,6 +358,13 @@ std::vector<std::string> Verb::words() const {
   return words;
 }
 
+bool Group::names_entities() const {
+  return std::ranges::any_of(verbs, [](const Verb& verb) {
+    const auto words = verb.words();
+    return std::ranges::find(words, "N") != words.end();
+  });
+}
+
 size_t Verb::most_words() const {
   const auto all = words();
   return !all.empty() && all.back() == "..." ? SIZE_MAX : all.size();

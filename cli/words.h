@@ -63,7 +63,11 @@ struct Group {
   const EntityKind* kind = nullptr;  // whose entities the group is about
 
   bool names_verbs() const { return !verbs.front().name.empty(); }
+  /// Whether its verbs work on entities that a word N names.
+  bool names_entities() const;
 };
+
+inline constexpr std::string_view kNameRule = "N is a number, a name or a pattern: 3, \"South 4x5\", \"South*\".";
 
 const std::vector<Group>& all_groups();
 

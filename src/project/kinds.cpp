@@ -35,19 +35,24 @@ std::string_view short_name(const SystemDefaults& defaults) {
   return defaults.class_name.substr(std::string_view("AS_Dflt_00_").size());
 }
 
+std::vector<std::string_view> system_types() {
+  std::vector<std::string_view> names;
+  for (const SystemDefaults& each : kSystemDefaults) names.push_back(short_name(each));
+  return names;
+}
+
 void fill_system(AS_AirSystem& system, std::string_view type) {
   if (type.empty()) return system.SetToDefaults();
   int number = 0;
   const auto [end, failed] = std::from_chars(type.data(), type.data() + type.size(), number);
   if (failed == std::errc() && end == type.data() + type.size())
     return system.SetToDefaultsByType(static_cast<int16_t>(std::clamp(number, -1, 99)));
-  std::vector<std::string_view> names;
   for (const SystemDefaults& each : kSystemDefaults) {
-    names.push_back(short_name(each));
-    if (same_word(names.back(), type) || std::to_string(each.type) == type)
+    if (same_word(short_name(each), type) || std::to_string(each.type) == type)
       return system.SetToDefaultsByType(each.type);
   }
-  fail(ErrorNumber::InvalidCall, "There is no system type " + std::string(type) + "; " + did_you_mean(type, names));
+  fail(ErrorNumber::InvalidCall,
+       "There is no system type " + std::string(type) + "; " + did_you_mean(type, system_types()));
 }
 
 /// By number or short name; single-zone constant volume is the usual. The name is left to the save.
@@ -56,19 +61,26 @@ void start_system(StoredEntity& entity, std::string_view type) {
   entity.Reset(true);
 }
 
+/// "SCREW" of CT_SCREW.
+std::string_view short_name(const Label& label) { return label.name.substr(label.name.find('_') + 1); }
+
+template <typename E>
+std::vector<std::string_view> types_of() {
+  std::vector<std::string_view> names;
+  for (const Label& label : labels<E>) names.push_back(short_name(label));
+  return names;
+}
+
 /// The code of an enumeration by its number, its name with or without the first word, or its text.
 template <typename E>
 E code_of(std::string_view word, const std::string& what) {
-  std::vector<std::string_view> names;
   for (const Label& label : labels<E>) {
-    const std::string_view short_form = label.name.substr(label.name.find('_') + 1);
-    if (word == std::to_string(label.code) || same_word(label.name, word) || same_word(short_form, word) ||
+    if (word == std::to_string(label.code) || same_word(label.name, word) || same_word(short_name(label), word) ||
         same_word(label.text, word))
       return static_cast<E>(label.code);
-    names.push_back(short_form);
   }
   fail(ErrorNumber::InvalidCall,
-       "There is no " + what + " type " + std::string(word) + "; " + did_you_mean(word, names));
+       "There is no " + what + " type " + std::string(word) + "; " + did_you_mean(word, types_of<E>()));
 }
 
 void start_chiller(StoredEntity& entity, std::string_view type) {
@@ -173,6 +185,7 @@ constexpr EntityKind kKinds[]{
                           .factory = "NewChiller",
                           .file = {"ChillerFilename", "CHL.DAT"},
                           .start = start_chiller,
+                          .types = types_of<CHL_ChillerTypes>,
                           .standard = standard_chiller}),
     kind_of<BLR_Boiler>({.subject = "Plant",
                          .group = "boilers",
@@ -193,6 +206,7 @@ constexpr EntityKind kKinds[]{
                            .results_letter = 'D',
                            .prepare = select_all,
                            .start = start_system,
+                           .types = system_types,
                            .standard = standard_system}),
     kind_of<PLT_Plant>({.subject = "Plant",
                         .group = "plants",
@@ -201,6 +215,7 @@ constexpr EntityKind kKinds[]{
                         .file = {"PlantDefaultFilename", "P00.DAT"},
                         .letter = 'P',
                         .start = start_plant,
+                        .types = types_of<PLT_PlantTypes>,
                         .standard = standard_plant,
                         .compute = set_outputs}),
     kind_of<URT_UtilityRate>({.subject = "Building",

@@ -38,14 +38,16 @@ class TestHelp(CommandLineTest):
                      r"--json +print JSON\n"):
             self.assertRegex(boilers, line)
         self.assertNotIn("--type", boilers)
-        self.assertIn("--type TYPE", self.run_plain("help", "chillers", "new"))
+        self.assertRegex(self.run_plain("help", "plants", "new"), r"--type TYPE[^$]*\nTypes:\n  [^$]*HOT_WATER,")
+        self.assertRegex(self.run_plain("preferences", "set", "--help"), r"LeedVersionCode +code\n +0  [^$]*LEED v4\n")
+        self.assertRegex(self.run_plain("air-systems", "zone", "--help"), r"\n  Name +text of 30\n[^$]*SpaceID\(1 to \d+\) +whole number, index of a Space\n")
         self.assertRegex(self.run_plain("windows", "set", "--help"), r"Height +number, ft, 0 and above\n +Width")
         self.assertRegex(self.run_plain("spaces", "set", "--help"), r"Wall\(1 to 8\)\.Property +tarn describe SPC_WallWindow\n")
         self.assertNotIn("CoilSize", self.run_plain("air-systems", "set", "--help"))  # results, which an edit clears
         self.assertRegex(self.run_plain("describe", "SPC_WallWindow"), r"Exposure +I2 +0 to 17")
 
     def test_subjects_are_explained(self):
-        for topic, says in (("staleness", "tarn project info"), ("units", "Btu/(hr.ft2.F)"), ("files", "MALLINX.MDB"), ("codes", "BFT_NATURAL_GAS"), ("choosing", '"South*"')):
+        for topic, says in (("staleness", "tarn project info"), ("units", "Btu/(hr.ft2.F)"), ("files", "MALLINX.MDB"), ("codes", "BFT_NATURAL_GAS"), ("choosing", '"South*"'), ("lists", "Layer(2).Thickness>=4")):
             self.assertIn(says, self.run_plain("help", topic))
         self.assertIn("did you mean staleness?", self.tarn("help", "stalness", code=2).stderr)
         self.assertIn("did you mean list?", self.tarn("windows", "lits", "--help", code=2).stderr)
@@ -64,7 +66,7 @@ class TestHelp(CommandLineTest):
 
     def examples(self, group, verb):
         text = self.run_plain(*filter(None, (group, verb)), "--help")
-        return re.findall(r"^  (\S.*)$", text.partition("\nExamples:\n")[2].partition("\nProperties:\n")[0], re.MULTILINE)
+        return re.findall(r"^  (\S.*)$", text.partition("\nExamples:\n")[2].partition("\n\n")[0], re.MULTILINE)
 
     def run_example(self, example, folder):
         path = f"{pathlib.Path(TARN).parent}:{os.environ['PATH']}"
@@ -96,7 +98,8 @@ class TestHelp(CommandLineTest):
                               (["-p", str(self.at), "windows", "sh"], ["show"]), (["-p", str(self.at / "NONE"), "windows", "show", ""], []), (["results", "sh"], ["show"]),
                               (["project", "export", "windows", "do"], ["doors"]), (["describe", "WIN"], ["WIN_Window"]), (["help", "st"], ["staleness"]),
                               (["completion", ""], ["bash", "zsh", "fish"]), (["walls", "layer", "insert", "1", "2", "--material", "M01"], ["M01 4 in brick"]),
-                              (["project", "repair", "--dr"], ["--dry-run"]), (["windows", "list", "--mat"], []), (["nonsense", ""], [])]:
+                              (["project", "repair", "--dr"], ["--dry-run"]), (["air-systems", "new", "--type", "va"], ["VAV"]), (["windows", "list", "--columns", "Name,Hei"], ["Name,Height"]),
+                              (["air-systems", "zone", "add", "1", "SpaceI"], []), (["air-systems", "zone", "set", "1", "1", "SpaceI"], ["SpaceID("]), (["preferences", "set", "Curr"], ["CurrencyUnits="]), (["schedules", "call", "1", "GetV"], ["GetValue"]), (["windows", "list", "--mat"], []), (["nonsense", ""], [])]:
             with self.subTest(words):
                 self.assertEqual(self.complete(*words), wanted)
 

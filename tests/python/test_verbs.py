@@ -48,7 +48,7 @@ class TestVerbs(CommandLineTest):
         equipment("remove", "1", "cooling", "1")
         self.assertEqual(pieces(), [(2, 2), (3, 1)])
         self.assertEqual(self.shown("plants", "1")["Details"]["HeatingEqpt"]["Equipment"][0]["LibraryID"]["text"], "boilers")
-        for words, says in [(("remove", "1", "cooling", "3"), "There is no piece 3; the list has 2."), (("order", "1", "coling", "1"), "did you mean cooling?"), (("add", "1", "cooling", "tower:T"), "no equipment of a plant"),
+        for words, says in [(("remove", "1", "cooling", "3"), "There is no piece 3; the list has 2."), (("order", "1", "coling", "1"), "did you mean cooling?"), (("add", "1", "cooling", "boiler:A"), "There is no boiler \"A\""),
                             (("add", "1", "heating", "Oil"), "did you mean Gas?"), (("add", "1"), "Write tarn plants equipment")]:
             self.assertIn(says, equipment(*words, code=2).stderr)
 
