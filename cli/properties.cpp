@@ -80,7 +80,7 @@ std::vector<std::string> code_lines(const Settable& property) {
   std::vector<std::string> lines;
   for (const Label& label : property.member.labels_of(property.owner)) {
     const std::string code = std::to_string(label.code), name(label.name);
-    const std::string text = label.text.empty() || label.text == label.name ? "" : "  " + std::string(label.text);
+    const std::string text = name.ends_with(label.text) ? "" : "  " + std::string(label.text);
     lines.push_back((name.starts_with(code) ? "" : code + "  ") + name + text);  // "8. VAV" has its code
   }
   return lines;
