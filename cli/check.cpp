@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "cli/command.h"
+#include "cli/progress.h"
 #include "platform/host.h"
 
 namespace tarn::cli {
@@ -41,7 +42,7 @@ int project_check(const Call& call) {
     if (!database) database = Database::open(path, Database::Access::ReadOnly);
     return database;
   };
-  const auto findings = check_project(project);
+  const auto findings = check_project(project, progress_bar("checked"));
   if (call.json) {
     std::cout << findings_json(findings) << '\n';
   } else {

@@ -151,24 +151,8 @@ std::optional<int64_t> nearest_index(Database& database, const std::string& tabl
 int number_of(const std::string& word) {
   int number = 0;
   const auto [end, failed] = std::from_chars(word.data(), word.data() + word.size(), number);
-  if (failed != std::errc() || end != word.data() + word.size())
-    throw UsageError("\"" + word + "\" is not an index; give a number.");
+  if (failed != std::errc() || end != word.data() + word.size()) throw UsageError("\"" + word + "\" is not a number.");
   return number;
-}
-
-int16_t index_of(const Call& call, Database& database, const Indexed& rows) {
-  if (call.words.empty())
-    throw UsageError("Which " + rows.one + "? Give its index: tarn " + call.group + " " + call.verb + " N");
-  const int index = number_of(call.words.front());
-  if (index < 1 || index > INT16_MAX)
-    throw UsageError("There is no " + rows.one + " " + call.words.front() + "; indexes are 1 to 32767.");
-  const auto nearest = nearest_index(database, rows.table, index);
-  if (!nearest) throw UsageError("The project has no " + rows.many + " yet.");
-  if (*nearest != index) {
-    throw UsageError("There is no " + rows.one + " " + call.words.front() + "; the nearest is " +
-                     std::to_string(*nearest) + ".");
-  }
-  return static_cast<int16_t>(index);
 }
 
 }  // namespace tarn::cli

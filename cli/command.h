@@ -31,6 +31,16 @@ struct Call {
   std::string material;  // of --material
   bool dry_run = false;
   bool rebuild_index = false;
+  std::string where;    // of --where
+  std::string sort;     // of --sort
+  std::string columns;  // of --columns
+  bool reverse = false;
+  bool csv = false;
+  bool all = false;
+  bool force = false;
+  std::string tolerance;  // of --tolerance
+  bool help = false;
+  bool version = false;
   std::string group, verb;         // no verb where the group does one thing only
   std::vector<std::string> words;  // after them
 };
@@ -58,12 +68,6 @@ void print_notes(const std::string& what, const std::vector<std::string>& notes)
 /// Writes the picture that --svg asks for.
 void save_picture(const Call& call, const std::string& picture);
 
-/// How messages call the rows of an index table: "air system" and "air-systems".
-struct Indexed {
-  std::string table, one, many;
-};
-/// The index after the verb. Error `UsageError` where no row has it; the message names the nearest index that exists.
-int16_t index_of(const Call& call, Database& database, const Indexed& rows);
 /// The nearest index among the rows of an index table; none for an empty table.
 std::optional<int64_t> nearest_index(Database& database, const std::string& table, int index);
 /// A word that is a number. Error `UsageError`.
@@ -74,6 +78,7 @@ int project_new(const Call& call);
 int project_info(const Call& call);
 int project_export(const Call& call);
 int project_import(const Call& call);
+int project_stale(const Call& call);
 int project_check(const Call& call);
 int project_repair(const Call& call);
 
@@ -84,8 +89,20 @@ int kind_new(const Call& call);
 int kind_set(const Call& call);
 int kind_clone(const Call& call);
 int kind_delete(const Call& call);
+int kind_uses(const Call& call);
+int kind_used_by(const Call& call);
 int kind_import(const Call& call);
 int kind_layer(const Call& call);
+int kind_call(const Call& call);
+int kind_zone(const Call& call);
+int kind_equipment(const Call& call);
+
+int import_chiller_file(const Call& call);
+
+int preferences_show(const Call& call);
+int preferences_set(const Call& call);
+int report_options_show(const Call& call);
+int report_options_set(const Call& call);
 
 int weather_import(const Call& call);
 int weather_check(const Call& call);
@@ -94,6 +111,9 @@ int weather_show(const Call& call);
 int results_list(const Call& call);
 int results_show(const Call& call);
 
+int compare_two(const Call& call);
 int describe_classes(const Call& call);
+int show_help(const Call& call);
+int show_completion(const Call& call);
 
 }  // namespace tarn::cli

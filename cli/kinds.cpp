@@ -4,127 +4,21 @@
 #include <iostream>
 
 #include "cli/assignments.h"
-#include "cli/command.h"
+#include "cli/dependencies.h"
+#include "cli/entities.h"
 #include "cli/layers.h"
-#include "cli/units.h"
+#include "cli/list.h"
 #include "cli/views/pictures.h"
 #include "cli/views/wall_pictures.h"
 #include "exchange/imports.h"
-#include "reflect/json.h"
-#include "reflect/json_text.h"
 #include "storage/kind.h"
+#include "tarn/exchange.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/reflect/by_name.h"
 #include "tarn/storage/entity.h"
 
 namespace tarn::cli {
 namespace {
-
-const EntityKind& kind_of(const Call& call) {
-  const auto kinds = entity_kinds();
-  return *std::find_if(kinds.begin(), kinds.end(), [&](const EntityKind& k) { return k.group == call.group; });
-}
-
-Json rows_json(Recordset rows) {
-  Json all = Json::array();
-  for (; !rows.AtEof(); rows.MoveNext()) {
-    Json row;
-    for (const std::string& column : rows.columns()) row[column] = to_json(value_of(rows.Fields(column).Value()));
-    all.push_back(std::move(row));
-  }
-  return all;
-}
-
-/// The unit of an index column's values; empty for a column of texts, numbers without a unit and keys.
-std::string_view unit_of_column(const StoredEntity& entity, const std::string& name) {
-  for (const SummaryColumn& column : entity.kind().columns) {
-    if (column.name != name) continue;
-    if (column.property.empty()) return column.unit;
-    const Member* part = find_part(entity.info(), column.part);
-    const ClassInfo& info = part ? part->owned().info() : entity.info();
-    const int number = info.number(column.property);
-    return number < 0 ? std::string_view() : info.members[static_cast<size_t>(number)].unit;
-  }
-  return {};
-}
-
-int list(const Call& call, Database& database, StoredEntity& entity) {
-  auto rows =
-      database.OpenRecordset("SELECT * FROM " + std::string(entity.kind().index_table) + " ORDER BY nIndex ASC");
-  const auto columns = rows.columns();
-  Json all = rows_json(std::move(rows));
-  const std::string told = told_accuracies(entity, all);
-  if (call.json) {
-    print_json(all);
-    return kClean;
-  }
-  std::vector<std::string> heads;
-  std::vector<std::string_view> stored;
-  for (const std::string& column : columns) {
-    const std::string_view unit = stored.emplace_back(unit_of_column(entity, column)), shown = shown_unit(unit);
-    heads.push_back(shown == unit ? column : column + ", " + std::string(shown));
-  }
-  std::vector<std::vector<Json>> table;
-  for (const Json& row : all) {
-    auto& cells = table.emplace_back();
-    for (size_t c = 0; c < columns.size(); ++c) {
-      const Json& value = row.at(columns[c]);
-      cells.push_back(value.is_null()           ? Json("")
-                      : value.is_number_float() ? Json(shown_value(value, stored[c]))
-                                                : value);
-    }
-  }
-  print_table(heads, table);
-  std::cout << told;
-  return kClean;
-}
-
-int show(const Call& call, Database& database, StoredEntity& entity) {
-  if (call.json) {
-    Json json{{"class", std::string(entity.info().name)}, {"index", entity.Index()}};
-    add_stored_fields(entity, json);
-    json.update(told_accuracy(entity));
-    print_json(json);
-  } else {
-    std::cout << entity.info().name << ' ' << entity.Index() << '\n';
-    show_entity(database, entity);
-  }
-  if (!call.svg.empty()) save_picture(call, wall_picture(dynamic_cast<CA_ConstructionAssly&>(entity)));
-  return kClean;
-}
-
-int saved(const Call& call, StoredEntity& entity, const EntityKind& kind, std::string_view what, const Edited& edited,
-          const Json& rest = Json::object()) {
-  entity.Save();
-  print_notes("set", edited.converted);
-  print_notes("computed", edited.computed);
-  if (call.json) {
-    Json json{{"index", entity.Index()}};
-    json.update(rest);
-    print_json(json);
-  }
-  if (!call.json) std::cout << kind.one << ' ' << entity.Index() << ' ' << what << '\n';
-  return kClean;
-}
-
-/// What a verb of a kind works on: the open project, and an entity that is not loaded yet.
-struct Opened {
-  const EntityKind& kind;
-  COM_ProjectData project;
-  Ptr<Database> database;
-  Ptr<StoredEntity> entity;
-
-  Opened(const Call& call, Use use)
-      : kind(kind_of(call)), database(open_project(project, call, use)), entity(make_entity(project, kind)) {}
-};
-
-/// The same with the entity that the first word names.
-struct Loaded : Opened {
-  Loaded(const Call& call, Use use) : Opened(call, use) {
-    entity->Load(index_of(call, *database,
-                          {std::string(entity->kind().index_table), std::string(kind.one), std::string(kind.group)}));
-  }
-};
 
 /// The words after the first one.
 std::vector<std::string> assignments_of(const Call& call) { return {call.words.begin() + 1, call.words.end()}; }
@@ -133,12 +27,27 @@ std::vector<std::string> assignments_of(const Call& call) { return {call.words.b
 
 int kind_list(const Call& call) {
   const Opened on(call, Use::Reading);
-  return list(call, *on.database, *on.entity);
+  return list_entities(call, on.kind, *on.database, *on.entity);
 }
 
 int kind_show(const Call& call) {
-  const Loaded on(call, Use::Reading);
-  return show(call, *on.database, *on.entity);
+  Opened on(call, Use::Reading);
+  const Indexed rows = on.rows();
+  const auto indexes = call.svg.empty() ? all_chosen(call, *on.database, rows)
+                                        : std::vector<int16_t>{index_of(call, *on.database, rows)};
+  if (call.json) std::cout << export_entities(on.project, on.kind.group, indexes);
+  for (const int16_t index : indexes) {
+    on.entity->Load(index);
+    if (call.json) {
+      const Json told = told_accuracy(*on.entity);
+      if (!told.empty()) print_notes(rows.one + " " + std::to_string(index), {told.at("transfer_function_message")});
+      continue;
+    }
+    std::cout << (index == indexes.front() ? "" : "\n") << on.entity->info().name << ' ' << index << '\n';
+    show_entity(*on.database, *on.entity);
+  }
+  if (!call.svg.empty()) save_picture(call, wall_picture(dynamic_cast<CA_ConstructionAssly&>(*on.entity)));
+  return kClean;
 }
 
 int kind_new(const Call& call) {
@@ -153,14 +62,16 @@ int kind_new(const Call& call) {
   const auto edited = edit(entity, on.kind, call.words);
   if (on.kind.letter != 0 && !entity.IsNameUnique())  // files of their own are told apart by it
     throw UsageError("Another " + std::string(on.kind.one) + " has that name; give one of its own: Name=...");
-  return saved(call, entity, on.kind, "made", edited);
+  return tell(call, on, {saved(entity, on.kind, "made", edited)});
 }
 
 int kind_set(const Call& call) {
-  const Loaded on(call, Use::Writing);
+  const Opened on(call, Use::Writing);
   if (call.words.size() == 1) throw UsageError("Nothing to set; write Property=value.");
-  const auto edited = edit(*on.entity, on.kind, assignments_of(call));
-  return saved(call, *on.entity, on.kind, "saved", edited);
+  return for_each_chosen(call, on, [&](StoredEntity& entity) {
+    const auto edited = edit(entity, on.kind, assignments_of(call));
+    return saved(entity, on.kind, "saved", edited);
+  });
 }
 
 int kind_clone(const Call& call) {
@@ -170,31 +81,29 @@ int kind_clone(const Call& call) {
   on.entity->info().find("Clone").call(*on.entity, none, clone);
   auto& copy = dynamic_cast<StoredEntity&>(*std::get<ObjectPtr>(clone));
   const auto edited = edit(copy, on.kind, assignments_of(call));
-  return saved(call, copy, on.kind, "made from " + std::to_string(on.entity->Index()), edited);
+  return tell(call, on, {saved(copy, on.kind, "made from " + std::to_string(on.entity->Index()), edited)});
 }
 
 int kind_delete(const Call& call) {
-  const Loaded on(call, Use::Writing);
-  const int16_t index = on.entity->Index();
-  on.entity->Delete(index);
-  if (call.json)
-    print_json({{"index", index}});
-  else
-    std::cout << on.kind.one << ' ' << index << " deleted\n";
-  return kClean;
+  Opened on(call, Use::Writing);
+  return for_each_chosen(call, on, [&](StoredEntity& entity) {
+    const int16_t index = entity.Index();
+    needs_force(call, on.project, entity);
+    entity.Delete(index);
+    return Done{{{"index", index}}, std::string(on.kind.one) + " " + std::to_string(index) + " deleted", {}};
+  });
 }
 
 int kind_layer(const Call& call) {
   if (call.words == std::vector<std::string>{"materials"}) return print_materials(call);
   check_layer_words(call);
-  Call of_one = call;
-  of_one.words = {call.words[1]};
-  const Loaded on(of_one, Use::Writing);
+  const Loaded on(call, Use::Writing, 1);
   const LayerChange change = change_layers(dynamic_cast<CA_ConstructionAssly&>(*on.entity), call);
   on.kind.compute(*on.entity);
-  return saved(call, *on.entity, on.kind,
-               "saved: " + change.name + " " + change.what + ", slot " + std::to_string(change.slot), {},
-               {{"slot", change.slot}, {"layer", change.name}});
+  Done done =
+      saved(*on.entity, on.kind, "saved: " + change.name + " " + change.what + ", slot " + std::to_string(change.slot));
+  done.json.update({{"slot", change.slot}, {"layer", change.name}});
+  return tell(call, on, {done});
 }
 
 /// A new entity from a file of another program, with what a person should know of it.
@@ -203,9 +112,18 @@ int kind_import(const Call& call) {
   if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
   const std::vector<std::string> notes = file_import_of(on.kind)(*on.entity, call.words.front());
   const auto edited = edit(*on.entity, on.kind, assignments_of(call));
-  const int code = saved(call, *on.entity, on.kind, "made from " + call.words.front(), edited, {{"notes", notes}});
+  Done done = saved(*on.entity, on.kind, "made from " + call.words.front(), edited);
+  done.json["notes"] = notes;
+  tell(call, on, {done});
   if (!call.json) print_notes("", notes);
-  return code;
+  return kClean;
+}
+
+int import_chiller_file(const Call& call) {
+  Call of_kind = call;
+  of_kind.group = "chillers";
+  of_kind.verb = "import";
+  return kind_import(of_kind);
 }
 
 }  // namespace tarn::cli

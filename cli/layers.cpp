@@ -3,6 +3,7 @@
 #include <array>
 
 #include "base/nearest.h"
+#include "cli/choose.h"
 #include "cli/units.h"
 #include "envelope/materials.h"
 

@@ -2,14 +2,17 @@
 // Data go to standard output, messages to standard error; the exit code says how it went.
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 
-#include "base/nearest.h"
 #include "cli/command.h"
+#include "cli/completion.h"
+#include "cli/help.h"
 #include "cli/units.h"
 #include "cli/words.h"
 #include "tarn/base/log.h"
+#include "tarn/platform/workspace.h"
 
 namespace {
 
@@ -44,54 +47,32 @@ class StandardErrorLog final : public Log {
   int again_ = 0;
 };
 
-/// The row of a table that has the name. Error `UsageError` names the nearest.
-template <typename Row>
-const Row& row_of(const std::vector<Row>& rows, const std::string& name, const std::string& what) {
-  std::vector<std::string_view> names;
-  for (const Row& row : rows) {
-    if (row.name == name) return row;
-    names.push_back(row.name);
-  }
-  throw UsageError("There is no " + what + " \"" + name + "\"; " + did_you_mean(name, names));
-}
-
-void help_text(CLI::App& app, const std::vector<Group>& all) {
-  std::string text = "\nGroups and verbs:\n";
-  for (const Group& group : all) {
-    text += "  " + group.name + "  " + group.help + "\n";
-    if (!group.names_verbs()) continue;
-    for (const Verb& verb : group.verbs) text += "    " + verb.name + " " + verb.help + "\n";
-  }
-  app.footer(text + "\nExit codes: 0 clean, 1 findings, 2 usage, 3 input or output, 4 internal.");
-}
-
-/// "weather show and results show": the verbs that take an option.
-std::string takers_of(Option option, const std::vector<Group>& all) {
-  std::vector<std::string> takers;
-  for (const Group& group : all) {
+/// "weather show and results show": the verbs that take an option; by their names alone where many groups have them.
+std::string takers_of(unsigned option) {
+  constexpr size_t kMostTold = 6;
+  std::vector<std::string> takers, verbs;
+  for (const Group& group : all_groups()) {
     for (const Verb& verb : group.verbs) {
-      if (verb.options & option) takers.push_back(group.name + " " + verb.name);
+      if ((verb.options & option) == 0) continue;
+      takers.push_back(group.name + " " + verb.name);
+      if (std::ranges::find(verbs, verb.name) == verbs.end()) verbs.push_back(verb.name);
     }
   }
+  if (takers.size() > kMostTold) takers = verbs;
   std::string text;
   for (size_t i = 0; i < takers.size(); ++i) text += (i == 0 ? "" : i + 1 < takers.size() ? ", " : " and ") + takers[i];
   return text;
 }
 
 /// Words and options that a verb does not take are refused, not ignored.
-void check_extras(const Call& call, const Verb& verb, const std::vector<Group>& all) {
-  if (call.words.size() > verb.most_words)
-    throw UsageError("\"" + call.words[verb.most_words] + "\" is one word too many.");
-  const auto check = [&](const std::string& given, Option option, const std::string& name) {
-    if (!given.empty() && (verb.options & option) == 0)
-      throw UsageError(name + " goes with " + takers_of(option, all) + ".");
-  };
-  check(call.type, kType, "--type");
-  check(call.output, kOutput, "--output");
-  check(call.svg, kSvg, "--svg");
-  check(call.material, kMaterial, "--material");
-  check(call.dry_run ? "given" : "", kDryRun, "--dry-run");
-  check(call.rebuild_index ? "given" : "", kRebuildIndex, "--rebuild-index");
+void check_extras(const Call& call, const Verb& verb) {
+  if (call.words.size() > verb.most_words())
+    throw UsageError("\"" + call.words[verb.most_words()] + "\" is one word too many.");
+  for (const OptionRow& row : option_rows()) {
+    const bool given = row.text ? !(call.*row.text).empty() : call.*row.flag;
+    if (given && row.bit != 0 && (verb.options & row.bit) == 0)
+      throw UsageError(std::string(row.name()) + " goes with " + takers_of(row.bit) + ".");
+  }
 }
 
 /// Files and databases; everything else that fails is a mistake in the call.
@@ -101,46 +82,67 @@ bool is_input_output(const Error& error) {
          number == ErrorNumber::PermissionDenied || number == ErrorNumber::PathNotFound;
 }
 
+/// Runs the verb in a transaction that is rolled back: all of it is tried, and what it would print is printed.
+int rehearse(const Verb& verb, const Call& call) {
+  std::cerr << "dry run: this would be done, and nothing is changed\n";
+  const Transaction transaction;
+  return verb.run(call);
+}
+
 /// Runs the verb that the words name, with the words after it.
-int dispatch(Call& call, const std::vector<std::string>& words, const std::vector<Group>& all) {
+int dispatch(Call& call, const std::vector<std::string>& words) {
+  if (call.version) {
+    std::cout << "tarn " << TARN_VERSION << '\n';
+    return kClean;
+  }
+  if (call.help) {
+    std::cout << help_for(words);
+    return kClean;
+  }
   if (words.empty()) throw UsageError("What to do? Give a group and a verb; tarn --help lists them.");
   call.group = words[0];
-  const Group& group = row_of(all, call.group, "group");
+  const Group& group = group_named(call.group);
   if (group.names_verbs()) {
-    if (words.size() == 1) throw UsageError("What to do with " + call.group + "? tarn --help lists the verbs.");
+    if (words.size() == 1)
+      throw UsageError("What to do with " + call.group + "? tarn " + call.group + " --help lists the verbs.");
     call.verb = words[1];
   }
-  const Verb& verb = row_of(group.verbs, call.verb, "verb of " + call.group);
+  const Verb& verb = verb_named(group, call.verb);
   call.words.assign(words.begin() + (group.names_verbs() ? 2 : 1), words.end());
-  check_extras(call, verb, all);
-  return verb.run(call);
+  check_extras(call, verb);
+  return call.dry_run && (verb.options & kDryRun) ? rehearse(verb, call) : verb.run(call);
+}
+
+/// What a shell asks while a line is being typed. A line that cannot be gets no answer.
+int complete(const std::vector<std::string>& words) {
+  try {
+    for (const std::string& line : completions(words)) std::cout << line << '\n';
+  } catch (const std::exception&) {
+  }
+  return kClean;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app{"tarn - the data layer of an HVAC design program", "tarn"};
+  if (argc > 1 && std::string_view(argv[1]) == "__complete") return complete({argv + 2, argv + argc});
+  CLI::App app{"tarn", "tarn"};
+  app.set_help_flag();
   Call call;
   std::vector<std::string> words;
-  app.add_option("-p,--project", call.project, "the project: FOLDER or FOLDER/PREFIX (default: the current folder)");
-  app.add_option("-o,--output", call.output, "the file to write, instead of standard output");
-  app.add_option("--type", call.type, "the type of a new air system, chiller or plant: VAV, 10, HOT_WATER, ...");
-  app.add_option("--svg", call.svg, "a picture to make of what is shown");
-  app.add_option("--material", call.material, "what a new layer is made of; walls layer materials lists them");
-  app.add_flag("--dry-run", call.dry_run, "tell what a repair would do, and change nothing");
-  app.add_flag("--rebuild-index", call.rebuild_index, "make the index database anew from the record files");
-  app.add_option("--units", call.units,
-                 "ip or si: of what is shown, and of numbers without a unit; JSON has the units of the files");
-  app.add_flag("--json", call.json, "print JSON");
-  app.add_option("words", words, "GROUP VERB ...");
-  const auto all = all_groups();
-  help_text(app, all);
+  for (const OptionRow& row : option_rows()) {
+    if (row.text)
+      app.add_option(std::string(row.spelling), call.*row.text);
+    else
+      app.add_flag(std::string(row.spelling), call.*row.flag);
+  }
+  app.add_option("words", words);
   StandardErrorLog log;
   set_log(&log);
   try {
     app.parse(argc, argv);
     choose_units(call.units);
-    const int code = dispatch(call, words, all);
+    const int code = dispatch(call, words);
     if (!std::cout.flush()) fail(ErrorNumber::DeviceError, "Cannot write the output.");
     return code;
   } catch (const CLI::ParseError& error) {

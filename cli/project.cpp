@@ -1,6 +1,4 @@
-// project new, info, export and import; describe.
-
-#include <unistd.h>
+// project new, info, export and import.
 
 #include <algorithm>
 #include <filesystem>
@@ -11,15 +9,10 @@
 
 #include "base/nearest.h"
 #include "cli/command.h"
-#include "cli/units.h"
-#include "cli/words.h"
+#include "cli/progress.h"
 #include "platform/file_store.h"
 #include "project/defaults.h"
-#include "project/enumerations.h"
 #include "project/kinds.h"
-#include "tarn/base/value.h"
-#include "tarn/class_list.h"
-#include "tarn/code_names.h"
 #include "tarn/exchange.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/preferences.h"
@@ -74,11 +67,21 @@ int project_new(const Call& call) {
   COM_ProjectData project;
   project.SetWorkPath(path.has_parent_path() ? path.parent_path().string() : ".");
   project.FilePrefix = path.filename().string();
-  create_project(project);
-  if (call.json)
-    print_json({{"index_database", project.IndexDBName()}});
-  else
-    std::cout << "made " << project.IndexDBName() << '\n';
+  const bool new_folder = !fs::exists(project.WorkPath());
+  if (call.dry_run) {
+    if (fs::exists(project.IndexDBName()))
+      fail(ErrorNumber::FileExists, "The project " + project.IndexDBName() + " exists already.");
+  } else {
+    if (new_folder) fs::create_directories(project.WorkPath());
+    create_project(project);
+  }
+  if (call.json) {
+    print_json({{"index_database", project.IndexDBName()}, {"new_folder", new_folder}});
+    return kClean;
+  }
+  const char* made = call.dry_run ? "would make " : "made ";
+  if (new_folder) std::cout << made << "the folder " << project.WorkPath() << '\n';
+  std::cout << made << project.IndexDBName() << '\n';
   return kClean;
 }
 
@@ -115,46 +118,6 @@ int project_info(const Call& call) {
   return kClean;
 }
 
-namespace {
-
-Json member_json(const Member& member) {
-  constexpr std::string_view kinds[]{"property", "method", "event"};
-  Json json{{"name", member.name}, {"kind", kinds[static_cast<size_t>(member.kind)]}, {"type", type_name(member.type)}};
-  if (!member.unit.empty()) json["unit"] = member.unit;
-  if (!member.unit_beside.empty()) json["unit_by"] = member.unit_beside;
-  if (member.width() > 0) json["width"] = member.width();
-  for (const Bounds& b : member.bounds) json["bounds"].push_back({b.first, b.last});
-  if (member.kind == MemberKind::Property) json["read_only"] = member.read_only;
-  if (member.by_reference) json["by_reference"] = true;
-  for (const Parameter& p : member.parameters()) {
-    json["parameters"].push_back(
-        {{"name", p.name}, {"type", type_name(p.type)}, {"optional", p.optional}, {"by_reference", p.by_reference}});
-  }
-  const auto catalogued = catalogued_codes(member);
-  for (const Label& label : catalogued.empty() ? member.labels : catalogued)
-    json["codes"].push_back({{"code", label.code}, {"name", label.name}, {"text", label.text}});
-  return json;
-}
-
-}  // namespace
-
-namespace {
-
-/// A bar on a terminal's standard error; nothing elsewhere.
-Progress progress_bar() {
-  if (isatty(STDERR_FILENO) == 0) return [](size_t, size_t) {};
-  return [](size_t done, size_t total) {
-    constexpr size_t kWidth = 40;
-    if (done % 100 != 0 && done != total) return;
-    const size_t filled = total == 0 ? 0 : kWidth * done / total;
-    std::cerr << '\r' << (total == 0 ? "" : "[" + std::string(filled, '#') + std::string(kWidth - filled, ' ') + "] ")
-              << done;
-    if (done == total) std::cerr << '\n';
-  };
-}
-
-}  // namespace
-
 int project_export(const Call& call) {
   std::set<std::string> groups;
   for (const std::string& word : call.words) {
@@ -167,7 +130,7 @@ int project_export(const Call& call) {
   }
   COM_ProjectData project;
   open_project(project, call, Use::Reading);
-  const std::string text = export_project(project, groups, progress_bar());
+  const std::string text = export_project(project, groups, progress_bar("exported"));
   if (call.output.empty()) {
     std::cout << text;
     return kClean;
@@ -184,18 +147,20 @@ int project_export(const Call& call) {
 }
 
 int project_import(const Call& call) {
-  if (call.words.size() != 1) throw UsageError("Which file? tarn project import FILE (- for standard input)");
+  if (call.words.size() != 1)
+    throw UsageError("Which file? tarn " + call.group + " " + call.verb + " FILE (- for standard input)");
   const std::string& file = call.words.front();
   if (fs::is_directory(file)) fail(ErrorNumber::PermissionDenied, file + " is a folder; give a file.");
   std::ifstream in;
   if (file != "-") in.open(file, std::ios::binary);
   if (file != "-" && !in) fail(ErrorNumber::FileNotFound, "Cannot read " + file + ".");
+  const Progress progress = progress_bar("imported");  // reading counts
   const std::string text{std::istreambuf_iterator<char>(file == "-" ? std::cin : in), {}};
   COM_ProjectData project;
   open_project(project, call, Use::Writing);
   size_t count = 0;
   try {
-    count = import_project(project, text, progress_bar());
+    count = import_project(project, text, progress);
   } catch (const Error& error) {
     throw Error(error.number(), error.source(), file + ", " + error.what());
   }
@@ -203,90 +168,6 @@ int project_import(const Call& call) {
     print_json({{"imported", count}});
   else
     std::cout << "imported " << count << (count == 1 ? " entity" : " entities") << '\n';
-  return kClean;
-}
-
-namespace {
-
-Json codes_json(const Enumeration& enumeration) {
-  Json codes = Json::array();
-  for (const Label& label : enumeration.codes)
-    codes.push_back({{"value", label.code}, {"name", label.name}, {"text", label.text}});
-  return {{"enumeration", enumeration.name}, {"codes", codes}};
-}
-
-void show_codes(const Enumeration& enumeration) {
-  std::cout << enumeration.name << '\n';
-  std::vector<std::vector<Json>> rows;
-  for (const Label& label : enumeration.codes) rows.push_back({label.code, label.name, label.text});
-  print_table({"code", "name", "text"}, rows);
-}
-
-Json class_json(const ClassInfo& info) {
-  Json members = Json::array();
-  for (const Member& member : info.members) members.push_back(member_json(member));
-  return {{"class", info.name}, {"record_bytes", record_length(*create(info.name))}, {"members", members}};
-}
-
-std::string notes_of(const Member& member) {
-  if (member.read_only) return "read-only";
-  if (member.by_reference) return "set by reference";
-  return member.unit_beside.empty() ? "" : "unit by " + std::string(member.unit_beside);
-}
-
-/// Names that the code catalogue has for the codes of a property.
-void show_catalogued(const Member& member) {
-  std::string codes;
-  for (const Label& label : catalogued_codes(member))
-    codes += (codes.empty() ? "" : ", ") + std::to_string(label.code) + " " + std::string(label.name);
-  if (!codes.empty()) std::cout << "\n" << member.name << ": " << codes << '\n';
-}
-
-void show_class(const ClassInfo& info) {
-  const size_t length = record_length(*create(info.name));
-  std::cout << info.name << (length > 0 ? ", record of " + std::to_string(length) + " bytes" : "") << '\n';
-  std::vector<std::vector<Json>> rows;
-  for (const Member& m : info.members) {
-    constexpr std::string_view kinds[]{"property", "method", "event"};
-    const std::string notes = notes_of(m);
-    rows.push_back({kinds[static_cast<size_t>(m.kind)], signature(m), std::string(type_name(m.type)),
-                    std::string(shown_unit(m.unit)), notes});
-  }
-  print_table({"kind", "member", "type", "unit", ""}, rows);
-  for (const Member& m : info.members) show_catalogued(m);
-}
-
-/// Error `UsageError` for a word that names neither.
-void check_described(const std::string& word) {
-  std::vector<std::string_view> names;
-  for (const ClassEntry& entry : class_list()) names.push_back(entry.info->name);
-  for (const Enumeration& each : enumeration_list()) names.push_back(each.name);
-  const auto named = [&](std::string_view name) { return same_word(name, word); };
-  if (std::none_of(names.begin(), names.end(), named))
-    throw UsageError("There is no class or enumeration " + word + "; " + did_you_mean(word, names));
-}
-
-}  // namespace
-
-int describe_classes(const Call& call) {
-  if (!call.words.empty()) check_described(call.words.front());
-  const auto wanted = [&](std::string_view name) { return call.words.empty() || same_word(name, call.words.front()); };
-  Json all = Json::array();
-  for (const ClassEntry& entry : class_list()) {
-    if (!wanted(entry.info->name)) continue;
-    if (call.json)
-      all.push_back(class_json(*entry.info));
-    else
-      show_class(*entry.info);
-  }
-  for (const Enumeration& each : enumeration_list()) {
-    if (!wanted(each.name)) continue;
-    if (call.json)
-      all.push_back(codes_json(each));
-    else
-      show_codes(each);
-  }
-  if (call.json) print_json(call.words.empty() ? all : all[0]);
   return kClean;
 }
 

@@ -1,5 +1,5 @@
 // Writes the pages of docs/reference/ from the declarations: classes, enumerations, record files, tables, and the
-// manual page. A test compares them with the ones in the repository; `make reference` brings those up to date.
+// manual pages. A test compares them with the ones in the repository; `make reference` brings those up to date.
 
 #include <filesystem>
 #include <fstream>
@@ -8,7 +8,8 @@
 #include <sstream>
 
 #include "cli/command.h"
-#include "cli/words.h"
+#include "cli/describe.h"
+#include "cli/manual.h"
 #include "project/enumerations.h"
 #include "project/kinds.h"
 #include "project/new_index.h"
@@ -223,28 +224,6 @@ std::string tables_page() {
   return out + "\n## The index database\n\n```sql\n" + index_schema() + "```\n";
 }
 
-/// The page in the manual's own language.
-std::string manual_page() {
-  std::string out =
-      ".TH TARN 1\n.SH NAME\ntarn \\- the data layer of an HVAC design program\n.SH SYNOPSIS\n.B tarn\n"
-      "[\\-p FOLDER | \\-p FOLDER/PREFIX] [\\-\\-json] GROUP VERB ...\n.SH OPTIONS\n"
-      ".TP\n\\-p, \\-\\-project\nthe project: a folder with one project, or FOLDER/PREFIX (default: the current "
-      "folder)\n"
-      ".TP\n\\-\\-units ip|si\nthe units of what is shown, and of numbers without a unit "
-      "(default: TARN_UNITS, else ip); JSON has the units of the files\n.TP\n\\-\\-json\nprint JSON\n.TP\n\\-\\-type "
-      "TYPE\nthe type of a new air system, chiller or plant\n.TP\n\\-o, "
-      "\\-\\-output FILE\nwrite to a file instead of standard output\n.TP\n\\-\\-svg FILE\na picture to make of what "
-      "is shown\n.TP\n\\-\\-dry\\-run\ntell what a repair would do, and change "
-      "nothing\n.TP\n\\-\\-rebuild\\-index\nmake "
-      "the index database anew from the record files\n.SH GROUPS\n";
-  for (const Group& group : all_groups()) {
-    out += ".SS " + group.name + "\n" + group.help + "\n";
-    if (!group.names_verbs()) continue;
-    for (const Verb& verb : group.verbs) out += ".TP\n.B " + verb.name + "\n" + verb.help + "\n";
-  }
-  return out + ".SH EXIT STATUS\n0 clean, 1 findings, 2 usage, 3 input or output, 4 internal\n";
-}
-
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -257,10 +236,13 @@ int main(int count, char** arguments) {
   const std::pair<const char*, std::string> pages[]{{"classes.md", classes_page()},
                                                     {"enumerations.md", enumerations_page()},
                                                     {"files.md", files_page()},
-                                                    {"tables.md", tables_page()},
-                                                    {"tarn.1", manual_page()}};
+                                                    {"tables.md", tables_page()}};
   for (const auto& [name, text] : pages) {
     if (!(std::ofstream(folder / name, std::ios::binary) << text).flush()) return kInputOutput;
+  }
+  std::filesystem::create_directories(folder / "man");
+  for (const ManualPage& page : manual_pages()) {
+    if (!(std::ofstream(folder / "man" / page.file, std::ios::binary) << page.text).flush()) return kInputOutput;
   }
   return kClean;
 }

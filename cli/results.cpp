@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "cli/choose.h"
 #include "cli/command.h"
 #include "cli/views/result_pictures.h"
 #include "platform/file_store.h"

@@ -1,104 +1,400 @@
 #include "cli/words.h"
 
+#include <algorithm>
+#include <functional>
+
+#include "base/nearest.h"
+#include "cli/examples.h"
 #include "exchange/imports.h"
-#include "project/kinds.h"
-#include "tarn/base/value.h"
 
 namespace tarn::cli {
 
 namespace {
 
+constexpr OptionRow kOptions[]{
+    {0, "-p,--project", "FOLDER", "the project: FOLDER or FOLDER/PREFIX; else the current folder", &Call::project,
+     nullptr},
+    {0, "--json", "", "print JSON, in the units of the files", nullptr, &Call::json},
+    {0, "--units", "ip|si", "of what is shown, and of numbers without a unit; else TARN_UNITS, else ip", &Call::units,
+     nullptr},
+    {kType, "--type", "TYPE", "the type of a new air system, chiller or plant: VAV, 10, HOT_WATER, ...", &Call::type,
+     nullptr},
+    {kOutput, "-o,--output", "FILE", "the file to write", &Call::output, nullptr},
+    {kSvg, "--svg", "FILE", "a picture to make of what is shown", &Call::svg, nullptr},
+    {kMaterial, "--material", "MATERIAL", "what a new layer is made of; walls layer materials lists them",
+     &Call::material, nullptr},
+    {kDryRun | kOwnDryRun, "--dry-run", "", "tell what would be done, and change nothing", nullptr, &Call::dry_run},
+    {kRebuildIndex, "--rebuild-index", "", "make the index database anew from the record files", nullptr,
+     &Call::rebuild_index},
+    {kList, "--where", "CONDITION", "only those that it holds of: \"Height>4 and Name~South*\"", &Call::where, nullptr},
+    {kList, "--sort", "COLUMNS", "by these properties: Name,Height", &Call::sort, nullptr},
+    {kList, "--reverse", "", "the last first", nullptr, &Call::reverse},
+    {kList, "--columns", "COLUMNS", "what to list: Name,Height,GlassTrans(1)", &Call::columns, nullptr},
+    {kList, "--csv", "", "print comma-separated values", nullptr, &Call::csv},
+    {kAll, "--all", "", "all that N names, where it names several", nullptr, &Call::all},
+    {kForce, "--force", "", "also what others use; their references become 0", nullptr, &Call::force},
+    {kTolerance, "--tolerance", "PART", "of numbers, relative: 0.001; else 0.000001", &Call::tolerance, nullptr},
+    {0, "-h,--help", "", "this help; after a group or a verb, help for that", nullptr, &Call::help},
+    {0, "--version", "", "the version of tarn", nullptr, &Call::version}};
+
+using Line = std::function<std::string(const std::string&)>;
+
+/// What some kinds have besides.
+void add_own_verbs(Group& group, const Line& line) {
+  const std::string one(group.kind->one);
+  const auto add = [&](Verb verb) { group.verbs.push_back(std::move(verb)); };
+  if (group.kind->class_name == "CA_ConstructionAssly") {
+    Verb& show = group.verbs[1];
+    show.help += "; --svg for a section with its temperatures";
+    show.options |= kSvg;
+    show.examples.push_back(line("show 1 --svg " + one + ".svg"));
+    add({"layer",
+         "insert|remove|move|materials [N] [SLOT] [TO]",
+         "the layers of " + one +
+             " N: insert N SLOT [--material NAME], remove N SLOT, move N SLOT TO; materials: what there is to make "
+             "them of",
+         kMaterial | kDryRun,
+         kind_layer,
+         {line("layer materials"), line("layer insert 1 2 --material I02"), line("layer move 1 2 3"),
+          line("layer remove 1 2")}});
+  }
+  if (group.name == "air-systems")
+    add({"zone",
+         "add|remove|set N [ZONE] [Property=value ...]",
+         "the zones of air system N: add N [Property=value ...], remove N ZONE, set N ZONE Property=value ...; ZONE is "
+         "its number or name",
+         kDryRun,
+         kind_zone,
+         {line("zone add 1 Name=\"East zone\""), line("zone set 1 \"East zone\" \"SpaceMultiplier(1)=2\""),
+          line("zone remove 1 \"East zone\"")},
+         "ZoneData"});
+  if (group.name == "plants")
+    add({"equipment",
+         "add|remove|order N cooling|heating|heat-recovery PIECE ...",
+         "the equipment of plant N and its priority: add N LIST chiller:NAME or boiler:NAME, remove N LIST PIECE, "
+         "order N LIST PIECE ... with the first to run first; PIECE is its place in the list",
+         kDryRun,
+         kind_equipment,
+         {line("equipment add 1 cooling \"chiller:Chiller A\""), line("equipment add 1 cooling \"Spare chiller\""),
+          line("equipment order 1 cooling 2 1"), line("equipment remove 1 cooling 1")}});
+  if (file_import_of(*group.kind))
+    add({"import",
+         "FILE [Property=value ...]",
+         "a new " + one + " from an ASHRAE 205 file",
+         kDryRun,
+         kind_import,
+         {line("import chiller.json"), line("import chiller.json Name=\"Chiller of the annex\"")}});
+}
+
 Group group_of(const EntityKind& kind) {
   const std::string one(kind.one), many(kind.group);
   const std::string follows = kind.compute ? ", and what is computed from it" : "";
-  Group group{many,
-              "the project's " + many,
-              {{"list", "the index rows of all", 0, 0, kind_list},
-               {"show", "N: " + one + " N as a form; --json for every stored property", 1, 0, kind_show},
-               {"new", "[Property=value ...]: a new " + one + " from the defaults", kAnyWords, kind.start ? kType : 0U,
-                kind_new},
-               {"set", "N Property=value ... (Part(1).Property=value): changes " + one + " N" + follows, kAnyWords, 0,
-                kind_set},
-               {"clone", "N [Property=value ...]: a copy of " + one + " N", kAnyWords, 0, kind_clone},
-               {"delete", "N: removes " + one + " N and every use of it", 1, 0, kind_delete}}};
-  if (kind.class_name == "CA_ConstructionAssly") {
-    Verb& show = group.verbs[1];
-    show.help += "; --svg PICTURE for a section with its temperatures";
-    show.options = kSvg;
-    group.verbs.push_back({"layer",
-                           "insert N SLOT [--material NAME], remove N SLOT, move N SLOT TO: the layers of " + one +
-                               " N; materials: what there is to make them of",
-                           kAnyWords, kMaterial, kind_layer});
-  }
-  if (file_import_of(kind)) {
-    group.verbs.push_back(
-        {"import", "FILE [Property=value ...]: a new " + one + " from an ASHRAE 205 file", kAnyWords, 0, kind_import});
-  }
+  std::string spoken = many;
+  std::ranges::replace(spoken, '-', ' ');
+  const Example& example = example_of(kind.group);
+  const auto line = [&](const std::string& words) { return "tarn " + many + " " + words; };
+  const std::string name = "\"" + example.name + "\"";
+  Group group{std::string(kind.subject), many, "the project's " + spoken, {}, &kind};
+  const auto add = [&](Verb verb) { group.verbs.push_back(std::move(verb)); };
+  add({"list",
+       "",
+       "the index rows of all, or properties by name of those that are asked for",
+       kList,
+       kind_list,
+       {line("list --where \"" + example.where + "\""),
+        line("list --sort Name --columns \"" + example.columns + "\" --csv")}});
+  add({"show",
+       "N",
+       one + " N as a form; --json as project import takes it",
+       0,
+       kind_show,
+       {line("show " + name), line("show 1 --json")}});
+  add({"new",
+       "[Property=value ...]",
+       "a new " + one + " from the defaults",
+       kDryRun | (kind.start ? kType : 0U),
+       kind_new,
+       {line("new " + example.start + "Name=" + name + " " + example.first), line("new Name=\"Spare " + one + "\"")}});
+  add({"set",
+       "N Property=value ...",
+       "changes " + one + " N" + follows,
+       kDryRun | kAll,
+       kind_set,
+       {line("set 1 " + example.first), line("set " + name + " " + example.second)}});
+  add({"clone",
+       "N [Property=value ...]",
+       "a copy of " + one + " N",
+       kDryRun,
+       kind_clone,
+       {line("clone 1"), line("clone 1 Name=\"Another " + one + "\" " + example.second)}});
+  add({"delete",
+       "N",
+       "removes " + one + " N and every use of it",
+       kDryRun | kAll | kForce,
+       kind_delete,
+       {line("delete 1 --force"), line("delete \"Spare*\" --all")}});
+  add({"uses", "N", "what " + one + " N refers to, by which property", 0, kind_uses, {line("uses 1")}});
+  add({"used-by", "N", "who refers to " + one + " N, by which property", 0, kind_used_by, {line("used-by 1")}});
+  if (!example.call.empty())
+    add({"call",
+         "N METHOD [VALUE ...]",
+         "calls a method of " + one + " N, and saves what it changes; tarn describe lists the methods",
+         kDryRun,
+         kind_call,
+         {line("call 1 " + example.call)}});
+  add_own_verbs(group, line);
   return group;
+}
+
+const EntityKind* kind_named(std::string_view group) {
+  const auto kinds = entity_kinds();
+  return &*std::ranges::find(kinds, group, &EntityKind::group);
+}
+
+Group project_group() {
+  Group group{"Project", "project", "a project on disk", {}};
+  const auto add = [&](Verb verb) { group.verbs.push_back(std::move(verb)); };
+  add({"new",
+       "",
+       "makes the folder, the index database and the default records",
+       kOwnDryRun,
+       project_new,
+       {"tarn -p annex/ANNEX project new"}});
+  add({"info",
+       "",
+       "what the project holds, and what is stale",
+       0,
+       project_info,
+       {"tarn project info", "tarn project info --json"}});
+  add({"export",
+       "[KIND ...]",
+       "the project as JSON",
+       kOutput,
+       project_export,
+       {"tarn project export --output all.json", "tarn project export walls roofs"}});
+  add({"import",
+       "FILE",
+       "reads the entities of a JSON text into the project, all or none",
+       kDryRun,
+       project_import,
+       {"tarn project export windows | tarn project import -",
+        "tarn windows show 1 --json | tarn project import - --dry-run"}});
+  add({"stale",
+       "",
+       "which results are stale, since which edit, and how it reaches them",
+       0,
+       project_stale,
+       {"tarn project stale", "tarn project stale --json"}});
+  add({"check",
+       "",
+       "what is damaged: rows, records, links, values, files; nothing is changed",
+       0,
+       project_check,
+       {"tarn project check", "tarn project check --json"}});
+  add({"repair",
+       "",
+       "mends what can be mended, and keeps a copy of the project; --rebuild-index makes the index from the records",
+       kOwnDryRun | kRebuildIndex,
+       project_repair,
+       {"tarn project repair --dry-run", "tarn project repair --rebuild-index"}});
+  return group;
+}
+
+Group import_group() {
+  return {"Project",
+          "import",
+          "brings in what other programs made",
+          {{"json",
+            "FILE",
+            "reads the entities of a JSON text into the project, all or none; - for standard input",
+            kDryRun,
+            project_import,
+            {"tarn export json walls | tarn import json -"}},
+           {"chiller",
+            "FILE [Property=value ...]",
+            "a new chiller from an ASHRAE 205 file",
+            kDryRun,
+            import_chiller_file,
+            {"tarn import chiller chiller.json Name=\"Chiller of the tower\""}}},
+          kind_named("chillers")};
+}
+
+Group export_group() {
+  return {"Project",
+          "export",
+          "writes the project for other programs",
+          {{"json",
+            "[KIND ...]",
+            "the project as JSON, or the kinds that are named",
+            kOutput,
+            project_export,
+            {"tarn export json --output all.json", "tarn export json spaces air-systems"}}}};
+}
+
+Group diff_group() {
+  return {
+      "Project",
+      "diff",
+      "what differs between two projects, or a project and an export",
+      {{"",
+        "FIRST SECOND",
+        "by names of entities and fields; each is FOLDER, FOLDER/PREFIX or an exported file; exit code 1 where they "
+        "differ",
+        kTolerance,
+        compare_two,
+        {"tarn export json --output all.json && tarn diff . all.json --tolerance 0.001"}}}};
+}
+
+Group preferences_group() {
+  return {"Project",
+          "preferences",
+          "standards and currency of the project",
+          {{"show",
+            "",
+            "the preferences; --json as project import takes them",
+            0,
+            preferences_show,
+            {"tarn preferences show"}},
+           {"set",
+            "Preference=value ...",
+            "changes preferences",
+            kDryRun,
+            preferences_set,
+            {"tarn preferences set CurrencyUnits=EUR LeedVersionCode=2"}}}};
+}
+
+Group report_options_group() {
+  return {"Project",
+          "report-options",
+          "the choices of the report program, kept as it wrote them",
+          {{"show",
+            "",
+            "how many bytes there are; --json as project import takes them, --output as they are",
+            kOutput,
+            report_options_show,
+            {"tarn report-options show --json", "tarn report-options show --output options.dat"}},
+           {"set",
+            "FILE",
+            "the bytes of a file become the report options",
+            kDryRun,
+            report_options_set,
+            {"tarn report-options show --output options.dat && tarn report-options set options.dat"}}}};
+}
+
+Group weather_group() {
+  return {"Weather",
+          "weather",
+          "hourly weather files; without FILE the project's own",
+          {{"import",
+            "FILE",
+            "an EPW, TMY3 or TMY2 year becomes the project's weather, or with --output an hourly file",
+            kOutput | kDryRun,
+            weather_import,
+            {"tarn weather import year.epw", "tarn weather import year.epw --output CITY.HW1"}},
+           {"check",
+            "[FILE]",
+            "whether the file is valid, and which of its hours are implausible",
+            0,
+            weather_check,
+            {"tarn weather check year.epw"}},
+           {"show",
+            "[FILE]",
+            "site, statistics and a chart by month; --svg for a heat map of the year",
+            kSvg,
+            weather_show,
+            {"tarn weather show year.epw", "tarn weather show year.epw --svg year.svg"}}}};
+}
+
+Group results_group() {
+  return {"Air systems",
+          "results",
+          "what the design calculation found for the air systems",
+          {{"list", "", "the air systems that have design results", 0, results_list, {"tarn results list"}},
+           {"show",
+            "N [ZONE]",
+            "sizes, loads and states of the air of air system N, or the loads of one of its zones; "
+            "--svg for load profile and psychrometric chart",
+            kSvg,
+            results_show,
+            {"tarn results show 1 --svg design.svg", "tarn results show 1 2"}}},
+          kind_named("air-systems")};
+}
+
+Group help_group(const std::string& name, const std::string& help, const Verb& verb) {
+  return {"Help", name, help, {verb}};
+}
+
+std::vector<Group> make_groups() {
+  std::vector<Group> all{project_group(), preferences_group(), report_options_group(),
+                         import_group(),  export_group(),      diff_group()};
+  for (const EntityKind& kind : entity_kinds()) all.push_back(group_of(kind));
+  all.push_back(results_group());
+  all.push_back(weather_group());
+  all.push_back(help_group(
+      "describe", "the members of the classes, the codes of the enumerations",
+      {"", "[CLASS]", "", 0, describe_classes, {"tarn describe WIN_Window", "tarn describe PLT_PlantTypes --json"}}));
+  all.push_back(help_group("help", "a subject explained, or help for a group or a verb",
+                           {"", "[TOPIC] [VERB]", "", 0, show_help, {"tarn help staleness", "tarn help windows new"}}));
+  all.push_back(help_group("completion", "the script that lets a shell complete words, names and codes",
+                           {"",
+                            "bash|zsh|fish",
+                            "prints the script that lets a shell complete words, names and codes; an installed tarn "
+                            "needs no more",
+                            0,
+                            show_completion,
+                            {"source <(tarn completion bash)"}}));
+  return all;
+}
+
+template <typename Row>
+const Row& row_of(const std::vector<Row>& rows, const std::string& name, const std::string& what) {
+  std::vector<std::string_view> names;
+  for (const Row& row : rows) {
+    if (row.name == name) return row;
+    names.push_back(row.name);
+  }
+  throw UsageError("There is no " + what + " \"" + name + "\"; " + did_you_mean(name, names));
 }
 
 }  // namespace
 
-std::vector<Group> all_groups() {
-  std::vector<Group> all{
-      {"project",
-       "a project on disk",
-       {{"new", "makes the index database and the default records", 0, 0, project_new},
-        {"info", "what the project holds, and what is stale", 0, 0, project_info},
-        {"export", "[KIND ...]: the project as JSON", kAnyWords, kOutput, project_export},
-        {"import", "FILE: reads the entities of a JSON text into the project, all or none", 1, 0, project_import},
-        {"check", "what is damaged: rows, records, links, values, files; nothing is changed", 0, 0, project_check},
-        {"repair",
-         "mends what can be mended, and keeps a copy of the project; --dry-run only tells, --rebuild-index makes the "
-         "index "
-         "from the records",
-         0, kDryRun | kRebuildIndex, project_repair}}}};
-  for (const EntityKind& kind : entity_kinds()) all.push_back(group_of(kind));
-  all.push_back(
-      {"weather",
-       "hourly weather files; without FILE the project's own",
-       {{"import", "FILE: an EPW, TMY3 or TMY2 year becomes the project's weather, or with --output an hourly file", 1,
-         kOutput, weather_import},
-        {"check", "[FILE]: whether the file is valid, and which of its hours are implausible", 1, 0, weather_check},
-        {"show", "[FILE]: site, statistics and a chart by month; --svg PICTURE for a heat map of the year", 1, kSvg,
-         weather_show}}});
-  all.push_back({"results",
-                 "what the design calculation found for the air systems",
-                 {{"list", "the air systems that have design results", 0, 0, results_list},
-                  {"show",
-                   "N [ZONE]: sizes, loads and states of the air of air system N, or the loads of one of its zones; "
-                   "--svg PICTURE for load profile and psychrometric chart",
-                   2, kSvg, results_show}}});
-  all.push_back({"describe",
-                 "[CLASS | ENUMERATION]: the members of the classes, the codes of the enumerations",
-                 {{"", "", 1, 0, describe_classes}}});
+std::span<const OptionRow> option_rows() { return kOptions; }
+
+const std::vector<Group>& all_groups() {
+  static const std::vector<Group> all = make_groups();
   return all;
 }
 
-std::string signature(const Member& member) {
-  std::string text(member.name);
-  for (size_t i = 0; i < member.bounds.size(); ++i) {
-    const Bounds& b = member.bounds[i];
-    text += (i == 0 ? "(" : ", ") + std::to_string(b.first) + " to " + std::to_string(b.last);
-  }
-  if (!member.bounds.empty()) text += ")";
-  if (member.kind == MemberKind::Property) return text;
-  text += "(";
-  for (size_t i = 0; i < member.parameters().size(); ++i) {
-    const Parameter& p = member.parameters()[i];
-    if (i > 0) text += ", ";
-    text += (p.optional ? "[" : "") + std::string(p.by_reference ? "ByRef " : "") + std::string(p.name) + " " +
-            std::string(type_name(p.type)) + (p.optional ? "]" : "");
-  }
-  return text + ")";
+const Group& group_named(const std::string& name) { return row_of(all_groups(), name, "group"); }
+
+const Verb& verb_named(const Group& group, const std::string& name) {
+  return row_of(group.verbs, name, "verb of " + group.name);
 }
 
-size_t record_length(Object& object) {
-  auto* entity = dynamic_cast<StoredEntity*>(&object);
-  if (!entity) return object.info().record_size;
-  size_t length = 0;
-  for (const auto& block : entity->file().blocks()) length += block.size();
-  return length;
+std::vector<std::string> Verb::words() const {
+  std::vector<std::string> words;
+  std::string word;
+  for (const char c : usage + " ") {
+    if (c == '[' || c == ']') continue;
+    if (c != ' ') {
+      word += c;
+    } else if (!word.empty()) {
+      words.push_back(std::exchange(word, {}));
+    }
+  }
+  return words;
+}
+
+bool Group::names_entities() const {
+  return std::ranges::any_of(verbs, [](const Verb& verb) {
+    const auto words = verb.words();
+    return std::ranges::find(words, "N") != words.end();
+  });
+}
+
+size_t Verb::most_words() const {
+  const auto all = words();
+  return !all.empty() && all.back() == "..." ? SIZE_MAX : all.size();
 }
 
 }  // namespace tarn::cli

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tarn/base/progress.h"
 #include "tarn/project.h"
 
 namespace tarn {
@@ -29,7 +30,8 @@ struct CheckFinding {
 
 /// Findings in the order of the kinds; none for a sound project. An index database that cannot be opened is a finding;
 /// error `DatabaseNotFound` where there is no file of the project at all, `DatabaseLocked` for one in use.
-std::vector<CheckFinding> check_project(COM_ProjectData& project);
+/// `progress` is called after each entity.
+std::vector<CheckFinding> check_project(COM_ProjectData& project, const Progress& progress = {});
 
 struct RepairOptions {
   bool dry_run = false;        // says what would be repaired, and changes nothing

@@ -2,20 +2,27 @@
 // project gives the same bytes. docs/exchange.md describes the text.
 #pragma once
 
-#include <functional>
 #include <set>
+#include <span>
 #include <string>
+#include <string_view>
 
+#include "tarn/base/progress.h"
 #include "tarn/project.h"
 
 namespace tarn {
 
-/// Called after each entity: how many are done, of how many (0: not known).
-using Progress = std::function<void(size_t done, size_t total)>;
-
 /// The project's text. `groups` names the kinds to take ("windows"); none takes all, preferences and report options
 /// too.
 std::string export_project(COM_ProjectData& project, const std::set<std::string>& groups, const Progress& progress);
+
+/// The text of some entities of one kind alone, which an import takes as well. Error `InvalidCall` for a group that is
+/// none.
+std::string export_entities(COM_ProjectData& project, std::string_view group, std::span<const int16_t> indexes);
+
+/// The text of preferences or report options alone, which an import takes as well; without them where there is no file.
+enum class Settings { Preferences, ReportOptions };
+std::string export_settings(COM_ProjectData& project, Settings which);
 
 /// Brings a text's entities in, in one transaction, and returns their number. Where the project has no entity of a
 /// kind, those of the text keep their indexes and their default record; otherwise they get free indexes. Anything wrong

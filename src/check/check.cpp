@@ -29,13 +29,14 @@ void inspect(Inspection& on) {
   inspect_preferences(on);
 }
 
-std::vector<CheckFinding> check_project(COM_ProjectData& project) {
+std::vector<CheckFinding> check_project(COM_ProjectData& project, const Progress& progress) {
   const QuietLog quiet;
   const ProjectIndex index(project);
   if (!index.database) return {index.failure};
   const Transaction reading(Transaction::Purpose::Reading);  // ended by a rollback: the engine ends it itself at damage
   std::vector<CheckFinding> findings;
   Inspection on(project, index.database);
+  if (progress) on.progress = progress;
   inspect(on);
   for (Damage& damage : on.damages) findings.push_back(std::move(damage.told));
   return findings;

@@ -278,7 +278,10 @@ void store_mended(InspectedKind& kind) {
 void inspect_entities(Inspection& on, InspectedKind& kind) {
   inspect_row_keys(on, kind);
   inspect_length(on, kind);
-  for (const auto& [index, name] : kind.names) inspect_entity(on, kind, static_cast<int16_t>(index));
+  for (const auto& [index, name] : kind.names) {
+    inspect_entity(on, kind, static_cast<int16_t>(index));
+    on.progress(++on.looked_at, 0);
+  }
   if (has_record(kind, 0)) {
     try {
       kind.entity->read_stored(0);

@@ -72,6 +72,8 @@ class Inspection {
   Database& database;
   std::vector<InspectedKind> kinds;
   std::vector<Damage> damages;
+  Progress progress = [](size_t, size_t) {};
+  size_t looked_at = 0;  // entities
 
  private:
   Ptr<Database> keeper_;

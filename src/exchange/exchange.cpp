@@ -93,6 +93,22 @@ void write_entity(std::string& out, StoredEntity& entity, int16_t index, bool fi
   out += "}";
 }
 
+/// A kind's entities as a list; the default record, with index 0, stands first.
+void write_entities(std::string& out, StoredEntity& entity, std::span<const int16_t> indexes,
+                    const std::function<void()>& done) {
+  out += "[";
+  bool first = true;
+  for (const int16_t index : indexes) {
+    if (index == 0)
+      entity.CreateDefault();
+    else
+      entity.Load(index);
+    write_entity(out, entity, index, std::exchange(first, false));
+    if (index != 0) done();
+  }
+  out += "]";
+}
+
 std::string hex_of(std::span<const std::byte> bytes) {
   constexpr std::string_view digits = "0123456789abcdef";
   std::string text;
@@ -121,45 +137,64 @@ std::vector<std::byte> bytes_of(const std::string& hex) {
 
 bool on_disk(const std::string& file) { return files().size(file) > 0; }
 
+std::string beginning() { return "{\"tarn\": " + std::to_string(kFormat); }
+
+void begin_section(std::string& out, std::string_view name) { ((out += ",\n\"") += name) += "\": "; }
+
+void write_settings(std::string& out, COM_ProjectData& project, Settings which) {
+  if (which == Settings::Preferences) {
+    const auto preferences = project.NewProjectPrefs();
+    if (!on_disk(preferences->FileName)) return;
+    preferences->Read();
+    begin_section(out, kPreferences);
+    write_fields(out += "{", *preferences, "");
+    out += "}";
+  } else {
+    const auto reports = project.NewReportOptions();
+    if (!on_disk(reports->FileName)) return;
+    reports->Load();
+    begin_section(out, kReports);
+    out += "{\"record\": \"" + hex_of(reports->bytes) + "\"}";
+  }
+}
+
 }  // namespace
 
 std::string export_project(COM_ProjectData& project, const std::set<std::string>& groups, const Progress& progress) {
   const auto opened = host().database(project.IndexDBName());  // the error says why it cannot be opened
   Transaction reading(Transaction::Purpose::Reading);
-  std::string out = "{\"tarn\": " + std::to_string(kFormat);
-  const auto section = [&out](std::string_view name) { ((out += ",\n\"") += name) += "\": "; };
+  std::string out = beginning();
   size_t done = 0;
   for (const EntityKind& kind : entity_kinds()) {
     if (!groups.empty() && !groups.contains(std::string(kind.group))) continue;
     const auto entity = make_entity(project, kind);
-    const bool has_default = on_disk(entity->file().default_path());
-    section(kind.section);
-    out += "[";
-    if (has_default) {
-      entity->CreateDefault();
-      write_entity(out, *entity, 0, true);
-    }
-    bool first = !has_default;
-    for (const int16_t index : indexes_of(*entity)) {
-      entity->Load(index);
-      write_entity(out, *entity, index, std::exchange(first, false));
-      progress(++done, 0);
-    }
-    out += "]";
+    auto indexes = indexes_of(*entity);
+    if (on_disk(entity->file().default_path())) indexes.insert(indexes.begin(), 0);
+    begin_section(out, kind.section);
+    write_entities(out, *entity, indexes, [&] { progress(++done, 0); });
   }
   if (groups.empty()) {
-    if (const auto preferences = project.NewProjectPrefs(); on_disk(preferences->FileName)) {
-      preferences->Read();
-      section(kPreferences);
-      write_fields(out += "{", *preferences, "");
-      out += "}";
-    }
-    if (const auto reports = project.NewReportOptions(); on_disk(reports->FileName)) {
-      reports->Load();
-      section(kReports);
-      out += "{\"record\": \"" + hex_of(reports->bytes) + "\"}";
-    }
+    write_settings(out, project, Settings::Preferences);
+    write_settings(out, project, Settings::ReportOptions);
   }
+  return out + "}\n";
+}
+
+std::string export_entities(COM_ProjectData& project, std::string_view group, std::span<const int16_t> indexes) {
+  const auto kinds = entity_kinds();
+  const auto kind = std::ranges::find(kinds, group, &EntityKind::group);
+  if (kind == kinds.end()) fail(ErrorNumber::InvalidCall, "There is no kind \"" + std::string(group) + "\".");
+  const auto opened = host().database(project.IndexDBName());  // the error says why it cannot be opened
+  Transaction reading(Transaction::Purpose::Reading);
+  std::string out = beginning();
+  begin_section(out, kind->section);
+  write_entities(out, *make_entity(project, *kind), indexes, [] {});
+  return out + "}\n";
+}
+
+std::string export_settings(COM_ProjectData& project, Settings which) {
+  std::string out = beginning();
+  write_settings(out, project, which);
   return out + "}\n";
 }
 

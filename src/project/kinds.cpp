@@ -36,19 +36,24 @@ std::string_view short_name(const SystemDefaults& defaults) {
   return defaults.class_name.substr(std::string_view("AS_Dflt_00_").size());
 }
 
+std::vector<std::string_view> system_types() {
+  std::vector<std::string_view> names;
+  for (const SystemDefaults& each : kSystemDefaults) names.push_back(short_name(each));
+  return names;
+}
+
 void fill_system(AS_AirSystem& system, std::string_view type) {
   if (type.empty()) return system.SetToDefaults();
   int number = 0;
   const auto [end, failed] = std::from_chars(type.data(), type.data() + type.size(), number);
   if (failed == std::errc() && end == type.data() + type.size())
     return system.SetToDefaultsByType(static_cast<int16_t>(std::clamp(number, -1, 99)));
-  std::vector<std::string_view> names;
   for (const SystemDefaults& each : kSystemDefaults) {
-    names.push_back(short_name(each));
-    if (same_word(names.back(), type) || std::to_string(each.type) == type)
+    if (same_word(short_name(each), type) || std::to_string(each.type) == type)
       return system.SetToDefaultsByType(each.type);
   }
-  fail(ErrorNumber::InvalidCall, "There is no system type " + std::string(type) + "; " + did_you_mean(type, names));
+  fail(ErrorNumber::InvalidCall,
+       "There is no system type " + std::string(type) + "; " + did_you_mean(type, system_types()));
 }
 
 /// By number or short name; single-zone constant volume is the usual. The name is left to the save.
@@ -57,19 +62,26 @@ void start_system(StoredEntity& entity, std::string_view type) {
   entity.Reset(true);
 }
 
+/// "SCREW" of CT_SCREW.
+std::string_view short_name(const Label& label) { return label.name.substr(label.name.find('_') + 1); }
+
+template <typename E>
+std::vector<std::string_view> types_of() {
+  std::vector<std::string_view> names;
+  for (const Label& label : labels<E>) names.push_back(short_name(label));
+  return names;
+}
+
 /// The code of an enumeration by its number, its name with or without the first word, or its text.
 template <typename E>
 E code_of(std::string_view word, const std::string& what) {
-  std::vector<std::string_view> names;
   for (const Label& label : labels<E>) {
-    const std::string_view short_form = label.name.substr(label.name.find('_') + 1);
-    if (word == std::to_string(label.code) || same_word(label.name, word) || same_word(short_form, word) ||
+    if (word == std::to_string(label.code) || same_word(label.name, word) || same_word(short_name(label), word) ||
         same_word(label.text, word))
       return static_cast<E>(label.code);
-    names.push_back(short_form);
   }
   fail(ErrorNumber::InvalidCall,
-       "There is no " + what + " type " + std::string(word) + "; " + did_you_mean(word, names));
+       "There is no " + what + " type " + std::string(word) + "; " + did_you_mean(word, types_of<E>()));
 }
 
 void start_chiller(StoredEntity& entity, std::string_view type) {
@@ -128,41 +140,66 @@ constexpr EntityKind kind_of(EntityKind row) {
 constexpr auto kPerformance = computed<WIN_Window, &WIN_Window::CalculatePerformance>;
 constexpr auto kLayerSummary = computed<CA_ConstructionAssly, &CA_ConstructionAssly::ComputeSummary>;
 constexpr EntityKind kKinds[]{
-    kind_of<WIN_Window>({.group = "windows",
+    kind_of<WIN_Window>({.subject = "Envelope",
+                         .group = "windows",
                          .one = "window",
                          .factory = "NewWindow",
                          .file = {"WindowFilename", "WIN.DAT"},
                          .compute = kPerformance}),
-    kind_of<DOR_Door>({.group = "doors", .one = "door", .factory = "NewDoor", .file = {"DoorFilename", "DOR.DAT"}}),
-    kind_of<SHD_Shade>(
-        {.group = "shades", .one = "shade", .factory = "NewShade", .file = {"ShadeFilename", "SHD.DAT"}}),
-    kind_of<CA_ConstructionAssly>({.group = "walls",
+    kind_of<DOR_Door>({.subject = "Envelope",
+                       .group = "doors",
+                       .one = "door",
+                       .factory = "NewDoor",
+                       .file = {"DoorFilename", "DOR.DAT"}}),
+    kind_of<SHD_Shade>({.subject = "Envelope",
+                        .group = "shades",
+                        .one = "shade",
+                        .factory = "NewShade",
+                        .file = {"ShadeFilename", "SHD.DAT"}}),
+    kind_of<CA_ConstructionAssly>({.subject = "Envelope",
+                                   .group = "walls",
                                    .one = "wall",
                                    .factory = "NewWall",
                                    .file = {"WallFilename", "WAL.DAT"},
                                    .section = "CA_ConstructionAssly.Wall",
                                    .compute = kLayerSummary}),
-    kind_of<CA_ConstructionAssly>({.group = "roofs",
+    kind_of<CA_ConstructionAssly>({.subject = "Envelope",
+                                   .group = "roofs",
                                    .one = "roof",
                                    .factory = "NewRoof",
                                    .file = {"RoofFilename", "ROF.DAT"},
                                    .section = "CA_ConstructionAssly.Roof",
                                    .compute = kLayerSummary}),
-    kind_of<SCH_Schedule>(
-        {.group = "schedules", .one = "schedule", .factory = "NewSchedule", .file = {"ScheduleFilename", "SCH.DAT"}}),
-    kind_of<SPC_Space>(
-        {.group = "spaces", .one = "space", .factory = "NewSpace", .file = {"SpaceFilename", "SPC.DAT"}}),
-    kind_of<CHL_Chiller>({.group = "chillers",
+    kind_of<SCH_Schedule>({.subject = "Loads",
+                           .group = "schedules",
+                           .one = "schedule",
+                           .factory = "NewSchedule",
+                           .file = {"ScheduleFilename", "SCH.DAT"}}),
+    kind_of<SPC_Space>({.subject = "Loads",
+                        .group = "spaces",
+                        .one = "space",
+                        .factory = "NewSpace",
+                        .file = {"SpaceFilename", "SPC.DAT"}}),
+    kind_of<CHL_Chiller>({.subject = "Plant",
+                          .group = "chillers",
                           .one = "chiller",
                           .factory = "NewChiller",
                           .file = {"ChillerFilename", "CHL.DAT"},
                           .start = start_chiller,
+                          .types = types_of<CHL_ChillerTypes>,
                           .standard = standard_chiller}),
-    kind_of<BLR_Boiler>(
-        {.group = "boilers", .one = "boiler", .factory = "NewBoiler", .file = {"BoilerFilename", "BLR.DAT"}}),
-    kind_of<TWR_CoolingTower>(
-        {.group = "towers", .one = "tower", .factory = "NewCoolingTower", .file = {"TowerFilename", "TWR.DAT"}}),
-    kind_of<AS_AirSystem>({.group = "air-systems",
+    kind_of<BLR_Boiler>({.subject = "Plant",
+                         .group = "boilers",
+                         .one = "boiler",
+                         .factory = "NewBoiler",
+                         .file = {"BoilerFilename", "BLR.DAT"}}),
+    kind_of<TWR_CoolingTower>({.subject = "Plant",
+                               .group = "towers",
+                               .one = "tower",
+                               .factory = "NewCoolingTower",
+                               .file = {"TowerFilename", "TWR.DAT"}}),
+    kind_of<AS_AirSystem>({.subject = "Air systems",
+                           .group = "air-systems",
                            .one = "air system",
                            .factory = "NewAirSystem",
                            .file = {"AirSystemDefaultFilename", "A00.DAT"},
@@ -170,28 +207,34 @@ constexpr EntityKind kKinds[]{
                            .results_letter = 'D',
                            .prepare = select_all,
                            .start = start_system,
+                           .types = system_types,
                            .standard = standard_system}),
-    kind_of<PLT_Plant>({.group = "plants",
+    kind_of<PLT_Plant>({.subject = "Plant",
+                        .group = "plants",
                         .one = "plant",
                         .factory = "NewPlant",
                         .file = {"PlantDefaultFilename", "P00.DAT"},
                         .letter = 'P',
                         .start = start_plant,
+                        .types = types_of<PLT_PlantTypes>,
                         .standard = standard_plant,
                         .compute = set_outputs}),
-    kind_of<URT_UtilityRate>({.group = "electric-rates",
+    kind_of<URT_UtilityRate>({.subject = "Building",
+                              .group = "electric-rates",
                               .one = "electric rate",
                               .factory = "NewElectricRate",
                               .file = {"ElecRateFilename", "ERT.DAT"},
                               .section = "URT_UtilityRate.ElectricRate",
                               .prepare = set_rate_type<URT_RateTypes::TD_ELECTRIC>}),
-    kind_of<URT_UtilityRate>({.group = "fuel-rates",
+    kind_of<URT_UtilityRate>({.subject = "Building",
+                              .group = "fuel-rates",
                               .one = "fuel rate",
                               .factory = "NewFuelRate",
                               .file = {"FuelRateFilename", "FRT.DAT"},
                               .section = "URT_UtilityRate.FuelRate",
                               .prepare = set_rate_type<URT_RateTypes::TD_FUEL>}),
-    kind_of<BLD_Building>({.group = "buildings",
+    kind_of<BLD_Building>({.subject = "Building",
+                           .group = "buildings",
                            .one = "building",
                            .factory = "NewBuilding",
                            .file = {"BuildingDefaultFileName", "B00.DAT"},

@@ -19,6 +19,7 @@ struct ProjectFile {
 };
 
 struct EntityKind {
+  std::string_view subject;            // under which they are listed: "Envelope"
   std::string_view group, one;         // as a person names them: "windows", "window"
   std::string_view factory;            // of the project: "NewWindow"
   ProjectFile file;                    // of the kind's records; of the default where each entity has a file of its own
@@ -28,6 +29,7 @@ struct EntityKind {
   void (*prepare)(Object&) = nullptr;  // what the factory sets besides files and database
   void (*start)(StoredEntity&, std::string_view type) = nullptr;  // a new one of a type, empty for the usual; null: no
                                                                   // types
+  std::vector<std::string_view> (*types)() = nullptr;             // what `start` takes, as a person writes them
   void (*standard)(StoredEntity&) = nullptr;  // fills the default of a new project from what the product ships; null
                                               // where the table of default records has it, or none is kept
   void (*compute)(StoredEntity&) = nullptr;   // what follows from the inputs, after an edit

@@ -20,7 +20,7 @@ constexpr std::string_view kSigned[]{"BTrans", "CTrans", "PipeHeight"};
 
 /// Numbers that stand for something without being an enumeration: the frames that the method of windows knows, and the
 /// exposures of the weather's solar table, 0 for a slot not in use.
-constexpr struct {
+constexpr struct Numbered {
   std::string_view class_name, property;
   int last;
 } kNumbered[]{{"WIN_Window", "FrameType", 4}, {"SPC_WallWindow", "Exposure", 17}, {"SPC_Roof", "Exposure", 17}};
@@ -40,10 +40,22 @@ std::string text_of(double value) {
   return text;
 }
 
+bool is_never_negative(const Member& property) {
+  return has(kNeverNegative, property.unit) && !has(kSigned, property.name);
+}
+
+/// Null for a property that the list has not.
+const Numbered* numbered(const Object& object, const Member& property) {
+  for (const Numbered& row : kNumbered) {
+    if (row.class_name == object.info().name && row.property == property.name) return &row;
+  }
+  return nullptr;
+}
+
 void check_real(const Member& property, double value) {
   if (std::isnan(value)) refuse("NaN", "allowed are finite numbers");
   if (std::isinf(value)) refuse(value > 0 ? "Infinity" : "-Infinity", "allowed are finite numbers");
-  if (value >= 0 || !has(kNeverNegative, property.unit) || has(kSigned, property.name)) return;
+  if (value >= 0 || !is_never_negative(property)) return;
   const std::string unit(property.unit);
   refuse(text_of(value) + " " + unit, "allowed are 0 " + unit + " and above");
 }
@@ -73,12 +85,16 @@ void check_allowed(const Object& object, const Member& property, const Value& va
       return;
   }
   const auto number = static_cast<int>(integer_from(value, INT32_MIN, INT32_MAX));
-  for (const auto& row : kNumbered) {
-    if (row.class_name != object.info().name || row.property != property.name) continue;
-    if (number < 0 || number > row.last) refuse(std::to_string(number), "allowed are 0 to " + std::to_string(row.last));
-  }
+  if (const Numbered* row = numbered(object, property); row && (number < 0 || number > row->last))
+    refuse(std::to_string(number), "allowed are 0 to " + std::to_string(row->last));
   if (given == Given::WithRecord && (number == 0 || property.labels_for)) return;
   if (const auto labels = property.labels_of(object); !labels.empty()) check_code(labels, number);
+}
+
+std::string allowed_numbers(const Object& object, const Member& property) {
+  if (const Numbered* row = numbered(object, property)) return "0 to " + std::to_string(row->last);
+  const bool real = property.type == ValueType::Real32 || property.type == ValueType::Real64;
+  return real && is_never_negative(property) ? "0 and above" : "";
 }
 
 }  // namespace tarn

@@ -14,4 +14,8 @@ enum class Given : uint8_t { Alone, WithRecord };
 /// Error `InvalidCall` for a value that cannot be; the text has the value, what is allowed, and the codes.
 void check_allowed(const Object& object, const Member& property, const Value& value, Given given);
 
+/// The numbers that can be, as a person reads them: "0 and above", "0 to 4"; empty where the type alone decides, and
+/// for properties with codes.
+std::string allowed_numbers(const Object& object, const Member& property);
+
 }  // namespace tarn

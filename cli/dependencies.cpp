@@ -1,0 +1,102 @@
+// uses, used-by and project stale: what rests on what.
+#include "cli/dependencies.h"
+
+#include <iostream>
+
+#include "cli/entities.h"
+#include "storage/kind.h"
+#include "tarn/staleness.h"
+
+namespace tarn::cli {
+namespace {
+
+using Answer = std::vector<UseOfEntity> (*)(COM_ProjectData&, const std::string&, int16_t);
+
+int print_uses(const Call& call, Answer answer, const std::string& none) {
+  Loaded on(call, Use::Reading);
+  const auto found = answer(on.project, std::string(on.entity->kind().default_word), on.entity->Index());
+  if (call.json) {
+    std::cout << uses_json(found) << '\n';
+    return kClean;
+  }
+  std::vector<std::vector<Json>> rows;
+  for (const UseOfEntity& use : found) rows.push_back({use.entity.kind, use.entity.index, use.entity.name, use.slot});
+  if (rows.empty())
+    std::cout << none << '\n';
+  else
+    print_table({"kind", "index", "name", "by"}, rows);
+  return kClean;
+}
+
+/// "Wall 3 "Brick" > Space 1 "Office" > System 2 "VAV"".
+std::string way_text(const StaleResult& result) {
+  std::string text;
+  for (const EntityName& step : result.way) text += (text.empty() ? "" : " > ") + step.text();
+  return text;
+}
+
+std::string reason_text(const StaleResult& result) {
+  if (!result.edited) return "not known";
+  return result.since + " " + (result.way.empty() ? result.edited->text() + ", not used by it now" : way_text(result));
+}
+
+}  // namespace
+
+int kind_uses(const Call& call) { return print_uses(call, uses, "it uses nothing"); }
+int kind_used_by(const Call& call) { return print_uses(call, used_by, "nothing uses it"); }
+
+int project_stale(const Call& call) {
+  COM_ProjectData project;
+  const auto database = open_project(project, call, Use::Reading);
+  const auto stale = stale_results(project);
+  if (call.json) {
+    std::cout << stale_json(stale) << '\n';
+    return kClean;
+  }
+  std::vector<std::vector<Json>> rows;
+  for (const StaleResult& result : stale) {
+    rows.push_back({result.of.kind, result.of.index, result.of.name,
+                    result.results + (result.calculated ? "" : ", never calculated"), reason_text(result)});
+  }
+  if (rows.empty())
+    std::cout << "no result is stale\n";
+  else
+    print_table({"kind", "index", "name", "stale", "since the edit (UTC), and its way"}, rows);
+  return kClean;
+}
+
+std::set<std::string> stale_now(Database& database) {
+  struct Flag {
+    const char *table, *kind, *column, *results;
+  };
+  constexpr Flag kFlags[]{{"AirSystemIndex", "air system", "bDesHasChanged", "design"},
+                          {"AirSystemIndex", "air system", "bSimHasChanged", "simulation"},
+                          {"PlantIndex", "plant", "bDesHasChanged", "design"},
+                          {"PlantIndex", "plant", "bSimHasChanged", "simulation"},
+                          {"BuildingIndex", "building", "bHasChanged", "simulation"}};
+  std::set<std::string> stale;
+  for (const Flag& flag : kFlags) {
+    auto rows = database.OpenRecordset(std::string("SELECT nIndex, szName FROM ") + flag.table + " WHERE " +
+                                       flag.column + " <> 0");
+    for (; !rows.AtEof(); rows.MoveNext()) {
+      stale.insert(std::string(flag.kind) + " " + std::to_string(rows.Fields("nIndex").integer()) + " \"" +
+                   rows.Fields("szName").text() + "\" " + flag.results);
+    }
+  }
+  return stale;
+}
+
+void needs_force(const Call& call, COM_ProjectData& project, const StoredEntity& entity) {
+  constexpr size_t kMostTold = 5;
+  const EntityName name{std::string(entity.kind().default_word), entity.Index(), entity.stored_name()};
+  const auto users = used_by(project, name.kind, entity.Index());
+  if (users.empty() || call.force) return;
+  std::string told;
+  for (size_t i = 0; i < std::min(users.size(), kMostTold); ++i)
+    told += (i == 0 ? "" : ", ") + users[i].entity.text() + " (" + users[i].slot + ")";
+  if (users.size() > kMostTold) told += " and " + std::to_string(users.size() - kMostTold) + " more";
+  throw UsageError(name.text() + " is used by " + told +
+                   ". Give --force to delete it; these references then become 0.");
+}
+
+}  // namespace tarn::cli

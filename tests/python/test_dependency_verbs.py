@@ -1,0 +1,62 @@
+"""What rests on what, and what differs, from the command line."""
+
+import json
+import shutil
+import unittest
+
+import tarn
+from command_line import CommandLineTest
+
+
+class TestDependencies(CommandLineTest):
+    def setUp(self):
+        super().setUp()
+        self.tarn("windows", "new", "Name=South")
+        self.make_system()
+        self.tarn("spaces", "set", "Shop", "Wall(1).WindowType(1)=1", "Wall(1).WindowQty(1)=2")
+
+    def calculated(self):
+        """As a design and a simulation leave the flags of system 1."""
+        project = tarn.COM_ProjectData()
+        project.WorkPath, project.FilePrefix = str(self.at), "MALL"
+        system = project.NewAirSystem()
+        system.SetMask(0xFFFFFFF)
+        system.Load(1)
+        system.DesHasChanged = system.SimHasChanged = False
+        system.Save(True)
+
+    def test_uses_and_users(self):
+        self.assertRegex(self.tarn("spaces", "uses", "Shop").stdout, r"Window +1 +South +Wall\(1\)\.WindowType\(1\)\n")
+        [user] = json.loads(self.tarn("windows", "used-by", "South", "--json").stdout)
+        self.assertEqual(user, {"kind": "Space", "index": 1, "name": "Shop", "slot": "Wall(1).WindowType(1)"})
+        self.assertEqual(self.tarn("windows", "uses", "1").stdout, "it uses nothing\n")
+        refused = self.tarn("windows", "delete", "South", code=2).stderr
+        self.assertIn('Window 1 "South" is used by Space 1 "Shop" (Wall(1).WindowType(1)). Give --force', refused)
+        self.tarn("windows", "delete", "South", "--force")
+
+    def test_what_an_edit_makes_stale(self):
+        self.calculated()
+        self.assertEqual(self.tarn("project", "stale").stdout, "no result is stale\n")
+        told = self.tarn("windows", "set", "South", "Height=3").stderr
+        self.assertIn('stale now: air system 1 "VAV-1" design\nstale now: air system 1 "VAV-1" simulation\n', told)
+        self.assertNotIn("stale now", self.tarn("windows", "set", "South", "Height=4").stderr)
+        self.assertRegex(self.tarn("project", "stale").stdout,
+                         r'System +1 +VAV-1 +design[^\n]* \d{4}-\d\d-\d\d \d\d:\d\d:\d\d Window 1 "South" > Space 1 "Shop" > System 1 "VAV-1" *\n')
+        design, simulation = json.loads(self.tarn("project", "stale", "--json").stdout)
+        self.assertEqual((design["results"], simulation["results"], design["edited"]["name"]), ("design", "simulation", "South"))
+
+    def test_diff(self):
+        other = self.at / "other"
+        shutil.copytree(self.at, other)
+        self.assertEqual(self.tarn("diff", str(self.at), str(other)).stdout, "no difference\n")
+        self.tarn("windows", "set", "South", "Height=1.2m", project=other)
+        self.assertRegex(self.tarn("diff", str(self.at), str(other), code=1).stdout, r'^Window "South" Height: [\d.]+ -> 3.93700\d+ ft\n')
+        self.assertRegex(self.tarn("--units", "si", "diff", str(self.at), str(other), code=1).stdout, r"Height: [\d.]+ -> 1.2000\d* m\n")
+        text = self.at / "other.json"
+        text.write_text(self.tarn("export", "json", project=other).stdout)
+        self.assertEqual(self.tarn("diff", str(other), str(text), "--json").stdout, "[]\n")
+        self.assertIn("relative difference", self.tarn("diff", str(other), str(text), "--tolerance", "x", code=2).stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
