@@ -142,6 +142,8 @@ tarn_status tarn_describe_code(const char* enumeration, int32_t code, tarn_code*
   });
 }
 
+int32_t tarn_set_strict(int32_t strict) { return set_strict(strict != 0) ? 1 : 0; }
+
 void tarn_set_log(tarn_log log, void* context) {
   callback_log.callback = log;
   callback_log.context = context;

@@ -1,13 +1,13 @@
-#include "cli/views/wall_pictures.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 
-#include "cli/views/svg.h"
 #include "envelope/transmission.h"
+#include "pictures/svg.h"
+#include "tarn/construction.h"
+#include "tarn/pictures.h"
 
-namespace tarn::cli {
+namespace tarn {
 namespace {
 
 using svg::label;
@@ -31,7 +31,7 @@ struct Hour {
   int hour;
   const char* color;
 };
-constexpr Hour kHours[]{{6, "#1f77b4"}, {12, "#d62728"}, {18, "#e6820e"}, {24, "#6a3d9a"}};
+constexpr Hour kShownHours[]{{6, "#1f77b4"}, {12, "#d62728"}, {18, "#e6820e"}, {24, "#6a3d9a"}};
 
 struct Drawn {
   int slot;
@@ -195,7 +195,7 @@ std::string temperature_lines(const std::vector<Drawn>& layers) {
   std::string out;
   constexpr double kKey = kSectionBottom + 58;
   double legend = kLeft;
-  for (const auto& [hour, color] : kHours) {
+  for (const auto& [hour, color] : kShownHours) {
     const std::vector<double>& values = by_hour[static_cast<size_t>(hour) % kDay];
     std::string way;
     for (size_t i = 0; i < values.size(); ++i)
@@ -297,4 +297,4 @@ std::string wall_picture(CA_ConstructionAssly& construction) {
                    section(layers) + layer_list(layers) + temperature_lines(layers) + pulse_chart(construction));
 }
 
-}  // namespace tarn::cli
+}  // namespace tarn
