@@ -22,6 +22,10 @@ std::string& kept_picture() {
   thread_local std::string svg;
   return svg;
 }
+std::string& kept_name() {
+  thread_local std::string name;
+  return name;
+}
 std::string& kept_export() {
   thread_local std::string text;
   return text;
@@ -62,6 +66,16 @@ tarn_status tarn_new_entity(tarn_object* project, const char* group, const char*
       entity->Reset(true);
     }
     required(out) = new_handle(entity);
+  });
+}
+
+tarn_status tarn_describe_entity(tarn_object* entity, int32_t* index, const char** name) {
+  return on_object(entity, [&](HandleSlot& slot) {
+    const auto& stored = object_as<StoredEntity>(slot, "entity");
+    required(index) = stored.Index();
+    const char*& out = required(name);
+    kept_name() = stored.stored_name();
+    out = kept_name().c_str();
   });
 }
 
