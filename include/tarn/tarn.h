@@ -235,7 +235,8 @@ TARN_API tarn_status tarn_read_records(tarn_object* project, const char* group, 
 /* A new entity of a kind with the values of the kind's default, for edits and Save. `type` names one of the types that
  * air systems, chillers and plants come in; null for the usual. */
 TARN_API tarn_status tarn_new_entity(tarn_object* project, const char* group, const char* type, tarn_object** out);
-/* Index, 0 for a new one, and name of an entity of any kind, without blanks; `name` is valid until the thread's next. */
+/* Index, 0 for a new one, and name of an entity of any kind, without blanks; `name` is valid until the thread's next.
+ */
 TARN_API tarn_status tarn_describe_entity(tarn_object* entity, int32_t* index, const char** name);
 /* Computes what follows from an entity's inputs, as after an edit: a window's performance, a wall's summary, a plant's
  * outputs. Of other kinds nothing follows. */

@@ -154,9 +154,8 @@ std::optional<std::vector<char>> block_of(PyObject* object, const MemberInfo& me
 Ref whole_array(PyObject* object, const MemberInfo& member) {
   if (const auto bytes = block_of(object, member)) {
     const size_t width = width_of(member.type);
-    return nested(member, [&](size_t place, const auto&) {
-      return element_at(member.type, bytes->data() + place * width);
-    });
+    return nested(member,
+                  [&](size_t place, const auto&) { return element_at(member.type, bytes->data() + place * width); });
   }
   return nested(member, [&](size_t, const std::vector<int32_t>& at) {
     return read(object, member, at.data(), static_cast<int32_t>(at.size()));

@@ -98,7 +98,8 @@ PyMethodDef methods[]{{"tolist", to_list, METH_NOARGS, "All of it as a nested li
                       {"__array__", function(to_numpy), METH_VARARGS | METH_KEYWORDS, "All of it as a numpy array."},
                       {"_block", block, METH_NOARGS, nullptr},
                       {nullptr, nullptr, 0, nullptr}};
-PyGetSetDef properties[]{{"_place", get_place, nullptr, nullptr, nullptr}, {nullptr, nullptr, nullptr, nullptr, nullptr}};
+PyGetSetDef properties[]{{"_place", get_place, nullptr, nullptr, nullptr},
+                         {nullptr, nullptr, nullptr, nullptr, nullptr}};
 PyType_Slot slots[]{{Py_tp_doc, const_cast<char*>("An indexed property: [1], [1, 24], and [:] for all of it.")},
                     {Py_tp_dealloc, slot(destroy)},
                     {Py_mp_subscript, slot(get_item)},

@@ -113,22 +113,21 @@ PyObject* daily(PyObject* /*module*/, PyObject* object) {
 
 }  // namespace
 
-PyMethodDef kClientFunctions[]{
-    {"create_index", create_index, METH_O, nullptr},
-    {"open_database", open_database, METH_O, nullptr},
-    {"shipped_file", shipped_file, METH_O, nullptr},
-    {"settle", plain<tarn_settle>, METH_NOARGS, nullptr},
-    {"begin", plain<tarn_begin>, METH_NOARGS, nullptr},
-    {"commit", plain<tarn_commit>, METH_NOARGS, nullptr},
-    {"rollback", plain<tarn_rollback>, METH_NOARGS, nullptr},
-    {"open_file", open_file, METH_VARARGS, nullptr},
-    {"close_file", close_file, METH_O, nullptr},
-    {"drop_file", drop_file, METH_O, nullptr},
-    {"file_position", file_position, METH_O, nullptr},
-    {"set_log", set_log, METH_O, nullptr},
-    {"set_yield", set_yield, METH_O, nullptr},
-    {"set_strict", set_strict, METH_O, nullptr},
-    {"daily", daily, METH_O, nullptr},
-    {nullptr, nullptr, 0, nullptr}};
+PyMethodDef kClientFunctions[]{{"create_index", create_index, METH_O, nullptr},
+                               {"open_database", open_database, METH_O, nullptr},
+                               {"shipped_file", shipped_file, METH_O, nullptr},
+                               {"settle", plain<tarn_settle>, METH_NOARGS, nullptr},
+                               {"begin", plain<tarn_begin>, METH_NOARGS, nullptr},
+                               {"commit", plain<tarn_commit>, METH_NOARGS, nullptr},
+                               {"rollback", plain<tarn_rollback>, METH_NOARGS, nullptr},
+                               {"open_file", open_file, METH_VARARGS, nullptr},
+                               {"close_file", close_file, METH_O, nullptr},
+                               {"drop_file", drop_file, METH_O, nullptr},
+                               {"file_position", file_position, METH_O, nullptr},
+                               {"set_log", set_log, METH_O, nullptr},
+                               {"set_yield", set_yield, METH_O, nullptr},
+                               {"set_strict", set_strict, METH_O, nullptr},
+                               {"daily", daily, METH_O, nullptr},
+                               {nullptr, nullptr, 0, nullptr}};
 
 }  // namespace tarn::python

@@ -1,5 +1,5 @@
-// Events of objects: an attribute that holds the handler. A handler gets the in/out arguments, and what it returns takes
-// their place.
+// Events of objects: an attribute that holds the handler. A handler gets the in/out arguments, and what it returns
+// takes their place.
 #pragma once
 
 #include "extension/members.h"

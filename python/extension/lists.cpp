@@ -1,9 +1,10 @@
 // Objects that list others: len() and iteration. Database handles: statements of one's own.
 
+#include "extension/lists.h"
+
 #include "extension/calls.h"
 #include "extension/methods.h"
 #include "extension/properties.h"
-#include "extension/lists.h"
 #include "extension/values.h"
 
 namespace tarn::python {
@@ -60,8 +61,8 @@ PyType_Slot collection_slots[]{
     {Py_tp_repr, slot(represent)},
     {Py_tp_methods, collection_methods},
     {0, nullptr}};
-PyType_Spec collection_spec{"tarn._tarn.Collection", sizeof(Object), 0,
-                            Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE, collection_slots};
+PyType_Spec collection_spec{"tarn._tarn.Collection", sizeof(Object), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE,
+                            collection_slots};
 
 /// A statement with its parameters, as a method of a database gets them.
 struct Statement {
@@ -83,8 +84,8 @@ PyObject* execute(PyObject* self, PyObject* arguments) {
     const Statement statement(arguments);
     int32_t changed = 0;
     const tarn_status status = unlocked([&] {
-      return tarn_execute(object_of(self).handle, statement.sql.c_str(), statement.parameters.data(),
-                          statement.count(), &changed);
+      return tarn_execute(object_of(self).handle, statement.sql.c_str(), statement.parameters.data(), statement.count(),
+                          &changed);
     });
     check(status, self);
     return made(PyLong_FromLong(changed));
@@ -133,8 +134,8 @@ PyMethodDef database_methods[]{
 PyType_Slot database_slots[]{{Py_tp_doc, const_cast<char*>("The shared handle of an open index database.")},
                              {Py_tp_methods, database_methods},
                              {0, nullptr}};
-PyType_Spec database_spec{"tarn._tarn.DatabaseHandle", sizeof(Object), 0,
-                          Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE, database_slots};
+PyType_Spec database_spec{"tarn._tarn.DatabaseHandle", sizeof(Object), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE,
+                          database_slots};
 
 }  // namespace
 

@@ -29,8 +29,8 @@ struct MemberInfo : tarn_member {
 
 struct ClassTable {
   std::string name;
-  std::vector<MemberInfo> members;                       // interface order
-  std::unordered_map<std::string, size_t> by_folded;     // letters alone, in lower case
+  std::vector<MemberInfo> members;                    // interface order
+  std::unordered_map<std::string, size_t> by_folded;  // letters alone, in lower case
   PyTypeObject* type = nullptr;
 
   /// Null where the class has none. Letter case and underscores do not matter.

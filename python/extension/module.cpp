@@ -1,5 +1,5 @@
-// The extension `tarn._tarn`: one type for each class of the component, made from its members as the library lists them,
-// and the functions that the package is made of. Nothing here knows a class.
+// The extension `tarn._tarn`: one type for each class of the component, made from its members as the library lists
+// them, and the functions that the package is made of. Nothing here knows a class.
 
 #include "extension/arrays.h"
 #include "extension/client.h"
@@ -10,6 +10,7 @@
 #include "extension/objects.h"
 #include "extension/project.h"
 #include "extension/properties.h"
+#include "extension/tables.h"
 
 namespace tarn::python {
 namespace {
@@ -18,7 +19,7 @@ PyModuleDef definition{PyModuleDef_HEAD_INIT, "tarn._tarn", nullptr, -1, nullptr
 
 Ref new_module() {
   Ref module = made(PyModule_Create(&definition));
-  for (PyMethodDef* functions : {kClientFunctions, kDescriptionFunctions, kProjectFunctions})
+  for (PyMethodDef* functions : {kClientFunctions, kDescriptionFunctions, kProjectFunctions, kTableFunctions})
     answered(PyModule_AddFunctions(module.get(), functions));
   answered(PyModule_AddStringConstant(module.get(), "__version__", TARN_VERSION));
   add_object_types(module.get());

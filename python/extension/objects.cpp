@@ -130,19 +130,20 @@ PyMemberDef members[]{{"__weaklistoffset__", T_PYSSIZET, offsetof(Object, weak_r
 PyGetSetDef properties[]{
     {"_daily", is_daily, nullptr, "Whether the object is of the daily face: strict, its texts trimmed.", nullptr},
     {nullptr, nullptr, nullptr, nullptr, nullptr}};
-PyType_Slot slots[]{{Py_tp_doc, const_cast<char*>("An object of the component. Names of members are found without regard "
-                                                  "to case.")},
-                    {Py_tp_new, slot(create)},
-                    {Py_tp_dealloc, slot(destroy)},
-                    {Py_tp_traverse, slot(traverse)},
-                    {Py_tp_clear, slot(clear)},
-                    {Py_tp_getattro, slot(get_attribute)},
-                    {Py_tp_setattro, slot(set_attribute)},
-                    {Py_tp_repr, slot(represent)},
-                    {Py_tp_methods, methods},
-                    {Py_tp_members, members},
-                    {Py_tp_getset, properties},
-                    {0, nullptr}};
+PyType_Slot slots[]{
+    {Py_tp_doc, const_cast<char*>("An object of the component. Names of members are found without regard "
+                                  "to case.")},
+    {Py_tp_new, slot(create)},
+    {Py_tp_dealloc, slot(destroy)},
+    {Py_tp_traverse, slot(traverse)},
+    {Py_tp_clear, slot(clear)},
+    {Py_tp_getattro, slot(get_attribute)},
+    {Py_tp_setattro, slot(set_attribute)},
+    {Py_tp_repr, slot(represent)},
+    {Py_tp_methods, methods},
+    {Py_tp_members, members},
+    {Py_tp_getset, properties},
+    {0, nullptr}};
 PyType_Spec spec{"tarn._tarn.Object", sizeof(Object), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_HAVE_GC,
                  slots};
 
@@ -159,7 +160,8 @@ Ref descriptor_of(const MemberInfo& member) {
 
 std::string doc_of(const ClassTable& table) {
   std::string doc = table.name + ":";
-  for (const MemberInfo& member : table.members) doc += std::string(&member == &table.members.front() ? " " : ", ") + member.name;
+  for (const MemberInfo& member : table.members)
+    doc += std::string(&member == &table.members.front() ? " " : ", ") + member.name;
   return doc;
 }
 

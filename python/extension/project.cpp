@@ -1,7 +1,5 @@
 #include "extension/project.h"
 
-#include <algorithm>
-#include <cstring>
 #include <optional>
 
 #include "extension/calls.h"
@@ -126,9 +124,7 @@ PyObject* import_weather(PyObject* /*module*/, PyObject* arguments) {
     parse(arguments, "OOO", &year, &path, &project);
     const std::string file = utf8_of(path);
     const char* report = "";
-    run_on(year, [&] {
-      return tarn_import_weather(handle_of(year), file.c_str(), handle_or_null(project), &report);
-    });
+    run_on(year, [&] { return tarn_import_weather(handle_of(year), file.c_str(), handle_or_null(project), &report); });
     return text(report);
   });
 }
@@ -152,84 +148,6 @@ PyObject* picture(PyObject* /*module*/, PyObject* object) {
   });
 }
 
-// ---- tables
-
-struct TextField {
-  size_t offset, size, width;  // of all elements, and of one
-};
-
-std::vector<TextField> text_fields(const tarn_entity_kind& kind) {
-  std::vector<TextField> texts;
-  for (int32_t i = 0; i < kind.field_count; ++i) {
-    tarn_record_field field{};
-    check(tarn_describe_record_field(kind.group, i, &field));
-    if (field.type == TARN_TEXT)
-      texts.push_back({static_cast<size_t>(field.offset), static_cast<size_t>(field.size),
-                       static_cast<size_t>(field.element_size)});
-  }
-  return texts;
-}
-
-/// NULs in the place of the blanks at the end of each text.
-void trim(char* record, const std::vector<TextField>& texts) {
-  for (const TextField& text : texts) {
-    for (char* element = record + text.offset; element < record + text.offset + text.size; element += text.width) {
-      for (char* end = element + text.width; end > element && end[-1] == ' '; --end) end[-1] = '\0';
-    }
-  }
-}
-
-tarn_entity_kind kind_of(const std::string& group) {
-  tarn_entity_kind kind{};
-  for (int32_t i = 0; i < tarn_entity_kind_count(); ++i) {
-    check(tarn_describe_entity_kind(i, &kind));
-    if (group == kind.group) return kind;
-  }
-  type_error("there is no kind " + group);
-}
-
-std::vector<int32_t> integers(PyObject* list) {
-  std::vector<int32_t> all;
-  for (Py_ssize_t i = 0; i < answered(PySequence_Size(list)); ++i) {
-    const Ref item = made(PySequence_GetItem(list, i));
-    all.push_back(static_cast<int32_t>(PyLong_AsLong(item.get())));
-    if (PyErr_Occurred()) throw PythonError();
-  }
-  return all;
-}
-
-/// The records of entities by their indexes, each behind its index as an int32_t, texts ended by NULs: a bytearray.
-PyObject* read_rows(PyObject* /*module*/, PyObject* arguments) {
-  return giving([&] {
-    PyObject *project = nullptr, *group = nullptr, *list = nullptr;
-    parse(arguments, "OOO", &project, &group, &list);
-    const tarn_entity_kind kind = kind_of(utf8_of(group));
-    const std::vector<int32_t> indexes = integers(list);
-    const int32_t most = indexes.empty() ? -1 : *std::max_element(indexes.begin(), indexes.end());
-    const auto size = static_cast<size_t>(kind.record_size), row = size + sizeof(int32_t);
-    std::vector<char> records(static_cast<size_t>(most + 1) * size);
-    int32_t count = 0;
-    if (most >= 0) {
-      run_on(project, [&] {
-        return tarn_read_records(handle_of(project), kind.group, 0, most + 1, records.data(), records.size(), &count);
-      });
-    }
-    Ref rows = made(PyByteArray_FromStringAndSize(nullptr, static_cast<Py_ssize_t>(indexes.size() * row)));
-    const std::vector<TextField> texts = text_fields(kind);
-    char* to = PyByteArray_AsString(rows.get());
-    for (const int32_t index : indexes) {
-      if (index < 0 || index >= count)
-        raise(62, "", "The record file of the " + std::string(kind.group) + " ends before record " +
-                          std::to_string(index) + ". tarn.check tells more.");
-      std::memcpy(to, &index, sizeof index);
-      std::memcpy(to + sizeof index, records.data() + static_cast<size_t>(index) * size, size);
-      trim(to + sizeof index, texts);
-      to += row;
-    }
-    return rows;
-  });
-}
-
 }  // namespace
 
 PyMethodDef kProjectFunctions[]{{"create_project", create_project, METH_O, nullptr},
@@ -243,7 +161,6 @@ PyMethodDef kProjectFunctions[]{{"create_project", create_project, METH_O, nullp
                                 {"import_weather", import_weather, METH_VARARGS, nullptr},
                                 {"import_chiller", import_chiller, METH_VARARGS, nullptr},
                                 {"picture", picture, METH_O, nullptr},
-                                {"read_rows", read_rows, METH_VARARGS, nullptr},
                                 {nullptr, nullptr, 0, nullptr}};
 
 }  // namespace tarn::python

@@ -1,5 +1,5 @@
-// The stable ABI of Python 3.9, and owners of its objects. Inside, a Python error is a C++ exception; the functions that
-// Python calls turn it back.
+// The stable ABI of Python 3.9, and owners of its objects. Inside, a Python error is a C++ exception; the functions
+// that Python calls turn it back.
 #pragma once
 
 #define Py_LIMITED_API 0x03090000

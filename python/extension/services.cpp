@@ -21,8 +21,8 @@ void log(void* /*context*/, const char* message, const char* component, const ch
   try {
     const Ref all[]{text_or_none(message), text_or_none(component), text_or_none(class_name), text_or_none(procedure),
                     text_or_none(detail)};
-    made(PyObject_CallFunctionObjArgs(log_handler, all[0].get(), all[1].get(), all[2].get(), all[3].get(),
-                                      all[4].get(), nullptr));
+    made(PyObject_CallFunctionObjArgs(log_handler, all[0].get(), all[1].get(), all[2].get(), all[3].get(), all[4].get(),
+                                      nullptr));
   } catch (...) {
     set_error();
     PyErr_WriteUnraisable(log_handler);
@@ -42,9 +42,7 @@ void yield(void* /*context*/) {
   }
 }
 
-void replace(PyObject*& place, PyObject* handler) {
-  const Ref old(std::exchange(place, Ref::to(handler).release()));
-}
+void replace(PyObject*& place, PyObject* handler) { const Ref old(std::exchange(place, Ref::to(handler).release())); }
 
 }  // namespace
 

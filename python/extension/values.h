@@ -14,8 +14,8 @@ struct Keep {
   std::list<std::vector<double>> reals;
 };
 
-/// None, Booleans, numbers (numpy's too), texts, paths, objects, and lists of numbers in any form. Error `TypeError` for
-/// anything else.
+/// None, Booleans, numbers (numpy's too), texts, paths, objects, and lists of numbers in any form. Error `TypeError`
+/// for anything else.
 tarn_value value_of(PyObject* value, Keep& keep);
 
 /// A text of a daily face comes without the blanks at its ends.
