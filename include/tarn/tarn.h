@@ -77,6 +77,7 @@ typedef struct tarn_member {
   int32_t type; /* of the property or the result */
   int32_t read_only, by_reference;
   int32_t bound_count, parameter_count;
+  int32_t stored;          /* 1 where the value is part of what an entity keeps */
   int32_t text_width;       /* characters of a stored text, 0 for other values */
   const char* enumeration;  /* whose codes the property holds; "" for other values */
   const char* object_class; /* of the object that the member hands out; "" where it may be of several, and for others */

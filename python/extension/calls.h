@@ -29,7 +29,7 @@ void keep_handler_error();
 /// Raises what a handler raised, else the error of a status that is not `TARN_OK`; `object` may be null.
 void check(tarn_status status, PyObject* object = nullptr, const MemberInfo* member = nullptr);
 
-/// The last plain message of the library on this thread.
+/// The last entry of this thread's log.
 std::string& last_message();
 
 }  // namespace tarn::python

@@ -28,11 +28,11 @@ Ref parameters_of(const MemberInfo& member) {
   });
 }
 
-/// Name, snake name, unit, kind, type, read-only, by reference, bounds, parameters, width, enumeration, class.
+/// Name, snake name, unit, kind, type, read-only, by reference, stored, bounds, parameters, width, enumeration, class.
 Ref description_of(const MemberInfo& m) {
-  return made(Py_BuildValue("(sssiiNNNNiss)", m.name, m.snake.c_str(), m.unit, static_cast<int>(m.kind),
+  return made(Py_BuildValue("(sssiiNNNNNiss)", m.name, m.snake.c_str(), m.unit, static_cast<int>(m.kind),
                             static_cast<int>(m.type), truth(m.read_only != 0).release(),
-                            truth(m.by_reference != 0).release(), bounds_of(m).release(), parameters_of(m).release(),
+                            truth(m.by_reference != 0).release(), truth(m.stored != 0).release(), bounds_of(m).release(), parameters_of(m).release(),
                             static_cast<int>(m.text_width), m.enumeration, m.object_class));
 }
 

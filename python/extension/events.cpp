@@ -106,8 +106,7 @@ int set(PyObject* self, PyObject* object, PyObject* handler) {
   });
 }
 
-PyType_Slot slots[]{{Py_tp_doc, const_cast<char*>("An event of a class: set a handler, or None.")},
-                    {Py_tp_dealloc, slot(free_object)},
+PyType_Slot slots[]{{Py_tp_dealloc, slot(free_object)},
                     {Py_tp_descr_get, slot(get)},
                     {Py_tp_descr_set, slot(set)},
                     {Py_tp_repr, slot(represent_descriptor)},

@@ -1,13 +1,7 @@
 #include "extension/members.h"
 
-#include <algorithm>
-#include <cctype>
-
 namespace tarn::python {
 namespace {
-
-bool is_upper(char c) { return c >= 'A' && c <= 'Z'; }
-bool is_lower(char c) { return c >= 'a' && c <= 'z'; }
 
 MemberInfo member_of(const ClassTable& table, int32_t number) {
   MemberInfo info{};
@@ -49,25 +43,6 @@ size_t MemberInfo::elements() const {
 const MemberInfo* ClassTable::find(std::string_view member_name) const {
   const auto found = by_folded.find(folded(member_name));
   return found == by_folded.end() ? nullptr : &members[found->second];
-}
-
-std::string folded(std::string_view name) {
-  std::string out;
-  for (const char c : name) {
-    if (c != '_') out += static_cast<char>(is_upper(c) ? c - 'A' + 'a' : c);
-  }
-  return out;
-}
-
-std::string snake_case(std::string_view name) {
-  std::string out;
-  for (size_t i = 0; i < name.size(); ++i) {
-    const bool after_word = i > 0 && name[i - 1] != '_' && !is_upper(name[i - 1]);
-    const bool ends_capitals = i > 0 && is_upper(name[i - 1]) && i + 1 < name.size() && is_lower(name[i + 1]);
-    if (is_upper(name[i]) && (after_word || ends_capitals)) out += '_';
-    out += is_upper(name[i]) ? static_cast<char>(name[i] - 'A' + 'a') : name[i];
-  }
-  return out;
 }
 
 std::vector<ClassTable>& class_tables() {

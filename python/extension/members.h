@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "extension/names.h"
 #include "extension/python.h"
 #include "tarn/tarn.h"
 
@@ -36,13 +37,6 @@ struct ClassTable {
   /// Null where the class has none. Letter case and underscores do not matter.
   const MemberInfo* find(std::string_view member_name) const;
 };
-
-/// Lower case without underscores: "glass_trans", "GlassTrans" and "GLASSTRANS" are one name.
-std::string folded(std::string_view name);
-
-/// "glass_trans" of "GlassTrans", "des_idiff" of "DesIDIFF", "index_db_name" of "IndexDBName": a word begins at a
-/// capital after a small letter or a digit, and at the last capital of several before a small letter.
-std::string snake_case(std::string_view name);
 
 /// All classes, in the order of the library; read at the first call.
 std::vector<ClassTable>& class_tables();

@@ -41,11 +41,26 @@ std::vector<PyObject*> in_places(const MemberInfo& member, PyObject* arguments, 
   return places;
 }
 
-/// A `Save` that answers with a code has failed without an error: its reason is a message of the log.
-void check_code(const tarn_value& result, PyObject* object, const MemberInfo& member) {
-  if (result.type != TARN_INT16 || result.as.i2 == 0 || std::strcmp(member.name, "Save") != 0) return;
-  raise(result.as.i2, member.of->name + ".Save()",
-        last_message().empty() ? "Save answered " + std::to_string(result.as.i2) + "." : last_message(), object);
+/// A daily caller leaves out what only comes back.
+tarn_value blank_of(const tarn_parameter& parameter, Face face) {
+  tarn_value blank{};
+  if (face == Face::Daily && parameter.in_out != 0 && parameter.optional == 0) {
+    blank.type = parameter.type;
+    if (parameter.type == TARN_TEXT) blank.as.text = "";
+  }
+  return blank;
+}
+
+/// A method that answers with a code in its ReturnCode has failed without an error: the reason is a message of the log.
+void check_code(const std::vector<tarn_value>& values, PyObject* object, const MemberInfo& member) {
+  for (size_t i = 0; i < values.size(); ++i) {
+    const bool is_code = values[i].type == TARN_INT16 && std::strcmp(member.parameters[i].name, "ReturnCode") == 0;
+    const int code = is_code ? values[i].as.i2 : 0;
+    if (code == 0) continue;
+    const std::string answer = std::string(member.name) + " answered " + std::to_string(code) + ".";
+    raise(code, member.of->name + "." + member.name + "()", last_message().empty() ? answer : last_message(), object,
+          &member);
+  }
 }
 
 Ref answer_of(const MemberInfo& member, const tarn_value& result, const std::vector<tarn_value>& values, Face face) {
@@ -119,8 +134,7 @@ PyType_Slot bound_slots[]{{Py_tp_dealloc, slot(destroy_bound)},
                           {0, nullptr}};
 PyType_Spec bound_spec{"tarn._tarn.BoundMethod", sizeof(Bound), 0, Py_TPFLAGS_DEFAULT, bound_slots};
 
-PyType_Slot slots[]{{Py_tp_doc, const_cast<char*>("A method of a class.")},
-                    {Py_tp_dealloc, slot(free_object)},
+PyType_Slot slots[]{{Py_tp_dealloc, slot(free_object)},
                     {Py_tp_descr_get, slot(bind)},
                     {Py_tp_call, slot(call_descriptor)},
                     {Py_tp_repr, slot(represent_descriptor)},
@@ -142,7 +156,7 @@ Ref call(PyObject* object, const MemberInfo& member, PyObject* arguments, PyObje
   Keep keep;
   std::vector<tarn_value> values;
   for (PyObject* argument : in_places(member, arguments, named))
-    values.push_back(argument ? value_of(argument, keep) : tarn_value{});
+    values.push_back(argument ? value_of(argument, keep) : blank_of(member.parameters[values.size()], on.face));
   tarn_value result{};
   const bool strict = is_strict(on);
   if (strict) last_message().clear();
@@ -155,7 +169,7 @@ Ref call(PyObject* object, const MemberInfo& member, PyObject* arguments, PyObje
     check(status, object, &member);
   }
   Ref answer = answer_of(member, result, values, on.face);
-  if (strict) check_code(result, object, member);
+  if (strict) check_code(values, object, member);
   return answer;
 }
 

@@ -216,11 +216,14 @@ void enter_thread() {
 void add_object_types(PyObject* module) { object_type = add_type(module, spec); }
 
 void add_classes(PyObject* module) {
+  const Ref names = made(PyList_New(0));
+  answered(PyObject_SetAttrString(module, "__all__", names.get()));
   for (ClassTable& table : class_tables()) {
     const Ref space = attributes_of(table);
     Ref type = made(PyObject_CallFunction(reinterpret_cast<PyObject*>(&PyType_Type), "s(O)O", table.name.c_str(),
                                           reinterpret_cast<PyObject*>(base_of(table)), space.get()));
     answered(PyObject_SetAttrString(module, table.name.c_str(), type.get()));
+    answered(PyList_Append(names.get(), text(table.name).get()));
     table.type = reinterpret_cast<PyTypeObject*>(type.release());  // lives as long as the program
   }
 }

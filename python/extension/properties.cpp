@@ -31,8 +31,7 @@ int set(PyObject* self, PyObject* object, PyObject* value) {
   });
 }
 
-PyType_Slot slots[]{{Py_tp_doc, const_cast<char*>("A property of a class.")},
-                    {Py_tp_dealloc, slot(free_object)},
+PyType_Slot slots[]{{Py_tp_dealloc, slot(free_object)},
                     {Py_tp_descr_get, slot(get)},
                     {Py_tp_descr_set, slot(set)},
                     {Py_tp_repr, slot(represent_descriptor)},

@@ -13,7 +13,7 @@ Ref text_or_none(const char* value) { return value ? text(value) : none(); }
 void log(void* /*context*/, const char* message, const char* component, const char* class_name, const char* procedure,
          const char* detail) {
   if (Py_IsInitialized() == 0) return;  // the thread's last objects end after the interpreter
-  if (!class_name) last_message() = message;
+  last_message() = message;
   const Lock lock;
   if (!log_handler) return;
   PyObject *type = nullptr, *value = nullptr, *traceback = nullptr;

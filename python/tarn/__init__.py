@@ -29,8 +29,10 @@ from typing import Any, Callable, Iterator, Union
 
 from . import _tarn
 from . import _members
+from ._enumerations import *
 from ._enumerations import enumerations as _enumerations
 from ._errors import Error
+from ._tarn import *
 from ._tarn import __version__
 from .project import Kind, Project, new_project
 
@@ -187,13 +189,7 @@ def transaction(project: Any = None) -> Iterator[Any]:
 
 
 def __getattr__(name: str) -> Any:
-    if name in _enumerations:
-        return _enumerations[name]
     found = None if name.startswith("__") else _find_class(name)
     if found is None:
         raise AttributeError(f"module 'tarn' has no attribute '{name}'")
     return getattr(_tarn, found)
-
-
-def __dir__() -> list[str]:
-    return sorted([*globals(), *_tarn.classes(), *_enumerations])

@@ -24,3 +24,5 @@ def _make(name: str, codes: list[tuple[str, int, str]]) -> Any:
 
 
 enumerations: dict[str, Any] = {name: _make(name, codes) for name, codes in _tarn.enumerations()}
+globals().update(enumerations)
+__all__ = list(enumerations)

@@ -67,9 +67,15 @@ def no_such_member(thing: Any, name: str) -> None:
     known = _members.by_name(class_name) if class_name != "Database" else {}
     if name in known:
         raise AttributeError(f"{class_name}.{name} is a {known[name].kind}")
-    candidates = [m.snake if thing._daily else m.name for m in _members.members_of(class_name)] if known else []
+    raise AttributeError(f"{class_name} has no member {name}" + (suggestion(class_name, name) if known else ""))
+
+
+def suggestion(class_name: str, name: str) -> str:
+    """The nearest right name, in the form of the wrong one; nothing for one that Python looks for by itself."""
+    in_snake_case = name == name.lower()
+    candidates = [m.snake if in_snake_case else m.name for m in _members.members_of(class_name)]
     near = [] if name.startswith("_") else difflib.get_close_matches(name, candidates, 1)
-    raise AttributeError(f"{class_name} has no member {name}" + (f"; did you mean {near[0]}?" if near else ""))
+    return f"; did you mean {near[0]}?" if near else ""
 
 
 def copied(thing: Any) -> Any:

@@ -34,8 +34,8 @@ class Member:
 
     def __init__(self, class_name: str, number: int, row: Any) -> None:
         self.class_name, self.number = class_name, number
-        (self.name, self.snake, self.unit, kind, self.type_code, self.read_only, self.by_reference, bounds, parameters,
-         self.text_width, enumeration, object_class) = row
+        (self.name, self.snake, self.unit, kind, self.type_code, self.read_only, self.by_reference, self.stored, bounds,
+         parameters, self.text_width, enumeration, object_class) = row
         self.kind, self.type = KIND_NAMES[kind], TYPE_NAMES[self.type_code]
         self.enumeration, self.object_class = enumeration or None, object_class or None
         self.bounds: list[tuple[int, int]] = bounds

@@ -50,7 +50,7 @@ def holder_of(entity: Any, name: str) -> Any:
     chosen = named or parts
     if len(chosen) != 1:
         where = f"; say which of {', '.join(m.snake for m in chosen)}" if chosen else ""
-        raise AttributeError(f"{class_name} has no property {name}{where}")
+        raise AttributeError(f"{class_name} has no property {name}{where or _help.suggestion(class_name, name)}")
     part = getattr(entity, chosen[0].name)
     return part() if chosen[0].kind == "method" else part
 

@@ -11,6 +11,7 @@ from typing import TYPE_CHECKING, Any, Callable, Iterator, Union
 
 from . import _tarn
 from ._errors import Error
+from ._kinds import Kinds
 from .kinds import Kind, KindInfo, kind_infos
 
 if TYPE_CHECKING:
@@ -39,7 +40,7 @@ def _data_of(folder: str, prefix: str) -> Any:
     return data
 
 
-class Project:
+class Project(Kinds):
     """A project on disk: `tarn.Project("/jobs/MALL")`, where MALL is the prefix of its files, or the folder where it is the
     only one. Each kind is a mapping by name: `project.windows["South 4x5"]`, `project.air_systems[1]`. Failures raise
     `tarn.Error`; texts come without blanks. As a context manager it is closed at the end."""

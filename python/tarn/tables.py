@@ -3,7 +3,7 @@
 Of kinds with a record file the rows are the records as they lie in the file, each behind its index: fields by their
 offsets, texts as bytes of code page 1252 without the blanks at their end, Booleans as 0 and -1, arrays with their
 subscripts in reverse order, as the first one varies fastest. Kinds with a file for each entity are loaded one by one:
-their columns are the properties of the entity and of its single parts ("General.PlantType")."""
+their columns are the stored properties of the entity and of its single parts ("General.PlantType")."""
 
 from __future__ import annotations
 
@@ -65,7 +65,7 @@ def _loaded_columns(info: KindInfo) -> Iterator[tuple[str, Member]]:
 
 
 def _is_cell(member: Member) -> bool:
-    return member.kind == "property" and not member.bounds and member.type_code in LOADED_FORMATS and member.name != "Index"
+    return bool(member.stored) and not member.bounds and member.type_code in LOADED_FORMATS
 
 
 def _loaded_table(kind: Kind[Any]) -> Any:

@@ -95,6 +95,7 @@ tarn_status tarn_describe(const char* class_name, int32_t number, tarn_member* o
                      m.by_reference,
                      static_cast<int32_t>(m.bounds.size()),
                      static_cast<int32_t>(m.parameters().size()),
+                     m.exchanged(),
                      static_cast<int32_t>(m.width()),
                      codes ? codes->name.data() : "",
                      m.object_class.data() ? m.object_class.data() : ""};
