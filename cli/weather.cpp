@@ -68,11 +68,7 @@ void check_output(const std::string& file) {
 int weather_import(const Call& call) {
   if (call.words.empty()) throw UsageError("Which file? tarn weather import FILE [--output CITY.HW1]");
   ReadWeather read(call);
-  try {
-    check_hourly(read.year, read.imported);
-  } catch (const Error& error) {
-    throw Error(error.number(), {}, read.file + ": " + error.description() + " Nothing was imported.");
-  }
+  check_hourly(read.year, read.imported, read.file);
   std::string made = call.output;
   if (made.empty()) {
     COM_ProjectData project;

@@ -20,8 +20,7 @@ using tarn::python::snake_case;
 constexpr std::string_view kTypeNames[]{"", "Boolean", "I2", "I4", "R4", "R8", "text", "object", "reals", "any"};
 
 std::string python_type(int32_t type, const char* object_class) {
-  constexpr std::string_view types[]{"None",  "bool", "int", "int", "float",
-                                     "float", "str",  "",    "list[float]", "Any"};
+  constexpr std::string_view types[]{"None", "bool", "int", "int", "float", "float", "str", "", "list[float]", "Any"};
   if (type != TARN_OBJECT) return std::string(types[type]);
   return *object_class ? object_class : "Any";
 }
@@ -126,8 +125,7 @@ void write_member(std::ostream& out, const Member& member) {
     if (twice) out << "    " << snake << " = " << member.name << "\n";
   } else if (member.kind == TARN_EVENT) {
     for (const std::string& name : {std::string(member.name), snake})
-      out << "    " << name << ": Callable[[" << python_type(member.parameters[0].type, "")
-          << "], object] | None\n";
+      out << "    " << name << ": Callable[[" << python_type(member.parameters[0].type, "") << "], object] | None\n";
   } else {
     write_property(out, member, member.name, documentation(member));
     if (twice) write_property(out, member, snake, "");
@@ -261,7 +259,8 @@ void write_enumerations(std::ostream& out) {
 }
 
 void write_kinds(std::ostream& out) {
-  out << "from .kinds import Kind\nfrom . import _tarn\n\nclass Kinds:\n    \"\"\"The kinds of entity of a project, each a "
+  out << "from .kinds import Kind\nfrom . import _tarn\n\nclass Kinds:\n    \"\"\"The kinds of entity of a project, "
+         "each a "
          "mapping by name.\"\"\"\n";
   for (int32_t i = 0; i < tarn_entity_kind_count(); ++i) {
     tarn_entity_kind kind{};

@@ -77,7 +77,7 @@ typedef struct tarn_member {
   int32_t type; /* of the property or the result */
   int32_t read_only, by_reference;
   int32_t bound_count, parameter_count;
-  int32_t stored;          /* 1 where the value is part of what an entity keeps */
+  int32_t stored;           /* 1 where the value is part of what an entity keeps */
   int32_t text_width;       /* characters of a stored text, 0 for other values */
   const char* enumeration;  /* whose codes the property holds; "" for other values */
   const char* object_class; /* of the object that the member hands out; "" where it may be of several, and for others */
@@ -224,6 +224,7 @@ typedef struct tarn_record_field {
   int32_t offset, size;   /* in bytes, of all elements */
   int32_t type;           /* tarn_type of an element */
   int32_t element_size;
+  const char* unit; /* of the bytes; a wall's thickness is kept in ft, and in inches as a property */
 } tarn_record_field;
 TARN_API tarn_status tarn_describe_record_field(const char* group, int32_t number, tarn_record_field* out);
 /* Whole records of a kind from its record file into `data`, as this thread's open transaction sees them: record 0 is

@@ -32,8 +32,9 @@ Ref parameters_of(const MemberInfo& member) {
 Ref description_of(const MemberInfo& m) {
   return made(Py_BuildValue("(sssiiNNNNNiss)", m.name, m.snake.c_str(), m.unit, static_cast<int>(m.kind),
                             static_cast<int>(m.type), truth(m.read_only != 0).release(),
-                            truth(m.by_reference != 0).release(), truth(m.stored != 0).release(), bounds_of(m).release(), parameters_of(m).release(),
-                            static_cast<int>(m.text_width), m.enumeration, m.object_class));
+                            truth(m.by_reference != 0).release(), truth(m.stored != 0).release(),
+                            bounds_of(m).release(), parameters_of(m).release(), static_cast<int>(m.text_width),
+                            m.enumeration, m.object_class));
 }
 
 PyObject* classes(PyObject* /*module*/, PyObject* /*none*/) {
@@ -69,14 +70,14 @@ PyObject* enumerations(PyObject* /*module*/, PyObject* /*none*/) {
   });
 }
 
-/// Class, part, number of the member, offset, size, type, size of an element.
+/// Class, part, number of the member, offset, size, type, size of an element, unit of the bytes.
 Ref fields_of(const tarn_entity_kind& kind) {
   return listed(kind.field_count, [&](int32_t i) {
     tarn_record_field field{};
     check(tarn_describe_record_field(kind.group, i, &field));
-    return made(Py_BuildValue("(ssiiiii)", field.class_name, field.part, static_cast<int>(field.member),
+    return made(Py_BuildValue("(ssiiiiis)", field.class_name, field.part, static_cast<int>(field.member),
                               static_cast<int>(field.offset), static_cast<int>(field.size),
-                              static_cast<int>(field.type), static_cast<int>(field.element_size)));
+                              static_cast<int>(field.type), static_cast<int>(field.element_size), field.unit));
   });
 }
 

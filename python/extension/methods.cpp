@@ -134,12 +134,9 @@ PyType_Slot bound_slots[]{{Py_tp_dealloc, slot(destroy_bound)},
                           {0, nullptr}};
 PyType_Spec bound_spec{"tarn._tarn.BoundMethod", sizeof(Bound), 0, Py_TPFLAGS_DEFAULT, bound_slots};
 
-PyType_Slot slots[]{{Py_tp_dealloc, slot(free_object)},
-                    {Py_tp_descr_get, slot(bind)},
-                    {Py_tp_call, slot(call_descriptor)},
-                    {Py_tp_repr, slot(represent_descriptor)},
-                    {Py_tp_getset, kDescriptorProperties},
-                    {0, nullptr}};
+PyType_Slot slots[]{{Py_tp_dealloc, slot(free_object)},    {Py_tp_descr_get, slot(bind)},
+                    {Py_tp_call, slot(call_descriptor)},   {Py_tp_repr, slot(represent_descriptor)},
+                    {Py_tp_getset, kDescriptorProperties}, {0, nullptr}};
 PyType_Spec spec{"tarn._tarn.Method", sizeof(Descriptor), 0, Py_TPFLAGS_DEFAULT, slots};
 
 }  // namespace

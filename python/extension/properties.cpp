@@ -31,12 +31,9 @@ int set(PyObject* self, PyObject* object, PyObject* value) {
   });
 }
 
-PyType_Slot slots[]{{Py_tp_dealloc, slot(free_object)},
-                    {Py_tp_descr_get, slot(get)},
-                    {Py_tp_descr_set, slot(set)},
-                    {Py_tp_repr, slot(represent_descriptor)},
-                    {Py_tp_getset, kDescriptorProperties},
-                    {0, nullptr}};
+PyType_Slot slots[]{{Py_tp_dealloc, slot(free_object)},    {Py_tp_descr_get, slot(get)},
+                    {Py_tp_descr_set, slot(set)},          {Py_tp_repr, slot(represent_descriptor)},
+                    {Py_tp_getset, kDescriptorProperties}, {0, nullptr}};
 PyType_Spec spec{"tarn._tarn.Property", sizeof(Descriptor), 0, Py_TPFLAGS_DEFAULT, slots};
 
 }  // namespace

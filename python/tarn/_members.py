@@ -60,7 +60,8 @@ class Member:
             names = ", ".join(f"[{p.name}]" if p.optional else p.name for p in self.parameters)
             return f"{self.name}({names})" + (f" -> {self.type}" if self.type else "")
         bounds = "[" + ", ".join(f"{a}..{b}" for a, b in self.bounds) + "]" if self.bounds else ""
-        return f"{self.name}{bounds}: {self.type}" + f" {self.unit}" * bool(self.unit) + " (read-only)" * self.read_only
+        unit = f" {self.unit}" if self.unit else ""
+        return f"{self.name}{bounds}: {self.type}{unit}" + (" (read-only)" if self.read_only else "")
 
 
 @functools.lru_cache(maxsize=None)

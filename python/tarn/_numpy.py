@@ -2,13 +2,12 @@
 
 from __future__ import annotations
 
-from types import ModuleType
 from typing import Any
 
 from . import _members
 
 
-def numpy() -> ModuleType:
+def numpy() -> Any:
     try:
         import numpy as module
     except ImportError as cause:
@@ -16,9 +15,9 @@ def numpy() -> ModuleType:
     return module
 
 
-def pandas() -> ModuleType:
+def pandas() -> Any:
     try:
-        import pandas as module
+        import pandas as module  # type: ignore[import]
     except ImportError as cause:
         raise ImportError("A frame needs pandas: install python3-pandas, or pip install pandas. table() needs numpy alone.") from cause
     return module

@@ -26,7 +26,7 @@ class KindInfo(NamedTuple):
     factory: str
     index_table: str
     record_size: int  # 0 where each entity has a file of its own
-    fields: list[tuple[str, str, int, int, int, int, int]]
+    fields: list[tuple[str, str, int, int, int, int, int, str]]
 
     @property
     def attribute(self) -> str:
@@ -137,7 +137,7 @@ class Kind(Mapping[Any, E], Generic[E]):
     def new(self, type: str | None = None, **properties: Any) -> E:
         """A new entity with the values of the default record and these properties, computed and saved. `type` names one of
         the types that air systems, chillers and plants come in."""
-        return self.save(_tarn.new_entity(self.project.data, self.info.group, type), **properties)
+        return self.save(_tarn.new_entity(self.project.data, self.info.group, type), **properties)  # type: ignore[no-any-return]
 
     def save(self, entity: Any, **properties: Any) -> Any:
         """Sets properties, computes what follows from them, but for results among them, and saves."""

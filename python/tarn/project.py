@@ -34,7 +34,7 @@ def _place(path: Path) -> tuple[str, str]:
     return str(path), prefixes[0]
 
 
-def _data_of(folder: str, prefix: str) -> Any:
+def _data_of(folder: str, prefix: str) -> tarn.COM_ProjectData:
     data = _tarn.daily(_tarn.COM_ProjectData())
     data.work_path, data.file_prefix = folder, prefix
     return data
@@ -98,15 +98,21 @@ class Project(Kinds):
     @property
     def weather(self) -> tarn.WTH_Weather:
         """Design and simulation weather, loaded; `save()` after changes."""
-        return self._loaded(self.data.new_weather())
+        weather = self.data.new_weather()
+        weather.load()
+        return weather
 
     @property
     def preferences(self) -> tarn.PRF_ProjectPrefs:
-        return self._loaded(self.data.new_project_prefs())
+        preferences = self.data.new_project_prefs()
+        preferences.load()
+        return preferences
 
     @property
     def report_options(self) -> tarn.RPT_ReportOptions:
-        return self._loaded(self.data.new_report_options())
+        options = self.data.new_report_options()
+        options.load()
+        return options
 
     @property
     def hourly_weather(self) -> tarn.HW1ReaderWriter:
@@ -118,10 +124,6 @@ class Project(Kinds):
         year.load(file)
         return year
 
-    @staticmethod
-    def _loaded(thing: Any) -> Any:
-        thing.load()
-        return thing
 
     def results(self, air_system: str | int) -> tarn.ADL_AirSystemDesign:
         """What the design calculation found for an air system, by name or number."""
@@ -147,9 +149,9 @@ class Project(Kinds):
 
     def import_json(self, source: Path, progress: Progress | None = None) -> int:
         """Brings the entities of a JSON file, or of a text that begins with a brace, in, all of them or none: how many."""
-        is_text = isinstance(source, str) and source.lstrip().startswith("{")
-        exported = source if is_text else pathlib.Path(source).read_text(encoding="utf-8")
-        return _tarn.import_project(self.data, exported, progress)
+        if not isinstance(source, str) or not source.lstrip().startswith("{"):
+            source = pathlib.Path(source).read_text(encoding="utf-8")
+        return _tarn.import_project(self.data, source, progress)
 
     def import_weather(self, path: Path) -> types.SimpleNamespace:
         """An EPW, TMY3, TMY2 or hourly file becomes the simulation weather, saved at once: `format`, `source` and `notes`,

@@ -2,7 +2,7 @@
 
 Of kinds with a record file the rows are the records as they lie in the file, each behind its index: fields by their
 offsets, texts as bytes of code page 1252 without the blanks at their end, Booleans as 0 and -1, arrays with their
-subscripts in reverse order, as the first one varies fastest. Kinds with a file for each entity are loaded one by one:
+subscripts in reverse order, as the first one varies fastest. Units are those of the properties. Kinds with a file for each entity are loaded one by one:
 their columns are the stored properties of the entity and of its single parts ("General.PlantType")."""
 
 from __future__ import annotations
@@ -18,6 +18,7 @@ from ._numpy import numpy, pandas
 from .kinds import Kind, KindInfo
 
 PAGE = "cp1252"
+PER_STORED = {("ft", "in"): 12.0}  # of a property, by the units of its bytes and of itself
 FORMATS = {INT16: "<i2", INT32: "<i4", REAL32: "<f4", REAL64: "<f8", BOOLEAN: "<i2"}
 LOADED_FORMATS = {**FORMATS, BOOLEAN: "?", TEXT: "O"}
 _dtypes: dict[str, Any] = {}
@@ -30,13 +31,21 @@ def _columns(info: KindInfo) -> Iterator[tuple[str, Member, int]]:
         yield part + member.name, member, offset
 
 
+def _converted(info: KindInfo) -> Iterator[tuple[str, float]]:
+    """The columns whose bytes have another unit than the property, and the factor between them."""
+    for (name, member, _), (*_, unit) in zip(_columns(info), info.fields):
+        if unit != member.unit:
+            yield name, PER_STORED[unit, member.unit]
+
+
 def _dtype(info: KindInfo) -> Any:
     if info.group not in _dtypes:
-        names, formats, offsets = ["Index"], ["<i4"], [0]
+        names, offsets = ["Index"], [0]
+        formats: list[tuple[str, tuple[int, ...]]] = [("<i4", ())]
         for name, member, offset in _columns(info):
             element = f"S{member.text_width}" if member.type_code == TEXT else FORMATS[member.type_code]
             names.append(name)
-            formats.append((element, tuple(reversed(member.sizes))) if member.bounds else element)
+            formats.append((element, tuple(reversed(member.sizes))))
             offsets.append(offset + 4)
         _dtypes[info.group] = numpy().dtype(
             {"names": names, "formats": formats, "offsets": offsets, "itemsize": info.record_size + 4})
@@ -47,8 +56,11 @@ def table(kind: Kind[Any]) -> Any:
     if kind.info.record_size == 0:
         return _loaded_table(kind)
     with kind.project.transaction():  # index and records of one moment
-        rows = _tarn.read_rows(kind.project.data, kind.info.group, kind.indexes())
-    return numpy().frombuffer(rows, _dtype(kind.info))
+        records = _tarn.read_rows(kind.project.data, kind.info.group, kind.indexes())
+    rows = numpy().frombuffer(records, _dtype(kind.info))
+    for name, factor in _converted(kind.info):
+        rows[name] *= factor
+    return rows
 
 
 # ---- kinds with a file for each entity

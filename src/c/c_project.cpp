@@ -113,7 +113,10 @@ tarn_status tarn_import_weather(tarn_object* year, const char* path, tarn_object
     if (project && !with) bad_argument("The project is not set, was released, or belongs to another thread.");
     COM_ProjectData* filled = with ? &object_as<COM_ProjectData>(*with, "project") : nullptr;
     const ImportedWeather imported = import_weather(hourly, required_text(path));
-    if (filled) save_as_simulation(*filled->NewWeather(), hourly, imported, filled->SimWeatherInputsFilename());
+    if (filled) {
+      check_hourly(hourly, imported, path);
+      save_as_simulation(*filled->NewWeather(), hourly, imported, filled->SimWeatherInputsFilename());
+    }
     kept_report() = json_text({{"format", imported.format}, {"source", imported.source}, {"notes", imported.notes}}, 2);
     if (report) *report = kept_report().c_str();
   });

@@ -104,13 +104,15 @@ tarn_status tarn_describe_record_field(const char* group, int32_t number, tarn_r
                    " fields.");
     const FieldAt& at = layout.fields[static_cast<size_t>(number)];
     const auto size = static_cast<int32_t>(at.member->field()->size);
+    const std::string_view unit = at.member->stored_unit.empty() ? at.member->unit : at.member->stored_unit;
     required(out) = {at.info->name.data(),
                      at.part.c_str(),
                      static_cast<int32_t>(at.member - at.info->members.data()),
                      static_cast<int32_t>(at.offset),
                      size,
                      static_cast<int32_t>(value_type(at.member->field()->wire)),
-                     size / static_cast<int32_t>(at.member->elements())};
+                     size / static_cast<int32_t>(at.member->elements()),
+                     unit.data() ? unit.data() : ""};
   });
 }
 

@@ -247,16 +247,18 @@ void use_as_simulation(WTH_Weather& weather, const HW1ReaderWriter& year, const 
   }
 }
 
-void check_hourly(const HW1ReaderWriter& year, const ImportedWeather& imported) {
+void check_hourly(const HW1ReaderWriter& year, const ImportedWeather& imported, const std::string& file) {
   if (imported.format != "HW1") return;
+  const auto refuse = [&](const std::string& reason) {
+    fail(ErrorNumber::UnknownFormat, file + ": " + reason + " Nothing was imported.");
+  };
   const HourlyVerdict verdict = verdict_of(year);
-  if (verdict.code == kHourlyInvalid.code) fail(ErrorNumber::UnknownFormat, std::string(verdict.text));
-  if (!imported.notes.empty()) fail(ErrorNumber::UnknownFormat, imported.notes.front() + ".");
+  if (verdict.code == kHourlyInvalid.code) refuse(std::string(verdict.text));
+  if (!imported.notes.empty()) refuse(imported.notes.front() + ".");
 }
 
 void save_as_simulation(WTH_Weather& weather, HW1ReaderWriter& year, const ImportedWeather& imported,
                         const std::string& file) {
-  check_hourly(year, imported);
   weather.Load();
   use_as_simulation(weather, year, imported);
   Transaction whole;
