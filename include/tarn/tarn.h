@@ -230,7 +230,7 @@ TARN_API tarn_status tarn_describe_record_field(const char* group, int32_t numbe
 /* Whole records of a kind from its record file into `data`, as this thread's open transaction sees them: record 0 is
  * the default, record n that of index n. `data` has room for `count` records, no byte less or more. `read` receives how
  * many there are; the file may end before. Which records are entities, the kind's index table tells: the record of a
- * deleted one keeps its last bytes. Errors: 5 for a kind without a record file, 53 for a missing file, 3001 for a
+ * deleted one keeps its last bytes. Errors: 5 for a kind without a record file, 53 for a missing file, 3343 for a
  * record that is cut short. */
 TARN_API tarn_status tarn_read_records(tarn_object* project, const char* group, int32_t first, int32_t count,
                                        void* data, size_t bytes, int32_t* read);
