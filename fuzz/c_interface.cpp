@@ -383,6 +383,7 @@ class Script {
                       records.size(), &number);
     keep(tarn_new_entity(on, group, input_.byte() % 2 == 0 ? nullptr : name(), &made), made);
     tarn_compute(on);
+    tarn_create_project(on);
     if (tarn_describe_entity(on, &number, &text) == TARN_OK) read_through(text);
     if (tarn_picture(on, &text) == TARN_OK) read_through(text);
     tarn_import(on, name(), nullptr, nullptr, &number);

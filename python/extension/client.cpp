@@ -34,8 +34,9 @@ PyObject* open_database(PyObject* /*module*/, PyObject* path) {
 PyObject* shipped_file(PyObject* /*module*/, PyObject* name) {
   return giving([&] {
     const char* path = tarn_shipped_file(utf8_of(name).c_str());
-    check(path ? TARN_OK : TARN_ERROR);
-    return text(path);
+    if (path) return text(path);
+    check(TARN_ERROR);
+    return none();
   });
 }
 

@@ -36,4 +36,5 @@ Ref new_module() {
 }  // namespace
 }  // namespace tarn::python
 
+// The name is Python's. NOLINTNEXTLINE(bugprone-reserved-identifier)
 PyMODINIT_FUNC PyInit__tarn() { return tarn::python::giving(tarn::python::new_module); }

@@ -52,7 +52,7 @@ class Project(Kinds):
         self.data = _data_of(folder, prefix)
         if not os.path.exists(self.data.index_db_name):
             raise Error(53, "Project", f"There is no project {prefix} in {self.data.work_path}; tarn.new_project makes one.")
-        self.database = _tarn.daily(_tarn.open_database(self.data.index_db_name))
+        self._database: tarn.Database | None = _tarn.daily(_tarn.open_database(self.data.index_db_name))
         self._kinds: dict[str, Kind[Any]] = {}
         for info in kind_infos():
             self._kinds[info.group] = Kind(self, info)
@@ -62,6 +62,13 @@ class Project(Kinds):
     def kinds(self) -> list[Kind[Any]]:
         """All kinds of entity, those that others rest on before them."""
         return list(self._kinds.values())
+
+    @property
+    def database(self) -> tarn.Database:
+        """The shared handle of the index database, for queries of one's own."""
+        if self._database is None:
+            raise Error(91, "Project", f"{self!r} is closed; open it again with tarn.Project.")
+        return self._database
 
     @property
     def folder(self) -> pathlib.Path:
@@ -80,7 +87,7 @@ class Project(Kinds):
     def close(self) -> None:
         """Brings all saves to the record files, and lets the database go."""
         _tarn.settle()
-        self.__dict__.pop("database", None)
+        self._database = None
 
     @contextlib.contextmanager
     def transaction(self) -> Iterator[Project]:

@@ -80,6 +80,9 @@ class TestKinds(DailyCase):
             self.project.windows.new(name="B")
             1 / 0
         self.assertEqual(list(self.project.windows), ["A"])
+        with self.project as same:
+            self.assertIs(same, self.project)
+        self.raises(tarn.Error, "JOB> is closed", lambda: self.project.windows["A"])
 
     def test_exchange_weather_check_and_pictures(self):
         self.project.walls.new(name="Wall")
