@@ -395,6 +395,7 @@ class Script {
     whole_project();
     read_through(tarn_shipped_file(name()));
     tarn_settle();
+    tarn_settle_database(object());
     read_through(tarn_enumeration_name(input_.byte() % (tarn_enumeration_count() + 1)));
   }
 

@@ -260,6 +260,8 @@ TARN_API tarn_status tarn_import_weather(tarn_object* year, const char* path, ta
 /* Brings the record bytes of all committed saves of this thread to the disk now: before another program replaces record
  * files. The last program that closes a project does it by itself. */
 TARN_API tarn_status tarn_settle(void);
+/* The same for the project of one open index database. */
+TARN_API tarn_status tarn_settle_database(tarn_object* database);
 /* The product's own shared handle of an existing index database, for SetDBHandle. */
 TARN_API tarn_status tarn_open_database(const char* path, tarn_object** out);
 /* Statements of the client's own; the rows changed come back. Values are bound to the '?' of the statement. Those that

@@ -40,6 +40,14 @@ PyObject* shipped_file(PyObject* /*module*/, PyObject* name) {
   });
 }
 
+PyObject* settle_database(PyObject* /*module*/, PyObject* database) {
+  return giving([&] {
+    tarn_object* handle = required_object(database).handle;
+    run([&] { return tarn_settle_database(handle); }, database);
+    return none();
+  });
+}
+
 template <tarn_status (*Call)()>
 PyObject* plain(PyObject* /*module*/, PyObject* /*none*/) {
   return giving([] {
@@ -118,6 +126,7 @@ PyMethodDef kClientFunctions[]{{"create_index", create_index, METH_O, nullptr},
                                {"open_database", open_database, METH_O, nullptr},
                                {"shipped_file", shipped_file, METH_O, nullptr},
                                {"settle", plain<tarn_settle>, METH_NOARGS, nullptr},
+                               {"settle_database", settle_database, METH_O, nullptr},
                                {"begin", plain<tarn_begin>, METH_NOARGS, nullptr},
                                {"commit", plain<tarn_commit>, METH_NOARGS, nullptr},
                                {"rollback", plain<tarn_rollback>, METH_NOARGS, nullptr},

@@ -85,8 +85,9 @@ class Project(Kinds):
         self.close()
 
     def close(self) -> None:
-        """Brings all saves to the record files, and lets the database go."""
-        _tarn.settle()
+        """Brings all saves to the record files, and lets the database go; entities that are still held keep it open."""
+        if self._database is not None:
+            _tarn.settle_database(self._database)
         self._database = None
 
     @contextlib.contextmanager

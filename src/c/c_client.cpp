@@ -183,6 +183,10 @@ tarn_status tarn_settle(void) {
   return guarded(thread_error, [] { files().settle(); });
 }
 
+tarn_status tarn_settle_database(tarn_object* database) {
+  return on_object(database, [](HandleSlot& slot) { database_of(slot).settle(); });
+}
+
 tarn_status tarn_open_database(const char* path, tarn_object** out) {
   return guarded(thread_error, [&] { required(out) = new_handle(standard_host().database(required_text(path))); });
 }
