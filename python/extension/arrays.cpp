@@ -130,11 +130,9 @@ void set_array(PyObject* object, const MemberInfo& member, PyObject* values) {
   try {
     let_each(object, member, elements);
   } catch (const PythonError&) {
-    PyObject *type = nullptr, *value = nullptr, *traceback = nullptr;
-    PyErr_Fetch(&type, &value, &traceback);
+    ErrorAside error;
     let_each(object, member, elements_in(before.get(), member));
-    PyErr_Restore(type, value, traceback);
-    throw;
+    error.raise();
   }
 }
 

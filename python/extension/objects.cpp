@@ -61,57 +61,39 @@ void destroy(PyObject* self) {
   free_object(self);
 }
 
-/// The right spelling of a member's name that was not found; null where the class has no such member.
-const MemberInfo* respelled(PyObject* self, PyObject* name) {
-  if (!PyErr_ExceptionMatches(PyExc_AttributeError) || !PyUnicode_Check(name)) return nullptr;
-  PyObject *type = nullptr, *value = nullptr, *traceback = nullptr;
-  PyErr_Fetch(&type, &value, &traceback);
-  const Ref kept_type(type), kept_value(value), kept_traceback(traceback);
+/// The right spelling of a name that Python did not find; raises what is wrong with it where there is none.
+Ref respelled(PyObject* self, PyObject* name) {
+  ErrorAside error;
+  if (!error.is(PyExc_AttributeError)) error.raise();
   const std::string wanted = utf8_of(name);
   const MemberInfo* found = table_of(Py_TYPE(self)).find(wanted);
   const bool misspelled = found && found->name != wanted && found->snake != wanted;
-  if (!misspelled) PyErr_Restore(Ref::to(type).release(), Ref::to(value).release(), Ref::to(traceback).release());
-  return misspelled ? found : nullptr;
-}
-
-[[noreturn]] void no_such_member(PyObject* self, PyObject* name) {
-  PyErr_Clear();
+  if (misspelled) return text(found->name);
+  // A derived class's own attribute says itself what it lacks.
+  if (!found && PyObject_HasAttr(reinterpret_cast<PyObject*>(Py_TYPE(self)), name) != 0) error.raise();
   help("no_such_member", self, name);
   throw PythonError();
 }
 
 PyObject* get_attribute(PyObject* self, PyObject* name) {
   if (PyObject* found = PyObject_GenericGetAttr(self, name)) return found;
-  return giving([&] {
-    const MemberInfo* member = respelled(self, name);
-    if (member) return made(PyObject_GenericGetAttr(self, text(member->name).get()));
-    if (!PyErr_ExceptionMatches(PyExc_AttributeError)) throw PythonError();
-    no_such_member(self, name);
-  });
+  return giving([&] { return made(PyObject_GenericGetAttr(self, respelled(self, name).get())); });
 }
 
 int set_attribute(PyObject* self, PyObject* name, PyObject* value) {
   if (PyObject_GenericSetAttr(self, name, value) == 0) return 0;
-  return doing([&] {
-    const MemberInfo* member = respelled(self, name);
-    if (member) return answered(PyObject_GenericSetAttr(self, text(member->name).get(), value));
-    if (!PyErr_ExceptionMatches(PyExc_AttributeError)) throw PythonError();
-    no_such_member(self, name);
-  });
+  return doing([&] { return answered(PyObject_GenericSetAttr(self, respelled(self, name).get(), value)); });
 }
 
-template <const char* const* Name>
-PyObject* helped(PyObject* self, PyObject* /*none*/) {
-  return giving([&] { return help(*Name, self); });
+/// A method that is a function of tarn/_help.py; its argument does not matter there.
+constexpr char kNames[] = "names", kHtml[] = "as_html", kCopied[] = "copied", kPickle[] = "refuse_pickle";
+template <const char* Function>
+PyObject* helped(PyObject* self, PyObject* /*argument*/) {
+  return giving([&] { return help(Function, self); });
 }
-constexpr const char *kDir = "names", *kHtml = "as_html", *kCopy = "copied", *kPickle = "refuse_pickle";
 
 PyObject* represent(PyObject* self) {
   return giving([&] { return help("represented", self); });
-}
-
-PyObject* deep_copy(PyObject* self, PyObject* /*memory*/) {
-  return giving([&] { return help(kCopy, self); });
 }
 
 PyObject* is_daily(PyObject* self, void* /*closure*/) {
@@ -119,11 +101,11 @@ PyObject* is_daily(PyObject* self, void* /*closure*/) {
 }
 
 PyMethodDef methods[]{
-    {"__dir__", helped<&kDir>, METH_NOARGS, nullptr},
-    {"_repr_html_", helped<&kHtml>, METH_NOARGS, "The picture of what has one, else a table of the properties."},
-    {"__copy__", helped<&kCopy>, METH_NOARGS, nullptr},
-    {"__deepcopy__", deep_copy, METH_O, nullptr},
-    {"__reduce_ex__", [](PyObject* self, PyObject*) { return helped<&kPickle>(self, nullptr); }, METH_O, nullptr},
+    {"__dir__", helped<kNames>, METH_NOARGS, nullptr},
+    {"_repr_html_", helped<kHtml>, METH_NOARGS, "The picture of what has one, else a table of the properties."},
+    {"__copy__", helped<kCopied>, METH_NOARGS, nullptr},
+    {"__deepcopy__", helped<kCopied>, METH_O, nullptr},
+    {"__reduce_ex__", helped<kPickle>, METH_O, nullptr},
     {nullptr, nullptr, 0, nullptr}};
 PyMemberDef members[]{{"__weaklistoffset__", T_PYSSIZET, offsetof(Object, weak_references), READONLY, nullptr},
                       {nullptr, 0, 0, 0, nullptr}};

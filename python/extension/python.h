@@ -65,6 +65,29 @@ std::string utf8_of(PyObject* object);
 /// Sets the Python error of the C++ exception being handled.
 void set_error() noexcept;
 
+/// A Python error that is set, laid aside while other things are done.
+class ErrorAside {
+ public:
+  ErrorAside() { PyErr_Fetch(&type_, &value_, &traceback_); }
+  ~ErrorAside() {
+    for (PyObject* part : {type_, value_, traceback_}) Py_XDECREF(part);
+  }
+  ErrorAside(const ErrorAside&) = delete;
+  ErrorAside& operator=(const ErrorAside&) = delete;
+
+  bool is(PyObject* exception) const { return type_ && PyErr_GivenExceptionMatches(type_, exception) != 0; }
+  void put_back() {
+    PyErr_Restore(std::exchange(type_, nullptr), std::exchange(value_, nullptr), std::exchange(traceback_, nullptr));
+  }
+  [[noreturn]] void raise() {
+    put_back();
+    throw PythonError();
+  }
+
+ private:
+  PyObject *type_ = nullptr, *value_ = nullptr, *traceback_ = nullptr;
+};
+
 /// Runs a function that Python called, which returns an object or, for an error, null.
 template <typename F>
 PyObject* giving(F function) noexcept {

@@ -16,8 +16,7 @@ void log(void* /*context*/, const char* message, const char* component, const ch
   last_message() = message;
   const Lock lock;
   if (!log_handler) return;
-  PyObject *type = nullptr, *value = nullptr, *traceback = nullptr;
-  PyErr_Fetch(&type, &value, &traceback);  // as an object may end while an error is raised
+  ErrorAside error;  // as an object may end while one is raised
   try {
     const Ref all[]{text_or_none(message), text_or_none(component), text_or_none(class_name), text_or_none(procedure),
                     text_or_none(detail)};
@@ -27,7 +26,7 @@ void log(void* /*context*/, const char* message, const char* component, const ch
     set_error();
     PyErr_WriteUnraisable(log_handler);
   }
-  PyErr_Restore(type, value, traceback);
+  error.put_back();
 }
 
 void yield(void* /*context*/) {

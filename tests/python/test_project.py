@@ -315,7 +315,12 @@ class TestObjects(DailyCase):
             def area(self):
                 return self.Height * self.Width
 
+            @property
+            def lacking(self):
+                return self.window_typ
+
         own = Own()
+        self.raises(AttributeError, "no member window_typ; did you mean window_type", lambda: own.lacking)
         own.Height, own.Width, own.note = 4, 5, "mine"
         self.assertEqual((own.area(), own.note), (20.0, "mine"))
         self.raises(TypeError, "takes no arguments", lambda: tarn.WIN_Window(1))
