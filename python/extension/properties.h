@@ -14,7 +14,4 @@ Ref property_descriptor(const MemberInfo& member);
 Ref read(PyObject* object, const MemberInfo& member, const int32_t* subscripts, int32_t count);
 void let(PyObject* object, const MemberInfo& member, const int32_t* subscripts, int32_t count, PyObject* value);
 
-/// What tarn.members() and documentation need of a member, as a dict.
-Ref description_of(const MemberInfo& member);
-
 }  // namespace tarn::python

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import difflib
+import functools
 import html
 import inspect
 from typing import Any
@@ -19,15 +20,13 @@ def _at(place: tuple[str, int]) -> _members.Member:
 
 def class_of(thing: Any) -> str:
     """The component's class of an object whose class may be derived from it."""
-    return next(each.__name__ for each in type(thing).__mro__ if each.__name__ in _class_names())
+    made: Any = type(thing)
+    return _name_of(made)
 
 
-_names: set[str] = set()
-
-
-def _class_names() -> set[str]:
-    _names.update(_names or _tarn.classes())
-    return _names
+@functools.lru_cache(maxsize=None)
+def _name_of(made: Any) -> str:
+    return next(each.__name__ for each in made.__mro__ if getattr(_tarn, each.__name__, None) is each)
 
 
 def member_doc(place: tuple[str, int]) -> str:

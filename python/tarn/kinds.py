@@ -55,6 +55,7 @@ def holder_of(entity: Any, name: str) -> Any:
     return part() if chosen[0].kind == "method" else part
 
 
+@functools.lru_cache(maxsize=None)
 def _has(class_name: str, name: str) -> bool:
     folded = name.replace("_", "").lower()
     return any(m.kind == "property" and not m.read_only and m.name.replace("_", "").lower() == folded

@@ -1,9 +1,11 @@
 """The daily face of the package: projects as mappings, tables in and out, what raises, what objects show of themselves."""
 
+import contextlib
 import copy
 import enum
 import gc
 import inspect
+import io
 import json
 import pathlib
 import pickle
@@ -347,6 +349,22 @@ class TestObjects(DailyCase):
         needed = subprocess.run(["readelf", "-d", _tarn.__file__], capture_output=True, text=True).stdout
         self.assertNotIn("libtarn", needed)
         self.assertNotIn("libpython", needed)
+
+
+class TestDocumentation(unittest.TestCase):
+    def test_the_examples_of_the_page_run(self):
+        root = pathlib.Path(__file__).resolve().parents[2]
+        page = (root / "docs" / "python.md").read_text(encoding="utf-8")
+        with tempfile.TemporaryDirectory() as folder:
+            subprocess.run([sys.executable, root / "examples" / "make_year.py", f"{folder}/tarnwater.epw"], check=True)
+            made = {}
+            for heading in ("## Daily work", "## Tables") if numpy else ("## Daily work",):
+                block = page.split(heading)[1].split("\n\n- **" if "Daily" in heading else "\n\nThe rows")[0]
+                code = "\n".join(line[4:] for line in block.splitlines() if line.startswith("    "))
+                made["project"] = made.get("project") and tarn.Project(f"{folder}/MALL")
+                with contextlib.redirect_stdout(io.StringIO()) as said:
+                    exec(code.replace("/jobs", folder).replace("/data", folder), made)
+                self.assertTrue("Tarnwater" in said.getvalue() or "Tables" in heading)
 
 
 class TestTypes(unittest.TestCase):
