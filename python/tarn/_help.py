@@ -26,7 +26,7 @@ def class_of(thing: Any) -> str:
 
 @functools.lru_cache(maxsize=None)
 def _name_of(made: Any) -> str:
-    return next(each.__name__ for each in made.__mro__ if getattr(_tarn, each.__name__, None) is each)
+    return str(next(each.__name__ for each in made.__mro__ if getattr(_tarn, each.__name__, None) is each))
 
 
 def member_doc(place: tuple[str, int]) -> str:
