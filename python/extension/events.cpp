@@ -12,7 +12,7 @@ namespace {
 PyTypeObject* event_type = nullptr;
 
 /// A handler as the library knows it: by a number, as the object that it was set on may end before what it listens to.
-/// It holds nothing of Python's: the object has the handler, and a thread may end without the interpreter's lock.
+/// The object has the handler.
 struct Listening {
   PyObject* owner;  // which takes it away when it ends
   const MemberInfo* member;
@@ -20,12 +20,13 @@ struct Listening {
 };
 using Listenings = std::unordered_map<uintptr_t, std::shared_ptr<Listening>>;
 
+/// Of all threads, as an object may end on another one than its own. The interpreter's lock guards them.
 Listenings& listenings() {
-  static thread_local Listenings all;
-  return all;
+  static auto* const all = new Listenings;  // outlives all objects
+  return *all;
 }
 uintptr_t next_number() {
-  static thread_local uintptr_t number = 0;
+  static uintptr_t number = 0;
   return ++number;
 }
 

@@ -330,6 +330,19 @@ class TestObjects(DailyCase):
         self.raises(TypeError, "no argument colour", lambda: own.Load(colour=1))
         self.raises(AttributeError, "is a method", lambda: setattr(tarn.WIN_Window(), "Load", 1))
 
+    def test_a_handler_ends_with_its_object_on_any_thread(self):
+        system = self.project.air_systems.new(name="AHU")
+        design = self.project.data.new_air_system_design()
+        design.air_system = system  # which the design keeps
+        asked, holder = [], [system]
+        system.on_update_dependencies = lambda override: asked.append(1)
+        del system
+        thread = threading.Thread(target=holder.clear)
+        thread.start()
+        thread.join()
+        design.air_system.save()
+        self.assertEqual(asked, [])
+
     def test_a_foreign_thread_is_told(self):
         window, told = self.project.windows.new(name="A"), []
 
