@@ -2,8 +2,9 @@
 
 Of kinds with a record file the rows are the records as they lie in the file, each behind its index: fields by their
 offsets, texts as bytes of code page 1252 without the blanks at their end, Booleans as 0 and -1, arrays with their
-subscripts in reverse order, as the first one varies fastest. Units are those of the properties. Kinds with a file for each entity are loaded one by one:
-their columns are the stored properties of the entity and of its single parts ("General.PlantType")."""
+subscripts in reverse order, as the first one varies fastest. Units are those of the properties. Kinds with a file for
+each entity are loaded one by one: their columns are the stored properties of the entity and of its single parts
+("General.PlantType")."""
 
 from __future__ import annotations
 
