@@ -63,12 +63,12 @@ void exchange_cases(Report& report, const std::string& folder) {
   const std::string text = export_project(ours.project, {}, quiet);
   const auto tree = Json::parse(text);
   size_t bytes = 0;
-  report.compare({"export 10,000 windows", kWindows, 2.0, 7},
+  report.compare({"export 10,000 windows", kWindows, 1.3, 7},
                  {.run = [&] { bytes += export_project(ours.project, {}, quiet).size(); }}, {.run = [&] {
                    load_all(ours.project);
                    bytes += tree.dump().size();
                  }});
-  report.compare({"import 10,000 windows", kWindows, 2.0, 7},
+  report.compare({"import 10,000 windows", kWindows, 1.3, 7},
                  {.run = [&] { import_project(ours.project, text, quiet); }, .before = [&] { ours.clear(); }},
                  {.run =
                       [&] {

@@ -110,8 +110,9 @@ struct Reader : Walk {
   static constexpr size_t kMostValues = 10'000'000;  // what a tree of them holds in half a gigabyte
   struct Level {
     Json* json;
-    std::string key;             // of the next value of an object
-    std::set<std::string> keys;  // in small letters
+    std::string key;                                    // of the next value of an object
+    std::set<std::string> keys;                         // in small letters
+    std::vector<std::pair<std::string, Json>> members;  // until it ends: one at a time the object would copy its keys
   };
   const LineCounter& counter;
   Json all;
@@ -132,17 +133,22 @@ struct Reader : Walk {
     if (levels.empty()) return &(all = std::move(json));
     Level& level = levels.back();
     if (level.json->is_array()) return &level.json->emplace_back(std::move(json));
-    // At the end, without the search for a key that is known to be new.
-    return &level.json->get_ref<Json::object_t&>().emplace_back(std::move(level.key), std::move(json)).second;
+    return &level.members.emplace_back(std::move(level.key), std::move(json)).second;
   }
   bool value(Json&& json) override { return add(std::move(json)) != nullptr; }
   bool open(bool array) override {
     Json* const json = add(array ? Json::array() : Json::object());
     if (!json) return false;
-    levels.push_back({json, {}, {}});
+    levels.push_back({json, {}, {}, {}});
     return levels.size() <= kDeepest || refuse("the text nests deeper than " + std::to_string(kDeepest) + " levels.");
   }
   bool close() override {
+    Level& level = levels.back();
+    if (auto* object = level.json->get_ptr<Json::object_t*>()) {
+      object->reserve(level.members.size());
+      // At the end, without the search for a key that is known to be new.
+      for (auto& [key, json] : level.members) object->emplace_back(std::move(key), std::move(json));
+    }
     levels.pop_back();
     return true;
   }

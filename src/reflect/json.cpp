@@ -91,7 +91,8 @@ Json code_json(std::span<const Label> labels, const Json& json) {
 void set_element(Object& object, const Member& member, const Json& json, Subscripts at, Given given) {
   const auto let = given == Given::WithRecord ? &Member::let_stored : &Member::let;
   if (member.width() > 0 && json.is_null()) return (member.*let)(object, at, std::string(member.width(), '\0'));
-  const Value value = from_json(member.labels.empty() ? json : code_json(member.labels_of(object), json), member.type);
+  const Value value = member.labels.empty() ? from_json(json, member.type)
+                                            : from_json(code_json(member.labels_of(object), json), member.type);
   if (const auto* text = std::get_if<std::string>(&value);
       text && member.width() > 0 && text->size() > member.width()) {
     if (const size_t length = page_from_utf8(*text).size(); length > member.width()) {
@@ -127,27 +128,30 @@ Json to_json(const Value& value) {
 }
 
 Value from_json(const Json& json, ValueType type) {
-  const std::string found = "found " + std::string(json.type_name()) + ", wanted ";
+  const auto wanted = [&](const char* what) {
+    fail(ErrorNumber::TypeMismatch, "found " + std::string(json.type_name()) + ", wanted " + what);
+  };
   switch (type) {
     case ValueType::Boolean:
-      if (!json.is_boolean()) fail(ErrorNumber::TypeMismatch, found + "true or false");
+      if (!json.is_boolean()) wanted("true or false");
       return json.get<bool>();
     case ValueType::Text:
-      if (!json.is_string()) fail(ErrorNumber::TypeMismatch, found + "a text");
+      if (!json.is_string()) wanted("a text");
       return json.get<std::string>();
     case ValueType::Real32:
     case ValueType::Real64:
       if (json.is_string()) return real_of_text(json.get<std::string>());
-      if (!json.is_number()) fail(ErrorNumber::TypeMismatch, found + "a number");
+      if (!json.is_number()) wanted("a number");
       return json.get<double>();
     case ValueType::Int16:
     case ValueType::Int32:
-      if (!json.is_number_integer()) fail(ErrorNumber::TypeMismatch, found + "a whole number");
+      if (!json.is_number_integer()) wanted("a whole number");
       if (const auto n = json.get<int64_t>(); !(json.is_number_unsigned() && n < 0) && n >= INT32_MIN && n <= INT32_MAX)
         return static_cast<int32_t>(n);
       fail(ErrorNumber::Overflow, "found " + json_text(json) + ", which is too large");
     default:
-      fail(ErrorNumber::TypeMismatch, found + "nothing");
+      wanted("nothing");
+      return {};
   }
 }
 
@@ -206,7 +210,27 @@ void write_number(std::string& out, T value) {
   if (std::is_floating_point_v<T> && digits.find_first_of(".e") == std::string_view::npos) out += ".0";
 }
 
+/// A finite number, a truth or an unwritten text of a record, as its bytes have it; false for anything else.
+bool write_plain(std::string& out, const RecordField& field, const std::byte* at) {
+  if (field.wire == Wire::Text && std::all_of(at, at + field.width, [](std::byte b) { return b == std::byte{0}; })) {
+    out += "null";
+    return true;
+  }
+  bool written = true;
+  const bool plain = with_number(field.wire, at, [&](auto value) {
+    if constexpr (std::is_same_v<decltype(value), bool>)
+      out += value ? "true" : "false";
+    else if (!std::is_floating_point_v<decltype(value)> || std::isfinite(value))
+      write_number(out, value);
+    else
+      written = false;
+  });
+  return plain && written;
+}
+
 void write_element(std::string& out, Object& object, const Member& member, Subscripts at) {
+  const auto* const field = std::get_if<RecordField>(&member.form);
+  if (field && member.labels.empty() && write_plain(out, *field, field->place(object, member.bounds, at))) return;
   Value value;
   member.get_stored(object, at, value);
   const auto* whole = std::get_if<int16_t>(&value);
@@ -214,12 +238,6 @@ void write_element(std::string& out, Object& object, const Member& member, Subsc
     write_number(out += R"({"code":)", *whole);
     write_text(out += R"(,"text":)", text_of_code(object, member, *whole));
     out += '}';
-    return;
-  }
-  if (whole) return write_number(out, *whole);
-  if (const auto* real = std::get_if<float>(&value); real && std::isfinite(*real)) return write_number(out, *real);
-  if (const auto* said = std::get_if<bool>(&value)) {
-    out += *said ? "true" : "false";
     return;
   }
   if (const auto* text = std::get_if<std::string>(&value); text && text->find('\0') == std::string::npos)

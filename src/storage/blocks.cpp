@@ -4,6 +4,15 @@
 #include <cstring>
 
 namespace tarn {
+namespace {
+
+bool holds_anything(std::span<const std::byte> block) {
+  // Each byte is as the one before it, and the first is 0.
+  return !block.empty() &&
+         (block[0] != std::byte{0} || std::memcmp(block.data(), block.data() + 1, block.size() - 1) != 0);
+}
+
+}  // namespace
 
 size_t size_of(const Blocks& blocks) {
   size_t size = 0;
@@ -27,25 +36,46 @@ void scatter(std::span<const std::byte> bytes, const Blocks& blocks) {
 
 void clear(const Blocks& blocks) {
   for (const auto& block : blocks) {
-    if (!block.empty()) std::memset(block.data(), 0, block.size());
+    if (holds_anything(block)) std::memset(block.data(), 0, block.size());
   }
 }
 
-bool hold(const Blocks& blocks, std::span<const std::byte> bytes) {
-  if (size_of(blocks) != bytes.size()) return false;
+bool hold_anything(const Blocks& blocks) { return std::ranges::any_of(blocks, holds_anything); }
+
+Kept::Kept(const Blocks& blocks) {
+  blocks_.reserve(blocks.size());
   for (const auto& block : blocks) {
-    if (!block.empty() && std::memcmp(block.data(), bytes.data(), block.size()) != 0) return false;
-    bytes = bytes.subspan(block.size());
+    blocks_.push_back({block.size(), holds_anything(block)});
+    if (blocks_.back().holds) bytes_.insert(bytes_.end(), block.begin(), block.end());
+  }
+}
+
+bool Kept::fits(const Blocks& blocks) const {
+  return std::ranges::equal(blocks, blocks_, {}, &std::span<std::byte>::size, &Block::size);
+}
+
+bool Kept::is_in(const Blocks& blocks) const {
+  if (!fits(blocks)) return false;
+  const std::byte* bytes = bytes_.data();
+  for (size_t i = 0; i < blocks.size(); ++i) {
+    const bool same =
+        blocks_[i].holds ? std::memcmp(blocks[i].data(), bytes, blocks[i].size()) == 0 : !holds_anything(blocks[i]);
+    if (!same) return false;
+    if (blocks_[i].holds) bytes += blocks[i].size();
   }
   return true;
 }
 
-bool hold_anything(const Blocks& blocks) {
-  // Each byte is as the one before it, and the first is 0.
-  return std::ranges::any_of(blocks, [](const auto& block) {
-    return !block.empty() &&
-           (block[0] != std::byte{0} || std::memcmp(block.data(), block.data() + 1, block.size() - 1) != 0);
-  });
+void Kept::put_back(const Blocks& blocks) const {
+  auto bytes = bytes_.begin();
+  for (size_t i = 0; i < blocks.size(); ++i) {
+    if (!blocks_[i].holds) {
+      clear({blocks[i]});
+      continue;
+    }
+    std::copy_n(bytes, blocks[i].size(), blocks[i].begin());
+    bytes += static_cast<ptrdiff_t>(blocks[i].size());
+  }
 }
 
 }  // namespace tarn

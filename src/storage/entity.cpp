@@ -40,18 +40,18 @@ IndexRow StoredEntity::row_of(int16_t index) const {
 
 struct StoredEntity::Before {
   int16_t index;
-  std::vector<std::byte> inputs;
+  Kept inputs;
   std::function<void()> rest, state;
 };
 
 StoredEntity::Before StoredEntity::before(bool with_results) {
-  return {index_, gathered(file_->inputs()), keep_rest(), file_->keep_state(with_results)};
+  return {index_, Kept(file_->inputs()), keep_rest(), file_->keep_state(with_results)};
 }
 
 void StoredEntity::put_back(const Before& before) {
   index_ = before.index;
   if (before.rest) before.rest();  // lists first: the bytes go into them
-  scatter(before.inputs, file_->inputs());
+  before.inputs.put_back(file_->inputs());
   if (before.state) before.state();
 }
 
@@ -86,12 +86,12 @@ void StoredEntity::follow_rollback() {
   });
 }
 
-void StoredEntity::take_back_changes(const std::vector<std::byte>& before) {
+void StoredEntity::take_back_changes(const Kept& before) {
   const Blocks saved = file_->inputs();
-  if (hold(saved, before)) return;
-  on_rollback([this, before, after = gathered(saved)] {
+  if (before.is_in(saved)) return;
+  on_rollback([this, before, after = Kept(saved)] {
     const Blocks inputs = file_->inputs();
-    if (hold(inputs, after)) scatter(before, inputs);
+    if (after.is_in(inputs) && before.fits(inputs)) before.put_back(inputs);
   });
 }
 

@@ -366,9 +366,9 @@ void SectionFile::clear_dropped(const SaveContext& save) {
   };
   const Blocks now = results();
   if (!hold_anything(now)) return;
-  entity_.on_rollback([results, bytes = gathered(now)] {
+  entity_.on_rollback([results, kept = Kept(now)] {
     const Blocks then = results();
-    if (size_of(then) == bytes.size() && !hold_anything(then)) scatter(bytes, then);
+    if (kept.fits(then) && !hold_anything(then)) kept.put_back(then);
   });
   clear(now);
 }
@@ -404,12 +404,12 @@ std::function<void()> SectionFile::keep_state(bool with_results) {
   std::vector<bool> flags;
   for (const ChangedFlag& flag : entity_.kind().flags) flags.push_back(flag.of(entity_));
   const std::string companion = form_.companion ? form_.companion(entity_) : std::string();
-  return [this, there = there_, loaded = loaded_, companion, flags, results, bytes = gathered(results)] {
+  return [this, there = there_, loaded = loaded_, companion, flags, results, kept = Kept(results)] {
     there_ = there;
     if (form_.companion) form_.companion(entity_) = companion;
     loaded_ = loaded;
     for (size_t i = 0; i < flags.size(); ++i) entity_.kind().flags[i].of(entity_) = flags[i];
-    scatter(bytes, results);
+    kept.put_back(results);
   };
 }
 

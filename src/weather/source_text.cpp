@@ -39,6 +39,10 @@ size_t split(std::string_view line, std::span<std::string_view> fields) {
 }
 
 int whole_in(std::string_view field, const char* what, int line) {
+  constexpr size_t kMostDigits = 5;
+  int plain = 0;  // digits alone, as nearly all are
+  const auto [end, failed] = std::from_chars(field.data(), field.data() + field.size(), plain);
+  if (failed == std::errc() && end == field.data() + field.size() && field.size() <= kMostDigits) return plain;
   const double value = number_in(field, what, line);
   if (value == std::floor(value) && std::abs(value) <= 99999) return static_cast<int>(value);
   refuse_line(line, std::string(what) + " is " + quoted(stripped(field)) + ", which is not a whole number");

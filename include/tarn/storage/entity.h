@@ -150,7 +150,7 @@ class StoredEntity : public Object {
   /// A rollback of what is being done takes the object's index, memory of its links and sections back as well.
   void follow_rollback();
   /// So it does with what the save itself has changed in the record, unless a client has changed it since.
-  void take_back_changes(const std::vector<std::byte>& before);
+  void take_back_changes(const Kept& before);
 
   friend class SectionFile;  // for what a rollback takes back
 
