@@ -13,7 +13,9 @@ run:
 	@cmake --build build --target tarn_cli tarn_python tarn_shipped
 	@examples/run.sh
 
-test: build
+test:
+	@scripts/setup test
+	@$(MAKE) --no-print-directory build
 	@scripts/format-check
 	ctest --test-dir build --output-on-failure -j$$(nproc)
 	@cmake --preset sanitize >/dev/null
@@ -28,9 +30,12 @@ check: test
 	@scripts/tidy
 	@scripts/install-check
 
-bench: build
+bench:
+	@scripts/setup test
+	@$(MAKE) --no-print-directory build
 	@cmake --build build --target tarn_bench
 	build/bench/tarn_bench
+	PYTHONPATH=build/python /usr/bin/python3 bench/python_windows.py
 
 # 10,000 faults at file calls, programs that are killed, 10,000 losses of power. Half an hour.
 faults:

@@ -8,7 +8,6 @@
 #include <fstream>
 #include <iostream>
 
-#include "base/decimals.h"
 #include "platform/host.h"
 #include "reflect/json_text.h"
 #include "tarn/base/error.h"
@@ -68,9 +67,7 @@ Ptr<Database> open_project(COM_ProjectData& project, const Call& call, Use use) 
 std::string shown(const Json& value) {
   if (value.is_string()) return value.get<std::string>();
   if (!value.is_number_float()) return json_text(value);
-  char text[32];
-  std::snprintf(text, sizeof text, "%.6g", value.get<double>());
-  return text;
+  return six_digits(value.get<double>());
 }
 
 namespace {
@@ -86,14 +83,6 @@ void print_cell(const std::string& text, size_t width, bool right) {
 }
 
 }  // namespace
-
-std::string grouped(double value, int decimals) {
-  if (!std::isfinite(value) || std::abs(value) >= 1e15) return shown(Json(value));
-  std::string out = decimal_text(value, decimals);
-  const size_t first = out[0] == '-' ? 1 : 0;
-  for (size_t at = std::min(out.find('.'), out.size()); at > first + 3; at -= 3) out.insert(at - 3, ",");
-  return out;
-}
 
 void print_table(const std::vector<std::string>& heads, const std::vector<std::vector<Json>>& rows,
                  std::string_view sides) {

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/measures.h"
 #include "reflect/json_text.h"
 #include "tarn/platform/database.h"
 #include "tarn/project.h"
@@ -54,9 +55,6 @@ Ptr<Database> open_project(COM_ProjectData& project, const Call& call, Use use);
 
 /// A number as a person reads it, six digits.
 std::string shown(const Json& value);
-
-/// A number as in reports: with so many decimals, thousands separated.
-std::string grouped(double value, int decimals);
 
 /// Rows of texts in aligned columns; to the right those whose letter in `sides` is 'r', without letters the numbers.
 void print_table(const std::vector<std::string>& heads, const std::vector<std::vector<Json>>& rows,

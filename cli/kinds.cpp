@@ -8,11 +8,12 @@
 #include "cli/entities.h"
 #include "cli/layers.h"
 #include "cli/list.h"
+#include "cli/units.h"
 #include "cli/views/pictures.h"
-#include "cli/views/wall_pictures.h"
 #include "exchange/imports.h"
 #include "storage/kind.h"
 #include "tarn/exchange.h"
+#include "tarn/pictures.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/reflect/by_name.h"
 #include "tarn/storage/entity.h"
@@ -46,7 +47,7 @@ int kind_show(const Call& call) {
     std::cout << (index == indexes.front() ? "" : "\n") << on.entity->info().name << ' ' << index << '\n';
     show_entity(*on.database, *on.entity);
   }
-  if (!call.svg.empty()) save_picture(call, wall_picture(dynamic_cast<CA_ConstructionAssly&>(*on.entity)));
+  if (!call.svg.empty()) save_picture(call, wall_picture(dynamic_cast<CA_ConstructionAssly&>(*on.entity), units()));
   return kClean;
 }
 

@@ -8,6 +8,7 @@
 #include "cli/views/result_pictures.h"
 #include "platform/file_store.h"
 #include "reflect/json.h"
+#include "tarn/pictures.h"
 #include "tarn/reflect/collection.h"
 
 namespace tarn::cli {

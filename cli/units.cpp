@@ -1,8 +1,8 @@
 #include "cli/units.h"
 
-#include <cmath>
 #include <cstdlib>
 
+#include "base/measures.h"
 #include "base/nearest.h"
 #include "cli/command.h"
 #include "reflect/json.h"
@@ -11,12 +11,7 @@
 namespace tarn::cli {
 namespace {
 
-UnitSystem chosen = UnitSystem::InchPound;
-
-std::string with_unit(const std::string& number, std::string_view unit) {
-  const std::string_view shown = shown_unit(unit);
-  return shown.empty() ? number : number + " " + std::string(shown);
-}
+Measures chosen(UnitSystem::InchPound);
 
 }  // namespace
 
@@ -26,17 +21,15 @@ void choose_units(const std::string& option) {
   if (!word.empty() && !same_word(word, "si") && !same_word(word, "ip"))
     throw UsageError((option.empty() ? "TARN_UNITS" : "--units") + std::string(" is \"") + word +
                      "\"; it is ip or si.");
-  chosen = same_word(word, "si") ? UnitSystem::SI : UnitSystem::InchPound;
+  chosen = Measures(same_word(word, "si") ? UnitSystem::SI : UnitSystem::InchPound);
 }
 
-UnitSystem units() { return chosen; }
-
-std::string_view shown_unit(std::string_view unit) { return unit_in(chosen, unit); }
-
-double shown_value(double value, std::string_view unit) {
-  const std::string_view shown = shown_unit(unit);
-  return shown == unit ? value : convert(value, unit, shown);
-}
+UnitSystem units() { return chosen.system(); }
+std::string_view shown_unit(std::string_view unit) { return chosen.unit(unit); }
+double shown_value(double value, std::string_view unit) { return chosen.value(value, unit); }
+std::string quantity(double value, std::string_view unit) { return chosen.quantity(value, unit); }
+std::string figure(double value, std::string_view unit) { return chosen.figure(value, unit); }
+std::string measure(double value, std::string_view unit) { return chosen.measure(value, unit); }
 
 Json shown_element(const Object& object, const Member& property, Subscripts at) {
   Value value;
@@ -46,15 +39,5 @@ Json shown_element(const Object& object, const Member& property, Subscripts at) 
   const double value_shown = shown_value(json.get<double>(), unit_of(object, property));
   return std::stod(shown(Json(value_shown)));
 }
-
-std::string quantity(double value, std::string_view unit) {
-  return with_unit(shown(Json(shown_value(value, unit))), unit);
-}
-
-std::string figure(double value, std::string_view unit) {
-  return grouped(shown_value(value, unit), decimals_in(chosen, unit));
-}
-
-std::string measure(double value, std::string_view unit) { return with_unit(figure(value, unit), unit); }
 
 }  // namespace tarn::cli

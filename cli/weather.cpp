@@ -7,7 +7,7 @@
 #include "cli/views/weather_pictures.h"
 #include "platform/file_store.h"
 #include "reflect/json.h"
-#include "tarn/platform/workspace.h"
+#include "tarn/pictures.h"
 #include "tarn/weather_import.h"
 #include "weather/calendar.h"
 #include "weather/year_review.h"
@@ -68,23 +68,13 @@ void check_output(const std::string& file) {
 int weather_import(const Call& call) {
   if (call.words.empty()) throw UsageError("Which file? tarn weather import FILE [--output CITY.HW1]");
   ReadWeather read(call);
-  const HourlyVerdict verdict = verdict_of(read.year);
-  if (read.is_hourly() && verdict.code == kHourlyInvalid.code)
-    fail(ErrorNumber::UnknownFormat, read.file + ": " + std::string(verdict.text) + " Nothing was imported.");
-  if (read.is_hourly() && !read.imported.notes.empty())
-    fail(ErrorNumber::UnknownFormat, read.file + ": " + read.imported.notes.front() + ". Nothing was imported.");
+  check_hourly(read.year, read.imported, read.file);
   std::string made = call.output;
   if (made.empty()) {
     COM_ProjectData project;
     open_project(project, call, Use::Writing);
     made = project.SimWeatherInputsFilename();
-    const auto weather = project.NewWeather();
-    weather->Load();
-    use_as_simulation(*weather, read.year, read.imported);
-    Transaction transaction;
-    read.year.Save(made);
-    weather->Save();
-    transaction.commit();
+    save_as_simulation(*project.NewWeather(), read.year, read.imported, made);
   } else {
     check_output(made);
     read.year.Save(made);
@@ -177,7 +167,7 @@ int weather_show(const Call& call) {
     show_statistics(statistics);
     show_month_chart(statistics);
   }
-  if (!call.svg.empty()) save_picture(call, heat_map(read.year));
+  if (!call.svg.empty()) save_picture(call, weather_picture(read.year));
   return kClean;
 }
 

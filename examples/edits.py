@@ -8,7 +8,7 @@ from job import open_project, show_stale, stale
 from results import calculate
 
 
-def edit_wall(project):
+def edit_wall(project: tarn.COM_ProjectData) -> tuple[str, int]:
     wall = project.NewWall()
     wall.Load(2)
     layer = wall.GetLayer(3)
@@ -24,7 +24,7 @@ def edit_wall(project):
     return "Wall", 2
 
 
-def edit_space(project):
+def edit_space(project: tarn.COM_ProjectData) -> tuple[str, int]:
     space = project.NewSpace()
     space.Load(5)
     space.GetPeople().Occupancy = 150
@@ -33,7 +33,7 @@ def edit_space(project):
     return "Space", 5
 
 
-def edit_chiller(project):
+def edit_chiller(project: tarn.COM_ProjectData) -> tuple[str, int]:
     chiller = project.NewChiller()
     chiller.Load(2)
     before = chiller.CoolingMode.FLPower
@@ -43,7 +43,7 @@ def edit_chiller(project):
     return "Chiller", 2
 
 
-def edit_rate(project):
+def edit_rate(project: tarn.COM_ProjectData) -> tuple[str, int]:
     rate = project.NewElectricRate()
     rate.Load(1)
     rate.ECRate[1] = 0.21
@@ -52,7 +52,7 @@ def edit_rate(project):
     return "ElectricRate", 1
 
 
-def main():
+def main() -> None:
     project = open_project()
     database = tarn.open_database(project.IndexDBName)
     tons, bills = calculate(project)

@@ -12,25 +12,27 @@ WAYS = (("Space_Wall_Links", "Wall", "Space"), ("Space_Roof_Links", "Roof", "Spa
         ("Plant_Chiller_Links", "Chiller", "Plant"), ("ElectricRate_Schedule_Links", "Schedule", "ElectricRate"),
         ("Building_System_Links", "System", "Building"), ("Building_Plant_Links", "Plant", "Building"),
         ("Building_ElectricRate_Links", "ElectricRate", "Building"))
+Thing = tuple[str, int]  # kind and index
 WORDS = {"System": "air system", "ElectricRate": "electric rate"}
 
 
-def open_project():
+def open_project() -> tarn.COM_ProjectData:
     path = pathlib.Path(sys.argv[1])
     project = tarn.COM_ProjectData()
     project.WorkPath, project.FilePrefix = str(path.parent), path.name
     return project
 
 
-def called(database, kind, index):
+def called(database: tarn.Database, kind: str, index: int) -> str:
     table = ("AirSystem" if kind == "System" else kind) + "Index"
     name = database.rows(f"SELECT szName FROM {table} WHERE nIndex = {index}")[0]["szName"]
     return f"{WORDS.get(kind, kind.lower())} {index}, {name}"
 
 
-def ways_from(database, kind, index):
+def ways_from(database: tarn.Database, kind: str, index: int) -> dict[Thing, list[Thing]]:
     """The shortest chain of links from an entity to each entity that depends on it, by kind and index."""
-    ways, front = {}, [((kind, index), [(kind, index)])]
+    ways: dict[Thing, list[Thing]] = {}
+    front = [((kind, index), [(kind, index)])]
     while front:
         (kind, index), way = front.pop(0)
         for table, used, user in WAYS:
@@ -44,9 +46,9 @@ def ways_from(database, kind, index):
     return ways
 
 
-def stale(database):
+def stale(database: tarn.Database) -> dict[Thing, str]:
     """What the index database marks as changed since it was calculated, and of which calculation."""
-    found = {}
+    found: dict[Thing, str] = {}
     for kind, table in (("System", "AirSystemIndex"), ("Plant", "PlantIndex")):
         for row in database.rows(f"SELECT nIndex, bDesHasChanged, bSimHasChanged FROM {table} ORDER BY nIndex"):
             what = [word for word, flag in (("sizing", "bDesHasChanged"), ("simulation", "bSimHasChanged")) if row[flag]]
@@ -57,7 +59,7 @@ def stale(database):
     return found
 
 
-def show_stale(database, kind, index):
+def show_stale(database: tarn.Database, kind: str, index: int) -> None:
     """Each stale entity, and the chain of links from the edited one to it."""
     marked, ways = stale(database), ways_from(database, kind, index)
     for thing, what in marked.items():
@@ -67,7 +69,7 @@ def show_stale(database, kind, index):
     print("  not stale:", "; ".join(fresh) or "nothing")
 
 
-def every(database):
+def every(database: tarn.Database) -> list[Thing]:
     """All entities that have results."""
     return [(kind, row["nIndex"]) for kind, table in (("System", "AirSystemIndex"), ("Plant", "PlantIndex"), ("Building", "BuildingIndex"))
             for row in database.rows(f"SELECT nIndex FROM {table} ORDER BY nIndex")]

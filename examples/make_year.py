@@ -17,13 +17,14 @@ The walks come from one seed, so that the same file comes every time.
 import math
 import random
 import sys
+from typing import Iterator
 
 LATITUDE, LONGITUDE, ZONE, ELEVATION_M = 41.0, -88.0, -6.0, 183.0
 DAMPEST = 24.0  # C, dew point
 DAYS_IN = [31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31]
 
 
-def walk(count, half_life_h, deviation, rng):
+def walk(count: int, half_life_h: float, deviation: float, rng: random.Random) -> list[float]:
     """A random walk around 0 with a half-life of its memory."""
     keep = 0.5 ** (1 / half_life_h)
     value, values = 0.0, []
@@ -33,7 +34,7 @@ def walk(count, half_life_h, deviation, rng):
     return values
 
 
-def sine_of_altitude(day, hour):
+def sine_of_altitude(day: int, hour: int) -> float:
     """Sine of the sun's altitude in the middle of the hour that ends at `hour`. Solar time differs from local time only by the
     longitude within the time zone."""
     declination = math.radians(23.45) * math.sin(2 * math.pi * (284 + day) / 365)
@@ -43,7 +44,7 @@ def sine_of_altitude(day, hour):
             + math.cos(latitude) * math.cos(declination) * math.cos(angle))
 
 
-def solar(day, hour, cover):
+def solar(day: int, hour: int, cover: float) -> tuple[float, float]:
     """Direct normal and diffuse horizontal, W/m2."""
     sine = sine_of_altitude(day, hour)
     if sine < 0.02:
@@ -54,7 +55,7 @@ def solar(day, hour, cover):
     return direct, (0.12 + 0.1 * cover) * outside * sine
 
 
-def hours():
+def hours() -> Iterator[tuple[int, int, float, float, float, float, float]]:
     rng = random.Random(1)
     cover_walk, fronts = walk(8760, 24, 0.45, rng), walk(8760, 48, 4.0, rng)
     pressure = 101325 * (1 - 2.25577e-5 * ELEVATION_M) ** 5.2559
@@ -71,13 +72,13 @@ def hours():
             at += 1
 
 
-def humidity(dry_bulb, dew_point):
+def humidity(dry_bulb: float, dew_point: float) -> int:
     """Relative humidity, per cent, by the Magnus formula."""
     vapour = [math.exp(17.62 * t / (243.12 + t)) for t in (dew_point, dry_bulb)]
     return min(100, round(100 * vapour[0] / vapour[1]))
 
 
-def main(path):
+def main(path: str) -> None:
     months = [(month, day) for month, days in enumerate(DAYS_IN, 1) for day in range(1, days + 1)]
     with open(path, "w", encoding="utf-8") as out:
         out.write(f"LOCATION,Tarnwater,IL,USA,MODEL,000001,{LATITUDE},{LONGITUDE},{ZONE},{ELEVATION_M}\n"

@@ -7,6 +7,7 @@ building that holds them; made, computed and saved.
 
 import json
 import pathlib
+from typing import Any
 
 import tarn
 from job import open_project
@@ -22,7 +23,7 @@ EVERYTHING = 15  # all sections of a building
 ALL = 508  # all sections of a plant
 
 
-def glazed(window, table, glazing, frame_type):
+def glazed(window: tarn.WIN_Window, table: dict[str, Any], glazing: dict[str, Any], frame_type: int) -> tarn.WIN_Window:
     window.CreateDefault()
     window.Name = glazing["name"]
     window.Height, window.Width, window.FrameType = 4.0, 5.0, frame_type
@@ -41,7 +42,7 @@ def glazed(window, table, glazing, frame_type):
     return window
 
 
-def make_windows(project):
+def make_windows(project: tarn.COM_ProjectData) -> None:
     table = json.loads((HERE / "glazings.json").read_text())
     print("U-values in Btu/(hr.ft2.F); the coefficients are those of the conduction transfer functions\n")
     print(f"{'glazing':24} {'centre of glass, computed (published)':>38}   {'with frame':>14}")
@@ -56,7 +57,7 @@ def make_windows(project):
                   f"{window.OverallUValue:6.3f} {window.OverallShadeCo:7.3f}")
 
 
-def make_constructions(project):
+def make_constructions(project: tarn.COM_ProjectData) -> None:
     table = json.loads((HERE / "constructions.json").read_text())
     print(f"\n{'construction':24} {'U-value':>8} {'lb/ft2':>8}   {'b, first three':29} {'d, after the first':29}")
     for group, new in (("walls", project.NewWall), ("roofs", project.NewRoof)):
@@ -73,7 +74,7 @@ def make_constructions(project):
             print_coefficients(built)
 
 
-def fill(layer, material):
+def fill(layer: tarn.CA_Layer, material: dict[str, Any]) -> None:
     layer.Name, layer.LayerUsed = material["name"], True
     if "resistance" in material:
         layer.ThermalResistance = material["resistance"]
@@ -82,13 +83,13 @@ def fill(layer, material):
     layer.Density, layer.SpecificHeat = material["density"], material["specific_heat"]
 
 
-def print_coefficients(built):
+def print_coefficients(built: tarn.CA_ConstructionAssly) -> None:
     b, d = built.BTrans[:], built.DTrans[:]
     print(f"{built.Name:24} {built.OverallUValue:8.4f} {built.OverallWeight:8.1f}   "
           f"{b[0]:9.2e} {b[1]:9.2e} {b[2]:9.2e}  {d[1]:9.2e} {d[2]:9.2e} {d[3]:9.2e}")
 
 
-def make_schedules(project):
+def make_schedules(project: tarn.COM_ProjectData) -> None:
     """Office hours, as per cent of the peak: profile 1 on weekdays and design days, 2 on the others; then the periods of
     the electric rate."""
     for name, workday, weekend in (("Office people", 95, 5), ("Office lights", 90, 10)):
@@ -117,7 +118,7 @@ def make_schedules(project):
     periods.Save()
 
 
-def make_spaces(project):
+def make_spaces(project: tarn.COM_ProjectData) -> None:
     """Four perimeter rooms around a core."""
     door, shade = project.NewDoor(), project.NewShade()
     door.CreateDefault()
@@ -137,7 +138,7 @@ def make_spaces(project):
     new_space(project, "Core", 2400).Save()
 
 
-def new_space(project, name, area):
+def new_space(project: tarn.COM_ProjectData, name: str, area: float) -> tarn.SPC_Space:
     space = project.NewSpace()
     space.CreateDefault()
     space.Name, space.FloorArea = name, area
@@ -155,7 +156,7 @@ SYSTEMS = [("VAV, perimeter", 8, {"South": [1], "West": [2], "North and east": [
 CHILLED_WATER, HOT_WATER = 3, 7  # sources of coils
 
 
-def make_systems(project):
+def make_systems(project: tarn.COM_ProjectData) -> None:
     """Systems of three types: a zone for each list of spaces."""
     for name, system_type, zones in SYSTEMS:
         system = project.NewAirSystem()
@@ -178,7 +179,7 @@ def make_systems(project):
               f"chilled water {'yes' if header.CWCoilsExists else 'no'}, hot water {'yes' if header.HWCoilsExists else 'no'}")
 
 
-def make_equipment(project):
+def make_equipment(project: tarn.COM_ProjectData) -> None:
     """Two chillers of shipped types, a boiler and a tower."""
     for name, chiller_type, tons in (("Screw chiller", 3, 12), ("Scroll chiller", 5, 6)):
         chiller = project.NewChiller()
@@ -191,7 +192,9 @@ def make_equipment(project):
         mode.MapPower = [[value * scale for value in column] for column in mode.MapPower[:]]
         chiller.Save()
         print(f"chiller {chiller.Index}, {name}: {mode.FLCapacity:g} tons, {mode.FLPower:.4g} kW with condenser water of {mode.FLEnteringTemp:g} F")
-    for entity, name in ((project.NewBoiler(), "Hot water boiler"), (project.NewCoolingTower(), "Cooling tower")):
+    others: list[tuple[tarn.BLR_Boiler | tarn.TWR_CoolingTower, str]] = [(project.NewBoiler(), "Hot water boiler"),
+                                                                         (project.NewCoolingTower(), "Cooling tower")]
+    for entity, name in others:
         entity.CreateDefault()
         entity.Name = name
         entity.Save()
@@ -200,7 +203,7 @@ def make_equipment(project):
 CHILLERS, BOILERS = 10, 20  # libraries of equipment
 
 
-def systems_with(project, coils):
+def systems_with(project: tarn.COM_ProjectData, coils: str) -> list[int]:
     found = []
     for index in range(1, len(SYSTEMS) + 1):
         system = project.NewAirSystem()
@@ -210,7 +213,7 @@ def systems_with(project, coils):
     return found
 
 
-def make_plants(project):
+def make_plants(project: tarn.COM_ProjectData) -> None:
     """Chilled water for the systems with such coils from the chillers with a shared tower, hot water from the boiler."""
     plants = (("Chilled water", 4, "CWCoilsExists", "CoolingEqpt", [(CHILLERS, 1, 67), (CHILLERS, 2, 33)], ["ChilledWaterPrimaryLoop", "CondenserWaterLoop"]),
               ("Hot water", 7, "HWCoilsExists", "HeatingEqpt", [(BOILERS, 1, 100)], ["HotWaterPrimaryLoop"]))
@@ -234,7 +237,7 @@ def make_plants(project):
               f"{plant.General.NumOutputs} hourly outputs to come")
 
 
-def make_rates(project):
+def make_rates(project: tarn.COM_ProjectData) -> None:
     """Electricity by time of day with a charge for the month's greatest demand; gas at one price. Prices are made up."""
     rate = project.NewElectricRate()
     rate.CreateDefault()
@@ -250,7 +253,7 @@ def make_rates(project):
     gas.Save()
 
 
-def make_building(project):
+def make_building(project: tarn.COM_ProjectData) -> None:
     building = project.NewBuilding()
     building.CreateDefault()
     building.GetBuildingGeneral().Name = "Small office"
@@ -264,7 +267,7 @@ def make_building(project):
     print(f"building {building.Index}, {building.GetBuildingGeneral().Name}: {len(SYSTEMS)} air systems, 2 plants, 2 meters with a rate")
 
 
-def main():
+def main() -> None:
     project = open_project()
     make_windows(project)
     with tarn.transaction(project):

@@ -5,10 +5,17 @@ files with methods of their own.
     PYTHONPATH=build/python python3 examples/results.py FOLDER/PREFIX    (run by `make run`)
 """
 
+from __future__ import annotations
+
 from math import cos, exp, pi, sin
+from typing import Any, Iterable
 
 import tarn
 from job import open_project, stale
+
+Air = tuple[float, float]  # dry-bulb and humidity ratio; sensible and latent; cooling and heating
+Serves = tuple[int, int]
+Year = list[list[float]]  # by month and hour
 
 MONTHS, HOURS = range(1, 13), range(24)
 DAYS_IN = (31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31)
@@ -25,22 +32,22 @@ OUTDOOR_CFM = 17.0  # a person
 SERVES = {8: (1, 1), 16: (1, 0), 6: (0, 1)}  # by type of system: the rooms' loads, their outdoor air
 
 
-def outdoor(month, hour):
+def outdoor(month: int, hour: int) -> float:
     """The design day's dry-bulb, F: 93 at most in July, 20 F above the night."""
     return 93 - 12 * (1 - cos((month - 7) * pi / 6)) - 10 * (1 - cos((hour - 15) * pi / 12))
 
 
-def occupied(hour):
+def occupied(hour: int) -> float:
     return 1.0 if 8 <= hour < 18 else 0.1
 
 
-def saturated(db):
+def saturated(db: float) -> float:
     """Humidity ratio of saturated air, lb/lb, by Magnus' formula."""
     vapour = 0.08865 * exp(17.62 * (db - 32) / (1.8 * 243.12 + db - 32))  # psia
     return 0.622 * vapour / (PRESSURE - vapour)
 
 
-def wet_bulb(db, w):
+def wet_bulb(db: float, w: float) -> float:
     """Wet-bulb, F, by the psychrometric equation."""
     low, high = -60.0, db
     while high - low > 0.01:
@@ -50,7 +57,7 @@ def wet_bulb(db, w):
     return low
 
 
-def bypass(entering, leaving):
+def bypass(entering: Air, leaving: Air) -> float:
     """The share of the air that a coil leaves as it was: how far its line continues beyond the leaving air to saturation."""
     beyond = 0.0
     while beyond < 1:
@@ -61,7 +68,7 @@ def bypass(entering, leaving):
     return beyond / (1 + beyond)
 
 
-def sun(exposure, hour):
+def sun(exposure: int, hour: int) -> float:
     """Solar heat through clear glass, Btu/(hr.ft2). Exposures by docs/codes.md: south, west, north and east; each has its own peak hour."""
     peak = {9: (13, 90), 13: (17, 160), 1: (13, 25), 5: (9, 160)}.get(exposure, (13, 0))
     return max(0.0, peak[1] * cos((hour - peak[0]) * pi / 9)) if 6 <= hour <= 19 else 0.0
@@ -70,7 +77,7 @@ def sun(exposure, hour):
 class Room:
     """The inputs of a space's loads, read from the project."""
 
-    def __init__(self, project, index):
+    def __init__(self, project: tarn.COM_ProjectData, index: int) -> None:
         space = project.NewSpace()
         space.Load(index)
         self.index, self.name, self.area = index, space.Name, space.FloorArea
@@ -94,7 +101,7 @@ class Room:
                               (LIGHTS, self.area), (EQUIPMENT, 0.75 * self.area), (PEOPLE, self.people), (INFILTRATION, 0.04 * self.area)):
             self.details[place - 1] = amount
 
-    def loads(self, db, hour):
+    def loads(self, db: float, hour: int) -> tuple[list[float], list[float]]:
         """Sensible and latent Btu/hr by component, on a sunny day; walls and roofs as if they had no mass."""
         amount = self.details
         sensible, latent = [0.0] * COMPONENTS, [0.0] * COMPONENTS
@@ -109,7 +116,7 @@ class Room:
         latent[INFILTRATION - 1] = LATENT * amount[INFILTRATION - 1] * (OUTDOOR_W - ROOM_W)
         return sensible, latent
 
-    def heating(self):
+    def heating(self) -> list[float]:
         """Btu/hr by component at heating design."""
         loads, colder = [0.0] * COMPONENTS, WINTER_ROOM_DB - WINTER_DB
         for place, conductance in ((WALLS, self.wall_u), (ROOFS, self.roof_u), (GLASS, self.glass_u), (INFILTRATION, SENSIBLE)):
@@ -117,11 +124,11 @@ class Room:
         return loads
 
 
-def added(lists):
+def added(lists: Iterable[Iterable[float]]) -> list[float]:
     return [sum(column) for column in zip(*lists)] or [0.0] * COMPONENTS
 
 
-def fill_zone(design, number, rooms, serves):
+def fill_zone(design: tarn.ADL_AirSystemDesign, number: int, rooms: list[Room], serves: Serves) -> tuple[Year, Year, Year]:
     """The zone's loads of every hour, its sizing and its spaces, as far as the system serves them. Returns loads and
     airflow by month and hour."""
     zone, hourly, sizing = design.DLZone(number), design.HLZone(number), design.TSZone(number).TerminalSizing
@@ -136,7 +143,7 @@ def fill_zone(design, number, rooms, serves):
     area, people = sum(room.area for room in rooms), sum(room.people for room in rooms)
     outside = OUTDOOR_CFM * people * air
 
-    def flow(load):
+    def flow(load: float) -> float:
         return (1 + DUCT + MARGIN) * load / (SENSIBLE * (ROOM_DB - SUPPLY_DB))
 
     airflow = max(flow(peak), outside)
@@ -162,7 +169,7 @@ def fill_zone(design, number, rooms, serves):
     return totals, wet, flows
 
 
-def fill_space(loads, room, month, hour, share):
+def fill_space(loads: tarn.ADL_SpaceLoads, room: Room, month: int, hour: int, share: float) -> None:
     loads.SpaceID, loads.Name, loads.Multiplier, loads.FloorArea, loads.People = room.index, room.name, 1, room.area, room.people
     loads.PeakMonth, loads.PeakHour = month, hour
     sensible, latent = ([load * share for load in part] for part in room.loads(outdoor(month, hour), hour))
@@ -173,7 +180,7 @@ def fill_space(loads, room, month, hour, share):
     loads.Airflow = sum(sensible) / (SENSIBLE * (ROOM_DB - SUPPLY_DB))
 
 
-def fill_design(project, system, rooms):
+def fill_design(project: tarn.COM_ProjectData, system: tarn.AS_AirSystem, rooms: dict[int, Room]) -> Air:
     """The design results of an air system, whole. Returns its cooling and heating peaks, Btu/hr."""
     design = project.NewAirSystemDesign()
     design.AirSystem = system
@@ -190,7 +197,7 @@ def fill_design(project, system, rooms):
     return peaks
 
 
-def fill_system(design, rooms, zones, serves):
+def fill_system(design: tarn.ADL_AirSystemDesign, rooms: list[Room], zones: list[tuple[Year, Year, Year]], serves: Serves) -> Air:
     """Coils, fan, components and the states of the air, from those of the zones and the outdoor air of the people."""
     served, air = serves
     area, people = sum(room.area for room in rooms), sum(room.people for room in rooms)
@@ -199,7 +206,7 @@ def fill_system(design, rooms, zones, serves):
     fan_kw = airflow * 0.0007
     outside = OUTDOOR_CFM * people * air
 
-    def coil_loads(m, h):
+    def coil_loads(m: int, h: int) -> Air:
         """Sensible and latent, of the fan, the outdoor air and the rooms with ducts and margin."""
         open_air = outside if occupied(h) == 1 else 0.0
         sensible = (1 + DUCT + MARGIN) * dry[m][h] + SENSIBLE * open_air * (outdoor(m + 1, h) - ROOM_DB) + fan_kw * 1000 * WATT
@@ -240,7 +247,7 @@ def fill_system(design, rooms, zones, serves):
     return peak, heating
 
 
-def fill_components(loads, rooms, serves, peak, coil, fan_heat):
+def fill_components(loads: tarn.ADL_DLAir, rooms: list[Room], serves: Serves, peak: tuple[int, int], coil: Air, fan_heat: float) -> float:
     """The system's loads by component. Returns the heating load."""
     served, air = serves
     month, hour = peak
@@ -263,7 +270,7 @@ def fill_components(loads, rooms, serves, peak, coil, fan_heat):
     return sum(htg)
 
 
-def fill_process(states, flows, points):
+def fill_process(states: Any, flows: Air, points: Iterable[tuple[int, float, float]]) -> None:
     """The states of the air at the peak hour, in the order of its path; other hours stay empty."""
     outside, airflow = flows
     before = None
@@ -287,7 +294,7 @@ BOILER = 0.8
 class Office:
     """The inputs of the building's energy, read from the project."""
 
-    def __init__(self, project, rooms):
+    def __init__(self, project: tarn.COM_ProjectData, rooms: list[Room]) -> None:
         self.area = sum(room.area for room in rooms)
         self.people = sum(room.people for room in rooms)
         self.conductance = sum(room.heating()[place - 1] for room in rooms for place in (WALLS, ROOFS, GLASS, INFILTRATION)) / (WINTER_ROOM_DB - WINTER_DB)
@@ -296,7 +303,7 @@ class Office:
             chiller.Load(index)
         self.chiller_kw = sum(c.CoolingMode.FLPower for c in chillers) / sum(c.CoolingMode.FLCapacity for c in chillers)  # a ton
 
-    def hour(self, number, parking):
+    def hour(self, number: int, parking: float) -> dict[int, float]:
         """kWh or therms of each component in an hour of the year, from 0."""
         day, clock = divmod(number, 24)
         db = 50 - 25 * cos((day - 20) * 2 * pi / 365) + 9 * sin((clock - 9) * pi / 12)
@@ -308,7 +315,7 @@ class Office:
                 PUMPS: 0.1 * kilo, TOWERS: 0.06 * tons, LIGHTING: kilo * busy, PLUGS: 0.75 * kilo * busy, PARKING: parking if clock < 6 or clock > 18 else 0.0}
 
 
-def price_by_hour(project, rate):
+def price_by_hour(project: tarn.COM_ProjectData, rate: tarn.URT_UtilityRate) -> list[float]:
     """What a unit of energy costs in each hour of a week, from Monday: by the rate's periods, where it has some."""
     if rate.RateStyle == 1:
         return [rate.FlatRate] * 168
@@ -318,7 +325,7 @@ def price_by_hour(project, rate):
     return [prices[periods.HourlyValue[1 if day < 5 else 2, clock]] for day in range(7) for clock in HOURS]
 
 
-def fill_building(project, building, rooms, peaks):
+def fill_building(project: tarn.COM_ProjectData, building: tarn.BLD_Building, rooms: list[Room], peaks: list[Air]) -> None:
     results, inputs, office = building.GetBuildingResults(), building.GetBuildingInputs(), Office(project, rooms)
     hours = [office.hour(number, inputs.MEMaxPower[1]) for number in range(8760)]
     results.Location, results.CurrSymbol, results.TotFlrArea = "no place, SYNTHETIC", "$", office.area
@@ -346,7 +353,7 @@ def fill_building(project, building, rooms, peaks):
         fill_bills(results, meter, rate, power, week)
 
 
-def fill_bills(results, meter, rate, power, week):
+def fill_bills(results: Any, meter: int, rate: tarn.URT_UtilityRate, power: list[float], week: list[float]) -> None:
     start = 0
     for month, days in enumerate(DAYS_IN, 1):
         mine = power[start:start + 24 * days]
@@ -362,7 +369,7 @@ def fill_bills(results, meter, rate, power, week):
         results.MonMetRate[at] = (sum(charges) + tax) / sum(mine) if sum(mine) else 0.0
 
 
-def calculate(project):
+def calculate(project: tarn.COM_ProjectData) -> Air:
     """What calculation engines do last: results in, flags off, all in one transaction."""
     rooms = {index: Room(project, index) for index in range(1, 6)}
     peaks = []
@@ -388,7 +395,7 @@ def calculate(project):
     return sum(peak[0] for peak in peaks) / 12000, sum(sum(month) for month in building.GetBuildingResults().MonMetCharge[:])
 
 
-def main():
+def main() -> None:
     project = open_project()
     calculate(project)
     print("weather: assumed design days of 93 F and -2 F and an assumed year, at 600 ft; that of section 6 is not yet there")

@@ -372,9 +372,30 @@ class Script {
       require(tarn_release(gone) == TARN_BAD_HANDLE, "a handle was released twice");
   }
 
+  /// What takes a project as a whole, by any object.
+  void whole_project() {
+    tarn_object *on = object(), *made = nullptr;
+    const char *text = nullptr, *group = input_.byte() % 4 == 0 ? name() : "windows";
+    std::vector<char> records(input_.byte() * size_t{555});
+    int32_t number = 0;
+    tarn_set_strict(input_.byte() % 2);
+    tarn_read_records(on, group, input_.byte() - 1, static_cast<int32_t>(records.size() / 555), records.data(),
+                      records.size(), &number);
+    keep(tarn_new_entity(on, group, input_.byte() % 2 == 0 ? nullptr : name(), &made), made);
+    tarn_compute(on);
+    tarn_create_project(on);
+    if (tarn_describe_entity(on, &number, &text) == TARN_OK) read_through(text);
+    if (tarn_picture(on, &text) == TARN_OK) read_through(text);
+    tarn_import(on, name(), nullptr, nullptr, &number);
+    if (tarn_export(on, group, nullptr, nullptr, &text) == TARN_OK) read_through(text);
+    tarn_import_weather(on, name(), object(), &text);
+  }
+
   void others() {
+    whole_project();
     read_through(tarn_shipped_file(name()));
     tarn_settle();
+    tarn_settle_database(object());
     read_through(tarn_enumeration_name(input_.byte() % (tarn_enumeration_count() + 1)));
   }
 

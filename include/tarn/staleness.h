@@ -26,8 +26,8 @@ struct UseOfEntity {
   std::string slot;
 };
 
-/// What an entity refers to, in the order of its fields. `kind` is the word of `EntityName`. Errors `InvalidCall` for a
-/// kind that there is not, `NoCurrentRecord` for an index without a row.
+/// What an entity refers to, in the order of its fields. `kind` is the word of `EntityName`, or "walls". Errors
+/// `InvalidCall` for a kind that there is not, `NoCurrentRecord` for an index without a row.
 std::vector<UseOfEntity> uses(COM_ProjectData& project, const std::string& kind, int16_t index);
 /// Who refers to an entity, by kind and index, through which field of theirs.
 std::vector<UseOfEntity> used_by(COM_ProjectData& project, const std::string& kind, int16_t index);

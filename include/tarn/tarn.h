@@ -77,8 +77,10 @@ typedef struct tarn_member {
   int32_t type; /* of the property or the result */
   int32_t read_only, by_reference;
   int32_t bound_count, parameter_count;
-  int32_t text_width;      /* characters of a stored text, 0 for other values */
-  const char* enumeration; /* whose codes the property holds; "" for other values */
+  int32_t stored;           /* 1 where the value is part of what an entity keeps */
+  int32_t text_width;       /* characters of a stored text, 0 for other values */
+  const char* enumeration;  /* whose codes the property holds; "" for other values */
+  const char* object_class; /* of the object that the member hands out; "" where it may be of several, and for others */
 } tarn_member;
 
 typedef struct tarn_code {
@@ -137,6 +139,9 @@ TARN_API tarn_status tarn_listen(tarn_object* object, int32_t event, tarn_listen
 
 /* The last error of an object, or of the thread's last call for a null object. Returns its number, 0 for none. */
 TARN_API int32_t tarn_last_error(tarn_object* object, const char** source, const char** description);
+
+/* Whether classes that trap their failures raise them, too, on this thread: 1 or 0. Returns what was set before. */
+TARN_API int32_t tarn_set_strict(int32_t strict);
 
 /* The diagnostic log of this thread. A plain message has class_name, procedure and detail NULL, and its text in `text`.
  */
@@ -202,9 +207,69 @@ TARN_API tarn_status tarn_unit(tarn_object* object, int32_t member, int32_t si, 
 
 /* Makes a new index database with every table, which a client does first; an existing file is refused. */
 TARN_API tarn_status tarn_create_index(const char* path);
+/* Makes the project of a COM_ProjectData that has its path and prefix: index database and default records, all of it
+ * or nothing. */
+TARN_API tarn_status tarn_create_project(tarn_object* project);
+
+/* The kinds of entity that a project keeps, in the order in which they rest on each other. */
+typedef struct tarn_entity_kind {
+  const char* group; /* "air-systems": its name in all calls below */
+  const char* one;   /* "air system" */
+  const char* class_name;
+  const char* factory;     /* of the project: "NewAirSystem" */
+  const char* index_table; /* "AirSystemIndex" */
+  int32_t record_size;     /* bytes of a record; 0 where each entity has a file of its own */
+  int32_t field_count;     /* of a record */
+} tarn_entity_kind;
+TARN_API int32_t tarn_entity_kind_count(void);
+TARN_API tarn_status tarn_describe_entity_kind(int32_t number, tarn_entity_kind* out);
+/* A stored field of a kind's record, in interface order, those of parts too. Texts are one-byte characters of code page
+ * 1252 padded with blanks, Booleans int16_t 0 or -1; the bytes of an array have its first subscript fastest. */
+typedef struct tarn_record_field {
+  const char* class_name; /* that has the member: of the entity, or of a part */
+  const char* part;       /* what stands before the name: "Layer(2)."; "" for the entity's own */
+  int32_t member;         /* its number in that class */
+  int32_t offset, size;   /* in bytes, of all elements */
+  int32_t type;           /* tarn_type of an element */
+  int32_t element_size;
+  const char* unit; /* of the bytes; a wall's thickness is kept in ft, and in inches as a property */
+} tarn_record_field;
+TARN_API tarn_status tarn_describe_record_field(const char* group, int32_t number, tarn_record_field* out);
+/* Whole records of a kind from its record file into `data`, as this thread's open transaction sees them: record 0 is
+ * the default, record n that of index n. `data` has room for `count` records, no byte less or more. `read` receives how
+ * many there are; the file may end before. Which records are entities, the kind's index table tells: the record of a
+ * deleted one keeps its last bytes. Errors: 5 for a kind without a record file, 53 for a missing file, 3343 for a
+ * record that is cut short. */
+TARN_API tarn_status tarn_read_records(tarn_object* project, const char* group, int32_t first, int32_t count,
+                                       void* data, size_t bytes, int32_t* read);
+/* A new entity of a kind with the values of the kind's default, for edits and Save. `type` names one of the types that
+ * air systems, chillers and plants come in; null for the usual. */
+TARN_API tarn_status tarn_new_entity(tarn_object* project, const char* group, const char* type, tarn_object** out);
+/* Index, 0 for a new one, and name of an entity of any kind, without blanks; `name` is valid until the thread's next.
+ */
+TARN_API tarn_status tarn_describe_entity(tarn_object* entity, int32_t* index, const char** name);
+/* Computes what follows from an entity's inputs, as after an edit: a window's performance, a wall's summary, a plant's
+ * outputs. Of other kinds nothing follows. */
+TARN_API tarn_status tarn_compute(tarn_object* entity);
+
+/* The project as JSON text, valid until the thread's next export; `groups` are kinds with blanks between, null for
+ * all. `progress`, which may be null, is called after each entity; `total` is 0 where it is not known. */
+typedef void (*tarn_progress)(void* context, size_t done, size_t total);
+TARN_API tarn_status tarn_export(tarn_object* project, const char* groups, tarn_progress progress, void* context,
+                                 const char** text);
+/* Brings the entities of such a text in, all of them or none; `count`, which may be null, receives their number. */
+TARN_API tarn_status tarn_import(tarn_object* project, const char* text, tarn_progress progress, void* context,
+                                 int32_t* count);
+/* Fills a HW1ReaderWriter from an EPW, TMY3, TMY2 or hourly file. With a `project`, which may be null, the year becomes
+ * its simulation weather, saved at once. `report`, which may be null, receives a JSON object: "format", "source" and
+ * "notes", what was changed, chosen or left out. Valid until the thread's next import. */
+TARN_API tarn_status tarn_import_weather(tarn_object* year, const char* path, tarn_object* project,
+                                         const char** report);
 /* Brings the record bytes of all committed saves of this thread to the disk now: before another program replaces record
  * files. The last program that closes a project does it by itself. */
 TARN_API tarn_status tarn_settle(void);
+/* The same for the project of one open index database. */
+TARN_API tarn_status tarn_settle_database(tarn_object* database);
 /* The product's own shared handle of an existing index database, for SetDBHandle. */
 TARN_API tarn_status tarn_open_database(const char* path, tarn_object** out);
 /* Statements of the client's own; the rows changed come back. Values are bound to the '?' of the statement. Those that
@@ -234,6 +299,25 @@ TARN_API tarn_status tarn_check(tarn_object* project, const char** findings);
  * repairable findings is not touched. `dry_run` changes nothing; `rebuild_index` makes the index database anew from the
  * record files. The report is a JSON object: "found" and "left", both findings, and "copy", the folder of the copy. */
 TARN_API tarn_status tarn_repair(tarn_object* project, int32_t dry_run, int32_t rebuild_index, const char** report);
+
+/* What rests on what in a project, as JSON arrays, each valid until the thread's next of these calls. `kind` is "walls"
+ * or "Wall". What an entity refers to, and who refers to it: "kind", "index", "name" and "slot", the field that does.
+ */
+TARN_API tarn_status tarn_uses(tarn_object* project, const char* kind, int16_t index, const char** uses);
+TARN_API tarn_status tarn_used_by(tarn_object* project, const char* kind, int16_t index, const char** users);
+/* Stale results: "kind", "index", "name", "results" ("design" or "simulation"), "calculated", "edited" (whose edit made
+ * them stale, null where it is not known), "since" (UTC) and "way", from the edited entity to this one. */
+TARN_API tarn_status tarn_stale(tarn_object* project, const char** results);
+/* What differs between two projects, or a project and a text of tarn_export: "kind", "name", "property", "unit",
+ * "first" and "second". `tolerance` is relative, of real numbers. */
+TARN_API tarn_status tarn_compare(tarn_object* first, tarn_object* second, double tolerance, const char** differences);
+TARN_API tarn_status tarn_compare_text(tarn_object* project, const char* text, double tolerance,
+                                       const char** differences);
+
+/* The picture of an object as SVG text: of a CA_ConstructionAssly its section and response, of a HW1ReaderWriter its
+ * year, of an ADL_AirSystemDesign its loads and the states of its air. Other classes have none: error 5. Valid until
+ * the thread's next picture. */
+TARN_API tarn_status tarn_picture(tarn_object* object, const char** svg);
 
 /* Transactions over all saves of this thread, files included; they nest. */
 TARN_API tarn_status tarn_begin(void);

@@ -25,8 +25,14 @@ ImportedWeather import_weather(HW1ReaderWriter& year, const std::string& path);
 /// pressure; design conditions are those of the file, or come from its hours.
 ImportedWeather import_weather_text(HW1ReaderWriter& year, std::string_view text);
 
+/// Error `UnknownFormat`, with the reason, where what was imported from a file is a damaged hourly one.
+void check_hourly(const HW1ReaderWriter& year, const ImportedWeather& imported, const std::string& file);
+
 class WTH_Weather;
 /// Makes a year the simulation weather: its site and its hours. What engines compute from them is set to zero.
 void use_as_simulation(WTH_Weather& weather, const HW1ReaderWriter& year, const ImportedWeather& imported);
+/// The same to the project's weather, saved with the year's hours in a file, both or neither.
+void save_as_simulation(WTH_Weather& weather, HW1ReaderWriter& year, const ImportedWeather& imported,
+                        const std::string& file);
 
 }  // namespace tarn

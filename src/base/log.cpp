@@ -11,6 +11,7 @@ class QuietLog final : public Log {
 
 QuietLog quiet_log;
 thread_local Log* current_log = &quiet_log;
+thread_local bool strict_thread = false;
 
 }  // namespace
 
@@ -24,6 +25,27 @@ void log_current_exception(std::string_view class_name, std::string_view procedu
   } catch (const std::exception& failure) {
     log().error(kComponent, class_name, procedure, failure.what());
   }
+}
+
+void raise_current_exception(std::string_view class_name, std::string_view procedure) {
+  const auto source = [&] { return std::string(class_name) + "." + std::string(procedure); };
+  try {
+    throw;
+  } catch (Error& error) {
+    if (error.source().empty()) error.set_source(source());
+    throw;
+  } catch (const std::exception& other) {
+    throw Error(static_cast<int>(ErrorNumber::DatabaseFailure), source(), other.what());
+  }
+}
+
+bool is_strict() { return strict_thread; }
+
+bool set_strict(bool strict) { return std::exchange(strict_thread, strict); }
+
+void trap_current_exception(std::string_view class_name, std::string_view procedure) {
+  if (is_strict()) raise_current_exception(class_name, procedure);
+  log_current_exception(class_name, procedure);
 }
 
 }  // namespace tarn

@@ -96,8 +96,10 @@ tarn_status tarn_describe(const char* class_name, int32_t number, tarn_member* o
                      m.by_reference,
                      static_cast<int32_t>(m.bounds.size()),
                      static_cast<int32_t>(m.parameters().size()),
+                     m.exchanged(),
                      static_cast<int32_t>(m.width()),
-                     codes ? codes->name.data() : ""};
+                     codes ? codes->name.data() : "",
+                     m.object_class.data() ? m.object_class.data() : ""};
   });
 }
 
@@ -142,6 +144,8 @@ tarn_status tarn_describe_code(const char* enumeration, int32_t code, tarn_code*
     required(out) = {label.code, label.name.data(), label.text.data()};
   });
 }
+
+int32_t tarn_set_strict(int32_t strict) { return set_strict(strict != 0) ? 1 : 0; }
 
 void tarn_set_log(tarn_log log, void* context) {
   callback_log.callback = log;
@@ -192,6 +196,10 @@ tarn_status tarn_create_index(const char* path) {
 
 tarn_status tarn_settle(void) {
   return guarded(thread_error, [] { files().settle(); });
+}
+
+tarn_status tarn_settle_database(tarn_object* database) {
+  return on_object(database, [](HandleSlot& slot) { database_of(slot).settle(); });
 }
 
 tarn_status tarn_open_database(const char* path, tarn_object** out) {

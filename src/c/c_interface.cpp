@@ -1,5 +1,7 @@
 // The C interface to objects and their members, over the members tables. No class is known here.
 
+#include <cfloat>
+#include <cmath>
 #include <cstring>
 #include <list>
 
@@ -27,6 +29,28 @@ inline bool get_directly(const HandleSlot& slot, uint32_t member, int32_t count,
   const auto* at = reinterpret_cast<const std::byte*>(slot.fast) + field.offset;
   out->length = 0;
   return with_number(field.wire, at, [out](auto number) { give(number, *out); });
+}
+
+/// A number that fits into a plain field of the record as it is; false for any other, which goes the long way.
+inline bool let_directly(const HandleSlot& slot, uint32_t member, int32_t count, const tarn_value* value) {
+  if (member >= slot.member_count || count != 0 || !value || !slot.fields[member].settable) return false;
+  const DirectField field = slot.fields[member];
+  auto* at = reinterpret_cast<std::byte*>(slot.fast) + field.offset;
+  const auto store = [at](auto number) {
+    std::memcpy(at, &number, sizeof number);
+    return true;
+  };
+  if (value->type == TARN_REAL64 && std::abs(value->as.r8) <= double{FLT_MAX}) {
+    if (field.wire == Wire::Real32) return store(static_cast<float>(value->as.r8));
+    return field.wire == Wire::Real64 && store(value->as.r8);
+  }
+  if (value->type == TARN_INT32) {
+    const bool is_short = field.wire == Wire::Int16 || field.wire == Wire::Code;
+    if (is_short && value->as.i4 == static_cast<int16_t>(value->as.i4))
+      return store(static_cast<int16_t>(value->as.i4));
+    return field.wire == Wire::Int32 && store(value->as.i4);
+  }
+  return false;
 }
 
 void get_into(HandleSlot& slot, const Member& member, const int32_t* subscripts, int32_t count, tarn_value* out) {
@@ -176,6 +200,8 @@ tarn_status tarn_get(tarn_object* object, int32_t member, const int32_t* subscri
 
 tarn_status tarn_let(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count,
                      const tarn_value* value) {
+  HandleSlot* plain = slot_of(object);
+  if (plain && let_directly(*plain, static_cast<uint32_t>(member), count, value)) return TARN_OK;
   return on_object(object, [&](HandleSlot& slot) {
     let_property(*slot.fast, member_at(*slot.info, member), subscripts_of(subscripts, count), taken(required(value)));
   });

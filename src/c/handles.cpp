@@ -65,6 +65,7 @@ const std::vector<DirectField>& direct_fields(Table& t, Object& object) {
     DirectField& field = found->second.emplace_back();
     if (!is_direct(member)) continue;
     field.wire = member.field()->wire;
+    field.settable = !member.read_only;
     field.offset = static_cast<int32_t>(member.place(object) - reinterpret_cast<std::byte*>(&object));
   }
   return found->second;

@@ -17,9 +17,11 @@ struct LastError {
   std::string source, description;
 };
 
-/// A plain number or Boolean of the record, read in place; a member that is something else has the wire type of texts.
+/// A plain number or Boolean of the record, read and set in place; a member that is something else has the wire type of
+/// texts.
 struct DirectField {
   Wire wire = Wire::Text;
+  bool settable = false;
   int32_t offset = 0;  // from the object
 };
 

@@ -1,7 +1,10 @@
 #include "platform/host.h"
 
+#include <sys/stat.h>
+
 #include <ctime>
 #include <filesystem>
+#include <optional>
 #include <unordered_map>
 
 #include "tarn/platform/database.h"
@@ -32,7 +35,15 @@ std::string directory(const std::string& path) {
   return bare;
 }
 
-Ptr<Database> shared_database(const std::string& path) {
+/// A file as the operating system knows it, by whatever name: the device and the number on it.
+using FileIdentity = std::pair<dev_t, ino_t>;
+std::optional<FileIdentity> identity_of(const std::string& path) {
+  struct stat info {};
+  if (stat(path.c_str(), &info) != 0) return std::nullopt;
+  return FileIdentity{info.st_dev, info.st_ino};
+}
+
+Ptr<Database> database_by_one_name(const std::string& path) {
   thread_local std::unordered_map<std::string, std::weak_ptr<Database>> open;
   std::error_code unreadable;  // a folder on the way: the database says so when it is opened
   const std::string one_name = std::filesystem::weakly_canonical(path, unreadable).string();
@@ -49,6 +60,23 @@ std::string utc_now() {
   gmtime_r(&now, &parts);
   std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts);
   return text;
+}
+
+/// The last one asked for comes again without a look at each folder on its way, as long as the name leads to its file.
+Ptr<Database> shared_database(const std::string& path) {
+  struct Last {
+    std::string path;
+    FileIdentity file;
+    std::weak_ptr<Database> handle;
+  };
+  thread_local Last last;
+  const auto file = identity_of(path);
+  if (file && path == last.path && *file == last.file) {
+    if (auto handle = last.handle.lock()) return handle;
+  }
+  auto handle = database_by_one_name(path);
+  if (const auto opened = identity_of(path)) last = {path, *opened, handle};
+  return handle;
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ LinkGraph::LinkGraph(COM_ProjectData& project) {
 
 std::optional<size_t> LinkGraph::kind_of(std::string_view word) const {
   for (size_t kind = 0; kind < entities_.size(); ++kind) {
-    if (same_word(word_of(kind), word)) return kind;
+    if (same_word(word_of(kind), word) || same_word(entity_kinds()[kind].group, word)) return kind;
   }
   return std::nullopt;
 }

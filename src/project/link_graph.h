@@ -22,7 +22,7 @@ class LinkGraph {
 
   /// The kinds' entities, one object each, open to load.
   const std::vector<Ptr<StoredEntity>>& entities() const { return entities_; }
-  /// By the word that link tables have for the kind, letter case ignored; none for no kind.
+  /// By the word that link tables have for the kind, or by its group, "walls", letter case ignored; none for no kind.
   std::optional<size_t> kind_of(std::string_view word) const;
   std::string_view word_of(size_t kind) const;
   /// Those that use an entity, each once, by kind and index.

@@ -5,18 +5,10 @@
 namespace tarn {
 namespace {
 
-/// Called in a catch block: logs for a trapping class, else throws on with the class and the label as the source.
+/// Called in a catch block: throws on with the class and the label as the source, unless the class traps.
 void settle(const ClassInfo& info, std::string_view label) {
-  if (info.failures == Failures::Trapped) return log_current_exception(info.name, label);
-  const std::string source = source_of(info, label);
-  try {
-    throw;
-  } catch (Error& error) {
-    if (error.source().empty()) error.set_source(source);
-    throw;
-  } catch (const std::exception& other) {
-    throw Error(static_cast<int>(ErrorNumber::DatabaseFailure), source, other.what());
-  }
+  if (info.failures == Failures::Raised) raise_current_exception(info.name, label);
+  trap_current_exception(info.name, label);
 }
 
 void check_call(const ClassInfo& info, const Member& member, MemberKind kind, size_t subscripts) {

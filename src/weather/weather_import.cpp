@@ -6,6 +6,7 @@
 #include <map>
 
 #include "platform/file_store.h"
+#include "tarn/platform/workspace.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
 #include "weather/source_text.h"
@@ -244,6 +245,26 @@ void use_as_simulation(WTH_Weather& weather, const HW1ReaderWriter& year, const 
       to.IDN.items[hour] = direct == kMissingSolar ? 0 : static_cast<float>(direct);
     }
   }
+}
+
+void check_hourly(const HW1ReaderWriter& year, const ImportedWeather& imported, const std::string& file) {
+  if (imported.format != "HW1") return;
+  const auto refuse = [&](const std::string& reason) {
+    fail(ErrorNumber::UnknownFormat, file + ": " + reason + " Nothing was imported.");
+  };
+  const HourlyVerdict verdict = verdict_of(year);
+  if (verdict.code == kHourlyInvalid.code) refuse(std::string(verdict.text));
+  if (!imported.notes.empty()) refuse(imported.notes.front() + ".");
+}
+
+void save_as_simulation(WTH_Weather& weather, HW1ReaderWriter& year, const ImportedWeather& imported,
+                        const std::string& file) {
+  weather.Load();
+  use_as_simulation(weather, year, imported);
+  Transaction whole;
+  year.Save(file);
+  weather.Save();
+  whole.commit();
 }
 
 }  // namespace tarn

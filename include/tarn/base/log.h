@@ -29,6 +29,15 @@ Log* set_log(Log* log);
 
 /// Logs the exception being handled as trapped in a procedure of a class.
 void log_current_exception(std::string_view class_name, std::string_view procedure);
+/// Throws the exception being handled on, as an error with a source, "WIN_Window.Save()", where it has none.
+[[noreturn]] void raise_current_exception(std::string_view class_name, std::string_view procedure);
+
+/// Whether this thread wants failures raised by the classes that trap them, too.
+bool is_strict();
+/// Returns what was set before.
+bool set_strict(bool strict);
+/// What becomes of the exception being handled in a trapping operation: the log has it, or a strict thread's caller.
+void trap_current_exception(std::string_view class_name, std::string_view procedure);
 
 /// Runs an operation that traps by itself: a failure is logged under its label and the fallback is the result.
 template <typename F, typename R = std::invoke_result_t<F>>
@@ -36,7 +45,7 @@ R trapped(std::string_view class_name, std::string_view procedure, F operation, 
   try {
     return operation();
   } catch (const std::exception&) {
-    log_current_exception(class_name, procedure);
+    trap_current_exception(class_name, procedure);
     return fallback;
   }
 }

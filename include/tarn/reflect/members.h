@@ -79,6 +79,7 @@ struct Member {
   std::string_view unit_beside;   // the property whose code chooses the unit: "HotWaterFlowUnits"
   std::string_view refers_to;     // "Wall": the field holds the index of an entity of that kind, 0 for none; of several
                                   // kinds "Chiller Boiler", where the object tells which
+  std::string_view object_class;  // of the object that the member hands out; empty where it has several, or none
   std::string_view getter_label;  // in the log, where it is not "Name [PropertyGet]"
   std::span<const Bounds> bounds;  // of an indexed property; empty for a plain one
   std::span<const Label> labels;   // of a property that holds an enumeration's code

@@ -51,6 +51,14 @@ constexpr Parameter parameter() {
   return {{}, value_type<N>(), is_optional<N>::value, in_out, in_out};
 }
 
+/// The class of what a member hands out; empty for other values, and where it may be any.
+template <typename T>
+inline constexpr std::string_view handed_class{};
+template <typename C>
+inline constexpr std::string_view handed_class<Ptr<C>> = class_name<C>();
+template <>
+inline constexpr std::string_view handed_class<ObjectPtr>{};
+
 template <auto P>
 constexpr MethodRow method_row() {
   Method method;
@@ -63,6 +71,7 @@ constexpr MethodRow method_row() {
   row.name = member_name<P>();
   row.kind = MemberKind::Method;
   row.type = value_type<ResultOf<P>>();
+  row.object_class = handed_class<ResultOf<P>>;
   return row;
 }
 
@@ -134,6 +143,7 @@ constexpr PartRow part_row() {
   let_change<Count, Resize>(owned);
   PartRow row{Member(owned)};
   row.name = name;
+  row.object_class = class_name<Part>();
   row.kind = MemberKind::Method;
   row.type = ValueType::Object;
   return row;
@@ -164,15 +174,19 @@ constexpr Member owned_row() {
   owned.hand_out = hand_out_owned<P>;
   owned.name = member_name<P>();
   owned.fixed = 1;
+  std::string_view part_class;
   if constexpr (requires { Type::count; }) {
     owned.numbered = true;
     owned.fixed = Type::count;
     set_class<typename Type::Part>(owned);
+    part_class = class_name<typename Type::Part>();
   } else {
     set_class<Type>(owned);
+    part_class = class_name<Type>();
   }
   let_change<Count, Resize>(owned);
   Member row(owned);
+  row.object_class = part_class;
   row.name = owned.name;
   row.type = ValueType::Object;
   row.read_only = true;

@@ -1,11 +1,11 @@
-#include "cli/views/svg.h"
+#include "pictures/svg.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "base/decimals.h"
 
-namespace tarn::cli::svg {
+namespace tarn::svg {
 
 std::string number(double value, int decimals) { return decimal_text(value, decimals); }
 
@@ -59,4 +59,4 @@ std::string page(double width, double height, double left, const std::string& ti
          label(left, 44, escaped(line), "fill=\"#666\"") + content + "</svg>\n";
 }
 
-}  // namespace tarn::cli::svg
+}  // namespace tarn::svg

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace tarn::cli::svg {
+namespace tarn::svg {
 
 std::string number(double value, int decimals = 1);
 std::string escaped(const std::string& text);
@@ -41,4 +41,4 @@ std::string upright_axis(const Scale& scale, double x, int away, const Unit& uni
 std::string page(double width, double height, double left, const std::string& title, const std::string& heading,
                  const std::string& line, const std::string& content);
 
-}  // namespace tarn::cli::svg
+}  // namespace tarn::svg

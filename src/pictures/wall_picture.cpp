@@ -1,14 +1,14 @@
-#include "cli/views/wall_pictures.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 
-#include "cli/units.h"
-#include "cli/views/svg.h"
+#include "base/measures.h"
 #include "envelope/transmission.h"
+#include "pictures/svg.h"
+#include "tarn/construction.h"
+#include "tarn/pictures.h"
 
-namespace tarn::cli {
+namespace tarn {
 namespace {
 
 using svg::label;
@@ -32,7 +32,7 @@ struct Hour {
   int hour;
   const char* color;
 };
-constexpr Hour kHours[]{{6, "#1f77b4"}, {12, "#d62728"}, {18, "#e6820e"}, {24, "#6a3d9a"}};
+constexpr Hour kShownHours[]{{6, "#1f77b4"}, {12, "#d62728"}, {18, "#e6820e"}, {24, "#6a3d9a"}};
 
 struct Drawn {
   int slot;
@@ -162,20 +162,20 @@ std::string section(const std::vector<Drawn>& layers) {
 std::string digits(double value) { return number(value, value < 0.1 ? 5 : value < 1 ? 3 : value < 100 ? 2 : 1); }
 
 /// The layers by slot, outside first: the name, the thickness and the resistance.
-std::string layer_list(const std::vector<Drawn>& layers) {
+std::string layer_list(const std::vector<Drawn>& layers, const Measures& in) {
   constexpr double kLine = 28, kSwatch = 16, kInches = kListRight - 60;
   constexpr size_t kLetters = 32;
   const std::string right = "text-anchor=\"end\"", grey = " fill=\"#666\"";
   double y = kSectionTop - 10;
   std::string out = label(kListLeft + 46, y, "layer", grey) +
-                    label(kInches, y, std::string(shown_unit("in")), right + grey) +
+                    label(kInches, y, std::string(in.unit("in")), right + grey) +
                     label(kListRight, y, "R-value", right + grey);
   for (const Drawn& each : layers) {
     y += kLine;
     out += box(kListLeft, y - 12, kSwatch, kSwatch, each) + label(kListLeft + 38, y, std::to_string(each.slot), right) +
            label(kListLeft + 46, y, svg::escaped(shortened(each.name, kLetters)), "font-size=\"11\"") +
-           (each.inches > 0 ? label(kInches, y, digits(shown_value(each.inches, "in")), right) : "") +
-           label(kListRight, y, digits(shown_value(each.resistance, "hr.ft2.F/Btu")), right);
+           (each.inches > 0 ? label(kInches, y, digits(in.value(each.inches, "in")), right) : "") +
+           label(kListRight, y, digits(in.value(each.resistance, "hr.ft2.F/Btu")), right);
   }
   return out;
 }
@@ -193,14 +193,14 @@ std::string temperature_axis(const svg::Scale& scale) {
   return out;
 }
 
-std::string temperature_lines(const std::vector<Drawn>& layers) {
+std::string temperature_lines(const std::vector<Drawn>& layers, const Measures& in) {
   const Slices slices(layers);
   const auto by_hour = temperatures(slices);
   const svg::Scale scale = svg::scale_around(kInside, kInside + kSunny[12], 5, kSectionBottom, kSectionTop);
   std::string out;
   constexpr double kKey = kSectionBottom + 58;
   double legend = kLeft;
-  for (const auto& [hour, color] : kHours) {
+  for (const auto& [hour, color] : kShownHours) {
     const std::vector<double>& values = by_hour[static_cast<size_t>(hour) % kDay];
     std::string way;
     for (size_t i = 0; i < values.size(); ++i)
@@ -212,8 +212,8 @@ std::string temperature_lines(const std::vector<Drawn>& layers) {
     legend += 76;
   }
   out += label(legend + 4, kKey,
-               "temperatures on a repeated sunny design day: outside, with the sun, " + figure(kInside, "F") + " to " +
-                   measure(kInside + kSunny[12], "F") + ", inside " + measure(kInside, "F"),
+               "temperatures on a repeated sunny design day: outside, with the sun, " + in.figure(kInside, "F") +
+                   " to " + in.measure(kInside + kSunny[12], "F") + ", inside " + in.measure(kInside, "F"),
                "fill=\"#444\"");
   return out + temperature_axis(scale);
 }
@@ -290,15 +290,17 @@ std::string pulse_chart(const CA_ConstructionAssly& construction) {
 
 }  // namespace
 
-std::string wall_picture(CA_ConstructionAssly& construction) {
+std::string wall_picture(CA_ConstructionAssly& construction, UnitSystem units) {
+  const Measures in(units);
   const std::vector<Drawn> layers = drawn_layers(construction);
   const std::string name = construction.Name.trimmed();
-  const std::string facts = "U " + quantity(construction.OverallUValue, "Btu/(hr.ft2.F)") + ", " +
-                            quantity(construction.OverallWeight, "lb/ft2") + ", " +
-                            quantity(construction.GetTotalThickness(), "in") +
+  const std::string facts = "U " + in.quantity(construction.OverallUValue, "Btu/(hr.ft2.F)") + ", " +
+                            in.quantity(construction.OverallWeight, "lb/ft2") + ", " +
+                            in.quantity(construction.GetTotalThickness(), "in") +
                             "; layers to scale, the darker the more heat they hold; those without mass dashed";
-  return svg::page(kWidth, kHeight, kLeft, name + ": section and response", shortened(name, 80), facts,
-                   section(layers) + layer_list(layers) + temperature_lines(layers) + pulse_chart(construction));
+  return svg::page(
+      kWidth, kHeight, kLeft, name + ": section and response", shortened(name, 80), facts,
+      section(layers) + layer_list(layers, in) + temperature_lines(layers, in) + pulse_chart(construction));
 }
 
-}  // namespace tarn::cli
+}  // namespace tarn

@@ -1,15 +1,17 @@
 // The air's path through a system on a psychrometric chart: states in order, lines between them, labels where there is
 // room.
+#include "pictures/process_chart.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
 
-#include "cli/views/result_pictures.h"
-#include "cli/views/svg.h"
+#include "pictures/design_states.h"
+#include "pictures/svg.h"
 #include "weather/psychrometrics.h"
 
-namespace tarn::cli {
+namespace tarn {
 namespace {
 
 using svg::label;
@@ -341,4 +343,4 @@ std::string process_chart(const ADL_AirSystemDesign& design, double top) {
   return out + key(chart);
 }
 
-}  // namespace tarn::cli
+}  // namespace tarn

@@ -3,11 +3,13 @@
 #include <array>
 #include <cmath>
 
-#include "cli/views/result_pictures.h"
-#include "cli/views/svg.h"
+#include "pictures/design_states.h"
+#include "pictures/process_chart.h"
+#include "pictures/svg.h"
+#include "tarn/pictures.h"
 #include "weather/calendar.h"
 
-namespace tarn::cli {
+namespace tarn {
 namespace {
 
 using svg::label;
@@ -148,4 +150,4 @@ std::string result_picture(const ADL_AirSystemDesign& design, const std::string&
                    load_profile(design) + process_chart(design, kProcessTop));
 }
 
-}  // namespace tarn::cli
+}  // namespace tarn

@@ -1,15 +1,16 @@
-// The year as a picture: four panels of 24 hours by 365 days, a scale in both units beside each.
+// A year of weather as a picture: four panels of 24 hours by 365 days, a scale in both units beside each.
 #include <array>
 #include <cmath>
 #include <functional>
 #include <vector>
 
-#include "cli/views/svg.h"
-#include "cli/views/weather_pictures.h"
+#include "pictures/svg.h"
+#include "tarn/hourly_file.h"
+#include "tarn/pictures.h"
 #include "weather/calendar.h"
 #include "weather/psychrometrics.h"
 
-namespace tarn::cli {
+namespace tarn {
 namespace {
 
 using svg::label;
@@ -166,7 +167,7 @@ Panel panel_of(std::string title, std::string unit, std::string si_unit, const R
 
 }  // namespace
 
-std::string heat_map(const HW1ReaderWriter& year) {
+std::string weather_picture(const HW1ReaderWriter& year) {
   constexpr double kGramsPerKilogram = 1000, kWattsPerSquareMetre = 1 / 0.316998;
   const auto known = [](double value) { return value == kMissingSolar ? std::nan("") : value; };
   const auto watts = [](double value) { return value * kWattsPerSquareMetre; };
@@ -198,4 +199,4 @@ std::string heat_map(const HW1ReaderWriter& year) {
   return svg::page(kPageWidth, height, kMapLeft, place + ": a year of hourly weather", place, site, content);
 }
 
-}  // namespace tarn::cli
+}  // namespace tarn

@@ -1,0 +1,29 @@
+// Self-contained pictures (SVG), as text.
+#pragma once
+
+#include <string>
+
+#include "tarn/base/units.h"
+
+namespace tarn {
+
+class ADL_AirSystemDesign;
+class CA_ConstructionAssly;
+class HW1ReaderWriter;
+class Object;
+
+/// A wall or roof: the section to scale with the temperatures in it on a sunny day, and the heat that comes in after an
+/// hour of warmth. Error `InvalidCall`, with the reason, where the layers have no response.
+std::string wall_picture(CA_ConstructionAssly& construction, UnitSystem units = UnitSystem::InchPound);
+
+/// A year of weather: 24 hours by 365 days of dry-bulb, humidity and solar, in IP and SI units.
+std::string weather_picture(const HW1ReaderWriter& year);
+
+/// Design results: loads and airflow of the peak month's day, the states of the air on a psychrometric chart. `name`
+/// is the heading.
+std::string result_picture(const ADL_AirSystemDesign& design, const std::string& name);
+
+/// The picture of an object by its class. Error `InvalidCall` for a class without one.
+std::string picture_of(Object& object);
+
+}  // namespace tarn

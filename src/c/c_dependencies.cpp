@@ -1,0 +1,54 @@
+// The C interface to what rests on what in a project, and what differs between two.
+
+#include "c/c_support.h"
+#include "c/entity_kinds.h"
+#include "tarn/compare.h"
+#include "tarn/project.h"
+#include "tarn/staleness.h"
+
+using namespace tarn;
+
+namespace {
+
+/// Gives the text that `answer` makes of a project; it is kept until the thread's next.
+template <typename F>
+tarn_status answering(tarn_object* project, const char** found, F answer) {
+  return on_object(project, [&](HandleSlot& slot) {
+    thread_local std::string kept;
+    const char*& out = required(found);
+    kept = answer(object_as<COM_ProjectData>(slot, "project"));
+    out = kept.c_str();
+  });
+}
+
+}  // namespace
+
+tarn_status tarn_uses(tarn_object* project, const char* kind, int16_t index, const char** found) {
+  return answering(project, found,
+                   [&](COM_ProjectData& of) { return uses_json(uses(of, required_text(kind), index)); });
+}
+
+tarn_status tarn_used_by(tarn_object* project, const char* kind, int16_t index, const char** found) {
+  return answering(project, found,
+                   [&](COM_ProjectData& of) { return uses_json(used_by(of, required_text(kind), index)); });
+}
+
+tarn_status tarn_stale(tarn_object* project, const char** found) {
+  return answering(project, found, [](COM_ProjectData& of) { return stale_json(stale_results(of)); });
+}
+
+tarn_status tarn_compare(tarn_object* first, tarn_object* second, double tolerance, const char** found) {
+  return answering(first, found, [&](COM_ProjectData& of) {
+    HandleSlot* other = slot_of(second);
+    if (!other) bad_argument("The second project is not set, was released, or belongs to another thread.");
+    const auto one = comparable_project(of), two = comparable_project(object_as<COM_ProjectData>(*other, "project"));
+    return differences_json(compare(*one, *two, {tolerance}));
+  });
+}
+
+tarn_status tarn_compare_text(tarn_object* project, const char* text, double tolerance, const char** found) {
+  return answering(project, found, [&](COM_ProjectData& of) {
+    const auto one = comparable_project(of), two = comparable_text(required_text(text));
+    return differences_json(compare(*one, *two, {tolerance}));
+  });
+}

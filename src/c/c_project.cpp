@@ -1,0 +1,131 @@
+// The C interface to what a project does as a whole: making it, its kinds and new entities, exchange, weather,
+// pictures.
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "c/c_support.h"
+#include "c/entity_kinds.h"
+#include "project/defaults.h"
+#include "reflect/json_text.h"
+#include "tarn/exchange.h"
+#include "tarn/pictures.h"
+#include "tarn/weather.h"
+#include "tarn/weather_import.h"
+
+using namespace tarn;
+
+namespace {
+
+// Texts that were handed out last, each until the thread's next of its kind.
+std::string& kept_picture() {
+  thread_local std::string svg;
+  return svg;
+}
+std::string& kept_name() {
+  thread_local std::string name;
+  return name;
+}
+std::string& kept_export() {
+  thread_local std::string text;
+  return text;
+}
+std::string& kept_report() {
+  thread_local std::string report;
+  return report;
+}
+
+Progress told(tarn_progress progress, void* context) {
+  return [progress, context](size_t done, size_t total) {
+    if (progress) progress(context, done, total);
+  };
+}
+
+std::set<std::string> words_of(const char* groups) {
+  std::set<std::string> words;
+  std::istringstream all(groups ? groups : "");
+  for (std::string word; all >> word;) words.emplace(kind_named(word.c_str()).group);
+  return words;
+}
+
+}  // namespace
+
+tarn_status tarn_create_project(tarn_object* project) {
+  return on_object(project, [](HandleSlot& slot) { create_project(object_as<COM_ProjectData>(slot, "project")); });
+}
+
+tarn_status tarn_new_entity(tarn_object* project, const char* group, const char* type, tarn_object** out) {
+  return on_object(project, [&](HandleSlot& slot) {
+    const EntityKind& kind = kind_named(group);
+    const auto entity = make_entity(object_as<COM_ProjectData>(slot, "project"), kind);
+    if (kind.start) {
+      kind.start(*entity, type ? type : "");
+    } else {
+      if (type && *type) bad_argument("There are no types of " + std::string(kind.group) + "; leave the type out.");
+      entity->CreateDefault();
+      entity->Reset(true);
+    }
+    required(out) = new_handle(entity);
+  });
+}
+
+tarn_status tarn_describe_entity(tarn_object* entity, int32_t* index, const char** name) {
+  return on_object(entity, [&](HandleSlot& slot) {
+    const auto& stored = object_as<StoredEntity>(slot, "entity");
+    required(index) = stored.Index();
+    const char*& out = required(name);
+    kept_name() = stored.stored_name();
+    out = kept_name().c_str();
+  });
+}
+
+tarn_status tarn_compute(tarn_object* entity) {
+  return on_object(entity, [](HandleSlot& slot) {
+    auto& stored = object_as<StoredEntity>(slot, "entity");
+    for (const EntityKind& kind : entity_kinds()) {
+      if (kind.class_name == slot.info->name && kind.compute) return kind.compute(stored);
+    }
+  });
+}
+
+tarn_status tarn_export(tarn_object* project, const char* groups, tarn_progress progress, void* context,
+                        const char** text) {
+  return on_object(project, [&](HandleSlot& slot) {
+    const char*& out = required(text);
+    auto& exported = object_as<COM_ProjectData>(slot, "project");
+    kept_export() = export_project(exported, words_of(groups), told(progress, context));
+    out = kept_export().c_str();
+  });
+}
+
+tarn_status tarn_import(tarn_object* project, const char* text, tarn_progress progress, void* context, int32_t* count) {
+  return on_object(project, [&](HandleSlot& slot) {
+    auto& filled = object_as<COM_ProjectData>(slot, "project");
+    const size_t entities = import_project(filled, required_text(text), told(progress, context));
+    if (count) *count = static_cast<int32_t>(entities);
+  });
+}
+
+tarn_status tarn_import_weather(tarn_object* year, const char* path, tarn_object* project, const char** report) {
+  return on_object(year, [&](HandleSlot& slot) {
+    auto& hourly = object_as<HW1ReaderWriter>(slot, "year of hourly weather (HW1ReaderWriter)");
+    HandleSlot* with = project ? slot_of(project) : nullptr;
+    if (project && !with) bad_argument("The project is not set, was released, or belongs to another thread.");
+    COM_ProjectData* filled = with ? &object_as<COM_ProjectData>(*with, "project") : nullptr;
+    const ImportedWeather imported = import_weather(hourly, required_text(path));
+    if (filled) {
+      check_hourly(hourly, imported, path);
+      save_as_simulation(*filled->NewWeather(), hourly, imported, filled->SimWeatherInputsFilename());
+    }
+    kept_report() = json_text({{"format", imported.format}, {"source", imported.source}, {"notes", imported.notes}}, 2);
+    if (report) *report = kept_report().c_str();
+  });
+}
+
+tarn_status tarn_picture(tarn_object* object, const char** svg) {
+  return on_object(object, [&](HandleSlot& slot) {
+    const char*& out = required(svg);
+    kept_picture() = picture_of(*slot.object);
+    out = kept_picture().c_str();
+  });
+}
