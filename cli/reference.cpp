@@ -61,16 +61,20 @@ std::string notes(const Object& sample, const Member& member) {
 std::string codes(const ClassInfo& info) {
   std::string out;
   for (const Member& member : info.members) {
-    if (member.labels.empty()) continue;
+    const auto labels = named_codes(member);
+    if (labels.empty()) continue;
     out += "\n### Codes of `" + std::string(member.name) + "`\n\n| code | name | text |\n| --- | --- | --- |\n";
-    for (const Label& l : member.labels)
+    for (const Label& l : labels)
       out += row({std::to_string(l.code), "`" + std::string(l.name) + "`", std::string(l.text)});
   }
   return out;
 }
 
 std::string classes_page() {
-  std::string out = "# Classes\n\nEvery class with its members, in interface order.\n";
+  std::string out =
+      "# Classes\n\nEvery class with its members, in interface order. Codes that engines define have the names of the "
+      "shipped\n"
+      "[code catalogue](../codes.md).\n";
   for (const ClassEntry& entry : class_list()) {
     const ClassInfo& info = *entry.info;
     const ObjectPtr sample = entry.create();
@@ -243,6 +247,13 @@ std::string plain(std::string_view text) {
   return out;
 }
 
+/// What help says in a few words, as a sentence.
+std::string sentence(std::string_view text) {
+  std::string out = plain(text) + ".";
+  out.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(out.front())));
+  return out + "\n";
+}
+
 std::string code_block(std::string_view text) {
   return "\n```text\n" + std::string(text) + (text.ends_with('\n') ? "" : "\n") + "```\n";
 }
@@ -254,12 +265,12 @@ std::string options_table(const std::vector<const OptionRow*>& options) {
     for (size_t at = 0; (at = words.find('|', at)) != std::string::npos; at += 2) words.insert(at, "\\");  // no column
     rows += row({"`" + words + "`", plain(option->help)});
   }
-  return rows.empty() ? rows : "\n| option | |\n| --- | --- |\n" + rows;
+  return rows.empty() ? rows : "\n| option | what it does |\n| --- | --- |\n" + rows;
 }
 
 std::string verb_section(const Group& group, const Verb& verb) {
   std::string out;
-  if (group.names_verbs()) out += "\n### tarn " + group.name + " " + verb.name + "\n\n" + plain(verb.help) + ".\n";
+  if (group.names_verbs()) out += "\n### tarn " + group.name + " " + verb.name + "\n\n" + sentence(verb.help);
   out += code_block(command_line(group, verb));
   auto options = options_of(verb);
   std::erase_if(options, [](const OptionRow* option) { return option->bit == 0; });
@@ -282,7 +293,7 @@ std::string commands_page() {
   }
   out += options_table(common);
   for (const Group& group : all_groups()) {
-    out += "\n## tarn " + group.name + "\n\n" + plain(group.help) + ".\n";
+    out += "\n## tarn " + group.name + "\n\n" + sentence(group.help);
     for (const Verb& verb : group.verbs) out += verb_section(group, verb);
   }
   for (const Topic& topic : topics()) {

@@ -21,6 +21,9 @@ class TestSchema(CommandLineTest):
         for group, kind in (("chillers", "WATER_COOLED_CENTRIFUGAL"), ("plants", "HOT_WATER"), ("plants", "CHILLER")):
             self.tarn(group, "new", "--type", kind)
         self.make_system()
+        self.tarn("preferences", "set", "CurrencyUnits=EUR")
+        (self.at / "options.dat").write_bytes(b"\x00\xff")
+        self.tarn("report-options", "set", str(self.at / "options.dat"))
         return json.loads(self.tarn("export", "json").stdout)
 
     def imported(self, text):
