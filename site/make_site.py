@@ -214,10 +214,13 @@ class Site:
             yield [page.title, page.kind, page.address, ""]
             sections = re.split(r'<h[23] id="([^"]+)">(.*?)</h[23]>', page.body)
             for place, title, below in zip(sections[1::3], sections[2::3], sections[3::3]):
-                if page.kind in ("guide", "command"):
-                    yield [plain(title), f"{page.kind}: {page.title}", f"{page.address}#{place}", plain(below)[:2000]]
-                elif page.address == "enumerations.html":
-                    yield [plain(title), "enumeration", f"{page.address}#{place}", plain(below)]
+                if page.kind == "class":
+                    continue  # its members are found one by one
+                kind = "enumeration" if page.address == "enumerations.html" else f"{page.kind}: {page.title}"
+                yield [plain(title), kind, f"{page.address}#{place}", plain(below)]
+                if kind == "enumeration":
+                    for name in re.findall(r"<td><code>(.*?)</code></td>", below):
+                        yield [f"{plain(title)}.{html.unescape(name)}", "code", f"{page.address}#{place}", ""]
             if page.kind == "class":
                 for name, rest in re.findall(r'<tr id="(\w+)">(.*?)</tr>', page.body, re.DOTALL):
                     yield [f"{page.title}.{name}", "member", f"{page.address}#{name}", plain(rest.partition("</td>")[2])]
