@@ -29,7 +29,6 @@ GUIDE = {
 }
 REFERENCE = ["classes/index.html", "enumerations.html", "files.html", "tables.html", "commands/index.html"]
 
-
 FRONT = """## Where to look
 
 - [Tour](site:tour.html): the first commands, from a shell and from Python
@@ -107,8 +106,7 @@ class Site:
         first, sections = parts_of(self.read("README.md"), 2)
         sections.pop("Where things live")
         tour = [f"## {name}\n{sections.pop(name)}" for name in ("Two commands", "A tour")]
-        front = first + "".join(f"## {name}\n{text}" for name, text in sections.items())
-        front += FRONT
+        front = first + "".join(f"## {name}\n{text}" for name, text in sections.items()) + FRONT
         self.add("index.html", front, "README.md", "guide")
         self.add("tour.html", "# Tour\n\n" + "".join(tour), "README.md", "guide")
 
@@ -128,8 +126,8 @@ class Site:
         of_class = {}
         for title, table in records.items():  # "WIN_Window: 555 bytes", "WTH_Weather, DesignRecord: 100 bytes"
             of_class.setdefault(re.match(r"\w+", title).group(), []).append((title, table))
-        listing = "".join(f"- `{name}`\n" for name in classes)
-        self.add("classes/index.html", f"{first}\n{listing}", source, "reference")
+        listing = "".join(f"<li><code>{name}</code></li>\n" for name in classes)
+        self.add("classes/index.html", f'{first}\n<ul class="columns">\n{listing}</ul>\n', source, "reference")
         for name, text in classes.items():
             failures, _, members = text.strip().partition("\n\n")
             text = f"# {name}\n\n{failures}\n\n## Members\n\n{raised(members)}\n"
@@ -160,11 +158,12 @@ class Site:
     def render(self):
         for page in self.pages:
             body = markdown.markdown(page.text, extensions=["tables", "fenced_code", "toc", "sane_lists"], output_format="html")
-            body = re.sub(r"<table>", '<div class="scroll" tabindex="0" role="region" aria-label="Table"><table>', body).replace("</table>", "</table></div>")
+            body = body.replace("<table>", '<div class="scroll" tabindex="0" role="region" aria-label="Table"><table>').replace("</table>", "</table></div>")
             body = body.replace("<th></th>", "<td></td>")
             body = re.sub(r"<td><code>[^<]*", lambda found: found.group().replace("\\|", "|"), body)  # no column's end
             if page.kind == "class":
                 body = self.with_places(body)
+            # Links of the text first, then names that are no links yet.
             body = re.sub(r'(href|src)="([^"]*)"', lambda found: self.linked(page, *found.groups()), body)
             page.body = re.sub(r"(?<!\">)<code>(\w+)</code>", lambda found: self.named(page, found.group(1)), body)
 
@@ -172,7 +171,7 @@ class Site:
     def with_places(body):
         """Members, in the first table of a class, get an address of their own."""
         members, end, rest = body.partition("</table>")
-        return re.sub(r"<tr>\s*<td><code>(\w+)", r'<tr id="\1">\g<0>', members).replace('"><tr>', '">') + end + rest
+        return re.sub(r"<tr>(\s*<td><code>)(\w+)", r'<tr id="\2">\1\2', members) + end + rest
 
     def linked(self, page, attribute, target):
         """A link between files of the repository, or to "site:" and an address, as one between pages of the site."""
@@ -190,7 +189,6 @@ class Site:
         address = self.names.get(name)
         code = f"<code>{name}</code>"
         return f'<a href="{page.root}{address}">{code}</a>' if address and address != page.address else code
-
 
     def contents(self, page):
         """What stands beside every page: the guide and the reference."""
