@@ -54,6 +54,7 @@ std::string notes(const Object& sample, const Member& member) {
   std::string text = member.read_only ? "read-only" : member.by_reference ? "set by reference" : "";
   const auto add = [&](const std::string& more) { text += (text.empty() ? "" : ", ") + more; };
   if (const std::string allowed = allowed_numbers(sample, member); !member.read_only && !allowed.empty()) add(allowed);
+  if (const Enumeration* codes = enumeration_of(member.labels)) add("code of `" + std::string(codes->name) + "`");
   if (!member.unit_beside.empty()) add("unit by `" + std::string(member.unit_beside) + "`");
   return text;
 }
@@ -70,6 +71,17 @@ std::string codes(const ClassInfo& info) {
   return out;
 }
 
+/// Where the command line works on entities of a class.
+std::string commands_of(std::string_view class_name) {
+  std::string links;
+  for (const EntityKind& kind : entity_kinds()) {
+    const std::string group(kind.group);
+    if (kind.class_name == class_name)
+      links += (links.empty() ? " Commands: " : ", ") + ("[tarn " + group) + "](commands.md#tarn-" + group + ")";
+  }
+  return links.empty() ? links : links + ".";
+}
+
 std::string classes_page() {
   std::string out =
       "# Classes\n\nEvery class with its members, in interface order. Codes that engines define have the names of the "
@@ -79,8 +91,8 @@ std::string classes_page() {
     const ClassInfo& info = *entry.info;
     const ObjectPtr sample = entry.create();
     out += "\n## " + std::string(info.name) + "\n\nFailures are " +
-           (info.failures == Failures::Trapped ? "trapped and logged" : "raised") +
-           ".\n\n| member | type | unit | notes |\n| --- | --- | --- | --- |\n";
+           (info.failures == Failures::Trapped ? "trapped and logged" : "raised") + "." + commands_of(info.name) +
+           "\n\n| member | type | unit | notes |\n| --- | --- | --- | --- |\n";
     for (const Member& m : info.members)
       out += row({"`" + signature(m) + "`", m.is_part() ? "`" + std::string(m.owned().info().name) + "`" : type_text(m),
                   std::string(m.unit), notes(*sample, m)});

@@ -78,7 +78,7 @@ class Site:
         self.source = source
         self.pages = []
         self.names = {}  # of classes and enumerations, with their addresses
-        self.addresses = {}  # in the site, of files in the repository
+        self.addresses = {}  # in the site, of files in the repository and of their parts: "docs/reference/commands.md#tarn-walls"
         self.files = {"docs/reference/exchange.schema.json": "exchange.schema.json"}  # that are copied
         for picture in sorted((source / "docs/gallery").glob("*.svg")):
             self.files[f"docs/gallery/{picture.name}"] = f"gallery/{picture.name}"
@@ -133,7 +133,7 @@ class Site:
             text = f"# {name}\n\n{failures}\n\n## Members\n\n{raised(members)}\n"
             for title, table in of_class.get(name, ()):
                 text += f"\n## Record, {title.partition(', ')[2] or title.partition(': ')[2]}\n{table}"
-            self.names[name] = f"classes/{name}.html"
+            self.names[name] = self.addresses[f"{source}#{name.lower()}"] = f"classes/{name}.html"
             self.add(f"classes/{name}.html", text, source, "class")
         rows = "".join("| `{}` | {} | {} |\n".format(*re.match(r"(\w+),? ?(.*): (.*)", title).groups()) for title in records)
         self.add("files.html", f"{about_files}\n| class | record | length |\n| --- | --- | --- |\n{rows}", files, "reference")
@@ -149,6 +149,7 @@ class Site:
                 continue
             address = f"commands/{name.removeprefix('tarn ')}.html"
             rows += f"| [{name}](site:{address}) | {text.strip().partition(chr(10))[0]} |\n"
+            self.addresses[f"{source}#{name.replace(' ', '-')}"] = address
             self.add(address, f"# {name}\n{raised(text)}", source, "command")
         text = f"{first}\n| group | what it is for |\n| --- | --- |\n{rows}\n## Options of every verb\n{common}"
         text += "".join(f"\n## {name}\n{below}" for name, below in topics.items())
@@ -181,6 +182,8 @@ class Site:
         if file.startswith("site:"):
             return f'{attribute}="{page.root}{file.removeprefix("site:")}{mark}{place}"'
         file = posixpath.normpath(posixpath.join(posixpath.dirname(page.source), file))
+        if part := self.addresses.get(f"{file}#{place}"):
+            return f'{attribute}="{page.root}{part}"'
         if file not in self.addresses:
             raise SystemExit(f"{page.source}: the site has no page for the link to {target}")
         return f'{attribute}="{page.root}{self.addresses[file]}{mark}{place}"'
