@@ -1,5 +1,5 @@
 # The front door. `./run` and `./test` do the same on a bare machine.
-.PHONY: run test check bench faults fuzz build format reference
+.PHONY: run test check bench faults fuzz build format reference site
 
 build:
 	@scripts/setup
@@ -56,4 +56,10 @@ format:
 	@scripts/format-check fix
 
 reference: build
-	@build/cli/tarn_reference docs/reference
+	@env -u TARN_CODES -u TARN_SHARE build/cli/tarn_reference docs/reference
+
+# The reference site: open build/site/index.html.
+site:
+	@scripts/setup test
+	@cmake --preset release >/dev/null
+	@cmake --build build --target tarn_site

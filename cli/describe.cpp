@@ -35,6 +35,10 @@ std::string signature(const Member& member) {
   return text + ")";
 }
 
+std::span<const Label> named_codes(const Member& member) {
+  return member.labels.empty() ? catalogued_codes(member) : member.labels;
+}
+
 size_t record_length(Object& object) {
   auto* entity = dynamic_cast<StoredEntity*>(&object);
   if (!entity) return object.info().record_size;
@@ -44,11 +48,6 @@ size_t record_length(Object& object) {
 }
 
 namespace {
-
-/// Those of the enumeration, else of the code catalogue.
-std::span<const Label> named_codes(const Member& member) {
-  return member.labels.empty() ? catalogued_codes(member) : member.labels;
-}
 
 Json member_json(const Member& member) {
   constexpr std::string_view kinds[]{"property", "method", "event"};

@@ -1,5 +1,6 @@
-// Writes the pages of docs/reference/ from the declarations: classes, enumerations, record files, tables, and the
-// manual pages. A test compares them with the ones in the repository; `make reference` brings those up to date.
+// Writes the pages of docs/reference/ from the declarations: classes, enumerations, record files, tables, commands, the
+// schema of the exchange text, and the manual pages. A test compares them with the ones in the repository; `make
+// reference` brings those up to date.
 
 #include <filesystem>
 #include <fstream>
@@ -9,10 +10,14 @@
 
 #include "cli/command.h"
 #include "cli/describe.h"
+#include "cli/exchange_schema.h"
+#include "cli/help.h"
 #include "cli/manual.h"
+#include "cli/topics.h"
 #include "project/enumerations.h"
 #include "project/kinds.h"
 #include "project/new_index.h"
+#include "reflect/allowed.h"
 #include "storage/kind.h"
 #include "storage/links.h"
 #include "tarn/base/value.h"
@@ -43,34 +48,54 @@ std::string row(std::initializer_list<std::string> cells) {
   return text + "\n";
 }
 
-std::string notes(const Member& member) {
+std::string notes(const Object& sample, const Member& member) {
   if (member.kind == MemberKind::Event) return "event";
   if (!member.refers_to.empty()) return "index of a " + std::string(member.refers_to);
-  if (member.read_only) return "read-only";
-  return member.by_reference ? "set by reference" : "";
+  std::string text = member.read_only ? "read-only" : member.by_reference ? "set by reference" : "";
+  const auto add = [&](const std::string& more) { text += (text.empty() ? "" : ", ") + more; };
+  if (const std::string allowed = allowed_numbers(sample, member); !member.read_only && !allowed.empty()) add(allowed);
+  if (const Enumeration* codes = enumeration_of(member.labels)) add("code of `" + std::string(codes->name) + "`");
+  if (!member.unit_beside.empty()) add("unit by `" + std::string(member.unit_beside) + "`");
+  return text;
 }
 
 std::string codes(const ClassInfo& info) {
   std::string out;
   for (const Member& member : info.members) {
-    if (member.labels.empty()) continue;
-    out += "\nCodes of `" + std::string(member.name) + "`:\n\n| code | name | text |\n| --- | --- | --- |\n";
-    for (const Label& l : member.labels)
+    const auto labels = named_codes(member);
+    if (labels.empty()) continue;
+    out += "\n### Codes of `" + std::string(member.name) + "`\n\n| code | name | text |\n| --- | --- | --- |\n";
+    for (const Label& l : labels)
       out += row({std::to_string(l.code), "`" + std::string(l.name) + "`", std::string(l.text)});
   }
   return out;
 }
 
+/// Where the command line works on entities of a class.
+std::string commands_of(std::string_view class_name) {
+  std::string links;
+  for (const EntityKind& kind : entity_kinds()) {
+    const std::string group(kind.group);
+    if (kind.class_name == class_name)
+      links += (links.empty() ? " Commands: " : ", ") + ("[tarn " + group) + "](commands.md#tarn-" + group + ")";
+  }
+  return links.empty() ? links : links + ".";
+}
+
 std::string classes_page() {
-  std::string out = "# Classes\n\nEvery class with its members, in interface order.\n";
+  std::string out =
+      "# Classes\n\nEvery class with its members, in interface order. Codes that engines define have the names of the "
+      "shipped\n"
+      "[code catalogue](../codes.md).\n";
   for (const ClassEntry& entry : class_list()) {
     const ClassInfo& info = *entry.info;
+    const ObjectPtr sample = entry.create();
     out += "\n## " + std::string(info.name) + "\n\nFailures are " +
-           (info.failures == Failures::Trapped ? "trapped and logged" : "raised") +
-           ".\n\n| member | type | unit | |\n| --- | --- | --- | --- |\n";
+           (info.failures == Failures::Trapped ? "trapped and logged" : "raised") + "." + commands_of(info.name) +
+           "\n\n| member | type | unit | notes |\n| --- | --- | --- | --- |\n";
     for (const Member& m : info.members)
       out += row({"`" + signature(m) + "`", m.is_part() ? "`" + std::string(m.owned().info().name) + "`" : type_text(m),
-                  std::string(m.unit), notes(m)});
+                  std::string(m.unit), notes(*sample, m)});
     out += codes(info);
   }
   return out;
@@ -224,6 +249,72 @@ std::string tables_page() {
   return out + "\n## The index database\n\n```sql\n" + index_schema() + "```\n";
 }
 
+/// A text whose signs are those of Markdown, as it is.
+std::string plain(std::string_view text) {
+  std::string out;
+  for (const char c : text) {
+    if (std::string_view("*_<>|[]`\\").find(c) != std::string_view::npos) out += '\\';
+    out += c;
+  }
+  return out;
+}
+
+/// What help says in a few words, as a sentence.
+std::string sentence(std::string_view text) {
+  std::string out = plain(text) + ".";
+  out.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(out.front())));
+  return out + "\n";
+}
+
+std::string code_block(std::string_view text) {
+  return "\n```text\n" + std::string(text) + (text.ends_with('\n') ? "" : "\n") + "```\n";
+}
+
+std::string options_table(const std::vector<const OptionRow*>& options) {
+  std::string rows;
+  for (const OptionRow* option : options) {
+    std::string words = std::string(option->spelling) + (option->value.empty() ? "" : " " + std::string(option->value));
+    for (size_t at = 0; (at = words.find('|', at)) != std::string::npos; at += 2) words.insert(at, "\\");  // no column
+    rows += row({"`" + words + "`", plain(option->help)});
+  }
+  return rows.empty() ? rows : "\n| option | what it does |\n| --- | --- |\n" + rows;
+}
+
+std::string verb_section(const Group& group, const Verb& verb) {
+  std::string out;
+  if (group.names_verbs()) out += "\n### tarn " + group.name + " " + verb.name + "\n\n" + sentence(verb.help);
+  out += code_block(command_line(group, verb));
+  auto options = options_of(verb);
+  std::erase_if(options, [](const OptionRow* option) { return option->bit == 0; });
+  out += options_table(options);
+  if (verb.usage.find("Property=value") != std::string::npos && group.kind)
+    out += "\nProperties are those of `" + std::string(group.kind->class_name) + "` and of its parts; `tarn " +
+           group.name + " " + verb.name + " --help` lists them.\n";
+  std::string examples;
+  for (const std::string& example : verb.examples) examples += example + "\n";
+  return out + (examples.empty() ? "" : "\nFor example:\n" + code_block(examples));
+}
+
+std::string commands_page() {
+  std::string out =
+      "# Commands\n\nEvery group with its verbs. How entities are chosen by number, name or pattern: [command "
+      "line](../command-line.md).\n\n## Options of every verb\n";
+  std::vector<const OptionRow*> common;
+  for (const OptionRow& option : option_rows()) {
+    if (option.bit == 0) common.push_back(&option);
+  }
+  out += options_table(common);
+  for (const Group& group : all_groups()) {
+    out += "\n## tarn " + group.name + "\n\n" + sentence(group.help);
+    for (const Verb& verb : group.verbs) out += verb_section(group, verb);
+  }
+  for (const Topic& topic : topics()) {
+    out += "\n## Topic: " + std::string(topic.name) + "\n\n" + plain(topic.title) + " (`tarn help " +
+           std::string(topic.name) + "`)\n" + code_block(topic.text);
+  }
+  return out;
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -233,10 +324,10 @@ int main(int count, char** arguments) {
   }
   const std::filesystem::path folder(arguments[1]);
   std::filesystem::create_directories(folder);
-  const std::pair<const char*, std::string> pages[]{{"classes.md", classes_page()},
-                                                    {"enumerations.md", enumerations_page()},
-                                                    {"files.md", files_page()},
-                                                    {"tables.md", tables_page()}};
+  const std::pair<const char*, std::string> pages[]{
+      {"classes.md", classes_page()},   {"enumerations.md", enumerations_page()},
+      {"files.md", files_page()},       {"tables.md", tables_page()},
+      {"commands.md", commands_page()}, {"exchange.schema.json", exchange_schema()}};
   for (const auto& [name, text] : pages) {
     if (!(std::ofstream(folder / name, std::ios::binary) << text).flush()) return kInputOutput;
   }

@@ -91,10 +91,17 @@ void check_allowed(const Object& object, const Member& property, const Value& va
   if (const auto labels = property.labels_of(object); !labels.empty()) check_code(labels, number);
 }
 
-std::string allowed_numbers(const Object& object, const Member& property) {
-  if (const Numbered* row = numbered(object, property)) return "0 to " + std::to_string(row->last);
+std::optional<NumberRange> allowed_range(const Object& object, const Member& property) {
+  if (const Numbered* row = numbered(object, property)) return NumberRange{0, row->last};
   const bool real = property.type == ValueType::Real32 || property.type == ValueType::Real64;
-  return real && is_never_negative(property) ? "0 and above" : "";
+  if (real && is_never_negative(property)) return NumberRange{};
+  return {};
+}
+
+std::string allowed_numbers(const Object& object, const Member& property) {
+  const auto range = allowed_range(object, property);
+  if (!range) return {};
+  return std::to_string(range->least) + (range->most ? " to " + std::to_string(*range->most) : " and above");
 }
 
 }  // namespace tarn

@@ -3,6 +3,8 @@
 // the rule of the class.
 #pragma once
 
+#include <optional>
+
 #include "tarn/reflect/members.h"
 
 namespace tarn {
@@ -14,8 +16,14 @@ enum class Given : uint8_t { Alone, WithRecord };
 /// Error `InvalidCall` for a value that cannot be; the text has the value, what is allowed, and the codes.
 void check_allowed(const Object& object, const Member& property, const Value& value, Given given);
 
-/// The numbers that can be, as a person reads them: "0 and above", "0 to 4"; empty where the type alone decides, and
-/// for properties with codes.
+/// Whole or real numbers from `least` on, up to `most` where there is a limit.
+struct NumberRange {
+  int least = 0;
+  std::optional<int> most;
+};
+/// The numbers that can be; none where the type alone decides, and for properties with codes.
+std::optional<NumberRange> allowed_range(const Object& object, const Member& property);
+/// The same as a person reads it: "0 and above", "0 to 4"; empty without a range.
 std::string allowed_numbers(const Object& object, const Member& property);
 
 }  // namespace tarn
