@@ -76,6 +76,7 @@ int project_new(const Call& call);
 int project_info(const Call& call);
 int project_export(const Call& call);
 int project_import(const Call& call);
+int project_copy(const Call& call);
 int project_stale(const Call& call);
 int project_check(const Call& call);
 int project_repair(const Call& call);

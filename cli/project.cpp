@@ -13,6 +13,7 @@
 #include "platform/file_store.h"
 #include "project/defaults.h"
 #include "project/kinds.h"
+#include "tarn/copy.h"
 #include "tarn/exchange.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/preferences.h"
@@ -82,6 +83,24 @@ int project_new(const Call& call) {
   const char* made = call.dry_run ? "would make " : "made ";
   if (new_folder) std::cout << made << "the folder " << project.WorkPath() << '\n';
   std::cout << made << project.IndexDBName() << '\n';
+  return kClean;
+}
+
+/// A folder keeps the project's prefix.
+int project_copy(const Call& call) {
+  if (call.words.empty()) throw UsageError("Where to? tarn project copy FOLDER or FOLDER/PREFIX");
+  COM_ProjectData from, to;
+  const auto database = open_project(from, call, Use::Reading);
+  const std::string& word = call.words.front();
+  const fs::path target(word);
+  const bool is_folder = word.ends_with('/') || fs::is_directory(target) || !target.has_parent_path();
+  to.SetWorkPath(is_folder ? word : target.parent_path().string());
+  to.FilePrefix = is_folder ? from.FilePrefix : target.filename().string();
+  copy_project(from, to);
+  if (call.json)
+    print_json({{"index_database", to.IndexDBName()}});
+  else
+    std::cout << "made " << to.IndexDBName() << '\n';
   return kClean;
 }
 

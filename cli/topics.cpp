@@ -54,14 +54,22 @@ the air systems that serve these spaces, of the plants that serve the systems, a
 save marks all of these in the same transaction: air systems and plants to size again, to simulate again, buildings to
 simulate again. Results stay where they are until the calculation runs again.
 
-  tarn project info     counts what is stale
-  tarn results list     says of each air system whether its design results are stale
+  tarn project stale       what is stale, since which edit, and how that edit reaches it
+  tarn project info        counts what is stale
+  tarn windows used-by 3   who uses window 3, by which property
+  tarn spaces uses 2       what space 2 rests on
 
-Changing a name alone marks nothing. Editing an air system, plant or building clears its own results.
+An edit tells what it made stale. Changing a name alone marks nothing. Editing an air system, plant or building clears its own results.
 )text"},
     {"units", "the units of the numbers",
-     R"text(Numbers are in the units of the files: ft, in, ft2, F, Btu/hr, Btu/(hr.ft2.F), CFM, gpm, tons, kW. The help of a verb
-gives the unit of each property:
+     R"text(Numbers are in the units of the files: ft, in, ft2, F, Btu/hr, Btu/(hr.ft2.F), CFM, gpm, tons, kW; with --units si,
+or TARN_UNITS=si, in m, mm, m2, C, W, W/(m2.K), L/s, kW. A value may carry its unit, whatever the system; it is converted
+exactly, and told. JSON stays in the units of the files.
+
+  tarn windows set 1 Height=1.2m
+  tarn --units si walls show 1
+
+The help of a verb gives the unit of each property:
 
   tarn walls set --help
   tarn describe CA_Layer

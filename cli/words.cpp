@@ -179,6 +179,12 @@ Group project_group() {
        project_import,
        {"tarn project export windows | tarn project import -",
         "tarn windows show 1 --json | tarn project import - --dry-run"}});
+  add({"copy",
+       "TARGET",
+       "copies the project to TARGET, FOLDER or FOLDER/PREFIX, while others may work on it",
+       0,
+       project_copy,
+       {"tarn project copy variant", "tarn project copy variants/TALL"}});
   add({"stale",
        "",
        "which results are stale, since which edit, and how it reaches them",

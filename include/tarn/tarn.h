@@ -210,6 +210,9 @@ TARN_API tarn_status tarn_create_index(const char* path);
 /* Makes the project of a COM_ProjectData that has its path and prefix: index database and default records, all of it
  * or nothing. */
 TARN_API tarn_status tarn_create_project(tarn_object* project);
+/* Copies a project, as it was committed last, to the path and prefix of another COM_ProjectData, while others may work
+ * on it: all of it or nothing. The folder is made; a project that is there already is refused. */
+TARN_API tarn_status tarn_copy_project(tarn_object* from, tarn_object* to);
 
 /* The kinds of entity that a project keeps, in the order in which they rest on each other. */
 typedef struct tarn_entity_kind {

@@ -49,6 +49,15 @@ PyObject* create_project(PyObject* /*module*/, PyObject* project) {
   });
 }
 
+PyObject* copy_project(PyObject* /*module*/, PyObject* arguments) {
+  return giving([&] {
+    PyObject *from = nullptr, *to = nullptr;
+    parse(arguments, "OO", &from, &to);
+    run_on(from, [&] { return tarn_copy_project(handle_of(from), handle_of(to)); });
+    return none();
+  });
+}
+
 PyObject* find_damage(PyObject* /*module*/, PyObject* project) {
   return giving([&] {
     const char* findings = "";
@@ -191,6 +200,7 @@ PyObject* picture(PyObject* /*module*/, PyObject* object) {
 
 PyMethodDef kProjectFunctions[]{{"create_project", create_project, METH_O, nullptr},
                                 {"check", find_damage, METH_O, nullptr},
+                                {"copy_project", copy_project, METH_VARARGS, nullptr},
                                 {"uses", uses_of<tarn_uses>, METH_VARARGS, nullptr},
                                 {"used_by", uses_of<tarn_used_by>, METH_VARARGS, nullptr},
                                 {"stale", stale, METH_O, nullptr},

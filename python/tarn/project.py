@@ -186,6 +186,12 @@ class Project(Kinds):
         with_what: Any = other.data if isinstance(other, Project) else pathlib.Path(other).read_text(encoding="utf-8")
         return listed(_tarn.compare(self.data, with_what, tolerance))
 
+    def copy(self, path: Path) -> Project:
+        """Copies the project, as it was committed last, to FOLDER/PREFIX, while others may work on it; the copy is returned."""
+        path = pathlib.Path(path)
+        _tarn.copy_project(self.data, _data_of(str(path.parent), path.name))
+        return Project(path)
+
     # ---- check and repair
 
     def check(self) -> list[types.SimpleNamespace]:

@@ -1,14 +1,21 @@
-// The C interface to what rests on what in a project, and what differs between two.
+// The C interface to what rests on what in a project, what differs between two, and to a copy of one.
 
 #include "c/c_support.h"
 #include "c/entity_kinds.h"
 #include "tarn/compare.h"
+#include "tarn/copy.h"
 #include "tarn/project.h"
 #include "tarn/staleness.h"
 
 using namespace tarn;
 
 namespace {
+
+COM_ProjectData& second_project(tarn_object* handle) {
+  HandleSlot* slot = slot_of(handle);
+  if (!slot) bad_argument("The second project is not set, was released, or belongs to another thread.");
+  return object_as<COM_ProjectData>(*slot, "project");
+}
 
 /// Gives the text that `answer` makes of a project; it is kept until the thread's next.
 template <typename F>
@@ -39,11 +46,14 @@ tarn_status tarn_stale(tarn_object* project, const char** found) {
 
 tarn_status tarn_compare(tarn_object* first, tarn_object* second, double tolerance, const char** found) {
   return answering(first, found, [&](COM_ProjectData& of) {
-    HandleSlot* other = slot_of(second);
-    if (!other) bad_argument("The second project is not set, was released, or belongs to another thread.");
-    const auto one = comparable_project(of), two = comparable_project(object_as<COM_ProjectData>(*other, "project"));
+    const auto one = comparable_project(of), two = comparable_project(second_project(second));
     return differences_json(compare(*one, *two, {tolerance}));
   });
+}
+
+tarn_status tarn_copy_project(tarn_object* from, tarn_object* to) {
+  return on_object(
+      from, [&](HandleSlot& slot) { copy_project(object_as<COM_ProjectData>(slot, "project"), second_project(to)); });
 }
 
 tarn_status tarn_compare_text(tarn_object* project, const char* text, double tolerance, const char** found) {

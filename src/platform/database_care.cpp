@@ -38,7 +38,7 @@ std::vector<int64_t> Database::foreign_pending_rows() {
   return pending_->foreign_rows();
 }
 
-void Database::copy_to(const std::string& path) {
+void Database::copy_to(const std::string& path, PendingRows pending) {
   if (host().files->exists(path)) fail(ErrorNumber::FileExists, path + " exists already.");
   sqlite3* copy = nullptr;
   const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
@@ -50,6 +50,8 @@ void Database::copy_to(const std::string& path) {
   if (!backup) fail_to_copy(path, sqlite3_errmsg(copy));
   const int result = sqlite3_backup_step(backup, -1);
   if (sqlite3_backup_finish(backup) != SQLITE_OK || result != SQLITE_DONE) fail_to_copy(path, sqlite3_errstr(result));
+  if (pending == PendingRows::InPlace && sqlite3_exec(copy, "DELETE FROM PendingWrites", nullptr, nullptr, nullptr))
+    fail_to_copy(path, sqlite3_errmsg(copy));
 }
 
 }  // namespace tarn

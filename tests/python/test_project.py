@@ -106,7 +106,9 @@ class TestKinds(DailyCase):
         window.Save()
         [found] = self.project.diff(path)
         self.assertEqual((found.kind, found.name, found.property, found.unit, found.first), ("Window", "South", "Height", "ft", 9))
-        self.assertEqual(self.project.diff(self.project), [])
+        copied = self.project.copy(self.folder / "variants" / "TALL")
+        self.assertEqual(self.project.diff(copied), [])
+        self.raises(tarn.Error, "is there already", lambda: self.project.copy(self.folder / "variants" / "TALL"))
 
     def test_exchange_weather_check_and_pictures(self):
         self.project.walls.new(name="Wall")

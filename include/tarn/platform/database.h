@@ -85,8 +85,10 @@ class Database final : public Object {
   std::vector<std::string> damage();
   /// Numbers of pending rows that no save has written, because of which no record file can be read.
   std::vector<int64_t> foreign_pending_rows();
-  /// Makes a copy of the whole database as this connection sees it; error `FileExists`.
-  void copy_to(const std::string& path);
+  /// Makes a copy of the whole database as this connection sees it; error `FileExists`. Pending record bytes come along
+  /// or, where the copied record files have them in place, not.
+  enum class PendingRows : uint8_t { Kept, InPlace };
+  void copy_to(const std::string& path, PendingRows pending = PendingRows::Kept);
 
   // For the workspace:
   /// Takes no part in record files any more.
