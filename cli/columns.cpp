@@ -72,7 +72,7 @@ void Column::find_property(const ClassInfo& info, const std::string& name) {
 }
 
 Column::Column(const EntityKind& kind, const std::string& word) {
-  const auto sample = sample_of(kind);
+  const auto sample = blank_entity(kind);
   const auto columns = table_columns(sample->kind());
   const auto raw = std::ranges::find_if(columns, [&](std::string_view each) { return same_word(each, word); });
   if (raw != columns.end()) {

@@ -78,7 +78,7 @@ class Finder {
   void add_properties(const EntityKind& kind, const std::string& part) {
     const std::string before = part.empty() ? "" : part + "(1).";
     word_.insert(0, before);
-    const auto sample = sample_of(kind);
+    const auto sample = blank_entity(kind);
     for_each_settable(*sample, [&](const Settable& each) {
       if (word_.find('=') == std::string::npos)
         add_path(each);
@@ -101,7 +101,7 @@ class Finder {
   void add_columns(const EntityKind& kind) {
     const size_t comma = word_.rfind(',');
     const std::string before = comma == std::string::npos ? "" : word_.substr(0, comma + 1);
-    for_each_settable(*sample_of(kind), [&](const Settable& each) {
+    for_each_settable(*blank_entity(kind), [&](const Settable& each) {
       if (each.steps.empty()) add(before + std::string(each.member.name) + (each.member.indexed() ? "(" : ""));
     });
   }

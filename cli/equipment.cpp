@@ -47,7 +47,7 @@ std::vector<std::string> piece_assignments(const List& list, int place, const Ca
   const auto kind = std::ranges::find(kinds, one, &EntityKind::one);
   Call of = call;
   of.words = {told ? word.substr(one.size() + 1) : word};
-  const std::string table(sample_of(*kind)->kind().index_table);
+  const std::string table(blank_entity(*kind)->kind().index_table);
   const int16_t index = index_of(of, *on.database, {table, one, std::string(kind->group)});
   const std::string piece = "Details." + std::string(list.name) + ".Equipment(" + std::to_string(place) + ").";
   return {piece + "LibraryID=" + (one == "chiller" ? "LIB_CHILLERS" : "LIB_BOILERS"),

@@ -160,7 +160,7 @@ std::string property_table(const Group& group, const Verb& verb) {
     return pairs(rows);
   }
   if (!group.kind || verb.usage.find("Property=value") == std::string::npos) return {};
-  const auto sample = sample_of(*group.kind);
+  const auto sample = blank_entity(*group.kind);
   std::vector<Settable> all;
   for_each_settable(*sample, [&](const Settable& each) {
     if (verb.part.empty() || (each.steps.size() == 1 && each.steps[0].part->name == verb.part)) all.push_back(each);

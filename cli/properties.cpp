@@ -39,12 +39,6 @@ struct Walk {
 
 }  // namespace
 
-Ptr<StoredEntity> sample_of(const EntityKind& kind) {
-  const ObjectPtr sample = kind.create();
-  if (kind.prepare) kind.prepare(*sample);
-  return std::static_pointer_cast<StoredEntity>(sample);
-}
-
 void for_each_settable(StoredEntity& sample, const std::function<void(const Settable&)>& action) {
   Walk{sample, action}(sample, {});
 }

@@ -29,8 +29,6 @@ struct Settable {
   /// "Layer(1 to 10).", what stands before the property.
   std::string prefix() const;
 };
-/// An entity of a kind that belongs to no project.
-Ptr<StoredEntity> sample_of(const EntityKind& kind);
 
 /// In interface order, those of the entity before those of its parts, a list's by those of its first element. Results
 /// of calculations are left out: an edit clears them. The entity is a sample, whose empty lists get an element.

@@ -110,11 +110,11 @@ PyType_Slot slots[]{{Py_tp_doc, const_cast<char*>("An indexed property: [1], [1,
                     {Py_tp_methods, methods},
                     {Py_tp_getset, properties},
                     {0, nullptr}};
-PyType_Spec spec{"tarn._tarn.Array", sizeof(View), 0, Py_TPFLAGS_DEFAULT, slots};
+PyType_Spec form{"tarn._tarn.Array", sizeof(View), 0, Py_TPFLAGS_DEFAULT, slots};
 
 }  // namespace
 
-void add_array_types(PyObject* module) { view_type = add_type(module, spec); }
+void add_array_types(PyObject* module) { view_type = add_type(module, form); }
 
 Ref array_view(PyObject* object, const MemberInfo& member) {
   auto* view = allocate<View>(view_type);

@@ -110,11 +110,11 @@ int set(PyObject* self, PyObject* object, PyObject* handler) {
 PyType_Slot slots[]{{Py_tp_dealloc, slot(free_object)},    {Py_tp_descr_get, slot(get)},
                     {Py_tp_descr_set, slot(set)},          {Py_tp_repr, slot(represent_descriptor)},
                     {Py_tp_getset, kDescriptorProperties}, {0, nullptr}};
-PyType_Spec spec{"tarn._tarn.Event", sizeof(Descriptor), 0, Py_TPFLAGS_DEFAULT, slots};
+PyType_Spec form{"tarn._tarn.Event", sizeof(Descriptor), 0, Py_TPFLAGS_DEFAULT, slots};
 
 }  // namespace
 
-void add_event_types(PyObject* module) { event_type = add_type(module, spec); }
+void add_event_types(PyObject* module) { event_type = add_type(module, form); }
 
 Ref event_descriptor(const MemberInfo& member) { return descriptor(event_type, member); }
 

@@ -61,7 +61,7 @@ PyType_Slot collection_slots[]{
     {Py_tp_repr, slot(represent)},
     {Py_tp_methods, collection_methods},
     {0, nullptr}};
-PyType_Spec collection_spec{"tarn._tarn.Collection", sizeof(Object), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE,
+PyType_Spec collection_form{"tarn._tarn.Collection", sizeof(Object), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE,
                             collection_slots};
 
 /// A statement with its parameters, as a method of a database gets them.
@@ -134,14 +134,14 @@ PyMethodDef database_methods[]{
 PyType_Slot database_slots[]{{Py_tp_doc, const_cast<char*>("The shared handle of an open index database.")},
                              {Py_tp_methods, database_methods},
                              {0, nullptr}};
-PyType_Spec database_spec{"tarn._tarn.DatabaseHandle", sizeof(Object), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE,
+PyType_Spec database_form{"tarn._tarn.DatabaseHandle", sizeof(Object), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE,
                           database_slots};
 
 }  // namespace
 
 void add_list_types(PyObject* module) {
-  collection_type = add_type(module, collection_spec, reinterpret_cast<PyObject*>(object_type));
-  database_type = add_type(module, database_spec, reinterpret_cast<PyObject*>(object_type));
+  collection_type = add_type(module, collection_form, reinterpret_cast<PyObject*>(object_type));
+  database_type = add_type(module, database_form, reinterpret_cast<PyObject*>(object_type));
 }
 
 }  // namespace tarn::python

@@ -132,18 +132,18 @@ PyType_Slot bound_slots[]{{Py_tp_dealloc, slot(destroy_bound)},
                           {Py_tp_repr, slot(represent_bound)},
                           {Py_tp_getset, bound_properties},
                           {0, nullptr}};
-PyType_Spec bound_spec{"tarn._tarn.BoundMethod", sizeof(Bound), 0, Py_TPFLAGS_DEFAULT, bound_slots};
+PyType_Spec bound_form{"tarn._tarn.BoundMethod", sizeof(Bound), 0, Py_TPFLAGS_DEFAULT, bound_slots};
 
 PyType_Slot slots[]{{Py_tp_dealloc, slot(free_object)},    {Py_tp_descr_get, slot(bind)},
                     {Py_tp_call, slot(call_descriptor)},   {Py_tp_repr, slot(represent_descriptor)},
                     {Py_tp_getset, kDescriptorProperties}, {0, nullptr}};
-PyType_Spec spec{"tarn._tarn.Method", sizeof(Descriptor), 0, Py_TPFLAGS_DEFAULT, slots};
+PyType_Spec form{"tarn._tarn.Method", sizeof(Descriptor), 0, Py_TPFLAGS_DEFAULT, slots};
 
 }  // namespace
 
 void add_method_types(PyObject* module) {
-  method_type = add_type(module, spec);
-  bound_type = add_type(module, bound_spec);
+  method_type = add_type(module, form);
+  bound_type = add_type(module, bound_form);
 }
 
 Ref method_descriptor(const MemberInfo& member) { return descriptor(method_type, member); }

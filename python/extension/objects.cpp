@@ -126,7 +126,7 @@ PyType_Slot slots[]{
     {Py_tp_members, members},
     {Py_tp_getset, properties},
     {0, nullptr}};
-PyType_Spec spec{"tarn._tarn.Object", sizeof(Object), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_HAVE_GC,
+PyType_Spec form{"tarn._tarn.Object", sizeof(Object), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE | Py_TPFLAGS_HAVE_GC,
                  slots};
 
 Ref descriptor_of(const MemberInfo& member) {
@@ -195,7 +195,7 @@ void enter_thread() {
   for (tarn_object* handle : handles) tarn_release(handle);
 }
 
-void add_object_types(PyObject* module) { object_type = add_type(module, spec); }
+void add_object_types(PyObject* module) { object_type = add_type(module, form); }
 
 void add_classes(PyObject* module) {
   const Ref names = made(PyList_New(0));

@@ -34,11 +34,11 @@ int set(PyObject* self, PyObject* object, PyObject* value) {
 PyType_Slot slots[]{{Py_tp_dealloc, slot(free_object)},    {Py_tp_descr_get, slot(get)},
                     {Py_tp_descr_set, slot(set)},          {Py_tp_repr, slot(represent_descriptor)},
                     {Py_tp_getset, kDescriptorProperties}, {0, nullptr}};
-PyType_Spec spec{"tarn._tarn.Property", sizeof(Descriptor), 0, Py_TPFLAGS_DEFAULT, slots};
+PyType_Spec form{"tarn._tarn.Property", sizeof(Descriptor), 0, Py_TPFLAGS_DEFAULT, slots};
 
 }  // namespace
 
-void add_property_types(PyObject* module) { property_type = add_type(module, spec); }
+void add_property_types(PyObject* module) { property_type = add_type(module, form); }
 
 Ref property_descriptor(const MemberInfo& member) { return descriptor(property_type, member); }
 

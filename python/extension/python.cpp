@@ -31,10 +31,10 @@ void set_error() noexcept {
   }
 }
 
-PyTypeObject* add_type(PyObject* module, PyType_Spec& spec, PyObject* base) {
+PyTypeObject* add_type(PyObject* module, PyType_Spec& form, PyObject* base) {
   const Ref bases = base ? made(PyTuple_Pack(1, base)) : Ref();
-  Ref type = made(PyType_FromSpecWithBases(&spec, bases.get()));
-  const std::string name = spec.name;
+  Ref type = made(PyType_FromSpecWithBases(&form, bases.get()));
+  const std::string name = form.name;
   answered(PyObject_SetAttrString(module, name.substr(name.rfind('.') + 1).c_str(), type.get()));
   return reinterpret_cast<PyTypeObject*>(type.release());  // lives as long as the program
 }

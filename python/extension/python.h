@@ -162,7 +162,7 @@ class Lock {
 };
 
 /// A type made of slots, added to the module under the last word of its name.
-PyTypeObject* add_type(PyObject* module, PyType_Spec& spec, PyObject* base = nullptr);
+PyTypeObject* add_type(PyObject* module, PyType_Spec& form, PyObject* base = nullptr);
 
 /// Frees an object of such a type, whose members are gone already.
 inline void free_object(PyObject* self) {
