@@ -1,5 +1,5 @@
 # The front door. `./run` and `./test` do the same on a bare machine.
-.PHONY: run test check bench faults fuzz build format reference site
+.PHONY: run test check bench faults fuzz build format packages reference site
 
 build:
 	@scripts/setup
@@ -28,7 +28,6 @@ check: test
 	@cmake --build build-clang --target all tarn_bench
 	ctest --test-dir build-clang --output-on-failure -j$$(nproc)
 	@scripts/tidy
-	@scripts/install-check
 
 bench:
 	@scripts/setup test
@@ -51,6 +50,12 @@ fuzz:
 	@cmake --preset fuzz >/dev/null
 	@cmake --build build-fuzz --target tarn_fuzz
 	@FUZZ_SECONDS=$(FUZZ_SECONDS) scripts/fuzz
+
+# The source archive, the wheel and the Debian packages in build-packages, tried.
+packages:
+	@scripts/setup packages
+	@scripts/packages
+	@scripts/packages-check
 
 format:
 	@scripts/format-check fix

@@ -1,4 +1,4 @@
-# The C++ classes: find_package(tarn) and link tarn::c.
+# find_package(tarn 0.2): link tarn::tarn for the C++ classes, tarn::c for the C interface.
 include(CMakeFindDependencyMacro)
 find_dependency(SQLite3)
 include(${CMAKE_CURRENT_LIST_DIR}/tarn-targets.cmake)

@@ -96,4 +96,8 @@ class COM_ProjectData final : public Object {
   std::string work_path_;
 };
 
+/// Makes a new project, index database and default records: all of it or nothing. Errors `FileExists`,
+/// `DatabaseFailure`.
+void create_project(COM_ProjectData& project);
+
 }  // namespace tarn

@@ -8,7 +8,6 @@
 #include "platform/host.h"
 #include "project/enumerations.h"
 #include "project/new_index.h"
-#include "project/shipped.h"
 #include "tarn/base/log.h"
 #include "tarn/check.h"
 #include "tarn/chiller.h"
@@ -17,6 +16,7 @@
 #include "tarn/member_units.h"
 #include "tarn/platform/database.h"
 #include "tarn/platform/workspace.h"
+#include "tarn/shipped.h"
 
 using namespace tarn;
 

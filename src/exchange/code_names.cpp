@@ -12,10 +12,10 @@
 
 #include "base/nearest.h"
 #include "exchange/json_lines.h"
-#include "project/shipped.h"
 #include "tarn/base/error.h"
 #include "tarn/base/value.h"
 #include "tarn/class_list.h"
+#include "tarn/shipped.h"
 
 namespace tarn {
 namespace {

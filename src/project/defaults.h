@@ -7,10 +7,6 @@ namespace tarn {
 
 class StoredEntity;
 
-/// Makes a new project, index database and default records: all of it or nothing. Errors `FileExists`,
-/// `DatabaseFailure`.
-void create_project(COM_ProjectData& project);
-
 /// Writes record 0 of every kind in the table into the project's files.
 void write_default_records(COM_ProjectData& project);
 

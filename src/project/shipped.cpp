@@ -1,4 +1,4 @@
-#include "project/shipped.h"
+#include "tarn/shipped.h"
 
 #include <dlfcn.h>
 
@@ -36,6 +36,8 @@ std::string shipped_file(std::string_view name) {
   for (int level = 0; level < kLevels && !folder.empty(); ++level, folder = folder.parent_path()) {
     if (const auto path = folder / "share" / "tarn" / name; std::filesystem::exists(path)) return path.string();
   }
+  if (const auto path = std::filesystem::path(TARN_INSTALLED_SHARE) / name; std::filesystem::exists(path))
+    return path.string();
   fail(ErrorNumber::FileNotFound, "The shipped file " + std::string(name) +
                                       " was not found beside the program; set TARN_SHARE to the folder that holds it.");
 }

@@ -3,9 +3,9 @@
 
 #include <sstream>
 
-#include "project/shipped.h"
 #include "support/temp_project.h"
 #include "tarn/chiller.h"
+#include "tarn/shipped.h"
 
 namespace tarn::test {
 

@@ -1,6 +1,6 @@
 #include "plant/plant_case.h"
 #include "project/defaults.h"
-#include "project/shipped.h"
+#include "tarn/shipped.h"
 
 namespace tarn {
 namespace {

@@ -6,8 +6,8 @@
 
 namespace tarn {
 
-/// Full path of one of them. They lie in the folder that TARN_SHARE names, else in share/tarn beside or above the
-/// folder of the program or library. Error `FileNotFound`.
+/// Full path of one of them. They lie in the folder that TARN_SHARE names; else in share/tarn beside or above the
+/// folder of the program or library, then in that of the prefix for which the library was built. Error `FileNotFound`.
 std::string shipped_file(std::string_view name);
 
 }  // namespace tarn
