@@ -55,14 +55,14 @@ void StoredEntity::put_back(const Before& before) {
   if (before.state) before.state();
 }
 
-/// Runs an operation that fills or names the object, and tells it what was before.
+/// Runs an operation that fills or names the object. Where it fails, the object is as it was when the operation kept it.
 template <typename F>
-void StoredEntity::or_as_before(bool with_results, F operation) {
-  const Before kept = before(with_results);
+void StoredEntity::or_as_before(F operation) {
+  std::optional<Before> kept;
   try {
     operation(kept);
   } catch (...) {
-    put_back(kept);
+    if (kept) put_back(*kept);
     throw;
   }
 }
@@ -190,17 +190,18 @@ void StoredEntity::mark_dependants() {
 void StoredEntity::Load(int16_t nRecNum) { load(nRecNum, file_->to_load()); }
 
 void StoredEntity::load(int32_t number, Sections sections) {
-  or_as_before(true, [&](const Before&) {
+  or_as_before([&](std::optional<Before>& kept) {
     Transaction transaction(Transaction::Purpose::Reading);
     file_->check(static_cast<int16_t>(number), "Load()");
-    load_stored(number, sections);
+    load_stored(number, sections, kept);
     after_read(ReadFrom::Stored);
     transaction.commit();
     if (m_bCloning) Reset();
   });
 }
 
-void StoredEntity::load_stored(int32_t number, Sections sections) {
+/// What cannot fail once the object changes is not kept: the header of a large system alone, one after the other.
+void StoredEntity::load_stored(int32_t number, Sections sections, std::optional<Before>& kept) {
   const auto index = static_cast<int16_t>(number);
   const IndexRow row = row_of(index);
   const bool there = index == number && row.there();
@@ -208,29 +209,38 @@ void StoredEntity::load_stored(int32_t number, Sections sections) {
     const std::string missing = std::string(kind().missing_row_message) + std::to_string(number);
     if (kind().row_needed || index != number) fail(ErrorNumber::NoCurrentRecord, missing);
     if (!kind().missing_row_message.empty()) log().message(missing);
-  } else {
-    for (const ChangedFlag& flag : kind().flags) flag.of(*this) = row.flag(flag.column);
   }
   const bool same = index_ == index && index != 0;
   const bool known = there || file_->one_for_each();
-  if (known) index_ = index;
-  file_->read({index_, sections, same, there ? &row : nullptr, [&] {
-                 if (!known) return;
-                 if (const auto links = linked(sections, index_))
-                   links_->repair(links->owner, links->rows, links->close_up, file_->inputs());
-               }});
+  const auto begin = [&](bool may_fail) {
+    if (may_fail) kept = before(true);
+    for (const ChangedFlag& flag : kind().flags) {
+      if (there) flag.of(*this) = row.flag(flag.column);
+    }
+    if (known) index_ = index;
+  };
+  const auto inputs_read = [&] {
+    if (!known) return;
+    if (const auto links = linked(sections, index_))
+      links_->repair(links->owner, links->rows, links->close_up, file_->inputs());
+  };
+  file_->read({known ? index : index_, sections, same, there ? &row : nullptr, begin, inputs_read});
 }
 
 void StoredEntity::read_stored(int16_t index) {
-  or_as_before(true, [&](const Before&) {
+  or_as_before([&](std::optional<Before>& kept) {
     file_->check(index, "Load()");
-    index_ = index;
-    file_->read({index, kAllSections, false, nullptr, [] {}});
+    const auto begin = [&](bool) {
+      kept = before(true);
+      index_ = index;
+    };
+    file_->read({index, kAllSections, false, nullptr, begin, [] {}});
   });
 }
 
 void StoredEntity::CreateDefault() {
-  or_as_before(true, [&](const Before&) {
+  or_as_before([&](std::optional<Before>& kept) {
+    kept = before(true);
     file_->check({}, "CreateDefault()");
     const bool there = file_->read_default();
     if (!there && (!product_default || !product_default(*this))) {
@@ -250,7 +260,8 @@ void StoredEntity::CreateDefault() {
 void StoredEntity::Save() { save({.sections = file_->to_save()}); }
 
 void StoredEntity::save(SaveContext save) {
-  or_as_before(false, [&](const Before& before) {
+  or_as_before([&](std::optional<Before>& kept) {
+    kept = before(false);
     Transaction transaction;
     follow_rollback();
     Recordset rows = index_rows();
@@ -266,13 +277,14 @@ void StoredEntity::save(SaveContext save) {
       rows.Edit();
     }
     store(rows, save);
-    take_back_changes(before.inputs);
+    take_back_changes(kept->inputs);
     transaction.commit();
   });
 }
 
 void StoredEntity::SaveAs(int16_t index, Naming naming) {
-  or_as_before(false, [&](const Before& before) {
+  or_as_before([&](std::optional<Before>& kept) {
+    kept = before(false);
     Transaction transaction;
     follow_rollback();
     Recordset rows = index_rows();
@@ -280,7 +292,7 @@ void StoredEntity::SaveAs(int16_t index, Naming naming) {
     rows.AddNew();
     SaveContext save{.form = SaveContext::Form::AsGiven, .naming = naming, .sections = file_->to_save()};
     store(rows, save);
-    take_back_changes(before.inputs);
+    take_back_changes(kept->inputs);
     transaction.commit();
   });
 }
@@ -354,7 +366,8 @@ void StoredEntity::SaveDefault() {
 // ---- the rest of its life
 
 void StoredEntity::Delete(std::optional<int16_t> nRecNum) {
-  or_as_before(false, [&](const Before&) {
+  or_as_before([&](std::optional<Before>& kept) {
+    kept = before(false);
     Transaction transaction;
     follow_rollback();
     const bool same = index_ == 0 || index_ == nRecNum.value_or(index_);

@@ -47,6 +47,7 @@ void RecordFile::read(const LoadContext& load) {
                                         std::to_string(bytes.size()) +
                                         ". Restore the file from a copy, or delete the entity.");
   }
+  load.begin(true);
   scatter(bytes, blocks_);
   load.inputs_read();
 }

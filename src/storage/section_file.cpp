@@ -181,16 +181,15 @@ void SectionFile::check(std::optional<int16_t> index, std::string_view /*operati
 void SectionFile::read(const LoadContext& load) {
   const std::string path = path_of(load.index);
   if (form_.row_first && !exists(path)) fail(ErrorNumber::FileNotFound, message(form_.missing_file, path));
-  if (!load.same_entity) forget_companion();
   read_sections(path, load);
 }
 
 bool SectionFile::read_default() {
   const std::string path = default_path();
-  forget_companion();
   if (exists(path)) {
-    read_sections(path, {0, kAllSections, false, nullptr, [] {}});
+    read_sections(path, {0, kAllSections, false, nullptr, [](bool) {}, [] {}});
   } else if (form_.without_default) {
+    forget_companion();
     form_.without_default(entity_);
     become_whole();
   } else {
@@ -200,11 +199,16 @@ bool SectionFile::read_default() {
   return true;
 }
 
-/// What is there of another section of the same entity stays, as long as it fits the header.
+/// What the object has of another section of the same entity stays, as long as it fits the header.
 bool SectionFile::keeps(size_t number, const LoadContext& load, const Ends& ends) const {
   if (!load.same_entity || (load.sections & section_bit(number)) != 0) return false;
   const uint64_t size = ends[number] - (number == 0 ? 0 : ends[number - 1]);
-  return is_loaded(number) && section(number).stays && size_of(blocks_of(number)) == size;
+  return section(number).stays && size_of(blocks_of(number)) == size;
+}
+
+/// A header is read before the object changes, and what is read after it, or refers to anything, may fail.
+bool SectionFile::may_fail(Sections sections) const {
+  return sections != section_bit(0) || section(0).check || !section(0).references.empty();
 }
 
 void SectionFile::check_inputs(const std::string& path, Sections sections) const {
@@ -223,6 +227,8 @@ void SectionFile::read_sections(const std::string& path, const LoadContext& load
     if (keeps(i, load, ends)) kept |= section_bit(i);
   }
   check_lacking(path, new_header, load, in_file);
+  load.begin(may_fail(load.sections));
+  if (!load.same_entity) forget_companion();
   for (size_t i = 0; i < count(); ++i) {
     if (i == form_.first_result()) {
       check_inputs(path, load.sections);
@@ -239,7 +245,7 @@ void SectionFile::read_sections(const std::string& path, const LoadContext& load
     set_there(i, there);
   }
   read_choices(path, load, ends, in_file);
-  loaded_ = load.sections | kept;
+  loaded_ = load.sections | (loaded_ & kept);
 }
 
 // ---- save

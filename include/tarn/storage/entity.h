@@ -128,10 +128,10 @@ class StoredEntity : public Object {
   void keep_flags_of_row();
 
  private:
-  void load_stored(int32_t number, Sections sections);
   struct Before;
   template <typename F>
-  void or_as_before(bool with_results, F operation);
+  void or_as_before(F operation);
+  void load_stored(int32_t number, Sections sections, std::optional<Before>& kept);
   Before before(bool with_results);
   void put_back(const Before& before);
   struct Linked;

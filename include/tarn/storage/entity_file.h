@@ -46,8 +46,10 @@ struct SaveContext {
 struct LoadContext {
   int16_t index;
   Sections sections;
-  bool same_entity;                   // as the object has by now
-  const IndexRow* row;                // of the index table; null where there is none
+  bool same_entity;     // as the object has by now
+  const IndexRow* row;  // of the index table; null where there is none
+  /// Runs before the object changes; with false nothing can fail any more.
+  std::function<void(bool may_fail)> begin;
   std::function<void()> inputs_read;  // what may fail on the inputs; runs before results are read
 };
 

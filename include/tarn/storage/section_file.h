@@ -30,7 +30,7 @@ struct Section {
   /// Error `UnknownFormat` for implausible counts in it.
   void (*check)(const StoredEntity&, const std::string& path) = nullptr;
   std::string_view references = {};  // the kind whose references it has; "*": all that no other section has
-  bool stays = true;                 // what is loaded of it stays, while other sections of the entity are loaded
+  bool stays = true;                 // what the object has of it stays, while other sections of the entity are loaded
   /// Among results, the piece of its first record that a client chooses. It is loaded and saved with the inputs, and is
   /// no result.
   std::span<std::byte> (*choices)(StoredEntity&) = nullptr;
@@ -157,6 +157,7 @@ class SectionFile final : public EntityFile {
   Blocks blocks_of(size_t number) const { return section(number).blocks(entity_); }
   std::span<std::byte> header() const { return blocks_of(0).front(); }
   bool keeps(size_t number, const LoadContext& load, const Ends& ends) const;
+  bool may_fail(Sections sections) const;
   /// Where the sections end of a file with this header.
   Ends ends_of(Header header, const std::string& path) const;
   Ends checked_ends(Header header, uint64_t size, const std::string& path) const;
