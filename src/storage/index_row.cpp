@@ -19,8 +19,11 @@ IndexRow::IndexRow(Database& database, const Kind& kind, int16_t index)
 
 int IndexRow::place_of(std::string_view column) const {
   const int count = statement_.columns();
-  for (int place = 0; place < count; ++place) {
-    if (same_word(statement_.column_name(place), column)) return place;
+  for (int tried = 0; tried < count; ++tried) {
+    const int place = (next_ + tried) % count;
+    if (!same_word(statement_.column_name(place), column)) continue;
+    next_ = place + 1;
+    return place;
   }
   fail(ErrorNumber::ItemNotFound,
        "There is no column " + std::string(column) + " in " + std::string(kind_.index_table) + ".");

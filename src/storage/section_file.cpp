@@ -1,6 +1,7 @@
 #include "tarn/storage/section_file.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "platform/file_store.h"
 #include "platform/host.h"
@@ -200,10 +201,11 @@ bool SectionFile::read_default() {
 }
 
 /// What the object has of another section of the same entity stays, as long as it fits the header.
-bool SectionFile::keeps(size_t number, const LoadContext& load, const Ends& ends) const {
+bool SectionFile::keeps(size_t number, const LoadContext& load, bool same_header, const Ends& ends) const {
   if (!load.same_entity || (load.sections & section_bit(number)) != 0) return false;
+  if (!section(number).stays && is_there(number)) return false;
   const uint64_t size = ends[number] - (number == 0 ? 0 : ends[number - 1]);
-  return section(number).stays && size_of(blocks_of(number)) == size;
+  return same_header || size_of(blocks_of(number)) == size;
 }
 
 /// A header is read before the object changes, and what is read after it, or refers to anything, may fail.
@@ -221,10 +223,11 @@ void SectionFile::read_sections(const std::string& path, const LoadContext& load
   const std::vector<std::byte> new_header = header_of_file(path);
   const uint64_t size = files().size(path);
   const Ends ends = checked_ends(new_header, size, path);
+  const bool same_header = std::memcmp(new_header.data(), header().data(), new_header.size()) == 0;
   Sections in_file = 0, kept = 0;
   for (size_t i = 0; i < count(); ++i) {
     if (size >= ends[i]) in_file |= section_bit(i);
-    if (keeps(i, load, ends)) kept |= section_bit(i);
+    if (keeps(i, load, same_header, ends)) kept |= section_bit(i);
   }
   check_lacking(path, new_header, load, in_file);
   load.begin(may_fail(load.sections));

@@ -4,6 +4,8 @@
 // another.
 #pragma once
 
+#include <algorithm>
+
 #include "tarn/storage/entity_file.h"
 
 namespace tarn {
@@ -30,7 +32,7 @@ struct Section {
   /// Error `UnknownFormat` for implausible counts in it.
   void (*check)(const StoredEntity&, const std::string& path) = nullptr;
   std::string_view references = {};  // the kind whose references it has; "*": all that no other section has
-  bool stays = true;                 // what the object has of it stays, while other sections of the entity are loaded
+  bool stays = true;                 // what is there of it stays, while other sections of the entity are loaded
   /// Among results, the piece of its first record that a client chooses. It is loaded and saved with the inputs, and is
   /// no result.
   std::span<std::byte> (*choices)(StoredEntity&) = nullptr;
@@ -66,7 +68,7 @@ template <typename R>
 R record_in(Header bytes) {
   R record;
   const auto own = std::as_writable_bytes(std::span<R, 1>(&record, 1));
-  for (size_t i = 0; i < bytes.size() && i < own.size(); ++i) own[i] = bytes[i];
+  std::ranges::copy(bytes.first(std::min(bytes.size(), own.size())), own.begin());
   return record;
 }
 
@@ -156,7 +158,7 @@ class SectionFile final : public EntityFile {
   const Section& section(size_t number) const { return form_.sections[number]; }
   Blocks blocks_of(size_t number) const { return section(number).blocks(entity_); }
   std::span<std::byte> header() const { return blocks_of(0).front(); }
-  bool keeps(size_t number, const LoadContext& load, const Ends& ends) const;
+  bool keeps(size_t number, const LoadContext& load, bool same_header, const Ends& ends) const;
   bool may_fail(Sections sections) const;
   /// Where the sections end of a file with this header.
   Ends ends_of(Header header, const std::string& path) const;
