@@ -106,7 +106,8 @@ void air_system_cases(Report& report, const std::string& folder) {
   const auto header = sample.project.NewAirSystem();
   header->SetMask(CCM_HEADERMASK, CCM_MASKALL);
   const Side ours_header{[&] { header->Load(1); }};
-  // Fifteen microseconds of the floor are ten system calls; what ours asks beside: is the file another one, who has saved.
+  // Fifteen microseconds of the floor are ten system calls; what ours asks beside: is the file another one, who has
+  // saved.
   report.compare({"load the header of a system alone", 1, 1.6, 1001}, ours_header,
                  {[&] { plain.load(sizeof(SystemHeaderRecord), false); }});
 }

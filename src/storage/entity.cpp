@@ -55,7 +55,8 @@ void StoredEntity::put_back(const Before& before) {
   if (before.state) before.state();
 }
 
-/// Runs an operation that fills or names the object. Where it fails, the object is as it was when the operation kept it.
+/// Runs an operation that fills or names the object. Where it fails, the object is as it was when the operation kept
+/// it.
 template <typename F>
 void StoredEntity::or_as_before(F operation) {
   std::optional<Before> kept;
