@@ -207,6 +207,22 @@ TEST_F(AirSystemTest, AFailedLoadLeavesZonesAndTheirResults) {
   EXPECT_EQ(system->GetHourlySimData()->Item(1)->HourlyResult(8760), 7.25F);
 }
 
+TEST_F(AirSystemTest, AHeaderThatIsLoadedAgainLeavesWhatAClientHasMadeOfTheRest) {
+  calculated("A", 2);
+  calculated("B", 2);
+  auto system = project.NewAirSystem();
+  system->SetMask(CCM_HEADERMASK, CCM_MASKALL);
+  system->Load(1);
+  system->GetZoneData(2)->Name = "Client's";
+  system->GetZoneTemperature(2)->StatusHours(8) = 9;
+  system->Load(1);
+  EXPECT_EQ(system->GetZoneData(2)->Name.trimmed(), "Client's");
+  EXPECT_EQ(system->GetZoneTemperature(2)->StatusHours(8), 9);
+  system->Load(2);
+  EXPECT_EQ(system->GetZoneData(2)->Name.trimmed(), "") << "another system's header";
+  EXPECT_EQ(system->GetZoneTemperature(2)->StatusHours(8), 0);
+}
+
 TEST_F(AirSystemTest, AFileThatLacksWhatFlagsOrLinksTellOfIsAnError) {
   add_space(1);
   auto system = calculated("A", 1);
