@@ -66,22 +66,10 @@ int project_stale(const Call& call) {
 }
 
 std::set<std::string> stale_now(Database& database) {
-  struct Flag {
-    const char *table, *kind, *column, *results;
-  };
-  constexpr Flag kFlags[]{{"AirSystemIndex", "air system", "bDesHasChanged", "design"},
-                          {"AirSystemIndex", "air system", "bSimHasChanged", "simulation"},
-                          {"PlantIndex", "plant", "bDesHasChanged", "design"},
-                          {"PlantIndex", "plant", "bSimHasChanged", "simulation"},
-                          {"BuildingIndex", "building", "bHasChanged", "simulation"}};
   std::set<std::string> stale;
-  for (const Flag& flag : kFlags) {
-    auto rows = database.OpenRecordset(std::string("SELECT nIndex, szName FROM ") + flag.table + " WHERE " +
-                                       flag.column + " <> 0");
-    for (; !rows.AtEof(); rows.MoveNext()) {
-      stale.insert(std::string(flag.kind) + " " + std::to_string(rows.Fields("nIndex").integer()) + " \"" +
-                   rows.Fields("szName").text() + "\" " + flag.results);
-    }
+  for (const StaleResult& result : stale_marks(database)) {
+    stale.insert(std::string(entity_kinds()[*place_of(result.of.kind)].one) + " " + std::to_string(result.of.index) +
+                 " \"" + result.of.name + "\" " + result.results);
   }
   return stale;
 }

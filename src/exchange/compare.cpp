@@ -47,15 +47,14 @@ class Comparison {
       : first_(first), second_(second), options_(options) {}
 
   std::vector<Difference> run() {
-    for (const EntityKind& kind : entity_kinds()) words_.emplace_back(blank_entity(kind)->kind().default_word);
-    for (size_t kind = 0; kind < words_.size(); ++kind) entities(kind);
+    for (size_t kind = 0; kind < entity_kinds().size(); ++kind) entities(kind);
     preferences();
     return std::move(all_);
   }
 
  private:
   void entities(size_t kind) {
-    kind_ = words_[kind];
+    kind_ = word_of(kind);
     std::multimap<std::string_view, int16_t> others;
     for (const auto& [index, name] : second_.entries(kind)) others.emplace(name, index);
     for (const auto& [index, name] : first_.entries(kind)) {
@@ -131,10 +130,10 @@ class Comparison {
     if (const auto* text = std::get_if<std::string>(&value)) return std::string(trimmed(without_padding(*text)));
     if (place.field->refers_to.empty()) return value;
     const std::string_view target = place.field->target_of(*place.owner, at);
-    const auto kind = std::ranges::find(words_, target);
+    const auto kind = place_of(target);
     const int64_t index = integer_from(value, INT32_MIN, INT32_MAX);
-    if (kind == words_.end() || index == 0) return value;
-    for (const auto& [each, name] : side.entries(static_cast<size_t>(kind - words_.begin()))) {
+    if (!kind || index == 0) return value;
+    for (const auto& [each, name] : side.entries(*kind)) {
       if (each == index) return name;
     }
     return value;
@@ -143,8 +142,7 @@ class Comparison {
   Comparable& first_;
   Comparable& second_;
   const CompareOptions& options_;
-  std::vector<std::string> words_;  // by the kind's place
-  std::string kind_, name_;         // of what is compared now
+  std::string kind_, name_;  // of what is compared now
   std::vector<Difference> all_;
 };
 
