@@ -78,6 +78,7 @@ int project_export(const Call& call);
 int project_import(const Call& call);
 int project_copy(const Call& call);
 int project_stale(const Call& call);
+int project_graph(const Call& call);
 int project_check(const Call& call);
 int project_repair(const Call& call);
 

@@ -191,6 +191,13 @@ Group project_group() {
        0,
        project_stale,
        {"tarn project stale", "tarn project stale --json"}});
+  add({"graph",
+       "",
+       "who uses whom in the whole project, and what became of its results; --svg for a picture, - for standard output",
+       kSvg,
+       project_graph,
+       {"tarn project graph --svg project.svg", "tarn project graph --svg - > graph.svg",
+        "tarn project graph --json"}});
   add({"check",
        "",
        "what is damaged: rows, records, links, values, files; nothing is changed",

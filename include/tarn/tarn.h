@@ -311,6 +311,9 @@ TARN_API tarn_status tarn_used_by(tarn_object* project, const char* kind, int16_
 /* Stale results: "kind", "index", "name", "results" ("design" or "simulation"), "calculated", "edited" (whose edit made
  * them stale, null where it is not known), "since" (UTC) and "way", from the edited entity to this one. */
 TARN_API tarn_status tarn_stale(tarn_object* project, const char** results);
+/* A whole project as a JSON object: "entities", each with what it "uses", "stale" as above, and "current", the results
+ * that are up to date. tarn_picture draws it. */
+TARN_API tarn_status tarn_graph(tarn_object* project, const char** graph);
 /* What differs between two projects, or a project and a text of tarn_export: "kind", "name", "property", "unit",
  * "first" and "second". `tolerance` is relative, of real numbers. */
 TARN_API tarn_status tarn_compare(tarn_object* first, tarn_object* second, double tolerance, const char** differences);
@@ -318,8 +321,8 @@ TARN_API tarn_status tarn_compare_text(tarn_object* project, const char* text, d
                                        const char** differences);
 
 /* The picture of an object as SVG text: of a CA_ConstructionAssly its section and response, of a HW1ReaderWriter its
- * year, of an ADL_AirSystemDesign its loads and the states of its air. Other classes have none: error 5. Valid until
- * the thread's next picture. */
+ * year, of an ADL_AirSystemDesign its loads and the states of its air, of a COM_ProjectData who uses whom. Other
+ * classes have none: error 5. What shows stale results says "stale". Valid until the thread's next picture. */
 TARN_API tarn_status tarn_picture(tarn_object* object, const char** svg);
 
 /* Transactions over all saves of this thread, files included; they nest. */

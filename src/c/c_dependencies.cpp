@@ -44,6 +44,10 @@ tarn_status tarn_stale(tarn_object* project, const char** found) {
   return answering(project, found, [](COM_ProjectData& of) { return stale_json(stale_results(of)); });
 }
 
+tarn_status tarn_graph(tarn_object* project, const char** found) {
+  return answering(project, found, [](COM_ProjectData& of) { return graph_json(project_graph(of)); });
+}
+
 tarn_status tarn_compare(tarn_object* first, tarn_object* second, double tolerance, const char** found) {
   return answering(first, found, [&](COM_ProjectData& of) {
     const auto one = comparable_project(of), two = comparable_project(second_project(second));

@@ -22,7 +22,7 @@ using svg::number;
 
 constexpr double kMargin = 30, kColumnsTop = 90, kBoxWide = 170, kBoxHigh = 18, kRowHigh = 22, kHeadingHigh = 30,
                  kColumnStep = 260;
-constexpr size_t kNameLetters = 27;  // of a name in its box
+constexpr double kResultWide = 250;  // its text has a name and a word
 
 /// How a box is drawn: fill, border, and whether it is dashed.
 struct Look {
@@ -34,7 +34,7 @@ constexpr Look kPlain{"#f4f6f8", "#8a97a5", ""}, kEdited{"#ffe8cc", "#d9780f", "
 struct Tile {
   std::string text, hint;  // the hint shows on hover
   Look look;
-  double x = 0, y = 0;
+  double wide = kBoxWide, x = 0, y = 0;
 };
 
 /// A block of a column: boxes under a heading.
@@ -84,7 +84,7 @@ class Drawing {
     mark_stale();
     add_results();
     const double high = place_columns();
-    const double wide = 2 * kMargin + kBoxWide + kColumnStep * static_cast<double>(blocks_.size() - 1);
+    const double wide = 2 * kMargin + kResultWide + kColumnStep * static_cast<double>(blocks_.size() - 1);
     const size_t stale = static_cast<size_t>(std::ranges::count(graph_.stale, true, &StaleResult::calculated));
     return svg::page(
         std::max(wide, 700.0), high, kMargin, "What rests on what", "What rests on what",
@@ -222,7 +222,7 @@ class Drawing {
     for (const StaleResult& each : graph_.stale) {
       const bool by_weather = each.calculated && each.edited && each.edited->index == 0;
       add(each.of,
-          {(each.calculated ? "stale " : "no ") + each.results + ": " + each.of.name,
+          {each.of.name + ": " + (each.calculated ? "stale " : "no ") + each.results,
            each.of.text() + ", " + each.results + ": " + reason(each), each.calculated ? kStale : kNever},
           by_weather ? weather_ : std::nullopt);
     }
@@ -234,6 +234,7 @@ class Drawing {
       for (const auto& [owner, results] : found->second) {
         for (const Result& result : results) {
           const size_t box = add_box(result.box.text, result.box.hint, result.box.look);
+          boxes_[box].wide = kResultWide;
           block.boxes.push_back(box);
           result_lines_.push_back({owner, box, result.box.look.stroke == kStale.stroke});
           if (result.from) result_lines_.push_back({*result.from, box, true});
@@ -269,7 +270,7 @@ class Drawing {
   }
 
   std::string line(const Tile& from, const Tile& to, bool stale) const {
-    const double left = from.x + kBoxWide, middle = kBoxHigh / 2, bend = (to.x - left) / 2;
+    const double left = from.x + from.wide, middle = kBoxHigh / 2, bend = (to.x - left) / 2;
     return "<path d=\"M" + number(left) + " " + number(from.y + middle) + "C" + number(left + bend) + " " +
            number(from.y + middle) + " " + number(to.x - bend) + " " + number(to.y + middle) + " " + number(to.x) +
            " " + number(to.y + middle) + "\"" + (stale ? " stroke=\"#c00\" stroke-width=\"1.6\"" : "") + "><title>" +
@@ -291,16 +292,18 @@ class Drawing {
            stale + "</g>\n";
   }
 
+  static size_t letters_in(const Tile& box) { return static_cast<size_t>(box.wide / 6.3); }
+
   std::string drawn_boxes() const {
     std::string out;
     for (const Tile& box : boxes_) {
       std::string hint;
       for (const char c : box.hint) hint += c == '\n' ? "&#10;" : escaped(std::string(1, c));
       out += "<g><title>" + hint + "</title><rect x=\"" + number(box.x) + "\" y=\"" + number(box.y) + "\" width=\"" +
-             number(kBoxWide) + "\" height=\"" + number(kBoxHigh) + "\" rx=\"3\" fill=\"" + box.look.fill +
+             number(box.wide) + "\" height=\"" + number(kBoxHigh) + "\" rx=\"3\" fill=\"" + box.look.fill +
              "\" stroke=\"" + box.look.stroke + "\"" +
              (*box.look.dash ? " stroke-dasharray=\"" + std::string(box.look.dash) + "\"" : "") + "/>" +
-             label(box.x + 6, box.y + 13, escaped(svg::shortened(box.text, kNameLetters)), "font-size=\"11\"") +
+             label(box.x + 6, box.y + 13, escaped(svg::shortened(box.text, letters_in(box))), "font-size=\"11\"") +
              "</g>\n";
     }
     return out;

@@ -62,5 +62,24 @@ TEST_F(PicturesTest, AWallIsStaleUntilItsCoefficientsAreThoseOfItsLayers) {
   EXPECT_FALSE(says(picture_of(*wall), "stale"));
 }
 
+TEST_F(PicturesTest, TheGraphOfAProjectShowsUsesAndTheWaysToStaleResults) {
+  const auto graph = [&] { return picture_of(project); };
+  host().database(project.IndexDBName())->Execute("UPDATE AirSystemIndex SET bSized = -1");
+  const std::string fresh = graph();
+  EXPECT_FALSE(says(fresh, "stale") || says(fresh, "#c00"));
+  EXPECT_TRUE(says(fresh, "<title>Window 1 \"South\" &gt; Space 1 \"Office\"</title>"));
+  EXPECT_TRUE(says(fresh, ">VAV 1: design</text>"));
+  EXPECT_TRUE(says(fresh, "<title>Window 2 \"North\"</title>")) << "without any use";
+  edit_window();
+  const std::string way =
+      "stale since 2026-11-22 10:00:00 UTC: Window 1 \"South\" &gt; Space 1 \"Office\" &gt; System 1";
+  const std::string stale = graph();
+  EXPECT_TRUE(says(stale, "<title>System 1 \"VAV 1\", design: stale since")) << stale;
+  EXPECT_TRUE(says(stale, "changed at 2026-11-22 10:00:00 UTC</title>"));
+  EXPECT_EQ(stale, graph());
+  project.NewWeather()->Save();
+  EXPECT_EQ(stale, graph()) << "they were stale already";
+}
+
 }  // namespace
 }  // namespace tarn

@@ -3,6 +3,7 @@
 import json
 import shutil
 import unittest
+from xml.etree import ElementTree
 
 import tarn
 from command_line import CommandLineTest
@@ -44,6 +45,21 @@ class TestDependencies(CommandLineTest):
                          r'System +1 +VAV-1 +design[^\n]* \d{4}-\d\d-\d\d \d\d:\d\d:\d\d Window 1 "South" > Space 1 "Shop" > System 1 "VAV-1" *\n')
         design, simulation = json.loads(self.tarn("project", "stale", "--json").stdout)
         self.assertEqual((design["results"], simulation["results"], design["edited"]["name"]), ("design", "simulation", "South"))
+
+    def test_graph(self):
+        self.assertRegex(self.tarn("project", "graph").stdout, r"\nSystem +1 +VAV-1 +Space 1, Space 2 +design never calculated, simulation never calculated *\n")
+        self.calculated()
+        self.tarn("windows", "set", "South", "Name=Süd <&> \"1\"", "Height=3")
+        graph = json.loads(self.tarn("project", "graph", "--json").stdout)
+        [space] = [each for each in graph["entities"] if each["name"] == "Shop"]
+        self.assertEqual([used["name"] for used in space["uses"]], ['Süd <&> "1"'])
+        picture = self.at / "graph.svg"
+        self.tarn("project", "graph", "--svg", str(picture))
+        self.assertEqual(self.tarn("project", "graph", "--svg", "-").stdout, picture.read_text())
+        texts = [text.text for text in ElementTree.parse(picture).getroot().iter("{http://www.w3.org/2000/svg}text")]
+        for text in ('Süd <&> "1"', "Shop", "VAV-1", "air systems"):
+            self.assertIn(text, texts)
+        self.assertIn("give the picture a file", self.tarn("project", "graph", "--svg", "-", "--json", code=2).stderr)
 
     def test_diff(self):
         other = self.at / "other"

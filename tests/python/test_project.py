@@ -98,6 +98,9 @@ class TestKinds(DailyCase):
         self.project.air_systems.new(type="VAV", name="VAV-1")
         design, simulation = self.project.stale()
         self.assertEqual((design.results, design.calculated, design.edited["name"], simulation.results), ("design", False, "VAV-1", "simulation"))
+        graph = self.project.graph()
+        self.assertEqual(([len(each.uses) for each in graph.entities if each.name == "Shop"], len(graph.stale), graph.current), ([1], 2, []))
+        self.assertEqual((graph._repr_svg_()[:4], tarn.picture(self.project)), ("<svg", graph.svg))
         path = self.folder / "exported.json"
         self.project.export_json(path)
         self.assertEqual(self.project.diff(path), [])
