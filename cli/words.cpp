@@ -34,6 +34,7 @@ constexpr OptionRow kOptions[]{
     {kAll, "--all", "", "all that N names, where it names several", nullptr, &Call::all},
     {kForce, "--force", "", "also what others use; their references become 0", nullptr, &Call::force},
     {kTolerance, "--tolerance", "PART", "of numbers, relative: 0.001; else 0.000001", &Call::tolerance, nullptr},
+    {kFrom, "--from", "PROJECT", "the other project: FOLDER or FOLDER/PREFIX", &Call::from, nullptr},
     {0, "-h,--help", "", "this help; after a group or a verb, help for that", nullptr, &Call::help},
     {0, "--version", "", "the version of tarn", nullptr, &Call::version}};
 
@@ -127,6 +128,13 @@ Group group_of(const EntityKind& kind) {
        kDryRun,
        kind_clone,
        {line("clone 1"), line("clone 1 Name=\"Another " + one + "\" " + example.second)}});
+  add({"copy",
+       "N",
+       one + " N of another project, with all that it uses; what is here already, under its name and equal, is reused",
+       kDryRun | kFrom,
+       kind_copy,
+       {"tarn project copy spare && " + line("copy " + name + " --from spare"),
+        line("copy 1 --from spare --dry-run")}});
   add({"delete",
        "N",
        "removes " + one + " N and every use of it",

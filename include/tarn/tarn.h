@@ -213,6 +213,12 @@ TARN_API tarn_status tarn_create_project(tarn_object* project);
 /* Copies a project, as it was committed last, to the path and prefix of another COM_ProjectData, while others may work
  * on it: all of it or nothing. The folder is made; a project that is there already is refused. */
 TARN_API tarn_status tarn_copy_project(tarn_object* from, tarn_object* to);
+/* Copies an entity, by its kind ("walls" or "Wall") and index, and all that it uses into another project, all of it or
+ * nothing. `copied`, which may be null, receives a JSON array, what is used before what uses it: "kind", "index" and
+ * "name" there, "reused" where an equal one was there already, and "from". Valid until the thread's next of these
+ * calls, or of those below that tell what rests on what. */
+TARN_API tarn_status tarn_copy_entity(tarn_object* from, const char* kind, int16_t index, tarn_object* to,
+                                      const char** copied);
 
 /* The kinds of entity that a project keeps, in the order in which they rest on each other. */
 typedef struct tarn_entity_kind {

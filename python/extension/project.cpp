@@ -58,6 +58,18 @@ PyObject* copy_project(PyObject* /*module*/, PyObject* arguments) {
   });
 }
 
+PyObject* copy_entity(PyObject* /*module*/, PyObject* arguments) {
+  return giving([&] {
+    PyObject *from = nullptr, *group = nullptr, *to = nullptr;
+    short index = 0;
+    parse(arguments, "OOhO", &from, &group, &index, &to);
+    const std::string kind = utf8_of(group);
+    const char* copied = "";
+    run_on(from, [&] { return tarn_copy_entity(handle_of(from), kind.c_str(), index, handle_of(to), &copied); });
+    return text(copied);
+  });
+}
+
 using UsesOf = tarn_status (*)(tarn_object*, const char*, int16_t, const char**);
 
 template <UsesOf Call>
@@ -189,6 +201,7 @@ PyObject* import_chiller(PyObject* /*module*/, PyObject* arguments) {
 PyMethodDef kProjectFunctions[]{{"create_project", create_project, METH_O, nullptr},
                                 {"check", told_of<tarn_check>, METH_O, nullptr},
                                 {"copy_project", copy_project, METH_VARARGS, nullptr},
+                                {"copy_entity", copy_entity, METH_VARARGS, nullptr},
                                 {"uses", uses_of<tarn_uses>, METH_VARARGS, nullptr},
                                 {"used_by", uses_of<tarn_used_by>, METH_VARARGS, nullptr},
                                 {"stale", told_of<tarn_stale>, METH_O, nullptr},

@@ -5,6 +5,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "exchange/comparison.h"
 #include "project/kinds.h"
 #include "reflect/json.h"
 #include "storage/kind.h"
@@ -40,6 +41,9 @@ bool same(const Value& first, const Value& second, double tolerance) {
   if (std::isnan(a) || std::isnan(b)) return std::isnan(a) == std::isnan(b);
   return a == b || std::abs(a - b) <= tolerance * std::max(std::abs(a), std::abs(b));
 }
+
+/// The same field of the same part.
+bool alike(const Place& a, const Place& b) { return a.field == b.field && a.prefix == b.prefix; }
 
 class Comparison {
  public:
@@ -95,7 +99,6 @@ class Comparison {
   void objects(Object& first, Object& second) {
     const std::vector<Place> ours = places_of(first), theirs = places_of(second);
     std::map<std::string, const Place*> by_name;
-    const auto alike = [](const Place& a, const Place& b) { return a.field == b.field && a.prefix == b.prefix; };
     if (std::ranges::equal(ours, theirs, alike)) {
       for (size_t i = 0; i < ours.size(); ++i) fields(&ours[i], &theirs[i]);
       return;
@@ -147,6 +150,22 @@ class Comparison {
 };
 
 }  // namespace
+
+bool same_content(Object& first, Object& second) {
+  const std::vector<Place> ours = places_of(first), theirs = places_of(second);
+  const auto equal = [](const Place& a, const Place& b) {
+    if (!alike(a, b)) return false;
+    bool all = true;
+    for_each_element(*a.field, [&](Subscripts at) {
+      Value one, other;
+      a.field->get_stored(*a.owner, at, one);
+      b.field->get_stored(*b.owner, at, other);
+      all = all && same(one, other, CompareOptions().tolerance);
+    });
+    return all;
+  };
+  return std::ranges::equal(ours, theirs, equal);
+}
 
 std::vector<Difference> compare(Comparable& first, Comparable& second, const CompareOptions& options) {
   return Comparison(first, second, options).run();

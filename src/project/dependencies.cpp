@@ -11,14 +11,6 @@
 namespace tarn {
 namespace {
 
-/// The kind's place. Error `InvalidCall`.
-size_t kind_in(const std::string& word) {
-  if (const auto kind = place_of(word)) return *kind;
-  std::vector<std::string_view> words;
-  for (size_t kind = 0; kind < entity_kinds().size(); ++kind) words.push_back(word_of(kind));
-  fail(ErrorNumber::InvalidCall, "There is no kind " + word + "; " + did_you_mean(word, words));
-}
-
 StoredEntity& loaded(const LinkGraph& graph, const Node& node) {
   StoredEntity& entity = *graph.entities()[node.first];
   Database& database = *entity.GetDBHandle();
@@ -32,6 +24,13 @@ StoredEntity& loaded(const LinkGraph& graph, const Node& node) {
 }
 
 }  // namespace
+
+size_t kind_in(const std::string& word) {
+  if (const auto kind = place_of(word)) return *kind;
+  std::vector<std::string_view> words;
+  for (size_t kind = 0; kind < entity_kinds().size(); ++kind) words.push_back(word_of(kind));
+  fail(ErrorNumber::InvalidCall, "There is no kind " + word + "; " + did_you_mean(word, words));
+}
 
 std::string EntityName::text() const {
   return kind + (index == 0 ? "" : " " + std::to_string(index)) + (name.empty() ? "" : " \"" + name + "\"");

@@ -32,6 +32,9 @@ class LinkGraph {
   std::map<Node, std::vector<Node>> users_;
 };
 
+/// The place of a kind by its word, or "walls". Error `InvalidCall` names the nearest.
+size_t kind_in(const std::string& word);
+
 /// With the ways by links that are read already.
 std::vector<StaleResult> stale_results(COM_ProjectData& project, const LinkGraph& links);
 std::vector<CurrentResult> current_results(Database& index);

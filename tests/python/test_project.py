@@ -109,6 +109,10 @@ class TestKinds(DailyCase):
         window.Save()
         [found] = self.project.diff(path)
         self.assertEqual((found.kind, found.name, found.property, found.unit, found.first), ("Window", "South", "Height", "ft", 9))
+        with tarn.new_project(self.folder / "annex" / "ANNEX") as annex:
+            shop, copies = annex.spaces.copy(self.project, "Shop")
+            self.assertEqual((shop.get_wall(1).window_type[1], [(each.kind, each.reused, each.from_["name"]) for each in copies]), (1, [("Window", False, "South"), ("Space", False, "Shop")]))
+            self.assertTrue(all(each.reused for each in annex.spaces.copy(self.project, 1)[1]))
         copied = self.project.copy(self.folder / "variants" / "TALL")
         self.assertEqual(self.project.diff(copied), [])
         self.raises(tarn.Error, "is there already", lambda: self.project.copy(self.folder / "variants" / "TALL"))
