@@ -2,6 +2,7 @@
 // are red, the edits that made them so orange. Everything follows from the graph alone, so that the same project gives
 // the same picture.
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <numeric>
 #include <set>
@@ -22,7 +23,7 @@ using svg::number;
 
 constexpr double kMargin = 30, kColumnsTop = 90, kBoxWide = 170, kBoxHigh = 18, kRowHigh = 22, kHeadingHigh = 30,
                  kColumnStep = 260;
-constexpr double kResultWide = 250;  // its text has a name and a word
+constexpr double kResultWide = 260;  // its text has a name and a word
 
 /// How a box is drawn: fill, border, and whether it is dashed.
 struct Look {
@@ -187,8 +188,8 @@ class Drawing {
       if (!each.calculated || !each.edited) continue;
       if (const auto edited = places_.find(key(*each.edited)); edited != places_.end())
         mark(boxes_[box_of_[edited->second]], kEdited, "changed at " + each.since + " UTC");
-      else if (each.edited->index == 0 && !weather_)
-        add_weather(*each.edited, each.since);
+      else if (each.edited->index == 0)
+        add_weather(each);
     }
   }
 
@@ -197,47 +198,42 @@ class Drawing {
     if (box.hint.find(why) == std::string::npos) box.hint += "\n" + why;
   }
 
-  /// Only where it was edited: everything rests on it.
-  void add_weather(const EntityName& weather, const std::string& since) {
-    weather_ = add_box(weather.name, weather.text() + "\nchanged at " + since + " UTC", kEdited);
-    blocks_[0].insert(blocks_[0].begin(), Block{"weather", {*weather_}});
+  /// The weather, only where it was edited, as everything rests on it.
+  void add_weather(const StaleResult& stale) {
+    const EntityName& weather = *stale.edited;
+    if (!weather_) {
+      weather_ = add_box(weather.name.empty() ? "the weather" : weather.name,
+                         weather.text() + "\nchanged at " + stale.since + " UTC", kEdited);
+      blocks_[0].insert(blocks_[0].begin(), Block{"weather", {*weather_}});
+    }
+    if (const auto of = places_.find(key(stale.of)); of != places_.end())
+      other_lines_.insert({*weather_, box_of_[of->second], true});
   }
-
-  struct Result {
-    const EntityName* of;
-    Tile box;
-    std::optional<size_t> from;  // the box of an edit that leads here at once, besides the entity's own
-  };
 
   /// The last column: the results of each entity, in the order of these.
   void add_results() {
-    std::map<std::string, std::map<size_t, std::vector<Result>>> by_kind;  // and by the entity's box
-    const auto add = [&](const EntityName& of, Tile box, std::optional<size_t> from = {}) {
+    std::map<std::string, std::map<size_t, std::vector<Tile>>> by_kind;  // and by the entity's box
+    const auto add = [&](const EntityName& of, Tile result) {
+      result.wide = kResultWide;
       if (const auto found = places_.find(key(of)); found != places_.end())
-        by_kind[of.kind][box_of_[found->second]].push_back({&of, std::move(box), from});
+        by_kind[of.kind][box_of_[found->second]].push_back(std::move(result));
     };
     for (const CurrentResult& each : graph_.current)
       add(each.of,
           {each.of.name + ": " + each.results, each.of.text() + ", " + each.results + ": up to date", kCurrent});
-    for (const StaleResult& each : graph_.stale) {
-      const bool by_weather = each.calculated && each.edited && each.edited->index == 0;
-      add(each.of,
-          {each.of.name + ": " + (each.calculated ? "stale " : "no ") + each.results,
-           each.of.text() + ", " + each.results + ": " + reason(each), each.calculated ? kStale : kNever},
-          by_weather ? weather_ : std::nullopt);
-    }
+    for (const StaleResult& each : graph_.stale)
+      add(each.of, {each.of.name + ": " + (each.calculated ? "stale " : "no ") + each.results,
+                    each.of.text() + ", " + each.results + ": " + reason(each), each.calculated ? kStale : kNever});
     for (size_t kind = 0; kind < entity_kinds().size(); ++kind) {
       const auto found = by_kind.find(std::string(word_of(kind)));
       if (found == by_kind.end()) continue;
       Block& block =
           blocks_.back().emplace_back(Block{"results of " + std::string(entity_kinds()[kind].one) + "s", {}});
-      for (const auto& [owner, results] : found->second) {
-        for (const Result& result : results) {
-          const size_t box = add_box(result.box.text, result.box.hint, result.box.look);
-          boxes_[box].wide = kResultWide;
-          block.boxes.push_back(box);
-          result_lines_.push_back({owner, box, result.box.look.stroke == kStale.stroke});
-          if (result.from) result_lines_.push_back({*result.from, box, true});
+      for (auto& [owner, results] : found->second) {
+        for (Tile& result : results) {
+          other_lines_.insert({owner, boxes_.size(), result.look.stroke == kStale.stroke});
+          block.boxes.push_back(boxes_.size());
+          boxes_.push_back(std::move(result));
         }
       }
     }
@@ -286,13 +282,13 @@ class Drawing {
       const bool on_way = on_way_.contains({used, user});
       (on_way ? stale : plain) += line(boxes_[box_of_[used]], boxes_[box_of_[user]], on_way);
     }
-    for (const auto& [from, to, is_stale] : result_lines_)
+    for (const auto& [from, to, is_stale] : other_lines_)
       (is_stale ? stale : plain) += line(boxes_[from], boxes_[to], is_stale);
     return "<style>path:hover{stroke:#000;stroke-width:3}</style>\n<g fill=\"none\" stroke=\"#b8c0c8\">\n" + plain +
            stale + "</g>\n";
   }
 
-  static size_t letters_in(const Tile& box) { return static_cast<size_t>(box.wide / 6.3); }
+  static size_t letters_in(const Tile& box) { return static_cast<size_t>(box.wide / 6.2); }
 
   std::string drawn_boxes() const {
     std::string out;
@@ -309,9 +305,10 @@ class Drawing {
     return out;
   }
 
-  struct ResultLine {
+  struct Line {
     size_t from, to;  // boxes
     bool stale;
+    auto operator<=>(const Line&) const = default;
   };
 
   const ProjectGraph& graph_;
@@ -322,7 +319,7 @@ class Drawing {
   std::vector<std::vector<Block>> blocks_;        // by column, the last of results
   std::vector<std::pair<size_t, size_t>> lines_;  // used and user
   std::set<std::pair<size_t, size_t>> on_way_;    // of these, the ways to stale results
-  std::vector<ResultLine> result_lines_;
+  std::set<Line> other_lines_;                    // from the weather, and to results
   std::optional<size_t> weather_;
   std::string heads_;
 };

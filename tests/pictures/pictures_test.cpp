@@ -79,6 +79,11 @@ TEST_F(PicturesTest, TheGraphOfAProjectShowsUsesAndTheWaysToStaleResults) {
   EXPECT_EQ(stale, graph());
   project.NewWeather()->Save();
   EXPECT_EQ(stale, graph()) << "they were stale already";
+  const auto database = host().database(project.IndexDBName());
+  database->Execute("DELETE FROM StaleSince");
+  database->Execute("UPDATE AirSystemIndex SET bDesHasChanged = 0, bSimHasChanged = 0");
+  project.NewWeather()->Save();
+  EXPECT_TRUE(says(graph(), "<title>Weather &gt; System 1 \"VAV 1\"</title>"));
 }
 
 }  // namespace
