@@ -133,8 +133,7 @@ Group group_of(const EntityKind& kind) {
        one + " N of another project, with all that it uses; what is here already, under its name and equal, is reused",
        kDryRun | kFrom,
        kind_copy,
-       {"tarn project copy spare && " + line("copy " + name + " --from spare"),
-        line("copy 1 --from spare --dry-run")}});
+       {"tarn project copy spare && " + line("copy --from spare " + name), line("copy --from spare 1 --dry-run")}});
   add({"delete",
        "N",
        "removes " + one + " N and every use of it",
