@@ -48,8 +48,7 @@ class Closure {
     }
     loaded.entity->Load(static_cast<int16_t>(node.second));
     for_each_reference(*loaded.entity, [&](const Use& use, const ReferenceName& slot) {
-      if (const auto used = place_of(use.kind); used && use.index > 0)
-        add({*used, use.index}, slot() + " of " + loaded.name().text());
+      if (const auto used = place_of(use.kind)) add({*used, use.index}, slot() + " of " + loaded.name().text());
       return use.index;
     });
     all_.push_back(loaded);
@@ -87,14 +86,11 @@ class Target {
     copy->renew();
     Json json = Json::object();
     add_stored_fields(*source.entity, json);
-    set_fields_from_json(*copy, json,
-                         {.at = {},
-                          .follow =
-                              [&](std::string_view kind, int32_t index) {
-                                const auto used = place_of(kind);
-                                return used && index > 0 ? int32_t{given_.at({*used, index})} : index;
-                              },
-                          .beside = {}});
+    set_fields_from_json(*copy, json);
+    for_each_reference(*copy, [&](const Use& use, const ReferenceName&) {
+      const auto used = place_of(use.kind);
+      return used ? int32_t{given_.at({*used, use.index})} : use.index;
+    });
     copy->set_changed();
     copy->Reset();
     return copy;
