@@ -40,6 +40,7 @@ struct Call {
   bool all = false;
   bool force = false;
   std::string tolerance;  // of --tolerance
+  std::string from;       // of --from
   bool help = false;
   bool version = false;
   std::string group, verb;         // no verb where the group does one thing only
@@ -78,6 +79,7 @@ int project_export(const Call& call);
 int project_import(const Call& call);
 int project_copy(const Call& call);
 int project_stale(const Call& call);
+int project_graph(const Call& call);
 int project_check(const Call& call);
 int project_repair(const Call& call);
 
@@ -87,6 +89,7 @@ int kind_show(const Call& call);
 int kind_new(const Call& call);
 int kind_set(const Call& call);
 int kind_clone(const Call& call);
+int kind_copy(const Call& call);
 int kind_delete(const Call& call);
 int kind_uses(const Call& call);
 int kind_used_by(const Call& call);

@@ -158,7 +158,14 @@ void add_option_values(Finder& finder, const OptionRow& option, const Group* gro
 
 /// What a word of a verb's usage can be; none for a file.
 void add_words(Finder& finder, const Line& line, const Group& group, const Verb& verb, const std::string& meant) {
-  if (meant == "N" && group.kind) return finder.add_names(line.call, *group.kind);
+  if (meant == "N" && group.kind) {
+    Call of = line.call;
+    if (verb.options & kFrom) {  // an entity of the other project; nothing is known of it before it is named
+      if (of.from.empty()) return;
+      of.project = of.from;
+    }
+    return finder.add_names(of, *group.kind);
+  }
   if (meant == "Property=value" && group.kind) return finder.add_properties(*group.kind, verb.part);
   if (meant == "METHOD") {
     for (const std::string_view name : plain_methods(group.kind->create()->info())) finder.add(name);

@@ -1,10 +1,11 @@
-// uses, used-by and project stale: what rests on what.
+// uses, used-by, project stale and graph: what rests on what.
 #include "cli/dependencies.h"
 
 #include <iostream>
 
 #include "cli/entities.h"
 #include "storage/kind.h"
+#include "tarn/pictures.h"
 #include "tarn/staleness.h"
 
 namespace tarn::cli {
@@ -65,23 +66,66 @@ int project_stale(const Call& call) {
   return kClean;
 }
 
-std::set<std::string> stale_now(Database& database) {
-  struct Flag {
-    const char *table, *kind, *column, *results;
+namespace {
+
+/// "Space 1, Schedule 2".
+std::string used_text(const ProjectGraph& graph, const ProjectGraph::Entity& entity) {
+  std::string text;
+  for (const size_t used : entity.uses) {
+    const EntityName& name = graph.entities[used].name;
+    text += (text.empty() ? "" : ", ") + name.kind + " " + std::to_string(name.index);
+  }
+  return text;
+}
+
+/// "design stale, simulation up to date".
+std::string results_text(const ProjectGraph& graph, const EntityName& of) {
+  std::string text;
+  const auto add = [&](const std::string& results, const char* state) {
+    text += (text.empty() ? "" : ", ") + results + state;
   };
-  constexpr Flag kFlags[]{{"AirSystemIndex", "air system", "bDesHasChanged", "design"},
-                          {"AirSystemIndex", "air system", "bSimHasChanged", "simulation"},
-                          {"PlantIndex", "plant", "bDesHasChanged", "design"},
-                          {"PlantIndex", "plant", "bSimHasChanged", "simulation"},
-                          {"BuildingIndex", "building", "bHasChanged", "simulation"}};
-  std::set<std::string> stale;
-  for (const Flag& flag : kFlags) {
-    auto rows = database.OpenRecordset(std::string("SELECT nIndex, szName FROM ") + flag.table + " WHERE " +
-                                       flag.column + " <> 0");
-    for (; !rows.AtEof(); rows.MoveNext()) {
-      stale.insert(std::string(flag.kind) + " " + std::to_string(rows.Fields("nIndex").integer()) + " \"" +
-                   rows.Fields("szName").text() + "\" " + flag.results);
+  for (const CurrentResult& each : graph.current) {
+    if (each.of == of) add(each.results, " up to date");
+  }
+  for (const StaleResult& each : graph.stale) {
+    if (each.of == of) add(each.results, each.calculated ? " stale" : " never calculated");
+  }
+  return text;
+}
+
+}  // namespace
+
+int project_graph(const Call& call) {
+  COM_ProjectData project;
+  const auto database = open_project(project, call, Use::Reading);
+  const ProjectGraph graph = tarn::project_graph(project);
+  if (call.svg == "-") {
+    if (call.json) throw UsageError("--json and --svg - both write to standard output; give the picture a file.");
+    std::cout << graph_picture(graph);
+    return kClean;
+  }
+  if (call.json) {
+    std::cout << graph_json(graph) << '\n';
+  } else {
+    std::vector<std::vector<Json>> rows;
+    for (const ProjectGraph::Entity& each : graph.entities) {
+      rows.push_back(
+          {each.name.kind, each.name.index, each.name.name, used_text(graph, each), results_text(graph, each.name)});
     }
+    if (rows.empty())
+      std::cout << "the project has no entities yet\n";
+    else
+      print_table({"kind", "index", "name", "uses", "results"}, rows);
+  }
+  if (!call.svg.empty()) save_picture(call, graph_picture(graph));
+  return kClean;
+}
+
+std::set<std::string> stale_now(Database& database) {
+  std::set<std::string> stale;
+  for (const StaleResult& result : stale_marks(database)) {
+    stale.insert(std::string(entity_kinds()[*place_of(result.of.kind)].one) + " " + std::to_string(result.of.index) +
+                 " \"" + result.of.name + "\" " + result.results);
   }
   return stale;
 }

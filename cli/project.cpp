@@ -17,6 +17,7 @@
 #include "tarn/exchange.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/preferences.h"
+#include "tarn/staleness.h"
 
 namespace tarn::cli {
 namespace {
@@ -39,20 +40,23 @@ constexpr std::pair<std::string_view, std::string_view> kCounted[]{{"windows", "
                                                                    {"fuel rates", "FuelRateIndex"},
                                                                    {"buildings", "BuildingIndex"}};
 
-/// Results that no longer rest on their inputs.
-constexpr std::pair<std::string_view, std::string_view> kStale[]{
-    {"air systems to size again", "AirSystemIndex WHERE bDesHasChanged <> 0"},
-    {"air systems to simulate again", "AirSystemIndex WHERE bSimHasChanged <> 0"},
-    {"plants to size again", "PlantIndex WHERE bDesHasChanged <> 0"},
-    {"plants to simulate again", "PlantIndex WHERE bSimHasChanged <> 0"},
-    {"buildings to simulate again", "BuildingIndex WHERE bHasChanged <> 0"}};
-
-template <typename Table>
-Json counts(Database& database, const Table& table) {
+/// How many entities there are of each kind that has any.
+Json counts(Database& database) {
   Json out = Json::object();
-  for (const auto& [name, from] : table) {
-    auto rows = database.OpenRecordset("SELECT COUNT(*) AS CNT FROM " + std::string(from));
+  for (const auto& [name, table] : kCounted) {
+    auto rows = database.OpenRecordset("SELECT COUNT(*) AS CNT FROM " + std::string(table));
     if (const int64_t count = rows.Fields("CNT").integer(); count > 0) out[std::string(name)] = count;
+  }
+  return out;
+}
+
+/// How many have results that no longer rest on their inputs: "air systems to size again".
+Json stale_counts(Database& database) {
+  Json out = Json::object();
+  for (const StaleResult& result : stale_marks(database)) {
+    const std::string one(entity_kinds()[*place_of(result.of.kind)].one);
+    Json& count = out[one + "s to " + (result.results == "design" ? "size" : "simulate") + " again"];
+    count = count.is_null() ? 1 : count.get<int>() + 1;
   }
   return out;
 }
@@ -120,9 +124,8 @@ int project_info(const Call& call) {
                    {"rating version", prefs->LeedVersionText(prefs->LeedVersionCode)},
                    {"currency", prefs->CurrencyUnits.trimmed()}};
   }
-  const Json info{
-      {"folder", project.WorkPath()},       {"prefix", project.FilePrefix}, {"entities", counts(*database, kCounted)},
-      {"stale", counts(*database, kStale)}, {"preferences", preferences},   {"files", files}};
+  const Json info{{"folder", project.WorkPath()},     {"prefix", project.FilePrefix}, {"entities", counts(*database)},
+                  {"stale", stale_counts(*database)}, {"preferences", preferences},   {"files", files}};
   if (call.json) {
     print_json(info);
     return kClean;

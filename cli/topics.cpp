@@ -55,6 +55,7 @@ save marks all of these in the same transaction: air systems and plants to size 
 simulate again. Results stay where they are until the calculation runs again.
 
   tarn project stale       what is stale, since which edit, and how that edit reaches it
+  tarn project graph       the whole project: who uses whom; --svg FILE draws it, stale results red
   tarn project info        counts what is stale
   tarn windows used-by 3   who uses window 3, by which property
   tarn spaces uses 2       what space 2 rests on

@@ -11,7 +11,7 @@
 namespace tarn::cli {
 namespace {
 
-Measures chosen(UnitSystem::InchPound);
+Measures current(UnitSystem::InchPound);
 
 }  // namespace
 
@@ -21,15 +21,15 @@ void choose_units(const std::string& option) {
   if (!word.empty() && !same_word(word, "si") && !same_word(word, "ip"))
     throw UsageError((option.empty() ? "TARN_UNITS" : "--units") + std::string(" is \"") + word +
                      "\"; it is ip or si.");
-  chosen = Measures(same_word(word, "si") ? UnitSystem::SI : UnitSystem::InchPound);
+  current = Measures(same_word(word, "si") ? UnitSystem::SI : UnitSystem::InchPound);
 }
 
-UnitSystem units() { return chosen.system(); }
-std::string_view shown_unit(std::string_view unit) { return chosen.unit(unit); }
-double shown_value(double value, std::string_view unit) { return chosen.value(value, unit); }
-std::string quantity(double value, std::string_view unit) { return chosen.quantity(value, unit); }
-std::string figure(double value, std::string_view unit) { return chosen.figure(value, unit); }
-std::string measure(double value, std::string_view unit) { return chosen.measure(value, unit); }
+UnitSystem units() { return current.system(); }
+std::string_view shown_unit(std::string_view unit) { return current.unit(unit); }
+double shown_value(double value, std::string_view unit) { return current.value(value, unit); }
+std::string quantity(double value, std::string_view unit) { return current.quantity(value, unit); }
+std::string figure(double value, std::string_view unit) { return current.figure(value, unit); }
+std::string measure(double value, std::string_view unit) { return current.measure(value, unit); }
 
 Json shown_element(const Object& object, const Member& property, Subscripts at) {
   Value value;

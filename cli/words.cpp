@@ -34,6 +34,7 @@ constexpr OptionRow kOptions[]{
     {kAll, "--all", "", "all that N names, where it names several", nullptr, &Call::all},
     {kForce, "--force", "", "also what others use; their references become 0", nullptr, &Call::force},
     {kTolerance, "--tolerance", "PART", "of numbers, relative: 0.001; else 0.000001", &Call::tolerance, nullptr},
+    {kFrom, "--from", "PROJECT", "the other project: FOLDER or FOLDER/PREFIX", &Call::from, nullptr},
     {0, "-h,--help", "", "this help; after a group or a verb, help for that", nullptr, &Call::help},
     {0, "--version", "", "the version of tarn", nullptr, &Call::version}};
 
@@ -127,6 +128,12 @@ Group group_of(const EntityKind& kind) {
        kDryRun,
        kind_clone,
        {line("clone 1"), line("clone 1 Name=\"Another " + one + "\" " + example.second)}});
+  add({"copy",
+       "N",
+       one + " N of another project, with all that it uses; what is here already, under its name and equal, is reused",
+       kDryRun | kFrom,
+       kind_copy,
+       {"tarn project copy spare && " + line("copy --from spare " + name), line("copy --from spare 1 --dry-run")}});
   add({"delete",
        "N",
        "removes " + one + " N and every use of it",
@@ -191,6 +198,13 @@ Group project_group() {
        0,
        project_stale,
        {"tarn project stale", "tarn project stale --json"}});
+  add({"graph",
+       "",
+       "who uses whom in the whole project, and what became of its results; --svg for a picture, - for standard output",
+       kSvg,
+       project_graph,
+       {"tarn project graph --svg project.svg", "tarn project graph --svg - > graph.svg",
+        "tarn project graph --json"}});
   add({"check",
        "",
        "what is damaged: rows, records, links, values, files; nothing is changed",

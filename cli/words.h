@@ -24,7 +24,8 @@ enum Option : unsigned {
   kList = 128,
   kAll = 256,
   kForce = 512,
-  kTolerance = 1024
+  kTolerance = 1024,
+  kFrom = 2048
 };
 
 struct OptionRow {

@@ -161,7 +161,7 @@ void show_building(Database& database, StoredEntity& entity) {
   auto& building = dynamic_cast<BLD_Building&>(entity);
   const auto general = building.GetBuildingGeneral();
   std::cout << general->Name.trimmed() << "  " << (general->Simulated ? "simulated" : "not simulated")
-            << (general->Simulated && building.HasChanged ? "; changed since it was simulated" : "") << '\n';
+            << (general->Simulated && building.HasChanged ? "; stale: changed since it was simulated" : "") << '\n';
   show_inputs(database, *building.GetBuildingInputs());
   const auto has = [&](std::string_view part) {
     const Member* found = find_part(building.info(), part);

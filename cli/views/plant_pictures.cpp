@@ -44,8 +44,8 @@ void show_map(const CHL_OperatingMode& mode, const std::string& what, std::strin
 std::string state(const PLT_Plant& plant) {
   std::string line = plant.General.Sized ? "sized" : "not sized";
   line += plant.General.Simulated ? ", simulated" : ", not simulated";
-  if (plant.General.Sized && plant.DesHasChanged) line += "; changed since it was sized";
-  if (plant.General.Simulated && plant.SimHasChanged) line += "; changed since it was simulated";
+  if (plant.General.Sized && plant.DesHasChanged) line += "; stale: changed since it was sized";
+  if (plant.General.Simulated && plant.SimHasChanged) line += "; stale: changed since it was simulated";
   return line;
 }
 

@@ -120,6 +120,9 @@ class CA_ConstructionAssly final : public Entity<CA_ConstructionAssly, Construct
   /// How well the coefficients, as they stand, hold the response of the layers. Error `InvalidCall`, with the reason,
   /// for layers without transfer functions.
   Accuracy coefficient_accuracy() const;
+  /// The coefficients, as they stand, are not those of the layers: these have changed since, or another program
+  /// computed them badly. Error as above.
+  bool coefficients_are_stale() const;
   /// An error above this is told wherever the construction is.
   static constexpr double kToldError = 0.002;
   /// "12 transfer function terms hold the response of the layers to 0.5 % only; what slows it most: layer 2 (4 in

@@ -1,4 +1,4 @@
-// Self-contained pictures (SVG), as text.
+// Self-contained pictures (SVG), as text. What shows results that are stale says so: "stale: ...".
 #pragma once
 
 #include <string>
@@ -11,6 +11,7 @@ class ADL_AirSystemDesign;
 class CA_ConstructionAssly;
 class HW1ReaderWriter;
 class Object;
+struct ProjectGraph;
 
 /// A wall or roof: the section to scale with the temperatures in it on a sunny day, and the heat that comes in after an
 /// hour of warmth. Error `InvalidCall`, with the reason, where the layers have no response.
@@ -23,7 +24,11 @@ std::string weather_picture(const HW1ReaderWriter& year);
 /// is the heading.
 std::string result_picture(const ADL_AirSystemDesign& design, const std::string& name);
 
-/// The picture of an object by its class. Error `InvalidCall` for a class without one.
+/// Who uses whom in a project: columns from inputs over spaces, systems, plants and buildings to results. Stale results
+/// and the ways to them are red, the edits at their beginning orange; hints tell names, times and ways.
+std::string graph_picture(const ProjectGraph& graph);
+
+/// The picture of an object by its class, of a project its graph. Error `InvalidCall` for a class without one.
 std::string picture_of(Object& object);
 
 }  // namespace tarn

@@ -10,6 +10,9 @@
 
 namespace tarn {
 
+class Database;
+class StoredEntity;
+
 struct EntityName {
   std::string kind;   // "Wall", "System", "Weather"
   int32_t index = 0;  // 0 for the weather
@@ -44,9 +47,32 @@ struct StaleResult {
 
 /// Systems, plants and buildings, each by index, design before simulation.
 std::vector<StaleResult> stale_results(COM_ProjectData& project);
+/// The same without the ways, which take all links of the project to find.
+std::vector<StaleResult> stale_marks(Database& index);
+/// Those of one entity, as its row has them now.
+std::vector<StaleResult> stale_marks(const StoredEntity& entity);
 
-/// As JSON arrays, for the faces.
+/// Results that are calculated and show the inputs as they are.
+struct CurrentResult {
+  EntityName of;
+  std::string results;  // "design" or "simulation"
+};
+
+/// Who uses whom in a whole project, and what became of its results.
+struct ProjectGraph {
+  struct Entity {
+    EntityName name;
+    std::vector<size_t> uses;  // places in `entities`, ascending
+  };
+  std::vector<Entity> entities;  // what is used before what uses it, by index
+  std::vector<StaleResult> stale;
+  std::vector<CurrentResult> current;
+};
+ProjectGraph project_graph(COM_ProjectData& project);
+
+/// As JSON, for the faces: arrays, and of the graph an object of its three lists.
 std::string uses_json(const std::vector<UseOfEntity>& uses);
 std::string stale_json(const std::vector<StaleResult>& results);
+std::string graph_json(const ProjectGraph& graph);
 
 }  // namespace tarn

@@ -213,6 +213,12 @@ TARN_API tarn_status tarn_create_project(tarn_object* project);
 /* Copies a project, as it was committed last, to the path and prefix of another COM_ProjectData, while others may work
  * on it: all of it or nothing. The folder is made; a project that is there already is refused. */
 TARN_API tarn_status tarn_copy_project(tarn_object* from, tarn_object* to);
+/* Copies an entity, by its kind ("walls" or "Wall") and index, and all that it uses into another project, all of it or
+ * nothing. `copied`, which may be null, receives a JSON array, what is used before what uses it: "kind", "index" and
+ * "name" there, "reused" where an equal one was there already, and "from". Valid until the thread's next of these
+ * calls, or of those below that tell what rests on what. */
+TARN_API tarn_status tarn_copy_entity(tarn_object* from, const char* kind, int16_t index, tarn_object* to,
+                                      const char** copied);
 
 /* The kinds of entity that a project keeps, in the order in which they rest on each other. */
 typedef struct tarn_entity_kind {
@@ -311,6 +317,9 @@ TARN_API tarn_status tarn_used_by(tarn_object* project, const char* kind, int16_
 /* Stale results: "kind", "index", "name", "results" ("design" or "simulation"), "calculated", "edited" (whose edit made
  * them stale, null where it is not known), "since" (UTC) and "way", from the edited entity to this one. */
 TARN_API tarn_status tarn_stale(tarn_object* project, const char** results);
+/* A whole project as a JSON object: "entities", each with what it "uses", "stale" as above, and "current", the results
+ * that are up to date. tarn_picture draws it. */
+TARN_API tarn_status tarn_graph(tarn_object* project, const char** graph);
 /* What differs between two projects, or a project and a text of tarn_export: "kind", "name", "property", "unit",
  * "first" and "second". `tolerance` is relative, of real numbers. */
 TARN_API tarn_status tarn_compare(tarn_object* first, tarn_object* second, double tolerance, const char** differences);
@@ -318,8 +327,8 @@ TARN_API tarn_status tarn_compare_text(tarn_object* project, const char* text, d
                                        const char** differences);
 
 /* The picture of an object as SVG text: of a CA_ConstructionAssly its section and response, of a HW1ReaderWriter its
- * year, of an ADL_AirSystemDesign its loads and the states of its air. Other classes have none: error 5. Valid until
- * the thread's next picture. */
+ * year, of an ADL_AirSystemDesign its loads and the states of its air, of a COM_ProjectData who uses whom. Other
+ * classes have none: error 5. What shows stale results says "stale". Valid until the thread's next picture. */
 TARN_API tarn_status tarn_picture(tarn_object* object, const char** svg);
 
 /* Transactions over all saves of this thread, files included; they nest. */

@@ -58,11 +58,15 @@ PyObject* copy_project(PyObject* /*module*/, PyObject* arguments) {
   });
 }
 
-PyObject* find_damage(PyObject* /*module*/, PyObject* project) {
+PyObject* copy_entity(PyObject* /*module*/, PyObject* arguments) {
   return giving([&] {
-    const char* findings = "";
-    run_on(project, [&] { return tarn_check(handle_of(project), &findings); });
-    return text(findings);
+    PyObject *from = nullptr, *group = nullptr, *to = nullptr;
+    short index = 0;
+    parse(arguments, "OOhO", &from, &group, &index, &to);
+    const std::string kind = utf8_of(group);
+    const char* copied = "";
+    run_on(from, [&] { return tarn_copy_entity(handle_of(from), kind.c_str(), index, handle_of(to), &copied); });
+    return text(copied);
   });
 }
 
@@ -81,10 +85,14 @@ PyObject* uses_of(PyObject* /*module*/, PyObject* arguments) {
   });
 }
 
-PyObject* stale(PyObject* /*module*/, PyObject* project) {
+using Told = tarn_status (*)(tarn_object*, const char**);
+
+/// What a call tells of a whole project, or of another object.
+template <Told Call>
+PyObject* told_of(PyObject* /*module*/, PyObject* object) {
   return giving([&] {
     const char* found = "";
-    run_on(project, [&] { return tarn_stale(handle_of(project), &found); });
+    run_on(object, [&] { return Call(handle_of(object), &found); });
     return text(found);
   });
 }
@@ -188,22 +196,16 @@ PyObject* import_chiller(PyObject* /*module*/, PyObject* arguments) {
   });
 }
 
-PyObject* picture(PyObject* /*module*/, PyObject* object) {
-  return giving([&] {
-    const char* svg = "";
-    run_on(object, [&] { return tarn_picture(handle_of(object), &svg); });
-    return text(svg);
-  });
-}
-
 }  // namespace
 
 PyMethodDef kProjectFunctions[]{{"create_project", create_project, METH_O, nullptr},
-                                {"check", find_damage, METH_O, nullptr},
+                                {"check", told_of<tarn_check>, METH_O, nullptr},
                                 {"copy_project", copy_project, METH_VARARGS, nullptr},
+                                {"copy_entity", copy_entity, METH_VARARGS, nullptr},
                                 {"uses", uses_of<tarn_uses>, METH_VARARGS, nullptr},
                                 {"used_by", uses_of<tarn_used_by>, METH_VARARGS, nullptr},
-                                {"stale", stale, METH_O, nullptr},
+                                {"stale", told_of<tarn_stale>, METH_O, nullptr},
+                                {"graph", told_of<tarn_graph>, METH_O, nullptr},
                                 {"compare", compare, METH_VARARGS, nullptr},
                                 {"repair", repair, METH_VARARGS, nullptr},
                                 {"new_entity", new_entity, METH_VARARGS, nullptr},
@@ -213,7 +215,7 @@ PyMethodDef kProjectFunctions[]{{"create_project", create_project, METH_O, nullp
                                 {"import_project", import_project, METH_VARARGS, nullptr},
                                 {"import_weather", import_weather, METH_VARARGS, nullptr},
                                 {"import_chiller", import_chiller, METH_VARARGS, nullptr},
-                                {"picture", picture, METH_O, nullptr},
+                                {"picture", told_of<tarn_picture>, METH_O, nullptr},
                                 {nullptr, nullptr, 0, nullptr}};
 
 }  // namespace tarn::python

@@ -165,6 +165,15 @@ class Kind(Mapping[Any, E], Generic[E]):
         entity: Any = self[key]
         return self.save(entity.clone(), **properties)  # type: ignore[no-any-return]
 
+    def copy(self, other: Project, key: Any) -> tuple[E, list[types.SimpleNamespace]]:
+        """An entity of another project, by name or number, comes into this one with all that it uses: the entity here, and
+        what became of each: `kind`, `index` and `name` here, `reused` where an equal one was here already, and `from_`, what
+        it is in the other project. All of it or nothing."""
+        kind = getattr(other, self.info.attribute)
+        found = json.loads(_tarn.copy_entity(other.data, self.info.group, kind.index_of(key), self.project.data))
+        copies = [types.SimpleNamespace(**{"from_" if name == "from" else name: each[name] for name in each}) for each in found]
+        return self._load(copies[-1].index), copies
+
     def __delitem__(self, key: Any) -> None:
         entity: Any = self[key]
         entity.delete(entity.index)

@@ -40,6 +40,13 @@ def _data_of(folder: str, prefix: str) -> tarn.COM_ProjectData:
     return data
 
 
+class Graph(types.SimpleNamespace):
+    """What `Project.graph` gives."""
+
+    def _repr_svg_(self) -> str:
+        return str(self.svg)
+
+
 class Project(Kinds):
     """A project on disk: `tarn.Project("/jobs/MALL")`, where MALL is the prefix of its files, or the folder where it is the
     only one. Each kind is a mapping by name: `project.windows["South 4x5"]`, `project.air_systems[1]`. Failures raise
@@ -179,6 +186,12 @@ class Project(Kinds):
         """The stale results: `kind`, `index`, `name`, `results` ("design" or "simulation"), `calculated`, `edited` (whose edit
         made them stale, None where it is not known), `since` (UTC) and `way`, from the edited entity to this one."""
         return listed(_tarn.stale(self.data))
+
+    def graph(self) -> Graph:
+        """Who uses whom in the whole project, and what became of its results: `svg`, the picture, which notebooks show;
+        `entities`, each with what it `uses`; `stale` as above; `current`, the results that are up to date."""
+        found = json.loads(_tarn.graph(self.data))
+        return Graph(svg=_tarn.picture(self.data), **{key: [types.SimpleNamespace(**each) for each in found[key]] for key in found})
 
     def diff(self, other: Project | Path, tolerance: float = 1e-6) -> list[types.SimpleNamespace]:
         """What differs between this project (`first`) and another, or an exported file (`second`): `kind`, `name`, `property`,

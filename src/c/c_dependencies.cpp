@@ -4,6 +4,7 @@
 #include "c/entity_kinds.h"
 #include "tarn/compare.h"
 #include "tarn/copy.h"
+#include "tarn/entity_copy.h"
 #include "tarn/project.h"
 #include "tarn/staleness.h"
 
@@ -44,6 +45,10 @@ tarn_status tarn_stale(tarn_object* project, const char** found) {
   return answering(project, found, [](COM_ProjectData& of) { return stale_json(stale_results(of)); });
 }
 
+tarn_status tarn_graph(tarn_object* project, const char** found) {
+  return answering(project, found, [](COM_ProjectData& of) { return graph_json(project_graph(of)); });
+}
+
 tarn_status tarn_compare(tarn_object* first, tarn_object* second, double tolerance, const char** found) {
   return answering(first, found, [&](COM_ProjectData& of) {
     const auto one = comparable_project(of), two = comparable_project(second_project(second));
@@ -54,6 +59,13 @@ tarn_status tarn_compare(tarn_object* first, tarn_object* second, double toleran
 tarn_status tarn_copy_project(tarn_object* from, tarn_object* to) {
   return on_object(
       from, [&](HandleSlot& slot) { copy_project(object_as<COM_ProjectData>(slot, "project"), second_project(to)); });
+}
+
+tarn_status tarn_copy_entity(tarn_object* from, const char* kind, int16_t index, tarn_object* to, const char** copied) {
+  const char* ignored = nullptr;
+  return answering(from, copied ? copied : &ignored, [&](COM_ProjectData& of) {
+    return copies_json(copy_entity(of, required_text(kind), index, second_project(to)));
+  });
 }
 
 tarn_status tarn_compare_text(tarn_object* project, const char* text, double tolerance, const char** found) {

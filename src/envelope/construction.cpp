@@ -198,6 +198,10 @@ Accuracy CA_ConstructionAssly::coefficient_accuracy() const {
   return generator().accuracy_of(b, d);
 }
 
+bool CA_ConstructionAssly::coefficients_are_stale() const {
+  return !(coefficient_accuracy().worst() <= kForeignError);  // nothing, where all of them are 0
+}
+
 std::vector<SlabLayer> CA_ConstructionAssly::slab() const { return generator().slab(); }
 
 std::string CA_ConstructionAssly::told(const Accuracy& accuracy) const {

@@ -5,6 +5,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "exchange/comparison.h"
 #include "project/kinds.h"
 #include "reflect/json.h"
 #include "storage/kind.h"
@@ -41,21 +42,23 @@ bool same(const Value& first, const Value& second, double tolerance) {
   return a == b || std::abs(a - b) <= tolerance * std::max(std::abs(a), std::abs(b));
 }
 
+/// The same field of the same part.
+bool alike(const Place& a, const Place& b) { return a.field == b.field && a.prefix == b.prefix; }
+
 class Comparison {
  public:
   Comparison(Comparable& first, Comparable& second, const CompareOptions& options)
       : first_(first), second_(second), options_(options) {}
 
   std::vector<Difference> run() {
-    for (const EntityKind& kind : entity_kinds()) words_.emplace_back(blank_entity(kind)->kind().default_word);
-    for (size_t kind = 0; kind < words_.size(); ++kind) entities(kind);
+    for (size_t kind = 0; kind < entity_kinds().size(); ++kind) entities(kind);
     preferences();
     return std::move(all_);
   }
 
  private:
   void entities(size_t kind) {
-    kind_ = words_[kind];
+    kind_ = word_of(kind);
     std::multimap<std::string_view, int16_t> others;
     for (const auto& [index, name] : second_.entries(kind)) others.emplace(name, index);
     for (const auto& [index, name] : first_.entries(kind)) {
@@ -96,7 +99,6 @@ class Comparison {
   void objects(Object& first, Object& second) {
     const std::vector<Place> ours = places_of(first), theirs = places_of(second);
     std::map<std::string, const Place*> by_name;
-    const auto alike = [](const Place& a, const Place& b) { return a.field == b.field && a.prefix == b.prefix; };
     if (std::ranges::equal(ours, theirs, alike)) {
       for (size_t i = 0; i < ours.size(); ++i) fields(&ours[i], &theirs[i]);
       return;
@@ -131,10 +133,10 @@ class Comparison {
     if (const auto* text = std::get_if<std::string>(&value)) return std::string(trimmed(without_padding(*text)));
     if (place.field->refers_to.empty()) return value;
     const std::string_view target = place.field->target_of(*place.owner, at);
-    const auto kind = std::ranges::find(words_, target);
+    const auto kind = place_of(target);
     const int64_t index = integer_from(value, INT32_MIN, INT32_MAX);
-    if (kind == words_.end() || index == 0) return value;
-    for (const auto& [each, name] : side.entries(static_cast<size_t>(kind - words_.begin()))) {
+    if (!kind || index == 0) return value;
+    for (const auto& [each, name] : side.entries(*kind)) {
       if (each == index) return name;
     }
     return value;
@@ -143,12 +145,27 @@ class Comparison {
   Comparable& first_;
   Comparable& second_;
   const CompareOptions& options_;
-  std::vector<std::string> words_;  // by the kind's place
-  std::string kind_, name_;         // of what is compared now
+  std::string kind_, name_;  // of what is compared now
   std::vector<Difference> all_;
 };
 
 }  // namespace
+
+bool same_content(Object& first, Object& second) {
+  const std::vector<Place> ours = places_of(first), theirs = places_of(second);
+  const auto equal = [](const Place& a, const Place& b) {
+    if (!alike(a, b)) return false;
+    bool all = true;
+    for_each_element(*a.field, [&](Subscripts at) {
+      Value one, other;
+      a.field->get_stored(*a.owner, at, one);
+      b.field->get_stored(*b.owner, at, other);
+      all = all && same(one, other, CompareOptions().tolerance);
+    });
+    return all;
+  };
+  return std::ranges::equal(ours, theirs, equal);
+}
 
 std::vector<Difference> compare(Comparable& first, Comparable& second, const CompareOptions& options) {
   return Comparison(first, second, options).run();

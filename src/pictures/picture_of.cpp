@@ -2,6 +2,7 @@
 #include "tarn/construction.h"
 #include "tarn/hourly_file.h"
 #include "tarn/pictures.h"
+#include "tarn/staleness.h"
 
 namespace tarn {
 
@@ -14,9 +15,11 @@ std::string picture_of(Object& object) {
     return result_picture(*design,
                           system->GetAirSystem()->Name.trimmed() + ", air system " + std::to_string(system->Index()));
   }
+  if (auto* project = dynamic_cast<COM_ProjectData*>(&object)) return graph_picture(project_graph(*project));
   fail(ErrorNumber::InvalidCall, std::string(object.info().name) +
                                      " has no picture; walls and roofs (CA_ConstructionAssly), hourly weather "
-                                     "(HW1ReaderWriter) and design results (ADL_AirSystemDesign) have one.");
+                                     "(HW1ReaderWriter), design results (ADL_AirSystemDesign) and projects "
+                                     "(COM_ProjectData) have one.");
 }
 
 }  // namespace tarn

@@ -7,6 +7,7 @@
 #include "pictures/process_chart.h"
 #include "pictures/svg.h"
 #include "tarn/pictures.h"
+#include "tarn/staleness.h"
 #include "weather/calendar.h"
 
 namespace tarn {
@@ -18,7 +19,7 @@ using svg::path;
 using svg::Scale;
 
 constexpr double kTop = 112, kHigh = 270, kBottom = kTop + kHigh;
-constexpr double kProcessTop = kBottom + 74, kPageWidth = 1190;
+constexpr double kProcessTop = kBottom + 74, kResultWidth = 1190;
 constexpr double kBtuPerMBH = 1000;
 
 const svg::Unit kLoad{"MBH", "kW", 0.29307107, 1, 1}, kFlow{"CFM", "L/s", 0.47194745, 0, 0};
@@ -142,12 +143,26 @@ std::string load_profile(const ADL_AirSystemDesign& design) {
 
 }  // namespace
 
+namespace {
+
+/// Why the design results of the system are stale, as the index has it now; empty where they are not.
+std::string why_stale(const ADL_AirSystemDesign& design) {
+  const auto marks = design.AirSystem() ? stale_marks(*design.AirSystem()) : std::vector<StaleResult>();
+  const auto mark = std::ranges::find(marks, "design", &StaleResult::results);
+  if (mark == marks.end()) return {};
+  return (mark->edited ? mark->edited->text() + " changed at " + mark->since + " UTC, after the design calculation"
+                       : std::string("the system, or what it uses, has changed since the design calculation")) +
+         "; run it again";
+}
+
+}  // namespace
+
 std::string result_picture(const ADL_AirSystemDesign& design, const std::string& name) {
   const double altitude = design.Weather.Altitude;
-  return svg::page(kPageWidth, kProcessTop + kProcessChartHeight, kChartLeft, name + ": design results", name,
+  return svg::page(kResultWidth, kProcessTop + kProcessChartHeight, kChartLeft, name + ": design results", name,
                    "design results; cooling peak: " + hour_text(cooling_peak(design)) + "; altitude " +
                        number(altitude, 0) + " ft (" + number(altitude * 0.3048, 0) + " m)",
-                   load_profile(design) + process_chart(design, kProcessTop));
+                   load_profile(design) + process_chart(design, kProcessTop), why_stale(design));
 }
 
 }  // namespace tarn

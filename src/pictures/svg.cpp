@@ -22,6 +22,15 @@ std::string escaped(const std::string& text) {
   return out;
 }
 
+std::string shortened(const std::string& text, size_t letters) {
+  size_t end = 0;
+  for (size_t seen = 0; end < text.size(); ++end) {
+    const bool begins = (static_cast<unsigned char>(text[end]) & 0xC0) != 0x80;
+    if (begins && ++seen > letters) return text.substr(0, end) + "...";
+  }
+  return text;
+}
+
 std::string label(double x, double y, const std::string& text, const std::string& more) {
   return "<text x=\"" + number(x) + "\" y=\"" + number(y) + "\" " + more + ">" + text + "</text>\n";
 }
@@ -50,13 +59,15 @@ std::string upright_axis(const Scale& scale, double x, int away, const Unit& uni
 }
 
 std::string page(double width, double height, double left, const std::string& title, const std::string& heading,
-                 const std::string& line, const std::string& content) {
+                 const std::string& line, const std::string& content, const std::string& stale) {
   const std::string size = number(width, 0) + "\" height=\"" + number(height, 0);
   return "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " + number(width, 0) + " " + number(height, 0) +
          "\" width=\"" + size + "\" font-family=\"Helvetica, Arial, sans-serif\" font-size=\"12\">\n" +
          "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n<title>" + escaped(title) + "</title>\n" +
          label(left, 26, escaped(heading), "font-size=\"18\" font-weight=\"bold\"") +
-         label(left, 44, escaped(line), "fill=\"#666\"") + content + "</svg>\n";
+         label(left, 44, escaped(line), "fill=\"#666\"") +
+         (stale.empty() ? "" : label(left, 62, "stale: " + escaped(stale), "fill=\"#c00\" font-weight=\"bold\"")) +
+         content + "</svg>\n";
 }
 
 }  // namespace tarn::svg

@@ -7,6 +7,8 @@ namespace tarn::svg {
 
 std::string number(double value, int decimals = 1);
 std::string escaped(const std::string& text);
+/// A text of so many letters at most, in UTF-8.
+std::string shortened(const std::string& text, size_t letters);
 /// `text` is markup already; `more` are attributes.
 std::string label(double x, double y, const std::string& text, const std::string& more = "");
 std::string path(const std::string& way, const std::string& more);
@@ -37,8 +39,8 @@ struct Unit {
 std::string upright_axis(const Scale& scale, double x, int away, const Unit& unit);
 
 /// A self-contained picture on white: whom it shows as the heading, with a line below it. `title` is for the program
-/// that shows the picture.
+/// that shows the picture. `stale` says why what it shows is stale, on a line of its own; empty where it is not.
 std::string page(double width, double height, double left, const std::string& title, const std::string& heading,
-                 const std::string& line, const std::string& content);
+                 const std::string& line, const std::string& content, const std::string& stale = {});
 
 }  // namespace tarn::svg

@@ -14,6 +14,7 @@ namespace {
 using svg::label;
 using svg::number;
 using svg::path;
+using svg::shortened;
 
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kWidth = 1100, kHeight = 800, kLeft = 130, kRight = 660;
@@ -114,16 +115,6 @@ std::array<std::vector<double>, kDay> temperatures(const Slices& slices) {
     }
   }
   return out;
-}
-
-/// A text of so many letters at most, in UTF-8.
-std::string shortened(const std::string& text, size_t letters) {
-  size_t end = 0;
-  for (size_t seen = 0; end < text.size(); ++end) {
-    const bool begins = (static_cast<unsigned char>(text[end]) & 0xC0) != 0x80;
-    if (begins && ++seen > letters) return text.substr(0, end) + "...";
-  }
-  return text;
 }
 
 std::string box(double left, double top, double width, double height, const Drawn& layer) {
@@ -300,7 +291,10 @@ std::string wall_picture(CA_ConstructionAssly& construction, UnitSystem units) {
                             "; layers to scale, the darker the more heat they hold; those without mass dashed";
   return svg::page(
       kWidth, kHeight, kLeft, name + ": section and response", shortened(name, 80), facts,
-      section(layers) + layer_list(layers, in) + temperature_lines(layers, in) + pulse_chart(construction));
+      section(layers) + layer_list(layers, in) + temperature_lines(layers, in) + pulse_chart(construction),
+      construction.coefficients_are_stale()
+          ? "the transfer functions, and the heat after a pulse, are not those of these layers; save the construction"
+          : "");
 }
 
 }  // namespace tarn

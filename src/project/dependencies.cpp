@@ -11,27 +11,26 @@
 namespace tarn {
 namespace {
 
-/// The kind's place. Error `InvalidCall`.
-size_t kind_in(const LinkGraph& graph, const std::string& word) {
-  if (const auto kind = graph.kind_of(word)) return *kind;
-  std::vector<std::string_view> words;
-  for (size_t kind = 0; kind < graph.entities().size(); ++kind) words.push_back(graph.word_of(kind));
-  fail(ErrorNumber::InvalidCall, "There is no kind " + word + "; " + did_you_mean(word, words));
-}
-
 StoredEntity& loaded(const LinkGraph& graph, const Node& node) {
   StoredEntity& entity = *graph.entities()[node.first];
   Database& database = *entity.GetDBHandle();
   const std::string table(entity.kind().index_table);
   if (database.OpenRecordset("SELECT nIndex FROM " + table + " WHERE nIndex = ?", {cell(node.second)}).AtEof()) {
     fail(ErrorNumber::NoCurrentRecord,
-         "There is no " + std::string(graph.word_of(node.first)) + " " + std::to_string(node.second) + ".");
+         "There is no " + std::string(word_of(node.first)) + " " + std::to_string(node.second) + ".");
   }
   entity.Load(static_cast<int16_t>(node.second));
   return entity;
 }
 
 }  // namespace
+
+size_t kind_in(const std::string& word) {
+  if (const auto kind = place_of(word)) return *kind;
+  std::vector<std::string_view> words;
+  for (size_t kind = 0; kind < entity_kinds().size(); ++kind) words.push_back(word_of(kind));
+  fail(ErrorNumber::InvalidCall, "There is no kind " + word + "; " + did_you_mean(word, words));
+}
 
 std::string EntityName::text() const {
   return kind + (index == 0 ? "" : " " + std::to_string(index)) + (name.empty() ? "" : " \"" + name + "\"");
@@ -45,8 +44,8 @@ std::vector<UseOfEntity> uses(COM_ProjectData& project, const std::string& kind,
   Transaction reading(Transaction::Purpose::Reading);
   const LinkGraph graph(project);
   std::vector<UseOfEntity> all;
-  for_each_reference(loaded(graph, {kind_in(graph, kind), index}), [&](const Use& use, const ReferenceName& slot) {
-    if (const auto used = graph.kind_of(use.kind)) all.push_back({graph.named({*used, use.index}), slot()});
+  for_each_reference(loaded(graph, {kind_in(kind), index}), [&](const Use& use, const ReferenceName& slot) {
+    if (const auto used = place_of(use.kind)) all.push_back({graph.named({*used, use.index}), slot()});
     return use.index;
   });
   return all;
@@ -55,12 +54,12 @@ std::vector<UseOfEntity> uses(COM_ProjectData& project, const std::string& kind,
 std::vector<UseOfEntity> used_by(COM_ProjectData& project, const std::string& kind, int16_t index) {
   Transaction reading(Transaction::Purpose::Reading);
   const LinkGraph graph(project);
-  const Node node{kind_in(graph, kind), index};
+  const Node node{kind_in(kind), index};
   loaded(graph, node);
   std::vector<UseOfEntity> all;
   for (const Node& user : graph.users_of(node)) {
     for_each_reference(loaded(graph, user), [&](const Use& use, const ReferenceName& slot) {
-      if (use.index == index && graph.kind_of(use.kind) == node.first) all.push_back({graph.named(user), slot()});
+      if (use.index == index && place_of(use.kind) == node.first) all.push_back({graph.named(user), slot()});
       return use.index;
     });
   }

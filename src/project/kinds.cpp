@@ -7,6 +7,7 @@
 #include "airsystems/defaults.h"
 #include "base/nearest.h"
 #include "project/defaults.h"
+#include "storage/kind.h"
 #include "tarn/boiler.h"
 #include "tarn/building.h"
 #include "tarn/chiller.h"
@@ -249,6 +250,22 @@ constexpr EntityKind kKinds[]{
 }  // namespace
 
 std::span<const EntityKind> entity_kinds() { return kKinds; }
+
+std::string_view word_of(size_t kind) {
+  static const std::vector<std::string_view> words = [] {
+    std::vector<std::string_view> all;
+    for (const EntityKind& each : kKinds) all.push_back(blank_entity(each)->kind().default_word);
+    return all;
+  }();
+  return words[kind];
+}
+
+std::optional<size_t> place_of(std::string_view word) {
+  for (size_t kind = 0; kind < std::size(kKinds); ++kind) {
+    if (same_word(word_of(kind), word) || same_word(kKinds[kind].group, word)) return kind;
+  }
+  return std::nullopt;
+}
 
 Ptr<StoredEntity> blank_entity(const EntityKind& kind) {
   auto entity = std::static_pointer_cast<StoredEntity>(kind.create());

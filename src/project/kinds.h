@@ -3,6 +3,7 @@
 // list of classes, default records, exchange, command line and Python follow from it.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -38,6 +39,11 @@ struct EntityKind {
 };
 
 std::span<const EntityKind> entity_kinds();
+
+/// The word that link tables and messages have for a kind, by its place: "System".
+std::string_view word_of(size_t kind);
+/// The place of a kind by that word or by its group, "air-systems", letter case ignored; none for no kind.
+std::optional<size_t> place_of(std::string_view word);
 
 /// An entity of the kind without a project, which knows its kind.
 Ptr<StoredEntity> blank_entity(const EntityKind& kind);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <deque>
 
-#include "base/nearest.h"
 #include "storage/kind.h"
 #include "storage/links.h"
 #include "tarn/platform/statement.h"
@@ -18,7 +17,7 @@ LinkGraph::LinkGraph(COM_ProjectData& project) {
     Database& database = *entities_[owner]->GetDBHandle();
     for (const std::string_view used : kinds_referred_to(entities_[owner]->info(), [](auto) { return true; })) {
       const LinkColumn column = link_tables_of(word, used).front();
-      const auto kind = kind_of(used);
+      const auto kind = place_of(used);
       if (!kind) continue;
       database.join(Database::Part::Reading);
       const std::string library = column.library == 0 ? "" : " WHERE Library_ID = " + std::to_string(column.library);
@@ -32,15 +31,6 @@ LinkGraph::LinkGraph(COM_ProjectData& project) {
   }
   for (auto& [node, users] : users_) std::ranges::sort(users);
 }
-
-std::optional<size_t> LinkGraph::kind_of(std::string_view word) const {
-  for (size_t kind = 0; kind < entities_.size(); ++kind) {
-    if (same_word(word_of(kind), word) || same_word(entity_kinds()[kind].group, word)) return kind;
-  }
-  return std::nullopt;
-}
-
-std::string_view LinkGraph::word_of(size_t kind) const { return entities_[kind]->kind().default_word; }
 
 const std::vector<Node>& LinkGraph::users_of(const Node& node) const {
   static const std::vector<Node> kNobody;

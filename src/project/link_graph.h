@@ -2,8 +2,6 @@
 #pragma once
 
 #include <map>
-#include <optional>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -22,9 +20,6 @@ class LinkGraph {
 
   /// The kinds' entities, one object each, open to load.
   const std::vector<Ptr<StoredEntity>>& entities() const { return entities_; }
-  /// By the word that link tables have for the kind, or by its group, "walls", letter case ignored; none for no kind.
-  std::optional<size_t> kind_of(std::string_view word) const;
-  std::string_view word_of(size_t kind) const;
   /// Those that use an entity, each once, by kind and index.
   const std::vector<Node>& users_of(const Node& node) const;
   const std::map<Node, std::vector<Node>>& users() const { return users_; }
@@ -36,6 +31,13 @@ class LinkGraph {
   std::vector<Ptr<StoredEntity>> entities_;
   std::map<Node, std::vector<Node>> users_;
 };
+
+/// The place of a kind by its word, or "walls". Error `InvalidCall` names the nearest.
+size_t kind_in(const std::string& word);
+
+/// With the ways by links that are read already.
+std::vector<StaleResult> stale_results(COM_ProjectData& project, const LinkGraph& links);
+std::vector<CurrentResult> current_results(Database& index);
 
 Json json_of(const EntityName& entity);
 

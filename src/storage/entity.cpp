@@ -137,10 +137,13 @@ bool StoredEntity::IsNameUnique(const std::optional<std::string>& sName) const {
 
 void StoredEntity::take_valid_name() {
   make_name_valid();
-  if (!name_is_free(stored_name())) store_name(host().copy_name(stored_name()));
   if (name_is_free(stored_name())) return;
-  const std::string number = " " + std::to_string(index_);
-  store_name(utf8_from_page(page_from_utf8(stored_name()).substr(0, name_width() - number.size())) + number);
+  const std::string copy = page_from_utf8(host().copy_name(stored_name()));
+  store_name(utf8_from_page(copy));
+  for (int number = 2; !name_is_free(stored_name()); ++number) {
+    const std::string end = " " + std::to_string(number);
+    store_name(utf8_from_page(copy.substr(0, name_width() - end.size())) + end);
+  }
 }
 
 void StoredEntity::take_free_name() {

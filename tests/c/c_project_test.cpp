@@ -118,10 +118,15 @@ TEST_F(CProjectTest, APictureIsFoundByTheClassOfItsObject) {
   EXPECT_EQ(std::string(svg).rfind("<svg", 0), 0U);
   EXPECT_EQ(tarn_picture(wall, nullptr), TARN_BAD_ARGUMENT);
   tarn_release(wall);
-  std::string description;
-  EXPECT_EQ(tarn_picture(handle, &svg), TARN_ERROR);
-  EXPECT_EQ(error(description), 5);
-  EXPECT_EQ(description.rfind("COM_ProjectData has no picture; walls and roofs", 0), 0U) << description;
+  ASSERT_EQ(tarn_picture(handle, &svg), TARN_OK);
+  EXPECT_NE(std::string(svg).find("What rests on what"), std::string::npos);
+  tarn_object* window = nullptr;
+  ASSERT_EQ(tarn_new_entity(handle, "windows", nullptr, &window), TARN_OK);
+  EXPECT_EQ(tarn_picture(window, &svg), TARN_ERROR);
+  const char* description = "";
+  EXPECT_EQ(tarn_last_error(window, nullptr, &description), 5);
+  EXPECT_EQ(std::string(description).rfind("WIN_Window has no picture; walls and roofs", 0), 0U) << description;
+  tarn_release(window);
 }
 
 TEST_F(CProjectTest, AStrictThreadGetsTheFailuresThatClassesTrap) {

@@ -2,10 +2,13 @@
 
 import json
 import shutil
+import subprocess
+import sys
 import unittest
+from xml.etree import ElementTree
 
 import tarn
-from command_line import CommandLineTest
+from command_line import EXAMPLES, CommandLineTest
 
 
 class TestDependencies(CommandLineTest):
@@ -44,6 +47,49 @@ class TestDependencies(CommandLineTest):
                          r'System +1 +VAV-1 +design[^\n]* \d{4}-\d\d-\d\d \d\d:\d\d:\d\d Window 1 "South" > Space 1 "Shop" > System 1 "VAV-1" *\n')
         design, simulation = json.loads(self.tarn("project", "stale", "--json").stdout)
         self.assertEqual((design["results"], simulation["results"], design["edited"]["name"]), ("design", "simulation", "South"))
+
+    def test_graph(self):
+        self.assertRegex(self.tarn("project", "graph").stdout, r"\nSystem +1 +VAV-1 +Space 1, Space 2 +design never calculated, simulation never calculated *\n")
+        self.calculated()
+        self.tarn("windows", "set", "South", "Name=Süd <&> \"1\"", "Height=3")
+        graph = json.loads(self.tarn("project", "graph", "--json").stdout)
+        [space] = [each for each in graph["entities"] if each["name"] == "Shop"]
+        self.assertEqual([used["name"] for used in space["uses"]], ['Süd <&> "1"'])
+        picture = self.at / "graph.svg"
+        self.tarn("project", "graph", "--svg", str(picture))
+        self.assertEqual(self.tarn("project", "graph", "--svg", "-").stdout, picture.read_text())
+        texts = [text.text for text in ElementTree.parse(picture).getroot().iter("{http://www.w3.org/2000/svg}text")]
+        for text in ('Süd <&> "1"', "Shop", "VAV-1", "air systems"):
+            self.assertIn(text, texts)
+        self.assertIn("give the picture a file", self.tarn("project", "graph", "--svg", "-", "--json", code=2).stderr)
+
+    def test_copy_from_another_project(self):
+        other = self.at / "other"
+        self.tarn("project", "new", project=other / "ANNEX")
+        self.tarn("windows", "new", "Name=South", "Height=9", project=other)
+        copy = ("air-systems", "copy", "VAV-1", "--from", str(self.at))
+        tried = self.tarn(*copy, "--dry-run", project=other).stdout
+        self.assertEqual(self.tarn("spaces", "list", "--json", project=other).stdout.strip(), "[]")
+        told = self.tarn(*copy, project=other).stdout
+        self.assertEqual(told, tried)
+        self.assertIn('Window 1 "South" copied as Window 2 "Copy of South", as another one has its name\nSpace 1 "Shop" copied as Space 1 "Shop"\n', told)
+        self.assertIn('Space 1 "Shop" is there already as Space 1 "Shop"\n', self.tarn(*copy, project=other).stdout)
+        [*_, last] = json.loads(self.tarn(*copy, "--json", project=other).stdout)
+        self.assertEqual(last, {"kind": "System", "index": 1, "name": "VAV-1", "reused": True, "from": {"kind": "System", "index": 1, "name": "VAV-1"}})
+        self.assertIn("did you mean Shop?", self.tarn("spaces", "copy", "Shp", "--from", str(self.at), project=other, code=2).stderr)
+        self.assertIn("tarn walls copy N --from", self.tarn("walls", "copy", "1", code=2).stderr)
+        self.assertIn("Both projects are the same", self.tarn("windows", "copy", "1", "--from", str(self.at), code=2).stderr)
+
+    def test_the_office_comes_whole(self):
+        office, empty = self.at / "office" / "MALL", self.at / "empty" / "MALL"
+        for project in (office, empty):
+            self.tarn("project", "new", project=project)
+        subprocess.run([sys.executable, EXAMPLES / "office.py", str(office)], check=True, capture_output=True)
+        self.tarn("buildings", "copy", "Small office", "--from", str(office), project=empty)
+        differing = [line for line in self.tarn("diff", str(office), str(empty), code=1).stdout.splitlines()
+                     if not line.endswith(": in the first alone") and not line.startswith("Preferences")]
+        self.assertEqual(differing, [])
+        self.assertEqual(self.tarn("project", "check", project=empty).returncode, 0)
 
     def test_diff(self):
         other = self.at / "other"

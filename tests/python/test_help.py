@@ -96,6 +96,7 @@ class TestHelp(CommandLineTest):
                               (["boilers", "new", "BoilerType="], ["BoilerType=BT_HOTWATER", "BoilerType=BT_STEAM"]),
                               (["air-systems", "new", "HeatSys.Us"], ["HeatSys.Used="]), (["air-systems", "new", "HeatSys.Used="], ["HeatSys.Used=true", "HeatSys.Used=false"]),
                               (["-p", str(self.at), "windows", "sh"], ["show"]), (["-p", str(self.at / "NONE"), "windows", "show", ""], []), (["results", "sh"], ["show"]),
+                              (["windows", "copy", ""], []), (["-p", "NONE", "windows", "copy", "--from", str(self.at), "so"], ["South 4x5"]),
                               (["project", "export", "windows", "do"], ["doors"]), (["describe", "WIN"], ["WIN_Window"]), (["help", "st"], ["staleness"]),
                               (["completion", ""], ["bash", "zsh", "fish"]), (["walls", "layer", "insert", "1", "2", "--material", "M01"], ["M01 4 in brick"]),
                               (["project", "repair", "--dr"], ["--dry-run"]), (["air-systems", "new", "--type", "va"], ["VAV"]), (["windows", "list", "--columns", "Name,Hei"], ["Name,Height"]),

@@ -98,6 +98,9 @@ class TestKinds(DailyCase):
         self.project.air_systems.new(type="VAV", name="VAV-1")
         design, simulation = self.project.stale()
         self.assertEqual((design.results, design.calculated, design.edited["name"], simulation.results), ("design", False, "VAV-1", "simulation"))
+        graph = self.project.graph()
+        self.assertEqual(([len(each.uses) for each in graph.entities if each.name == "Shop"], len(graph.stale), graph.current), ([1], 2, []))
+        self.assertEqual((graph._repr_svg_()[:4], tarn.picture(self.project)), ("<svg", graph.svg))
         path = self.folder / "exported.json"
         self.project.export_json(path)
         self.assertEqual(self.project.diff(path), [])
@@ -106,6 +109,10 @@ class TestKinds(DailyCase):
         window.Save()
         [found] = self.project.diff(path)
         self.assertEqual((found.kind, found.name, found.property, found.unit, found.first), ("Window", "South", "Height", "ft", 9))
+        with tarn.new_project(self.folder / "annex" / "ANNEX") as annex:
+            shop, copies = annex.spaces.copy(self.project, "Shop")
+            self.assertEqual((shop.get_wall(1).window_type[1], [(each.kind, each.reused, each.from_["name"]) for each in copies]), (1, [("Window", False, "South"), ("Space", False, "Shop")]))
+            self.assertTrue(all(each.reused for each in annex.spaces.copy(self.project, 1)[1]))
         copied = self.project.copy(self.folder / "variants" / "TALL")
         self.assertEqual(self.project.diff(copied), [])
         self.raises(tarn.Error, "is there already", lambda: self.project.copy(self.folder / "variants" / "TALL"))

@@ -65,6 +65,8 @@ class StoredEntity : public Object {
   const EntityFile& file() const { return *file_; }
   EntityFile& file() { return *file_; }
   std::string stored_name() const;  // trimmed
+  /// Wherever the kind has its name; cut to the field's width.
+  void store_name(std::string_view name);
   /// Before the object takes another entity's fields one by one: nothing of the last one stays.
   void renew();
   /// It has no results yet, for a kind that says so.
@@ -108,7 +110,6 @@ class StoredEntity : public Object {
   void named_by(Text<N>& name) {
     name_ = name.chars;
   }
-  void store_name(std::string_view name);
   /// In characters.
   size_t name_width() const { return name_.size(); }
   /// As the name of something that is stored as it is given, and may not be there twice.
