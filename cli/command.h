@@ -32,6 +32,8 @@ struct Call {
   std::string material;  // of --material
   bool dry_run = false;
   bool rebuild_index = false;
+  bool rebuild = false;
+  bool undo = false;
   std::string where;    // of --where
   std::string sort;     // of --sort
   std::string columns;  // of --columns
@@ -78,6 +80,7 @@ int project_info(const Call& call);
 int project_export(const Call& call);
 int project_import(const Call& call);
 int project_copy(const Call& call);
+int project_adopt(const Call& call);
 int project_stale(const Call& call);
 int project_graph(const Call& call);
 int project_check(const Call& call);

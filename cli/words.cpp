@@ -26,6 +26,9 @@ constexpr OptionRow kOptions[]{
     {kDryRun | kOwnDryRun, "--dry-run", "", "tell what would be done, and change nothing", nullptr, &Call::dry_run},
     {kRebuildIndex, "--rebuild-index", "", "make the index database anew from the record files", nullptr,
      &Call::rebuild_index},
+    {kAdopt, "--rebuild", "", "make the index from the record files alone; the old one is not read", nullptr,
+     &Call::rebuild},
+    {kAdopt, "--undo", "", "the old index takes its place again", nullptr, &Call::undo},
     {kList, "--where", "CONDITION", "only those that it holds of: \"Height>4 and Name~South*\"", &Call::where, nullptr},
     {kList, "--sort", "COLUMNS", "by these properties: Name,Height", &Call::sort, nullptr},
     {kList, "--reverse", "", "the last first", nullptr, &Call::reverse},
@@ -192,6 +195,12 @@ Group project_group() {
        0,
        project_copy,
        {"tarn project copy variant", "tarn project copy variants/TALL"}});
+  add({"adopt",
+       "",
+       "makes a project of the older engine, whose index database is a Jet file, one of this product",
+       kOwnDryRun | kAdopt,
+       project_adopt,
+       {"tarn project adopt --dry-run", "tarn project adopt --undo"}});
   add({"stale",
        "",
        "which results are stale, since which edit, and how it reaches them",

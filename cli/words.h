@@ -25,7 +25,8 @@ enum Option : unsigned {
   kAll = 256,
   kForce = 512,
   kTolerance = 1024,
-  kFrom = 2048
+  kFrom = 2048,
+  kAdopt = 4096
 };
 
 struct OptionRow {

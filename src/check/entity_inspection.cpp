@@ -82,7 +82,7 @@ void inspect_summary(Inspection& on, InspectedKind& kind, int16_t index) {
     CheckFinding told = on.of(kind, index, std::string(column));
     told.what = "The index row says " + text_of(found) + ", the record " + text_of(wanted) + ".";
     told.remedy = "Repair brings the row in line with the record.";
-    on.add(told, mend);
+    on.add_by_record(told, mend);
   };
   if (!entity.stored_name().empty()) compare("szName", entity.stored_name());
   for (const SummaryColumn& column : kind.kind().columns) {

@@ -19,6 +19,7 @@ namespace tarn {
 struct Damage {
   CheckFinding told;
   std::function<void()> mend;  // null: beyond repair
+  bool by_record = false;      // it brings the index in line with a record, and changes nothing else
 };
 
 /// A reference of an entity, with its name for a person.
@@ -57,6 +58,11 @@ class Inspection {
   void add(CheckFinding told, std::function<void()> mend = nullptr) {
     told.repairable = mend != nullptr;
     damages.push_back({std::move(told), std::move(mend)});
+  }
+  /// The index is to say what a record says.
+  void add_by_record(CheckFinding told, std::function<void()> mend) {
+    add(std::move(told), std::move(mend));
+    damages.back().by_record = true;
   }
   /// Of an entity.
   CheckFinding of(const InspectedKind& kind, int32_t index, std::string property) const {

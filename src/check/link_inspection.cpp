@@ -135,7 +135,7 @@ void inspect_references(Inspection& on, const Links& links, bool first_table, co
                   ". The reference reads as 0, and changes there mark nothing stale.";
       if (!first_table) told.what.resize(told.what.find(". The reference") + 1);
       told.remedy = "Repair adds the link row and marks what rests on it.";
-      on.add(told, [add = addition(on, links, index, use.index), &owner = links.owner, index = index] {
+      on.add_by_record(told, [add = addition(on, links, index, use.index), &owner = links.owner, index = index] {
         add();
         mark_stale(owner, static_cast<int16_t>(index));
       });

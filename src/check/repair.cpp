@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "check/inspection.h"
+#include "check/other_index.h"
 #include "check/project_copy.h"
 #include "check/project_index.h"
 #include "platform/host.h"
@@ -49,23 +50,6 @@ void mend_all(COM_ProjectData& project, const Ptr<Database>& database, RepairRep
        "The repair did not come to an end, and nothing was changed. " + last + " Restore the project from a copy.");
 }
 
-/// Rows and link rows from every record.
-void fill_index(COM_ProjectData& project, const Ptr<Database>& database) {
-  Inspection on(project, database);
-  for (InspectedKind& kind : on.kinds) restore_rows(on, kind);
-  for (InspectedKind& kind : on.kinds) {
-    if (kind.kind().link_owner.empty()) continue;
-    const auto used = kinds_referred_to(kind.entity->info(), [](std::string_view) { return true; });
-    auto rows = database->OpenRecordset("SELECT nIndex FROM " + kind.table() + " ORDER BY nIndex");
-    for (; !rows.AtEof(); rows.MoveNext()) {
-      const auto index = static_cast<int16_t>(rows.Fields("nIndex").integer());
-      kind.entity->read_stored(index);
-      LinkRows links(*database, kind.kind().link_owner, index);
-      write_links(*kind.entity, links, used);
-    }
-  }
-}
-
 /// Every table is made anew, inside the transaction; pending record bytes stay.
 void empty_index(Database& database) {
   std::vector<std::string> drops;
@@ -99,20 +83,6 @@ void repair_in_place(COM_ProjectData& project, const Ptr<Database>& database, bo
   report.copy = copy.keep();
   database->settle();
 }
-
-/// While it lives, the thread's index database is another one.
-class OtherIndex {
- public:
-  explicit OtherIndex(Ptr<Database> database) : before_(host().database) {
-    host().database = [database = std::move(database)](const std::string&) { return database; };
-  }
-  ~OtherIndex() { host().database = before_; }
-  OtherIndex(const OtherIndex&) = delete;
-  OtherIndex& operator=(const OtherIndex&) = delete;
-
- private:
-  std::function<Ptr<Database>(const std::string&)> before_;
-};
 
 /// The new index is complete, and the record files are mended, before it takes the place of the one that cannot be
 /// read.

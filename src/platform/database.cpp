@@ -77,9 +77,9 @@ constexpr std::string_view kInTheMaking = "-new";
     fail(ErrorNumber::UnknownFormat, path + " is damaged; restore it from a copy.");
   const std::string_view at_four = std::string_view(head).substr(std::min<size_t>(4, head.size()));
   if (at_four.starts_with("Standard Jet DB") || at_four.starts_with("Standard ACE DB")) {
-    fail(ErrorNumber::UnknownFormat,
-         path + " is an index database of the older engine (" + std::string(at_four.substr(9, 3)) +
-             " format), which this version does not read; make a new index and bring its rows over.");
+    fail(ErrorNumber::UnknownFormat, path + " is an index database of the older engine (" +
+                                         std::string(at_four.substr(9, 3)) +
+                                         " format); 'tarn project adopt' makes it one of this product.");
   }
   fail(ErrorNumber::UnknownFormat, path + " is not an index database.");
 }

@@ -1,0 +1,179 @@
+#include "older/adopt.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "base/nearest.h"
+#include "check/other_index.h"
+#include "check/project_index.h"
+#include "older/older_index.h"
+#include "older/take_rows.h"
+#include "project/new_index.h"
+#include "tarn/platform/workspace.h"
+
+namespace tarn::older {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kBefore = ".before";
+constexpr const char* kUndone = ".adopted";
+
+std::string name_of(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+/// The older engine keeps a file of this name as long as a program has the database open.
+void refuse_open_database(const std::string& index) {
+  const fs::path path(index);
+  for (const auto& entry : fs::directory_iterator(path.parent_path())) {
+    if (!same_word(entry.path().filename().string(), path.stem().string() + ".LDB")) continue;
+    fail(ErrorNumber::DatabaseLocked, entry.path().string() +
+                                          " says that the older program has the project open. Close it there; remove "
+                                          "the file if a crash left it.");
+  }
+}
+
+bool is_own(const std::string& index) {
+  std::string head(15, '\0');
+  std::ifstream(index, std::ios::binary).read(head.data(), static_cast<std::streamsize>(head.size()));
+  return head == "SQLite format 3";
+}
+
+void refuse_what_is_no_older_project(const std::string& index) {
+  if (!fs::exists(index)) fail(ErrorNumber::DatabaseNotFound, "There is no index database " + index + ".");
+  if (fs::exists(index + kBefore) && is_own(index)) {
+    fail(ErrorNumber::FileExists, index + kBefore + " is there: the project was adopted before. 'tarn project adopt " +
+                                      "--undo' takes that back.");
+  }
+  if (is_own(index)) {
+    fail(ErrorNumber::UnknownFormat,
+         index + " is an index database of this product already; there is nothing to adopt.");
+  }
+  refuse_open_database(index);
+}
+
+/// A damaged table of the project ends it; of another program's, it is told.
+void refuse_damage(const std::string& path, const Index& old, const ProjectTables& own, Adoption& adoption) {
+  std::string damage;
+  for (const auto& [table, why] : old.unreadable) {
+    if (table.empty() || own.find(table))
+      damage += (damage.empty() ? "" : "; ") + (table.empty() ? why : table + ": " + why);
+    else
+      adoption.notes.push_back("The table " + table + ", which is no table of a project, cannot be read: " + why + ".");
+  }
+  if (damage.empty()) return;
+  size_t tables = 0, rows = 0;
+  for (const Table& table : old.tables) {
+    const bool whole = std::ranges::find(old.unreadable, table.name, &std::pair<std::string, std::string>::first) ==
+                       old.unreadable.end();
+    if (!whole || !own.find(table.name)) continue;
+    ++tables;
+    rows += table.rows.size();
+  }
+  fail(ErrorNumber::UnknownFormat, path + " is damaged: " + damage + ". " + std::to_string(tables) +
+                                       " tables of the project with " + std::to_string(rows) +
+                                       " rows can be read. Restore the file from a copy, or 'tarn project adopt " +
+                                       "--rebuild' makes the index from the record files alone.");
+}
+
+void take_old_index(const std::string& path, Database& database, Adoption& adoption, std::vector<Extra>& extras) {
+  const Index old = read_index(path);
+  const ProjectTables own(database);
+  adoption.format = old.format;
+  adoption.notes = old.notes;
+  refuse_damage(path, old, own, adoption);
+  const bool any = std::ranges::any_of(old.tables, [&](const Table& table) { return own.find(table.name) != nullptr; });
+  if (!any)
+    fail(ErrorNumber::UnknownFormat, path + " has no table of a project; it is the database of something else.");
+  take_rows(old, own, database, adoption, extras);
+}
+
+/// A file that goes again unless it is kept.
+class MadeFiles {
+ public:
+  MadeFiles() = default;
+  MadeFiles(const MadeFiles&) = delete;
+  MadeFiles& operator=(const MadeFiles&) = delete;
+  ~MadeFiles() {
+    std::error_code ignored;
+    for (const std::string& path : paths_) fs::remove(path, ignored);
+  }
+  void add(std::string path) { paths_.push_back(std::move(path)); }
+  void keep() { paths_.clear(); }
+
+ private:
+  std::vector<std::string> paths_;
+};
+
+/// A second name of the old file, or where the file system has none, a copy.
+void keep_old(const std::string& index) {
+  std::error_code no_links;
+  fs::create_hard_link(index, index + kBefore, no_links);
+  if (no_links) fs::copy_file(index, index + kBefore);
+}
+
+}  // namespace
+
+Adoption adopt_project(COM_ProjectData& project, const AdoptOptions& options) {
+  const QuietLog quiet;
+  const std::string path = project.IndexDBName(), made = path + "-adopted";
+  refuse_what_is_no_older_project(path);
+  Adoption adoption;
+  adoption.index = path;
+  adoption.before = path + kBefore;
+  std::vector<Extra> extras;
+  MadeFiles files_made;
+  for (const char* ending : {"", "-journal"}) {
+    system_files().remove(made + ending);  // of a program that ended before its last step
+    files_made.add(made + ending);
+  }
+  create_index(made);
+  {
+    const Ptr<Database> database = Database::open(made);
+    const OtherIndex other(database);
+    Transaction transaction;
+    if (options.rebuild)
+      fill_index(project, database);
+    else
+      take_old_index(path, *database, adoption, extras);
+    Settled report = settle_by_records(project, database);
+    adoption.settled = std::move(report.settled);
+    adoption.left = std::move(report.left);
+    transaction.commit();
+  }
+  MadeFiles kept;
+  for (const Extra& extra : extras) {
+    const std::string csv = csv_name(path, extra.name);
+    if (!options.dry_run) {
+      if (fs::exists(csv)) fail(ErrorNumber::FileExists, csv + " exists already; move it away.");
+      kept.add(csv);
+      write_csv(csv, extra);
+    }
+    adoption.kept.push_back(csv);
+  }
+  if (options.dry_run) return adoption;
+  if (fs::exists(path + kBefore)) fs::remove(path + kBefore);  // the same file: a program ended before its last step
+  kept.add(path + kBefore);
+  keep_old(path);
+  system_files().rename(made, path);
+  kept.keep();
+  system_files().sync_folder(path.substr(0, path.rfind('/') + 1));
+  return adoption;
+}
+
+std::string undo_adoption(COM_ProjectData& project) {
+  const std::string path = project.IndexDBName(), before = path + kBefore, aside = path + kUndone;
+  if (!fs::exists(before)) {
+    fail(ErrorNumber::FileNotFound,
+         "There is no " + before + ": " + name_of(path) + " was not adopted, or its old index was moved away.");
+  }
+  if (fs::exists(aside)) fail(ErrorNumber::FileExists, aside + " exists already; move it away.");
+  host().database(path)->settle();  // what was saved is complete in the record files
+  std::error_code no_links;
+  fs::create_hard_link(path, aside, no_links);
+  if (no_links) fs::copy_file(path, aside);
+  system_files().rename(before, path);
+  system_files().sync_folder(path.substr(0, path.rfind('/') + 1));
+  return aside;
+}
+
+}  // namespace tarn::older
