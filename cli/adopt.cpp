@@ -38,6 +38,10 @@ int project_adopt(const Call& call) {
                 {"left", findings(adoption.left)}});
     return kClean;
   }
+  if (adoption.before.empty()) {
+    std::cout << adoption.index << " is an index database of this product already; nothing is to be done\n";
+    return kClean;
+  }
   const char* made = call.dry_run ? "would make " : "made ";
   std::cout << made << adoption.index;
   if (adoption.format.empty())

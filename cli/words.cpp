@@ -200,7 +200,7 @@ Group project_group() {
        "makes a project of the older engine, whose index database is a Jet file, one of this product",
        kOwnDryRun | kAdopt,
        project_adopt,
-       {"tarn project adopt --dry-run", "tarn project adopt --undo"}});
+       {"tarn project adopt --dry-run", "tarn project adopt"}});
   add({"stale",
        "",
        "which results are stale, since which edit, and how it reaches them",

@@ -38,19 +38,6 @@ bool is_own(const std::string& index) {
   return head == "SQLite format 3";
 }
 
-void refuse_what_is_no_older_project(const std::string& index) {
-  if (!fs::exists(index)) fail(ErrorNumber::DatabaseNotFound, "There is no index database " + index + ".");
-  if (fs::exists(index + kBefore) && is_own(index)) {
-    fail(ErrorNumber::FileExists, index + kBefore + " is there: the project was adopted before. 'tarn project adopt " +
-                                      "--undo' takes that back.");
-  }
-  if (is_own(index)) {
-    fail(ErrorNumber::UnknownFormat,
-         index + " is an index database of this product already; there is nothing to adopt.");
-  }
-  refuse_open_database(index);
-}
-
 /// A damaged table of the project ends it; of another program's, it is told.
 void refuse_damage(const std::string& path, const Index& old, const ProjectTables& own, Adoption& adoption) {
   std::string damage;
@@ -116,9 +103,11 @@ void keep_old(const std::string& index) {
 Adoption adopt_project(COM_ProjectData& project, const AdoptOptions& options) {
   const QuietLog quiet;
   const std::string path = project.IndexDBName(), made = path + "-adopted";
-  refuse_what_is_no_older_project(path);
+  if (!fs::exists(path)) fail(ErrorNumber::DatabaseNotFound, "There is no index database " + path + ".");
   Adoption adoption;
   adoption.index = path;
+  if (is_own(path)) return adoption;
+  refuse_open_database(path);
   adoption.before = path + kBefore;
   std::vector<Extra> extras;
   MadeFiles files_made;

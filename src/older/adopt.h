@@ -16,7 +16,7 @@ struct AdoptOptions {
 
 struct Adoption {
   std::string index;                  // the new index database
-  std::string before;                 // the old one
+  std::string before;                 // the old one; empty where the index is one of this product already
   std::string format;                 // of the old one: "Jet 4"; empty where it was not read
   size_t tables = 0, rows = 0;        // of the project that were taken
   std::vector<std::string> kept;      // CSV files with what the project has no place for
@@ -25,9 +25,8 @@ struct Adoption {
   std::vector<CheckFinding> left;     // what `project check` tells of the new project
 };
 
-/// All or nothing. Errors `UnknownFormat` for an index that is one of this product already, is none at all, or is
-/// damaged: then with what can be read; `DatabaseLocked` where the older program has it open; `FileExists` for one that
-/// was adopted before.
+/// All or nothing. Errors `UnknownFormat` for an index that is none, or is damaged: then with what can be read;
+/// `DatabaseLocked` where the older program has it open.
 Adoption adopt_project(COM_ProjectData& project, const AdoptOptions& options = {});
 
 /// The old index takes its place again; the new one stays beside it, under the name that is returned.
