@@ -97,6 +97,7 @@ int kind_zone(const Call& call);
 int kind_equipment(const Call& call);
 
 int import_chiller_file(const Call& call);
+int import_gbxml_file(const Call& call);
 
 int preferences_show(const Call& call);
 int preferences_set(const Call& call);

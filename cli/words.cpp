@@ -216,6 +216,13 @@ Group import_group() {
             kDryRun,
             project_import,
             {"tarn export json walls | tarn import json -"}},
+           {"gbxml",
+            "FILE",
+            "a building from a drawing program's gbXML, all or none: spaces with envelope and loads, types, schedules, "
+            "air systems; tells what was taken and what not",
+            kDryRun,
+            import_gbxml_file,
+            {"tarn import gbxml house.xml", "tarn --units si import gbxml house.xml --dry-run"}},
            {"chiller",
             "FILE [Property=value ...]",
             "a new chiller from an ASHRAE 205 file",
