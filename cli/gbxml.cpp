@@ -24,4 +24,13 @@ int import_gbxml_file(const Call& call) {
   return kClean;
 }
 
+int export_gbxml_file(const Call& call) {
+  COM_ProjectData project;
+  open_project(project, call, Use::Reading);
+  const GbxmlText exported = export_gbxml(project, progress_bar("spaces exported"));
+  print_notes("not in the file", exported.notes);
+  put_out(call, exported.text);
+  return kClean;
+}
+
 }  // namespace tarn::cli

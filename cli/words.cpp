@@ -241,7 +241,13 @@ Group export_group() {
             "the project as JSON, or the kinds that are named",
             kOutput,
             project_export,
-            {"tarn export json --output all.json", "tarn export json spaces air-systems"}}}};
+            {"tarn export json --output all.json", "tarn export json spaces air-systems"}},
+           {"gbxml",
+            "",
+            "the building as gbXML of the schema 6.01, with surfaces of the areas and directions that the project has",
+            kOutput,
+            export_gbxml_file,
+            {"tarn export gbxml --output building.xml"}}}};
 }
 
 Group diff_group() {

@@ -67,6 +67,7 @@ std::string Library::title(const OpeningType& type) const {
   std::string_view name = glass ? glass->name : solid ? solid->name : std::string_view{};
   if (name.empty()) name = type.is_door ? "Door" : "Window";
   const std::string size = " " + size_text(type);
+  if (name.ends_with(size)) return std::string(name);  // as it was exported
   return fitted(name, 255 - size.size()).text + size;
 }
 

@@ -61,11 +61,11 @@ std::optional<int> day_of(std::string_view date) {
 
 class ScheduleFiller {
  public:
-  ScheduleFiller(Filling& filling, Element element)
-      : filling_(filling), document_(filling.document), element_(element) {}
+  ScheduleFiller(Filling& filling, Element element, bool is_on_off)
+      : filling_(filling), document_(filling.document), element_(element), is_on_off_(is_on_off) {}
 
   void fill(SCH_Schedule& schedule) {
-    schedule.ScheduleType = SCH_ScheduleTypes::ST_FRACTIONAL;
+    schedule.ScheduleType = is_on_off_ ? SCH_ScheduleTypes::ST_FAN_TSTAT : SCH_ScheduleTypes::ST_FRACTIONAL;
     const auto weeks = weeks_of_months();
     for (int month = 1; month <= kMonths; ++month) {
       const Week week = days_of(weeks[static_cast<size_t>(month) - 1]);
@@ -165,7 +165,12 @@ class ScheduleFiller {
       }
       const double percent = std::round(100 * sum / step);
       if (percent < 0 || percent > 100) note(day, "it has values outside 0 to 1");
-      hours[static_cast<size_t>(hour)] = static_cast<int16_t>(std::clamp(percent, -32'000.0, 32'000.0));
+      constexpr auto kOn = static_cast<int16_t>(SCH_OccupancyType::SOTV_OCCUPIED);
+      int16_t& of_hour = hours[static_cast<size_t>(hour)];
+      if (is_on_off_)
+        of_hour = percent >= 50 ? kOn : int16_t{0};
+      else
+        of_hour = static_cast<int16_t>(std::clamp(percent, -32'000.0, 32'000.0));
     }
     std::string_view name = child_text(day, "Name");
     if (name.empty()) name = attribute(day, "id");
@@ -233,6 +238,7 @@ class ScheduleFiller {
   Filling& filling_;
   const GbxmlDocument& document_;
   Element element_;
+  bool is_on_off_;
   std::vector<Profile> profiles_;
   std::vector<std::string> names_;
   std::map<void*, size_t> of_day_;
@@ -242,6 +248,12 @@ class ScheduleFiller {
 }  // namespace
 
 void Schedules::fill_all() {
+  std::set<std::string_view> of_spaces;  // loads go by per cent, also where they are on or off
+  for (const DrawnSpace& space : filling_.drawing.spaces) {
+    for (const char* reference :
+         {"scheduleIdRef", "peopleScheduleIdRef", "lightScheduleIdRef", "equipmentScheduleIdRef"})
+      of_spaces.insert(attribute(space.element, reference));
+  }
   each_child(filling_.document.root(), "Schedule", [&](Element element) {
     filling_.tally.found("Schedule");
     const std::string_view id = attribute(element, "id"), type = attribute(element, "type");
@@ -251,7 +263,7 @@ void Schedules::fill_all() {
           "a schedule of a project has fractions, and no values of the type " + std::string(type));
     indexes_[id] = filling_.entity(filling_.project.NewSchedule(), std::string(id), [&](SCH_Schedule& schedule, bool) {
       schedule.Name = filling_.name_for(schedule, child_text(element, "Name"), id, 30, element);
-      ScheduleFiller(filling_, element).fill(schedule);
+      ScheduleFiller(filling_, element, type == "OnOff" && !of_spaces.contains(id)).fill(schedule);
     });
     filling_.tally.taken("Schedule");
   });

@@ -58,7 +58,12 @@ void Spaces::fill_all(const std::function<void()>& done) {
   summer_ = has_design ? weather->SummerDB : kOutdoorSummer;
   winter_ = has_design ? weather->WinterDB : kOutdoorWinter;
   for (const DrawnSpace& drawn : filling_.drawing.spaces) {
-    fill(drawn);
+    const bool has_area = filling_.document.child_value(drawn.element, "Area", "ft2").value_or(0) > 0;
+    if (drawn.conditioned || has_area || !drawn.surfaces.empty())
+      fill(drawn);
+    else
+      filling_.tally.left(filling_.document, drawn.element, "Space",
+                          "it has no area and only stands for what lies beyond partitions");
     done();
   }
 }
