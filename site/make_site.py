@@ -36,6 +36,7 @@ FRONT = """## Where to look
 - [Enumerations](docs/reference/enumerations.md), [record files](docs/reference/files.md), [index tables](docs/reference/tables.md)
 - [Commands](docs/reference/commands.md): options and examples
 - [Python](docs/python.md) and [C](docs/c-interface.md)
+- [Buildings in gbXML](docs/gbxml.md)
 - [Exchange text](docs/exchange.md) and its [JSON Schema](docs/reference/exchange.schema.json)
 """
 

@@ -11,6 +11,7 @@
 
 #include "gbxml/document.h"
 #include "gbxml/geometry.h"
+#include "gbxml/shading.h"
 #include "gbxml/tally.h"
 
 namespace tarn {
@@ -56,7 +57,7 @@ struct DrawnOpening {
   double width = 0, height = 0;  // ft; their product is the area
   std::string_view glazing, construction;
   std::optional<double> u_value, shade_coefficient;  // of its own
-  double reveal = 0;                                 // ft
+  Shading shading;
   double area() const { return width * height; }
 };
 

@@ -17,7 +17,8 @@ struct OpeningType {
   bool is_door = false;
   std::string_view glazing, construction;
   std::optional<double> u_value, shade_coefficient;
-  double width = 0, height = 0, reveal = 0;  // ft, thousandths
+  double width = 0, height = 0;  // ft, thousandths
+  Shading shading;
 
   auto operator<=>(const OpeningType&) const = default;
 };
@@ -30,7 +31,7 @@ class Library {
   LibraryType roof(std::string_view construction) { return slab(construction, true); }
   LibraryType window(const OpeningType& type);
   LibraryType door(const OpeningType& type);
-  /// 0 without a reveal.
+  /// 0 without reveal, overhang and fins.
   int16_t shade(const OpeningType& type);
   /// What a partition or a floor conducts: the file's U-value or, where that is of the layers alone, that with air
   /// films of `films` hr.ft2.F/Btu on both sides together.
@@ -50,7 +51,7 @@ class Library {
   Filling& filling_;
   std::map<std::pair<std::string_view, bool>, LibraryType> slabs_;
   std::map<OpeningType, LibraryType> windows_, doors_;
-  std::map<double, int16_t> shades_;
+  std::map<Shading, int16_t> shades_;
   mutable std::set<std::string_view> used_constructions_, used_glazings_;
 };
 

@@ -20,11 +20,32 @@ std::string size_text(const OpeningType& type) {
   return short_text(type.width) + " x " + short_text(type.height) + " ft";
 }
 
+std::string key_of(const Shading& shading) {
+  std::string key;
+  for (const double number : {shading.reveal, shading.overhang, shading.overhang_height, shading.overhang_right,
+                              shading.overhang_left, shading.right_separation, shading.right_fin, shading.right_height,
+                              shading.left_separation, shading.left_fin, shading.left_height})
+    key += short_text(number) + " ";
+  return key;
+}
+
+/// "Overhang 2 ft, fins 1 ft": of what there is.
+std::string title_of(const Shading& shading) {
+  std::string title;
+  const auto part = [&](const char* what, double feet) {
+    if (feet > 0) title += (title.empty() ? "" : ", ") + std::string(what) + " " + short_text(feet) + " ft";
+  };
+  part("Reveal", shading.reveal);
+  part(title.empty() ? "Overhang" : "overhang", shading.overhang);
+  part(title.empty() ? "Fins" : "fins", std::max(shading.right_fin, shading.left_fin));
+  return title;
+}
+
 /// Of the type's content, so that it is found again after the next import.
 std::string key_of(const OpeningType& type) {
   std::string key = std::string(type.glazing) + "|" + std::string(type.construction) + "|" + size_text(type);
   for (const auto& number : {type.u_value, type.shade_coefficient}) key += "|" + (number ? short_text(*number) : "");
-  return key + "|" + short_text(type.reveal);
+  return key + "|" + key_of(type.shading);
 }
 
 void set_panes(WIN_Window& window, const DrawnGlazing& glazing) {
@@ -130,16 +151,25 @@ LibraryType Library::make_door(const OpeningType& type) {
 }
 
 int16_t Library::shade(const OpeningType& type) {
-  if (type.reveal <= 0) return 0;
-  const auto [known, is_new] = shades_.try_emplace(type.reveal);
-  if (is_new) {
-    const std::string title = "Reveal " + short_text(type.reveal) + " ft";
-    known->second = filling_.entity(filling_.project.NewShade(), title, [&](SHD_Shade& shade, bool) {
-      shade.Name = filling_.name_for(shade, title, "Shade", 30);
-      shade.RevealDepth = static_cast<float>(type.reveal);
-    });
-  }
-  return known->second;
+  const Shading& drawn = type.shading;
+  if (drawn.is_none()) return 0;
+  const auto [known, is_new] = shades_.try_emplace(drawn);
+  if (!is_new) return known->second;
+  return known->second = filling_.entity(filling_.project.NewShade(), key_of(drawn), [&](SHD_Shade& shade, bool) {
+    shade.Name = filling_.name_for(shade, title_of(drawn), "Shade", 30);
+    const auto set = [](R4& field, double feet) { field = static_cast<float>(feet); };
+    set(shade.RevealDepth, drawn.reveal);
+    set(shade.OvhgExt, drawn.overhang);
+    set(shade.OvhgHeight, drawn.overhang_height);
+    set(shade.OvhgRHExt, drawn.overhang_right);
+    set(shade.OvhgLHExt, drawn.overhang_left);
+    set(shade.RHFinSep, drawn.right_separation);
+    set(shade.RHFinExt, drawn.right_fin);
+    set(shade.RHFinHeight, drawn.right_height);
+    set(shade.LHFinSep, drawn.left_separation);
+    set(shade.LHFinExt, drawn.left_fin);
+    set(shade.LHFinHeight, drawn.left_height);
+  });
 }
 
 void Library::count_used() {

@@ -35,7 +35,27 @@ class SurfaceReader {
     if (north && !text_of(north).empty()) north_ = document_.number(north);
   }
 
+  /// Bodies that shade windows, before the windows are read.
+  void read_shade(Element element) {
+    if (attribute(element, "surfaceType") != "Shade") return;
+    tally_.found("Surface");
+    bodies_.add(element, points(element));
+    tally_.drawn("Shade", bodies_.bodies().back().facing.area);
+  }
+
+  /// Afterwards it is known which of them do.
+  void count_shades() {
+    for (const ShadingBodies::Body& body : bodies_.bodies()) {
+      if (body.is_used)
+        tally_.taken("Surface");
+      else
+        tally_.left(document_, body.element, "Surface Shade", "it is no overhang and no fin of a window",
+                    body.facing.area);
+    }
+  }
+
   void read(Element element) {
+    if (attribute(element, "surfaceType") == "Shade") return;
     tally_.found("Surface");
     DrawnSurface surface;
     surface.element = element;
@@ -154,8 +174,6 @@ class SurfaceReader {
 
   void place(DrawnSurface& surface, std::string_view type, const Facing& facing) {
     const auto spaces = beside(surface.element);
-    if (type == "Shade")
-      return leave(surface, "a project has no shading by other bodies, only by what is beside a window");
     if (type == "Air") return leave(surface, "it is an opening between spaces");
     if (type.ends_with("Column")) return leave(surface, "columns are no part of the envelope");
     if (spaces.empty()) return leave(surface, "no space lies beside it");
@@ -226,7 +244,8 @@ class SurfaceReader {
 
   void add_opening(DrawnSurface& surface, Element element, bool has_openings) {
     const std::string_view type = attribute(element, "openingType");
-    const Facing facing = facing_of(points(element));
+    const std::vector<Point> loop = points(element);
+    const Facing facing = facing_of(loop);
     const std::string name = "Opening " + std::string(type);
     tally_.drawn(type, facing.area);
     const auto left = [&](const char* why) { tally_.left(document_, element, name, why, facing.area); };
@@ -249,7 +268,8 @@ class SurfaceReader {
     opening.construction = attribute(element, "constructionIdRef");
     opening.u_value = document_.child_value(element, "U-value", "Btu/(hr.ft2.F)");
     opening.shade_coefficient = shade_coefficient_of(document_, element);
-    opening.reveal = document_.child_value(element, "Setback", "ft").value_or(0);
+    if (!opening.is_door) opening.shading = bodies_.shading_of(loop, facing);
+    opening.shading.reveal = std::round(1000 * document_.child_value(element, "Setback", "ft").value_or(0)) / 1000;
     tally_.taken("Opening");
     surface.openings.push_back(opening);
   }
@@ -257,6 +277,7 @@ class SurfaceReader {
   Drawing& drawing_;
   const GbxmlDocument& document_;
   Tally& tally_;
+  ShadingBodies bodies_;
   double north_ = 0;  // deg clockwise from true north to the drawing's
 };
 
@@ -264,7 +285,10 @@ class SurfaceReader {
 
 void read_surfaces(Drawing& drawing) {
   SurfaceReader reader(drawing);
-  each_child(drawing.document.campus(), "Surface", [&](Element element) { reader.read(element); });
+  const Element campus = drawing.document.campus();
+  each_child(campus, "Surface", [&](Element element) { reader.read_shade(element); });
+  each_child(campus, "Surface", [&](Element element) { reader.read(element); });
+  reader.count_shades();
 }
 
 }  // namespace tarn

@@ -30,7 +30,7 @@ OpeningType type_of(const DrawnOpening& opening) {
           opening.shade_coefficient,
           thousandths(opening.width),
           thousandths(opening.height),
-          thousandths(opening.reveal)};
+          opening.shading};
 }
 
 /// All surfaces of one direction and construction.

@@ -104,8 +104,8 @@ double factor(const NamedUnit& from, std::string_view to) {
 std::optional<double> from_gbxml_unit(double value, std::string_view name, std::string_view unit) {
   const auto* const from = std::ranges::find(kNames, name, &NamedUnit::name);
   if (from == std::end(kNames)) return {};
-  constexpr size_t kLetter = 1;  // temperatures have zeros of their own
-  if (unit == "F") return from->unit.size() == kLetter ? std::optional(convert(value, from->unit, unit)) : std::nullopt;
+  const bool is_temperature = name.size() == 1;  // "F", "C", "K", "R"; these have zeros of their own
+  if (unit == "F") return is_temperature ? std::optional(convert(value, from->unit, unit)) : std::nullopt;
   const double one = factor(*from, unit);
   return std::isnan(one) ? std::nullopt : std::optional(value * one);
 }

@@ -166,6 +166,22 @@ class TestHouse(GbxmlTest):
         [shade] = self.all("shades").values()
         self.assertAlmostEqual(shade["RevealDepth"] * 304.8, 150, delta=0.2)
 
+    def test_shading_bodies(self):
+        """The windows of the kitchen reach from x = 0.5 to 2 m, the higher one from z = 1 to 2.2 m."""
+        shade = lambda id, points: f'<Surface id="{id}" surfaceType="Shade" constructionIdRef="con-roof">{make_house.loop(points)}</Surface>'
+        bodies = (shade("sh-over", [(0, 0, 2.5), (0, -1, 2.5), (3, -1, 2.5), (3, 0, 2.5)]) + shade("sh-fin", [(2.3, 0, 0), (2.3, -0.6, 0), (2.3, -0.6, 3), (2.3, 0, 3)]) +
+                  shade("sh-tree", [(0, -9, 0), (3, -9, 0), (3, -9, 9), (0, -9, 9)]))
+        self.write(self.file.read_text().replace("</Campus>", bodies + "</Campus>"))
+        account = self.imported()
+        [left] = [row for row in account["left"] if row["element"] == "Surface Shade"]
+        self.assertEqual(left["count"], 1)
+        expected = {"RevealDepth": 0.15, "OvhgExt": 1, "OvhgHeight": 0.3, "OvhgRHExt": 1, "OvhgLHExt": 0.5, "RHFinSep": 0.3, "RHFinExt": 0.6, "RHFinHeight": 3, "LHFinExt": 0}
+        kitchen = [wall for wall in self.all("spaces")["Kitchen"]["Wall"] if wall["Exposure"] == 9][0]
+        shades = [self.shown("shades", str(index)) for index in kitchen["WindowShade"]]
+        [high] = [shade for shade in shades if abs(shade["OvhgHeight"] * 0.3048 - 0.3) < 0.01]
+        for name, metres in expected.items():
+            self.assertAlmostEqual(high[name] * 0.3048, metres, delta=0.002, msg=name)
+
     def test_schedule(self):
         self.imported()
         schedule = self.all("schedules")["Daytime"]
