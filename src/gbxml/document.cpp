@@ -1,9 +1,10 @@
 #include "gbxml/document.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
-#include "gbxml/source_text.h"
 #include "gbxml/unit_names.h"
 #include "tarn/base/codepage.h"
 #include "tarn/base/error.h"
@@ -11,33 +12,15 @@
 namespace tarn {
 namespace {
 
-constexpr int kDeepest = 64;  // the schema has some 12 levels
-
 /// The units of the file, by what they are for.
 constexpr struct {
   const char* attribute;
   std::string_view unit;
-} kFileUnits[]{{"lengthUnit", "ft"}, {"areaUnit", "ft2"}, {"volumeUnit", "ft3"}, {"temperatureUnit", "F"}};
-
-/// Of the text after what the parser took it from: names and texts that the parser has ended with zeros stay as they
-/// are.
-int depth_at_most(Element root, int most) {
-  int depth = 1;
-  for (Element at = root; at;) {
-    if (at.first_child()) {
-      at = at.first_child();
-      if (++depth > most) return depth;
-      continue;
-    }
-    while (at && at != root && !at.next_sibling()) {
-      at = at.parent();
-      --depth;
-    }
-    if (!at || at == root) break;
-    at = at.next_sibling();
-  }
-  return depth;
-}
+} kFileUnits[]{{"lengthUnit", "ft"},
+               {"areaUnit", "ft2"},
+               {"volumeUnit", "ft3"},
+               {"temperatureUnit", "F"},
+               {"temperatureUnit", "delta F"}};
 
 }  // namespace
 
@@ -47,9 +30,16 @@ std::string_view name_of(Element element) {
   return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
 
-Element child(Element parent, std::string_view name) {
-  for (const Element element : parent.children()) {
-    if (name_of(element) == name) return element;
+bool is_named(Element element, const char* name) {
+  const char* const own = element.name();
+  if (*own == *name && std::strcmp(own, name) == 0) return true;
+  const char* const colon = std::strchr(own, ':');
+  return colon && std::strcmp(colon + 1, name) == 0;
+}
+
+Element child(Element parent, const char* name) {
+  for (Element element = parent.first_child(); element; element = element.next_sibling()) {
+    if (is_named(element, name)) return element;
   }
   return {};
 }
@@ -58,6 +48,7 @@ std::string_view attribute(Element element, const char* name) { return element.a
 std::string_view text_of(Element element) {
   constexpr std::string_view kSpace = " \t\r\n";
   const std::string_view text = element.child_value();
+  if (!text.empty() && text.front() > ' ' && text.back() > ' ') return text;
   const size_t first = text.find_first_not_of(kSpace);
   return first == std::string_view::npos ? std::string_view{}
                                          : text.substr(first, text.find_last_not_of(kSpace) - first + 1);
@@ -65,18 +56,16 @@ std::string_view text_of(Element element) {
 std::string_view child_text(Element parent, const char* name) { return text_of(child(parent, name)); }
 
 GbxmlDocument::GbxmlDocument(std::string text) : text_(std::move(text)) {
+  for (size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n', end + 1))
+    line_ends_.push_back(end);
   const pugi::xml_parse_result parsed =
-      document_.load_buffer(text_.data(), text_.size(), pugi::parse_default, pugi::encoding_utf8);
-  if (!parsed) {
+      document_.load_buffer_inplace(text_.data(), text_.size(), pugi::parse_default, pugi::encoding_utf8);
+  if (!parsed)
     fail(ErrorNumber::UnknownFormat,
-         "line " + std::to_string(line_at(text_, static_cast<size_t>(std::max<ptrdiff_t>(parsed.offset, 0)))) +
-             ": this is not XML: " + parsed.description());
-  }
+         "line " + std::to_string(line_of_place(parsed.offset)) + ": this is not XML: " + parsed.description());
   root_ = document_.document_element();
   if (name_of(root_) != "gbXML")
     refuse(root_, "the root element is \"" + std::string(root_.name()) + "\"; a gbXML file has \"gbXML\"");
-  if (depth_at_most(root_, kDeepest) > kDeepest)
-    refuse(root_, "elements lie more than " + std::to_string(kDeepest) + " deep, which no gbXML file needs");
   for (const auto& [name, unit] : kFileUnits) {
     if (!root_.attribute(name))
       refuse(root_, "the attribute " + std::string(name) + " is missing, so that numbers have no unit");
@@ -97,6 +86,7 @@ GbxmlDocument::GbxmlDocument(std::string text) : text_(std::move(text)) {
 }
 
 void GbxmlDocument::add(Element element) {
+  if (is_named(element, "Surface")) return;  // nothing refers to one
   const std::string_view id = attribute(element, "id");
   if (!id.empty() && !by_id_[name_of(element)].try_emplace(id, element).second) doubles_.push_back(element);
 }
@@ -108,10 +98,13 @@ Element GbxmlDocument::by_id(std::string_view element, std::string_view id) cons
   return found == kind->second.end() ? Element{} : found->second;
 }
 
-size_t GbxmlDocument::line_of(Element element) const {
-  const ptrdiff_t offset = element.offset_debug();
-  return line_at(text_, offset < 0 ? 0 : static_cast<size_t>(offset));
+size_t GbxmlDocument::line_of_place(ptrdiff_t offset) const {
+  return 1 +
+         static_cast<size_t>(std::ranges::lower_bound(line_ends_, static_cast<size_t>(std::max<ptrdiff_t>(offset, 0))) -
+                             line_ends_.begin());
 }
+
+size_t GbxmlDocument::line_of(Element element) const { return line_of_place(element.offset_debug()); }
 
 std::string GbxmlDocument::place(Element element) const {
   Element named = element;

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace tarn {
 
@@ -13,8 +14,8 @@ using Element = pugi::xml_node;
 
 class GbxmlDocument {
  public:
-  /// Errors `UnknownFormat`, with the line, for what is not XML, another root, units that are missing or unknown, and
-  /// elements more than 64 deep.
+  /// Errors `UnknownFormat`, with the line, for what is not XML, another root, and units that are missing or unknown.
+  /// Elements may lie at any depth: neither parser nor readers recurse.
   explicit GbxmlDocument(std::string text);
 
   Element root() const { return root_; }
@@ -45,7 +46,10 @@ class GbxmlDocument {
   void add(Element element);
   std::string_view unit_of_file(std::string_view unit) const;
 
-  std::string text_;
+  size_t line_of_place(ptrdiff_t offset) const;
+
+  std::string text_;  // the parser works in it
+  std::vector<size_t> line_ends_;
   pugi::xml_document document_;
   Element root_, campus_, building_;
   std::unordered_map<std::string_view, ById> by_id_;
@@ -55,8 +59,10 @@ class GbxmlDocument {
 
 /// "Surface", without a prefix of a namespace.
 std::string_view name_of(Element element);
-/// The child of that name, whatever its prefix.
-Element child(Element parent, std::string_view name);
+/// Whatever the prefix of its name.
+bool is_named(Element element, const char* name);
+/// The first child of that name; null for none.
+Element child(Element parent, const char* name);
 std::string_view attribute(Element element, const char* name);
 /// Without the white space around it.
 std::string_view text_of(Element element);
@@ -64,9 +70,9 @@ std::string_view child_text(Element parent, const char* name);
 
 /// Calls `visit` for each child of that name.
 template <typename F>
-void each_child(Element parent, std::string_view name, F visit) {
-  for (const Element element : parent.children()) {
-    if (name_of(element) == name) visit(element);
+void each_child(Element parent, const char* name, F visit) {
+  for (Element element = parent.first_child(); element; element = element.next_sibling()) {
+    if (is_named(element, name)) visit(element);
   }
 }
 

@@ -98,7 +98,7 @@ struct Drawing {
   const GbxmlDocument& document;
   Tally tally;
   std::vector<DrawnSpace> spaces;
-  std::map<std::string_view, size_t> space_of_id;
+  std::unordered_map<std::string_view, size_t> space_of_id;
   std::map<std::string_view, DrawnConstruction> constructions;
   std::map<std::string_view, DrawnGlazing> glazings;
 };

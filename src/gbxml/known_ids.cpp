@@ -41,7 +41,7 @@ KnownIds::KnownIds(COM_ProjectData& project, std::string drawing)
     const Json file = read_ids(path_);
     for (const auto& [name, tables] : file.items()) {
       for (const auto& [table, ids] : tables.items()) {
-        for (const auto& [id, index] : ids.items()) drawings_[name][table][id] = index.get<int16_t>();
+        for (const Json& row : ids) drawings_[name][table][row.at(0).get<std::string>()] = row.at(1).get<int16_t>();
       }
     }
   } catch (const std::exception& error) {
@@ -87,10 +87,11 @@ void KnownIds::save() const {
   Json file = Json::object();
   for (const auto& [name, tables] : drawings_) {
     for (const auto& [table, ids] : tables) {
-      for (const auto& [id, index] : ids) file[name][table][id] = index;
+      Json& rows = file[name][table] = Json::array();  // a list, as a look-up in an object would walk all of it
+      for (const auto& [id, index] : ids) rows.push_back({id, index});
     }
   }
-  const std::string text = json_text(file, 1) + "\n";
+  const std::string text = json_text(file) + "\n";
   const auto bytes = std::as_bytes(std::span(text));
   files().replace(path_, {bytes.begin(), bytes.end()}, host().database(project_.IndexDBName()));
 }

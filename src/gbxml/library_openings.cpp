@@ -181,10 +181,10 @@ void Library::count_used() {
       tally.left(filling_.document, drawn.element, "Construction",
                  "no outer surface, opening, floor or partition uses it");
   }
-  for (const Element element : filling_.document.root().children("WindowType")) {
+  each_child(filling_.document.root(), "WindowType", [&](Element element) {
     if (!used_glazings_.contains(attribute(element, "id")))
       tally.left(filling_.document, element, "WindowType", "no opening that is taken uses it");
-  }
+  });
 }
 
 }  // namespace tarn

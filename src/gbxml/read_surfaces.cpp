@@ -12,7 +12,8 @@ constexpr double kToldDegrees = 3.6;  // of a direction: a hundredth of the comp
 constexpr double kLeastArea = 1e-6;   // ft2
 
 struct Beside {
-  std::string_view space, type;  // the type as that space has it, where the file tells
+  size_t space;           // its place in the drawing
+  std::string_view type;  // as that space has it, where the file tells
 };
 
 /// What a surface with one space is, by its type. Surfaces between two are judged by these.
@@ -37,7 +38,6 @@ class SurfaceReader {
 
   /// Bodies that shade windows, before the windows are read.
   void read_shade(Element element) {
-    if (attribute(element, "surfaceType") != "Shade") return;
     tally_.found("Surface");
     bodies_.add(element, points(element));
     tally_.drawn("Shade", bodies_.bodies().back().facing.area);
@@ -55,7 +55,6 @@ class SurfaceReader {
   }
 
   void read(Element element) {
-    if (attribute(element, "surfaceType") == "Shade") return;
     tally_.found("Surface");
     DrawnSurface surface;
     surface.element = element;
@@ -89,12 +88,13 @@ class SurfaceReader {
 
   std::vector<Point> points(Element element) {
     std::vector<Point> loop;
+    loop.reserve(8);
     const Element geometry = child(element, "PlanarGeometry");
     const double feet = document_.feet(geometry);
-    for (const Element point : child(geometry, "PolyLoop").children()) {
+    for (Element point = child(geometry, "PolyLoop").first_child(); point; point = point.next_sibling()) {
       double at[3]{};
       size_t coordinate = 0;
-      for (const Element number : point.children()) {
+      for (Element number = point.first_child(); number; number = number.next_sibling()) {
         if (coordinate < 3) at[coordinate] = document_.number(number) * feet;
         ++coordinate;
       }
@@ -163,14 +163,15 @@ class SurfaceReader {
     std::vector<Beside> spaces;
     each_child(element, "AdjacentSpaceId", [&](Element adjacent) {
       const std::string_view id = attribute(adjacent, "spaceIdRef");
-      if (!drawing_.space_of_id.contains(id))
+      const auto found = drawing_.space_of_id.find(id);
+      if (found == drawing_.space_of_id.end())
         document_.refuse(adjacent, "it refers to the space \"" + std::string(id) + "\", which the file does not have");
-      spaces.push_back({id, attribute(adjacent, "surfaceType")});
+      spaces.push_back({found->second, attribute(adjacent, "surfaceType")});
     });
     return spaces;
   }
 
-  DrawnSpace& space(std::string_view id) { return drawing_.spaces[drawing_.space_of_id.at(id)]; }
+  DrawnSpace& space(size_t place) { return drawing_.spaces[place]; }
 
   void place(DrawnSurface& surface, std::string_view type, const Facing& facing) {
     const auto spaces = beside(surface.element);
@@ -285,9 +286,14 @@ class SurfaceReader {
 
 void read_surfaces(Drawing& drawing) {
   SurfaceReader reader(drawing);
-  const Element campus = drawing.document.campus();
-  each_child(campus, "Surface", [&](Element element) { reader.read_shade(element); });
-  each_child(campus, "Surface", [&](Element element) { reader.read(element); });
+  std::vector<Element> others;
+  each_child(drawing.document.campus(), "Surface", [&](Element element) {
+    if (attribute(element, "surfaceType") == "Shade")
+      reader.read_shade(element);
+    else
+      others.push_back(element);
+  });
+  for (const Element element : others) reader.read(element);
   reader.count_shades();
 }
 

@@ -1,6 +1,8 @@
 #include "gbxml/source_text.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 #include "tarn/base/codepage.h"
 #include "tarn/base/error.h"
@@ -49,9 +51,24 @@ std::string from_utf16(std::string_view bytes, bool big_endian) {
   return out;
 }
 
+/// The end of characters below 128, eight at a time.
+size_t end_of_ascii(std::string_view text, size_t at) {
+  constexpr uint64_t kHighBits = 0x8080808080808080;
+  for (uint64_t eight = 0; at + sizeof eight <= text.size(); at += sizeof eight) {
+    std::memcpy(&eight, text.data() + at, sizeof eight);
+    if ((eight & kHighBits) != 0) break;
+  }
+  while (at < text.size() && static_cast<unsigned char>(text[at]) < 0x80) ++at;
+  return at;
+}
+
 /// The place of the first malformed sequence, npos for none.
 size_t malformed_utf8(std::string_view text) {
   for (size_t at = 0; at < text.size();) {
+    if (const size_t end = end_of_ascii(text, at); end > at) {
+      at = end;
+      continue;
+    }
     const auto lead = static_cast<unsigned char>(text[at]);
     const size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
     if (length == 0 || at + length > text.size()) return at;
@@ -77,7 +94,7 @@ std::string declared_encoding(std::string_view text) {
   return encoding;
 }
 
-std::string from_one_byte(std::string_view bytes) {
+std::string from_one_byte(std::string bytes) {
   const std::string encoding = declared_encoding(bytes);
   if (encoding == "iso-8859-1" || encoding == "latin1" || encoding == "windows-1252" || encoding == "cp1252")
     return utf8_from_page(bytes);
@@ -86,7 +103,7 @@ std::string from_one_byte(std::string_view bytes) {
   const size_t wrong = malformed_utf8(bytes);
   if (wrong != std::string_view::npos)
     refuse(line_at(bytes, wrong), "the text is malformed UTF-8; save the file as UTF-8");
-  return std::string(bytes);
+  return bytes;
 }
 
 /// The place of a document type declaration, which stands before the root element; npos for none.
@@ -106,15 +123,18 @@ size_t line_at(std::string_view text, size_t offset) {
   return 1 + static_cast<size_t>(std::count(text.begin(), end, '\n'));
 }
 
-std::string xml_text(std::string_view bytes) {
+std::string xml_text(std::string bytes) {
   using namespace std::string_view_literals;
+  const std::string_view all = bytes;
   std::string text;
-  if (bytes.starts_with("\xFF\xFE"sv) || bytes.starts_with("<\0"sv))
-    text = from_utf16(bytes.substr(bytes.front() == '<' ? 0 : 2), false);
-  else if (bytes.starts_with("\xFE\xFF"sv) || bytes.starts_with("\0<"sv))
-    text = from_utf16(bytes.substr(bytes.front() == '\0' ? 0 : 2), true);
-  else
-    text = from_one_byte(bytes.substr(bytes.starts_with("\xEF\xBB\xBF"sv) ? 3 : 0));
+  if (all.starts_with("\xFF\xFE"sv) || all.starts_with("<\0"sv)) {
+    text = from_utf16(all.substr(all.front() == '<' ? 0 : 2), false);
+  } else if (all.starts_with("\xFE\xFF"sv) || all.starts_with("\0<"sv)) {
+    text = from_utf16(all.substr(all.front() == '\0' ? 0 : 2), true);
+  } else {
+    if (all.starts_with("\xEF\xBB\xBF"sv)) bytes.erase(0, 3);
+    text = from_one_byte(std::move(bytes));
+  }
   const size_t type = document_type(text);
   if (type != std::string::npos)
     refuse(line_at(text, type),

@@ -10,6 +10,8 @@ import sys
 import unittest
 import xml.etree.ElementTree as ElementTree
 
+import tarn
+
 from command_line import EXAMPLES, ROOT, CommandLineTest, reads
 
 sys.path.insert(0, str(EXAMPLES))
@@ -384,7 +386,7 @@ class TestBadFiles(GbxmlTest):
             "unknown type": (house.replace('surfaceType="InteriorWall"', 'surfaceType="Curtain"'), 'the surfaceType "Curtain" is none of gbXML'),
             "two ids": (house.replace('<Space id="sp-2"', '<Space id="sp-1"'), "another space has the same id"),
             "no campus": (make_house.HEAD + "</gbXML>", "there is no Campus"),
-            "too deep": (make_house.HEAD + "<a>" * 100 + "</a>" * 100 + "</gbXML>", "more than 64 deep"),
+            "deep": (make_house.HEAD + "<a>" * 200_000 + "</a>" * 200_000 + "</gbXML>", "there is no Campus"),
             "encoding": ('<?xml version="1.0" encoding="EBCDIC"?><gbXML/>', "encoded as ebcdic"),
             "bytes": (b"<gbXML>\n\xff\xff</gbXML>", "line 2: the text is malformed UTF-8"),
         }
@@ -422,6 +424,31 @@ class TestBadFiles(GbxmlTest):
                 self.file.write_bytes(text.encode(encoding))
                 self.imported()
                 self.assertIn("K\u00fcche", self.all("spaces"))
+
+    def test_a_prefix_of_the_namespace(self):
+        text = re.sub(r"<(/?)(?=[A-Za-z])", r"<\1g:", make_house.house()).replace("xmlns=", "xmlns:g=")
+        self.write(text)
+        self.assertEqual(self.kinds(self.imported())["wall"], self.kinds(self.imported(None, "--dry-run"))["wall"])
+        self.assertEqual(list(self.all("spaces")), ["Kitchen", "Hall", "Attic"])
+
+    def test_design_weather(self):
+        weather = '<Weather id="w"><DDDBCool>33</DDDBCool><DDDBRangeCool>10</DDDBRangeCool><DDDBHeat unit="F">-2</DDDBHeat></Weather></gbXML>'
+        self.write(make_house.house().replace("</gbXML>", weather))
+        self.imported()
+        with tarn.Project(self.at) as project:
+            found = project.weather
+            self.assertEqual((found.des_city_name.strip(), found.des_state_name.strip()), ("Golden", "Colorado"))
+            for value, expected in ((found.summer_db, 91.4), (found.daily_range, 18), (found.winter_db, -2), (found.des_tz_meridian, -105), (found.des_elevation, 5675.853)):
+                self.assertAlmostEqual(value, expected, places=2)
+
+    def test_python_has_both_ways(self):
+        told = []
+        with tarn.Project(self.at) as project:
+            account = project.import_gbxml(self.file, lambda done, total: told.append((done, total)))
+            text, notes = project.export_gbxml(self.at / "out.xml")
+        self.assertEqual((told, account.left != []), ([(1, 3), (2, 3), (3, 3)], True))
+        self.assertEqual((self.at / "out.xml").read_text(), text)
+        self.assertTrue(any("gbXML" in note for note in notes))
 
     def test_north_of_the_drawing(self):
         self.write(make_house.house().replace("<CADModelAzimuth>0<", "<CADModelAzimuth>90<"))
