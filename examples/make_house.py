@@ -3,36 +3,41 @@
     python3 examples/make_house.py house.xml
 """
 
+from __future__ import annotations
+
 import pathlib
 import sys
+from collections.abc import Sequence
+
+Point = Sequence[float]
 
 HEAD = """<?xml version="1.0" encoding="UTF-8"?>
 <gbXML xmlns="http://www.gbxml.org/schema" version="6.01" lengthUnit="Meters" areaUnit="SquareMeters" volumeUnit="CubicMeters" temperatureUnit="C" useSIUnitsForResults="true">
 """
 
 
-def loop(points):
+def loop(points: Sequence[Point]) -> str:
     """A PlanarGeometry of points (x, y, z)."""
     coordinates = ["".join(f"<Coordinate>{number}</Coordinate>" for number in point) for point in points]
     return "<PlanarGeometry><PolyLoop>" + "".join(f"<CartesianPoint>{c}</CartesianPoint>" for c in coordinates) + "</PolyLoop></PlanarGeometry>\n"
 
 
-def rectangle(azimuth, tilt, width, height):
+def rectangle(azimuth: float, tilt: float, width: float, height: float) -> str:
     return (f"<RectangularGeometry><Azimuth>{azimuth}</Azimuth><CartesianPoint><Coordinate>0</Coordinate><Coordinate>0</Coordinate>"
             f"<Coordinate>0</Coordinate></CartesianPoint><Tilt>{tilt}</Tilt><Height>{height}</Height><Width>{width}</Width></RectangularGeometry>\n")
 
 
-def surface(id, kind, spaces, construction, points, inside=""):
+def surface(id: str, kind: str, spaces: Sequence[str], construction: str, points: Sequence[Point], inside: str = "") -> str:
     """One surface; `inside` is its RectangularGeometry and its openings."""
     beside = "".join(f'<AdjacentSpaceId spaceIdRef="{space}"/>' for space in spaces)
     return f'<Surface id="{id}" surfaceType="{kind}" constructionIdRef="{construction}">{beside}{loop(points)}{inside}</Surface>\n'
 
 
-def opening(id, kind, reference, points, setback=""):
+def opening(id: str, kind: str, reference: str, points: Sequence[Point], setback: str = "") -> str:
     return f'<Opening id="{id}" openingType="{kind}" {reference}>{setback}{loop(points)}</Opening>\n'
 
 
-def space(id, name, zone, area, height, loads="", condition="HeatedAndCooled"):
+def space(id: str, name: str, zone: str, area: float, height: float, loads: str = "", condition: str = "HeatedAndCooled") -> str:
     return (f'<Space id="{id}" zoneIdRef="{zone}" conditionType="{condition}" lightScheduleIdRef="sch-day" peopleScheduleIdRef="sch-day">'
             f"<Name>{name}</Name><Area>{area}</Area><Volume>{area * height}</Volume>{loads}</Space>\n")
 
@@ -72,10 +77,12 @@ SYSTEM = """<Zone id="zone-1"><Name>Ground floor</Name><DesignHeatT unit="C">21<
 """
 
 
-def house():
+def house() -> str:
     """Two rooms of 5 x 4 x 3 m side by side along x, under one attic of 10 x 4 m with a roof to north and south."""
-    window = lambda id, x, z: opening(id, "FixedWindow", 'windowTypeIdRef="win-double"',
-                                      [(x, 0, z), (x + 1.5, 0, z), (x + 1.5, 0, z + 1.2), (x, 0, z + 1.2)], '<Setback unit="Millimeters">150</Setback>')
+    def window(id: str, x: float, z: float) -> str:
+        corners = [(x, 0, z), (x + 1.5, 0, z), (x + 1.5, 0, z + 1.2), (x, 0, z + 1.2)]
+        return opening(id, "FixedWindow", 'windowTypeIdRef="win-double"', corners, '<Setback unit="Millimeters">150</Setback>')
+
     door = opening("op-door", "NonSlidingDoor", 'constructionIdRef="con-door"', [(3.5, 0, 0), (4.4, 0, 0), (4.4, 0, 2.1), (3.5, 0, 2.1)])
     surfaces = [
         surface("su-s1", "ExteriorWall", ["sp-1"], "con-wall", [(0, 0, 0), (5, 0, 0), (5, 0, 3), (0, 0, 3)],

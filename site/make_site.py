@@ -23,7 +23,7 @@ HERE = pathlib.Path(__file__).parent
 
 # The pages of docs/, as a newcomer reads them.
 GUIDE = {
-    "Use": ["installing", "command-line", "python", "c-interface", "units", "codes", "exchange", "check"],
+    "Use": ["installing", "command-line", "python", "c-interface", "units", "codes", "exchange", "gbxml", "check"],
     "Model": ["windows", "transfer-functions", "air-systems", "fan-power", "dx-curves", "equipment", "plants", "weather", "buildings", "results"],
     "Design": ["architecture", "transactions", "choices"],
 }

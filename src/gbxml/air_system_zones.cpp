@@ -90,11 +90,53 @@ bool is_same_for_all(AS_AirSystem& system, Field field) {
   return true;
 }
 
+/// A part of an AirLoop, as gbXML 6.01 has them. A coil is known by the loop that feeds it.
+void fill_loop_part(AS_AirSystem& system, Element part, Filling& filling) {
+  const std::string_view type = attribute(part, "equipmentType");
+  const Element loop =
+      filling.document.by_id("HydronicLoop", attribute(child(part, "HydronicLoopId"), "hydronicLoopIdRef"));
+  const std::string_view water = attribute(loop, "loopType");
+  const auto use = [](auto& coil, Source source) {
+    coil.Used = true;
+    coil.Source = source;
+  };
+  if (type == "Economizer") {
+    system.GetEconomizer()->Used = true;
+    system.GetEconomizer()->EconomizerType = AS_EconomizerControlTypes::IntegratedDryBulb;
+  } else if (type == "HeatExchanger") {
+    system.GetVentReclaim()->Used = true;
+    system.GetVentReclaim()->ReclaimType = child(part, "LatentHeatRecoveryEffectiveness")
+                                               ? AS_VentilationReclaimTypes::SensibleAndLatentHeat
+                                               : AS_VentilationReclaimTypes::SensibleHeat;
+  } else if (type == "Humidifier") {
+    system.GetHumidity()->Used = true;
+  } else if (type == "Furnace") {
+    use(*system.GetHeatSys(), Source::ST_COMBUST_NAT_GAS);
+  } else if (type == "UnitaryAC" || type == "SplitAC" || type == "UnitaryHP" || type == "SplitHP") {
+    use(*system.GetCoolSys(), Source::ST_AIR_COOLED_DX);
+    if (type.ends_with("HP")) use(*system.GetHeatSys(), Source::ST_AIRSOURCE_HEAT_PUMP);
+  } else if (type == "PreheatCoil" && water == "HotWater") {
+    use(*system.GetPreheatCoil(), Source::ST_HOT_WATER);
+  } else if (type == "Coil" && water == "HotWater") {
+    use(*system.GetHeatSys(), Source::ST_HOT_WATER);
+  } else if (type == "Coil" && water.ends_with("ChilledWater")) {
+    use(*system.GetCoolSys(), Source::ST_CHILLED_WATER);
+  } else {
+    filling.tally.left(filling.document, part, "AirLoopEquipment", "an air system has no place for it");
+    return;
+  }
+  filling.tally.taken("AirLoopEquipment");
+}
+
 }  // namespace
 
 void fill_coils(AS_AirSystem& system, const DrawnSystem& drawn, Filling& filling) {
   const Element element = drawn.element;
-  if (name_of(element) != "AirSystem") return;
+  each_child(element, "AirLoopEquipment", [&](Element part) {
+    filling.tally.found("AirLoopEquipment");
+    fill_loop_part(system, part, filling);
+  });
+  if (!is_named(element, "AirSystem")) return;
   const auto cooling = cooling_source(attribute(element, "coolingCoilType"));
   system.GetCoolSys()->Used = cooling != Source::ST_IRRELEVANT;
   system.GetCoolSys()->Source = cooling;

@@ -101,18 +101,30 @@ void write_systems(Writing& writing) {
     Element loop = add_named(writing.root, "AirLoop", id, system->GetAirSystem()->Name.trimmed());
     const std::string_view type = air_loop_of_type(static_cast<int16_t>(system->SystemType()));
     if (!type.empty()) set(loop, "systemType", std::string(type));
+    const auto add_part = [&](const char* equipment_type, const std::string& part) {
+      Element equipment = add(loop, "AirLoopEquipment");
+      set(equipment, "id", id + "-" + part);
+      set(equipment, "equipmentType", equipment_type);
+      return equipment;
+    };
+    if (system->GetEconomizer()->Used) add_part("Economizer", "economizer");
+    if (system->GetHumidity()->Used) add_part("Humidifier", "humidifier");
+    if (system->GetVentReclaim()->Used) {
+      Element exchanger = add_part("HeatExchanger", "reclaim");
+      if (system->GetVentReclaim()->ReclaimType == AS_VentilationReclaimTypes::SensibleAndLatentHeat)
+        add_value(exchanger, "LatentHeatRecoveryEffectiveness", system->GetVentReclaim()->ThermEff);
+    }
     const auto [first, last] = loops.equal_range(index);
     for (auto at = first; at != last; ++at) {
-      Element coil = add(loop, "AirLoopEquipment");
-      set(coil, "id", id + "-coil-" + at->second.id);
-      set(coil, "equipmentType", "Coil");
-      Element reference = add(coil, "HydronicLoopId");
+      Element reference = add(add_part("Coil", "coil-" + at->second.id), "HydronicLoopId");
       set(reference, "hydronicLoopIdRef", at->second.id);
       set(reference, "hydronicLoopType", at->second.type);
     }
     for (int16_t number = 1; number <= system->GetAirSystem()->NumZones; ++number)
       write_zone(writing, *system->GetZoneData(number), id + "-zone-" + std::to_string(number), id);
-    writing.note("of air systems, gbXML 6.01 has the type, the zones with their setpoints, and the loops");
+    writing.note(
+        "of air systems, gbXML 6.01 has the type, the zones with their setpoints, economizer, humidifier, heat reclaim "
+        "and loops");
   }
 }
 

@@ -204,6 +204,21 @@ class TestHouse(GbxmlTest):
         [plant] = [self.shown("plants", "1")]
         self.assertEqual((plant["General"]["Name"], plant["General"]["PlantType"]["code"], plant["SystemSelect"]["SystemID"][0]), ("Heating water", 2, 1))
 
+    def test_parts_of_an_air_loop(self):
+        loop = """<AirLoop id="ahu-1" systemType="VariableAirVolume"><Name>Air handler</Name><AirLoopEquipment id="p-1" equipmentType="Economizer"/>
+            <AirLoopEquipment id="p-2" equipmentType="HeatExchanger"/><AirLoopEquipment id="p-3" equipmentType="Coil"><HydronicLoopId hydronicLoopIdRef="loop-1" hydronicLoopType="HotWater"/></AirLoopEquipment>
+            <AirLoopEquipment id="p-4" equipmentType="Duct"/></AirLoop>"""
+        text = re.sub(r"<AirSystem .*</AirSystem>", loop, make_house.house()).replace('<AirSystemId airSystemIdRef="ahu-1"/>', '<AirLoopId airLoopIdRef="ahu-1"/>')
+        self.write(text)
+        account = self.imported()
+        system = self.shown("air-systems", "1")
+        self.assertEqual((system["Economizer"]["Used"], system["Economizer"]["EconomizerType"]["code"]), (True, 2))
+        self.assertEqual((system["VentReclaim"]["Used"], system["VentReclaim"]["ReclaimType"]["code"]), (True, 1))
+        self.assertEqual((system["HeatSys"]["Used"], system["HeatSys"]["Source"]["code"], system["AirSystem"]["SystemType"]["code"]), (True, 7, 8))
+        self.assertEqual(system["ZoneData"][0]["TermType"]["code"], 4)
+        self.assertEqual({row["element"]: (row["found"], row["taken"]) for row in account["elements"]}["AirLoopEquipment"], (4, 3))
+        self.assertEqual(self.shown("plants", "1")["SystemSelect"]["SystemID"][0], 1)
+
     def test_site_only_where_there_is_none(self):
         self.imported()
         self.write(self.file.read_text().replace("Golden, Colorado", "Berlin"))
