@@ -16,6 +16,7 @@ constexpr std::pair<std::string_view, const char*> kNotTaken[]{
     {"PlanarGeometry", "areas are those of the surfaces"},
     {"ShellGeometry", "areas are those of the surfaces"},
     {"SpaceBoundary", "areas are those of the surfaces"},
+    {"AirChangesPerHour", "a space has two requirements of outdoor air, which are by person and by area here"},
     {"OAFlowPerSpace", "it follows from what is taken by person and by area"},
     {"CADObjectId", "it is a number of the drawing program"},
     {"Description", "a space has a name alone"},
@@ -187,6 +188,7 @@ class Loads {
                           "it has outdoor air by person, by area and by air changes; a space has two of these, and its "
                           "air changes are left out");
       all.resize(2);
+      taken_.erase("AirChangesPerHour");
     }
     if (all.empty() && !whole) return;
     all.resize(2);

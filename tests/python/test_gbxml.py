@@ -152,6 +152,15 @@ class TestHouse(GbxmlTest):
         self.assertAlmostEqual(kitchen["Partition"][1]["Area"], 215.278, places=2)
         self.assertAlmostEqual(kitchen["Partition"][1]["UValue"] / 0.1761102, 0.3, places=4)
 
+    def test_a_third_requirement_of_outdoor_air_is_left(self):
+        three = '<OAFlowPerPerson unit="LPerSec">5</OAFlowPerPerson><OAFlowPerArea unit="LPerSecPerSquareM">0.3</OAFlowPerArea></Space>'
+        self.write(self.file.read_text().replace("</Space>", three, 1))
+        account = self.imported()
+        general = self.all("spaces")["Kitchen"]["Space"]
+        self.assertEqual((general["OAReq1Spec"], general["OAReq2Spec"]), (3, 2))
+        self.assertAlmostEqual(general["OAReq1Value"], 10.594, places=3)
+        self.assertEqual({row["element"]: (row["found"], row["taken"]) for row in account["elements"]}["Space/AirChangesPerHour"], (2, 1))
+
     def test_types(self):
         self.imported()
         wall = self.all("walls")["Brick wall"]
