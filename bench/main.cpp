@@ -36,11 +36,17 @@ class TemporaryFolder {
 int main(int count, char** arguments) {
   using namespace tarn::bench;
   const std::pair<std::string_view, std::function<void(Report&, const std::string&)>> groups[]{
-      {"windows", window_cases},         {"constructions", construction_cases},
-      {"air-systems", air_system_cases}, {"plants", plant_cases},
-      {"buildings", building_cases},     {"weather", weather_cases},
-      {"results", result_cases},         {"by-name", [](Report& report, const std::string&) { by_name_cases(report); }},
-      {"staleness", staleness_cases},    {"exchange", exchange_cases}};
+      {"windows", window_cases},
+      {"constructions", construction_cases},
+      {"air-systems", air_system_cases},
+      {"plants", plant_cases},
+      {"buildings", building_cases},
+      {"weather", weather_cases},
+      {"results", result_cases},
+      {"by-name", [](Report& report, const std::string&) { by_name_cases(report); }},
+      {"staleness", staleness_cases},
+      {"exchange", exchange_cases},
+      {"gbxml", gbxml_cases}};
   try {
     const std::string_view wanted = count > 1 ? arguments[1] : "";
     const TemporaryFolder folder(count > 2 ? std::filesystem::path(arguments[2])

@@ -43,6 +43,7 @@ void building_cases(Report& report, const std::string& folder);
 void by_name_cases(Report& report);
 void construction_cases(Report& report, const std::string& folder);
 void exchange_cases(Report& report, const std::string& folder);
+void gbxml_cases(Report& report, const std::string& folder);
 void plant_cases(Report& report, const std::string& folder);
 void result_cases(Report& report, const std::string& folder);
 void staleness_cases(Report& report, const std::string& folder);

@@ -8,9 +8,11 @@
 #include <fstream>
 #include <iostream>
 
+#include "platform/file_store.h"
 #include "platform/host.h"
 #include "reflect/json_text.h"
 #include "tarn/base/error.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn::cli {
 namespace {
@@ -118,6 +120,19 @@ void print_notes(const std::string& what, const std::vector<std::string>& notes)
     const auto times = std::count_if(note, notes.end(), same);
     std::cerr << what << (what.empty() ? "" : ": ") << *note
               << (times > 1 ? " (" + std::to_string(times) + " times)" : "") << '\n';
+  }
+}
+
+void put_out(const Call& call, const std::string& text) {
+  if (call.output.empty()) {
+    std::cout << text;
+  } else if (!fs::exists(call.output) || fs::is_regular_file(call.output)) {
+    Transaction whole;
+    const auto bytes = std::as_bytes(std::span(text));
+    files().replace(call.output, {bytes.begin(), bytes.end()}, nullptr);
+    whole.commit();
+  } else if (!(std::ofstream(call.output, std::ios::binary) << text).flush()) {  // a pipe, or a device
+    fail(ErrorNumber::DeviceError, "Cannot write " + call.output + ".");
   }
 }
 

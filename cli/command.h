@@ -66,6 +66,8 @@ void print_json(const Json& json);
 /// To standard error, a line each after "what: "; notes that say the same come once, with their number.
 void print_notes(const std::string& what, const std::vector<std::string>& notes);
 
+/// To standard output, or whole or not at all to the file of --output.
+void put_out(const Call& call, const std::string& text);
 /// Writes the picture that --svg asks for.
 void save_picture(const Call& call, const std::string& picture);
 
@@ -103,6 +105,8 @@ int kind_zone(const Call& call);
 int kind_equipment(const Call& call);
 
 int import_chiller_file(const Call& call);
+int import_gbxml_file(const Call& call);
+int export_gbxml_file(const Call& call);
 
 int preferences_show(const Call& call);
 int preferences_set(const Call& call);

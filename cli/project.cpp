@@ -153,18 +153,7 @@ int project_export(const Call& call) {
   COM_ProjectData project;
   open_project(project, call, Use::Reading);
   const std::string text = export_project(project, groups, progress_bar("exported"));
-  if (call.output.empty()) {
-    std::cout << text;
-    return kClean;
-  }
-  if (!fs::exists(call.output) || fs::is_regular_file(call.output)) {
-    Transaction whole;
-    const auto bytes = std::as_bytes(std::span(text));
-    files().replace(call.output, {bytes.begin(), bytes.end()}, nullptr);
-    whole.commit();
-  } else if (!(std::ofstream(call.output, std::ios::binary) << text).flush()) {  // a pipe, or a device
-    fail(ErrorNumber::DeviceError, "Cannot write " + call.output + ".");
-  }
+  put_out(call, text);
   return kClean;
 }
 

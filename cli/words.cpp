@@ -239,6 +239,13 @@ Group import_group() {
             kDryRun,
             project_import,
             {"tarn export json walls | tarn import json -"}},
+           {"gbxml",
+            "FILE",
+            "a building from a drawing program's gbXML, all or none: spaces with envelope and loads, types, schedules, "
+            "air systems; tells what was taken and what not",
+            kDryRun,
+            import_gbxml_file,
+            {"tarn import gbxml house.xml", "tarn --units si import gbxml house.xml --dry-run"}},
            {"chiller",
             "FILE [Property=value ...]",
             "a new chiller from an ASHRAE 205 file",
@@ -257,7 +264,13 @@ Group export_group() {
             "the project as JSON, or the kinds that are named",
             kOutput,
             project_export,
-            {"tarn export json --output all.json", "tarn export json spaces air-systems"}}}};
+            {"tarn export json --output all.json", "tarn export json spaces air-systems"}},
+           {"gbxml",
+            "",
+            "the building as gbXML of the schema 6.01, with surfaces of the areas and directions that the project has",
+            kOutput,
+            export_gbxml_file,
+            {"tarn export gbxml --output building.xml"}}}};
 }
 
 Group diff_group() {

@@ -388,6 +388,8 @@ class Script {
     if (tarn_picture(on, &text) == TARN_OK) read_through(text);
     tarn_import(on, name(), nullptr, nullptr, &number);
     if (tarn_export(on, group, nullptr, nullptr, &text) == TARN_OK) read_through(text);
+    tarn_import_gbxml(on, "none", nullptr, nullptr, &text);
+    if (tarn_export_gbxml(on, nullptr, nullptr, &text, nullptr) == TARN_OK) read_through(text);
     tarn_import_weather(on, name(), object(), &text);
   }
 

@@ -6,7 +6,7 @@ set(TARN_C_INTERFACE 1)
 get_property(rooms GLOBAL PROPERTY TARN_ROOMS)
 list(TRANSFORM rooms REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
 add_library(tarn_cpp STATIC ${objects})
-target_link_libraries(tarn_cpp INTERFACE SQLite::SQLite3)
+target_link_libraries(tarn_cpp INTERFACE SQLite::SQLite3 pugixml::static)
 set_target_properties(tarn_cpp PROPERTIES EXPORT_NAME tarn LINKER_LANGUAGE CXX)
 target_compile_features(tarn_cpp INTERFACE cxx_std_20)
 

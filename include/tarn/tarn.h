@@ -269,6 +269,16 @@ TARN_API tarn_status tarn_export(tarn_object* project, const char* groups, tarn_
 /* Brings the entities of such a text in, all of them or none; `count`, which may be null, receives their number. */
 TARN_API tarn_status tarn_import(tarn_object* project, const char* text, tarn_progress progress, void* context,
                                  int32_t* count);
+/* Brings a building in from a gbXML file, all or none: spaces with envelope and loads, types, schedules, air systems.
+ * `account`, which may be null, receives a JSON object: "made", "updated" and "unchanged" entities, "elements" that
+ * were found and taken, "areas" by kind and exposure in ft2 with conductances in Btu/(hr.F), what was "left" and why,
+ * "notes". Valid until the thread's next import. docs/gbxml.md tells what becomes what. */
+TARN_API tarn_status tarn_import_gbxml(tarn_object* project, const char* path, tarn_progress progress, void* context,
+                                       const char** account);
+/* The project as gbXML of the schema 6.01, valid until the thread's next export. `notes`, which may be null, receives
+ * what has no place in it; a line each, ended by '\n'. */
+TARN_API tarn_status tarn_export_gbxml(tarn_object* project, tarn_progress progress, void* context, const char** text,
+                                       const char** notes);
 /* Fills a HW1ReaderWriter from an EPW, TMY3, TMY2 or hourly file. With a `project`, which may be null, the year becomes
  * its simulation weather, saved at once. `report`, which may be null, receives a JSON object: "format", "source" and
  * "notes", what was changed, chosen or left out. Valid until the thread's next import. */

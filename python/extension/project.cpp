@@ -174,6 +174,27 @@ PyObject* import_project(PyObject* /*module*/, PyObject* arguments) {
   });
 }
 
+PyObject* import_gbxml(PyObject* /*module*/, PyObject* arguments) {
+  return giving([&] {
+    PyObject *project = nullptr, *path = nullptr, *progress = nullptr;
+    parse(arguments, "OOO", &project, &path, &progress);
+    const std::string file = utf8_of(path);
+    const char* account = "";
+    run_on(project, [&] { return tarn_import_gbxml(handle_of(project), file.c_str(), tell, progress, &account); });
+    return text(account);
+  });
+}
+
+PyObject* export_gbxml(PyObject* /*module*/, PyObject* arguments) {
+  return giving([&] {
+    PyObject *project = nullptr, *progress = nullptr;
+    parse(arguments, "OO", &project, &progress);
+    const char *xml = "", *notes = "";
+    run_on(project, [&] { return tarn_export_gbxml(handle_of(project), tell, progress, &xml, &notes); });
+    return made(Py_BuildValue("(ss)", xml, notes));
+  });
+}
+
 PyObject* import_weather(PyObject* /*module*/, PyObject* arguments) {
   return giving([&] {
     PyObject *year = nullptr, *path = nullptr, *project = nullptr;
@@ -213,6 +234,8 @@ PyMethodDef kProjectFunctions[]{{"create_project", create_project, METH_O, nullp
                                 {"describe_entity", describe_entity, METH_O, nullptr},
                                 {"export_project", export_project, METH_VARARGS, nullptr},
                                 {"import_project", import_project, METH_VARARGS, nullptr},
+                                {"import_gbxml", import_gbxml, METH_VARARGS, nullptr},
+                                {"export_gbxml", export_gbxml, METH_VARARGS, nullptr},
                                 {"import_weather", import_weather, METH_VARARGS, nullptr},
                                 {"import_chiller", import_chiller, METH_VARARGS, nullptr},
                                 {"picture", told_of<tarn_picture>, METH_O, nullptr},

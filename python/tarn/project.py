@@ -168,6 +168,18 @@ class Project(Kinds):
             source = pathlib.Path(source).read_text(encoding="utf-8")
         return _tarn.import_project(self.data, source, progress)
 
+    def import_gbxml(self, path: Path, progress: Progress | None = None) -> types.SimpleNamespace:
+        """Brings a building in from a gbXML file, all or none, and tells what was taken: `made`, `updated` and `unchanged`
+        entities, `elements`, `areas`, what was `left` and why, `notes`. `progress(done, total)` is called after each space."""
+        return types.SimpleNamespace(**json.loads(_tarn.import_gbxml(self.data, path, progress)))
+
+    def export_gbxml(self, path: Path | None = None, progress: Progress | None = None) -> tuple[str, list[str]]:
+        """The project as gbXML of the schema 6.01, written to a file too where `path` is given; and what has no place in it."""
+        exported, notes = _tarn.export_gbxml(self.data, progress)
+        if path is not None:
+            pathlib.Path(path).write_text(exported, encoding="utf-8")
+        return exported, notes.splitlines()
+
     def import_weather(self, path: Path) -> types.SimpleNamespace:
         """An EPW, TMY3, TMY2 or hourly file becomes the simulation weather, saved at once: `format`, `source` and `notes`,
         what was changed, chosen or left out."""

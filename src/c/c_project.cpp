@@ -9,6 +9,7 @@
 #include "project/defaults.h"
 #include "reflect/json_text.h"
 #include "tarn/exchange.h"
+#include "tarn/gbxml.h"
 #include "tarn/pictures.h"
 #include "tarn/weather.h"
 #include "tarn/weather_import.h"
@@ -103,6 +104,28 @@ tarn_status tarn_import(tarn_object* project, const char* text, tarn_progress pr
     auto& filled = object_as<COM_ProjectData>(slot, "project");
     const size_t entities = import_project(filled, required_text(text), told(progress, context));
     if (count) *count = static_cast<int32_t>(entities);
+  });
+}
+
+tarn_status tarn_import_gbxml(tarn_object* project, const char* path, tarn_progress progress, void* context,
+                              const char** account) {
+  return on_object(project, [&](HandleSlot& slot) {
+    auto& filled = object_as<COM_ProjectData>(slot, "project");
+    kept_report() = account_json(import_gbxml(filled, required_text(path), told(progress, context)));
+    if (account) *account = kept_report().c_str();
+  });
+}
+
+tarn_status tarn_export_gbxml(tarn_object* project, tarn_progress progress, void* context, const char** text,
+                              const char** notes) {
+  return on_object(project, [&](HandleSlot& slot) {
+    const char*& out = required(text);
+    GbxmlText exported = export_gbxml(object_as<COM_ProjectData>(slot, "project"), told(progress, context));
+    kept_export() = std::move(exported.text);
+    out = kept_export().c_str();
+    kept_report().clear();
+    for (const std::string& note : exported.notes) kept_report() += note + "\n";
+    if (notes) *notes = kept_report().c_str();
   });
 }
 

@@ -1,5 +1,6 @@
 // Calls of the C interface on a project as a whole: kinds, whole records, new entities, exchange, pictures, strictness.
 #include <cstring>
+#include <nlohmann/json.hpp>
 
 #include "support/temp_project.h"
 #include "tarn/construction.h"
@@ -163,6 +164,17 @@ TEST_F(CProjectTest, ExchangeAndNames) {
   EXPECT_EQ(imported, 1);
   EXPECT_EQ(tarn_export(handle, "windws", nullptr, nullptr, &text), TARN_BAD_ARGUMENT);
   EXPECT_EQ(tarn_import(handle, "{", nullptr, nullptr, &imported), TARN_ERROR);
+  EXPECT_EQ(tarn_import_gbxml(handle, "none", nullptr, nullptr, nullptr), TARN_ERROR);
+  EXPECT_EQ(tarn_import_gbxml(window, "none", nullptr, nullptr, nullptr), TARN_BAD_ARGUMENT);
+  EXPECT_EQ(tarn_export_gbxml(handle, nullptr, nullptr, nullptr, nullptr), TARN_BAD_ARGUMENT);
+  tarn_object* space = saved("spaces", "Office");
+  const char* notes = nullptr;
+  ASSERT_EQ(tarn_export_gbxml(handle, nullptr, nullptr, &text, &notes), TARN_OK);
+  const std::string building = (folder.path + "/building.xml");
+  test::write_bytes(building, text);
+  ASSERT_EQ(tarn_import_gbxml(handle, building.c_str(), nullptr, nullptr, &text), TARN_OK);
+  EXPECT_EQ(nlohmann::json::parse(text)["floor_area"], 1000);
+  tarn_release(space);
   EXPECT_EQ(tarn_import_weather(window, "none", nullptr, nullptr), TARN_BAD_ARGUMENT);
   tarn_release(window);
 }

@@ -5,10 +5,11 @@ import pathlib
 import re
 import shutil
 import subprocess
+import sys
 import tempfile
 import unittest
 
-from command_line import CHILLER, CommandLineTest, TARN
+from command_line import CHILLER, EXAMPLES, CommandLineTest, TARN
 
 
 class TestHelp(CommandLineTest):
@@ -57,6 +58,7 @@ class TestHelp(CommandLineTest):
         self.made_year()
         if CHILLER.exists():
             shutil.copy(CHILLER, self.at / "chiller.json")
+        subprocess.run([sys.executable, EXAMPLES / "make_house.py", self.at / "house.xml"], check=True)
         self.make_system()
         self.make_results()
         for group, verb in self.verbs():

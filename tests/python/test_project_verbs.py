@@ -76,7 +76,7 @@ class TestProject(CommandLineTest):
                 (["windows", "set", "1", "Name=" + "x" * 256], 2, "256 characters, allowed are 255"),
                 (["windows", "set", "1", "Index=4"], 2, "no property Index"), (["describe", "WIN_Windw"], 2, "did you mean WIN_Window?"),
                 (["windows", "set", "1", "GlassTrans(2=1"], 2, "cannot be read"), (["windows", "set", "1", "Height=0"], 2, "no area"),
-                (["windows", "delete", "1", "2"], 2, "one word too many"), (["windows", "list", "-o", "x"], 2, "--output goes with project export, report-options show, export json and weather import."),
+                (["windows", "delete", "1", "2"], 2, "one word too many"), (["windows", "list", "-o", "x"], 2, "--output goes with project export, report-options show, export json, export gbxml and weather import."),
                 (["windows", "new", "--type", "VAV"], 2, "--type goes with chillers new, air-systems new and plants new."),
                 (["describe", "WIN_Window", "list"], 2, "\"list\" is one word too many"), (["windows"], 2, "What to do with windows?"),
                 (["project", "import", str(self.at)], 3, "is a folder"), (["--jsn"], 2, "--jsn")]:

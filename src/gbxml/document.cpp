@@ -1,0 +1,162 @@
+#include "gbxml/document.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+
+#include "gbxml/unit_names.h"
+#include "tarn/base/codepage.h"
+#include "tarn/base/error.h"
+
+namespace tarn {
+namespace {
+
+/// The units of the file, by what they are for.
+constexpr struct {
+  const char* attribute;
+  std::string_view unit;
+} kFileUnits[]{{"lengthUnit", "ft"},
+               {"areaUnit", "ft2"},
+               {"volumeUnit", "ft3"},
+               {"temperatureUnit", "F"},
+               {"temperatureUnit", "delta F"}};
+
+}  // namespace
+
+std::string_view name_of(Element element) {
+  const std::string_view name = element.name();
+  const size_t colon = name.find(':');
+  return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
+
+bool is_named(Element element, const char* name) {
+  const char* const own = element.name();
+  if (*own == *name && std::strcmp(own, name) == 0) return true;
+  const char* const colon = std::strchr(own, ':');
+  return colon && std::strcmp(colon + 1, name) == 0;
+}
+
+Element child(Element parent, const char* name) {
+  for (Element element = parent.first_child(); element; element = element.next_sibling()) {
+    if (is_named(element, name)) return element;
+  }
+  return {};
+}
+
+std::string_view attribute(Element element, const char* name) { return element.attribute(name).value(); }
+std::string_view text_of(Element element) {
+  constexpr std::string_view kSpace = " \t\r\n";
+  const std::string_view text = element.child_value();
+  if (!text.empty() && text.front() > ' ' && text.back() > ' ') return text;
+  const size_t first = text.find_first_not_of(kSpace);
+  return first == std::string_view::npos ? std::string_view{}
+                                         : text.substr(first, text.find_last_not_of(kSpace) - first + 1);
+}
+std::string_view child_text(Element parent, const char* name) { return text_of(child(parent, name)); }
+
+GbxmlDocument::GbxmlDocument(std::string text) : text_(std::move(text)) {
+  for (size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n', end + 1))
+    line_ends_.push_back(end);
+  const pugi::xml_parse_result parsed =
+      document_.load_buffer_inplace(text_.data(), text_.size(), pugi::parse_default, pugi::encoding_utf8);
+  if (!parsed)
+    fail(ErrorNumber::UnknownFormat,
+         "line " + std::to_string(line_of_place(parsed.offset)) + ": this is not XML: " + parsed.description());
+  root_ = document_.document_element();
+  if (name_of(root_) != "gbXML")
+    refuse(root_, "the root element is \"" + std::string(root_.name()) + "\"; a gbXML file has \"gbXML\"");
+  for (const auto& [name, unit] : kFileUnits) {
+    if (!root_.attribute(name))
+      refuse(root_, "the attribute " + std::string(name) + " is missing, so that numbers have no unit");
+    if (!from_gbxml_unit(1, attribute(root_, name), unit))
+      refuse(root_,
+             std::string(name) + " is \"" + root_.attribute(name).value() + "\", which is no unit of gbXML for it");
+  }
+  feet_ = *from_gbxml_unit(1, attribute(root_, "lengthUnit"), "ft");
+  campus_ = child(root_, "Campus");
+  if (!campus_) refuse(root_, "there is no Campus, so that there is nothing to take");
+  building_ = child(campus_, "Building");
+  for (const Element parent : {root_, campus_}) {
+    for (const Element element : parent.children()) add(element);
+  }
+  each_child(campus_, "Building", [&](Element building) {
+    for (const Element element : building.children()) add(element);
+  });
+}
+
+void GbxmlDocument::add(Element element) {
+  if (is_named(element, "Surface")) return;  // nothing refers to one
+  const std::string_view id = attribute(element, "id");
+  if (!id.empty() && !by_id_[name_of(element)].try_emplace(id, element).second) doubles_.push_back(element);
+}
+
+Element GbxmlDocument::by_id(std::string_view element, std::string_view id) const {
+  const auto kind = by_id_.find(element);
+  if (kind == by_id_.end()) return {};
+  const auto found = kind->second.find(id);
+  return found == kind->second.end() ? Element{} : found->second;
+}
+
+size_t GbxmlDocument::line_of_place(ptrdiff_t offset) const {
+  return 1 +
+         static_cast<size_t>(std::ranges::lower_bound(line_ends_, static_cast<size_t>(std::max<ptrdiff_t>(offset, 0))) -
+                             line_ends_.begin());
+}
+
+size_t GbxmlDocument::line_of(Element element) const { return line_of_place(element.offset_debug()); }
+
+std::string GbxmlDocument::place(Element element) const {
+  Element named = element;
+  while (named.parent() && attribute(named, "id").empty()) named = named.parent();
+  std::string place = "line " + std::to_string(line_of(element)) + ", " + std::string(name_of(element));
+  if (named == element) return place + " " + std::string(attribute(named, "id"));
+  if (named && !attribute(named, "id").empty())
+    place += " of " + std::string(name_of(named)) + " " + std::string(attribute(named, "id"));
+  return place;
+}
+
+void GbxmlDocument::refuse(Element element, const std::string& why) const {
+  fail(ErrorNumber::UnknownFormat, place(element) + ": " + why);
+}
+
+double GbxmlDocument::number(Element element) const {
+  std::string_view text = text_of(element);
+  if (text.starts_with('+')) text.remove_prefix(1);
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value))
+    refuse(element, "found \"" + std::string(text) + "\", wanted a number");
+  return value;
+}
+
+std::string_view GbxmlDocument::unit_of_file(std::string_view unit) const {
+  for (const auto& row : kFileUnits) {
+    if (row.unit == unit) return attribute(root_, row.attribute);
+  }
+  return {};
+}
+
+std::optional<double> GbxmlDocument::value(Element element, std::string_view unit) const {
+  if (!element || text_of(element).empty()) return {};
+  std::string_view name = attribute(element, "unit");
+  if (name.empty()) name = unit_of_file(unit);
+  if (name.empty()) refuse(element, "the unit is missing");
+  const auto value = from_gbxml_unit(number(element), name, unit);
+  if (!value) refuse(element, "the unit \"" + std::string(name) + "\" is none of gbXML for this");
+  return value;
+}
+
+std::optional<double> GbxmlDocument::child_value(Element parent, const char* name, std::string_view unit) const {
+  return value(child(parent, name), unit);
+}
+
+double GbxmlDocument::feet(Element geometry) const {
+  const std::string_view own = attribute(geometry, "unit");
+  if (own.empty()) return feet_;
+  const auto feet = from_gbxml_unit(1, own, "ft");
+  if (!feet) refuse(geometry, "the unit \"" + std::string(own) + "\" is no length");
+  return *feet;
+}
+
+}  // namespace tarn
