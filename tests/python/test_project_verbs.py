@@ -25,7 +25,7 @@ class TestProject(CommandLineTest):
         self.assertIn("of which repair mends 2; nothing was changed", self.tarn("project", "repair", "--dry-run", code=1).stdout)
         self.assertIn("2 findings repaired, 0 left\nthe project as it was: ", self.tarn("project", "repair").stdout)
         self.assertEqual(self.tarn("project", "check").stdout, "no findings\n")
-        self.assertIn("--dry-run goes with new, import, repair,", self.tarn("project", "check", "--dry-run", code=2).stderr)
+        self.assertIn("--dry-run goes with new, import, adopt, repair,", self.tarn("project", "check", "--dry-run", code=2).stderr)
         (self.at / "MALLINX.MDB").unlink()
         self.tarn("project", "repair", "--rebuild-index", project=self.at / "MALL")
         self.assertEqual([row["szName"] for row in self.rows()], ["South"])
