@@ -91,8 +91,21 @@ class MadeFiles {
   std::vector<std::string> paths_;
 };
 
+std::string bytes_of(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// A name that this makes. The same file may be there of a program that ended before its last step; another may not.
+void require_free(const std::string& path, const std::string& bytes) {
+  if (fs::exists(path) && bytes_of(path) != bytes)
+    fail(ErrorNumber::FileExists, path + " exists already; move it away.");
+}
+
 /// A second name of the old file, or where the file system has none, a copy.
 void keep_old(const std::string& index) {
+  require_free(index + kBefore, bytes_of(index));
+  fs::remove(index + kBefore);
   std::error_code no_links;
   fs::create_hard_link(index, index + kBefore, no_links);
   if (no_links) fs::copy_file(index, index + kBefore);
@@ -133,16 +146,17 @@ Adoption adopt_project(COM_ProjectData& project, const AdoptOptions& options) {
   for (const Extra& extra : extras) {
     const std::string csv = csv_name(path, extra.name);
     if (!options.dry_run) {
-      if (fs::exists(csv)) fail(ErrorNumber::FileExists, csv + " exists already; move it away.");
+      const std::string text = csv_text(extra);
+      require_free(csv, text);
       kept.add(csv);
-      write_csv(csv, extra);
+      if (!(std::ofstream(csv, std::ios::binary) << text).flush())
+        fail(ErrorNumber::DeviceError, "Cannot write " + csv + ".");
     }
     adoption.kept.push_back(csv);
   }
   if (options.dry_run) return adoption;
-  if (fs::exists(path + kBefore)) fs::remove(path + kBefore);  // the same file: a program ended before its last step
-  kept.add(path + kBefore);
   keep_old(path);
+  kept.add(path + kBefore);
   system_files().rename(made, path);
   kept.keep();
   system_files().sync_folder(path.substr(0, path.rfind('/') + 1));

@@ -207,7 +207,7 @@ std::vector<Listed> catalog(const Teller& teller) {
     for (unsigned i = 0; i < objects.count(); ++i) {
       if (std::strcmp(objects.column(i).name, name) == 0) return i;
     }
-    unreadable("its list of tables is damaged");
+    unreadable("a column is missing");
   };
   const unsigned id = place("Id"), name = place("Name"), type = place("Type"), flags = place("Flags");
   std::vector<Listed> tables;
@@ -257,7 +257,7 @@ void tell_tables(const std::string& path, std::FILE* to) {
   try {
     tell_file(teller);
   } catch (const std::exception& failure) {
-    teller.line({{"unreadable", ""}, {"why", failure.what()}});
+    teller.line({{"unreadable", ""}, {"why", std::string("its list of tables: ") + failure.what()}});
   }
   teller.line({{"end", true}});
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <fstream>
 #include <set>
 
 #include "base/nearest.h"
@@ -196,19 +195,19 @@ std::string csv_name(const std::string& index, const std::string& table) {
   return index.substr(0, index.rfind('.')) + "-" + name + ".csv";
 }
 
-void write_csv(const std::string& path, const Extra& extra) {
-  std::ofstream out(path, std::ios::binary);
+std::string csv_text(const Extra& extra) {
+  std::string out;
   const auto line = [&out](const auto& cells, const auto& text) {
     bool first = true;
     for (const auto& cell : cells) {
-      if (!std::exchange(first, false)) out << ',';
-      out << quoted(text(cell));
+      if (!std::exchange(first, false)) out += ',';
+      out += quoted(text(cell));
     }
-    out << "\r\n";
+    out += "\r\n";
   };
   line(extra.columns, [](const std::string& name) { return name; });
   for (const auto& row : extra.rows) line(row, text_of);
-  if (!out.flush()) fail(ErrorNumber::DeviceError, "Cannot write " + path + ".");
+  return out;
 }
 
 }  // namespace tarn::older

@@ -42,7 +42,6 @@ void take_rows(const Index& old, const ProjectTables& own, Database& database, A
 
 /// Beside the index: "MALLINX-Notes.csv".
 std::string csv_name(const std::string& index, const std::string& table);
-/// Error `DeviceError`.
-void write_csv(const std::string& path, const Extra& extra);
+std::string csv_text(const Extra& extra);
 
 }  // namespace tarn::older

@@ -133,6 +133,11 @@ class TestAdopt(CommandLineTest):
         self.assertEqual((at / "MALLINX-Version.csv").read_text().splitlines(),
                          ["nVersion,szProgram,dtMade", "410,the old program,1998-03-02T08:15:30"])
         at = self.hard("order-jet4")
+        (at / "MALLINX-WindowIndex.csv").write_text("of somebody")
+        before = self.files(at)
+        self.assertIn("exists already; move it away", self.tarn("project", "adopt", project=at, code=3).stderr)
+        self.assertEqual(self.files(at), before)
+        (at / "MALLINX-WindowIndex.csv").unlink()
         self.tarn("project", "adopt", project=at)
         self.assertIn("nindex", (at / "MALLINX-WindowIndex.csv").read_text().splitlines()[0].lower())
 
