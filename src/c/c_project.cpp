@@ -10,6 +10,7 @@
 #include "reflect/json_text.h"
 #include "tarn/exchange.h"
 #include "tarn/pictures.h"
+#include "tarn/reflect/by_name.h"
 #include "tarn/weather.h"
 #include "tarn/weather_import.h"
 
@@ -84,6 +85,28 @@ tarn_status tarn_compute(tarn_object* entity) {
     auto& stored = object_as<StoredEntity>(slot, "entity");
     for (const EntityKind& kind : entity_kinds()) {
       if (kind.class_name == slot.info->name && kind.compute) return kind.compute(stored);
+    }
+  });
+}
+
+tarn_status tarn_load_entity(tarn_object* entity, int16_t index) {
+  return on_object(entity, [index](HandleSlot& slot) {
+    auto& stored = object_as<StoredEntity>(slot, "entity");
+    try {
+      stored.Load(index);
+    } catch (const std::exception&) {
+      settle(*slot.info, "Load()");
+    }
+  });
+}
+
+tarn_status tarn_save_entity(tarn_object* entity) {
+  return on_object(entity, [](HandleSlot& slot) {
+    auto& stored = object_as<StoredEntity>(slot, "entity");
+    try {
+      stored.Save();
+    } catch (const std::exception&) {
+      settle(*slot.info, "Save()");
     }
   });
 }

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/nearest.h"
+#include "base/sentence.h"
 #include "exchange/json_lines.h"
 #include "platform/file_store.h"
 #include "platform/host.h"
@@ -222,9 +223,9 @@ class Import {
       return done_;
     } catch (const Error& error) {
       if (at_.empty()) throw;
-      throw Error(
-          error.number(), error.source(),
-          "line " + std::to_string(line_of(text_, at_)) + ", " + at_ + ": " + error.what() + " Nothing was imported.");
+      throw Error(error.number(), error.source(),
+                  "line " + std::to_string(line_of(text_, at_)) + ", " + at_ + ": " + sentence(error.what()) +
+                      " Nothing was imported.");
     }
   }
 
