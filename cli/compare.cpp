@@ -46,7 +46,9 @@ std::string text_of(const Value& value, const std::string& unit) {
   if (json.is_null()) return "";
   if (json.is_string()) return "\"" + json.get<std::string>() + "\"";
   if (!json.is_number_float() || unit.empty() || shown_unit(unit) == unit) return json_text(json);
-  return json_text(Json(static_cast<float>(shown_value(json.get<double>(), unit))));
+  const double in_unit =
+      shown_value(json.get<double>(), unit);  // of a number that is stored in 4 bytes, as many digits
+  return json_text(std::holds_alternative<float>(value) ? to_json(Value(static_cast<float>(in_unit))) : Json(in_unit));
 }
 
 std::string line_of(const Difference& each) {
