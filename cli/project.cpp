@@ -179,6 +179,10 @@ int project_export(const Call& call) {
 
 namespace {
 
+std::string counted(size_t count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
 std::set<std::string> all_shared_names(Database& database) {
   std::set<std::string> names;
   for (const EntityKind& kind : entity_kinds()) names.merge(shared_names(database, kind));
@@ -200,17 +204,18 @@ int project_import(const Call& call) {
   COM_ProjectData project;
   const auto database = open_project(project, call, Use::Writing);
   const auto shared = all_shared_names(*database);
-  size_t count = 0;
+  Imported imported;
   try {
-    count = import_project(project, text, *progress);
+    imported = import_project(project, text, *progress);
   } catch (const Error& error) {
     throw Error(error.number(), error.source(), file + ", " + error.what());
   }
   progress.reset();
   if (call.json)
-    print_json({{"imported", count}});
+    print_json({{"imported", imported.entities}, {"defaults", imported.defaults}});
   else
-    std::cout << "imported " << count << (count == 1 ? " entity" : " entities") << '\n';
+    std::cout << "imported " << counted(imported.entities, "entity", "entities")
+              << (imported.defaults > 0 ? " and " + counted(imported.defaults, "default", "defaults") : "") << '\n';
   tell_shared(all_shared_names(*database), shared);
   return kClean;
 }

@@ -124,7 +124,7 @@ tarn_status tarn_export(tarn_object* project, const char* groups, tarn_progress 
 tarn_status tarn_import(tarn_object* project, const char* text, tarn_progress progress, void* context, int32_t* count) {
   return on_object(project, [&](HandleSlot& slot) {
     auto& filled = object_as<COM_ProjectData>(slot, "project");
-    const size_t entities = import_project(filled, required_text(text), told(progress, context));
+    const size_t entities = import_project(filled, required_text(text), told(progress, context)).all();
     if (count) *count = static_cast<int32_t>(entities);
   });
 }

@@ -207,7 +207,7 @@ class Import {
   Import(COM_ProjectData& project, const std::string& text, const Progress& progress)
       : project_(project), text_(text), progress_(progress) {}
 
-  size_t run() {
+  Imported run() {
     try {
       parse();
       const auto opened = host().database(project_.IndexDBName());  // as above
@@ -294,8 +294,11 @@ class Import {
       } else if (keeps_indexes) {
         entity->SaveDefault();
       }
-      if (index > 0 || keeps_indexes) ++done_;
-      if (progress_) progress_(done_, total_);
+      if (index > 0)
+        ++done_.entities;
+      else if (keeps_indexes)
+        ++done_.defaults;
+      if (progress_) progress_(done_.all(), total_);
     }
   }
 
@@ -363,12 +366,13 @@ class Import {
     std::map<int32_t, int16_t> given;  // by the text's index
   };
   std::map<std::string_view, Renumbered> renumbered_;  // by kind
-  size_t done_ = 0, total_ = 0;
+  Imported done_;
+  size_t total_ = 0;
 };
 
 }  // namespace
 
-size_t import_project(COM_ProjectData& project, const std::string& text, const Progress& progress) {
+Imported import_project(COM_ProjectData& project, const std::string& text, const Progress& progress) {
   return Import(project, text, progress).run();
 }
 

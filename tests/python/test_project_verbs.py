@@ -38,7 +38,7 @@ class TestProject(CommandLineTest):
         other = self.at / "other"
         other.mkdir()
         self.tarn("project", "new", project=other / "COPY")
-        self.assertEqual(self.tarn("project", "import", str(self.at / "all.json"), project=other).stdout, "imported 17 entities\n")
+        self.assertEqual(self.tarn("project", "import", str(self.at / "all.json"), project=other).stdout, "imported 2 entities and 15 defaults\n")
         self.tarn("project", "export", "--output", str(self.at / "copy.json"), project=other)
         self.assertEqual((self.at / "copy.json").read_text(), text)
         self.assertEqual(list(json.loads(self.tarn("project", "export", "doors").stdout)), ["tarn", "DOR_Door"])
