@@ -55,8 +55,11 @@ std::string line_of(const Difference& each) {
   const std::string entity = each.kind + (each.name.empty() ? "" : " \"" + each.name + "\"");
   if (each.property.empty())
     return entity + ": in the " + (type_of(each.first) == ValueType::Empty ? "second" : "first") + " alone";
-  const std::string unit(shown_unit(each.unit)), first = text_of(each.first, each.unit),
-                                                 second = text_of(each.second, each.unit);
+  const auto with_text = [&](const Value& value, const std::string& text) {
+    return text_of(value, each.unit) + (text.empty() ? "" : " " + text);
+  };
+  const std::string unit(shown_unit(each.unit)), first = with_text(each.first, each.first_text),
+                                                 second = with_text(each.second, each.second_text);
   return entity + " " + each.property + ": " + (first.empty() ? "none" : first) + " -> " +
          (second.empty() ? "none" : second) + (unit.empty() ? "" : " " + unit);
 }

@@ -114,6 +114,8 @@ class TestDependencies(CommandLineTest):
         text = self.at / "other.json"
         text.write_text(self.tarn("export", "json", project=other).stdout)
         self.assertEqual(self.tarn("diff", str(other), str(text), "--json").stdout, "[]\n")
+        self.tarn("windows", "set", "South", "WindowType=true", "FrameType=2", project=other)
+        self.assertRegex(self.tarn("diff", str(self.at), str(other), code=1).stdout, r"FrameType: \d+ [a-z ,]+ -> 2 [a-z ,]+\n")
         self.assertIn("relative difference", self.tarn("diff", str(other), str(text), "--tolerance", "x", code=2).stderr)
 
 
