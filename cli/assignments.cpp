@@ -232,13 +232,15 @@ Edited edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std:
                                  [](const Assignment& a) { return a.member->name == "Name" && a.place.empty(); });
   edited.notes = told_unused(assignments);
   if (!kind.compute || edited.only_name) return edited;
+  std::vector<Json> given;
+  for (const Assignment& a : assignments) given.push_back(value_of(a));
   edited.computed = computed(entity, kind, [&] {
-    for (const Assignment& a : assignments) {
-      const Json followed = value_of(a);
-      set_from_json(*a.object, *a.member, a.at, a.json);
-      if (const Json given = value_of(a); given != followed && !is_unused(a))
-        edited.notes.push_back(told_computed(a, followed, given));
+    for (size_t i = 0; i < assignments.size(); ++i) {
+      const Assignment& a = assignments[i];
+      if (const Json followed = value_of(a); followed != given[i] && !is_unused(a))
+        edited.notes.push_back(told_computed(a, followed, given[i]));
     }
+    for (const Assignment& a : assignments) set_from_json(*a.object, *a.member, a.at, a.json);
   });
   return edited;
 }

@@ -121,6 +121,7 @@ class TestVerbs(CommandLineTest):
                 self.assertIn(says, run.stdout)
                 self.assertIn("dry run: this would be done; nothing was changed", run.stderr)
                 self.assertEqual(self.files(), before)
+        self.assertNotIn("would be done", self.tarn("walls", "delete", "1", "--dry-run", code=2).stderr)
         self.assertIn("did you mean Height?", self.tarn("windows", "new", "Heigth=3", "--dry-run", code=2).stderr)
         self.assertIn("--dry-run goes with", self.tarn("windows", "list", "--dry-run", code=2).stderr)
 
