@@ -1,147 +1,23 @@
 #include "cli/assignments.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
+#include <functional>
 #include <optional>
 
-#include "base/nearest.h"
-#include "cli/command.h"
+#include "cli/assignment.h"
+#include "cli/choose.h"
 #include "cli/units.h"
-#include "reflect/json.h"
 #include "storage/kind.h"
 #include "storage/links.h"
 #include "tarn/base/value.h"
 #include "tarn/code_names.h"
+#include "tarn/construction.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/reflect/by_name.h"
 
 namespace tarn::cli {
 namespace {
-
-struct Assignment {
-  Object* object;  // the entity, or a part of it
-  const Member* member;
-  std::vector<int> at;
-  std::string value;
-  std::string place;  // "Layer(2).", before the property
-  Json json = {};     // the value, in the units of the file
-
-  std::string name() const { return place + element_name(*member, at); }
-};
-
-/// The subscripts that follow a name, "(2)" or "[1,2]"; none for an empty text.
-std::vector<int> subscripts_in(std::string_view text, const std::string& word) {
-  std::vector<int> found;
-  if (text.empty()) return found;
-  const char* at = text.data();
-  const char* const last = text.data() + text.size() - 1;  // the closing bracket
-  do {
-    int subscript = 0;
-    const auto [end, failed] = std::from_chars(at + 1, last, subscript);
-    if (failed != std::errc()) break;
-    found.push_back(subscript);
-    at = end;
-  } while (*at == ',');
-  if (at != last || (*last != ')' && *last != ']')) {
-    throw UsageError("\"" + word +
-                     "\" has subscripts that cannot be read; write Property(1)=value or Property(1,2)=value.");
-  }
-  return found;
-}
-
-/// Follows "Layer(2)" from an object to its part.
-Object& part_of(Object& object, std::string_view step, const std::string& word) {
-  const size_t open = std::min(step.find_first_of("(["), step.size());
-  const Member* part = find_part(object.info(), step.substr(0, open));
-  if (!part) {
-    std::vector<std::string_view> names;
-    for (const Member& member : object.info().members) {
-      if (member.is_part()) names.push_back(member.owned().name);
-    }
-    throw UsageError(std::string(object.info().name) + " has no part " + std::string(step.substr(0, open)) + "; " +
-                     did_you_mean(step.substr(0, open), names));
-  }
-  const std::vector<int> at = subscripts_in(step.substr(open), word);
-  int count = part->part_count(object);
-  if (part->owned().numbered && part->owned().resize && at.size() == 1 && at[0] == count + 1) {
-    part->owned().resize(object, count + 1);  // the next one is added
-    count = part->part_count(object);
-  }
-  if (count == 0) {
-    throw UsageError("The " + std::string(object.info().name) + " has no " + std::string(part->owned().name) +
-                     " yet; it comes with results.");
-  }
-  if (at.size() != (part->owned().numbered ? 1U : 0U) || (part->owned().numbered && (at[0] < 1 || at[0] > count))) {
-    throw UsageError(
-        "\"" + word + "\": " + std::string(part->owned().name) +
-        (part->owned().numbered ? " takes a number from 1 to " + std::to_string(count) : " takes no number") + ".");
-  }
-  return part->part(object, part->owned().numbered ? at[0] : 1);
-}
-
-/// Where a property named without a part belongs: to the entity; else to the part that also holds the entity's name (an
-/// air system's header); else to the only part that has such a property. Where several parts have it: the entity.
-Object& holder_of(Object& entity, const std::string& property) {
-  const auto settable = [](const ClassInfo& info, std::string_view name) {
-    const int number = info.number(name);
-    return number >= 0 && !info.members[static_cast<size_t>(number)].read_only;
-  };
-  if (settable(entity.info(), property)) return entity;
-  Object* found = nullptr;
-  for (const Member& member : entity.info().members) {
-    if (!member.is_part() || member.owned().numbered || member.part_count(entity) == 0) continue;
-    Object& part = member.part(entity, 1);
-    if (!settable(part.info(), property)) continue;
-    if (settable(part.info(), "Name")) return part;
-    if (found) return entity;
-    found = &part;
-  }
-  return found ? *found : entity;
-}
-
-/// Where a count is asked for that follows from the parts ("NumZones"): how a person makes one more of them.
-std::string how_made(StoredEntity& entity, std::string_view name) {
-  if (name.size() < 3 || !same_word(name.substr(0, 3), "Num")) return {};
-  for (const Member& member : entity.info().members) {
-    if (!member.is_part() || !member.owned().numbered || !member.owned().resize) continue;
-    const std::string next =
-        std::string(member.owned().name) + "(" + std::to_string(member.part_count(entity) + 1) + ")";
-    return "it counts what is there. To make the next one, set a property of it: " + next + ".Name=...";
-  }
-  return {};
-}
-
-/// "GlassTrans(2)=0.78", "Height=4", "Layer(2).Thickness=8".
-Assignment parsed(StoredEntity& entity, const std::string& word) {
-  const size_t equals = word.find('=');
-  if (equals == std::string::npos) throw UsageError("\"" + word + "\" is not an assignment; write Property=value.");
-  Assignment out{&entity, nullptr, {}, word.substr(equals + 1), {}};
-  std::string_view path = std::string_view(word).substr(0, equals);
-  for (size_t dot = path.find('.'); dot != std::string_view::npos; dot = path.find('.')) {
-    out.object = &part_of(*out.object, path.substr(0, dot), word);
-    out.place += std::string(path.substr(0, dot + 1));
-    path.remove_prefix(dot + 1);
-  }
-  const size_t open = std::min(path.find_first_of("(["), path.size());
-  const std::string name(path.substr(0, open));
-  if (out.place.empty()) out.object = &holder_of(entity, name);
-  const ClassInfo& info = out.object->info();
-  std::vector<std::string_view> names;
-  for (const Member& member : info.members) {
-    const bool settable =
-        member.kind == MemberKind::Property && !member.read_only && (member.stored() || member.in_place());
-    if (settable || same_word(member.name, "Name")) names.push_back(member.name);
-  }
-  const int number = info.number(name);
-  if (number >= 0) out.member = &info.members[static_cast<size_t>(number)];
-  const std::string made = how_made(entity, name);
-  if (!out.member || std::find(names.begin(), names.end(), out.member->name) == names.end())
-    throw UsageError(std::string(info.name) + " has no property " + name + " to set; " +
-                     (made.empty() ? did_you_mean(name, names) : made));
-  out.at = subscripts_in(path.substr(open), word);
-  return out;
-}
 
 /// As JSON, or as people write numbers and JSON does not: ".1", "5.", "+2".
 Json json_of(const Assignment& a) {
@@ -189,14 +65,42 @@ Json code_of(std::span<const Label> names, const Assignment& a) {
   }
 }
 
+/// Error `UsageError` for a reference whose kind a code beside it decides ("LibraryID"), which has none of the kinds.
+[[noreturn]] void needs_a_kind(Object& object, const Member& member, const std::string& given) {
+  std::string beside, codes;
+  for (const Member& each : object.info().members) {
+    if (each.labels.empty() || !each.name.ends_with("LibraryID")) continue;
+    beside = each.name;
+    for (const Label& label : each.labels_of(object))
+      codes += (codes.empty() ? "" : ", ") + std::to_string(label.code) + " " + std::string(label.name);
+  }
+  throw UsageError(std::string(member.name) + "=" + given + " is the index or name of a " +
+                   std::string(member.refers_to.substr(0, member.refers_to.find(' '))) +
+                   " or another kind of equipment, as " + beside + " says: set that first. Its codes are " + codes +
+                   ".");
+}
+
+/// The index of the entity that a reference names: "People.Schedule=Office hours".
+void follow_name(Database& database, Assignment& a) {
+  if (a.member->refers_to.empty() || !a.json.is_string()) return;
+  const std::string_view kind = a.member->target_of(*a.object, a.at);
+  if (kind.empty()) needs_a_kind(*a.object, *a.member, a.value);
+  try {
+    a.json = index_named(a.json.get<std::string>(), database, rows_of(kind));
+  } catch (const UsageError& error) {
+    throw UsageError(a.name() + ": " + error.what());
+  }
+}
+
 /// Sets the value, and returns what is told of its unit.
-std::optional<std::string> assign(Assignment& a) {
+std::optional<std::string> assign(Database& database, Assignment& a) {
   a.json = json_of(a);
+  follow_name(database, a);
   const bool coded = !a.member->labels.empty();
   std::optional<std::string> told;
   if (const auto names = coded ? std::span<const Label>() : catalogued_codes(*a.member); !names.empty())
     a.json = code_of(names, a);
-  else if (!coded)
+  else if (!coded && a.member->refers_to.empty())
     told = in_stored_unit(a);
   set_from_json(*a.object, *a.member, a.at, a.json);
   return told;
@@ -222,21 +126,6 @@ std::string shown_in_unit(const Field& field) {
                                        : shown(field.value);
 }
 
-/// Error `UsageError` for a reference whose kind a code beside it decides ("LibraryID"), which has none of the kinds.
-void needs_a_kind(Object& object, const Member& member, int index) {
-  for (const Member& beside : object.info().members) {
-    if (beside.labels.empty() || !beside.name.ends_with("LibraryID")) continue;
-    std::string codes;
-    for (const Label& label : beside.labels_of(object)) {
-      codes += (codes.empty() ? "" : ", ") + std::to_string(label.code) + " " + std::string(label.name);
-    }
-    throw UsageError(std::string(member.name) + "=" + std::to_string(index) + " is the index of a " +
-                     std::string(member.refers_to.substr(0, member.refers_to.find(' '))) +
-                     " or another kind of equipment, as " + std::string(beside.name) +
-                     " says: set that too. Its codes are " + codes + ".");
-  }
-}
-
 /// Error `UsageError` for a reference to an entity that does not exist; the message names the nearest one.
 void check_reference(Database& database, Object& object, const Member& member, Subscripts at) {
   if (member.refers_to.empty()) return;
@@ -245,7 +134,7 @@ void check_reference(Database& database, Object& object, const Member& member, S
   const auto index = static_cast<int>(integer_from(value, INT32_MIN, INT32_MAX));
   if (index == 0) return;
   const std::string kind(member.target_of(object, at));
-  if (kind.empty()) return needs_a_kind(object, member, index);
+  if (kind.empty()) needs_a_kind(object, member, std::to_string(index));
   const auto nearest = nearest_index(database, index_table_of(kind), index);
   if (!nearest) throw UsageError("The project has no " + kind + " to refer to yet.");
   if (*nearest != index) {
@@ -272,30 +161,87 @@ void needs_an_input(StoredEntity& entity, const Assignment& a) {
 
 }  // namespace
 
-Edited edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
-  Edited edited;
-  std::vector<Assignment> assignments;
-  for (const std::string& word : words) {  // a later one may name what an earlier one makes
-    Assignment& a = assignments.emplace_back(parsed(entity, word));
-    needs_an_input(entity, a);
-    if (auto told = assign(a)) edited.converted.push_back(std::move(*told));
+namespace {
+
+/// Of a layer that is not used; what is set there is zero again as soon as the summary is computed.
+bool is_unused(const Assignment& a) {
+  const auto* layer = dynamic_cast<const CA_Layer*>(a.object);
+  return layer && !layer->LayerUsed;
+}
+
+std::vector<std::string> told_unused(const std::vector<Assignment>& assignments) {
+  std::vector<std::string> notes;
+  for (const Assignment& a : assignments) {
+    const std::string part = a.place.substr(0, a.place.size() - std::min<size_t>(a.place.size(), 1));
+    if (is_unused(a)) notes.push_back(part + " is not used: set " + part + ".LayerUsed=true");
   }
-  for (const Assignment& a : assignments) check_references(*entity.GetDBHandle(), a);
-  const bool only_name = std::all_of(assignments.begin(), assignments.end(),
-                                     [](const Assignment& a) { return a.member->name == "Name" && a.place.empty(); });
-  if (!kind.compute || only_name) return edited;
+  return notes;
+}
+
+/// In the units that are shown.
+std::string shown_result(const Assignment& a, const Json& value) {
+  return value.is_number() ? quantity(value.get<double>(), unit_of(*a.object, *a.member)) : shown(value);
+}
+
+/// Of a result that the user set himself.
+std::string told_computed(const Assignment& a, const Json& followed, const Json& given) {
+  return a.name() + " is computed from the other values: " + shown_result(a, followed) + "; the " +
+         shown_result(a, given) + " given stays until it is computed again";
+}
+
+Json value_of(const Assignment& a) {
+  Value value;
+  a.member->get(*a.object, a.at, value);
+  return to_json(value);
+}
+
+}  // namespace
+
+std::vector<std::string> computed(StoredEntity& entity, const EntityKind& kind, const std::function<void()>& restore) {
+  std::vector<std::string> changed;
   const auto before = fields(entity);
   kind.compute(entity);
-  for (const Assignment& a : assignments) set_from_json(*a.object, *a.member, a.at, a.json);
+  if (restore) restore();
   const auto after = fields(entity);
   for (size_t i = 0; i < after.size(); ++i) {
     const Field &was = before[i], &is = after[i];
     if (is.name == was.name && is.value == was.value) continue;
     const std::string unit(shown_unit(is.unit));
-    edited.computed.push_back(is.value.is_array() ? is.name
-                                                  : is.name + " " + shown_in_unit(was) + " -> " + shown_in_unit(is) +
-                                                        (unit.empty() ? "" : " " + unit));
+    changed.push_back(is.value.is_array() ? is.name
+                                          : is.name + " " + shown_in_unit(was) + " -> " + shown_in_unit(is) +
+                                                (unit.empty() ? "" : " " + unit));
   }
+  return changed;
+}
+
+Edited edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
+  Edited edited;
+  std::vector<Assignment> assignments;
+  for (const std::string& word : words) {
+    const auto all = each_of(word);
+    for (const std::string& each : all) {  // a later one may name what an earlier one makes
+      Assignment& a = assignments.emplace_back(parsed(entity, each));
+      needs_an_input(entity, a);
+      if (auto told = assign(*entity.GetDBHandle(), a)) edited.converted.push_back(std::move(*told));
+    }
+    if (all.size() > 1)
+      edited.converted.push_back(word.substr(0, word.find('=')) + ": " + std::to_string(all.size()) + " values");
+  }
+  for (const Assignment& a : assignments) check_references(*entity.GetDBHandle(), a);
+  edited.only_name = std::all_of(assignments.begin(), assignments.end(),
+                                 [](const Assignment& a) { return a.member->name == "Name" && a.place.empty(); });
+  edited.notes = told_unused(assignments);
+  if (!kind.compute || edited.only_name) return edited;
+  std::vector<Json> given;
+  for (const Assignment& a : assignments) given.push_back(value_of(a));
+  edited.computed = computed(entity, kind, [&] {
+    for (size_t i = 0; i < assignments.size(); ++i) {
+      const Assignment& a = assignments[i];
+      if (const Json followed = value_of(a); followed != given[i] && !is_unused(a))
+        edited.notes.push_back(told_computed(a, followed, given[i]));
+    }
+    for (const Assignment& a : assignments) set_from_json(*a.object, *a.member, a.at, a.json);
+  });
   return edited;
 }
 

@@ -4,6 +4,8 @@
 #include <charconv>
 
 #include "base/nearest.h"
+#include "project/kinds.h"
+#include "storage/links.h"
 
 namespace tarn::cli {
 namespace {
@@ -91,8 +93,17 @@ std::vector<int16_t> all_chosen(const Call& call, Database& database, const Inde
   return indexes_of(word_of(call, rows, 0), database, rows);
 }
 
+Indexed rows_of(std::string_view kind) {
+  const EntityKind& found = entity_kinds()[*place_of(kind)];
+  return {index_table_of(tarn::word_of(*place_of(kind))), std::string(found.one), std::string(found.group),
+          std::string(tarn::word_of(*place_of(kind)))};
+}
+
 int16_t index_of(const Call& call, Database& database, const Indexed& rows, size_t place) {
-  const std::string& word = word_of(call, rows, place);
+  return index_named(word_of(call, rows, place), database, rows);
+}
+
+int16_t index_named(const std::string& word, Database& database, const Indexed& rows) {
   const auto indexes = indexes_of(word, database, rows);
   if (indexes.size() > 1) throw too_many(word, indexes, database, rows, "");
   return indexes.front();

@@ -8,9 +8,9 @@
 
 namespace tarn::cli {
 
-/// How messages call the rows of an index table: "air system" and "air-systems".
+/// How messages call the rows of an index table: "air system" and "air-systems"; "System" in links.
 struct Indexed {
-  std::string table, one, many;
+  std::string table, one, many, kind = {};
 };
 
 /// The indexes that a word names, in their order: a number; else the entities with just that name, else those with the
@@ -20,6 +20,10 @@ std::vector<int16_t> indexes_of(const std::string& word, Database& database, con
 /// The one that a word of the call names, the first one unless another place is given. Error `UsageError` also where
 /// there are several: the message lists them.
 int16_t index_of(const Call& call, Database& database, const Indexed& rows, size_t place = 0);
+/// The one that a word names. Error `UsageError` as above.
+int16_t index_named(const std::string& word, Database& database, const Indexed& rows);
+/// The rows of a kind by the word for it, "Wall" or "walls".
+Indexed rows_of(std::string_view kind);
 /// As many as the first word names with --all, else the one.
 std::vector<int16_t> chosen(const Call& call, Database& database, const Indexed& rows);
 /// As many as the first word names.

@@ -20,8 +20,9 @@ namespace {
 namespace fs = std::filesystem;
 constexpr std::string_view kIndexSuffix = "INX.MDB";
 
-/// The prefixes of the projects in a folder.
-std::vector<std::string> projects_in(const fs::path& folder) {
+}  // namespace
+
+std::vector<std::string> projects_in(const std::filesystem::path& folder) {
   std::vector<std::string> prefixes;
   std::error_code failed;
   for (const auto& entry : fs::directory_iterator(folder, failed)) {
@@ -34,8 +35,6 @@ std::vector<std::string> projects_in(const fs::path& folder) {
   std::sort(prefixes.begin(), prefixes.end());
   return prefixes;
 }
-
-}  // namespace
 
 void place_project(COM_ProjectData& project, const Call& call) {
   const fs::path path = call.project.empty() ? fs::path(".") : fs::path(call.project);
@@ -58,8 +57,36 @@ void place_project(COM_ProjectData& project, const Call& call) {
                    "; name one with -p FOLDER/PREFIX.");
 }
 
+void place_new_project(COM_ProjectData& project, const std::string& word, const std::string& prefix) {
+  const fs::path path(word);
+  std::error_code unreadable;
+  if (!word.ends_with('/') && !fs::is_directory(path, unreadable) && path.has_parent_path()) {
+    project.SetWorkPath(path.parent_path().string());
+    project.FilePrefix = path.filename().string();
+    return;
+  }
+  project.SetWorkPath(word);
+  const fs::path folder = fs::absolute(path / "").lexically_normal().parent_path();
+  project.FilePrefix = prefix.empty() ? folder.filename().string() : prefix;
+}
+
+namespace {
+
+/// Error `FileNotFound` that says how to make the project.
+void check_exists(const COM_ProjectData& project, const std::string& word) {
+  std::error_code unreadable;
+  if (fs::exists(project.IndexDBName(), unreadable) || unreadable) return;
+  const bool alone = !fs::path(word).has_parent_path();
+  fail(ErrorNumber::FileNotFound, "There is no project " + word + ": " +
+                                      (alone ? "there is neither a folder " + word + " nor " : "there is no ") +
+                                      project.IndexDBName() + ". tarn -p " + word + " project new makes it.");
+}
+
+}  // namespace
+
 Ptr<Database> open_project(COM_ProjectData& project, const Call& call, Use use) {
   place_project(project, call);
+  check_exists(project, call.project);
   const auto access = use == Use::Reading ? Database::Access::ReadOnly : Database::Access::ReadWrite;
   const auto database = Database::open(project.IndexDBName(), access);
   host().database = [database](const std::string&) { return database; };

@@ -1,6 +1,7 @@
 // What the verbs of the command line share: the project that they work on, and how they print.
 #pragma once
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
@@ -49,8 +50,16 @@ struct Call {
   std::vector<std::string> words;  // after them
 };
 
+/// The prefixes of the projects in a folder, in order. Error `UsageError` for one that cannot be read.
+std::vector<std::string> projects_in(const std::filesystem::path& folder);
+
 /// The project of -p: FOLDER/PREFIX, or FOLDER with the one project in it; the current folder without.
 void place_project(COM_ProjectData& project, const Call& call);
+
+/// A project to make: FOLDER/PREFIX; or a folder - one that is there, that ends in a slash, or that is named without
+/// one
+/// - with `prefix`, and where that is empty with the folder's name as the prefix.
+void place_new_project(COM_ProjectData& project, const std::string& word, const std::string& prefix);
 
 /// The project's open index database. Reading opens it read-only, so that nothing is created or changed.
 enum class Use { Reading, Writing };

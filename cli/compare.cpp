@@ -46,15 +46,20 @@ std::string text_of(const Value& value, const std::string& unit) {
   if (json.is_null()) return "";
   if (json.is_string()) return "\"" + json.get<std::string>() + "\"";
   if (!json.is_number_float() || unit.empty() || shown_unit(unit) == unit) return json_text(json);
-  return json_text(Json(static_cast<float>(shown_value(json.get<double>(), unit))));
+  const double in_unit =
+      shown_value(json.get<double>(), unit);  // of a number that is stored in 4 bytes, as many digits
+  return json_text(std::holds_alternative<float>(value) ? to_json(Value(static_cast<float>(in_unit))) : Json(in_unit));
 }
 
 std::string line_of(const Difference& each) {
   const std::string entity = each.kind + (each.name.empty() ? "" : " \"" + each.name + "\"");
   if (each.property.empty())
     return entity + ": in the " + (type_of(each.first) == ValueType::Empty ? "second" : "first") + " alone";
-  const std::string unit(shown_unit(each.unit)), first = text_of(each.first, each.unit),
-                                                 second = text_of(each.second, each.unit);
+  const auto with_text = [&](const Value& value, const std::string& text) {
+    return text_of(value, each.unit) + (text.empty() ? "" : " " + text);
+  };
+  const std::string unit(shown_unit(each.unit)), first = with_text(each.first, each.first_text),
+                                                 second = with_text(each.second, each.second_text);
   return entity + " " + each.property + ": " + (first.empty() ? "none" : first) + " -> " +
          (second.empty() ? "none" : second) + (unit.empty() ? "" : " " + unit);
 }

@@ -50,9 +50,18 @@ std::optional<double> stored_number(const std::string& text, std::string_view un
 /// As numbers of 4 bytes hold them: 0.3 as typed is the 0.3 of a record.
 bool same_number(double a, double b) { return a == b || static_cast<float>(a) == static_cast<float>(b); }
 
+/// A code by its name, with or without the first word ("SCREW" of CT_SCREW, "VAV" of "8. VAV"), or its text.
+bool is_called(const Label& label, std::string_view word) {
+  const size_t first = label.name.find_first_of("_.");
+  std::string_view rest = first == std::string_view::npos ? label.name : label.name.substr(first + 1);
+  while (rest.starts_with(' ')) rest.remove_prefix(1);
+  return same_word(label.name, word) || same_word(label.text, word) || same_word(rest, word);
+}
+
 class Parser {
  public:
-  Parser(const EntityKind& kind, const std::string& text) : kind_(kind), text_(text) {}
+  Parser(const EntityKind& kind, Database& database, const std::string& text)
+      : kind_(kind), database_(database), text_(text) {}
 
   std::unique_ptr<Node> whole() {
     auto node = condition();
@@ -127,6 +136,7 @@ class Parser {
     at_ += node->operation.size();
     node->column.emplace(kind_, word);
     node->text = value();
+    if (!node->column->unit().empty() && number_in(node->text)) node->text += unit_after();
     if (node->operation == "!=") node->operation = "<>";
     if (node->operation == "==") node->operation = "=";
     check(*node);
@@ -143,14 +153,34 @@ class Parser {
       at_ = end + 1;
       return text;
     }
-    const size_t end = std::min(text_.find_first_of(" )", at_), text_.size());
+    const size_t end = end_of_word(at_);
     const std::string text = text_.substr(at_, end - at_);
     at_ = end;
     return text;
   }
 
+  /// The unit that follows a number, with the blank before it; empty for any other word.
+  std::string unit_after() {
+    const size_t begin = std::min(text_.find_first_not_of(' ', at_), text_.size());
+    const size_t end = end_of_word(begin);
+    const std::string word = text_.substr(begin, end - begin);
+    if (word.empty() || !is_unit(word)) return {};
+    at_ = end;
+    return " " + word;
+  }
+
+  /// The next blank, or bracket that closes one before the word.
+  size_t end_of_word(size_t at) const {
+    int depth = 0;
+    for (; at < text_.size() && text_[at] != ' '; ++at) {
+      if (text_[at] == '(') ++depth;
+      if (text_[at] == ')' && depth-- == 0) break;
+    }
+    return at;
+  }
+
   /// A value that the property can be compared with becomes a number where the property is one.
-  static void check(Node& node) {
+  void check(Node& node) const {
     const Member* member = node.column->member();
     node.number = stored_number(node.text, node.column->unit());
     if (!member || member->type == ValueType::Text || node.operation.ends_with('~') || node.number) return;
@@ -161,13 +191,17 @@ class Parser {
         throw UsageError("--where: " + node.column->title() + " is true or false, not \"" + node.text + "\".");
       return;
     }
+    if (!member->refers_to.empty() && member->refers_to.find(' ') == std::string_view::npos) {
+      node.number = index_named(node.text, database_, rows_of(member->refers_to));
+      return;
+    }
     const auto labels = member->labels.empty() ? catalogued_codes(*member) : member->labels;
     if (labels.empty() && !member->labels_vary)
       throw UsageError("--where: " + node.column->title() + " is a number, not \"" + node.text + "\".");
     std::vector<std::string_view> known;
     for (const Label& label : labels) {
       known.push_back(label.name);
-      if (same_word(label.name, node.text) || same_word(label.text, node.text)) node.number = label.code;
+      if (is_called(label, node.text)) node.number = label.code;
     }
     if (!node.number && !member->labels_vary)
       throw UsageError("--where: " + node.column->title() + " has no code \"" + node.text + "\"; " +
@@ -175,6 +209,7 @@ class Parser {
   }
 
   const EntityKind& kind_;
+  Database& database_;
   const std::string& text_;
   size_t at_ = 0;
 };
@@ -212,7 +247,8 @@ bool Condition::Node::compares(const Listed& value) const {
   return (order == 0 && operation.ends_with('=')) || (less ? order < 0 : order > 0);
 }
 
-Condition::Condition(const EntityKind& kind, const std::string& text) : root_(Parser(kind, text).whole()) {}
+Condition::Condition(const EntityKind& kind, Database& database, const std::string& text)
+    : root_(Parser(kind, database, text).whole()) {}
 Condition::~Condition() = default;
 Condition::Condition(Condition&&) noexcept = default;
 

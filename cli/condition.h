@@ -18,7 +18,7 @@ namespace tarn::cli {
 class Condition {
  public:
   /// Error `UsageError` names what was found and what is wanted there.
-  Condition(const EntityKind& kind, const std::string& text);
+  Condition(const EntityKind& kind, Database& database, const std::string& text);
   ~Condition();
   Condition(Condition&&) noexcept;
 

@@ -30,21 +30,66 @@ int print_uses(const Call& call, Answer answer, const std::string& none) {
 }
 
 /// "Wall 3 "Brick" > Space 1 "Office" > System 2 "VAV"".
-std::string way_text(const StaleResult& result) {
+std::string way_text(const std::vector<EntityName>& way) {
   std::string text;
-  for (const EntityName& step : result.way) text += (text.empty() ? "" : " > ") + step.text();
+  for (const EntityName& step : way) text += (text.empty() ? "" : " > ") + step.text();
   return text;
 }
 
 std::string reason_text(const StaleResult& result) {
   if (!result.edited) return "not known";
-  return result.since + " " + (result.way.empty() ? result.edited->text() + ", not used by it now" : way_text(result));
+  return result.since + " " +
+         (result.way.empty() ? result.edited->text() + ", not used by it now" : way_text(result.way));
 }
 
 }  // namespace
 
 int kind_uses(const Call& call) { return print_uses(call, uses, "it uses nothing"); }
-int kind_used_by(const Call& call) { return print_uses(call, used_by, "nothing uses it"); }
+
+namespace {
+
+int print_all_users(const Call& call) {
+  Loaded on(call, Use::Reading);
+  const auto users = all_users(on.project, {on.rows().kind, on.entity->Index(), {}});
+  Json all = Json::array();
+  std::vector<std::vector<Json>> rows;
+  for (const User& user : users) {
+    const EntityName& entity = user.entity;
+    rows.push_back({entity.kind, entity.index, entity.name, way_text(user.way)});
+    Json way = Json::array();
+    for (const EntityName& step : user.way)
+      way.push_back({{"kind", step.kind}, {"index", step.index}, {"name", step.name}});
+    all.push_back({{"kind", entity.kind}, {"index", entity.index}, {"name", entity.name}, {"way", way}});
+  }
+  if (call.json)
+    print_json(all);
+  else if (rows.empty())
+    std::cout << "nothing uses it\n";
+  else
+    print_table({"kind", "index", "name", "way"}, rows);
+  return kClean;
+}
+
+/// That others rest on the users, where the answer of one level leaves them out.
+void tell_more_users(const Call& call) {
+  Loaded on(call, Use::Reading);
+  const EntityName of{on.rows().kind, on.entity->Index(), {}};
+  const auto users = all_users(on.project, of);
+  const auto further =
+      std::ranges::count_if(users, [](const User& user) { return user.way.size() > 2; });  // through another one
+  if (further > 0)
+    std::cerr << further << " more " << (further == 1 ? "rests" : "rest") << " on these: tarn " << call.group
+              << " used-by " << of.index << " --all\n";
+}
+
+}  // namespace
+
+int kind_used_by(const Call& call) {
+  if (call.all) return print_all_users(call);
+  const int code = print_uses(call, used_by, "nothing uses it");
+  if (!call.json) tell_more_users(call);
+  return code;
+}
 
 int project_stale(const Call& call) {
   COM_ProjectData project;
@@ -121,11 +166,33 @@ int project_graph(const Call& call) {
   return kClean;
 }
 
-std::set<std::string> stale_now(Database& database) {
-  std::set<std::string> stale;
+std::vector<User> all_users(COM_ProjectData& project, const EntityName& of) {
+  const ProjectGraph graph = tarn::project_graph(project);
+  std::vector<std::vector<EntityName>> ways(graph.entities.size());
+  std::vector<User> users;
+  for (size_t i = 0; i < graph.entities.size(); ++i) {  // what it uses comes before it
+    const EntityName& name = graph.entities[i].name;
+    if (name.kind == of.kind && name.index == of.index) {
+      ways[i] = {name};
+      continue;
+    }
+    for (const size_t used : graph.entities[i].uses) {
+      if (!ways[used].empty() && (ways[i].empty() || ways[used].size() + 1 < ways[i].size())) {
+        ways[i] = ways[used];
+        ways[i].push_back(name);
+      }
+    }
+    if (!ways[i].empty()) users.push_back({name, ways[i]});
+  }
+  return users;
+}
+
+std::map<std::string, EntityName> stale_now(Database& database) {
+  std::map<std::string, EntityName> stale;
   for (const StaleResult& result : stale_marks(database)) {
-    stale.insert(std::string(entity_kinds()[*place_of(result.of.kind)].one) + " " + std::to_string(result.of.index) +
-                 " \"" + result.of.name + "\" " + result.results);
+    stale.emplace(std::string(entity_kinds()[*place_of(result.of.kind)].one) + " " + std::to_string(result.of.index) +
+                      " \"" + result.of.name + "\" " + result.results,
+                  result.of);
   }
   return stale;
 }

@@ -7,6 +7,7 @@
 
 #include "base/nearest.h"
 #include "cli/command.h"
+#include "cli/properties.h"
 #include "cli/units.h"
 #include "project/enumerations.h"
 #include "reflect/allowed.h"
@@ -100,6 +101,7 @@ void show_class(const ClassInfo& info) {
     constexpr std::string_view kinds[]{"property", "method", "event"};
     std::string notes(m.read_only ? "read-only" : m.by_reference ? "set by reference" : "");
     const std::string allowed = m.read_only ? "" : allowed_numbers(*sample, m);
+    if (!m.refers_to.empty() && !m.read_only) notes += (notes.empty() ? "" : ", ") + reference_text(m);
     if (!allowed.empty()) notes += (notes.empty() ? "" : ", ") + allowed;
     if (!m.unit_beside.empty()) notes += (notes.empty() ? "unit by " : ", unit by ") + std::string(m.unit_beside);
     rows.push_back({kinds[static_cast<size_t>(m.kind)], signature(m), std::string(type_name(m.type)),
@@ -125,7 +127,28 @@ void check_described(const std::string& word) {
 
 }  // namespace
 
+namespace {
+
+/// Each in a line.
+int list_classes() {
+  std::vector<std::vector<Json>> classes, enumerations;
+  for (const ClassEntry& entry : class_list()) {
+    const auto count = [&](MemberKind kind) { return std::ranges::count(entry.info->members, kind, &Member::kind); };
+    classes.push_back({std::string(entry.info->name), count(MemberKind::Property), count(MemberKind::Method)});
+  }
+  for (const Enumeration& each : enumeration_list())
+    enumerations.push_back({std::string(each.name), each.codes.size()});
+  print_table({"class", "properties", "methods"}, classes);
+  std::cout << '\n';
+  print_table({"enumeration", "codes"}, enumerations);
+  std::cout << "\ntarn describe NAME shows the members of a class, or the codes of an enumeration\n";
+  return kClean;
+}
+
+}  // namespace
+
 int describe_classes(const Call& call) {
+  if (call.words.empty() && !call.json) return list_classes();
   if (!call.words.empty()) check_described(call.words.front());
   const auto wanted = [&](std::string_view name) { return call.words.empty() || same_word(name, call.words.front()); };
   Json all = Json::array();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "cli/choose.h"
 #include "cli/command.h"
 #include "project/kinds.h"
+#include "tarn/staleness.h"
 
 namespace tarn::cli {
 
@@ -19,6 +21,11 @@ struct Done {
   std::string text;
   Edited edited;
 };
+
+/// Names that several entities of a kind have: `the windows 1, 4 have the same name, "South"`.
+std::set<std::string> shared_names(Database& database, const EntityKind& kind);
+/// Tells those of them that there were not before.
+void tell_shared(const std::set<std::string>& now, const std::set<std::string>& before);
 
 /// Saves the entity; "window 3 saved".
 Done saved(StoredEntity& entity, const EntityKind& kind, std::string_view what, Edited edited = {});
@@ -30,14 +37,16 @@ struct Opened {
   Ptr<Database> database;
   Ptr<StoredEntity> entity;
 
-  std::set<std::string> stale;  // before anything is changed
+  // Before anything is changed.
+  std::map<std::string, EntityName> stale;  // as stale_now has them
+  std::set<std::string> shared;             // as shared_names has them
 
   Opened(const Call& call, Use use);
   Indexed rows() const;
 };
 
 /// Prints what was done, JSON as an object or with --all as a list, and what it made stale.
-int tell(const Call& call, const Opened& on, const std::vector<Done>& all);
+int tell(const Call& call, Opened& on, const std::vector<Done>& all);
 
 /// The same with the one entity that a word names, the first one unless another place is given.
 struct Loaded : Opened {
@@ -45,6 +54,6 @@ struct Loaded : Opened {
 };
 
 /// Does it to each entity that the first word names: to all of them or, where one fails, to none.
-int for_each_chosen(const Call& call, const Opened& on, const std::function<Done(StoredEntity&)>& action);
+int for_each_chosen(const Call& call, Opened& on, const std::function<Done(StoredEntity&)>& action);
 
 }  // namespace tarn::cli

@@ -96,7 +96,7 @@ int kind_equipment(const Call& call) {
         "Write tarn plants equipment add N cooling|heating|heat-recovery EQUIPMENT, equipment remove N LIST PIECE, or "
         "equipment order N LIST PIECE ...; EQUIPMENT is chiller:NAME or boiler:NAME, PIECE its place in the list.");
   }
-  const Loaded on(call, Use::Writing, 1);
+  Loaded on(call, Use::Writing, 1);
   const List& row = list_of(call.words[2]);
   auto& plant = dynamic_cast<PLT_Plant&>(*on.entity);
   PLT_EquipmentList& list = plant.Details.*row.list;

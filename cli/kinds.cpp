@@ -27,7 +27,7 @@ std::vector<std::string> assignments_of(const Call& call) { return {call.words.b
 }  // namespace
 
 int kind_list(const Call& call) {
-  const Opened on(call, Use::Reading);
+  Opened on(call, Use::Reading);
   return list_entities(call, on.kind, *on.database, *on.entity);
 }
 
@@ -52,7 +52,7 @@ int kind_show(const Call& call) {
 }
 
 int kind_new(const Call& call) {
-  const Opened on(call, Use::Writing);
+  Opened on(call, Use::Writing);
   StoredEntity& entity = *on.entity;
   if (on.kind.start) {
     on.kind.start(entity, call.type);
@@ -67,7 +67,7 @@ int kind_new(const Call& call) {
 }
 
 int kind_set(const Call& call) {
-  const Opened on(call, Use::Writing);
+  Opened on(call, Use::Writing);
   if (call.words.size() == 1) throw UsageError("Nothing to set; write Property=value.");
   return for_each_chosen(call, on, [&](StoredEntity& entity) {
     const auto edited = edit(entity, on.kind, assignments_of(call));
@@ -76,7 +76,7 @@ int kind_set(const Call& call) {
 }
 
 int kind_clone(const Call& call) {
-  const Loaded on(call, Use::Writing);
+  Loaded on(call, Use::Writing);
   Value clone;
   std::vector<Value> none(1);
   on.entity->info().find("Clone").call(*on.entity, none, clone);
@@ -98,18 +98,20 @@ int kind_delete(const Call& call) {
 int kind_layer(const Call& call) {
   if (call.words == std::vector<std::string>{"materials"}) return print_materials(call);
   check_layer_words(call);
-  const Loaded on(call, Use::Writing, 1);
+  Loaded on(call, Use::Writing, 1);
   const LayerChange change = change_layers(dynamic_cast<CA_ConstructionAssly&>(*on.entity), call);
-  on.kind.compute(*on.entity);
+  Edited edited;
+  edited.computed = computed(*on.entity, on.kind);
   Done done =
-      saved(*on.entity, on.kind, "saved: " + change.name + " " + change.what + ", slot " + std::to_string(change.slot));
+      saved(*on.entity, on.kind, "saved: " + change.name + " " + change.what + ", slot " + std::to_string(change.slot),
+            std::move(edited));
   done.json.update({{"slot", change.slot}, {"layer", change.name}});
   return tell(call, on, {done});
 }
 
 /// A new entity from a file of another program, with what a person should know of it.
 int kind_import(const Call& call) {
-  const Opened on(call, Use::Writing);
+  Opened on(call, Use::Writing);
   if (call.words.empty()) throw UsageError("Which file? tarn " + call.group + " import FILE");
   const std::vector<std::string> notes = file_import_of(on.kind)(*on.entity, call.words.front());
   const auto edited = edit(*on.entity, on.kind, assignments_of(call));

@@ -28,7 +28,7 @@ bool comes_before(const Listed& a, const Listed& b) {
 std::vector<Line> lines_of(const Call& call, const EntityKind& kind, Database& database, StoredEntity& entity,
                            const std::vector<Column>& columns) {
   const std::optional<Condition> where =
-      call.where.empty() ? std::nullopt : std::optional<Condition>({kind, call.where});
+      call.where.empty() ? std::nullopt : std::optional<Condition>({kind, database, call.where});
   const auto keys = call.sort.empty() ? std::vector<Column>() : columns_named(kind, call.sort);
   std::vector<std::map<std::string, Cell>> cells;
   auto rows = database.OpenRecordset(entity.kind().all_rows);

@@ -73,6 +73,8 @@ void check_extras(const Call& call, const Verb& verb) {
     if (given && row.bit != 0 && (verb.options & row.bit) == 0)
       throw UsageError(std::string(row.name()) + " goes with " + takers_of(row.bit) + ".");
   }
+  if (!call.svg.empty() && call.svg != "-" && !call.svg.ends_with(".svg"))
+    throw UsageError("The picture is an SVG; give its file a name that ends in .svg, not " + call.svg + ".");
 }
 
 /// Files and databases; everything else that fails is a mistake in the call.
@@ -84,9 +86,11 @@ bool is_input_output(const Error& error) {
 
 /// Runs the verb in a transaction that is rolled back: all of it is tried, and what it would print is printed.
 int rehearse(const Verb& verb, const Call& call) {
-  std::cerr << "dry run: this would be done, and nothing is changed\n";
   const Transaction transaction;
-  return verb.run(call);
+  const int code = verb.run(call);
+  std::cout.flush();
+  std::cerr << "dry run: this would be done; nothing was changed\n";
+  return code;
 }
 
 /// Runs the verb that the words name, with the words after it.

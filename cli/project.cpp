@@ -8,7 +8,7 @@
 #include <set>
 
 #include "base/nearest.h"
-#include "cli/command.h"
+#include "cli/entities.h"
 #include "cli/progress.h"
 #include "platform/file_store.h"
 #include "project/defaults.h"
@@ -63,15 +63,28 @@ Json stale_counts(Database& database) {
 
 }  // namespace
 
+namespace {
+
+/// Error `UsageError` where the new project would not be the only one of a folder that is named alone.
+void check_no_project(const fs::path& folder) {
+  const auto prefixes = projects_in(folder);
+  if (prefixes.empty()) return;
+  throw UsageError("The folder " + folder.string() + " holds the project " + prefixes.front() +
+                   " already. Name the new one: tarn -p " + (folder / "PREFIX").string() + " project new");
+}
+
+}  // namespace
+
 int project_new(const Call& call) {
-  const fs::path path(call.project);
-  std::error_code unreadable;
-  if (call.project.empty() || fs::is_directory(path, unreadable)) {
-    throw UsageError("Name the project to make: tarn -p FOLDER/PREFIX project new");
-  }
+  const std::string& word = call.project;
+  if (word.empty()) throw UsageError("Name the project to make: tarn -p FOLDER project new, or -p FOLDER/PREFIX.");
   COM_ProjectData project;
-  project.SetWorkPath(path.has_parent_path() ? path.parent_path().string() : ".");
-  project.FilePrefix = path.filename().string();
+  project.SetWorkPath(".");
+  project.FilePrefix = word;
+  const bool is_prefix = !fs::path(word).has_parent_path() && fs::exists(project.IndexDBName());  // refused below
+  if (!is_prefix) place_new_project(project, word, {});
+  std::error_code unreadable;
+  if (fs::is_directory(word, unreadable) && !is_prefix) check_no_project(word);
   const bool new_folder = !fs::exists(project.WorkPath());
   if (call.dry_run) {
     if (fs::exists(project.IndexDBName()))
@@ -95,11 +108,7 @@ int project_copy(const Call& call) {
   if (call.words.empty()) throw UsageError("Where to? tarn project copy FOLDER or FOLDER/PREFIX");
   COM_ProjectData from, to;
   const auto database = open_project(from, call, Use::Reading);
-  const std::string& word = call.words.front();
-  const fs::path target(word);
-  const bool is_folder = word.ends_with('/') || fs::is_directory(target) || !target.has_parent_path();
-  to.SetWorkPath(is_folder ? word : target.parent_path().string());
-  to.FilePrefix = is_folder ? from.FilePrefix : target.filename().string();
+  place_new_project(to, call.words.front(), from.FilePrefix);
   copy_project(from, to);
   if (call.json)
     print_json({{"index_database", to.IndexDBName()}});
@@ -157,6 +166,20 @@ int project_export(const Call& call) {
   return kClean;
 }
 
+namespace {
+
+std::string counted(size_t count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::set<std::string> all_shared_names(Database& database) {
+  std::set<std::string> names;
+  for (const EntityKind& kind : entity_kinds()) names.merge(shared_names(database, kind));
+  return names;
+}
+
+}  // namespace
+
 int project_import(const Call& call) {
   if (call.words.size() != 1)
     throw UsageError("Which file? tarn " + call.group + " " + call.verb + " FILE (- for standard input)");
@@ -165,20 +188,24 @@ int project_import(const Call& call) {
   std::ifstream in;
   if (file != "-") in.open(file, std::ios::binary);
   if (file != "-" && !in) fail(ErrorNumber::FileNotFound, "Cannot read " + file + ".");
-  const Progress progress = progress_bar("imported");  // reading counts
+  std::optional<Progress> progress = progress_bar("imported");  // reading counts
   const std::string text{std::istreambuf_iterator<char>(file == "-" ? std::cin : in), {}};
   COM_ProjectData project;
-  open_project(project, call, Use::Writing);
-  size_t count = 0;
+  const auto database = open_project(project, call, Use::Writing);
+  const auto shared = all_shared_names(*database);
+  Imported imported;
   try {
-    count = import_project(project, text, progress);
+    imported = import_project(project, text, *progress);
   } catch (const Error& error) {
     throw Error(error.number(), error.source(), file + ", " + error.what());
   }
+  progress.reset();
   if (call.json)
-    print_json({{"imported", count}});
+    print_json({{"imported", imported.entities}, {"defaults", imported.defaults}});
   else
-    std::cout << "imported " << count << (count == 1 ? " entity" : " entities") << '\n';
+    std::cout << "imported " << counted(imported.entities, "entity", "entities")
+              << (imported.defaults > 0 ? " and " + counted(imported.defaults, "default", "defaults") : "") << '\n';
+  tell_shared(all_shared_names(*database), shared);
   return kClean;
 }
 

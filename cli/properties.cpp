@@ -66,8 +66,14 @@ std::string type_text(const Member& member) {
   return member.type == ValueType::Int16 || member.type == ValueType::Int32 ? "whole number" : "number";
 }
 
+std::string reference_text(const Member& member) {
+  std::string kinds(member.refers_to);
+  for (size_t at = kinds.find(' '); at != std::string::npos; at = kinds.find(' ', at + 4)) kinds.replace(at, 1, " or ");
+  return "index or name of a " + kinds;
+}
+
 std::string allowed_text(const Settable& property) {
-  if (!property.member.refers_to.empty()) return "index of a " + std::string(property.member.refers_to);
+  if (!property.member.refers_to.empty()) return reference_text(property.member);
   return allowed_numbers(property.owner, property.member);
 }
 
@@ -76,7 +82,7 @@ std::vector<std::string> code_lines(const Settable& property) {
   for (const Label& label : codes_of(property.owner, property.member)) {
     const std::string code = std::to_string(label.code), name(label.name);
     const std::string text = name.ends_with(label.text) ? "" : "  " + std::string(label.text);
-    lines.push_back((name.starts_with(code) ? "" : code + "  ") + name + text);  // "8. VAV" has its code
+    lines.push_back((name.starts_with(code + ".") ? "" : code + "  ") + name + text);  // "8. VAV" has its code
   }
   return lines;
 }

@@ -39,7 +39,9 @@ bool holds_name(const ClassInfo& info);
 
 /// "text of 255", "whole number", "number", "true or false", "code".
 std::string type_text(const Member& member);
-/// "0 and above", "0 to 4", "index of a Schedule"; empty where any value of the type is taken.
+/// Of a reference: "index or name of a Schedule".
+std::string reference_text(const Member& member);
+/// "0 and above", "0 to 4", or of a reference as above; empty where any value of the type is taken.
 std::string allowed_text(const Settable& property);
 /// A line for each code: "8  VAV  variable air volume"; none for a property without codes.
 std::vector<std::string> code_lines(const Settable& property);

@@ -13,7 +13,12 @@ constexpr Topic kTopics[]{
 
 A word of digits alone is a number. Otherwise the name counts as it is written, then without regard to upper and lower
 case, then as a pattern: * is any text, ? one character, [a-f] one of several. Where several entities fit, the verb
-does nothing and lists them; show shows all that fit a pattern.
+does nothing and lists them; show shows all that fit a pattern. set and delete take --all: to change all of them, or none
+where one of them cannot be changed:
+
+  tarn windows set "South*" FrameType=2 --all
+
+A property that refers to another entity takes a name, too: spaces set 1 "Wall(1).WallType=Outer".
 )text"},
     {"codes", "properties that hold one of several choices",
      R"text(A property such as FuelType of a boiler holds a code. It is set by number, name or text:

@@ -163,7 +163,7 @@ int weather_show(const Call& call) {
                 {"statistics", properties_json(statistics)},
                 {"notes", read.imported.notes}});
   } else {
-    show_site(read.year);
+    show_site(read.year, !read.is_hourly());
     show_statistics(statistics);
     show_month_chart(statistics);
   }

@@ -73,6 +73,8 @@ struct Group {
 
 inline constexpr std::string_view kNameRule = "N is a number, a name or a pattern: 3, \"South 4x5\", \"South*\".";
 
+/// The verbs of a kind of entity.
+Group group_of(const EntityKind& kind);
 const std::vector<Group>& all_groups();
 
 /// The row of a table that has the name. Error `UsageError` names the nearest.

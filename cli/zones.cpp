@@ -56,7 +56,7 @@ int kind_zone(const Call& call) {
         "Write tarn air-systems zone add N [Property=value ...], zone remove N ZONE, or zone set N ZONE "
         "Property=value ...; ZONE is its number or name.");
   }
-  const Loaded on(call, Use::Writing, 1);
+  Loaded on(call, Use::Writing, 1);
   auto& system = dynamic_cast<AS_AirSystem&>(*on.entity);
   const int16_t zone = action == "add" ? add_zone(system) : zone_of(system, call.words[2]);
   const std::string name = system.GetZoneData(zone)->Name.trimmed();

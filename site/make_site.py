@@ -24,7 +24,7 @@ HERE = pathlib.Path(__file__).parent
 # The pages of docs/, as a newcomer reads them.
 GUIDE = {
     "Use": ["installing", "command-line", "python", "c-interface", "units", "codes", "exchange", "older-projects", "gbxml", "check"],
-    "Model": ["windows", "transfer-functions", "air-systems", "fan-power", "dx-curves", "equipment", "plants", "weather", "buildings", "results"],
+    "Model": ["windows", "transfer-functions", "schedules", "spaces", "air-systems", "fan-power", "dx-curves", "equipment", "plants", "weather", "buildings", "results"],
     "Design": ["architecture", "transactions", "choices"],
 }
 REFERENCE = ["classes/index.html", "enumerations.html", "files.html", "tables.html", "commands/index.html"]

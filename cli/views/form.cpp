@@ -35,7 +35,7 @@ std::string element_text(Database& database, Object& owner, const Member& field,
     const auto label = std::find_if(labels.begin(), labels.end(), [&](const Label& l) { return l.code == *code; });
     if (label == labels.end()) return text;
     const std::string name(label->text.empty() ? label->name : label->text);
-    const bool has_code = name.starts_with(text + ".") || name.starts_with(text + " ");  // "8. VAV"
+    const bool has_code = name.starts_with(text + ".");  // "8. VAV"
     text = has_code ? name : text + "  " + name;
   }
   if (code && *code != 0 && !field.target_of(owner, at).empty())

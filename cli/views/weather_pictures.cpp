@@ -38,7 +38,10 @@ std::string short_month(int month) { return std::string(kMonthNames[static_cast<
 
 }  // namespace
 
-void show_site(const HW1ReaderWriter& year) {
+void show_site(const HW1ReaderWriter& year, bool has_known_design) {
+  const auto exceeded = [&](const char* part) {
+    return has_known_design ? ", exceeded in " + std::string(part) + " of the hours" : "";
+  };
   const auto line = [](const char* name, const std::string& value) { std::printf("%-18s %s\n", name, value.c_str()); };
   std::cout.flush();
   line("city", year.CityName.trimmed() + ", " + year.LocationName.trimmed());
@@ -48,8 +51,8 @@ void show_site(const HW1ReaderWriter& year) {
                    " deg, time-zone meridian " + tenths(year.TZMeridian) + " deg, elevation " +
                    measure(year.Elevation, "ft"));
   line("summer", measure(year.SummerDB, "F") + " dry-bulb, " + measure(year.SummerWB, "F") + " wet-bulb, daily range " +
-                     measure(year.DailyRange, "delta F"));
-  line("winter", measure(year.WinterDB, "F") + " dry-bulb");
+                     measure(year.DailyRange, "delta F") + exceeded("0.4 %"));
+  line("winter", measure(year.WinterDB, "F") + " dry-bulb" + exceeded("99.6 %"));
   std::fflush(stdout);
 }
 

@@ -16,6 +16,7 @@ struct Difference {
   std::string property;  // "Layer(2).Thickness"; empty where one side alone has the entity
   std::string unit;      // of the file
   Value first, second;   // empty on a side that has no such entity or field; of a reference the name it leads to
+  std::string first_text = {}, second_text = {};  // of a code what a person reads; else empty
 };
 
 struct CompareOptions {

@@ -67,8 +67,12 @@ class CA_Layer final : public Part<LayerRecord> {
   /// The thickness that calculations take, in ft: the inches of the object over 12.
   float ThicknessFeet() const { return ThicknessInches() / 12; }
 
-  /// Resistance and weight from thickness, conductivity and density, where those are there. A layer without mass (no
-  /// density, or no specific heat) keeps a resistance that it has: an air space is no slab of its conductivity.
+  /// Resistance and weight from thickness, conductivity and density, where those are there; else those of the record. A
+  /// layer without mass (no density, or no specific heat) keeps a resistance that it has: an air space is no slab of
+  /// its conductivity.
+  float derived_resistance() const;  // hr.ft2.F/Btu
+  float derived_weight() const;      // lb/ft2
+  /// Sets them.
   void derive();
 
   /// A layer's whole content, which moves between slots.

@@ -24,9 +24,16 @@ std::string export_entities(COM_ProjectData& project, std::string_view group, st
 enum class Settings { Preferences, ReportOptions };
 std::string export_settings(COM_ProjectData& project, Settings which);
 
-/// Brings a text's entities in, in one transaction, and returns their number. Where the project has no entity of a
+/// What an import brought in.
+struct Imported {
+  size_t entities = 0, defaults = 0;  // default records
+
+  size_t all() const { return entities + defaults; }
+};
+
+/// Brings a text's entities in, in one transaction. Where the project has no entity of a
 /// kind, those of the text keep their indexes and their default record; otherwise they get free indexes. Anything wrong
 /// refuses all of it: the error names line, place, what was found and what is allowed.
-size_t import_project(COM_ProjectData& project, const std::string& text, const Progress& progress);
+Imported import_project(COM_ProjectData& project, const std::string& text, const Progress& progress);
 
 }  // namespace tarn

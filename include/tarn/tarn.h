@@ -132,6 +132,12 @@ TARN_API tarn_status tarn_call_by_name(tarn_object* object, const char* name, ta
 TARN_API tarn_status tarn_get_block(tarn_object* object, int32_t member, void* data, size_t bytes);
 TARN_API tarn_status tarn_let_block(tarn_object* object, int32_t member, const void* data, size_t bytes);
 
+/* The same for values that a person gives: one that no building can have - a height below 0, a code that the property
+ * has not, a text that is too long - is refused, as in a text to import. Of a block all is set, or nothing. */
+TARN_API tarn_status tarn_let_allowed(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count,
+                                      const tarn_value* value);
+TARN_API tarn_status tarn_let_block_allowed(tarn_object* object, int32_t member, const void* data, size_t bytes);
+
 /* Events: the listener may change the arguments in place, and returns 0; anything else makes the operation that raised
  * the event fail. Texts among the arguments are valid during the call. A null listener stops listening. */
 typedef int32_t (*tarn_listener)(void* context, tarn_value* arguments, int32_t count);
@@ -260,6 +266,9 @@ TARN_API tarn_status tarn_describe_entity(tarn_object* entity, int32_t* index, c
 /* Computes what follows from an entity's inputs, as after an edit: a window's performance, a wall's summary, a plant's
  * outputs. Of other kinds nothing follows. */
 TARN_API tarn_status tarn_compute(tarn_object* entity);
+/* Load and Save of an entity of any kind as a whole: of a plant too, whose own methods ask which of its sections. */
+TARN_API tarn_status tarn_load_entity(tarn_object* entity, int16_t index);
+TARN_API tarn_status tarn_save_entity(tarn_object* entity);
 
 /* The project as JSON text, valid until the thread's next export; `groups` are kinds with blanks between, null for
  * all. `progress`, which may be null, is called after each entity; `total` is 0 where it is not known. */

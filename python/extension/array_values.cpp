@@ -181,12 +181,13 @@ std::optional<std::vector<char>> filled_block(const std::vector<Ref>& elements, 
 void let_block(PyObject* object, const MemberInfo& member, const std::vector<char>& bytes) {
   const Object& on = object_of(object);
   const Strictness strictness(on.face);
-  check(tarn_let_block(on.handle, member.number, bytes.data(), bytes.size()), object, &member);
+  const auto set = on.face == Face::Daily ? tarn_let_block_allowed : tarn_let_block;
+  check(set(on.handle, member.number, bytes.data(), bytes.size()), object, &member);
 }
 
-void let_each(PyObject* object, const MemberInfo& member, const std::vector<Ref>& elements) {
+void let_each(PyObject* object, const MemberInfo& member, const std::vector<Ref>& elements, Face face) {
   nested(member, [&](size_t place, const std::vector<int32_t>& at) {
-    let(object, member, at.data(), static_cast<int32_t>(at.size()), elements[place].get());
+    let(object, member, at.data(), static_cast<int32_t>(at.size()), elements[place].get(), face);
     return none();
   });
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "extension/members.h"
+#include "extension/objects.h"
 
 namespace tarn::python {
 
@@ -20,7 +21,7 @@ std::optional<std::vector<char>> block_of(PyObject* object, const MemberInfo& me
 /// The elements as a block; null where one of them needs the care of an element's own setting.
 std::optional<std::vector<char>> filled_block(const std::vector<Ref>& elements, const MemberInfo& member);
 void let_block(PyObject* object, const MemberInfo& member, const std::vector<char>& bytes);
-/// Every element by its own setting.
-void let_each(PyObject* object, const MemberInfo& member, const std::vector<Ref>& elements);
+/// Every element by its own setting; those that were there before come back with the classic face, which refuses less.
+void let_each(PyObject* object, const MemberInfo& member, const std::vector<Ref>& elements, Face face);
 
 }  // namespace tarn::python

@@ -57,7 +57,8 @@ int set_item(PyObject* self, PyObject* at, PyObject* value) {
     if (!value) cannot_delete(member);
     if (is_whole(at)) return set_array(owner_of(self), member, value);
     const std::vector<int32_t> subscripts = subscripts_of(at, member);
-    let(owner_of(self), member, subscripts.data(), static_cast<int32_t>(subscripts.size()), value);
+    let(owner_of(self), member, subscripts.data(), static_cast<int32_t>(subscripts.size()), value,
+        object_of(owner_of(self)).face);
   });
 }
 
@@ -128,10 +129,10 @@ void set_array(PyObject* object, const MemberInfo& member, PyObject* values) {
   if (const auto bytes = filled_block(elements, member)) return let_block(object, member, *bytes);
   const Ref before = whole_array(object, member);
   try {
-    let_each(object, member, elements);
+    let_each(object, member, elements, object_of(object).face);
   } catch (const PythonError&) {
     ErrorAside error;
-    let_each(object, member, elements_in(before.get(), member));
+    let_each(object, member, elements_in(before.get(), member), Face::Classic);
     error.raise();
   }
 }

@@ -1,5 +1,6 @@
 #include "extension/methods.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "extension/calls.h"
@@ -77,6 +78,31 @@ Ref answer_of(const MemberInfo& member, const tarn_value& result, const std::vec
   return all;
 }
 
+int16_t index_in(PyObject* value) {
+  const long index = PyLong_AsLong(made(PyNumber_Index(value)).get());
+  if (index == -1 && PyErr_Occurred()) throw PythonError();
+  if (index != static_cast<int16_t>(index))
+    raise(6, "", "Overflow: no entity has number " + std::to_string(index) + ".");
+  return static_cast<int16_t>(index);
+}
+
+/// Load and Save of a plant or a building ask which sections. For a daily caller who does not say, it is all of
+/// them; false for any other call.
+bool call_whole(PyObject* object, const MemberInfo& member, PyObject* arguments, PyObject* named) {
+  const Object& on = object_of(object);
+  const bool loads = std::strcmp(member.name, "Load") == 0, saves = std::strcmp(member.name, "Save") == 0;
+  const auto needed = std::count_if(member.parameters.begin(), member.parameters.end(),
+                                    [](const tarn_parameter& p) { return p.optional == 0 && p.in_out == 0; });
+  const bool asks = (loads && needed == 2) || (saves && needed == 1);
+  if (on.face != Face::Daily || !asks || named || PyTuple_Size(arguments) != (loads ? 1 : 0)) return false;
+  const int16_t index = loads ? index_in(PyTuple_GetItem(arguments, 0)) : int16_t{0};
+  const Ref alive = Ref::to(object);
+  const Strictness strictness(on.face);
+  check(unlocked([&] { return loads ? tarn_load_entity(on.handle, index) : tarn_save_entity(on.handle); }), object,
+        &member);
+  return true;
+}
+
 PyObject* bind(PyObject* self, PyObject* object, PyObject* /*type*/) {
   if (!object) return Ref::to(self).release();
   return giving([&] {
@@ -149,6 +175,7 @@ void add_method_types(PyObject* module) {
 Ref method_descriptor(const MemberInfo& member) { return descriptor(method_type, member); }
 
 Ref call(PyObject* object, const MemberInfo& member, PyObject* arguments, PyObject* named) {
+  if (call_whole(object, member, arguments, named)) return none();
   const Object& on = object_of(object);
   Keep keep;
   std::vector<tarn_value> values;

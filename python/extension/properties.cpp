@@ -27,7 +27,7 @@ int set(PyObject* self, PyObject* object, PyObject* value) {
     if (member.indexed())
       set_array(object, member, value);
     else
-      let(object, member, nullptr, 0, value);
+      let(object, member, nullptr, 0, value, object_of(object).face);
   });
 }
 
@@ -52,12 +52,14 @@ Ref read(PyObject* object, const MemberInfo& member, const int32_t* subscripts, 
   return from_value(value, on.face);
 }
 
-void let(PyObject* object, const MemberInfo& member, const int32_t* subscripts, int32_t count, PyObject* value) {
+void let(PyObject* object, const MemberInfo& member, const int32_t* subscripts, int32_t count, PyObject* value,
+         Face face) {
   const Object& on = object_of(object);
   Keep keep;
   const tarn_value given = value_of(value, keep);
-  const Strictness strictness(on.face);
-  check(tarn_let(on.handle, member.number, subscripts, count, &given), object, &member);
+  const Strictness strictness(face);
+  const auto set = face == Face::Daily ? tarn_let_allowed : tarn_let;
+  check(set(on.handle, member.number, subscripts, count, &given), object, &member);
 }
 
 }  // namespace tarn::python

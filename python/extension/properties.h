@@ -12,6 +12,7 @@ Ref property_descriptor(const MemberInfo& member);
 
 /// One value: of a plain property, or of an element by its subscripts.
 Ref read(PyObject* object, const MemberInfo& member, const int32_t* subscripts, int32_t count);
-void let(PyObject* object, const MemberInfo& member, const int32_t* subscripts, int32_t count, PyObject* value);
+void let(PyObject* object, const MemberInfo& member, const int32_t* subscripts, int32_t count, PyObject* value,
+         Face face);
 
 }  // namespace tarn::python

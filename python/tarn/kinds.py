@@ -7,6 +7,7 @@ import html
 import json
 import operator
 import types
+import warnings
 from collections.abc import Iterator, Mapping
 from typing import TYPE_CHECKING, Any, Generic, NamedTuple, TypeVar
 
@@ -157,8 +158,19 @@ class Kind(Mapping[Any, E], Generic[E]):
                 setattr(holder, name, value)
         if self.info.record_size == 0 and entity.index == 0 and not entity.is_name_unique():
             raise Error(58, f"Project.{self.info.attribute}", f"Another {self.info.one} has that name; give one of its own: name=...")
+        made = entity.index == 0
         entity.save()
+        if made and "name" in map(str.lower, properties):
+            self._warn_of_name(entity)
         return entity
+
+    def _warn_of_name(self, entity: Any) -> None:
+        index, name = _tarn.describe_entity(entity)
+        others = [row["nIndex"] for row in self._rows("WHERE szName = ? AND nIndex <> ?", name, index)]
+        if others:
+            numbers = ", ".join(map(str, others))
+            warnings.warn(f"{self.info.one} {index} has the name of {self.info.one} {numbers}, {name!r}; they are told "
+                          "apart by their numbers", stacklevel=4)
 
     def clone(self, key: Any, **properties: Any) -> E:
         """A copy under a name of its own, or under the one among the properties."""

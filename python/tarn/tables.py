@@ -19,6 +19,7 @@ from ._numpy import numpy, pandas
 from .kinds import Kind, KindInfo
 
 PAGE = "cp1252"
+ELEMENT = re.compile(r"(\w+)\(([\d,]+)\)")
 PER_STORED = {("ft", "in"): 12.0}  # of a property, by the units of its bytes and of itself
 FORMATS = {INT16: "<i2", INT32: "<i4", REAL32: "<f4", REAL64: "<f8", BOOLEAN: "<i2"}
 LOADED_FORMATS = {**FORMATS, BOOLEAN: "?", TEXT: "O"}
@@ -144,6 +145,8 @@ def _plain(values: Any, member: Member | None) -> Any:
 # ---- back
 
 def update(kind: Kind[Any], changed: Any) -> int:
+    if not hasattr(changed, "iloc") and not hasattr(changed, "dtype"):
+        return _update_each(kind, changed)
     wanted = _rows_of(changed)
     stored = {int(row["Index"]): row for row in _rows_of(table(kind) if not hasattr(changed, "iloc") else frame(kind))}
     saved = 0
@@ -162,15 +165,43 @@ def update(kind: Kind[Any], changed: Any) -> int:
     return saved
 
 
+def _update_each(kind: Kind[Any], changed: Any) -> int:
+    """From dicts, for which no numpy is needed: entity by entity."""
+    saved = 0
+    with kind.project.transaction():
+        for row in changed:
+            values = dict(row)
+            index = int(values.pop("Index"))
+            if index not in kind:
+                raise KeyError(f"there is no {kind.info.one} {index} to update; new() makes one")
+            entity = kind[index]
+            differing = {name: value for name, value in values.items() if _differ(value, _stored(kind, entity, name))}
+            if differing:
+                _save(kind, index, differing)
+                saved += 1
+    return saved
+
+
+def _stored(kind: Kind[Any], entity: Any, path: str) -> Any:
+    """What a column has, an array's as nested lists; of "GlassTrans(2)" one element."""
+    holder, last = _holder(entity, path)
+    element = ELEMENT.fullmatch(last)
+    try:
+        held = getattr(holder, element[1] if element else last)
+    except AttributeError:
+        raise Error(5, "update", f"The table of {kind.info.group} has no column {path}.") from None
+    if element:
+        return held[tuple(map(int, element[2].split(",")))]
+    return held.tolist() if hasattr(held, "tolist") else held
+
+
 def _rows_of(table_or_frame: Any) -> list[dict[str, Any]]:
-    """A dict for each row of an array, of a frame, or of a sequence of dicts."""
+    """A dict for each row of an array or of a frame."""
     if hasattr(table_or_frame, "iloc"):
         records = table_or_frame.reset_index() if "Index" not in table_or_frame.columns else table_or_frame
         rows: list[dict[str, Any]] = records.to_dict("records")
         return rows
-    names = getattr(getattr(table_or_frame, "dtype", None), "names", None)
-    if names is None:
-        return [dict(row) for row in table_or_frame]
+    names = table_or_frame.dtype.names
     return [dict(zip(names, row)) for row in table_or_frame.tolist()] if _is_flat(table_or_frame) else [
         {name: row[name] for name in names} for row in table_or_frame]
 
@@ -182,6 +213,8 @@ def _is_flat(rows: Any) -> bool:
 def _differ(value: Any, old: Any) -> bool:
     if getattr(value, "shape", ()) or getattr(old, "shape", ()):
         return not bool(numpy().array_equal(value, old))
+    if isinstance(old, list):
+        return list(value) != old
     if value != value and old != old:  # both are no number
         return False
     return bool(_text(value) != _text(old))
@@ -206,7 +239,7 @@ def _save(kind: Kind[Any], index: int, values: dict[str, Any]) -> None:
 
 def _set(entity: Any, path: str, value: Any) -> None:
     holder, last = _holder(entity, path)
-    element = re.fullmatch(r"(\w+)\(([\d,]+)\)", last)
+    element = ELEMENT.fullmatch(last)
     if element:  # of a frame: one element is a column
         getattr(holder, element[1])[tuple(map(int, element[2].split(",")))] = value
     elif getattr(value, "shape", ()):

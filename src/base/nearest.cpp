@@ -51,9 +51,32 @@ std::string_view nearest(std::string_view word, std::span<const std::string_view
   return best;
 }
 
+namespace {
+
+/// The candidates that a word of three letters or more is a part of, the shortest first.
+std::vector<std::string_view> containing(std::string_view word, std::span<const std::string_view> candidates) {
+  std::vector<std::string_view> found;
+  const auto has_word = [&](std::string_view candidate) {
+    const auto same = [](char x, char y) { return folded(x) == folded(y); };
+    return std::search(candidate.begin(), candidate.end(), word.begin(), word.end(), same) != candidate.end();
+  };
+  constexpr size_t kFewest = 3;
+  if (word.size() >= kFewest) std::ranges::copy_if(candidates, std::back_inserter(found), has_word);
+  std::ranges::stable_sort(found, {}, &std::string_view::size);
+  return found;
+}
+
+}  // namespace
+
 std::string did_you_mean(std::string_view word, std::span<const std::string_view> candidates) {
-  const auto best = nearest(word, candidates);
-  return best.empty() ? "there is none." : "did you mean " + std::string(best) + "?";
+  constexpr size_t kMostTold = 5;
+  auto found = containing(word, candidates);
+  if (found.empty() && !candidates.empty()) found.push_back(nearest(word, candidates));
+  if (found.empty() || found.front().empty()) return "there is none.";
+  std::string text = "did you mean " + std::string(found.front());
+  const size_t told = std::min(found.size(), kMostTold);
+  for (size_t i = 1; i < told; ++i) text += (i + 1 < found.size() ? ", " : " or ") + std::string(found[i]);
+  return text + (found.size() > told ? " or one of " + std::to_string(found.size() - told) + " more?" : "?");
 }
 
 }  // namespace tarn

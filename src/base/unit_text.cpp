@@ -131,6 +131,17 @@ const BaseUnit* first_unit(std::string_view text, size_t& length) {
   return found;
 }
 
+/// The unit before another one without a point between them, as people write below a slash: the "m" of "W/mK".
+const BaseUnit* glued_unit(std::string_view text, size_t& length) {
+  const size_t letters = static_cast<size_t>(std::find_if_not(text.begin(), text.end(), is_letter) - text.begin());
+  for (size_t split = letters; split-- > 1;) {
+    size_t after = 0;
+    const BaseUnit* unit = first_unit(text.substr(0, split), length);
+    if (unit && length == split && first_unit(text.substr(split), after)) return unit;
+  }
+  return nullptr;
+}
+
 class Reader {
  public:
   explicit Reader(std::string_view text) : text_(text) {}
@@ -157,7 +168,7 @@ class Reader {
     for (bool first = true;; first = false) {
       skip_blanks();
       Unit one;
-      if (!factor(one, depth) || !multiply(unit, one, sign, first)) return false;
+      if (!factor(one, depth, sign < 0) || !multiply(unit, one, sign, first)) return false;
       skip_blanks();
       const char c = next();
       if (c == '\0' || c == ')') return true;
@@ -166,7 +177,7 @@ class Reader {
     }
   }
 
-  bool factor(Unit& unit, int depth) {
+  bool factor(Unit& unit, int depth, bool below) {
     if (next() == '(') {
       ++at_;
       if (depth == kDeepest || !expression(unit, depth + 1) || next() != ')') return false;
@@ -179,6 +190,7 @@ class Reader {
     } else {
       size_t length = 0;
       const BaseUnit* base = first_unit(text_.substr(at_), length);
+      if (!base && below) base = glued_unit(text_.substr(at_), length);
       if (!base) return false;
       at_ += length;
       unit = {base->dimension, base->factor, base->scale, base->zero};

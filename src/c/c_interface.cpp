@@ -6,6 +6,7 @@
 #include <list>
 
 #include "c/c_support.h"
+#include "reflect/allowed.h"
 #include "tarn/base/value.h"
 #include "tarn/class_list.h"
 #include "tarn/reflect/by_name.h"
@@ -95,6 +96,14 @@ class Block {
     for_each_element(member_, [&](Subscripts at) {
       get_property(object_, member_, at, value);
       std::visit([&](const auto& v) { store(v, data); }, value);
+      data += width_;
+    });
+  }
+
+  /// Error for a value that the property cannot have.
+  void check_values(const char* data) const {
+    for_each_element(member_, [&](Subscripts at) {
+      check_let(object_, member_, at, value_at(data), Given::WithRecord);
       data += width_;
     });
   }
@@ -207,6 +216,16 @@ tarn_status tarn_let(tarn_object* object, int32_t member, const int32_t* subscri
   });
 }
 
+tarn_status tarn_let_allowed(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count,
+                             const tarn_value* value) {
+  HandleSlot* plain = slot_of(object);
+  const bool never_refused = value && value->type == TARN_REAL64 && value->as.r8 >= 0;  // and fits, or it goes on
+  if (plain && never_refused && let_directly(*plain, static_cast<uint32_t>(member), count, value)) return TARN_OK;
+  return on_object(object, [&](HandleSlot& slot) {
+    let_allowed(*slot.fast, member_at(*slot.info, member), subscripts_of(subscripts, count), taken(required(value)));
+  });
+}
+
 tarn_status tarn_call(tarn_object* object, int32_t member, tarn_value* arguments, int32_t count, tarn_value* result) {
   return on_object(object,
                    [&](HandleSlot& slot) { call_into(slot, member_at(*slot.info, member), arguments, count, result); });
@@ -245,6 +264,15 @@ tarn_status tarn_get_block(tarn_object* object, int32_t member, void* data, size
 tarn_status tarn_let_block(tarn_object* object, int32_t member, const void* data, size_t bytes) {
   return on_object(object, [&](HandleSlot& slot) {
     Block(slot, member_at(*slot.info, member), bytes).let(&required(static_cast<const char*>(data)));
+  });
+}
+
+tarn_status tarn_let_block_allowed(tarn_object* object, int32_t member, const void* data, size_t bytes) {
+  return on_object(object, [&](HandleSlot& slot) {
+    Block block(slot, member_at(*slot.info, member), bytes);
+    const char* values = &required(static_cast<const char*>(data));
+    block.check_values(values);
+    block.let(values);
   });
 }
 

@@ -11,6 +11,7 @@
 #include "tarn/exchange.h"
 #include "tarn/gbxml.h"
 #include "tarn/pictures.h"
+#include "tarn/reflect/by_name.h"
 #include "tarn/weather.h"
 #include "tarn/weather_import.h"
 
@@ -89,6 +90,28 @@ tarn_status tarn_compute(tarn_object* entity) {
   });
 }
 
+tarn_status tarn_load_entity(tarn_object* entity, int16_t index) {
+  return on_object(entity, [index](HandleSlot& slot) {
+    auto& stored = object_as<StoredEntity>(slot, "entity");
+    try {
+      stored.Load(index);
+    } catch (const std::exception&) {
+      settle(*slot.info, "Load()");
+    }
+  });
+}
+
+tarn_status tarn_save_entity(tarn_object* entity) {
+  return on_object(entity, [](HandleSlot& slot) {
+    auto& stored = object_as<StoredEntity>(slot, "entity");
+    try {
+      stored.Save();
+    } catch (const std::exception&) {
+      settle(*slot.info, "Save()");
+    }
+  });
+}
+
 tarn_status tarn_export(tarn_object* project, const char* groups, tarn_progress progress, void* context,
                         const char** text) {
   return on_object(project, [&](HandleSlot& slot) {
@@ -102,7 +125,7 @@ tarn_status tarn_export(tarn_object* project, const char* groups, tarn_progress 
 tarn_status tarn_import(tarn_object* project, const char* text, tarn_progress progress, void* context, int32_t* count) {
   return on_object(project, [&](HandleSlot& slot) {
     auto& filled = object_as<COM_ProjectData>(slot, "project");
-    const size_t entities = import_project(filled, required_text(text), told(progress, context));
+    const size_t entities = import_project(filled, required_text(text), told(progress, context)).all();
     if (count) *count = static_cast<int32_t>(entities);
   });
 }

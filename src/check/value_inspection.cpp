@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "base/measures.h"
 #include "check/inspection.h"
 #include "reflect/allowed.h"
 #include "tarn/base/log.h"
@@ -164,6 +165,27 @@ void inspect_coefficients(Inspection& on, InspectedKind& kind, int16_t index) {
   });
 }
 
+/// A U-value that a person set, or that an edit of the layers left behind; a part in a thousand is rounding.
+void inspect_u_value(Inspection& on, InspectedKind& kind, int16_t index) {
+  constexpr double kRounding = 1e-3;
+  if (kind.row.class_name != "CA_ConstructionAssly" || index == 0) return;
+  const auto& built = dynamic_cast<const CA_ConstructionAssly&>(*kind.entity);
+  const double stored = built.OverallUValue, of_layers = built.layers_u_value();
+  if (!std::isfinite(stored) || !std::isfinite(of_layers) || std::abs(stored - of_layers) <= kRounding * of_layers)
+    return;
+  CheckFinding told = on.of(kind, index, "OverallUValue");
+  told.severity = Severity::Warning;
+  told.what =
+      "The U-value is " + six_digits(stored) + " Btu/(hr.ft2.F); that of the layers is " + six_digits(of_layers) + ".";
+  told.remedy = "Repair computes it from the layers and marks what rests on it.";
+  on.add(told, [&kind, index] {
+    auto& mended = dynamic_cast<CA_ConstructionAssly&>(*kind.entity);
+    mended.read_stored(index);
+    mended.ComputeSummary();
+    store_mended(kind);
+  });
+}
+
 void inspect_rate_type(Inspection& on, InspectedKind& kind, int16_t index) {
   auto* rate = dynamic_cast<URT_UtilityRate*>(kind.entity.get());
   if (!rate) return;
@@ -201,6 +223,7 @@ void inspect_values(Inspection& on, InspectedKind& kind, int16_t index) {
     faults.look_at({owner, field, prefix});
   });
   inspect_rate_type(on, kind, index);
+  inspect_u_value(on, kind, index);
   inspect_coefficients(on, kind, index);
 }
 

@@ -324,11 +324,19 @@ float CA_ConstructionAssly::GetTotalWeight() const {
   return total(layers_, "GetTotalWeight", [](const CA_Layer& l) { return float{l.Weight}; });
 }
 
-void CA_Layer::derive() {
-  if (!(Thickness > 0)) return;
+float CA_Layer::derived_resistance() const {
   const bool has_mass = Density > 0 && SpecificHeat > 0;
-  if (Conductivity > 0 && (has_mass || ThermalResistance == 0)) ThermalResistance = ThicknessFeet() / Conductivity;
-  if (Density > 0) Weight = ThicknessFeet() * Density;
+  const bool follows = Thickness > 0 && Conductivity > 0 && (has_mass || ThermalResistance == 0);
+  return follows ? ThicknessFeet() / Conductivity : float{ThermalResistance};
+}
+
+float CA_Layer::derived_weight() const {
+  return Thickness > 0 && Density > 0 ? ThicknessFeet() * Density : float{Weight};
+}
+
+void CA_Layer::derive() {
+  ThermalResistance = derived_resistance();
+  Weight = derived_weight();
 }
 
 namespace {
@@ -345,12 +353,12 @@ double used_total(const std::array<CA_Layer, CA_ConstructionAssly::kLayers>& lay
 }  // namespace
 
 double CA_ConstructionAssly::layers_u_value() const {
-  const double resistance = used_total(layers_, [](const CA_Layer& l) { return float{l.ThermalResistance}; });
+  const double resistance = used_total(layers_, [](const CA_Layer& l) { return l.derived_resistance(); });
   return resistance > 0 ? 1 / resistance : 0;
 }
 
 double CA_ConstructionAssly::layers_weight() const {
-  return used_total(layers_, [](const CA_Layer& l) { return float{l.Weight}; });
+  return used_total(layers_, [](const CA_Layer& l) { return l.derived_weight(); });
 }
 
 double CA_ConstructionAssly::steady_u_value() const {

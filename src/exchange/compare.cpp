@@ -10,6 +10,7 @@
 #include "reflect/json.h"
 #include "storage/kind.h"
 #include "storage/links.h"
+#include "tarn/code_names.h"
 #include "tarn/member_units.h"
 
 namespace tarn {
@@ -40,6 +41,15 @@ bool same(const Value& first, const Value& second, double tolerance) {
   const double a = real_from(first), b = real_from(second);
   if (std::isnan(a) || std::isnan(b)) return std::isnan(a) == std::isnan(b);
   return a == b || std::abs(a - b) <= tolerance * std::max(std::abs(a), std::abs(b));
+}
+
+/// Empty where the value is no code, or one that has no name.
+std::string code_text(const Place& place, const Value& value) {
+  const auto* code = std::get_if<int16_t>(&value);
+  if (!code) return {};
+  const auto labels = codes_of(*place.owner, *place.field);
+  const auto label = std::ranges::find(labels, *code, &Label::code);
+  return label == labels.end() ? std::string() : std::string(label->text.empty() ? label->name : label->text);
 }
 
 /// The same field of the same part.
@@ -121,8 +131,9 @@ class Comparison {
       Value ours = first ? value(first_, *first, at) : Value();
       Value theirs = second ? value(second_, *second, at) : Value();
       if (same(ours, theirs, options_.tolerance)) return;
+      const std::string text = first ? code_text(*first, ours) : "", other = second ? code_text(*second, theirs) : "";
       all_.push_back({kind_, name_, any.prefix + element_name(*any.field, at),
-                      std::string(unit_of(*any.owner, *any.field)), std::move(ours), std::move(theirs)});
+                      std::string(unit_of(*any.owner, *any.field)), std::move(ours), std::move(theirs), text, other});
     });
   }
 

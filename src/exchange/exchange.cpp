@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/nearest.h"
+#include "base/sentence.h"
 #include "exchange/json_lines.h"
 #include "platform/file_store.h"
 #include "platform/host.h"
@@ -206,7 +207,7 @@ class Import {
   Import(COM_ProjectData& project, const std::string& text, const Progress& progress)
       : project_(project), text_(text), progress_(progress) {}
 
-  size_t run() {
+  Imported run() {
     try {
       parse();
       const auto opened = host().database(project_.IndexDBName());  // as above
@@ -222,9 +223,9 @@ class Import {
       return done_;
     } catch (const Error& error) {
       if (at_.empty()) throw;
-      throw Error(
-          error.number(), error.source(),
-          "line " + std::to_string(line_of(text_, at_)) + ", " + at_ + ": " + error.what() + " Nothing was imported.");
+      throw Error(error.number(), error.source(),
+                  "line " + std::to_string(line_of(text_, at_)) + ", " + at_ + ": " + sentence(error.what()) +
+                      " Nothing was imported.");
     }
   }
 
@@ -293,8 +294,11 @@ class Import {
       } else if (keeps_indexes) {
         entity->SaveDefault();
       }
-      if (index > 0 || keeps_indexes) ++done_;
-      if (progress_) progress_(done_, total_);
+      if (index > 0)
+        ++done_.entities;
+      else if (keeps_indexes)
+        ++done_.defaults;
+      if (progress_) progress_(done_.all(), total_);
     }
   }
 
@@ -362,12 +366,13 @@ class Import {
     std::map<int32_t, int16_t> given;  // by the text's index
   };
   std::map<std::string_view, Renumbered> renumbered_;  // by kind
-  size_t done_ = 0, total_ = 0;
+  Imported done_;
+  size_t total_ = 0;
 };
 
 }  // namespace
 
-size_t import_project(COM_ProjectData& project, const std::string& text, const Progress& progress) {
+Imported import_project(COM_ProjectData& project, const std::string& text, const Progress& progress) {
   return Import(project, text, progress).run();
 }
 

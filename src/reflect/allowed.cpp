@@ -4,8 +4,10 @@
 #include <cmath>
 #include <cstdio>
 
+#include "base/sentence.h"
 #include "tarn/base/error.h"
 #include "tarn/base/value.h"
+#include "tarn/reflect/by_name.h"
 
 namespace tarn {
 namespace {
@@ -18,12 +20,15 @@ constexpr std::string_view kNeverNegative[]{
 /// Properties with such a unit that have a sign: terms of a series, and the height of an outdoor unit above or below.
 constexpr std::string_view kSigned[]{"BTrans", "CTrans", "PipeHeight"};
 
-/// Numbers that stand for something without being an enumeration: the frames that the method of windows knows, and the
-/// exposures of the weather's solar table, 0 for a slot not in use.
+/// Numbers that stand for something without being an enumeration: the frames that the method of windows knows, the
+/// exposures of the weather's solar table and the profiles of a schedule, 0 for a slot not in use.
 constexpr struct Numbered {
   std::string_view class_name, property;
   int last;
-} kNumbered[]{{"WIN_Window", "FrameType", 4}, {"SPC_WallWindow", "Exposure", 17}, {"SPC_Roof", "Exposure", 17}};
+} kNumbered[]{{"WIN_Window", "FrameType", 4},
+              {"SPC_WallWindow", "Exposure", 17},
+              {"SPC_Roof", "Exposure", 17},
+              {"SCH_Schedule", "Applicable", 8}};
 
 template <typename List>
 bool has(const List& list, std::string_view word) {
@@ -70,6 +75,25 @@ void check_code(std::span<const Label> labels, int code) {
   refuse("code " + std::to_string(code), "the codes are " + codes);
 }
 
+void check_text(const Member& property, const std::string& text) {
+  if (property.width() == 0 || text.size() <= property.width()) return;
+  if (const size_t length = page_from_utf8(text).size(); length > property.width()) {
+    fail(ErrorNumber::TypeMismatch, "\"" + text + "\" has " + std::to_string(length) + " characters, allowed are " +
+                                        std::to_string(property.width()));
+  }
+}
+
+bool is_number(const Value& value) { return type_of(value) >= ValueType::Int16 && type_of(value) <= ValueType::Real64; }
+
+/// A number as the property holds it; other values, and those that its setter refuses, as they are.
+Value as_held(const Member& property, const Value& value) {
+  if (!is_number(value)) return value;
+  const double number = real_from(value);
+  if (property.type == ValueType::Real32 || property.type == ValueType::Real64) return number;
+  const bool whole = number == std::nearbyint(number) && std::abs(number) <= INT32_MAX;
+  return whole ? Value(static_cast<int32_t>(number)) : Value();
+}
+
 }  // namespace
 
 void check_allowed(const Object& object, const Member& property, const Value& value, Given given) {
@@ -78,6 +102,8 @@ void check_allowed(const Object& object, const Member& property, const Value& va
       return check_real(property, double{std::get<float>(value)});
     case ValueType::Real64:
       return check_real(property, std::get<double>(value));
+    case ValueType::Text:
+      return check_text(property, std::get<std::string>(value));
     case ValueType::Int16:
     case ValueType::Int32:
       break;
@@ -89,6 +115,20 @@ void check_allowed(const Object& object, const Member& property, const Value& va
     refuse(std::to_string(number), "allowed are 0 to " + std::to_string(row->last));
   if (given == Given::WithRecord && (number == 0 || property.labels_for)) return;
   if (const auto labels = property.labels_of(object); !labels.empty()) check_code(labels, number);
+}
+
+void check_let(const Object& object, const Member& property, Subscripts at, const Value& value, Given given) {
+  try {
+    check_allowed(object, property, as_held(property, value), given);
+  } catch (const Error& error) {
+    throw Error(error.number(), source_of(object.info(), element_name(property, at)), sentence(error.description()));
+  }
+}
+
+void let_allowed(Object& object, const Member& property, Subscripts at, const Value& value) {
+  if (property.kind == MemberKind::Property && !property.read_only)
+    check_let(object, property, at, value, Given::Alone);
+  let_property(object, property, at, value);
 }
 
 std::optional<NumberRange> allowed_range(const Object& object, const Member& property) {

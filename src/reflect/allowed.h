@@ -16,6 +16,12 @@ enum class Given : uint8_t { Alone, WithRecord };
 /// Error `InvalidCall` for a value that cannot be; the text has the value, what is allowed, and the codes.
 void check_allowed(const Object& object, const Member& property, const Value& value, Given given);
 
+/// Sets a property as `let_property` does, if it can have the value. Else the error's source is class and property,
+/// "WIN_Window.Height".
+void let_allowed(Object& object, const Member& property, Subscripts at, const Value& value);
+/// As the check in it; a whole array is the text of a record.
+void check_let(const Object& object, const Member& property, Subscripts at, const Value& value, Given given);
+
 /// Whole or real numbers from `least` on, up to `most` where there is a limit.
 struct NumberRange {
   int least = 0;

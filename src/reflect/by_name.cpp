@@ -5,12 +5,6 @@
 namespace tarn {
 namespace {
 
-/// Called in a catch block: throws on with the class and the label as the source, unless the class traps.
-void settle(const ClassInfo& info, std::string_view label) {
-  if (info.failures == Failures::Raised) raise_current_exception(info.name, label);
-  trap_current_exception(info.name, label);
-}
-
 void check_call(const ClassInfo& info, const Member& member, MemberKind kind, size_t subscripts) {
   const std::string name = std::string(info.name) + "." + std::string(member.name);
   if (member.kind != kind) {
@@ -25,6 +19,11 @@ void check_call(const ClassInfo& info, const Member& member, MemberKind kind, si
 }
 
 }  // namespace
+
+void settle(const ClassInfo& info, std::string_view label) {
+  if (info.failures == Failures::Raised) raise_current_exception(info.name, label);
+  trap_current_exception(info.name, label);
+}
 
 std::string source_of(const ClassInfo& info, std::string_view label) {
   return std::string(info.name) + "." + std::string(label);

@@ -96,13 +96,6 @@ void set_element(Object& object, const Member& member, const Json& json, Subscri
   if (member.width() > 0 && json.is_null()) return (member.*let)(object, at, std::string(member.width(), '\0'));
   const Value value = member.labels.empty() ? from_json(json, member.type)
                                             : from_json(code_json(member.labels_of(object), json), member.type);
-  if (const auto* text = std::get_if<std::string>(&value);
-      text && member.width() > 0 && text->size() > member.width()) {
-    if (const size_t length = page_from_utf8(*text).size(); length > member.width()) {
-      fail(ErrorNumber::TypeMismatch, "\"" + *text + "\" has " + std::to_string(length) + " characters, allowed are " +
-                                          std::to_string(member.width()));
-    }
-  }
   check_allowed(object, member, value, given);
   (member.*let)(object, at, value);
 }

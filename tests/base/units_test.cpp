@@ -69,7 +69,10 @@ TEST(Units, TemperaturesHaveAZeroAndDifferencesHaveNone) {
                   {5, "C", "delta F", 9},
                   {20, "\u0394F", "delta C", 100.0 / 9},
                   {1.8, "1/K", "1/F", 1},
-                  {5, "kJ/(kg.C)", "kJ/(kg.K)", 5}};
+                  {5, "kJ/(kg.C)", "kJ/(kg.K)", 5},
+                  {5, "kJ/kgK", "kJ/(kg.K)", 5},
+                  {5, "W/mK", "W/(m.K)", 5},
+                  {5, "W/m2K", "W/(m2.K)", 5}};
   for (const auto& row : cases)
     EXPECT_NEAR(convert(row.value, row.from, row.to), row.wanted, 1e-12) << row.value << row.from << " to " << row.to;
   EXPECT_EQ(refusal("delta F", "F"), "\"delta F\" is not a unit for a value in F; units that fit are F, C, K, R");

@@ -98,6 +98,8 @@ TEST(Nearest, IsTheWordWithTheFewestEdits) {
   EXPECT_EQ(nearest("heigth", words), "Height");
   EXPECT_EQ(nearest("frame", words), "FrameType");
   EXPECT_EQ(did_you_mean("x", {}), "there is none.");
+  const std::string_view bricks[]{"blocks", "M01 4 in Brick", "12 in brick", "brink"};
+  EXPECT_EQ(did_you_mean("brick", bricks), "did you mean 12 in brick or M01 4 in Brick?") << "it holds the word";
 }
 
 }  // namespace

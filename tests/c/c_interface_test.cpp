@@ -49,6 +49,26 @@ TEST(CInterface, GetsLetsAndCallsByNameAndNumber) {
   EXPECT_EQ(tarn_release(copy.as.object), TARN_OK);
 }
 
+TEST(CInterface, ValuesThatCannotBeAreRefusedWhereThatIsAskedFor) {
+  Handle window("WIN_Window");
+  const int32_t height = tarn_member_number(window.object, "Height");
+  const int32_t thickness = tarn_member_number(window.object, "GlassThickness");
+  const tarn_value low = real(-3), right = real(4);
+  EXPECT_EQ(tarn_let_allowed(window.object, height, nullptr, 0, &right), TARN_OK);
+  EXPECT_EQ(tarn_let_allowed(window.object, height, nullptr, 0, &low), TARN_ERROR);
+  const char *source = nullptr, *description = nullptr;
+  tarn_last_error(window.object, &source, &description);
+  EXPECT_STREQ(source, "WIN_Window.Height");
+  EXPECT_STREQ(description, "found -3 ft; allowed are 0 ft and above.");
+  const float block[3]{0.1F, 0.2F, -0.3F};
+  float before[3]{}, after[3]{};
+  ASSERT_EQ(tarn_get_block(window.object, thickness, before, sizeof before), TARN_OK);
+  EXPECT_EQ(tarn_let_block_allowed(window.object, thickness, block, sizeof block), TARN_ERROR);
+  ASSERT_EQ(tarn_get_block(window.object, thickness, after, sizeof after), TARN_OK);
+  EXPECT_TRUE(std::equal(before, before + 3, after)) << "all or nothing";
+  EXPECT_EQ(tarn_let(window.object, height, nullptr, 0, &low), TARN_OK) << "the rule of the class";
+}
+
 TEST(CInterface, ValuesAreConvertedAndPropertiesHaveUnits) {
   double feet = 0;
   ASSERT_EQ(tarn_convert(1.2, "m", "ft", &feet), TARN_OK);

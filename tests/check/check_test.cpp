@@ -127,6 +127,12 @@ const Damaged kOfValues[]{
        for (size_t i = 0; i < 12; ++i) p.poke("WAL.DAT", kWall + offsetof(ConstructionRecord, BTrans) + 4 * i, 0.05F);
      },
      "Wall 1 \"Brick\", BTrans, DTrans, CTrans", "The transfer functions are not those of the layers"},
+    {"u_value_of_other_layers",
+     [](const SoundProject& p) {
+       p.poke("WAL.DAT", kWall + offsetof(ConstructionRecord, OverallUValue), 3.0F);
+       p.sql("UPDATE WallIndex SET fOverallUValue = 3 WHERE nIndex = 1");
+     },
+     "Wall 1 \"Brick\", OverallUValue", "The U-value is 3 Btu/(hr.ft2.F); that of the layers is"},
 };
 
 const Damaged kOfLinks[]{

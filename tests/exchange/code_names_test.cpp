@@ -48,7 +48,8 @@ TEST_F(CodeNamesTest, ImportsTakeThem) {
     return import_project(project,
                           R"({"tarn": 1, "SPC_Space": [{"index": 1, "Roof": [{"Exposure": )" + exposure +
                               R"(}, {"Exposure": 9}, {}, {}]}]})",
-                          [](size_t, size_t) {});
+                          [](size_t, size_t) {})
+        .entities;
   };
   EXPECT_EQ(imported("\"nne\""), 1U);
   const auto space = project.NewSpace();

@@ -125,7 +125,7 @@ TEST_F(ExchangeTest, TheSameProjectGivesTheSameBytesAfterARoundTrip) {
   fresh.SetWorkPath(other.path);
   fresh.FilePrefix = "NEW";
   create_index(fresh.IndexDBName());
-  EXPECT_EQ(import_project(fresh, before, quiet), 28U);
+  EXPECT_EQ(import_project(fresh, before, quiet).all(), 28U);
   EXPECT_EQ(export_project(fresh, {}, quiet), before);
   const std::string copied = test::bytes_of(fresh.WindowFilename());
   for (const size_t index : {1, 3, 5})
@@ -166,7 +166,8 @@ TEST_F(ExchangeTest, AFilledProjectRenumbersAndKeepsItsOwn) {
   const std::string own_default = test::bytes_of(project.WindowFilename()).substr(0, 555);
   EXPECT_EQ(
       import_project(project, R"({"tarn": 1, "WIN_Window": [{"index": 0, "Height": 9}, {"index": 1, "Name": "new"}]})",
-                     quiet),
+                     quiet)
+          .entities,
       1U);
   auto window = project.NewWindow();
   window->Load(1);

@@ -35,8 +35,8 @@ class CommandLineTest(unittest.TestCase):
         self.at = pathlib.Path(self.folder.name)
         self.tarn("project", "new", project=self.at / "MALL")
 
-    def tarn(self, *words, project=None, code=0):
-        run = subprocess.run([TARN, "-p", str(project or self.at), *words], capture_output=True, text=True, check=False)
+    def tarn(self, *words, project=None, code=0, at=None):
+        run = subprocess.run([TARN, "-p", str(project or self.at), *words], capture_output=True, text=True, check=False, cwd=at)
         self.assertEqual(run.returncode, code, run.stderr)
         return run
 

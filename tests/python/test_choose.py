@@ -63,6 +63,27 @@ class TestChoose(CommandLineTest):
                 self.assertIn(says, self.tarn("windows", "list", "--where", where, code=2).stderr)
         self.assertIn("did you mean BFT_FUEL_OIL?", self.tarn("boilers", "list", "--where", "FuelType=BFT_FULE_OIL", code=2).stderr)
 
+    def test_references_and_ranges(self):
+        self.tarn("walls", "new", "Name=Outer")
+        self.tarn("walls", "new", "Name=Inner")
+        self.tarn("schedules", "new", "Name=Office hours")
+        self.assertIn("set: Wall(1 to 2).WallType: 2 values", self.tarn("spaces", "new", "Name=Reception", "People.Schedule=office hours", "Wall(1 to 2).WallType=Outer").stderr)
+        self.tarn("schedules", "set", "1", "HourlyValue(1, 8 to 17)=70")
+        self.assertEqual([self.shown("spaces", "1")["Wall"][n]["WallType"] for n in range(3)], [1, 1, 0])
+        self.assertEqual(self.shown("schedules", "1")["HourlyValue"][0][7:19], [100, *10 * [70], 100])
+        self.assertRegex(self.tarn("spaces", "show", "1").stdout, "Schedule +1  Office hours")
+        self.assertEqual((self.names("Wall(1).WallType=outer", "spaces"), self.names("Wall(1).WallType=Inner", "spaces")), (["Reception"], []))
+        self.assertIn('the walls 1, 3 have the same name, "Outer"', self.tarn("walls", "new", "Name=Outer").stderr)
+        for words, says in [(("spaces", "set", "1", "Wall(1).WallType=Outer"), 'WallType: "Outer" names 2 walls: 1 Outer, 3 Outer'), (("spaces", "set", "1", "Wall(1).WallType=Otter"), "There is no wall \"Otter\"; did you mean Outer?"),
+                            (("schedules", "set", "1", "HourlyValue(1)=0,0"), "HourlyValue(1, 0 to 23)=value"), (("schedules", "set", "1", "HourlyValue(1, 9 to 3)=0"), "a range that cannot be read"),
+                            (("schedules", "set", "1", "Applicable(1,0)=12"), "found 12; allowed are 0 to 8"), (("windows", "set", "1", "Height(1)=3"), "Height has no subscripts"),
+                            (("walls", "layer", "insert", "1", "2", "--material", "brick"), "did you mean M01 4 in brick?"), (("windows", "set", "1", "glass=3"), "or one of")]:
+            with self.subTest(words):
+                self.assertIn(says, self.tarn(*words, code=2).stderr)
+        self.assertEqual(self.names("Height > 6 ft and Width = 1.524 m"), ["south 6x5"])
+        self.tarn("air-systems", "new", "--type", "VAV", "Name=AHU")
+        self.assertEqual(self.names("SystemType=VAV", "air-systems"), ["AHU"])
+
     def test_columns_and_order(self):
         text = self.tarn("windows", "list", "--columns", "Name, Height,GlassTrans(1)", "--sort", "Height,Name", "--reverse", "--csv").stdout
         rows = list(csv.reader(text.splitlines()))

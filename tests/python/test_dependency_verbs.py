@@ -48,6 +48,19 @@ class TestDependencies(CommandLineTest):
         design, simulation = json.loads(self.tarn("project", "stale", "--json").stdout)
         self.assertEqual((design["results"], simulation["results"], design["edited"]["name"]), ("design", "simulation", "South"))
 
+    def test_the_whole_chain_up(self):
+        self.tarn("walls", "new", "Name=Glazed")
+        self.tarn("spaces", "new", "Name=Lobby", "Wall(1).WallType=Glazed")
+        self.tarn("air-systems", "new", "--type", "VAV", "Name=Penthouse", "ZoneData(1).SpaceID(1)=Lobby", "ZoneData(1).TotalSpacesInZone=1")
+        wall, way = int(self.tarn("walls", "list", "--columns", "Index", "--where", "Name=Glazed", "--csv").stdout.split()[-1]), "System"
+        self.assertIn(f"tarn walls used-by {wall} --all", self.tarn("walls", "used-by", "Glazed").stderr)
+        self.assertRegex(self.tarn("walls", "used-by", "Glazed", "--all").stdout, r'System +\d+ +Penthouse +Wall \d+ "Glazed" > Space \d+ "Lobby" > System \d+ "Penthouse"')
+        chain = json.loads(self.tarn("walls", "used-by", "Glazed", "--all", "--json").stdout)
+        self.assertEqual(([each["kind"] for each in chain], len(chain[-1]["way"])), (["Space", way], 3))
+        said = self.tarn("walls", "set", "Glazed", "Layer(2).Thickness=5").stderr
+        self.assertRegex(said, r'already stale: air system \d+ "Penthouse" design')
+        self.assertNotIn("already stale", self.tarn("walls", "set", "Glazed", "Name=Plain").stderr)
+
     def test_graph(self):
         self.assertRegex(self.tarn("project", "graph").stdout, r"\nSystem +1 +VAV-1 +Space 1, Space 2 +design never calculated, simulation never calculated *\n")
         self.calculated()
@@ -97,10 +110,12 @@ class TestDependencies(CommandLineTest):
         self.assertEqual(self.tarn("diff", str(self.at), str(other)).stdout, "no difference\n")
         self.tarn("windows", "set", "South", "Height=1.2m", project=other)
         self.assertRegex(self.tarn("diff", str(self.at), str(other), code=1).stdout, r'^Window "South" Height: [\d.]+ -> 3.93700\d+ ft\n')
-        self.assertRegex(self.tarn("--units", "si", "diff", str(self.at), str(other), code=1).stdout, r"Height: [\d.]+ -> 1.2000\d* m\n")
+        self.assertIn("Height: 1.2192 -> 1.2 m\n", self.tarn("--units", "si", "diff", str(self.at), str(other), code=1).stdout)
         text = self.at / "other.json"
         text.write_text(self.tarn("export", "json", project=other).stdout)
         self.assertEqual(self.tarn("diff", str(other), str(text), "--json").stdout, "[]\n")
+        self.tarn("windows", "set", "South", "WindowType=true", "FrameType=2", project=other)
+        self.assertRegex(self.tarn("diff", str(self.at), str(other), code=1).stdout, r"FrameType: \d+ [a-z ,]+ -> 2 [a-z ,]+\n")
         self.assertIn("relative difference", self.tarn("diff", str(other), str(text), "--tolerance", "x", code=2).stderr)
 
 

@@ -33,6 +33,19 @@ class TestEnvelope(CommandLineTest):
         self.assertIn("The layers have no transfer functions: no layer is used.\n", shown)
         self.assertNotIn("by at most", shown)
 
+    def test_what_is_computed_is_told(self):
+        self.tarn("walls", "new", "Name=Brick")
+        for words, says in [(("set", "1", "OverallUValue=3"), "OverallUValue is computed from the other values: 0."), (("set", "1", "Layer(3).ThermalResistance=9"), "the 9 hr.ft2.F/Btu given stays until"),
+                            (("layer", "insert", "1", "3", "--material", "I02"), "computed: OverallUValue"), (("layer", "remove", "1", "3"), "computed: OverallUValue"),
+                            (("set", "1", "Layer(9).Thickness=2"), "Layer(9) is not used: set Layer(9).LayerUsed=true"), (("set", "1", "Layer(2).Conductivity=0.5W/mK"), "(0.5 W/mK)")]:
+            with self.subTest(words):
+                self.assertIn(says, self.tarn("walls", *words).stderr)
+        self.tarn("walls", "set", "1", "Layer(3).ThermalResistance=9")
+        shown = [line for line in self.tarn("walls", "show", "1").stdout.splitlines() if line.startswith("U-value")]
+        self.tarn("walls", "call", "1", "ComputeSummary")
+        self.assertEqual(shown, [line for line in self.tarn("walls", "show", "1").stdout.splitlines() if line.startswith("U-value")])
+        self.assertIn("as computed from the layers", shown[0])
+
     def test_walls_schedules_and_spaces(self):
         computed = self.tarn("walls", "new", "Name=Brick", "Layer(3).Thickness=2").stderr
         self.assertIn("computed: OverallUValue 0.0600482 -> 0.0844189", computed)

@@ -41,7 +41,7 @@ class TestHelp(CommandLineTest):
         self.assertNotIn("--type", boilers)
         self.assertRegex(self.run_plain("help", "plants", "new"), r"--type TYPE[^$]*\nTypes:\n  [^$]*HOT_WATER,")
         self.assertRegex(self.run_plain("preferences", "set", "--help"), r"LeedVersionCode +code\n[^$]*  3\. LEED v4\n")
-        self.assertRegex(self.run_plain("air-systems", "zone", "--help"), r"\n  Name +text of 30\n[^$]*SpaceID\(1 to \d+\) +whole number, index of a Space\n")
+        self.assertRegex(self.run_plain("air-systems", "zone", "--help"), r"\n  Name +text of 30\n[^$]*SpaceID\(1 to \d+\) +whole number, index or name of a Space\n")
         self.assertRegex(self.run_plain("windows", "set", "--help"), r"Height +number, ft, 0 and above\n +Width")
         self.assertRegex(self.run_plain("spaces", "set", "--help"), r"Wall\(1 to 8\)\.Property +tarn describe SPC_WallWindow\n")
         self.assertNotIn("CoilSize", self.run_plain("air-systems", "set", "--help"))  # results, which an edit clears

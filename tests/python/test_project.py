@@ -57,7 +57,8 @@ class TestKinds(DailyCase):
         del windows["North"]
         self.assertEqual(windows.indexes(), [1, 3])
         self.assertIn("did you mean 'South 4x5'", str(self.raises(KeyError, "no window 'Soth 4x5'", lambda: windows["Soth 4x5"])))
-        windows.new(name="Copy")
+        with self.assertWarns(UserWarning):
+            windows.new(name="Copy")
         self.raises(tarn.Error, "Several windows have the name Copy; give a number: 2, 3", lambda: windows["Copy"])
         self.assertIn("Copy", windows)
 
@@ -69,6 +70,55 @@ class TestKinds(DailyCase):
         self.raises(tarn.Error, "no types of windows", lambda: self.project.windows.new(type="x"))
         self.raises(AttributeError, "no property heigth; did you mean height", lambda: self.project.windows.new(heigth=1))
         self.assertEqual(len(self.project.windows), 0)
+
+    def test_every_kind_is_made_saved_and_loaded(self):
+        for kind in self.project.kinds:
+            with self.subTest(kind.info.group):
+                made = kind.new(name="First")
+                kind.save(made, name="Second")
+                made.save()
+                again = kind["Second"]
+                again.load(made.index)
+                self.assertEqual((again.index, kind.clone("Second", name="Third").index, len(kind)), (made.index, 2, 2))
+
+    def test_values_that_cannot_be_are_refused(self):
+        windows = self.project.windows
+        south = windows.new(name="South", height=4, glass_trans=[0.8, 0.7, 0])
+        cases = [("height", -3, r"WIN_Window.Height: found -3 ft; allowed are 0 ft and above\.$"), ("Height", -0.5, "WIN_Window.Height: found -0.5 ft"),
+                 ("height", float("nan"), "allowed are finite numbers"), ("frame_type", 9, "WIN_Window.FrameType: found 9; allowed are 0 to 4"),
+                 ("name", "x" * 256, "has 256 characters, allowed are 255"), ("glass_thickness", [0.1, -1, 0], r"GlassThickness\(2\): found -1 in"),
+                 ("height", "tall", "number")]
+        for name, value, says in cases:
+            with self.subTest(name, value=value):
+                before = getattr(south, name)
+                before = before[:] if hasattr(before, "tolist") else before
+                for refused in (lambda: setattr(south, name, value), lambda: windows.save(south, **{name: value}), lambda: windows.new(**{name: value}),
+                                lambda: windows.update([{"Index": 1, "Width": 9, tarn._members.by_name("WIN_Window")[name].name: value}])):
+                    self.raises(tarn.Error, says, refused)
+                after = getattr(south, name)
+                self.assertEqual(after[:] if hasattr(after, "tolist") else after, before)
+        with self.assertRaises(tarn.Error):
+            south.glass_trans[2] = float("inf")
+        self.raises(tarn.Error, "BLR_Boiler.FuelType: found code 77; the codes are", lambda: self.project.boilers.new(fuel_type=77))
+        self.assertEqual((len(windows), len(self.project.boilers), windows[1].width), (1, 0, south.width))
+        classic = tarn.WIN_Window()
+        classic.Height = -3
+        self.assertEqual(classic.Height, -3)
+
+    def test_rows_as_dicts_need_no_numpy(self):
+        windows = self.project.windows
+        windows.new(name="South", height=4)
+        windows.new(name="North", height=5)
+        changes = [{"Index": 1, "Height": 4, "GlassTrans": [0.5, 0.5, 0]}, {"Index": 2, "Name": "North", "Height": 5.0}]
+        self.assertEqual([windows.update(changes), windows.update(changes), windows.update([{"Index": 1, "GlassTrans(2)": 0.25}])], [1, 0, 1])
+        self.assertEqual((windows[1].glass_trans[2], windows[2].height), (0.25, 5))
+        self.raises(tarn.Error, "no column Heigth", lambda: windows.update([{"Index": 1, "Heigth": 4}]))
+        self.raises(KeyError, "no window 3 to update", lambda: windows.update([{"Index": 3}]))
+
+    def test_a_name_in_use_is_told(self):
+        self.project.walls.new(name="Outer")
+        with self.assertWarnsRegex(UserWarning, "wall 2 has the name of wall 1, 'Outer'"):
+            self.project.walls.new(name="Outer")
 
     def test_a_project_is_found_and_kept(self):
         self.project.windows.new(name="A")

@@ -38,7 +38,7 @@ class TestProject(CommandLineTest):
         other = self.at / "other"
         other.mkdir()
         self.tarn("project", "new", project=other / "COPY")
-        self.assertEqual(self.tarn("project", "import", str(self.at / "all.json"), project=other).stdout, "imported 17 entities\n")
+        self.assertEqual(self.tarn("project", "import", str(self.at / "all.json"), project=other).stdout, "imported 2 entities and 15 defaults\n")
         self.tarn("project", "export", "--output", str(self.at / "copy.json"), project=other)
         self.assertEqual((self.at / "copy.json").read_text(), text)
         self.assertEqual(list(json.loads(self.tarn("project", "export", "doors").stdout)), ["tarn", "DOR_Door"])
@@ -72,7 +72,7 @@ class TestProject(CommandLineTest):
                 (["windows", "show", "3"], 2, "the nearest is 1"), (["windows", "set", "1", "Heigth=3"], 2, "did you mean Height?"),
                 (["windows", "set", "1", "Height=tall"], 2, "WIN_Window.Height: found the text \"tall\""),
                 (["windows", "set", "1", "FrameType=70000"], 2, "found 70000; allowed are 0 to 4"), (["windows", "set", "1", "ShadeType=70000"], 2, "Overflow"), (["windows", "set", "1", "GlassTrans(4)=1"], 2, "allowed are 1 to 3"),
-                (["windows", "set", "1", "GlassTrans=1"], 2, "0 subscripts, wanted 1"), (["windows", "set", "1", "Name=日"], 2, "U+65E5"),
+                (["windows", "set", "1", "GlassTrans=1"], 2, "GlassTrans needs its subscript: GlassTrans(1 to 3)=value"), (["windows", "set", "1", "Name=日"], 2, "U+65E5"),
                 (["windows", "set", "1", "Name=" + "x" * 256], 2, "256 characters, allowed are 255"),
                 (["windows", "set", "1", "Index=4"], 2, "no property Index"), (["describe", "WIN_Windw"], 2, "did you mean WIN_Window?"),
                 (["windows", "set", "1", "GlassTrans(2=1"], 2, "cannot be read"), (["windows", "set", "1", "Height=0"], 2, "no area"),

@@ -67,7 +67,7 @@ class TestResults(CommandLineTest):
         self.make_results()
         for words, says in [(["show"], "tarn results show N"), (["show", "4"], "the nearest is 1"), (["show", "x"], "did you mean VAV-1?"),
                             (["show", "1", "3"], "the nearest is 2"), (["show", "1", "2", "3"], "one word too many"), (["shw"], "did you mean show?"),
-                            (["show", "1", "1", "--svg", "x"], "leave the zone out"), (["list", "--svg", "x"], "--svg goes with")]:
+                            (["show", "1", "1", "--svg", "x.svg"], "leave the zone out"), (["show", "1", "--svg", "x.png"], "a name that ends in .svg, not x.png"), (["list", "--svg", "x"], "--svg goes with")]:
             with self.subTest(words):
                 self.assertIn(says, self.tarn("results", *words, code=2).stderr)
 

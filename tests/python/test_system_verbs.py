@@ -97,7 +97,7 @@ class TestSystems(CommandLineTest):
                             (["plants", "set", "1", "Details.CondenserWaterLoop.NumPumps=0"], "must have NumPumps >=1"),
                             (["plants", "set", "1", "Details.SourceWaterLoop.NumPumps=14"], "NumPumps value is out of range: [14 > 13]"),
                             (["plants", "set", "1", piece(3) + "LibraryID=20", piece(3) + "EquipmentID=7"], "There is no Boiler 7 to refer to"),
-                            (["plants", "new", piece(1) + "EquipmentID=1"], "set that too. Its codes are"),
+                            (["plants", "new", piece(1) + "EquipmentID=1"], "set that first. Its codes are"),
                             (["plants", "set", "1", "PlantType=99"], "found code 99; the codes are 1 "),
                             (["plants", "set", "1", piece(1) + "LibraryID=20"], "There is no Boiler 2 to refer to"),
                             (["plants", "set", "1", "SystemSelect.NumSystems=251"], "allowed are 0 to 250"),

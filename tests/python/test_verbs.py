@@ -89,6 +89,13 @@ class TestVerbs(CommandLineTest):
         self.assertFalse((self.at / "jobs").exists())
         self.assertEqual(self.tarn("project", "new", project=where).stdout, f"made the folder {where.parent}\nmade {where}INX.MDB\n")
         self.assertIn("exists already", self.tarn("project", "new", "--dry-run", project=where, code=3).stderr)
+        (self.at / "there").mkdir()
+        for word, prefix in (("school", "school"), ("annex/", "annex"), ("there", "there"), ("two/EAST", "EAST")):
+            with self.subTest(word):
+                self.assertIn(f"{prefix}INX.MDB\n", self.tarn("project", "new", project=word, at=self.at).stdout)
+                self.assertTrue((self.at / word.split("/")[0] / f"{prefix}INX.MDB").exists())
+        self.assertIn("holds the project school already", self.tarn("project", "new", project="school", at=self.at, code=2).stderr)
+        self.assertIn("tarn -p nowhere project new makes it", self.tarn("project", "info", project="nowhere", at=self.at, code=3).stderr)
 
     def test_import_and_export_by_format(self):
         self.tarn("windows", "new", "Name=South")
@@ -112,8 +119,9 @@ class TestVerbs(CommandLineTest):
             with self.subTest(words):
                 run = self.tarn(*words, "--dry-run")
                 self.assertIn(says, run.stdout)
-                self.assertIn("dry run: this would be done, and nothing is changed", run.stderr)
+                self.assertIn("dry run: this would be done; nothing was changed", run.stderr)
                 self.assertEqual(self.files(), before)
+        self.assertNotIn("would be done", self.tarn("walls", "delete", "1", "--dry-run", code=2).stderr)
         self.assertIn("did you mean Height?", self.tarn("windows", "new", "Heigth=3", "--dry-run", code=2).stderr)
         self.assertIn("--dry-run goes with", self.tarn("windows", "list", "--dry-run", code=2).stderr)
 
@@ -121,6 +129,7 @@ class TestVerbs(CommandLineTest):
         self.tarn("windows", "new", "Name=South")
         text = self.tarn("windows", "show", "1", "--json").stdout
         for wait, bar in ((0, b""), (1.3, b"[" + b"#" * 40 + b"] 1 of 1 imported\r\x1b[K")):
+            self.tarn("windows", "delete", "1")
             try:
                 terminal, other = pty.openpty()
             except OSError as error:

@@ -17,6 +17,9 @@ void call_method(Object& object, const Member& member, std::vector<Value>& argum
 /// Sets the listener of an event; an empty one removes it.
 void listen(Object& object, const Member& member, Listener listener);
 
+/// Called in a catch block: throws on with the class and the procedure label as the source, unless the class traps.
+void settle(const ClassInfo& info, std::string_view label);
+
 /// The source of a raising class's error: its name and the procedure label, as the log has it: "BLR_Boiler.Load()",
 /// "BLR_Boiler.FuelType [PropertyLet]".
 std::string source_of(const ClassInfo& info, std::string_view label);
