@@ -88,9 +88,9 @@ class SpaceWriter {
     set(add_value(element_, "PeopleHeatGain", people.LatentHeat, "BtuPerHourPerson"), "heatGainType", "Latent");
     const SPC_Lighting& light = *space_.GetLight();
     const SPC_OtherLoads& other = *space_.GetOtherLoads();
-    const auto density = [&](int16_t spec, float value) {
+    const auto density = [&](int16_t form, float value) {
       constexpr int16_t kWatts = 1;
-      return spec == kWatts ? (general.FloorArea > 0 ? value / general.FloorArea : 0) : value;
+      return form == kWatts ? (general.FloorArea > 0 ? value / general.FloorArea : 0) : value;
     };
     add_value(element_, "LightPowerPerArea", density(light.OverheadSpec, light.OverheadWatt), "WattPerSquareFoot");
     add_value(element_, "EquipPowerPerArea", density(other.ElecEqptSpec, other.ElecEqptHeatGain), "WattPerSquareFoot");
