@@ -1,6 +1,7 @@
 #include "gbxml/air_system_zones.h"
 
 #include <algorithm>
+#include <array>
 
 #include "gbxml/system_types.h"
 
@@ -185,8 +186,9 @@ void fill_zones(AS_AirSystem& system, const DrawnSystem& drawn, Filling& filling
       filling.tally.note(filling.document, zone, "it has more than 50 spaces and becomes several zones");
   }
   fill_reheat(system, drawn, filling);
-  const bool same_setpoints = is_same_for_all(
-      system, [](const ZoneRecord& zone) { return std::pair(zone.OccCoolSetpt.value, zone.OccHeatSetpt.value); });
+  const bool same_setpoints = is_same_for_all(system, [](const ZoneRecord& zone) {
+    return std::array{float{zone.OccCoolSetpt.value}, float{zone.OccHeatSetpt.value}};
+  });
   const bool same_terminals = is_same_for_all(system, [](const ZoneRecord& zone) { return zone.TermType.raw.value; });
   for (size_t i = 1; i <= parts.size(); ++i) {
     system.GetZoneData(static_cast<int16_t>(i))->AllZoneTstatSame = same_setpoints;
