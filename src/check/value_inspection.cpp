@@ -132,6 +132,16 @@ bool has_coefficients(const CA_ConstructionAssly& built) {
 /// own.
 constexpr double kForeignError = 0.01;
 
+/// The mend of what a construction computes from its layers.
+std::function<void()> computed_anew(InspectedKind& kind, int16_t index, void (*compute)(CA_ConstructionAssly&)) {
+  return [&kind, index, compute] {
+    auto& mended = dynamic_cast<CA_ConstructionAssly&>(*kind.entity);
+    mended.read_stored(index);
+    compute(mended);
+    store_mended(kind);
+  };
+}
+
 /// How far the coefficients are off what the layers' own would be off; 0 for the layers' own, infinite for coefficients
 /// of layers that have none.
 double foreign_error(CA_ConstructionAssly& built) {
@@ -157,12 +167,7 @@ void inspect_coefficients(Inspection& on, InspectedKind& kind, int16_t index) {
                   ? "It has transfer functions, but its layers have none."
                   : "The transfer functions are not those of the layers: they are " + percent(error) + " off.";
   told.remedy = "Repair computes them from the layers and marks what rests on it.";
-  on.add(told, [&kind, index] {
-    auto& mended = dynamic_cast<CA_ConstructionAssly&>(*kind.entity);
-    mended.read_stored(index);
-    mended.CalcTransferCoefficients();
-    store_mended(kind);
-  });
+  on.add(told, computed_anew(kind, index, [](CA_ConstructionAssly& mended) { mended.CalcTransferCoefficients(); }));
 }
 
 /// A U-value that a person set, or that an edit of the layers left behind; a part in a thousand is rounding.
@@ -178,12 +183,7 @@ void inspect_u_value(Inspection& on, InspectedKind& kind, int16_t index) {
   told.what =
       "The U-value is " + six_digits(stored) + " Btu/(hr.ft2.F); that of the layers is " + six_digits(of_layers) + ".";
   told.remedy = "Repair computes it from the layers and marks what rests on it.";
-  on.add(told, [&kind, index] {
-    auto& mended = dynamic_cast<CA_ConstructionAssly&>(*kind.entity);
-    mended.read_stored(index);
-    mended.ComputeSummary();
-    store_mended(kind);
-  });
+  on.add(told, computed_anew(kind, index, [](CA_ConstructionAssly& mended) { mended.ComputeSummary(); }));
 }
 
 void inspect_rate_type(Inspection& on, InspectedKind& kind, int16_t index) {

@@ -16,12 +16,6 @@ class PicturesTest : public testing::Test {
   }
   void TearDown() override { host().now = standard_host().now; }
 
-  void edit_window() {
-    const auto window = project.NewWindow();
-    window->Load(1);
-    window->Height = window->Height + 1;
-    window->Save();
-  }
   static bool says(const std::string& picture, const std::string& text) {
     return picture.find(text) != std::string::npos;
   }
@@ -38,7 +32,7 @@ TEST_F(PicturesTest, DesignResultsAreStaleAsTheIndexHasItNow) {
   design->SetAirSystem(system);
   design->Load();
   EXPECT_FALSE(says(picture_of(*design), "stale"));
-  edit_window();
+  test::edit_window(project);
   EXPECT_TRUE(
       says(picture_of(*design), "stale: Window 1 \"South\" changed at 2026-11-22 10:00:00 UTC, after the design"));
   host().database(project.IndexDBName())->Execute("DROP TABLE StaleSince");
@@ -70,7 +64,7 @@ TEST_F(PicturesTest, TheGraphOfAProjectShowsUsesAndTheWaysToStaleResults) {
   EXPECT_TRUE(says(fresh, "<title>Window 1 \"South\" &gt; Space 1 \"Office\"</title>"));
   EXPECT_TRUE(says(fresh, ">VAV 1: design</text>"));
   EXPECT_TRUE(says(fresh, "<title>Window 2 \"North\"</title>")) << "without any use";
-  edit_window();
+  test::edit_window(project);
   const std::string way =
       "stale since 2026-11-22 10:00:00 UTC: Window 1 \"South\" &gt; Space 1 \"Office\" &gt; System 1";
   const std::string stale = graph();

@@ -23,12 +23,6 @@ class DependenciesTest : public testing::Test {
   }
   void TearDown() override { host().now = standard_host().now; }
 
-  void edit_window() {
-    const auto window = project.NewWindow();
-    window->Load(1);
-    window->Height = window->Height + 1;
-    window->Save();
-  }
   /// "System 1 design: Window 1 at 10:00 by Window 1, Space 1, System 1", a line each; "?" where it is not known.
   std::string stale() {
     std::string text;
@@ -71,7 +65,7 @@ TEST_F(DependenciesTest, WhatIsNotThereIsRefused) {
 
 TEST_F(DependenciesTest, StaleSinceTheFirstEditThatReachedIt) {
   EXPECT_EQ(stale(), "");
-  edit_window();
+  test::edit_window(project);
   const std::string first =
       "System 1 design: Window 1 \"South\" at 10:00 by Window1 Space1 System1\n"
       "System 2 design: Window 1 \"South\" at 10:00 by Window1 Space1 System2\n"
@@ -86,12 +80,12 @@ TEST_F(DependenciesTest, StaleSinceTheFirstEditThatReachedIt) {
   const auto boiler = project.NewBoiler();  // nothing uses it
   boiler->Load(1);
   boiler->Save();
-  edit_window();
+  test::edit_window(project);
   EXPECT_EQ(stale(), first) << "they were stale already";
 }
 
 TEST_F(DependenciesTest, ACalculationEndsIt) {
-  edit_window();
+  test::edit_window(project);
   const auto system = project.NewAirSystem();
   system->SetMask(CCM_MASKALL);
   system->Load(2);
@@ -114,7 +108,7 @@ TEST_F(DependenciesTest, ItsOwnEditTheWeatherAndARollback) {
   const std::string before = stale();
   {
     Transaction dropped;
-    edit_window();
+    test::edit_window(project);
   }
   EXPECT_EQ(stale(), before);
   project.NewWeather()->Save();
@@ -129,7 +123,7 @@ TEST_F(DependenciesTest, AProjectMadeBeforeKeepsAccountFromTheNextEditOn) {
   database->Execute("DROP TABLE StaleSince");
   database->Execute("UPDATE PlantIndex SET bSimHasChanged = -1");
   EXPECT_EQ(stale(), "Plant 1 simulation: ?\n");
-  edit_window();
+  test::edit_window(project);
   EXPECT_NE(stale().find("Plant 1 design: Window 1"), std::string::npos);
   EXPECT_NE(stale().find("Plant 1 simulation: ?"), std::string::npos);
 }

@@ -26,6 +26,14 @@
 
 namespace tarn::test {
 
+/// Window 1 becomes a foot higher.
+inline void edit_window(COM_ProjectData& project) {
+  const auto window = project.NewWindow();
+  window->Load(1);
+  window->Height = window->Height + 1;
+  window->Save();
+}
+
 inline void make_library(COM_ProjectData& project) {
   const auto saved = [](auto entity, const char* name) {
     entity->CreateDefault();
