@@ -6,6 +6,7 @@
 #include "base/nearest.h"
 #include "cli/examples.h"
 #include "exchange/imports.h"
+#include "tarn/pictures.h"
 
 namespace tarn::cli {
 
@@ -43,15 +44,29 @@ constexpr OptionRow kOptions[]{
 
 using Line = std::function<std::string(const std::string&)>;
 
+/// What a picture of a class shows.
+std::string picture_word(std::string_view class_name) {
+  constexpr std::pair<std::string_view, std::string_view> kWords[]{
+      {"CA_ConstructionAssly", "a section with its temperatures"},
+      {"SCH_Schedule", "a heat map of the year"},
+      {"CHL_Chiller", "capacity and power over temperature and load"},
+      {"BLR_Boiler", "the efficiency over the load"},
+      {"PLT_Plant", "a schematic"}};
+  const auto* found = std::ranges::find(kWords, class_name, &std::pair<std::string_view, std::string_view>::first);
+  return found == std::end(kWords) ? "a picture" : std::string(found->second);
+}
+
 /// What some kinds have besides.
 void add_own_verbs(Group& group, const Line& line) {
   const std::string one(group.kind->one);
   const auto add = [&](Verb verb) { group.verbs.push_back(std::move(verb)); };
-  if (group.kind->class_name == "CA_ConstructionAssly") {
+  if (has_picture(group.kind->class_name)) {
     Verb& show = group.verbs[1];
-    show.help += "; --svg for a section with its temperatures";
+    show.help += "; --svg for " + picture_word(group.kind->class_name);
     show.options |= kSvg;
     show.examples.push_back(line("show 1 --svg " + one + ".svg"));
+  }
+  if (group.kind->class_name == "CA_ConstructionAssly") {
     add({"layer",
          "insert|remove|move|materials [N] [SLOT] [TO]",
          "the layers of " + one +
@@ -273,6 +288,19 @@ Group export_group() {
             {"tarn export gbxml --output building.xml"}}}};
 }
 
+Group report_group() {
+  return {"Project",
+          "report",
+          "a page for a browser of all that the project holds",
+          {{"",
+            "FILE",
+            "writes one self-contained page: what is stale and why, spaces, envelope, systems and plant with pictures, "
+            "design results, and what a check finds; - for standard output",
+            0,
+            report_project,
+            {"tarn report project.html", "tarn --units si report project.html"}}}};
+}
+
 Group diff_group() {
   return {
       "Project",
@@ -367,8 +395,8 @@ Group help_group(const std::string& name, const std::string& help, const Verb& v
 }
 
 std::vector<Group> make_groups() {
-  std::vector<Group> all{project_group(), preferences_group(), report_options_group(),
-                         import_group(),  export_group(),      diff_group()};
+  std::vector<Group> all{project_group(), preferences_group(), report_options_group(), import_group(), export_group(),
+                         report_group(),  diff_group()};
   for (const EntityKind& kind : entity_kinds()) all.push_back(group_of(kind));
   all.push_back(results_group());
   all.push_back(weather_group());

@@ -11,6 +11,7 @@
 #include "tarn/exchange.h"
 #include "tarn/gbxml.h"
 #include "tarn/pictures.h"
+#include "tarn/report.h"
 #include "tarn/weather.h"
 #include "tarn/weather_import.h"
 
@@ -22,6 +23,10 @@ namespace {
 std::string& kept_picture() {
   thread_local std::string svg;
   return svg;
+}
+std::string& kept_page() {
+  thread_local std::string html;
+  return html;
 }
 std::string& kept_name() {
   thread_local std::string name;
@@ -40,6 +45,12 @@ Progress told(tarn_progress progress, void* context) {
   return [progress, context](size_t done, size_t total) {
     if (progress) progress(context, done, total);
   };
+}
+
+UnitSystem units_named(const char* units) {
+  const std::string word = units ? units : "ip";
+  if (word != "ip" && word != "si") bad_argument("The units are \"" + word + "\"; give \"ip\" or \"si\".");
+  return word == "si" ? UnitSystem::SI : UnitSystem::InchPound;
 }
 
 std::set<std::string> words_of(const char* groups) {
@@ -150,5 +161,15 @@ tarn_status tarn_picture(tarn_object* object, const char** svg) {
     const char*& out = required(svg);
     kept_picture() = picture_of(*slot.object);
     out = kept_picture().c_str();
+  });
+}
+
+tarn_status tarn_report(tarn_object* project, const char* units, tarn_progress progress, void* context,
+                        const char** html) {
+  return on_object(project, [&](HandleSlot& slot) {
+    const char*& out = required(html);
+    auto& told_of = object_as<COM_ProjectData>(slot, "project");
+    kept_page() = report_html(told_of, units_named(units), told(progress, context));
+    out = kept_page().c_str();
   });
 }
