@@ -1,16 +1,20 @@
 "use strict";
 // Tables sort by their heads, and long ones filter; all folds open for the printer. The page reads without this.
 const number = text => { const value = parseFloat(text.replaceAll(",", "")); return isNaN(value) ? -Infinity : value; };
+const words = new Intl.Collator(undefined, {numeric: true});
 
 function sortBy(table, head) {
-  const column = head.cellIndex, body = table.tBodies[0];
-  const down = head.getAttribute("aria-sort") === "ascending";
-  const key = row => row.cells[column].textContent;
-  const order = head.className === "n" ? (a, b) => number(key(a)) - number(key(b)) : (a, b) => key(a).localeCompare(key(b), undefined, {numeric: true});
-  const rows = [...body.rows].sort(down ? (a, b) => order(b, a) : order);
-  for (const each of table.tHead.rows[0].cells) each.removeAttribute("aria-sort");
-  head.setAttribute("aria-sort", down ? "descending" : "ascending");
-  body.append(...rows);
+  const body = table.tBodies[0], numbers = head.className === "n", turn = head.getAttribute("aria-sort") === "ascending" ? -1 : 1;
+  const keyed = [...body.rows].map(row => {
+    const text = row.cells[head.cellIndex].textContent;
+    return {row, key: numbers ? number(text) : text};
+  });
+  keyed.sort((a, b) => turn * (numbers ? a.key - b.key || 0 : words.compare(a.key, b.key)));
+  for (const each of head.parentElement.cells) each.removeAttribute("aria-sort");
+  head.setAttribute("aria-sort", turn > 0 ? "ascending" : "descending");
+  body.remove();
+  body.append(...keyed.map(each => each.row));
+  table.append(body);
 }
 
 function filtered(table) {

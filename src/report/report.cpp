@@ -25,7 +25,7 @@ constexpr Section kSections[]{{"project", "The project", project_section},
                               {"schedules", "Schedules", schedules_section},
                               {"air-systems", "Air systems", systems_section},
                               {"plant", "Plant", plant_section},
-                              {"rates", "Utility rates", rates_section},
+                              {"costs", "Buildings and utility rates", costs_section},
                               {"weather", "Weather", weather_section},
                               {"results", "Design results", results_section},
                               {"check", "What the check finds", check_section}};

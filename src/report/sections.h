@@ -16,7 +16,7 @@ std::string windows_section(const Source& source);
 std::string schedules_section(const Source& source);
 std::string systems_section(const Source& source);
 std::string plant_section(const Source& source);
-std::string rates_section(const Source& source);
+std::string costs_section(const Source& source);
 std::string weather_section(const Source& source);
 std::string results_section(const Source& source);
 std::string check_section(const Source& source);

@@ -81,10 +81,11 @@ std::string reason_of(const StaleResult& result) {
 
 namespace {
 
-/// "chilled water" of ST_CHILLED_WATER, an enumerator that has no text of its own.
-std::string spoken(std::string_view enumerator) {
-  const size_t prefix = enumerator.find('_');
-  std::string text(prefix == std::string_view::npos ? enumerator : enumerator.substr(prefix + 1));
+/// "chilled water" of ST_CHILLED_WATER, an enumerator that has no text of its own; other names as they are.
+std::string spoken(std::string_view name) {
+  const size_t prefix = name.find('_');
+  if (prefix == std::string_view::npos) return std::string(name);
+  std::string text(name.substr(prefix + 1));
   const bool shouted = std::ranges::none_of(text, [](unsigned char c) { return std::islower(c); });
   for (char& c : text)
     c = c == '_' ? ' ' : shouted ? static_cast<char>(std::tolower(static_cast<unsigned char>(c))) : c;
@@ -140,7 +141,8 @@ html::Table::Head head_of(const Source& source, const ClassInfo& info, std::stri
 
 namespace {
 
-/// Short arrays in a line, without empty references; long ones by how many they are and their range.
+/// Short arrays in a line, without empty references; long ones by how many they are and their range. Empty where
+/// nothing is set.
 std::string array_text(const Source& source, const Object& object, const Member& member) {
   constexpr size_t kMostShown = 24;
   std::vector<std::string> texts;
@@ -153,6 +155,7 @@ std::string array_text(const Source& source, const Object& object, const Member&
     least = std::min(least, source.in.value(real_from(value), unit_of(object, member)));
     most = std::max(most, source.in.value(real_from(value), unit_of(object, member)));
   });
+  if (least == 0 && most == 0) return {};
   if (std::ranges::all_of(texts, [&](const std::string& text) { return text == texts.front(); }))
     return texts.front().empty() ? "" : "all " + std::to_string(texts.size()) + ": " + texts.front();
   std::erase(texts, "");

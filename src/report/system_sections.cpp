@@ -1,11 +1,11 @@
-// Air systems with their zones, the plant with its equipment, utility rates.
+// Air systems with their zones, the plant with its equipment, buildings and what they pay.
 #include "report/sections.h"
 #include "tarn/air_system.h"
 #include "tarn/boiler.h"
+#include "tarn/building.h"
 #include "tarn/chiller.h"
 #include "tarn/pictures.h"
 #include "tarn/plant.h"
-#include "tarn/utility_rate.h"
 
 namespace tarn::report {
 namespace {
@@ -15,8 +15,12 @@ C& as(StoredEntity& entity) {
   return dynamic_cast<C&>(entity);
 }
 
-std::string add_source(const Source& source, std::string what, const Object& coil) {
-  return what + ", " + value_text(source, coil, "Source");
+/// "preheat coil, hot water"; without the source where it does not matter.
+template <typename Coil>
+std::string coil_text(const Source& source, const std::string& what, const Coil& coil) {
+  return AS_HeatCoolSourceTypes{coil.Source} == AS_HeatCoolSourceTypes::ST_IRRELEVANT
+             ? what
+             : what + ", " + value_text(source, coil, "Source");
 }
 
 /// The components that the air passes, in its direction.
@@ -27,10 +31,10 @@ std::vector<std::string> air_path(const Source& source, AS_AirSystem& system) {
   };
   add(system.GetVentReclaim()->Used, "ventilation reclaim");
   add(system.GetEconomizer()->Used, "outdoor air economizer");
-  add(system.GetPreheatCoil()->Used, add_source(source, "preheat coil", *system.GetPreheatCoil()));
-  add(system.GetPrecoolCoil()->Used, add_source(source, "precool coil", *system.GetPrecoolCoil()));
-  add(system.GetCoolSys()->Used, add_source(source, "cooling coil", *system.GetCoolSys()));
-  add(system.GetHeatSys()->Used, add_source(source, "heating coil", *system.GetHeatSys()));
+  add(system.GetPreheatCoil()->Used, coil_text(source, "preheat coil", *system.GetPreheatCoil()));
+  add(system.GetPrecoolCoil()->Used, coil_text(source, "precool coil", *system.GetPrecoolCoil()));
+  add(system.GetCoolSys()->Used, coil_text(source, "cooling coil", *system.GetCoolSys()));
+  add(system.GetHeatSys()->Used, coil_text(source, "heating coil", *system.GetHeatSys()));
   add(system.GetHumidity()->Used, "humidifier");
   add(system.GetSupplyFan()->Used, "supply fan, " + value_text(source, *system.GetSupplyFan(), "FanType"));
   const int zones = system.GetAirSystem()->NumZones;
@@ -126,16 +130,22 @@ std::string plant_section(const Source& source) {
   return out.empty() ? html::paragraph("There is no plant and no equipment yet.") : out;
 }
 
-std::string rates_section(const Source& source) {
-  std::string folds;
-  std::string troubles;
-  for (const char* group : {"electric-rates", "fuel-rates"}) {
+std::string costs_section(const Source& source) {
+  std::string folds, troubles;
+  const auto folded = [&](std::string_view group, const std::function<const Object&(StoredEntity&)>& shown) {
     troubles += source.for_each(group, [&](StoredEntity& entity) {
-      folds += html::fold(heading_of(entity),
-                          fields_table(source, entity, entity.stored_name() + ": prices and charges"), false);
+      folds += html::fold(
+          heading_of(entity),
+          source.stale_warnings(entity) + fields_table(source, shown(entity), entity.stored_name() + ": properties"),
+          false);
     });
-  }
-  return troubles + (folds.empty() ? html::paragraph("There are no utility rates yet.") : folds);
+  };
+  const auto itself = [](StoredEntity& entity) -> const Object& { return entity; };
+  folded("buildings",
+         [](StoredEntity& entity) -> const Object& { return *as<BLD_Building>(entity).GetBuildingInputs(); });
+  folded("electric-rates", itself);
+  folded("fuel-rates", itself);
+  return troubles + (folds.empty() ? html::paragraph("There are no buildings and no utility rates yet.") : folds);
 }
 
 }  // namespace tarn::report

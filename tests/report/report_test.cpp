@@ -41,7 +41,7 @@ TEST_F(ReportTest, EverySectionHasWhatTheProjectHas) {
       {"schedules", {"Schedule 2: Lights", "columns of a month"}},
       {"air-systems", {"System 2: VAV 2", "supply fan", "<td>Office</td>"}},
       {"plant", {"Plant 1: Chilled water", "Chiller 1: Chiller", "Boiler 1: Boiler", "Tower 1: Tower"}},
-      {"rates", {"Day", "Gas"}},
+      {"costs", {"<td>VAV 1</td>", "Day: properties", "Gas: properties"}},
       {"weather", {"Colorado", "A year of hourly weather"}},
       {"results", {"System 1: VAV 1", "Sizes of the zones of VAV 1"}},
       {"check", {"<h2 id=\"h-check\">"}}};
