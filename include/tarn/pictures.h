@@ -30,7 +30,8 @@ std::string chiller_picture(const CHL_Chiller& chiller, UnitSystem units = UnitS
 /// A boiler: the efficiency over the load.
 std::string boiler_picture(const BLR_Boiler& boiler, UnitSystem units = UnitSystem::InchPound);
 
-/// A plant: what rejects heat, equipment, loops with their pumps and the air systems served, from left to right.
+/// A plant: what rejects heat, equipment, loops with their pumps and the air systems served, from left to right. Error
+/// `InvalidCall` for one that has no index database, which has the names.
 std::string plant_picture(PLT_Plant& plant, UnitSystem units = UnitSystem::InchPound);
 
 /// A year of weather: 24 hours by 365 days of dry-bulb, humidity and solar, in IP and SI units.

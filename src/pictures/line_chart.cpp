@@ -45,26 +45,34 @@ std::string key(const LineChart& chart) {
   return out;
 }
 
+/// Damaged files have values that are no numbers, or of which no axis has any use.
+bool can_be_drawn(const Line::Point& point) {
+  constexpr double kMost = 1e9;
+  return std::abs(point.x) < kMost && std::abs(point.y) < kMost;
+}
+
 }  // namespace
 
 std::string drawn(const LineChart& chart) {
   double least_x = HUGE_VAL, most_x = -HUGE_VAL, least = HUGE_VAL, most = -HUGE_VAL;
   for (const Line& line : chart.lines) {
-    for (const auto& [x, y] : line.points) {
-      least_x = std::min(least_x, x);
-      most_x = std::max(most_x, x);
-      least = std::min(least, y);
-      most = std::max(most, y);
+    for (const Line::Point& point : line.points) {
+      if (!can_be_drawn(point)) continue;
+      least_x = std::min(least_x, point.x);
+      most_x = std::max(most_x, point.x);
+      least = std::min(least, point.y);
+      most = std::max(most, point.y);
     }
   }
-  if (!(least_x <= most_x) || !std::isfinite(most_x - least_x) || !std::isfinite(most - least)) return {};
+  if (least_x > most_x) return label(chart.left, chart.top, escaped(chart.title) + ": no values that can be drawn");
   if (chart.from_zero) least = std::min(least, 0.0);
   const Scale x = scale_around(least_x, std::max(most_x, least_x + 1), 5, chart.left, chart.left + chart.wide);
   const Scale y = scale_around(least, std::max(most, least + 1e-3), 5, chart.top + chart.high, chart.top);
   std::string out = axes(chart, x, y);
   for (const Line& line : chart.lines) {
     std::string way, dots;
-    for (const auto& point : line.points) {
+    for (const Line::Point& point : line.points) {
+      if (!can_be_drawn(point)) continue;
       const std::string at = number(x.at(point.x), 2) + " " + number(y.at(point.y), 2);
       way += (way.empty() ? "M" : "L") + at;
       dots += "M" + at + "h0";

@@ -102,6 +102,10 @@ struct Drawing {
     return boxes;
   }
 
+  bool shares_a_tower() const {
+    return plant.Details.TowerConfig == PLT_TowerConfigTypes::CTC_ONE_TOWER_SHARED_BY_CW_CHILLER_IN_PLANT;
+  }
+
   std::vector<std::string> pieces(PLT_EquipmentList& list, double top, const std::string& color) const {
     std::vector<std::string> boxes;
     for (int i = 1; i <= list.NumEquipment(); ++i) {
@@ -112,7 +116,7 @@ struct Drawing {
       boxes.push_back(box(kEquipmentLeft, top + (i - 1) * kPlantRow, kEquipmentWide,
                           kind.empty() ? "unknown equipment" : index_name(database, kind, piece.EquipmentID), more,
                           color));
-      if (piece.TowerID != 0)
+      if (piece.TowerID != 0 && !shares_a_tower())
         boxes.back() += source(top + (i - 1) * kPlantRow, "Tower", piece.TowerID, "its own tower");
     }
     return boxes;
@@ -148,7 +152,7 @@ struct Drawing {
     if (of.primary && of.primary->Used) out += loop(*of.primary, "primary loop", kPrimaryLeft, first, of.color);
     if (of.secondary && of.secondary->Used)
       out += loop(*of.secondary, "secondary loop", kSecondaryLeft, first, of.color);
-    if (&of.equipment == &plant.Details.CoolingEqpt && plant.Details.TowerID != 0)
+    if (&of.equipment == &plant.Details.CoolingEqpt && plant.Details.TowerID != 0 && shares_a_tower())
       out += source(first, "Tower", plant.Details.TowerID, "shared by the chillers");
     if (&of.equipment == &plant.Details.CoolingEqpt && plant.Details.CondenserWaterLoop.Used)
       out += label(kSourceLeft, first + kPlantRow + 8,
@@ -171,6 +175,9 @@ std::string why_stale(const PLT_Plant& plant) {
 }  // namespace
 
 std::string plant_picture(PLT_Plant& plant, UnitSystem units) {
+  if (!plant.GetDBHandle())
+    fail(ErrorNumber::InvalidCall,
+         "The plant belongs to no project, which has the names of what it uses; load it from one.");
   const Measures in(units);
   const Drawing drawing{plant, *plant.GetDBHandle(), in};
   PLT_Details& details = plant.Details;

@@ -122,6 +122,11 @@ TEST_F(PicturesTest, AChillerHasItsMapAndABoilerItsEfficiency) {
       << "capacity falls from one corner to the other";
   EXPECT_TRUE(says(picture, ">100 %</text>"));
   EXPECT_TRUE(says(picture_of(*chiller, UnitSystem::SI), "entering water or air, C"));
+  mode.MapCapacity(1, 1) = std::nanf("");
+  mode.MapPower(2, 1) = 1e30F;
+  EXPECT_FALSE(says(picture_of(*chiller), "nan"));
+  mode.MapCapacity(2, 1) = INFINITY;
+  EXPECT_TRUE(says(picture_of(*chiller), "Capacity: no values that can be drawn"));
   mode.SetNumRows(0);
   mode.FLCapacity = 110;
   EXPECT_TRUE(says(picture_of(*chiller), "no performance map"));
@@ -138,6 +143,13 @@ TEST_F(PicturesTest, APlantShowsWhatItUsesAndThatItIsStale) {
   for (const char* text : {">Chiller</text>", ">VAV 1</text>", ">air system</text>", "Cooling"})
     EXPECT_TRUE(says(picture, text)) << text;
   EXPECT_FALSE(says(picture, "stale"));
+  plant->Details.CoolingEqpt.Equipment(1).TowerID = plant->Details.TowerID = 1;
+  plant->Details.TowerConfig = PLT_TowerConfigTypes::CTC_ONE_TOWER_PER_CW_CHILLER;
+  EXPECT_TRUE(says(picture_of(*plant), "its own tower") && !says(picture_of(*plant), "shared by the chillers"));
+  plant->Details.TowerConfig = PLT_TowerConfigTypes::CTC_ONE_TOWER_SHARED_BY_CW_CHILLER_IN_PLANT;
+  EXPECT_TRUE(!says(picture_of(*plant), "its own tower") && says(picture_of(*plant), "shared by the chillers"));
+  PLT_Plant of_no_project;
+  EXPECT_THROW(picture_of(of_no_project), Error);
   host().database(project.IndexDBName())->Execute("UPDATE PlantIndex SET bSized = -1");
   edit_window();
   EXPECT_TRUE(
