@@ -103,6 +103,9 @@ std::string spaces_section(const Source& source) {
 
 namespace {
 
+/// In per cent, to a ten-thousandth of one.
+std::string per_cent(double share) { return share < 1e-6 ? "below 0.0001" : six_digits(std::round(share * 1e6) / 1e4); }
+
 /// How far the coefficients are off, and what a person should know of them.
 struct AccuracyText {
   std::string step, day, remark;
@@ -110,8 +113,8 @@ struct AccuracyText {
   explicit AccuracyText(const CA_ConstructionAssly& construction) {
     try {
       const Accuracy accuracy = construction.coefficient_accuracy();
-      step = six_digits(std::round(accuracy.step * 1e6) / 1e4);
-      day = six_digits(std::round(accuracy.day * 1e6) / 1e4);
+      step = per_cent(accuracy.step);
+      day = per_cent(accuracy.day);
       remark = construction.coefficients_are_stale() ? "stale: not those of the layers; save it"
                                                      : construction.told(accuracy);
     } catch (const Error& error) {

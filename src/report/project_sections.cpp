@@ -1,6 +1,7 @@
 // What the project is, what is stale in it and why, who uses whom, and what a check finds.
-#include <filesystem>
+#include <algorithm>
 
+#include "platform/file_store.h"
 #include "platform/host.h"
 #include "project/kinds.h"
 #include "report/sections.h"
@@ -18,7 +19,7 @@ std::string project_section(const Source& source) {
       kinds.rows.push_back({spoken, std::to_string(count)});
   }
   const auto preferences = source.project.NewProjectPrefs();
-  preferences->Read();
+  if (files().exists(preferences->FileName)) preferences->Read();
   return html::paragraph("Project " + source.project.FilePrefix + ", as of " + host().now() + " UTC. Values are in " +
                          (source.in.system() == UnitSystem::SI ? "SI" : "inch-pound") + " units.") +
          kinds.html("The project has no entities yet.") + fields_table(source, *preferences, "Preferences");

@@ -117,7 +117,10 @@ std::string value_text(const Source& source, const Object& object, const Member&
   const Json json = to_json(value);
   if (json.is_boolean()) return json.get<bool>() ? "yes" : "no";
   if (json.is_number_float()) return number_text(source, json.get<double>(), unit_of(object, member));
-  return json.is_string() ? std::string(trimmed(json.get<std::string>())) : json.is_null() ? "" : json.dump();
+  if (!json.is_string()) return json.is_null() ? "" : json.dump();
+  std::string text = json.get<std::string>();
+  std::erase(text, '\0');
+  return std::string(trimmed(text));
 }
 
 std::string value_text(const Source& source, const Object& object, std::string_view property, Subscripts at) {
@@ -162,7 +165,7 @@ std::string array_text(const Source& source, const Object& object, const Member&
   if (texts.size() > kMostShown && least <= most)
     return std::to_string(texts.size()) + " values from " + six_digits(least) + " to " + six_digits(most);
   std::string line;
-  for (const std::string& text : texts) line += (line.empty() ? "" : ", ") + text;
+  for (const std::string& text : texts) line += (line.empty() ? "" : "; ") + text;
   return line;
 }
 
