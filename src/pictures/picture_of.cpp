@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "tarn/air_system_design.h"
 #include "tarn/boiler.h"
 #include "tarn/chiller.h"

@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <span>
+#include <vector>
 
 #include "pictures/svg.h"
 #include "tarn/base/value.h"

@@ -1,4 +1,6 @@
 // Spaces, walls and roofs, windows with doors and shades, schedules.
+#include <cmath>
+
 #include "report/sections.h"
 #include "tarn/construction.h"
 #include "tarn/pictures.h"

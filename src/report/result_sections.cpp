@@ -1,4 +1,6 @@
 // The weather, and what the design calculation found.
+#include <memory>
+
 #include "platform/file_store.h"
 #include "report/sections.h"
 #include "tarn/air_system.h"
