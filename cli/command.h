@@ -117,6 +117,8 @@ int import_chiller_file(const Call& call);
 int import_gbxml_file(const Call& call);
 int export_gbxml_file(const Call& call);
 
+int report_project(const Call& call);
+
 int preferences_show(const Call& call);
 int preferences_set(const Call& call);
 int report_options_show(const Call& call);

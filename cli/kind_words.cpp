@@ -6,6 +6,7 @@
 #include "cli/examples.h"
 #include "cli/words.h"
 #include "exchange/imports.h"
+#include "tarn/pictures.h"
 
 namespace tarn::cli {
 namespace {
@@ -16,11 +17,13 @@ using CommandLine = std::function<std::string(const std::string&)>;
 void add_own_verbs(Group& group, const CommandLine& line) {
   const std::string one(group.kind->one);
   const auto add = [&](Verb verb) { group.verbs.push_back(std::move(verb)); };
-  if (group.kind->class_name == "CA_ConstructionAssly") {
+  if (const std::string_view content = picture_content(group.kind->class_name); !content.empty()) {
     Verb& show = group.verbs[1];
-    show.help += "; --svg for a section with its temperatures";
+    show.help += "; --svg for " + std::string(content);
     show.options |= kSvg;
     show.examples.push_back(line("show 1 --svg " + one + ".svg"));
+  }
+  if (group.kind->class_name == "CA_ConstructionAssly") {
     add({"layer",
          "insert|remove|move|materials [N] [SLOT] [TO]",
          "the layers of " + one +

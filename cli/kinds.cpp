@@ -47,7 +47,7 @@ int kind_show(const Call& call) {
     std::cout << (index == indexes.front() ? "" : "\n") << on.entity->info().name << ' ' << index << '\n';
     show_entity(*on.database, *on.entity);
   }
-  if (!call.svg.empty()) save_picture(call, wall_picture(dynamic_cast<CA_ConstructionAssly&>(*on.entity), units()));
+  if (!call.svg.empty()) save_picture(call, picture_of(*on.entity, units()));
   return kClean;
 }
 

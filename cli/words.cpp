@@ -156,6 +156,19 @@ Group export_group() {
             {"tarn export gbxml --output building.xml"}}}};
 }
 
+Group report_group() {
+  return {"Project",
+          "report",
+          "a page for a browser of all that the project holds",
+          {{"",
+            "FILE",
+            "writes one self-contained page: what is stale and why, spaces, envelope, systems and plant with pictures, "
+            "design results, and what a check finds; - for standard output",
+            0,
+            report_project,
+            {"tarn report project.html", "tarn --units si report project.html"}}}};
+}
+
 Group diff_group() {
   return {
       "Project",
@@ -250,8 +263,8 @@ Group help_group(const std::string& name, const std::string& help, const Verb& v
 }
 
 std::vector<Group> make_groups() {
-  std::vector<Group> all{project_group(), preferences_group(), report_options_group(),
-                         import_group(),  export_group(),      diff_group()};
+  std::vector<Group> all{project_group(), preferences_group(), report_options_group(), import_group(), export_group(),
+                         report_group(),  diff_group()};
   for (const EntityKind& kind : entity_kinds()) all.push_back(group_of(kind));
   all.push_back(results_group());
   all.push_back(weather_group());

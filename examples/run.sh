@@ -55,4 +55,6 @@ echo
 echo "== 7. What the project holds; the weather made all results stale"
 tarn project info
 echo
-echo "pictures: $job/design.svg, $job/tarnwater.svg"
+echo "== 8. All of it as a page for a browser"
+tarn report "$job/office.html"
+echo "pictures: $job/design.svg, $job/tarnwater.svg; page: $job/office.html"

@@ -23,7 +23,7 @@ HERE = pathlib.Path(__file__).parent
 
 # The pages of docs/, as a newcomer reads them.
 GUIDE = {
-    "Use": ["installing", "command-line", "python", "c-interface", "units", "codes", "exchange", "older-projects", "gbxml", "check"],
+    "Use": ["installing", "command-line", "python", "c-interface", "units", "codes", "exchange", "older-projects", "gbxml", "report", "check"],
     "Model": ["windows", "transfer-functions", "schedules", "spaces", "air-systems", "fan-power", "dx-curves", "equipment", "plants", "weather", "buildings", "results"],
     "Design": ["architecture", "transactions", "choices"],
 }
@@ -37,6 +37,7 @@ FRONT = """## Where to look
 - [Commands](docs/reference/commands.md): options and examples
 - [Python](docs/python.md) and [C](docs/c-interface.md)
 - [Buildings in gbXML](docs/gbxml.md)
+- [The report](docs/report.md)
 - [Exchange text](docs/exchange.md) and its [JSON Schema](docs/reference/exchange.schema.json)
 """
 

@@ -345,10 +345,15 @@ TARN_API tarn_status tarn_compare(tarn_object* first, tarn_object* second, doubl
 TARN_API tarn_status tarn_compare_text(tarn_object* project, const char* text, double tolerance,
                                        const char** differences);
 
-/* The picture of an object as SVG text: of a CA_ConstructionAssly its section and response, of a HW1ReaderWriter its
- * year, of an ADL_AirSystemDesign its loads and the states of its air, of a COM_ProjectData who uses whom. Other
- * classes have none: error 5. What shows stale results says "stale". Valid until the thread's next picture. */
+/* The picture of an object as SVG text: of a CA_ConstructionAssly its section and response, of a SCH_Schedule its year,
+ * of a CHL_Chiller or BLR_Boiler its curves, of a PLT_Plant a schematic, of a HW1ReaderWriter its year, of an
+ * ADL_AirSystemDesign its loads and the states of its air, of a COM_ProjectData who uses whom. Other classes have none:
+ * error 5. What shows stale results says "stale". Valid until the thread's next picture. */
 TARN_API tarn_status tarn_picture(tarn_object* object, const char** svg);
+/* A project as one self-contained page of HTML, in "ip" or "si" units; null is "ip". `progress`, which may be null, is
+ * called after each section. Valid until the thread's next report. docs/report.md tells what it has. */
+TARN_API tarn_status tarn_report(tarn_object* project, const char* units, tarn_progress progress, void* context,
+                                 const char** html);
 
 /* Transactions over all saves of this thread, files included; they nest. */
 TARN_API tarn_status tarn_begin(void);

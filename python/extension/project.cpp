@@ -195,6 +195,17 @@ PyObject* export_gbxml(PyObject* /*module*/, PyObject* arguments) {
   });
 }
 
+PyObject* report(PyObject* /*module*/, PyObject* arguments) {
+  return giving([&] {
+    PyObject *project = nullptr, *units = nullptr, *progress = nullptr;
+    parse(arguments, "OOO", &project, &units, &progress);
+    const std::string word = utf8_of(units);
+    const char* html = "";
+    run_on(project, [&] { return tarn_report(handle_of(project), word.c_str(), tell, progress, &html); });
+    return text(html);
+  });
+}
+
 PyObject* import_weather(PyObject* /*module*/, PyObject* arguments) {
   return giving([&] {
     PyObject *year = nullptr, *path = nullptr, *project = nullptr;
@@ -236,6 +247,7 @@ PyMethodDef kProjectFunctions[]{{"create_project", create_project, METH_O, nullp
                                 {"import_project", import_project, METH_VARARGS, nullptr},
                                 {"import_gbxml", import_gbxml, METH_VARARGS, nullptr},
                                 {"export_gbxml", export_gbxml, METH_VARARGS, nullptr},
+                                {"report", report, METH_VARARGS, nullptr},
                                 {"import_weather", import_weather, METH_VARARGS, nullptr},
                                 {"import_chiller", import_chiller, METH_VARARGS, nullptr},
                                 {"picture", told_of<tarn_picture>, METH_O, nullptr},

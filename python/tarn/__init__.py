@@ -144,8 +144,9 @@ def import_weather(year: Any, path: Path) -> types.SimpleNamespace:
 
 
 def picture(thing: Any) -> str:
-    """The picture (SVG) of a wall or roof, of a year of hourly weather (HW1ReaderWriter), of design results
-    (ADL_AirSystemDesign), or of who uses whom in a project. What shows stale results says "stale"."""
+    """The picture (SVG) of a wall or roof, a schedule, a chiller or boiler, a plant, of a year of hourly weather
+    (HW1ReaderWriter), of design results (ADL_AirSystemDesign), or of who uses whom in a project. What shows stale results
+    says "stale"."""
     return _tarn.picture(_data(thing))
 
 

@@ -180,6 +180,14 @@ class Project(Kinds):
             pathlib.Path(path).write_text(exported, encoding="utf-8")
         return exported, notes.splitlines()
 
+    def report(self, path: Path | None = None, units: str = "ip", progress: Progress | None = None) -> str:
+        """All that the project holds as one self-contained page of HTML, in "ip" or "si" units, written to a file too where
+        `path` is given. `progress(done, total)` is called after each section."""
+        page = _tarn.report(self.data, units, progress)
+        if path is not None:
+            pathlib.Path(path).write_text(page, encoding="utf-8")
+        return page
+
     def import_weather(self, path: Path) -> types.SimpleNamespace:
         """An EPW, TMY3, TMY2 or hourly file becomes the simulation weather, saved at once: `format`, `source` and `notes`,
         what was changed, chosen or left out."""

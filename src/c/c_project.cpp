@@ -1,6 +1,7 @@
 // The C interface to what a project does as a whole: making it, its kinds and new entities, exchange, weather,
 // pictures.
 
+#include <array>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -12,6 +13,7 @@
 #include "tarn/gbxml.h"
 #include "tarn/pictures.h"
 #include "tarn/reflect/by_name.h"
+#include "tarn/report.h"
 #include "tarn/weather.h"
 #include "tarn/weather_import.h"
 
@@ -19,28 +21,24 @@ using namespace tarn;
 
 namespace {
 
-// Texts that were handed out last, each until the thread's next of its kind.
-std::string& kept_picture() {
-  thread_local std::string svg;
-  return svg;
-}
-std::string& kept_name() {
-  thread_local std::string name;
-  return name;
-}
-std::string& kept_export() {
-  thread_local std::string text;
-  return text;
-}
-std::string& kept_report() {
-  thread_local std::string report;
-  return report;
+enum class Handed : uint8_t { Picture, Page, Name, Export, Report };
+
+/// The text of a kind that was handed out last; it stays until the thread's next of that kind.
+std::string& kept(Handed kind) {
+  thread_local std::array<std::string, 5> texts;
+  return texts[static_cast<size_t>(kind)];
 }
 
 Progress told(tarn_progress progress, void* context) {
   return [progress, context](size_t done, size_t total) {
     if (progress) progress(context, done, total);
   };
+}
+
+UnitSystem units_named(const char* units) {
+  const std::string word = units ? units : "ip";
+  if (word != "ip" && word != "si") bad_argument("The units are \"" + word + "\"; give \"ip\" or \"si\".");
+  return word == "si" ? UnitSystem::SI : UnitSystem::InchPound;
 }
 
 std::set<std::string> words_of(const char* groups) {
@@ -76,8 +74,8 @@ tarn_status tarn_describe_entity(tarn_object* entity, int32_t* index, const char
     const auto& stored = object_as<StoredEntity>(slot, "entity");
     required(index) = stored.Index();
     const char*& out = required(name);
-    kept_name() = stored.stored_name();
-    out = kept_name().c_str();
+    kept(Handed::Name) = stored.stored_name();
+    out = kept(Handed::Name).c_str();
   });
 }
 
@@ -117,8 +115,8 @@ tarn_status tarn_export(tarn_object* project, const char* groups, tarn_progress 
   return on_object(project, [&](HandleSlot& slot) {
     const char*& out = required(text);
     auto& exported = object_as<COM_ProjectData>(slot, "project");
-    kept_export() = export_project(exported, words_of(groups), told(progress, context));
-    out = kept_export().c_str();
+    kept(Handed::Export) = export_project(exported, words_of(groups), told(progress, context));
+    out = kept(Handed::Export).c_str();
   });
 }
 
@@ -134,8 +132,8 @@ tarn_status tarn_import_gbxml(tarn_object* project, const char* path, tarn_progr
                               const char** account) {
   return on_object(project, [&](HandleSlot& slot) {
     auto& filled = object_as<COM_ProjectData>(slot, "project");
-    kept_report() = account_json(import_gbxml(filled, required_text(path), told(progress, context)));
-    if (account) *account = kept_report().c_str();
+    kept(Handed::Report) = account_json(import_gbxml(filled, required_text(path), told(progress, context)));
+    if (account) *account = kept(Handed::Report).c_str();
   });
 }
 
@@ -144,11 +142,11 @@ tarn_status tarn_export_gbxml(tarn_object* project, tarn_progress progress, void
   return on_object(project, [&](HandleSlot& slot) {
     const char*& out = required(text);
     GbxmlText exported = export_gbxml(object_as<COM_ProjectData>(slot, "project"), told(progress, context));
-    kept_export() = std::move(exported.text);
-    out = kept_export().c_str();
-    kept_report().clear();
-    for (const std::string& note : exported.notes) kept_report() += note + "\n";
-    if (notes) *notes = kept_report().c_str();
+    kept(Handed::Export) = std::move(exported.text);
+    out = kept(Handed::Export).c_str();
+    kept(Handed::Report).clear();
+    for (const std::string& note : exported.notes) kept(Handed::Report) += note + "\n";
+    if (notes) *notes = kept(Handed::Report).c_str();
   });
 }
 
@@ -163,15 +161,26 @@ tarn_status tarn_import_weather(tarn_object* year, const char* path, tarn_object
       check_hourly(hourly, imported, path);
       save_as_simulation(*filled->NewWeather(), hourly, imported, filled->SimWeatherInputsFilename());
     }
-    kept_report() = json_text({{"format", imported.format}, {"source", imported.source}, {"notes", imported.notes}}, 2);
-    if (report) *report = kept_report().c_str();
+    kept(Handed::Report) =
+        json_text({{"format", imported.format}, {"source", imported.source}, {"notes", imported.notes}}, 2);
+    if (report) *report = kept(Handed::Report).c_str();
   });
 }
 
 tarn_status tarn_picture(tarn_object* object, const char** svg) {
   return on_object(object, [&](HandleSlot& slot) {
     const char*& out = required(svg);
-    kept_picture() = picture_of(*slot.object);
-    out = kept_picture().c_str();
+    kept(Handed::Picture) = picture_of(*slot.object);
+    out = kept(Handed::Picture).c_str();
+  });
+}
+
+tarn_status tarn_report(tarn_object* project, const char* units, tarn_progress progress, void* context,
+                        const char** html) {
+  return on_object(project, [&](HandleSlot& slot) {
+    const char*& out = required(html);
+    auto& told_of = object_as<COM_ProjectData>(slot, "project");
+    kept(Handed::Page) = report_html(told_of, units_named(units), told(progress, context));
+    out = kept(Handed::Page).c_str();
   });
 }

@@ -115,7 +115,7 @@ std::string load_profile(const ADL_AirSystemDesign& design) {
   const Scale loads = svg::scale_around(least, load * 1.04, 6, kBottom, kTop);
   const Scale flows = svg::scale_around(0, flow * 1.04, 6, loads.at(0), kTop);
   std::string out = label(
-      kChartLeft, kTop - 36,
+      kChartLeft, kTop - 30,
       "Design day of " + std::string(kMonthNames[static_cast<size_t>(month) - 1]) + ": loads of the central coils",
       "font-weight=\"bold\" font-size=\"14\"");
   out += grid(hours, loads);

@@ -37,6 +37,20 @@ std::string label(double x, double y, const std::string& text, const std::string
 
 std::string path(const std::string& way, const std::string& more) { return "<path d=\"" + way + "\" " + more + "/>\n"; }
 
+std::string color_of(const Ramp& ramp, double share) {
+  const double at = std::clamp(share, 0.0, 1.0) * static_cast<double>(ramp.size() - 1);
+  const auto low = std::min(static_cast<size_t>(at), ramp.size() - 2);
+  const double weight = at - static_cast<double>(low);
+  const auto mixed = [&](double Color::*part) {
+    return static_cast<int>(std::lround(ramp[low].*part * (1 - weight) + ramp[low + 1].*part * weight));
+  };
+  char text[8];
+  std::snprintf(text, sizeof text, "#%02x%02x%02x", mixed(&Color::red), mixed(&Color::green), mixed(&Color::blue));
+  return text;
+}
+
+int decimals_of(const Scale& scale) { return std::max(0, static_cast<int>(std::ceil(-std::log10(scale.step) - 1e-9))); }
+
 Scale scale_around(double least, double most, int steps, double from, double to) {
   const double rough = std::max(most - least, 1e-9) / steps, power = std::pow(10, std::floor(std::log10(rough)));
   const double step = power * (rough > 5 * power ? 10 : rough > 2 * power ? 5 : rough > power ? 2 : 1);
@@ -47,7 +61,7 @@ Scale scale_around(double least, double most, int steps, double from, double to)
 std::string upright_axis(const Scale& scale, double x, int away, const Unit& unit) {
   const std::string side = away < 0 ? "text-anchor=\"end\"" : "", grey = side + " fill=\"#666\"";
   const double near = x + away * 9, far = x + away * 62, head = scale.to - 14;
-  const int between = std::max(0, static_cast<int>(std::ceil(-std::log10(scale.step) - 1e-9)));  // 0.5 takes one
+  const int between = decimals_of(scale);
   std::string out = label(near, head, unit.name, side) + label(far, head, unit.si_name, grey);
   scale.each_mark([&](double value) {
     const double y = scale.at(value);

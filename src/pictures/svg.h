@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace tarn::svg {
 
@@ -12,6 +13,13 @@ std::string shortened(const std::string& text, size_t letters);
 /// `text` is markup already; `more` are attributes.
 std::string label(double x, double y, const std::string& text, const std::string& more = "");
 std::string path(const std::string& way, const std::string& more);
+
+/// Colors from a share of 0 to one of 1, evenly spaced; red, green and blue of each from 0 to 255.
+struct Color {
+  double red, green, blue;
+};
+using Ramp = std::vector<Color>;
+std::string color_of(const Ramp& ramp, double share);
 
 /// An axis: values from `least` to `most`, marked in whole steps, at places from `from` to `to` of the page.
 struct Scale {
@@ -24,6 +32,8 @@ struct Scale {
     for (int i = 0; least + i * step <= most + step / 100; ++i) action(least + i * step);
   }
 };
+/// Decimals that the marks of a scale need: 0.5 takes one.
+int decimals_of(const Scale& scale);
 /// Around the values, in about so many steps of 1, 2 or 5 times a power of ten.
 Scale scale_around(double least, double most, int steps, double from, double to);
 

@@ -13,8 +13,10 @@
 namespace tarn {
 namespace {
 
+using svg::color_of;
 using svg::label;
 using svg::number;
+using svg::Ramp;
 
 constexpr double kDayWidth = 2.4, kHourHeight = 7;
 constexpr double kMapLeft = 64, kMapTop = 74, kPanelGap = 62;
@@ -23,11 +25,6 @@ constexpr double kScaleLeft = kMapLeft + kMapWide + 24, kScaleWidth = 18;
 constexpr double kPageWidth = kScaleLeft + kScaleWidth + 170;
 constexpr size_t kShades = 32;
 
-struct Color {
-  double red, green, blue;
-};
-using Ramp = std::vector<Color>;
-
 /// Color ramps: cold to hot with the lightest in the middle; light to dark; dark to light.
 const Ramp kTemperature{{49, 54, 149},   {69, 117, 180}, {116, 173, 209}, {171, 217, 233}, {224, 243, 248},
                         {254, 224, 144}, {253, 174, 97}, {244, 109, 67},  {215, 48, 39},   {165, 0, 38}};
@@ -35,18 +32,6 @@ const Ramp kHumidity{{247, 252, 240}, {224, 243, 219}, {204, 235, 197}, {168, 22
                      {78, 179, 211},  {43, 140, 190},  {8, 104, 172},   {8, 64, 129}};
 const Ramp kSolar{{20, 20, 40},   {66, 10, 104},  {147, 38, 103}, {188, 55, 84},  {221, 81, 58},
                   {243, 120, 25}, {252, 165, 10}, {246, 215, 70}, {252, 255, 164}};
-
-std::string color_of(const Ramp& ramp, double share) {
-  const double at = share * static_cast<double>(ramp.size() - 1);
-  const auto low = std::min(static_cast<size_t>(at), ramp.size() - 2);
-  const double weight = at - static_cast<double>(low);
-  const auto mixed = [&](double Color::*part) {
-    return static_cast<int>(std::lround(ramp[low].*part * (1 - weight) + ramp[low + 1].*part * weight));
-  };
-  char text[8];
-  std::snprintf(text, sizeof text, "#%02x%02x%02x", mixed(&Color::red), mixed(&Color::green), mixed(&Color::blue));
-  return text;
-}
 
 struct Panel {
   std::string title, unit, si_unit;

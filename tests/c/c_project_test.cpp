@@ -175,6 +175,9 @@ TEST_F(CProjectTest, ExchangeAndNames) {
   ASSERT_EQ(tarn_import_gbxml(handle, building.c_str(), nullptr, nullptr, &text), TARN_OK);
   EXPECT_EQ(nlohmann::json::parse(text)["floor_area"], 1000);
   tarn_release(space);
+  EXPECT_EQ(tarn_report(handle, "metric", nullptr, nullptr, &text), TARN_BAD_ARGUMENT);
+  ASSERT_EQ(tarn_report(handle, "si", nullptr, nullptr, &text), TARN_OK);
+  EXPECT_NE(std::string(text).find("Values are in SI units"), std::string::npos);
   EXPECT_EQ(tarn_import_weather(window, "none", nullptr, nullptr), TARN_BAD_ARGUMENT);
   tarn_release(window);
 }
