@@ -108,7 +108,7 @@ void air_system_cases(Report& report, const std::string& folder) {
   const Side ours_header{[&] { header->Load(1); }};
   // Fifteen microseconds of the floor are ten system calls; what ours asks beside: is the file another one, who has
   // saved.
-  report.compare({"load the header of a system alone", 1, 1.6, 1001}, ours_header,
+  report.compare({"load the header of a system alone", 1, 1.45, 1001}, ours_header,
                  {[&] { plain.load(sizeof(SystemHeaderRecord), false); }});
 }
 

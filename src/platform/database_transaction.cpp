@@ -58,9 +58,13 @@ const FileChange* Database::pending(const std::string& path) {
 }
 
 int64_t Database::foreign_version() {
-  if (level_ == 0) return pragma("data_version");
-  if (!foreign_version_) foreign_version_ = pragma("data_version");
-  return *foreign_version_;
+  if (level_ > 0 && foreign_version_) return *foreign_version_;
+  sqlite3_stmt* const question = kept("PRAGMA data_version");
+  const bool answered = sqlite3_step(question) == SQLITE_ROW;
+  const int64_t version = answered ? sqlite3_column_int64(question, 0) : 0;
+  if (sqlite3_reset(question) != SQLITE_OK) fail_on("PRAGMA data_version");
+  if (level_ > 0) foreign_version_ = version;
+  return version;
 }
 
 void Database::see_pending() {
@@ -134,11 +138,17 @@ void Database::close() {
   pending_.reset();
 }
 
-/// Statements that open and end transactions are kept apart from all others.
+/// Statements of transactions are kept apart from all others.
+sqlite3_stmt* Database::kept(const std::string& sql) {
+  const auto known = std::ranges::find(controls_, sql, &std::pair<std::string, sqlite3_stmt*>::first);
+  if (known != controls_.end()) return known->second;
+  sqlite3_stmt* statement = nullptr;
+  if (sqlite3_prepare_v3(handle_, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr)) fail_on(sql);
+  return controls_.emplace_back(sql, statement).second;
+}
+
 void Database::control(const std::string& sql) {
-  sqlite3_stmt*& statement = controls_[sql];
-  if (!statement && sqlite3_prepare_v3(handle_, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr))
-    fail_on(sql);
+  sqlite3_stmt* const statement = kept(sql);
   sqlite3_step(statement);
   if (sqlite3_reset(statement) != SQLITE_OK) fail_on(sql);
 }

@@ -24,14 +24,12 @@ std::string absolute(const std::string& path) {
 
 }  // namespace
 
-/// A read outside of every transaction is one of its own.
-struct FileStore::Reading {
-  explicit Reading(const FileStore& files) {
-    if (files.levels_.empty()) own.emplace(Transaction::Purpose::Reading);
-  }
-  ~Reading() = default;
-  std::optional<Transaction> own;
-};
+FileStore::View::View(FileStore& files, const std::string& path)
+    : files_(files),
+      own_(files.levels_.empty() ? std::optional<Transaction>(std::in_place, Transaction::Purpose::Reading)
+                                 : std::nullopt),
+      path_(absolute(path)),
+      handle_(files.opened(path_, OpenMode::Read)) {}
 
 Database* FileStore::keeper(const std::string& path, Wanted wanted) const {
   Database* found = nullptr;
@@ -53,7 +51,8 @@ FileStore::Handle& FileStore::opened(const std::string& path, OpenMode mode) {
   handle.committed = database ? database->pending(path) : nullptr;
   // The name may be the old file's as long as the new one has not taken its place.
   const bool replaced = handle.committed && !handle.committed->replacement.empty();
-  if (serves && !replaced && known->second.file->is_current()) {
+  if (serves && !replaced) handle.size = known->second.file->size_if_current();
+  if (handle.size) {
     handle.file = std::move(known->second.file);
     handle.writable = known->second.writable;
     return known->second = std::move(handle);
@@ -89,36 +88,40 @@ uint64_t size_after(const FileChange& change, uint64_t size) {
 
 }  // namespace
 
-size_t FileStore::read(const std::string& name, uint64_t offset, std::span<std::byte> into) {
-  const Reading reading(*this);
-  const std::string path = absolute(name);
-  const Handle& handle = opened(path, OpenMode::Read);
-  size_t got = handle.file ? handle.file->read(offset, into) : 0;
+size_t FileStore::View::read(uint64_t offset, std::span<std::byte> into) const {
+  size_t got = handle_.file ? handle_.file->read(offset, into) : 0;
   std::fill(into.begin() + static_cast<ptrdiff_t>(got), into.end(), std::byte{0});
-  if (handle.committed) got = overlay(*handle.committed, offset, into, got);
-  for (const Level& level : levels_) {
-    if (const auto found = level.find(path); found != level.end())
+  if (handle_.committed) got = overlay(*handle_.committed, offset, into, got);
+  for (const Level& level : files_.levels_) {
+    if (const auto found = level.find(path_); found != level.end())
       got = overlay(found->second.change, offset, into, got);
   }
   return got;
 }
 
-void FileStore::read_blocks(const std::string& name, uint64_t from, std::span<const std::span<std::byte>> blocks) {
-  const Reading reading(*this);
-  const std::string path = absolute(name);
-  const Handle& handle = opened(path, OpenMode::Read);
-  const bool as_in_file = handle.file && (!handle.committed || is_in_file(*handle.committed)) &&
-                          std::ranges::none_of(levels_, [&](const Level& level) { return level.contains(path); });
+void FileStore::View::read_blocks(uint64_t from, std::span<const std::span<std::byte>> blocks) const {
+  const bool as_in_file = handle_.file && (!handle_.committed || is_in_file(*handle_.committed)) &&
+                          std::ranges::none_of(files_.levels_, [&](const Level& each) { return each.contains(path_); });
   size_t size = 0;
   for (const auto& block : blocks) size += block.size();
-  if (as_in_file && handle.file->read_blocks(from, blocks) == size) return;
+  if (as_in_file && handle_.file->read_blocks(from, blocks) == size) return;
   std::vector<std::byte> bytes(size);
-  read(path, from, bytes);
+  read(from, bytes);
   auto next = bytes.begin();
   for (const auto& block : blocks) {
     std::copy_n(next, block.size(), block.begin());
     next += static_cast<ptrdiff_t>(block.size());
   }
+}
+
+uint64_t FileStore::View::size() const {
+  if (!handle_.size) handle_.size = handle_.file ? handle_.file->size() : 0;
+  uint64_t size = *handle_.size;
+  if (handle_.committed) size = size_after(*handle_.committed, size);
+  for (const Level& level : files_.levels_) {
+    if (const auto found = level.find(path_); found != level.end()) size = size_after(found->second.change, size);
+  }
+  return size;
 }
 
 /// The file's writes at the innermost level. A file that cannot be written is found here, not at the commit.
@@ -173,29 +176,21 @@ void FileStore::remove(const std::string& name, Ptr<Database> owner) {
 }
 
 bool FileStore::exists(const std::string& name) {
-  const Reading reading(*this);
+  std::optional<Transaction> own;
+  if (levels_.empty()) own.emplace(Transaction::Purpose::Reading);
   const std::string path = absolute(name);
   for (auto level = levels_.rbegin(); level != levels_.rend(); ++level) {
     const auto found = level->find(path);
     if (found != level->end()) return !found->second.change.removed;
   }
+  if (handles_.contains(path)) {
+    const Handle& handle = opened(path, OpenMode::Read);
+    return handle.committed ? !handle.committed->removed : handle.file != nullptr;
+  }
   if (Database* const database = keeper(path, Wanted::ToRead)) {
     if (const FileChange* change = database->pending(path)) return !change->removed;
   }
   return host().files->exists(path);
-}
-
-uint64_t FileStore::size(const std::string& name) {
-  const Reading reading(*this);
-  const std::string path = absolute(name);
-  Handle& handle = opened(path, OpenMode::Read);
-  if (!handle.size) handle.size = handle.file ? handle.file->size() : 0;
-  uint64_t size = *handle.size;
-  if (handle.committed) size = size_after(*handle.committed, size);
-  for (const Level& level : levels_) {
-    if (const auto found = level.find(path); found != level.end()) size = size_after(found->second.change, size);
-  }
-  return size;
 }
 
 /// At the end of the thread; databases that live on are done with record files.

@@ -11,6 +11,7 @@
 #include "platform/file_change.h"
 #include "platform/files.h"
 #include "tarn/base/object.h"
+#include "tarn/platform/workspace.h"
 
 namespace tarn {
 
@@ -24,6 +25,10 @@ class FileStore {
     FileChange change;
   };
   using Level = std::unordered_map<std::string, Pending>;
+  class View;
+
+  /// A file to read in several steps of one transaction.
+  View view(const std::string& path);
 
   /// Bytes that the file holds from `offset`, as the open transaction sees it; fewer than asked at its end.
   size_t read(const std::string& path, uint64_t offset, std::span<std::byte> into);
@@ -72,7 +77,6 @@ class FileStore {
     bool kept = false;             // from an earlier transaction, and not looked at in this one
     std::optional<uint64_t> size;  // as it was when first asked for; writes wait for the commit
   };
-  struct Reading;
   FileChange& pending(const std::string& path, Ptr<Database> owner);
   Handle& opened(const std::string& path, OpenMode mode);
 
@@ -80,6 +84,31 @@ class FileStore {
   std::vector<Level> levels_;
   std::unordered_map<std::string, Handle> handles_;  // by path; of the transaction, and a few of earlier ones
 };
+
+/// A file as the open transaction sees it; without one, the view is one of its own.
+class FileStore::View {
+ public:
+  View(FileStore& files, const std::string& path);
+  size_t read(uint64_t offset, std::span<std::byte> into) const;
+  void read_blocks(uint64_t from, std::span<const std::span<std::byte>> blocks) const;
+  uint64_t size() const;
+
+ private:
+  FileStore& files_;
+  std::optional<Transaction> own_;
+  std::string path_;
+  Handle& handle_;
+};
+
+inline FileStore::View FileStore::view(const std::string& path) { return {*this, path}; }
+inline size_t FileStore::read(const std::string& path, uint64_t offset, std::span<std::byte> into) {
+  return view(path).read(offset, into);
+}
+inline void FileStore::read_blocks(const std::string& path, uint64_t from,
+                                   std::span<const std::span<std::byte>> blocks) {
+  view(path).read_blocks(from, blocks);
+}
+inline uint64_t FileStore::size(const std::string& path) { return view(path).size(); }
 
 /// Record bytes as the thread's open transaction sees them.
 FileStore& files();

@@ -108,16 +108,17 @@ class SystemFile final : public File {
   void sync() override {
     if (::fsync(descriptor_) != 0) fail_on(path_, "store");
   }
-  bool is_current() override {
+  std::optional<uint64_t> size_if_current() override {
     struct stat named {};
-    if (::stat(path_.c_str(), &named) != 0) return false;
+    if (::stat(path_.c_str(), &named) != 0) return {};
     if (inode_ == 0) {
       struct stat opened {};
-      if (::fstat(descriptor_, &opened) != 0) return false;
+      if (::fstat(descriptor_, &opened) != 0) return {};
       device_ = opened.st_dev;
       inode_ = opened.st_ino;
     }
-    return named.st_ino == inode_ && named.st_dev == device_;
+    if (named.st_ino != inode_ || named.st_dev != device_) return {};
+    return static_cast<uint64_t>(named.st_size);
   }
 
  private:

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -22,8 +23,8 @@ class File {
   virtual void truncate(uint64_t size) = 0;
   /// Returns when the bytes are on the disk.
   virtual void sync() = 0;
-  /// Whether the file still has its name; false where that is not known, and the file is opened anew.
-  virtual bool is_current() { return false; }
+  /// The size of the file, where it still has its name; none where that is not known, and the file is opened anew.
+  virtual std::optional<uint64_t> size_if_current() { return {}; }
 };
 
 enum class OpenMode : uint8_t { Read, Write, Create };

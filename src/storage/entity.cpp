@@ -224,7 +224,7 @@ void StoredEntity::load_stored(int32_t number, Sections sections, std::optional<
     if (known) index_ = index;
   };
   const auto inputs_read = [&] {
-    if (!known) return;
+    if (!known || !kept) return;  // what cannot fail refers to nothing
     if (const auto links = linked(sections, index_))
       links_->repair(links->owner, links->rows, links->close_up, file_->inputs());
   };

@@ -15,13 +15,17 @@ Statement row_statement(Database& database, const Kind& kind, int16_t index) {
 }  // namespace
 
 IndexRow::IndexRow(Database& database, const Kind& kind, int16_t index)
-    : kind_(kind), statement_(row_statement(database, kind, index)), there_(statement_.step()) {}
+    : kind_(kind),
+      statement_(row_statement(database, kind, index)),
+      there_(statement_.step()),
+      next_(statement_.hint()) {}
 
 int IndexRow::place_of(std::string_view column) const {
   const int count = statement_.columns();
   for (int tried = 0; tried < count; ++tried) {
     const int place = (next_ + tried) % count;
     if (!same_word(statement_.column_name(place), column)) continue;
+    if (statement_.hint() == 0) statement_.hint() = place;
     next_ = place + 1;
     return place;
   }

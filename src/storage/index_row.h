@@ -24,7 +24,7 @@ class IndexRow {
   const Kind& kind_;
   Statement statement_;
   bool there_;
-  mutable int next_ = 0;  // place after the column that was asked for last: flags stand side by side
+  mutable int next_;  // place after the column that was asked for last: flags stand side by side
 };
 
 }  // namespace tarn

@@ -25,8 +25,7 @@ size_t SectionForm::first_result() const {
 }
 
 std::string SectionFile::path(const std::string& prefix, int index) const {
-  const std::string name = object_file_name(prefix, index);
-  return name.empty() ? name : host().directory_form(place_.WorkPath) + name;
+  return prefix.empty() ? prefix : host().directory_form(place_.WorkPath).append(object_file_name(prefix, index));
 }
 
 std::string SectionFile::companion_path() const {
@@ -119,6 +118,7 @@ std::vector<std::byte> SectionFile::stored_header(int16_t index) const {
 SectionFile::Ends SectionFile::ends_of(Header header, const std::string& path) const {
   const HeaderCounts counts = form_.counts ? form_.counts(header, path) : HeaderCounts{};
   Ends ends;
+  ends.reserve(count());
   uint64_t end = 0;
   for (const Section& each : form_.sections) {
     end += each.size.fixed + counts.things * each.size.each + counts.outputs * each.size.each_output;
@@ -220,8 +220,10 @@ void SectionFile::check_inputs(const std::string& path, Sections sections) const
 }
 
 void SectionFile::read_sections(const std::string& path, const LoadContext& load) {
-  const std::vector<std::byte> new_header = header_of_file(path);
-  const uint64_t size = files().size(path);
+  const FileStore::View file = files().view(path);
+  std::vector<std::byte> new_header(header().size());
+  file.read(0, new_header);
+  const uint64_t size = file.size();
   const Ends ends = checked_ends(new_header, size, path);
   const bool same_header = std::memcmp(new_header.data(), header().data(), new_header.size()) == 0;
   Sections in_file = 0, kept = 0;
@@ -244,7 +246,7 @@ void SectionFile::read_sections(const std::string& path, const LoadContext& load
     if (there && i == 0)
       std::ranges::copy(new_header, header().begin());
     else if (there)
-      files().read_blocks(path, ends[i - 1], blocks_of(i));
+      file.read_blocks(ends[i - 1], blocks_of(i));
     set_there(i, there);
   }
   read_choices(path, load, ends, in_file);

@@ -192,7 +192,7 @@ class FaultyFiles final : public FileService {
       real->truncate(size);
     }
     void sync() override { owner.step(); }
-    bool is_current() override { return real->is_current(); }
+    std::optional<uint64_t> size_if_current() override { return real->size_if_current(); }
     FaultyFiles& owner;
     std::unique_ptr<File> real;
   };

@@ -125,6 +125,7 @@ class Database final : public Object {
   void rows_unknown();
   void forget_idle();
   void run(const std::string& sql);
+  sqlite3_stmt* kept(const std::string& sql);
   void control(const std::string& sql);
   std::shared_ptr<QueryShape> shape_of(const std::string& sql);
   int64_t last_key() const;
@@ -157,7 +158,7 @@ class Database final : public Object {
   FileStore* files_ = nullptr;                                           // where it is attached
   bool pending_seen_ = false;                                            // in the open transaction
   std::unordered_map<std::string, KeptStatements> prepared_;             // by text
-  std::unordered_map<std::string, sqlite3_stmt*> controls_;              // of transactions, by text; never a client's
+  std::vector<std::pair<std::string, sqlite3_stmt*>> controls_;          // of transactions, by text; never a client's
   std::unordered_map<std::string, std::shared_ptr<QueryShape>> shapes_;  // by query
   std::unordered_map<std::type_index, std::unique_ptr<DatabaseMemory>> memories_;
   bool screening_ = false;               // a statement is prepared that is not this layer's own

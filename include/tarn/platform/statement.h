@@ -19,6 +19,7 @@ class Database;
 struct KeptStatements {
   std::vector<sqlite3_stmt*> idle;
   int borrowed = 0;
+  int hint = 0;
 };
 
 class Statement {
@@ -37,6 +38,8 @@ class Statement {
   int columns() const;
   std::string_view column_name(int column) const;
   Cell column(int column) const;
+  /// Of all statements of the text: the column that is asked for first, say. 0 until it is set.
+  int& hint() const { return home_.second.hint; }
   /// 0 for no value.
   int64_t integer(int column) const;
 
