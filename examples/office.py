@@ -145,7 +145,8 @@ def new_space(project: tarn.COM_ProjectData, name: str, area: float) -> tarn.SPC
     roof = space.GetRoof(1)
     roof.Exposure, roof.RoofType, roof.GrossArea = HORIZONTAL, 1, area
     space.GetPeople().Schedule = 1
-    space.GetLight().OverheadSchedule = 2
+    light = space.GetLight()
+    light.OverheadWatt, light.OverheadSpec, light.OverheadSchedule = 1, WATTS_PER_FT2, 2
     return space
 
 
