@@ -207,7 +207,8 @@ class Project(Kinds):
 
     def diff(self, other: Project | Path, tolerance: float = 1e-6) -> list[types.SimpleNamespace]:
         """What differs between this project (`first`) and another, or an exported file (`second`): `kind`, `name`, `property`,
-        empty where one side alone has the entity, and `unit`. `tolerance` is relative."""
+        empty where one side alone has the entity, and `unit`; of a code `first_text` and `second_text` are what a person reads.
+        `tolerance` is relative."""
         with_what: Any = other.data if isinstance(other, Project) else pathlib.Path(other).read_text(encoding="utf-8")
         return listed(_tarn.compare(self.data, with_what, tolerance))
 
