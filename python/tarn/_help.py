@@ -33,8 +33,8 @@ def member_doc(place: tuple[str, int]) -> str:
     return _members.documentation(_at(place))
 
 
-def signature(place: tuple[str, int], bound: bool) -> inspect.Signature:
-    return _members.signature(_at(place), bound)
+def signature(place: tuple[str, int], bound: bool, daily: bool) -> inspect.Signature:
+    return _members.signature(_at(place), bound, daily)
 
 
 def entity(thing: Any) -> tuple[int, str] | None:

@@ -380,6 +380,15 @@ class TestObjects(DailyCase):
         self.assertIn("<svg", self.project.walls.new(name="W")._repr_html_())
         self.assertEqual(str(inspect.signature(window.load)), "(nRecNum: int) -> None")
         self.assertEqual(list(inspect.signature(tarn.WIN_Window.IsNameUnique).parameters), ["self", "sName"])
+        plant, classic = self.project.plants.new(name="Loop"), tarn.PLT_Plant()
+        for method, takes in [(plant.save, "(nOpMode: int = None, bSaveAfterCalculation: bool = None)"), (plant.load, "(nRecNum: int)"),
+                              (classic.Save, "(nOpMode: int, bSaveAfterCalculation: bool = None)"), (classic.Load, "(nOpMode: int, nRecNum: int)"),
+                              (self.project.walls.new().save, "(ReturnCode: int = None)"), (tarn.CA_ConstructionAssly().Save, "(ReturnCode: int)")]:
+            self.assertEqual(str(inspect.signature(method)), takes + " -> None")
+            self.assertEqual(method.__doc__.count("needs no nOpMode: without it, all sections."), int("nOpMode" in method.__doc__.splitlines()[0]))
+        inspect.signature(plant.load).bind(plant.index)
+        plant.load(nRecNum=plant.index)
+        self.assertRaises(tarn.Error, plant.load, nOpMode=1)
         page = pydoc.plain(pydoc.render_doc(tarn.WIN_Window))
         for word in ("Height: R4 ft", "Subscripts: 1 to 3", "IsNameUnique", "Load(self, /, nRecNum: int)"):
             self.assertIn(word, page)
