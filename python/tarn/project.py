@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import contextlib
+import html
 import json
 import os
 import pathlib
@@ -253,7 +254,7 @@ class Project(Kinds):
 
     def _repr_html_(self) -> str:
         rows = "".join(f"<tr><td>{kind.info.attribute}</td><td>{len(kind)}</td></tr>" for kind in self.kinds if len(kind))
-        return f"<table><caption>{self!r}</caption>{rows}</table>"
+        return f"<table><caption>{html.escape(repr(self))}</caption>{rows}</table>"
 
     def __reduce__(self) -> tuple[Any, ...]:
         return _opened, (str(self.folder), self.prefix)
