@@ -139,8 +139,9 @@ std::optional<NumberRange> allowed_range(const Object& object, const Member& pro
 }
 
 SureNumbers sure_numbers(const Object& object, const Member& property) {
-  if (property.labels_vary) return {0, -1, 0};  // none
   constexpr int kBits = 64;
+  constexpr SureNumbers kNone{0, -1, 0};
+  if (property.labels_vary) return kNone;
   SureNumbers sure;
   if (const auto range = allowed_range(object, property)) {
     sure.least = range->least;
@@ -152,7 +153,7 @@ SureNumbers sure_numbers(const Object& object, const Member& property) {
   for (const Label& label : property.labels) {
     if (label.code >= 0 && label.code < kBits) sure.codes |= uint64_t{1} << label.code;
   }
-  return sure;
+  return sure.codes == 0 ? kNone : sure;
 }
 
 std::string allowed_numbers(const Object& object, const Member& property) {
