@@ -104,8 +104,10 @@ def classic(project):
     return make
 
 
-def properties():
-    window = tarn.WIN_Window()
+def properties(project):
+    """Setting what a person gives, by the daily face, asks whether the value can be."""
+    window, boiler = tarn.WIN_Window(), project.boilers.new()
+    daily = project.windows.new()
 
     def get(count):
         for _ in range(count):
@@ -115,8 +117,21 @@ def properties():
         for _ in range(count):
             window.Height = 4.0
 
-    judge("property get, us:", microseconds(get), 0.2)
-    judge("property let, us:", microseconds(let), 0.2)
+    def let_real(count):
+        for _ in range(count):
+            daily.height = 4.0
+
+    def let_whole(count):
+        for _ in range(count):
+            daily.frame_type = 2
+
+    def let_code(count):
+        for _ in range(count):
+            boiler.fuel_type = 4
+
+    for what, run in [("get", get), ("let", let), ("let of a real that is judged", let_real), ("let of a whole number that is judged", let_whole),
+                      ("let of a code that is judged", let_code)]:
+        judge(f"property {what}, us:", microseconds(run), 0.2)
 
 
 def tables(project):
@@ -133,7 +148,7 @@ def tables(project):
 
 def main():
     with tempfile.TemporaryDirectory() as folder:
-        properties()
+        properties(tarn.new_project(pathlib.Path(folder, "PROPERTIES")))
         project = tarn.new_project(pathlib.Path(folder, "OURS"))
         data = tarn.COM_ProjectData()
         data.WorkPath, data.FilePrefix = folder, "OURS"

@@ -5,9 +5,11 @@
 #include <functional>
 #include <optional>
 
+#include "check/implausible.h"
 #include "cli/assignment.h"
 #include "cli/choose.h"
 #include "cli/units.h"
+#include "exchange/computing.h"
 #include "storage/kind.h"
 #include "storage/links.h"
 #include "tarn/base/value.h"
@@ -200,7 +202,7 @@ Json value_of(const Assignment& a) {
 std::vector<std::string> computed(StoredEntity& entity, const EntityKind& kind, const std::function<void()>& restore) {
   std::vector<std::string> changed;
   const auto before = fields(entity);
-  kind.compute(entity);
+  compute_inputs(entity, kind);
   if (restore) restore();
   const auto after = fields(entity);
   for (size_t i = 0; i < after.size(); ++i) {
@@ -214,7 +216,10 @@ std::vector<std::string> computed(StoredEntity& entity, const EntityKind& kind, 
   return changed;
 }
 
-Edited edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
+namespace {
+
+/// Makes the assignments, and computes what follows.
+Edited assigned(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
   Edited edited;
   std::vector<Assignment> assignments;
   for (const std::string& word : words) {
@@ -242,6 +247,18 @@ Edited edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std:
     }
     for (const Assignment& a : assignments) set_from_json(*a.object, *a.member, a.at, a.json);
   });
+  return edited;
+}
+
+}  // namespace
+
+Edited edit(StoredEntity& entity, const EntityKind& kind, const std::vector<std::string>& words) {
+  Database& index = *entity.GetDBHandle();
+  const auto before = implausible_inputs(entity, index);
+  Edited edited = assigned(entity, kind, words);
+  for (const Implausible& each : implausible_inputs(entity, index)) {
+    if (std::ranges::find(before, each) == before.end()) edited.notes.push_back(each.property + ": " + each.what);
+  }
   return edited;
 }
 

@@ -51,6 +51,12 @@ std::vector<Candidate> named(const std::string& word, const std::vector<Candidat
   return found;
 }
 
+std::string nearest_of(const std::string& word, const std::vector<Candidate>& all) {
+  std::vector<std::string_view> names;
+  for (const Candidate& each : all) names.push_back(each.name);
+  return did_you_mean(word, names);
+}
+
 /// "1 South, 4 South-west and 12 more".
 std::string told(const std::vector<int16_t>& indexes, Database& database, const Indexed& rows) {
   constexpr size_t kMostTold = 10;
@@ -84,9 +90,7 @@ std::vector<int16_t> indexes_of(const std::string& word, Database& database, con
   std::vector<int16_t> indexes;
   for (const Candidate& each : named(word, all)) indexes.push_back(each.index);
   if (!indexes.empty()) return indexes;
-  std::vector<std::string_view> names;
-  for (const Candidate& each : all) names.push_back(each.name);
-  throw UsageError("There is no " + rows.one + " \"" + word + "\"; " + did_you_mean(word, names));
+  throw UsageError("There is no " + rows.one + " \"" + word + "\"; " + nearest_of(word, all));
 }
 
 std::vector<int16_t> all_chosen(const Call& call, Database& database, const Indexed& rows) {
@@ -107,6 +111,24 @@ int16_t index_named(const std::string& word, Database& database, const Indexed& 
   const auto indexes = indexes_of(word, database, rows);
   if (indexes.size() > 1) throw too_many(word, indexes, database, rows, "");
   return indexes.front();
+}
+
+std::map<std::string, int16_t, std::less<>> indexes_named(const std::string& word, Database& database,
+                                                          std::string_view kinds) {
+  std::map<std::string, int16_t, std::less<>> found;
+  std::vector<Candidate> all;
+  std::string ones;
+  for (std::string_view rest = kinds; !rest.empty();) {
+    const std::string kind(rest.substr(0, rest.find(' ')));
+    rest.remove_prefix(std::min(kind.size() + 1, rest.size()));
+    const Indexed rows = rows_of(kind);
+    ones += (ones.empty() ? "" : " or ") + rows.one;
+    const auto here = candidates(database, rows);
+    if (!named(word, here).empty()) found.emplace(kind, index_named(word, database, rows));
+    all.insert(all.end(), here.begin(), here.end());
+  }
+  if (found.empty()) throw UsageError("There is no " + ones + " \"" + word + "\"; " + nearest_of(word, all));
+  return found;
 }
 
 std::vector<int16_t> chosen(const Call& call, Database& database, const Indexed& rows) {

@@ -1,6 +1,7 @@
 // Entities as a person names them: by number, by name, or by a pattern.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,10 @@ std::vector<int16_t> indexes_of(const std::string& word, Database& database, con
 int16_t index_of(const Call& call, Database& database, const Indexed& rows, size_t place = 0);
 /// The one that a word names. Error `UsageError` as above.
 int16_t index_named(const std::string& word, Database& database, const Indexed& rows);
+/// The one that a word names in each of several kinds, "Chiller Boiler", by the kind; none for a kind that has no such.
+/// Error `UsageError` where no kind has one, or a kind several.
+std::map<std::string, int16_t, std::less<>> indexes_named(const std::string& word, Database& database,
+                                                          std::string_view kinds);
 /// The rows of a kind by the word for it, "Wall" or "walls".
 Indexed rows_of(std::string_view kind);
 /// As many as the first word names with --all, else the one.

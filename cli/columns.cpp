@@ -150,6 +150,7 @@ Listed Column::of_record(Object& entity) const {
   member_->get(*owner, at_, value);
   Listed out = listed(value, codes_of(*owner, *member_));
   out.unit = unit_of(*owner, *member_);
+  if (member_->refers_by) out.target = member_->target_of(*owner, at_);
   return out;
 }
 

@@ -24,6 +24,7 @@ struct Listed {
   std::optional<double> number;  // of numbers, codes and truths
   std::string code;              // the name of a code
   std::string_view unit;         // in which the number is stored
+  std::string_view target = {};  // the kind that a reference is to, where the entity tells which
 };
 
 /// A column of the index table, or a property: "Height", "GlassTrans(2)", "Layer(2).Thickness", "Name".

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
 
 #include "base/nearest.h"
 #include "cli/choose.h"
@@ -16,7 +17,8 @@ struct Condition::Node {
 
   std::optional<Column> column;
   std::string operation, text;
-  std::optional<double> number;  // what the text is, for numbers
+  std::optional<double> number;                       // what the text is, for numbers
+  std::map<std::string, int16_t, std::less<>> named;  // what it names, by kind, where the entity tells which it is
 
   bool holds(ListedEntity& entity) const;
 
@@ -135,15 +137,14 @@ class Parser {
     if (node->operation.empty()) fail_here("wanted = <> < <= > >= ~ or !~ after " + word);
     at_ += node->operation.size();
     node->column.emplace(kind_, word);
-    node->text = value();
-    if (!node->column->unit().empty() && number_in(node->text)) node->text += unit_after();
+    node->text = value(!node->column->unit().empty());
     if (node->operation == "!=") node->operation = "<>";
     if (node->operation == "==") node->operation = "=";
     check(*node);
     return node;
   }
 
-  std::string value() {
+  std::string value(bool has_unit) {
     skip_blanks();
     if (at_ >= text_.size()) fail_here("wanted a value");
     if (const char quote = text_[at_]; quote == '\'' || quote == '"') {
@@ -153,20 +154,12 @@ class Parser {
       at_ = end + 1;
       return text;
     }
-    const size_t end = end_of_word(at_);
-    const std::string text = text_.substr(at_, end - at_);
-    at_ = end;
-    return text;
-  }
-
-  /// The unit that follows a number, with the blank before it; empty for any other word.
-  std::string unit_after() {
-    const size_t begin = std::min(text_.find_first_not_of(' ', at_), text_.size());
-    const size_t end = end_of_word(begin);
-    const std::string word = text_.substr(begin, end - begin);
-    if (word.empty() || !is_unit(word)) return {};
-    at_ = end;
-    return " " + word;
+    const size_t begin = at_;
+    at_ = end_of_word(begin);
+    const std::string text = text_.substr(begin, at_ - begin);
+    const auto measured = has_unit ? measured_in(text) : std::nullopt;
+    if (measured) at_ = std::max(at_, end_of_unit(at_ - measured->unit.size()));
+    return text_.substr(begin, at_ - begin);
   }
 
   /// The next blank, or bracket that closes one before the word.
@@ -177,6 +170,22 @@ class Parser {
       if (text_[at] == ')' && depth-- == 0) break;
     }
     return at;
+  }
+
+  /// Of the longest unit after a number, which may have blanks in it: "2 in. wg"; where there is none, the number's
+  /// end.
+  size_t end_of_unit(size_t number_end) const {
+    size_t end = number_end;
+    const size_t begin = std::min(text_.find_first_not_of(' ', number_end), text_.size());
+    int depth = 0;
+    for (size_t at = begin; at <= text_.size(); ++at) {
+      const char c = at < text_.size() ? text_[at] : ' ';
+      const bool closes = c == ')' && depth == 0;
+      if ((c == ' ' || closes) && is_unit(std::string_view(text_).substr(begin, at - begin))) end = at;
+      if (closes) break;
+      depth += c == '(' ? 1 : c == ')' ? -1 : 0;
+    }
+    return end;
   }
 
   /// A value that the property can be compared with becomes a number where the property is one.
@@ -191,7 +200,11 @@ class Parser {
         throw UsageError("--where: " + node.column->title() + " is true or false, not \"" + node.text + "\".");
       return;
     }
-    if (!member->refers_to.empty() && member->refers_to.find(' ') == std::string_view::npos) {
+    if (member->refers_to.find(' ') != std::string_view::npos) {
+      node.named = indexes_named(node.text, database_, member->refers_to);
+      return;
+    }
+    if (!member->refers_to.empty()) {
       node.number = index_named(node.text, database_, rows_of(member->refers_to));
       return;
     }
@@ -235,8 +248,10 @@ bool Condition::Node::compares(const Listed& value) const {
   if (value.json.is_null()) return false;
   if (operation.ends_with('~')) return (fits(value.text, text) || fits(value.code, text)) == (operation == "~");
   int order = 0;
-  if (value.number && number) {
-    order = same_number(*value.number, *number) ? 0 : *value.number < *number ? -1 : 1;
+  std::optional<double> wanted = number;
+  if (const auto there = named.find(value.target); there != named.end()) wanted = there->second;
+  if (value.number && wanted) {
+    order = same_number(*value.number, *wanted) ? 0 : *value.number < *wanted ? -1 : 1;
   } else {
     const bool by_code = !value.code.empty() && folded(value.code) == folded(text);
     order = by_code ? 0 : folded(value.text).compare(folded(text));

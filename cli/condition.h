@@ -13,8 +13,9 @@ namespace tarn::cli {
 ///   all        = one { "and" one }
 ///   one        = [ "not" ] ( "(" condition ")" | property operator value )
 ///   operator   = "=" | "<>" | "!=" | "<" | "<=" | ">" | ">=" | "~" | "!~"
-///   value      = 'text' | "text" | a word without blanks and brackets
-/// Texts and names of codes compare without regard to case; ~ takes a pattern. What an entity does not have fits none.
+///   value      = 'text' | "text" | a word without blanks and brackets | a number and its unit: 2 in. wg
+/// A reference compares with the name or number of what it is to. Texts and names of codes compare without regard to
+/// case; ~ takes a pattern. What an entity does not have fits none.
 class Condition {
  public:
   /// Error `UsageError` names what was found and what is wanted there.

@@ -50,8 +50,9 @@ the current folder. Every change is complete or has not happened, whatever stops
   tarn walls list --where "Layer(2).Thickness>=4 and not Name~Old*" --csv
 
 A condition compares properties with = <> < <= > >= or ~ for a pattern (!~ for none), joined by and, or, not and
-brackets. Texts with blanks stand in quotes: "Name='South 4x5'". Codes compare by number, name or text. Upper and lower
-case are the same. What an entity does not have, such as a third zone, fits no comparison.
+brackets. Texts with blanks stand in quotes: "Name='South 4x5'". Codes compare by number, name or text, and
+references by number or name: "Wall(1).WallType=Brick". Upper and lower case are the same. A number may have its unit:
+"Layer(2).Conductivity>0.04 W/m K". What an entity does not have, such as a third zone, fits no comparison.
 )text"},
     {"staleness", "results that no longer rest on their inputs",
      R"text(Results rest on inputs. When a window is changed, the spaces that use it are different, and so are the loads of

@@ -14,6 +14,7 @@ from job import open_project
 
 HERE = pathlib.Path(__file__).parent
 N, E, S, W, HORIZONTAL = 1, 5, 9, 13, 17  # exposures, docs/codes.md
+WATTS_PER_FT2 = 2  # of a lighting power, docs/codes.md
 FRAME_TYPE = 3  # 18 % of the window at 0.4 Btu/(hr.ft2.F)
 PEAK, NORMAL, OFF_PEAK = 1, 3, 4  # periods of the day
 RATE = 2  # a schedule of such periods

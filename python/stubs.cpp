@@ -106,15 +106,19 @@ std::string result_of(const Member& member) {
   return "tuple[" + all + "]";
 }
 
+bool may_be_left_out(const tarn_parameter& p) { return p.optional != 0 || p.in_out != 0; }
+
 void write_method(std::ostream& out, const Member& member) {
-  std::string parameters = "self";
-  bool may_be_left_out = false;
+  const bool of_sections = !member.parameters.empty() && member.parameters.front().sections != 0;
+  std::string all = "self", needed = "self";  // without the sections
   for (const tarn_parameter& p : member.parameters) {
-    may_be_left_out = may_be_left_out || p.optional != 0 || p.in_out != 0;
-    parameters += ", " + std::string(p.name) + ": " + argument_type(p.type) + (p.optional != 0 ? " | None" : "") +
-                  (may_be_left_out ? " = ..." : "");
+    const std::string parameter = ", " + std::string(p.name) + ": " + argument_type(p.type);
+    all += parameter + (p.optional != 0 ? " | None" : "") + (may_be_left_out(p) ? " = ..." : "");
+    if (p.sections == 0 && !may_be_left_out(p)) needed += parameter;
   }
-  out << "    def " << member.name << "(" << parameters << ") -> " << result_of(member) << ": ...\n";
+  if (of_sections)
+    out << "    @overload\n    def " << member.name << "(" << needed << ") -> None: ...\n    @overload\n";
+  out << "    def " << member.name << "(" << all << ") -> " << result_of(member) << ": ...\n";
 }
 
 void write_member(std::ostream& out, const Member& member) {

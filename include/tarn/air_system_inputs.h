@@ -253,9 +253,11 @@ struct ChangeoverRecord {
 };
 static_assert(sizeof(ChangeoverRecord) == 36);
 
+inline constexpr int kZoneSpaces = 50;
+
 struct ZoneRecord {
   Text<30> Name;
-  Array<I2, 50> SpaceID, SpaceMultiplier;
+  Array<I2, kZoneSpaces> SpaceID, SpaceMultiplier;
   I2 TotalSpacesInZone;
   Bool AllZoneTstatSame;
   R4 OccCoolSetpt, UnoccCoolSetpt, OccHeatSetpt, UnoccHeatSetpt, TstatRange;  // F

@@ -68,6 +68,7 @@ typedef struct tarn_parameter {
   const char* name;
   int32_t type;
   int32_t optional, by_reference, in_out;
+  int32_t sections; /* 1: which sections of an entity's file; tarn_load_entity and tarn_save_entity take them all */
 } tarn_parameter;
 
 typedef struct tarn_member {

@@ -23,8 +23,9 @@ Ref bounds_of(const MemberInfo& member) {
 Ref parameters_of(const MemberInfo& member) {
   return listed(member.parameter_count, [&](int32_t i) {
     const tarn_parameter& p = member.parameters[static_cast<size_t>(i)];
-    return made(Py_BuildValue("(siNNN)", p.name, static_cast<int>(p.type), truth(p.optional != 0).release(),
-                              truth(p.by_reference != 0).release(), truth(p.in_out != 0).release()));
+    return made(Py_BuildValue("(siNNNN)", p.name, static_cast<int>(p.type), truth(p.optional != 0).release(),
+                              truth(p.by_reference != 0).release(), truth(p.in_out != 0).release(),
+                              truth(p.sections != 0).release()));
   });
 }
 

@@ -19,7 +19,7 @@ PyObject* get_signature(PyObject* self, void* /*closure*/) {
       PyErr_SetString(PyExc_AttributeError, "__signature__");
       throw PythonError();
     }
-    return help("signature", place_of(member).get(), Py_False);
+    return help("signature", place_of(member).get(), Py_False, Py_True);
   });
 }
 

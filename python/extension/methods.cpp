@@ -88,14 +88,15 @@ int16_t index_in(PyObject* value) {
 
 /// Load and Save of a plant or a building ask which sections. For a daily caller who does not say, it is all of
 /// them; false for any other call.
-bool call_whole(PyObject* object, const MemberInfo& member, PyObject* arguments, PyObject* named) {
+bool call_whole(PyObject* object, const MemberInfo& member, const std::vector<PyObject*>& places, bool by_place) {
   const Object& on = object_of(object);
-  const bool loads = std::strcmp(member.name, "Load") == 0, saves = std::strcmp(member.name, "Save") == 0;
-  const auto needed = std::count_if(member.parameters.begin(), member.parameters.end(),
-                                    [](const tarn_parameter& p) { return p.optional == 0 && p.in_out == 0; });
-  const bool asks = (loads && needed == 2) || (saves && needed == 1);
-  if (on.face != Face::Daily || !asks || named || PyTuple_Size(arguments) != (loads ? 1 : 0)) return false;
-  const int16_t index = loads ? index_in(PyTuple_GetItem(arguments, 0)) : int16_t{0};
+  const bool asks = !member.parameters.empty() && member.parameters.front().sections != 0;
+  if (on.face != Face::Daily || !asks) return false;
+  const bool loads = std::strcmp(member.name, "Load") == 0;
+  const auto given = std::count_if(places.begin(), places.end(), [](PyObject* place) { return place != nullptr; });
+  PyObject* number = by_place ? places.front() : places.back();
+  if (given != (loads ? 1 : 0) || (loads && !number)) return false;
+  const int16_t index = loads ? index_in(number) : int16_t{0};
   const Ref alive = Ref::to(object);
   const Strictness strictness(on.face);
   check(unlocked([&] { return loads ? tarn_load_entity(on.handle, index) : tarn_save_entity(on.handle); }), object,
@@ -139,7 +140,10 @@ PyObject* represent_bound(PyObject* self) {
 }
 PyObject* get_owner(PyObject* self, void* /*closure*/) { return Ref::to(bound_of(self).owner).release(); }
 PyObject* get_signature(PyObject* self, void* /*closure*/) {
-  return giving([&] { return help("signature", place_of(member_of(self)).get(), Py_True); });
+  return giving([&] {
+    const bool daily = object_of(bound_of(self).owner).face == Face::Daily;
+    return help("signature", place_of(member_of(self)).get(), Py_True, daily ? Py_True : Py_False);
+  });
 }
 PyObject* get_name(PyObject* self, void* /*closure*/) {
   return giving([&] { return text(member_of(self).name); });
@@ -175,11 +179,12 @@ void add_method_types(PyObject* module) {
 Ref method_descriptor(const MemberInfo& member) { return descriptor(method_type, member); }
 
 Ref call(PyObject* object, const MemberInfo& member, PyObject* arguments, PyObject* named) {
-  if (call_whole(object, member, arguments, named)) return none();
+  const std::vector<PyObject*> places = in_places(member, arguments, named);
+  if (call_whole(object, member, places, PyTuple_Size(arguments) > 0)) return none();
   const Object& on = object_of(object);
   Keep keep;
   std::vector<tarn_value> values;
-  for (PyObject* argument : in_places(member, arguments, named))
+  for (PyObject* argument : places)
     values.push_back(argument ? value_of(argument, keep) : blank_of(member.parameters[values.size()], on.face));
   tarn_value result{};
   const bool strict = is_strict(on);

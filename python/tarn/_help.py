@@ -33,8 +33,8 @@ def member_doc(place: tuple[str, int]) -> str:
     return _members.documentation(_at(place))
 
 
-def signature(place: tuple[str, int], bound: bool) -> inspect.Signature:
-    return _members.signature(_at(place), bound)
+def signature(place: tuple[str, int], bound: bool, daily: bool) -> inspect.Signature:
+    return _members.signature(_at(place), bound, daily)
 
 
 def entity(thing: Any) -> tuple[int, str] | None:
@@ -109,10 +109,19 @@ def _shown(thing: Any, member: _members.Member) -> Any:
         value = getattr(thing, member.name)
     except Error as error:
         return error.description
-    if isinstance(value, str):
-        return value.strip()
+    if member.bounds:
+        return _rounded(value[:])
     if member.enumeration:
         return _code_text(member.enumeration, value)
+    return _rounded(value)
+
+
+def _rounded(value: Any) -> Any:
+    """Numbers as a person reads them, and texts without what fills them up; in lists, too."""
+    if isinstance(value, list):
+        return [_rounded(each) for each in value]
+    if isinstance(value, str):
+        return value.strip(" \0")
     return round(value, 6) if isinstance(value, float) else value
 
 

@@ -23,6 +23,7 @@ class Parameter(NamedTuple):
     optional: bool
     by_reference: bool
     in_out: bool
+    sections: bool  # says which sections of an entity's file
 
     @property
     def type(self) -> str:
@@ -97,7 +98,10 @@ def documentation(member: Member) -> str:
         lines.append("Set a function, or None. What it returns is the argument's new value.")
     back = [p.name for p in member.parameters if p.in_out]
     if back and member.kind == "method":
-        lines.append(f"Comes back behind the result: {', '.join(back)}.")
+        lines.append(f"Comes back after the result: {', '.join(back)}.")
+    for each in member.parameters:
+        if each.sections:
+            lines.append(f"An entity of a tarn.Project needs no {each.name}: without it, all sections.")
     return "\n".join(lines)
 
 
@@ -105,12 +109,16 @@ def _annotation(type_code: int, object_class: str | None = None) -> Any:
     return (object_class or Any) if type_code in (OBJECT, ANY) else PYTHON_TYPES[type_code]
 
 
-def signature(member: Member, bound: bool) -> inspect.Signature:
+def signature(member: Member, bound: bool, daily: bool) -> inspect.Signature:
+    """What a call takes. The daily face leaves out what only comes back, and which sections of a file it is about."""
     parameters = [] if bound else [inspect.Parameter("self", inspect.Parameter.POSITIONAL_ONLY)]
-    for each in member.parameters:
-        parameters.append(inspect.Parameter(each.name, inspect.Parameter.POSITIONAL_OR_KEYWORD, annotation=_annotation(each.type_code),
-                                            default=None if each.optional else inspect.Parameter.empty))
-    for i in range(len(parameters) - 1, 0, -1):  # an optional one before one that is not
-        if parameters[i].default is inspect.Parameter.empty and parameters[i - 1].default is None:
-            parameters[i - 1] = parameters[i - 1].replace(default=inspect.Parameter.empty)
+    needed_later = False
+    for each in reversed(member.parameters):
+        optional = each.optional or (daily and (each.in_out or each.sections))
+        if optional and needed_later and each.sections:
+            continue  # Load(sections, number) is load(number)
+        needed_later = needed_later or not optional
+        parameters.insert(0 if bound else 1, inspect.Parameter(
+            each.name, inspect.Parameter.POSITIONAL_OR_KEYWORD, annotation=_annotation(each.type_code),
+            default=inspect.Parameter.empty if needed_later else None))
     return inspect.Signature(parameters, return_annotation=_annotation(member.type_code, member.object_class))

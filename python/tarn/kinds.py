@@ -218,6 +218,10 @@ class Kind(Mapping[Any, E], Generic[E]):
 
     # ---- how it shows itself
 
+    def _ipython_key_completions_(self) -> list[str]:
+        """What may follow `project.windows["`, for IPython and notebooks."""
+        return list(self)
+
     def __repr__(self) -> str:
         return f"<tarn {self.info.group}: {len(self)} in {self.project.folder / self.project.prefix}>"
 

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import contextlib
+import html
 import json
 import os
 import pathlib
@@ -22,16 +23,31 @@ Progress = Callable[[int, int], object]
 INDEX_SUFFIX = "INX.MDB"
 
 
+def _prefixes(folder: Path) -> list[str]:
+    """Of the projects in a folder."""
+    return sorted(file.name[:-len(INDEX_SUFFIX)] for file in pathlib.Path(folder).glob("?*" + INDEX_SUFFIX))
+
+
 def _place(path: Path) -> tuple[str, str]:
     """Folder and prefix of "FOLDER/PREFIX", or of a folder with one project in it."""
     path = pathlib.Path(path)
     if not path.is_dir():
         return str(path.parent), path.name
-    prefixes = sorted(file.name[:-len(INDEX_SUFFIX)] for file in path.glob("?*" + INDEX_SUFFIX))
+    prefixes = _prefixes(path)
     if len(prefixes) != 1:
         found = f"several projects: {', '.join(prefixes)}" if prefixes else "no project"
         raise Error(53, "Project", f"The folder {path} holds {found}; name one as FOLDER/PREFIX, or make one with tarn.new_project.")
     return str(path), prefixes[0]
+
+
+def _new_place(path: Path, prefix: str = "") -> tuple[str, str]:
+    """Folder and prefix of a project to be made: of "FOLDER/PREFIX", or of a folder, whose name is the prefix where none is
+    given. A word alone is a folder to make."""
+    word = os.fspath(path)
+    folder, name = os.path.split(word)
+    if folder and name and not os.path.isdir(word):
+        return folder, name
+    return word, prefix or os.path.basename(os.path.abspath(word))
 
 
 def _data_of(folder: str, prefix: str) -> tarn.COM_ProjectData:
@@ -215,15 +231,17 @@ class Project(Kinds):
 
     def diff(self, other: Project | Path, tolerance: float = 1e-6) -> list[types.SimpleNamespace]:
         """What differs between this project (`first`) and another, or an exported file (`second`): `kind`, `name`, `property`,
-        empty where one side alone has the entity, and `unit`. `tolerance` is relative."""
+        empty where one side alone has the entity, and `unit`; of a code `first_text` and `second_text` are what a person reads.
+        `tolerance` is relative."""
         with_what: Any = other.data if isinstance(other, Project) else pathlib.Path(other).read_text(encoding="utf-8")
         return listed(_tarn.compare(self.data, with_what, tolerance))
 
     def copy(self, path: Path) -> Project:
-        """Copies the project, as it was committed last, to FOLDER/PREFIX, while others may work on it; the copy is returned."""
-        path = pathlib.Path(path)
-        _tarn.copy_project(self.data, _data_of(str(path.parent), path.name))
-        return Project(path)
+        """Copies the project, as it was committed last, to FOLDER/PREFIX, or under its own prefix to FOLDER, while others may
+        work on it; the copy is returned."""
+        place = _new_place(path, self.prefix)
+        _tarn.copy_project(self.data, _data_of(*place))
+        return _opened(*place)
 
     # ---- check and repair
 
@@ -244,7 +262,7 @@ class Project(Kinds):
 
     def _repr_html_(self) -> str:
         rows = "".join(f"<tr><td>{kind.info.attribute}</td><td>{len(kind)}</td></tr>" for kind in self.kinds if len(kind))
-        return f"<table><caption>{self!r}</caption>{rows}</table>"
+        return f"<table><caption>{html.escape(repr(self))}</caption>{rows}</table>"
 
     def __reduce__(self) -> tuple[Any, ...]:
         return _opened, (str(self.folder), self.prefix)
@@ -258,14 +276,18 @@ def _opened(folder: str, prefix: str) -> Project:
 
 
 def new_project(path: Path) -> Project:
-    """Makes a project, index database and default records, all of it or nothing; an existing one is refused. `path` is
-    FOLDER/PREFIX; the folder is made where it is missing."""
-    path = pathlib.Path(path)
-    if path.is_dir():
-        raise Error(58, "new_project", f"{path} is a folder; name the project in it: {path / 'PREFIX'}.")
-    path.parent.mkdir(parents=True, exist_ok=True)
-    _tarn.create_project(_data_of(str(path.parent), path.name))
-    return Project(path)
+    """Makes a project, index database and default records, all of it or nothing; an existing one is refused. As in the
+    shell, "jobs/MALL" is a project MALL in the folder jobs, and "school" is a folder, whose name is that of its files too.
+    The folder is made where it is missing."""
+    word = os.fspath(path)
+    if os.path.basename(word) == word and os.path.exists(word + INDEX_SUFFIX):
+        raise Error(58, "new_project", f"The project {word} is in the current folder already.")
+    if os.path.isdir(word) and (there := _prefixes(word)):
+        raise Error(58, "new_project", f"The folder {word} holds the project {there[0]} already; name the new one: {os.path.join(word, 'PREFIX')}.")
+    place = _new_place(path)
+    os.makedirs(place[0], exist_ok=True)
+    _tarn.create_project(_data_of(*place))
+    return _opened(*place)
 
 
 __all__ = ["Kind", "KindInfo", "Project", "new_project"]

@@ -13,8 +13,6 @@ namespace {
 
 using Source = AS_HeatCoolSourceTypes;
 
-constexpr int kSpaces = decltype(ZoneRecord::SpaceID)::size;
-
 bool is(const Code<Source>& code, Source source) { return static_cast<Source>(code) == source; }
 
 }  // namespace
@@ -130,7 +128,7 @@ void AS_AirSystem::resize_zones(int count) {
 void AS_AirSystem::close_up(const std::vector<ClearedReference>& /*cleared*/, Sections /*sections*/) {
   for (const Zone& zone : zones_) {
     ZoneRecord& data = *zone.data;
-    const int entries = std::clamp<int>(data.TotalSpacesInZone, 0, kSpaces);
+    const int entries = std::clamp<int>(data.TotalSpacesInZone, 0, kZoneSpaces);
     const auto* ids = data.SpaceID.items.data();
     if (entries - std::count(ids, ids + entries, 0) < data.TotalSpacesInZone) pack_spaces(data, entries);
   }
@@ -144,7 +142,7 @@ void AS_AirSystem::pack_spaces(ZoneRecord& zone, int entries) {
     zone.SpaceID(kept) = int16_t{zone.SpaceID(i)};
     zone.SpaceMultiplier(kept) = int16_t{zone.SpaceMultiplier(i)};
   }
-  for (int i = kept + 1; i <= kSpaces; ++i) {
+  for (int i = kept + 1; i <= kZoneSpaces; ++i) {
     zone.SpaceID(i) = 0;
     zone.SpaceMultiplier(i) = 0;
   }
@@ -176,7 +174,7 @@ void AS_AirSystem::before_save(SaveContext& save) {
   general_.CWCoilsExists = IsCWCoilUsed();
   general_.HWCoilsExists = IsHWCoilUsed();
   general_.STMCoilsExists = IsStmCoilUsed();
-  for (const Zone& zone : zones_) pack_spaces(*zone.data, kSpaces);
+  for (const Zone& zone : zones_) pack_spaces(*zone.data, kZoneSpaces);
   DesHasChanged = SimHasChanged = true;
   sections_.drop(save, kSizing);
   sections_.drop(save, kSimulation);

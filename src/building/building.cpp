@@ -35,8 +35,9 @@ const ClassInfo& BLD_Building::info() const {
       method<&C::Clone>("Index"), method<&C::CreateDefault>, method<&C::Delete>("RecordNumber"),
       method<&C::GetFreeIndex>, property<&C::HasChanged>.kept_in_row(), method<&C::SetDBHandle>("DB"),
       method<&C::GetDBHandle>, property<&C::Index>.read_only(),
-      method<static_cast<void (C::*)(int32_t, int32_t)>(&C::Load)>("Section", "RecordNumber"),
-      method<static_cast<void (C::*)(int32_t, std::optional<bool>)>(&C::Save)>("Section", "bSaveAfterCalculations"),
+      method<static_cast<void (C::*)(int32_t, int32_t)>(&C::Load)>("Section", "RecordNumber").chooses_sections(),
+      method<static_cast<void (C::*)(int32_t, std::optional<bool>)>(&C::Save)>("Section", "bSaveAfterCalculations")
+          .chooses_sections(),
       property<&C::WorkPath>, property<&C::FilePrefix>, property<&C::DefFileName>, method<&C::IsNameUnique>("sName"),
       event<&C::OnUpdateDependencies>("OverrideDefault"), method<&C::SaveDefault>);
   static const ClassInfo info(members);

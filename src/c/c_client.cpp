@@ -118,7 +118,7 @@ tarn_status tarn_describe_parameter(const char* class_name, int32_t number, int3
     if (parameter < 0 || static_cast<size_t>(parameter) >= m.parameters().size())
       bad_argument("There is no such parameter.");
     const Parameter& p = m.parameters()[static_cast<size_t>(parameter)];
-    required(out) = {p.name.data(), static_cast<int32_t>(p.type), p.optional, p.by_reference, p.in_out};
+    required(out) = {p.name.data(), static_cast<int32_t>(p.type), p.optional, p.by_reference, p.in_out, p.sections};
   });
 }
 

@@ -32,7 +32,10 @@ inline bool get_directly(const HandleSlot& slot, uint32_t member, int32_t count,
   return with_number(field.wire, at, [out](auto number) { give(number, *out); });
 }
 
-/// A number that fits into a plain field of the record as it is; false for any other, which goes the long way.
+int16_t truth_bits(bool truth) { return static_cast<int16_t>(truth ? -1 : 0); }
+
+/// A number or Boolean that fits into a plain field of the record as it is; false for any other, which goes the long
+/// way.
 inline bool let_directly(const HandleSlot& slot, uint32_t member, int32_t count, const tarn_value* value) {
   if (member >= slot.member_count || count != 0 || !value || !slot.fields[member].settable) return false;
   const DirectField field = slot.fields[member];
@@ -49,9 +52,19 @@ inline bool let_directly(const HandleSlot& slot, uint32_t member, int32_t count,
     const bool is_short = field.wire == Wire::Int16 || field.wire == Wire::Code;
     if (is_short && value->as.i4 == static_cast<int16_t>(value->as.i4))
       return store(static_cast<int16_t>(value->as.i4));
+    if (field.wire == Wire::Real32) return store(static_cast<float>(value->as.i4));
+    if (field.wire == Wire::Real64) return store(static_cast<double>(value->as.i4));
     return field.wire == Wire::Int32 && store(value->as.i4);
   }
-  return false;
+  return value->type == TARN_BOOLEAN && field.wire == Wire::Boolean && store(truth_bits(value->as.boolean != 0));
+}
+
+/// What no rule refuses; the rest is asked for the long way.
+inline bool surely_allowed(const HandleSlot& slot, uint32_t member, const tarn_value* value) {
+  if (member >= slot.member_count || !value) return false;
+  const SureNumbers& sure = slot.fields[member].sure;
+  if (value->type == TARN_INT32) return sure.has(value->as.i4);
+  return value->type == TARN_BOOLEAN || (value->type == TARN_REAL64 && sure.has(value->as.r8));
 }
 
 void get_into(HandleSlot& slot, const Member& member, const int32_t* subscripts, int32_t count, tarn_value* out) {
@@ -139,7 +152,7 @@ class Block {
   template <typename V>
   void store(const V& value, char* to) const {
     if constexpr (std::is_same_v<V, bool>) {
-      const auto truth = static_cast<int16_t>(value ? -1 : 0);
+      const int16_t truth = truth_bits(value);
       std::memcpy(to, &truth, width_);
     } else if constexpr (std::is_arithmetic_v<V>) {
       std::memcpy(to, &value, width_);
@@ -218,9 +231,9 @@ tarn_status tarn_let(tarn_object* object, int32_t member, const int32_t* subscri
 
 tarn_status tarn_let_allowed(tarn_object* object, int32_t member, const int32_t* subscripts, int32_t count,
                              const tarn_value* value) {
-  HandleSlot* plain = slot_of(object);
-  const bool never_refused = value && value->type == TARN_REAL64 && value->as.r8 >= 0;  // and fits, or it goes on
-  if (plain && never_refused && let_directly(*plain, static_cast<uint32_t>(member), count, value)) return TARN_OK;
+  const HandleSlot* plain = slot_of(object);
+  if (plain && surely_allowed(*plain, static_cast<uint32_t>(member), value))
+    return tarn_let(object, member, subscripts, count, value);
   return on_object(object, [&](HandleSlot& slot) {
     let_allowed(*slot.fast, member_at(*slot.info, member), subscripts_of(subscripts, count), taken(required(value)));
   });

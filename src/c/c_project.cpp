@@ -7,6 +7,7 @@
 
 #include "c/c_support.h"
 #include "c/entity_kinds.h"
+#include "exchange/computing.h"
 #include "project/defaults.h"
 #include "reflect/json_text.h"
 #include "tarn/exchange.h"
@@ -83,7 +84,7 @@ tarn_status tarn_compute(tarn_object* entity) {
   return on_object(entity, [](HandleSlot& slot) {
     auto& stored = object_as<StoredEntity>(slot, "entity");
     for (const EntityKind& kind : entity_kinds()) {
-      if (kind.class_name == slot.info->name && kind.compute) return kind.compute(stored);
+      if (kind.class_name == slot.info->name) return compute_inputs(stored, kind);
     }
   });
 }

@@ -63,6 +63,7 @@ const std::vector<DirectField>& direct_fields(Table& t, Object& object) {
   if (!fresh) return found->second;
   for (const Member& member : object.info().members) {
     DirectField& field = found->second.emplace_back();
+    field.sure = sure_numbers(object, member);
     if (!is_direct(member)) continue;
     field.wire = member.field()->wire;
     field.settable = !member.read_only;

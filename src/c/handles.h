@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "reflect/allowed.h"
 #include "tarn/base/error.h"
 #include "tarn/base/object.h"
 #include "tarn/reflect/field.h"
@@ -23,6 +24,7 @@ struct DirectField {
   Wire wire = Wire::Text;
   bool settable = false;
   int32_t offset = 0;  // from the object
+  SureNumbers sure;    // of any property
 };
 
 /// What a live handle stands for.

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "base/measures.h"
+#include "check/implausible.h"
 #include "check/inspection.h"
 #include "reflect/allowed.h"
 #include "tarn/base/log.h"
@@ -186,6 +187,17 @@ void inspect_u_value(Inspection& on, InspectedKind& kind, int16_t index) {
   on.add(told, computed_anew(kind, index, [](CA_ConstructionAssly& mended) { mended.ComputeSummary(); }));
 }
 
+void inspect_plausibility(Inspection& on, InspectedKind& kind, int16_t index) {
+  if (index == 0) return;
+  for (const Implausible& each : implausible_inputs(*kind.entity, on.database)) {
+    CheckFinding told = on.of(kind, index, each.property);
+    told.severity = Severity::Warning;
+    told.what = each.what;
+    told.remedy = each.remedy;
+    on.add(told);
+  }
+}
+
 void inspect_rate_type(Inspection& on, InspectedKind& kind, int16_t index) {
   auto* rate = dynamic_cast<URT_UtilityRate*>(kind.entity.get());
   if (!rate) return;
@@ -223,6 +235,7 @@ void inspect_values(Inspection& on, InspectedKind& kind, int16_t index) {
     faults.look_at({owner, field, prefix});
   });
   inspect_rate_type(on, kind, index);
+  inspect_plausibility(on, kind, index);
   inspect_u_value(on, kind, index);
   inspect_coefficients(on, kind, index);
 }

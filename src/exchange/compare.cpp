@@ -190,7 +190,9 @@ std::string differences_json(const std::vector<Difference>& differences) {
                    {"property", each.property},
                    {"unit", each.unit},
                    {"first", to_json(each.first)},
-                   {"second", to_json(each.second)}});
+                   {"first_text", each.first_text},
+                   {"second", to_json(each.second)},
+                   {"second_text", each.second_text}});
   }
   return json_text(all, 2);
 }

@@ -60,8 +60,9 @@ const ClassInfo& PLT_Plant::info() const {
       owned<&C::DesignProfile, &C::there<kProfile>, &C::set<kProfile>>, property<&C::WorkPath>,
       property<&C::FilePrefix>, property<&C::DefFileName>, method<&C::Reset>("bResetAll"), method<&C::Clone>("nIndex"),
       method<&C::CreateDefault>, method<&C::WriteDefaultsFile>("strFileName"), method<&C::Delete>("nRecNum"),
-      method<static_cast<void (C::*)(int32_t, int16_t)>(&C::Load)>("nOpMode", "nRecNum"),
-      method<static_cast<void (C::*)(int32_t, std::optional<bool>&)>(&C::Save)>("nOpMode", "bSaveAfterCalculation"),
+      method<static_cast<void (C::*)(int32_t, int16_t)>(&C::Load)>("nOpMode", "nRecNum").chooses_sections(),
+      method<static_cast<void (C::*)(int32_t, std::optional<bool>&)>(&C::Save)>("nOpMode", "bSaveAfterCalculation")
+          .chooses_sections(),
       property<&C::FileName>, method<&C::GetFreeIndex>, property<&C::Index>.read_only(), method<&C::GetDBHandle>,
       method<&C::SetDBHandle>("DB"), property<&C::SimHasChanged>.kept_in_row(),
       property<&C::DesHasChanged>.kept_in_row(), method<&C::IsNameUnique>("sName"),

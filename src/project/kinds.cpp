@@ -108,6 +108,17 @@ void start_plant(StoredEntity& entity, std::string_view type) {
   plant.General.SetFlags();
 }
 
+/// A space that a zone is given counts once, unless it is said how often.
+void count_spaces(StoredEntity& entity) {
+  auto& system = dynamic_cast<AS_AirSystem&>(entity);
+  for (int16_t number = 1; number <= system.GetAirSystem()->NumZones; ++number) {
+    ZoneRecord& zone = *system.GetZoneData(number);
+    for (int i = 1; i <= kZoneSpaces; ++i) {
+      if (zone.SpaceID(i) != 0 && zone.SpaceMultiplier(i) == 0) zone.SpaceMultiplier(i) = 1;
+    }
+  }
+}
+
 void set_outputs(StoredEntity& entity) { dynamic_cast<PLT_Plant&>(entity).General.SetFlags(); }
 
 void standard_system(StoredEntity& entity) { dynamic_cast<AS_AirSystem&>(entity).SetToDefaults(); }
@@ -209,7 +220,8 @@ constexpr EntityKind kKinds[]{
                            .prepare = select_all,
                            .start = start_system,
                            .types = system_types,
-                           .standard = standard_system}),
+                           .standard = standard_system,
+                           .compute = count_spaces}),
     kind_of<PLT_Plant>({.subject = "Plant",
                         .group = "plants",
                         .one = "plant",

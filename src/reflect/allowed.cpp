@@ -66,9 +66,9 @@ void check_real(const Member& property, double value) {
 }
 
 void check_code(std::span<const Label> labels, int code) {
+  if (std::any_of(labels.begin(), labels.end(), [code](const Label& label) { return label.code == code; })) return;
   std::string codes;
   for (const Label& label : labels) {
-    if (label.code == code) return;
     if (!codes.empty()) codes += ", ";
     codes += std::to_string(label.code) + " " + std::string(label.text.empty() ? label.name : label.text);
   }
@@ -136,6 +136,24 @@ std::optional<NumberRange> allowed_range(const Object& object, const Member& pro
   const bool real = property.type == ValueType::Real32 || property.type == ValueType::Real64;
   if (real && is_never_negative(property)) return NumberRange{};
   return {};
+}
+
+SureNumbers sure_numbers(const Object& object, const Member& property) {
+  constexpr int kBits = 64;
+  constexpr SureNumbers kNone{0, -1, 0};
+  if (property.labels_vary) return kNone;
+  SureNumbers sure;
+  if (const auto range = allowed_range(object, property)) {
+    sure.least = range->least;
+    if (range->most) sure.most = *range->most;
+  }
+  if (property.labels.empty()) return sure;
+  sure.least = std::max(sure.least, 0.0);
+  sure.most = std::min(sure.most, kBits - 1.0);
+  for (const Label& label : property.labels) {
+    if (label.code >= 0 && label.code < kBits) sure.codes |= uint64_t{1} << label.code;
+  }
+  return sure.codes == 0 ? kNone : sure;
 }
 
 std::string allowed_numbers(const Object& object, const Member& property) {

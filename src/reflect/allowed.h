@@ -3,6 +3,7 @@
 // the rule of the class.
 #pragma once
 
+#include <limits>
 #include <optional>
 
 #include "tarn/reflect/members.h"
@@ -29,7 +30,19 @@ struct NumberRange {
 };
 /// The numbers that can be; none where the type alone decides, and for properties with codes.
 std::optional<NumberRange> allowed_range(const Object& object, const Member& property);
-/// The same as a person reads it: "0 and above", "0 to 4"; empty without a range.
+/// Numbers that `check_let` never refuses, whatever the object holds: known once for a class. Of others it tells.
+struct SureNumbers {
+  double least = std::numeric_limits<double>::lowest(), most = std::numeric_limits<double>::max();
+  uint64_t codes = 0;  // a bit for each of 0 to 63, where only those can be
+
+  bool has(double number) const { return codes == 0 && number >= least && number <= most; }
+  bool has(int32_t number) const {
+    return number >= least && number <= most && (codes == 0 || (codes >> number & 1) != 0);
+  }
+};
+SureNumbers sure_numbers(const Object& object, const Member& property);
+
+/// The range as a person reads it: "0 and above", "0 to 4"; empty without a range.
 std::string allowed_numbers(const Object& object, const Member& property);
 
 }  // namespace tarn

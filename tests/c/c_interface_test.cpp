@@ -1,7 +1,9 @@
+#include <cmath>
 #include <cstring>
 #include <map>
 
 #include "project/defaults.h"
+#include "reflect/allowed.h"
 #include "support/temp_project.h"
 #include "tarn/class_list.h"
 #include "tarn/tarn.h"
@@ -19,6 +21,13 @@ tarn_value real(double value) {
   tarn_value v{};
   v.type = TARN_REAL64;
   v.as.r8 = value;
+  return v;
+}
+
+tarn_value whole(int32_t value) {
+  tarn_value v{};
+  v.type = TARN_INT32;
+  v.as.i4 = value;
   return v;
 }
 
@@ -67,6 +76,42 @@ TEST(CInterface, ValuesThatCannotBeAreRefusedWhereThatIsAskedFor) {
   ASSERT_EQ(tarn_get_block(window.object, thickness, after, sizeof after), TARN_OK);
   EXPECT_TRUE(std::equal(before, before + 3, after)) << "all or nothing";
   EXPECT_EQ(tarn_let(window.object, height, nullptr, 0, &low), TARN_OK) << "the rule of the class";
+}
+
+/// The rule is not asked where it is known beforehand that it refuses no such number.
+TEST(CInterface, NumbersThatAreSetUnaskedAreThoseThatTheRuleAllows) {
+  int refused_ones = 0;
+  for (int32_t c = 0; c < tarn_class_count(); ++c) {
+    const Handle handle(tarn_class_name(c));
+    const ObjectPtr object = create(tarn_class_name(c));
+    for (size_t m = 0; m < object->info().members.size(); ++m) {
+      const Member& member = object->info().members[m];
+      if (member.kind != MemberKind::Property || member.indexed() || member.read_only) continue;
+      for (const double number : {-HUGE_VAL, HUGE_VAL, std::nan("")}) {
+        if (member.type != ValueType::Real32 && member.type != ValueType::Real64) continue;
+        const tarn_value value = real(number);
+        EXPECT_NE(tarn_let_allowed(handle.object, static_cast<int32_t>(m), nullptr, 0, &value), TARN_OK)
+            << tarn_class_name(c) << "." << member.name;
+      }
+      for (const int number : {-1, 0, 1, 4, 5, 8, 9, 17, 18, 63, 64, 65, 128, 32767}) {
+        bool refused = false;
+        try {
+          check_let(*object, member, {}, number, Given::Alone);
+        } catch (const Error&) {
+          refused = true;
+        }
+        refused_ones += refused;
+        for (const tarn_value& value : {real(number), whole(number)}) {
+          const tarn_status status = tarn_let_allowed(handle.object, static_cast<int32_t>(m), nullptr, 0, &value);
+          const char* description = "";
+          tarn_last_error(handle.object, nullptr, &description);
+          const bool by_rule = status != TARN_OK && std::string_view(description).starts_with("found");
+          EXPECT_EQ(by_rule, refused) << tarn_class_name(c) << "." << member.name << " = " << number;
+        }
+      }
+    }
+  }
+  EXPECT_GT(refused_ones, 1000);
 }
 
 TEST(CInterface, ValuesAreConvertedAndPropertiesHaveUnits) {

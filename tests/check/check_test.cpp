@@ -133,6 +133,33 @@ const Damaged kOfValues[]{
        p.sql("UPDATE WallIndex SET fOverallUValue = 3 WHERE nIndex = 1");
      },
      "Wall 1 \"Brick\", OverallUValue", "The U-value is 3 Btu/(hr.ft2.F); that of the layers is"},
+    {"openings_larger_than_their_wall",
+     [](const SoundProject& p) {
+       const auto space = p.project.NewSpace();
+       space->Load(1);
+       space->GetWall(1)->GrossArea = 10;
+       space->Save();
+     },
+     "Space 1 \"Office\", Wall(1).GrossArea", "ft2, the wall has 10 ft2.", false},
+    {"skylights_without_a_roof",
+     [](const SoundProject& p) {
+       const auto space = p.project.NewSpace();
+       space->Load(2);
+       const auto roof = space->GetRoof(2);
+       roof->Exposure = 17;
+       roof->SkylightType = roof->SkylightQty = 1;
+       space->Save();
+     },
+     "Space 2 \"Hall\", Roof(2).GrossArea", "the roof has 0 ft2.", false},
+    {"a_space_that_counts_no_time",
+     [](const SoundProject& p) {
+       const auto system = p.project.NewAirSystem();
+       system->SetMask(CCM_INPUTMASK, 0);
+       system->Load(1);
+       system->GetZoneData(1)->SpaceMultiplier(1) = 0;
+       system->Save();
+     },
+     "System 1 \"VAV 1\", ZoneData(1).SpaceMultiplier(1)", "Space 1 counts 0 times in the zone.", false},
 };
 
 const Damaged kOfLinks[]{

@@ -61,6 +61,22 @@ class TestChoose(CommandLineTest):
                             ("Layer(1).Thickness>1", "has no part Layer")]:
             with self.subTest(where):
                 self.assertIn(says, self.tarn("windows", "list", "--where", where, code=2).stderr)
+        self.tarn("chillers", "new", "Name=Oil")
+        for plant, pieces in [("Heating", ["boiler:Oil"]), ("Both", ["boiler:Gas", "chiller:Oil"])]:
+            self.tarn("plants", "new", f"Name={plant}")
+            for piece in pieces:
+                self.tarn("plants", "equipment", "add", plant, "heating" if piece.startswith("boiler") else "cooling", piece)
+        heating, cooling = "Details.HeatingEqpt.Equipment(1).EquipmentID", "Details.CoolingEqpt.Equipment(1).EquipmentID"
+        for where, found in [(f"{heating}=oil", ["Heating"]), (f"{heating}=Gas", ["Both"]), (f"{heating}=1", ["Both"]), (f"{cooling}=Oil", ["Both"]), (f"{cooling}<>Oil", [])]:
+            with self.subTest(where):
+                self.assertEqual(self.names(where, "plants"), found)
+        self.assertIn('There is no chiller or boiler "Ol"; did you mean Oil?', self.tarn("plants", "list", "--where", f"{heating}=Ol", code=2).stderr)
+        self.tarn("air-systems", "new", "--type", "VAV", "Name=Wide", "ZoneData(1).TstatRange=9")
+        for where, found in [("Layer(2).Conductivity > 0.04 W/m K and Layer(2).Thickness>5 in", ["Brick"]), ("(Layer(2).Conductivity>0.01 Btu/(hr ft F))", ["Brick"]),
+                             ("Layer(2).Thickness>5in", ["Brick"]), ("Layer(2).Conductivity > 400 W / m K", [])]:
+            with self.subTest(where):
+                self.assertEqual(self.names(where, "walls"), found)
+        self.assertEqual([self.names(f"ZoneData(1).TstatRange>{over}", "air-systems") for over in ("8 delta F", "8delta F and Name~W*", "6 K")], [["Wide"], ["Wide"], []])
         self.assertIn("did you mean BFT_FUEL_OIL?", self.tarn("boilers", "list", "--where", "FuelType=BFT_FULE_OIL", code=2).stderr)
 
     def test_references_and_ranges(self):

@@ -116,6 +116,9 @@ class TestDependencies(CommandLineTest):
         self.assertEqual(self.tarn("diff", str(other), str(text), "--json").stdout, "[]\n")
         self.tarn("windows", "set", "South", "WindowType=true", "FrameType=2", project=other)
         self.assertRegex(self.tarn("diff", str(self.at), str(other), code=1).stdout, r"FrameType: \d+ [a-z ,]+ -> 2 [a-z ,]+\n")
+        found = {each["property"]: each for each in json.loads(self.tarn("diff", str(self.at), str(other), "--json", code=1).stdout)}
+        self.assertEqual([found["FrameType"][side] for side in ("second", "second_text")], [2, json.loads(self.tarn("windows", "list", "--columns", "FrameType", "--json", project=other).stdout)[0]["FrameType"]["text"]])
+        self.assertEqual((found["FrameType"]["first_text"] != "", found["Height"]["first_text"]), (True, ""))
         self.assertIn("relative difference", self.tarn("diff", str(other), str(text), "--tolerance", "x", code=2).stderr)
 
 

@@ -1,7 +1,10 @@
 """Windows, walls, schedules and spaces from the command line."""
 
 import json
-import unittest
+import os
+import unittest.mock
+
+import tarn
 
 from command_line import CommandLineTest
 
@@ -32,6 +35,36 @@ class TestEnvelope(CommandLineTest):
         shown = self.tarn("walls", "show", "2").stdout
         self.assertIn("The layers have no transfer functions: no layer is used.\n", shown)
         self.assertNotIn("by at most", shown)
+
+    def test_a_gaps_names_follow_its_type(self):
+        self.tarn("windows", "new", "Name=South", "GapTypeID=1")
+        gap = lambda: [self.shown("windows", "1")[name] for name in ("GapTypeID", "GapNameEnglish", "GapNameMetric")]
+        self.assertEqual(gap(), [1, "1/2 in air", "13 mm air"])
+        self.assertIn("computed: GapNameEnglish", self.tarn("windows", "set", "1", "GapTypeID=1/4 in argon").stderr)
+        self.assertEqual(gap(), [2, "1/4 in argon", "6 mm argon"])
+        self.tarn("windows", "set", "1", "GapTypeID=3", "GapNameEnglish=Sealed unit B", "GapNameMetric=Sealed unit B")
+        self.tarn("windows", "set", "1", "GapTypeID=0")
+        self.assertEqual(gap(), [0, "Sealed unit B", "Sealed unit B"])
+        self.tarn("windows", "set", "1", "GapNameEnglish=1/4 in air", "GapNameMetric=")
+        (self.at / "codes.json").write_text(json.dumps({"gap": {"properties": ["WIN_Window.GapTypeID"], "names": {"0": "1/4 in air", "9": "vacuum"}}}))
+        with unittest.mock.patch.dict(os.environ, TARN_CODES=str(self.at / "codes.json")):
+            self.tarn("windows", "set", "1", "GapTypeID=vacuum")
+            self.assertEqual(gap(), [9, "vacuum", ""])
+        project = tarn.Project(self.at)
+        window = project.windows.new(name="North", gap_type_id=3)
+        self.assertEqual((window.gap_name_english, window.gap_name_metric), ("1/2 in argon", "13 mm argon"))
+        self.assertEqual(project.windows.save(window, gap_type_id=5).gap_name_metric, "13 mm krypton")
+
+    def test_openings_larger_than_their_wall_are_told(self):
+        self.tarn("windows", "new", "Name=South", "Height=5", "Width=10")
+        self.tarn("doors", "new", "Name=Front", "GrossArea=21")
+        says = "note: Wall(1).GrossArea: The windows and doors have "
+        self.assertIn(says + "100 ft2, the wall has 80 ft2.", self.tarn("spaces", "new", "Name=Shop", "Wall(1).Exposure=S", "Wall(1).GrossArea=80", "Wall(1).WindowType(1)=South", "Wall(1).WindowQty(1)=2").stderr)
+        self.assertNotIn(says, self.tarn("spaces", "set", "1", "Name=Store").stderr)
+        self.assertIn("Wall(1).GrossArea", self.tarn("project", "check", code=1).stdout)
+        self.assertNotIn(says, self.tarn("spaces", "set", "1", "Wall(1).GrossArea=100").stderr)
+        self.tarn("project", "check")
+        self.assertIn(says + "121 ft2", self.tarn("spaces", "set", "1", "Wall(1).DoorType=Front", "Wall(1).DoorQty=1").stderr)
 
     def test_what_is_computed_is_told(self):
         self.tarn("walls", "new", "Name=Brick")

@@ -7,6 +7,7 @@ import gc
 import inspect
 import io
 import json
+import os
 import pathlib
 import pickle
 import pydoc
@@ -126,7 +127,6 @@ class TestKinds(DailyCase):
         self.assertEqual((again.prefix, list(again.windows)), ("JOB", ["A"]))
         self.raises(tarn.Error, "holds no project", lambda: tarn.Project(self.folder))
         self.raises(tarn.Error, "There is no project X", lambda: tarn.Project(self.folder / "X"))
-        self.raises(tarn.Error, "is a folder", lambda: tarn.new_project(self.folder))
         self.raises(tarn.Error, "exists", lambda: tarn.new_project(self.folder / "deep" / "JOB"))
         with self.assertRaises(ZeroDivisionError), self.project.transaction():
             self.project.windows.new(name="B")
@@ -135,6 +135,21 @@ class TestKinds(DailyCase):
         with self.project as same:
             self.assertIs(same, self.project)
         self.raises(tarn.Error, "JOB> is closed", lambda: self.project.windows["A"])
+
+    def test_a_new_project_is_where_the_shell_makes_it(self):
+        here = os.getcwd()
+        self.addCleanup(os.chdir, here)
+        os.chdir(self.folder)
+        (self.folder / "there").mkdir()
+        for path, folder, prefix in [("school", "school", "school"), ("annex/", "annex", "annex"), (pathlib.Path("there"), "there", "there"), ("two/EAST", "two", "EAST"), ("school/WEST", "school", "WEST")]:
+            with self.subTest(path), tarn.new_project(path) as made:
+                self.assertEqual((made.folder.resolve(), made.prefix, (self.folder / folder / f"{prefix}INX.MDB").exists()), ((self.folder / folder).resolve(), prefix, True))
+        self.assertEqual(tarn.Project("annex").prefix, "annex")
+        self.raises(tarn.Error, r"The folder annex holds the project annex already; name the new one: annex.PREFIX\.", lambda: tarn.new_project("annex"))
+        os.chdir("annex")
+        self.raises(tarn.Error, "The project annex is in the current folder already", lambda: tarn.new_project("annex"))
+        self.assertEqual(tarn.Project("annex").copy("../copy").prefix, "copy")
+        self.assertEqual(tarn.Project("annex").copy("copies").prefix, "annex")
 
     def test_what_rests_on_what_and_what_differs(self):
         self.project.windows.new(name="South")
@@ -378,8 +393,21 @@ class TestObjects(DailyCase):
         self.assertEqual((repr(window), repr(tarn.WIN_Window())), ('<tarn.WIN_Window 1 "A & B">', '<tarn.WIN_Window new "">'))
         self.assertIn("A &amp; B", window._repr_html_())
         self.assertIn("<svg", self.project.walls.new(name="W")._repr_html_())
+        self.assertIn("[0.837, 0.837, 0.0]", window._repr_html_())
+        self.assertNotIn("\0", tarn.WIN_Window()._repr_html_())
+        self.assertIn("&lt;tarn.Project", self.project._repr_html_())
+        self.assertEqual(self.project.windows._ipython_key_completions_(), list(self.project.windows))
         self.assertEqual(str(inspect.signature(window.load)), "(nRecNum: int) -> None")
         self.assertEqual(list(inspect.signature(tarn.WIN_Window.IsNameUnique).parameters), ["self", "sName"])
+        plant, classic = self.project.plants.new(name="Loop"), tarn.PLT_Plant()
+        for method, takes in [(plant.save, "(nOpMode: int = None, bSaveAfterCalculation: bool = None)"), (plant.load, "(nRecNum: int)"),
+                              (classic.Save, "(nOpMode: int, bSaveAfterCalculation: bool = None)"), (classic.Load, "(nOpMode: int, nRecNum: int)"),
+                              (self.project.walls.new().save, "(ReturnCode: int = None)"), (tarn.CA_ConstructionAssly().Save, "(ReturnCode: int)")]:
+            self.assertEqual(str(inspect.signature(method)), takes + " -> None")
+            self.assertEqual(method.__doc__.count("needs no nOpMode: without it, all sections."), int("nOpMode" in method.__doc__.splitlines()[0]))
+        inspect.signature(plant.load).bind(plant.index)
+        plant.load(nRecNum=plant.index)
+        self.assertRaises(tarn.Error, plant.load, nOpMode=1)
         page = pydoc.plain(pydoc.render_doc(tarn.WIN_Window))
         for word in ("Height: R4 ft", "Subscripts: 1 to 3", "IsNameUnique", "Load(self, /, nRecNum: int)"):
             self.assertIn(word, page)

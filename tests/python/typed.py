@@ -13,6 +13,13 @@ def by_name(project: tarn.Project) -> float:
     window.heigth = 3  # type: ignore[attr-defined]  # wrong
     project.window  # type: ignore[attr-defined]  # wrong
     project.air_systems[1].get_air_system().name = 3  # type: ignore[assignment]  # wrong
+    plant = project.plants[1]
+    plant.load(2)
+    plant.save()
+    saved: bool = plant.save(tarn.PLT_ConstituentMasks.CCM_DETAILS)
+    plant.save("all")  # type: ignore[call-overload]  # wrong
+    project.buildings[1].save()
+    project.walls[1].Save()
     names: list[str] = list(project.windows)
     window.on_update_dependencies = lambda override: len(names) > 1
     return window.overall_u_value + window.glass_trans[1]

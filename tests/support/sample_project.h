@@ -68,6 +68,7 @@ inline void make_users(COM_ProjectData& project) {
     space->GetSpace()->Name = name;
     const auto wall = space->GetWall(1);
     wall->Exposure = 1;
+    wall->GrossArea = 200;
     wall->WallType = 1;
     wall->WindowType(1) = 1;
     wall->WindowQty(1) = 2;
@@ -81,6 +82,7 @@ inline void make_users(COM_ProjectData& project) {
     system->SetToDefaultsByType(8);
     system->GetAirSystem()->Name = name;
     system->GetZoneData(1)->SpaceID(1) = 1;
+    system->GetZoneData(1)->SpaceMultiplier(1) = 1;
     system->GetZoneData(1)->TotalSpacesInZone = 1;
     system->Save();
     system->GetZoneSizing(1)->Reserved = 5;

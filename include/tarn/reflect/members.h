@@ -35,7 +35,8 @@ struct Parameter {
   ValueType type = ValueType::Empty;
   bool optional = false;
   bool by_reference = false;
-  bool in_out = false;  // by reference, and comes back changed
+  bool in_out = false;    // by reference, and comes back changed
+  bool sections = false;  // which sections of the entity's file: faces for daily work leave it out for all of them
 };
 
 struct Method {

@@ -95,6 +95,12 @@ struct MethodRow : Member {
     for (Parameter& parameter : std::get<Method>(copy.form).parameters) parameter.by_reference = true;
     return copy;
   }
+  /// By its first argument.
+  constexpr MethodRow chooses_sections() const {
+    MethodRow copy = *this;
+    std::get<Method>(copy.form).parameters.front().sections = true;
+    return copy;
+  }
 };
 
 struct PartRow : Member {
