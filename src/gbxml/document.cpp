@@ -11,6 +11,9 @@
 namespace tarn {
 namespace {
 
+/// Products and quotients of such numbers fit the records' 32-bit reals.
+constexpr double kLargest = 1e12, kLeast = 1e-12;
+
 /// The units of the file, by what they are for.
 constexpr struct {
   const char* attribute;
@@ -145,7 +148,8 @@ double GbxmlDocument::number(Element element) const {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value))
     refuse(element, "found \"" + std::string(text) + "\", wanted a number");
-  return value;
+  if (std::abs(value) > kLargest) refuse(element, "found " + std::string(text) + ", wanted a number up to 1e12");
+  return std::abs(value) < kLeast ? 0 : value;
 }
 
 std::string_view GbxmlDocument::unit_of_file(std::string_view unit) const {

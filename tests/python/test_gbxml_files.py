@@ -21,6 +21,7 @@ class TestBadFiles(GbxmlTest):
             "unit of something else": (house.replace('<Thickness unit="Millimeters">100', '<Thickness unit="F">100'), 'the unit "F" is none of gbXML for this'),
             "unit missing": (house.replace('<LightPowerPerArea unit="WattPerSquareMeter">', "<LightPowerPerArea>"), "the unit is missing"),
             "no number": (house.replace("<Area>20<", "<Area>twenty<", 1), 'found "twenty", wanted a number'),
+            "too large": (house.replace("<Area>20<", "<Area>1e30<", 1), "found 1e30, wanted a number up to 1e12"),
             "infinite": (house.replace("<Area>20<", "<Area>inf<", 1), 'found "inf", wanted a number'),
             "unknown space": (house.replace('spaceIdRef="sp-1"', 'spaceIdRef="sp-9"', 1), 'refers to the space "sp-9"'),
             "unknown week": (house.replace('weekScheduleIdRef="wk-1"', 'weekScheduleIdRef="wk-9"'), 'refers to the week "wk-9"'),
