@@ -39,6 +39,7 @@ code that its list does not have; it is shown as a number and kept.
   MALLA01.DAT   air system 1; P01 plant 1, B01 building 1; number 00 is the default
   MALLD01.DAT   results of the design calculation of air system 1
   MALLHW1.DAT   hourly weather, with WTD and WTA design and simulation weather
+  MALLGBXML.JSON  ids of imported gbXML files, so that a second import updates the first
 
 tarn -p /jobs/mall finds the one project in the folder, tarn -p /jobs/mall/MALL names it. Without -p it is the one in
 the current folder. Every change is complete or has not happened, whatever stops the computer. Reading makes no file.

@@ -81,7 +81,7 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t mos
       script.insert(at, counted(random.one_of(kNames)));
     } else {
       std::string call;  // which, of what, which member, and what it is given
-      for (const size_t below : {18, 6, 60, 1, 3, 10, 4, 1, 3}) call += static_cast<char>(random.below(below));
+      for (const size_t below : {26, 6, 60, 1, 3, 10, 4, 1, 3}) call += static_cast<char>(random.below(below));
       script.insert(at, call);
     }
   });

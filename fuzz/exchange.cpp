@@ -6,6 +6,7 @@
 #include "mutate.h"
 #include "platform/host.h"
 #include "project/new_index.h"
+#include "row_counts.h"
 #include "scratch.h"
 #include "tarn/platform/database.h"
 #include "tarn/platform/workspace.h"
@@ -21,27 +22,12 @@ const Scratch& scratch(bool has_entities) {
 
 void no_progress(size_t, size_t) {}
 
-/// The number of rows of every table.
-std::string counts(Database& database) {
-  static const std::string query = [&] {
-    std::string terms;
-    auto all = database.OpenRecordset("SELECT name FROM sqlite_master WHERE type = 'table'");
-    for (; !all.AtEof(); all.MoveNext())
-      terms += (terms.empty() ? "SELECT COUNT(*) AS n FROM " : " UNION ALL SELECT COUNT(*) FROM ") +
-               all.Fields("name").text();
-    return terms;
-  }();
-  std::string text;
-  for (auto rows = database.OpenRecordset(query); !rows.AtEof(); rows.MoveNext()) text += rows.Fields("n").text() + " ";
-  return text;
-}
-
 void import_and_export(bool has_entities, const std::string& text) {
   const Scratch& folder = scratch(has_entities);
   COM_ProjectData project;
   folder.place(project);
   const auto database = host().database(project.IndexDBName());
-  const std::string rows = counts(*database);
+  const std::string rows = row_counts(*database);
   std::string out;
   {
     Transaction undone;
@@ -49,11 +35,11 @@ void import_and_export(bool has_entities, const std::string& text) {
     if (refused.empty()) {
       out = export_project(project, {}, no_progress);
     } else {
-      require(counts(*database) == rows, "a failed import has left rows: " + refused);
+      require(row_counts(*database) == rows, "a failed import has left rows: " + refused);
       require(refused.find("line ") != std::string::npos, "the error of an import names no place: " + refused);
     }
   }
-  require(counts(*database) == rows && folder.change().empty(), "an import that is rolled back has left something");
+  require(row_counts(*database) == rows && folder.change().empty(), "an import that is rolled back has left something");
   if (out.empty() || has_entities) return;
   Transaction undone;
   const std::string refused = refusal([&] { import_project(project, out, no_progress); });

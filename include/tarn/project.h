@@ -53,6 +53,8 @@ class COM_ProjectData final : public Object {
   std::string AirSystemDefaultFilename() const { return file_named("AirSystemDefaultFilename"); }
   std::string BuildingDefaultFileName() const { return file_named("BuildingDefaultFileName"); }
   std::string PlantDefaultFilename() const { return file_named("PlantDefaultFilename"); }
+  /// Which entities came from which elements of gbXML files (`tarn/gbxml.h`).
+  std::string GbxmlIdsFilename() const { return CreateFilespec("GBXML.JSON"); }
 
   std::string WorkPath() const { return work_path_; }
   /// Stored as the path service normalises it.

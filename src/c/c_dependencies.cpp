@@ -12,10 +12,11 @@ using namespace tarn;
 
 namespace {
 
-COM_ProjectData& second_project(tarn_object* handle) {
+/// Kept while the call lasts, as the first one is.
+Ptr<COM_ProjectData> second_project(tarn_object* handle) {
   HandleSlot* slot = slot_of(handle);
   if (!slot) bad_argument("The second project is not set, was released, or belongs to another thread.");
-  return object_as<COM_ProjectData>(*slot, "project");
+  return {slot->object, &object_as<COM_ProjectData>(*slot, "project")};
 }
 
 /// Gives the text that `answer` makes of a project; it is kept until the thread's next.
@@ -51,20 +52,21 @@ tarn_status tarn_graph(tarn_object* project, const char** found) {
 
 tarn_status tarn_compare(tarn_object* first, tarn_object* second, double tolerance, const char** found) {
   return answering(first, found, [&](COM_ProjectData& of) {
-    const auto one = comparable_project(of), two = comparable_project(second_project(second));
+    const auto other = second_project(second);
+    const auto one = comparable_project(of), two = comparable_project(*other);
     return differences_json(compare(*one, *two, {tolerance}));
   });
 }
 
 tarn_status tarn_copy_project(tarn_object* from, tarn_object* to) {
   return on_object(
-      from, [&](HandleSlot& slot) { copy_project(object_as<COM_ProjectData>(slot, "project"), second_project(to)); });
+      from, [&](HandleSlot& slot) { copy_project(object_as<COM_ProjectData>(slot, "project"), *second_project(to)); });
 }
 
 tarn_status tarn_copy_entity(tarn_object* from, const char* kind, int16_t index, tarn_object* to, const char** copied) {
   const char* ignored = nullptr;
   return answering(from, copied ? copied : &ignored, [&](COM_ProjectData& of) {
-    return copies_json(copy_entity(of, required_text(kind), index, second_project(to)));
+    return copies_json(copy_entity(of, required_text(kind), index, *second_project(to)));
   });
 }
 

@@ -75,9 +75,8 @@ void get_into(HandleSlot& slot, const Member& member, const int32_t* subscripts,
 
 void call_into(HandleSlot& slot, const Member& member, tarn_value* arguments, int32_t count, tarn_value* result) {
   std::vector<Value> values = taken_all(arguments, count);
-  const ObjectPtr kept_alive = slot.object;
   Value value;
-  call_method(*kept_alive, member, values, value);
+  call_method(*slot.fast, member, values, value);
   kept_texts.clear();
   for (int32_t i = 0; i < count; ++i) {
     if (member.parameters()[static_cast<size_t>(i)].in_out)

@@ -3,6 +3,7 @@
 
 #include "exchange/json_lines.h"
 #include "platform/file_store.h"
+#include "platform/host.h"
 #include "project/kinds.h"
 #include "reflect/json.h"
 #include "storage/kind.h"
@@ -18,13 +19,14 @@ namespace {
 class ProjectSide final : public Comparable {
  public:
   explicit ProjectSide(COM_ProjectData& project) : preferences_(project.NewProjectPrefs()) {
+    const auto opened = host().database(project.IndexDBName());  // the error says why it cannot be opened
     for (const EntityKind& kind : entity_kinds()) {
       const Ptr<StoredEntity> entity = entities_.emplace_back(make_entity(project, kind));
+      entity->SetDBHandle(opened);
       std::vector<Entry>& entries = entries_.emplace_back();
       if (files().size(entity->file().default_path()) > 0) entries.push_back({0, "default"});
-      auto rows =
-          entity->GetDBHandle()->OpenRecordset("SELECT nIndex, szName FROM " + std::string(entity->kind().index_table) +
-                                               " WHERE nIndex BETWEEN 1 AND 32767 ORDER BY nIndex");
+      auto rows = opened->OpenRecordset("SELECT nIndex, szName FROM " + std::string(entity->kind().index_table) +
+                                        " WHERE nIndex BETWEEN 1 AND 32767 ORDER BY nIndex");
       for (; !rows.AtEof(); rows.MoveNext())
         entries.push_back({static_cast<int16_t>(rows.Fields("nIndex").integer()), rows.Fields("szName").text()});
     }

@@ -27,8 +27,11 @@ constexpr std::string_view kReports = "RPT_ReportOptions";
 
 std::vector<int16_t> indexes_of(const StoredEntity& entity) {
   std::vector<int16_t> indexes;
-  auto rows = entity.GetDBHandle()->OpenRecordset("SELECT nIndex FROM " + std::string(entity.kind().index_table) +
-                                                  " ORDER BY nIndex");
+  const auto database = entity.GetDBHandle();
+  if (!database)
+    fail(ErrorNumber::ObjectNotSet, std::string(entity.kind().index_table) + " cannot be read; see the log.");
+  auto rows =
+      database->OpenRecordset("SELECT nIndex FROM " + std::string(entity.kind().index_table) + " ORDER BY nIndex");
   for (; !rows.AtEof(); rows.MoveNext()) {
     const int64_t index = rows.Fields("nIndex").integer();
     if (index >= 1 && index <= INT16_MAX) {

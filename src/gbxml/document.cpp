@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 
 #include "gbxml/unit_names.h"
 #include "tarn/base/codepage.h"
@@ -11,6 +10,9 @@
 
 namespace tarn {
 namespace {
+
+/// Products and quotients of such numbers fit the records' 32-bit reals.
+constexpr double kLargest = 1e12, kLeast = 1e-12;
 
 /// The units of the file, by what they are for.
 constexpr struct {
@@ -30,14 +32,7 @@ std::string_view name_of(Element element) {
   return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
 
-bool is_named(Element element, const char* name) {
-  const char* const own = element.name();
-  if (*own == *name && std::strcmp(own, name) == 0) return true;
-  const char* const colon = std::strchr(own, ':');
-  return colon && std::strcmp(colon + 1, name) == 0;
-}
-
-Element child(Element parent, const char* name) {
+Element child(Element parent, std::string_view name) {
   for (Element element = parent.first_child(); element; element = element.next_sibling()) {
     if (is_named(element, name)) return element;
   }
@@ -53,13 +48,14 @@ std::string_view text_of(Element element) {
   return first == std::string_view::npos ? std::string_view{}
                                          : text.substr(first, text.find_last_not_of(kSpace) - first + 1);
 }
-std::string_view child_text(Element parent, const char* name) { return text_of(child(parent, name)); }
+std::string_view child_text(Element parent, std::string_view name) { return text_of(child(parent, name)); }
 
 GbxmlDocument::GbxmlDocument(std::string text) : text_(std::move(text)) {
   for (size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n', end + 1))
     line_ends_.push_back(end);
-  const pugi::xml_parse_result parsed =
-      document_.load_buffer_inplace(text_.data(), text_.size(), pugi::parse_default, pugi::encoding_utf8);
+  // A text is in its element, so that a coordinate has one node instead of two.
+  const pugi::xml_parse_result parsed = document_.load_buffer_inplace(
+      text_.data(), text_.size(), pugi::parse_default | pugi::parse_embed_pcdata, pugi::encoding_utf8);
   if (!parsed)
     fail(ErrorNumber::UnknownFormat,
          "line " + std::to_string(line_of_place(parsed.offset)) + ": this is not XML: " + parsed.description());
@@ -76,26 +72,51 @@ GbxmlDocument::GbxmlDocument(std::string text) : text_(std::move(text)) {
   feet_ = *from_gbxml_unit(1, attribute(root_, "lengthUnit"), "ft");
   campus_ = child(root_, "Campus");
   if (!campus_) refuse(root_, "there is no Campus, so that there is nothing to take");
-  building_ = child(campus_, "Building");
-  for (const Element parent : {root_, campus_}) {
-    for (const Element element : parent.children()) add(element);
+  add_children(root_);
+  add_children(campus_);
+  const std::vector<Element> buildings = all("Building");
+  for (const Element building : buildings) add_children(building);
+}
+
+void GbxmlDocument::add_children(Element parent) {
+  for (const Element element : parent.children()) {
+    if (element.type() != pugi::node_element) continue;
+    const std::string_view name = name_of(element);
+    Kind& kind = kinds_[name];
+    kind.all.push_back(element);
+    if (name == "Surface") continue;  // nothing refers to one
+    const std::string_view id = attribute(element, "id");
+    if (!id.empty() && !kind.by_id.try_emplace(id, element).second) doubles_.push_back(element);
   }
-  each_child(campus_, "Building", [&](Element building) {
-    for (const Element element : building.children()) add(element);
-  });
 }
 
-void GbxmlDocument::add(Element element) {
-  if (is_named(element, "Surface")) return;  // nothing refers to one
-  const std::string_view id = attribute(element, "id");
-  if (!id.empty() && !by_id_[name_of(element)].try_emplace(id, element).second) doubles_.push_back(element);
+const GbxmlDocument::Kind* GbxmlDocument::kind(std::string_view name) const {
+  const auto found = kinds_.find(name);
+  return found == kinds_.end() ? nullptr : &found->second;
 }
 
-Element GbxmlDocument::by_id(std::string_view element, std::string_view id) const {
-  const auto kind = by_id_.find(element);
-  if (kind == by_id_.end()) return {};
-  const auto found = kind->second.find(id);
-  return found == kind->second.end() ? Element{} : found->second;
+const std::vector<Element>& GbxmlDocument::all(std::string_view name) const {
+  static const std::vector<Element> none;
+  const Kind* const found = kind(name);
+  return found ? found->all : none;
+}
+
+Element GbxmlDocument::first(std::string_view name) const {
+  const std::vector<Element>& found = all(name);
+  return found.empty() ? Element{} : found.front();
+}
+
+std::vector<std::string_view> GbxmlDocument::names() const {
+  std::vector<std::string_view> names;
+  for (const auto& [name, kind] : kinds_) names.push_back(name);
+  return names;
+}
+
+Element GbxmlDocument::by_id(std::string_view name, std::string_view id) const {
+  const Kind* const of_name = kind(name);
+  if (!of_name) return {};
+  const auto found = of_name->by_id.find(id);
+  return found == of_name->by_id.end() ? Element{} : found->second;
 }
 
 size_t GbxmlDocument::line_of_place(ptrdiff_t offset) const {
@@ -127,7 +148,8 @@ double GbxmlDocument::number(Element element) const {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value))
     refuse(element, "found \"" + std::string(text) + "\", wanted a number");
-  return value;
+  if (std::abs(value) > kLargest) refuse(element, "found " + std::string(text) + ", wanted a number up to 1e12");
+  return std::abs(value) < kLeast ? 0 : value;
 }
 
 std::string_view GbxmlDocument::unit_of_file(std::string_view unit) const {
@@ -147,7 +169,7 @@ std::optional<double> GbxmlDocument::value(Element element, std::string_view uni
   return value;
 }
 
-std::optional<double> GbxmlDocument::child_value(Element parent, const char* name, std::string_view unit) const {
+std::optional<double> GbxmlDocument::child_value(Element parent, std::string_view name, std::string_view unit) const {
   return value(child(parent, name), unit);
 }
 

@@ -15,15 +15,28 @@ FittedText fitted(std::string_view text, size_t width) {
 }
 
 Filling::Before Filling::begin(StoredEntity& entity, const std::string& id) {
-  const int16_t index = ids.index(std::string(entity.kind().index_table), id);
+  const int16_t index = ids.index(entity.kind().index_table, id);
   if (index == 0) {
-    entity.CreateDefault();
-    entity.Reset(true);
+    become_default(entity);
     return {true, {}};
   }
   entity.Load(index);
   names_of(entity).erase(entity.stored_name());
   return {false, gathered(entity.file().inputs())};
+}
+
+/// The default record of a kind is read once.
+void Filling::become_default(StoredEntity& entity) {
+  const Blocks inputs = entity.file().inputs();
+  std::vector<std::byte>& record = defaults_[entity.kind().index_table];
+  if (record.empty()) {
+    entity.CreateDefault();
+    if (dynamic_cast<RecordEntity*>(&entity)) record = gathered(inputs);
+  } else {
+    entity.renew();
+    scatter(record, inputs);
+  }
+  entity.Reset(true);
 }
 
 int16_t Filling::end(StoredEntity& entity, const std::string& id, const Before& before,
@@ -36,11 +49,11 @@ int16_t Filling::end(StoredEntity& entity, const std::string& id, const Before& 
     ++tally.account.unchanged;
   }
   names_of(entity).insert(entity.stored_name());
-  ids.set(std::string(entity.kind().index_table), id, entity.Index());
+  ids.set(entity.kind().index_table, id, entity.Index());
   return entity.Index();
 }
 
-std::set<std::string>& Filling::names_of(StoredEntity& entity) {
+std::unordered_set<std::string>& Filling::names_of(StoredEntity& entity) {
   const std::string_view table = entity.kind().index_table;
   const auto [found, is_new] = names_.try_emplace(table);
   if (is_new) {
@@ -64,7 +77,7 @@ std::string Filling::name_for(StoredEntity& entity, std::string_view wanted, std
   }
   if (name.text.empty()) name = fitted(id, width);
   if (name.was_cut) note("its name is cut to " + std::to_string(width) + " characters");
-  const std::set<std::string>& taken = names_of(entity);
+  const auto& taken = names_of(entity);
   std::string free = name.text;
   for (int number = 2; taken.contains(free); ++number) {
     const std::string end = " " + std::to_string(number);

@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <unordered_set>
 
 #include "gbxml/drawing.h"
 #include "gbxml/known_ids.h"
@@ -56,8 +57,12 @@ class Filling {
   KnownIds& ids;
 
  private:
-  std::set<std::string>& names_of(StoredEntity& entity);
-  std::map<std::string_view, std::set<std::string>> names_;  // by index table
+  std::unordered_set<std::string>& names_of(StoredEntity& entity);
+  void become_default(StoredEntity& entity);
+
+  // By index table:
+  std::map<std::string_view, std::unordered_set<std::string>> names_;
+  std::map<std::string_view, std::vector<std::byte>> defaults_;  // of kinds with records
 };
 
 }  // namespace tarn

@@ -13,6 +13,7 @@ namespace tarn {
 namespace {
 
 constexpr uint64_t kLargestFile = 1U << 30;
+constexpr size_t kPiece = 1U << 17;  // of a file; small enough to stay in the processor's cache
 
 std::string read_file(const std::string& path) {
   const auto file = host().files->open(path, OpenMode::Read);
@@ -21,15 +22,19 @@ std::string read_file(const std::string& path) {
   if (size > kLargestFile)
     fail(ErrorNumber::UnknownFormat,
          "the file has " + std::to_string(size >> 20) + " MB; the largest that is read has 1024");
-  std::string bytes(size, '\0');
-  bytes.resize(file->read(0, std::as_writable_bytes(std::span(bytes))));
+  std::string bytes, piece(kPiece, '\0');
+  bytes.reserve(size);
+  while (bytes.size() < size) {
+    const size_t read = file->read(bytes.size(), std::as_writable_bytes(std::span(piece)));
+    if (read == 0) break;
+    bytes.append(piece, 0, read);
+  }
   return bytes;
 }
 
 /// What tells one drawing from another: drawing programs number the elements of each from the start.
 std::string drawing_of(const GbxmlDocument& document) {
-  const Element history = child(document.root(), "DocumentHistory");
-  for (const Element part : history.children()) {
+  for (const Element part : document.first("DocumentHistory").children()) {
     const std::string_view model = child_text(part, "CADModelId");
     if (!model.empty()) return std::string(model);
     const std::string_view guid = child_text(child(part, "ProjectEntity"), "GUID");
@@ -53,12 +58,9 @@ bool is_part(std::string_view name) {
 
 void count_the_rest(const GbxmlDocument& document, Tally& tally) {
   constexpr std::string_view kFrame[]{"Campus", "Building", "DocumentHistory", "Name", "Description"};
-  for (const Element parent : {document.root(), document.campus(), document.building()}) {
-    for (const Element element : parent.children()) {
-      const std::string_view name = name_of(element);
-      if (element.type() != pugi::node_element || is_counted(name) ||
-          std::ranges::find(kFrame, name) != std::end(kFrame))
-        continue;
+  for (const std::string_view name : document.names()) {
+    if (is_counted(name) || std::ranges::find(kFrame, name) != std::end(kFrame)) continue;
+    for (const Element element : document.all(name)) {
       tally.found(name);
       if (is_part(name))
         tally.taken(name);
@@ -71,7 +73,7 @@ void count_the_rest(const GbxmlDocument& document, Tally& tally) {
 }
 
 void note_missing(const KnownIds& ids, Tally& tally) {
-  const size_t spaces = ids.not_met("SpaceIndex").size();
+  const size_t spaces = ids.not_met("SpaceIndex");
   if (spaces > 0)
     tally.note(std::to_string(spaces) + (spaces == 1 ? " space that was" : " spaces that were") + " imported before " +
                (spaces == 1 ? "is" : "are") + " no longer in the file, and stay in the project");

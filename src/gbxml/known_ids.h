@@ -3,10 +3,11 @@
 #pragma once
 
 #include <map>
-#include <set>
+#include <nlohmann/json.hpp>
 #include <string>
-#include <vector>
+#include <unordered_map>
 
+#include "reflect/json_text.h"
 #include "tarn/project.h"
 
 namespace tarn {
@@ -18,21 +19,27 @@ class KnownIds {
   KnownIds(COM_ProjectData& project, std::string drawing);
 
   /// The entity of a kind's index table that came from `id`; 0 for none.
-  int16_t index(const std::string& table, const std::string& id) const;
-  void set(const std::string& table, const std::string& id, int16_t index);
-  void forget(const std::string& table, const std::string& id);
+  int16_t index(std::string_view table, const std::string& id) const;
+  void set(std::string_view table, const std::string& id, int16_t index);
+  void forget(std::string_view table, const std::string& id);
   /// Ids of a table that were known and that this import did not set.
-  std::vector<std::string> not_met(const std::string& table) const;
+  size_t not_met(std::string_view table) const;
 
   /// In the transaction that is open, with its database.
-  void save() const;
+  void save();
 
  private:
-  using Ids = std::map<std::string, int16_t>;
-  std::string path_, drawing_;
+  struct Known {
+    int16_t index;
+    bool is_met;
+  };
+  using Ids = std::unordered_map<std::string, Known>;
+  void read();
+
   COM_ProjectData& project_;
-  std::map<std::string, std::map<std::string, Ids>> drawings_;  // by drawing, table and id
-  std::map<std::string, std::set<std::string>> met_;            // by table
+  std::string path_, drawing_;
+  Json drawings_ = Json::object();  // of the file: by drawing and table a list of [id, index]
+  std::map<std::string, Ids, std::less<>> tables_;
 };
 
 }  // namespace tarn

@@ -44,6 +44,7 @@ class Library {
   LibraryType make_slab(const DrawnConstruction* drawn, std::string_view id, bool is_roof);
   LibraryType make_window(const OpeningType& type);
   LibraryType make_door(const OpeningType& type);
+  void count_children(const DrawnConstruction& drawn);
   const DrawnConstruction* construction(std::string_view id) const;
   const DrawnGlazing* glazing(std::string_view id) const;
   std::string title(const OpeningType& type) const;

@@ -1,6 +1,7 @@
 // Windows, doors and shades from the openings of surfaces, a type for each size.
 #include <cmath>
 
+#include "gbxml/children.h"
 #include "gbxml/library.h"
 #include "reflect/json_text.h"
 #include "tarn/door.h"
@@ -172,19 +173,36 @@ int16_t Library::shade(const OpeningType& type) {
   });
 }
 
+void Library::count_children(const DrawnConstruction& drawn) {
+  Children children(drawn.element);
+  for (const char* const name : {"Name", "U-value", "LayerId"}) children.take(name);
+  const bool is_wall_or_roof = slabs_.contains({drawn.id, false}) || slabs_.contains({drawn.id, true});
+  each_child(drawn.element, "Absorptance", [&](Element absorptance) {
+    if (is_wall_or_roof && attribute(absorptance, "type") == "ExtSolar") children.take(absorptance);
+  });
+  constexpr LeftOut kLeftOut[]{
+      {"Absorptance", "only the solar absorptance of the outside is taken, of walls and roofs"},
+      {"Description", "a construction has a name alone"},
+      {"CADObjectId", "it is a number of the drawing program"},
+  };
+  children.count(filling_.document, filling_.tally, kLeftOut, "a construction has no place for it");
+}
+
 void Library::count_used() {
   Tally& tally = filling_.tally;
   for (size_t i = 0; i < used_constructions_.size(); ++i) tally.taken("Construction");
   for (size_t i = 0; i < used_glazings_.size(); ++i) tally.taken("WindowType");
   for (const auto& [id, drawn] : filling_.drawing.constructions) {
-    if (!used_constructions_.contains(id))
+    if (used_constructions_.contains(id))
+      count_children(drawn);
+    else
       tally.left(filling_.document, drawn.element, "Construction",
                  "no outer surface, opening, floor or partition uses it");
   }
-  each_child(filling_.document.root(), "WindowType", [&](Element element) {
+  for (const Element element : filling_.document.all("WindowType")) {
     if (!used_glazings_.contains(attribute(element, "id")))
       tally.left(filling_.document, element, "WindowType", "no opening that is taken uses it");
-  });
+  }
 }
 
 }  // namespace tarn

@@ -166,8 +166,8 @@ std::optional<double> shade_coefficient_of(const GbxmlDocument& document, Elemen
 
 void read_constructions(Drawing& drawing) {
   ConstructionReader reader(drawing);
-  each_child(drawing.document.root(), "Construction", [&](Element element) { reader.construction(element); });
-  each_child(drawing.document.root(), "WindowType", [&](Element element) { reader.window_type(element); });
+  for (const Element element : drawing.document.all("Construction")) reader.construction(element);
+  for (const Element element : drawing.document.all("WindowType")) reader.window_type(element);
 }
 
 }  // namespace tarn

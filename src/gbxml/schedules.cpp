@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 #include <optional>
+#include <set>
 
 #include "tarn/schedule.h"
 
@@ -254,19 +256,20 @@ void Schedules::fill_all() {
          {"scheduleIdRef", "peopleScheduleIdRef", "lightScheduleIdRef", "equipmentScheduleIdRef"})
       of_spaces.insert(attribute(space.element, reference));
   }
-  each_child(filling_.document.root(), "Schedule", [&](Element element) {
+  for (const Element element : filling_.document.all("Schedule")) {
     filling_.tally.found("Schedule");
     const std::string_view id = attribute(element, "id"), type = attribute(element, "type");
-    if (type != "Fraction" && type != "OnOff")
-      return filling_.tally.left(
-          filling_.document, element, "Schedule",
-          "a schedule of a project has fractions, and no values of the type " + std::string(type));
+    if (type != "Fraction" && type != "OnOff") {
+      filling_.tally.left(filling_.document, element, "Schedule",
+                          "a schedule of a project has fractions, and no values of the type " + std::string(type));
+      continue;
+    }
     indexes_[id] = filling_.entity(filling_.project.NewSchedule(), std::string(id), [&](SCH_Schedule& schedule, bool) {
       schedule.Name = filling_.name_for(schedule, child_text(element, "Name"), id, 30, element);
       ScheduleFiller(filling_, element, type == "OnOff" && !of_spaces.contains(id)).fill(schedule);
     });
     filling_.tally.taken("Schedule");
-  });
+  }
 }
 
 int16_t Schedules::index(Element user, const char* reference) {

@@ -27,7 +27,7 @@ void fill_design(WTH_Weather& weather, Element design, const GbxmlDocument& docu
 
 void fill_site(Filling& filling) {
   const GbxmlDocument& document = filling.document;
-  const Element location = child(document.campus(), "Location");
+  const Element location = document.first("Location");
   if (!location) return;
   filling.tally.found("Location");
   const auto weather = filling.project.NewWeather();
@@ -55,7 +55,7 @@ void fill_site(Filling& filling) {
   weather->LastDesMonth = 12;
   filling.tally.note(document, location,
                      "the time zone's meridian is the multiple of 15 degrees that is nearest to the longitude");
-  const Element design = child(document.root(), "Weather");
+  const Element design = document.first("Weather");
   if (design) {
     fill_design(*weather, design, document);
     filling.tally.taken("Weather");

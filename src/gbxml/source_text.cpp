@@ -1,6 +1,7 @@
 #include "gbxml/source_text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <cstring>
 
@@ -62,6 +63,14 @@ size_t end_of_ascii(std::string_view text, size_t at) {
   return at;
 }
 
+/// Neither longer than it need be, nor half of a pair of UTF-16, nor past U+10FFFF, by the byte after the first.
+bool may_follow(unsigned char lead, unsigned char second) {
+  if (lead == 0xE0) return second >= 0xA0;
+  if (lead == 0xED) return second < 0xA0;
+  if (lead == 0xF0) return second >= 0x90;
+  return lead != 0xF4 || second < 0x90;
+}
+
 /// The place of the first malformed sequence, npos for none.
 size_t malformed_utf8(std::string_view text) {
   for (size_t at = 0; at < text.size();) {
@@ -72,6 +81,7 @@ size_t malformed_utf8(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text[at]);
     const size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
     if (length == 0 || at + length > text.size()) return at;
+    if (length > 2 && !may_follow(lead, static_cast<unsigned char>(text[at + 1]))) return at;
     for (size_t i = 1; i < length; ++i) {
       if ((static_cast<unsigned char>(text[at + i]) & 0xC0) != 0x80) return at;
     }
@@ -104,6 +114,22 @@ std::string from_one_byte(std::string bytes) {
   if (wrong != std::string_view::npos)
     refuse(line_at(bytes, wrong), "the text is malformed UTF-8; save the file as UTF-8");
   return bytes;
+}
+
+/// The place of the first reference such as "&#xD800;" to what is no character (XML 1.0, production 2), npos for none.
+size_t wrong_reference(std::string_view text) {
+  const char* const end = text.data() + text.size();
+  for (size_t at = text.find("&#"); at != std::string_view::npos; at = text.find("&#", at + 2)) {
+    const bool is_hexadecimal = text.substr(at + 2).starts_with('x');
+    uint32_t c = 0;
+    const auto error =
+        std::from_chars(text.data() + at + (is_hexadecimal ? 3 : 2), end, c, is_hexadecimal ? 16 : 10).ec;
+    if (error == std::errc::invalid_argument) continue;  // the parser leaves it as it is
+    const bool is_character = c == '\t' || c == '\n' || c == '\r' || (c >= ' ' && c < 0xD800) ||
+                              (c >= 0xE000 && c < 0xFFFE) || (c >= 0x10000 && c < 0x110000);
+    if (error != std::errc{} || !is_character) return at;
+  }
+  return std::string_view::npos;
 }
 
 /// The place of a document type declaration, which stands before the root element; npos for none.
@@ -140,6 +166,10 @@ std::string xml_text(std::string bytes) {
     refuse(line_at(text, type),
            "the file has a document type declaration (<!DOCTYPE>), which gbXML does not use and which is not read, as "
            "its entities can expand without end; delete it");
+  const size_t reference = wrong_reference(text);
+  if (reference != std::string::npos)
+    refuse(line_at(text, reference), "\"" + text.substr(reference, text.find_first_of(";\"< ", reference) - reference) +
+                                         "\" refers to no character; delete it");
   return text;
 }
 

@@ -1,7 +1,9 @@
 // People, lights, equipment, infiltration and outdoor air of a space.
 #include <algorithm>
 #include <cmath>
+#include <map>
 
+#include "gbxml/children.h"
 #include "gbxml/spaces.h"
 
 namespace tarn {
@@ -12,7 +14,7 @@ constexpr int16_t kCfm = 1, kCfmPerArea = 2, kCfmPerPerson = 3, kAirChanges = 5;
 constexpr int16_t kWatts = 1, kWattsPerArea = 2;
 
 /// Children of a Space that are not loads, and why they are left out.
-constexpr std::pair<std::string_view, const char*> kNotTaken[]{
+constexpr LeftOut kLeftOut[]{
     {"PlanarGeometry", "areas are those of the surfaces"},
     {"ShellGeometry", "areas are those of the surfaces"},
     {"SpaceBoundary", "areas are those of the surfaces"},
@@ -28,6 +30,7 @@ class Loads {
       : space_(space),
         drawn_(drawn),
         element_(drawn.element),
+        children_(drawn.element),
         part_(part),
         filling_(filling),
         document_(filling.document),
@@ -42,7 +45,7 @@ class Loads {
     equipment();
     infiltration();
     outdoor_air();
-    if (part_.is_first) count();
+    if (part_.is_first) children_.count(document_, filling_.tally, kLeftOut, "a space has no place for it");
   }
 
  private:
@@ -58,10 +61,10 @@ class Loads {
     other.ElecEqptHeatGain = 0;
   }
 
-  std::optional<double> value(const char* name, std::string_view unit) {
-    const Element found = child(element_, name);
+  std::optional<double> value(std::string_view name, std::string_view unit) {
+    const Element found = children_.first(name);
     const auto number = document_.value(found, unit);
-    if (number) taken_.insert(name);
+    if (number) children_.take(name);
     if (number && *number < 0) document_.refuse(found, "it is negative");
     return number;
   }
@@ -72,16 +75,16 @@ class Loads {
     if (!area || *area <= 0) filling_.tally.note(document_, element_, "it has no floor area; its loads by area are 0");
     if (area) general.FloorArea = static_cast<float>(*area * part_.share);
     if (area && volume && *area > 0) general.AvgHeight = static_cast<float>(*volume / *area);
-    taken_.insert("Name");
+    children_.take("Name");
   }
 
   void people() {
     SPC_People& people = *space_.GetPeople();
-    const Element number = child(element_, "PeopleNumber");
+    const Element number = children_.first("PeopleNumber");
     if (number && attribute(number, "unit") == "NumberOfPeople") {
       people.Spec = SPC_OccupancySpec::TOTALPEOPLE;
       people.Occupancy = static_cast<float>(document_.number(number) * part_.share);
-      taken_.insert("PeopleNumber");
+      children_.take("PeopleNumber");
     } else if (const auto area = value("PeopleNumber", "ft2")) {
       people.Spec = SPC_OccupancySpec::SQFTPERPERSON;
       people.Occupancy = static_cast<float>(*area);
@@ -89,7 +92,7 @@ class Loads {
     std::map<std::string_view, double> gains;
     each_child(element_, "PeopleHeatGain", [&](Element gain) {
       if (const auto heat = document_.value(gain, "Btu/hr")) gains[attribute(gain, "heatGainType")] = *heat;
-      taken_.insert("PeopleHeatGain");
+      children_.take("PeopleHeatGain");
     });
     const auto sensible = gains.find("Sensible"), latent = gains.find("Latent"), total = gains.find("Total");
     const auto rest = [&](auto other) {
@@ -136,11 +139,12 @@ class Loads {
   /// The power of all equipment that the space refers to.
   std::optional<double> total(const char* reference, const char* id, const char* what, const char* power) {
     std::optional<double> sum;
+    if (!children_.first(reference)) return sum;
     each_child(element_, reference, [&](Element refers) {
       const auto watts = document_.child_value(document_.by_id(what, attribute(refers, id)), power, "W");
       if (!watts) return;
       sum = sum.value_or(0) + *watts;
-      taken_.insert(reference);
+      children_.take(reference);
     });
     return sum;
   }
@@ -160,7 +164,7 @@ class Loads {
   }
 
   /// Of the space, else of its zone.
-  std::optional<double> outdoor(const char* name, std::string_view unit) {
+  std::optional<double> outdoor(std::string_view name, std::string_view unit) {
     if (const auto own = value(name, unit)) return own;
     return document_.child_value(zone_, name, unit);
   }
@@ -177,10 +181,10 @@ class Loads {
     add(kCfmPerPerson, outdoor("OAFlowPerPerson", "CFM"));
     add(kCfmPerArea, outdoor("OAFlowPerArea", "CFM/ft2"));
     const auto whole = value("OAFlowPerSpace", "CFM");
-    if (!all.empty()) taken_.erase("OAFlowPerSpace");
+    if (!all.empty()) children_.leave("OAFlowPerSpace");
     if (all.empty()) add(kCfm, whole ? std::optional(*whole * part_.share) : std::nullopt);
-    Element changes = child(element_, "AirChangesPerHour");
-    if (changes) taken_.insert("AirChangesPerHour");
+    Element changes = children_.first("AirChangesPerHour");
+    if (changes) children_.take("AirChangesPerHour");
     if (!changes) changes = child(zone_, "AirChangesPerHour");
     if (changes && !text_of(changes).empty()) add(kAirChanges, document_.number(changes));
     if (all.size() > 2) {
@@ -188,7 +192,7 @@ class Loads {
                           "it has outdoor air by person, by area and by air changes; a space has two of these, and its "
                           "air changes are left out");
       all.resize(2);
-      taken_.erase("AirChangesPerHour");
+      children_.leave("AirChangesPerHour");
     }
     if (all.empty() && !whole) return;
     all.resize(2);
@@ -203,30 +207,15 @@ class Loads {
           "its outdoor air is the larger of two requirements; the air system's ventilation method decides that");
   }
 
-  void count() {
-    for (const Element part : element_.children()) {
-      if (part.type() != pugi::node_element) continue;
-      const std::string_view name = name_of(part);
-      const std::string full = "Space/" + std::string(name);
-      filling_.tally.found(full);
-      if (taken_.contains(std::string(name))) {
-        filling_.tally.taken(full);
-        continue;
-      }
-      const auto* const row = std::ranges::find(kNotTaken, name, [](const auto& r) { return r.first; });
-      filling_.tally.left(document_, part, full,
-                          row == std::end(kNotTaken) ? "a space has no place for it" : row->second);
-    }
-  }
   SPC_Space& space_;
   const DrawnSpace& drawn_;
   Element element_;
+  Children children_;
   SpacePart part_;
   Filling& filling_;
   const GbxmlDocument& document_;
   Schedules& schedules_;
   Element zone_;
-  std::set<std::string> taken_;
 };
 
 }  // namespace

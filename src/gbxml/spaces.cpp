@@ -84,8 +84,7 @@ void Spaces::fill(const DrawnSpace& drawn) {
   for (size_t part = 0; part < parts; ++part) {
     const auto own_walls = piece(slots.walls, part, SPC_Space::kWalls);
     const double share = parts == 1 ? 1 : walls > 0 ? area_of(own_walls) / walls : 1 / static_cast<double>(parts);
-    const auto object = filling_.project.NewSpace();
-    const int16_t index = filling_.entity(object, part_id(drawn.id, part), [&](SPC_Space& space, bool is_new) {
+    const int16_t index = filling_.entity(object_, part_id(drawn.id, part), [&](SPC_Space& space, bool is_new) {
       space.SetName(filling_.name_for(space, drawn.name, drawn.id, 24, drawn.element));
       fill_loads(space, drawn, {share, part == 0, is_new}, filling_, schedules_);
       fill_walls(space, own_walls);
@@ -95,7 +94,7 @@ void Spaces::fill(const DrawnSpace& drawn) {
       fill_partition(*space.GetPartition(1), part == 0 ? slots.wall : none, 1, "wall");
       fill_partition(*space.GetPartition(2), part == 0 ? slots.ceiling : none, 2, "ceiling");
     });
-    filling_.tally.account.floor_area += object->GetSpace()->FloorArea;
+    filling_.tally.account.floor_area += object_->GetSpace()->FloorArea;
     if (drawn.conditioned) of_zone_[drawn.zone].push_back(index);
   }
   delete_other_parts(drawn, parts);

@@ -10,7 +10,7 @@ namespace tarn {
 class Spaces {
  public:
   Spaces(Filling& filling, Library& library, Schedules& schedules)
-      : filling_(filling), library_(library), schedules_(schedules) {}
+      : filling_(filling), library_(library), schedules_(schedules), object_(filling.project.NewSpace()) {}
 
   void fill_all(const std::function<void()>& done);
   /// Of a zone, in the order of the file.
@@ -29,6 +29,7 @@ class Spaces {
   Filling& filling_;
   Library& library_;
   Schedules& schedules_;
+  Ptr<SPC_Space> object_;  // becomes one space after the other
   std::map<std::string_view, std::vector<int16_t>> of_zone_;
   double summer_ = 0, winter_ = 0;  // F, design dry-bulbs
 };

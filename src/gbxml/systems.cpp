@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "gbxml/air_system_zones.h"
+#include "gbxml/children.h"
 #include "gbxml/system_types.h"
 #include "tarn/plant.h"
 
@@ -71,6 +72,7 @@ void Systems::plan_zone(Element zone) {
                                        ", supplies no air"
                                  : "the file has no air system for it; its spaces are in the project");
   filling_.tally.taken("Zone");
+  count_children(zone);
   if (equipment) filling_.tally.taken("ZoneHVACEquipment");
   for (const Element user : {equipment, system->element}) {
     each_child(user, "HydronicLoopId",
@@ -80,6 +82,20 @@ void Systems::plan_zone(Element zone) {
     });
   }
   system->zones.push_back({zone, equipment, spaces});
+}
+
+void Systems::count_children(Element zone) {
+  Children children(zone);
+  for (const char* const name : {"Name", "DesignCoolT", "DesignHeatT", "AirSystemId", "AirLoopId",
+                                 "ZoneHVACEquipmentId", "OAFlowPerPerson", "OAFlowPerArea", "AirChangesPerHour"})
+    children.take(name);
+  constexpr LeftOut kLeftOut[]{
+      {"OAFlowPerZone", "outdoor air is by person, by area or by air changes, of each space"},
+      {"OAFlowPerSpace", "outdoor air is by person, by area or by air changes, of each space"},
+      {"Description", "a zone has a name alone"},
+      {"CADObjectId", "it is a number of the drawing program"},
+  };
+  children.count(filling_.document, filling_.tally, kLeftOut, "a zone has no place for it");
 }
 
 void Systems::choose_type(DrawnSystem& system) {
@@ -119,13 +135,15 @@ void Systems::fill(DrawnSystem& drawn) {
 }
 
 void Systems::fill_plants() {
-  each_child(filling_.document.root(), "HydronicLoop", [&](Element loop) {
+  for (const Element loop : filling_.document.all("HydronicLoop")) {
     filling_.tally.found("HydronicLoop");
     const std::string_view type = attribute(loop, "loopType"), id = attribute(loop, "id");
     const auto* const row = std::ranges::find(kPlants, type, [](const auto& r) { return r.loop; });
-    if (row == std::end(kPlants))
-      return leave(loop, "a loop of the type " + std::string(type) +
-                             " is part of the air system or of the chillers, and is no plant of its own");
+    if (row == std::end(kPlants)) {
+      leave(loop, "a loop of the type " + std::string(type) +
+                      " is part of the air system or of the chillers, and is no plant of its own");
+      continue;
+    }
     const auto object = filling_.project.NewPlant();
     filling_.entity(object, std::string(id), [&](PLT_Plant& plant, bool is_new) {
       if (is_new || static_cast<PLT_PlantTypes>(plant.General.PlantType) != row->plant) plant.SetType(row->plant);
@@ -140,19 +158,20 @@ void Systems::fill_plants() {
       plant.General.SetFlags();
     });
     filling_.tally.taken("HydronicLoop");
-  });
+  }
 }
 
 void Systems::fill_all() {
+  const GbxmlDocument& document = filling_.document;
   for (const char* const name : {"AirSystem", "AirLoop", "ZoneHVACEquipment"})
-    each_child(filling_.document.root(), name, [&](Element) { filling_.tally.found(name); });
-  each_child(filling_.document.root(), "Zone", [&](Element zone) { plan_zone(zone); });
+    for (size_t i = 0; i < document.all(name).size(); ++i) filling_.tally.found(name);
+  for (const Element zone : document.all("Zone")) plan_zone(zone);
   for (DrawnSystem& system : systems_) fill(system);
   for (const char* const name : {"AirSystem", "AirLoop"}) {
-    each_child(filling_.document.root(), name, [&](Element element) {
+    for (const Element element : document.all(name)) {
       const auto used = std::ranges::find(systems_, attribute(element, "id"), &DrawnSystem::id);
       if (used == systems_.end()) leave(element, "no zone that is taken uses it");
-    });
+    }
   }
   fill_plants();
 }

@@ -28,6 +28,7 @@ class Systems {
   void plan_zone(Element zone);
   DrawnSystem* system_of(Element zone, Element equipment);
   DrawnSystem& planned(std::string id, Element element, std::string_view name);
+  void count_children(Element zone);
   void choose_type(DrawnSystem& system);
   void fill(DrawnSystem& system);
   void fill_plants();

@@ -87,14 +87,16 @@ constexpr NamedUnit kNames[]{
 
 /// What one of a named unit is in another; texts of units are read once. NaN where it is of something else.
 double factor(const NamedUnit& from, std::string_view to) {
-  thread_local std::map<std::pair<std::string_view, std::string>, double> known;
-  const auto [found, is_new] = known.try_emplace({from.name, std::string(to)}, 0);
-  if (is_new) {
+  thread_local std::map<std::string, double, std::less<>> known[std::size(kNames)];
+  auto& of_unit = known[&from - kNames];
+  auto found = of_unit.find(to);
+  if (found == of_unit.end()) {
+    double one = std::numeric_limits<double>::quiet_NaN();
     try {
-      found->second = from.count * convert(1, from.unit, to);
-    } catch (const Error&) {
-      found->second = std::numeric_limits<double>::quiet_NaN();
+      one = from.count * convert(1, from.unit, to);
+    } catch (const Error&) {  // of something else
     }
+    found = of_unit.emplace(to, one).first;
   }
   return found->second;
 }

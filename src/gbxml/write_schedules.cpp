@@ -1,5 +1,6 @@
 // Schedules as years of weeks of days.
 #include <array>
+#include <set>
 
 #include "gbxml/writing.h"
 #include "tarn/schedule.h"

@@ -1,5 +1,6 @@
 // Spaces with their loads, and their surfaces as rectangles of the areas and directions that the project has.
 #include <cmath>
+#include <map>
 #include <numbers>
 
 #include "gbxml/writing.h"

@@ -1,4 +1,7 @@
 // Air systems with their zones, and plants as hydronic loops.
+#include <map>
+#include <set>
+
 #include "gbxml/system_types.h"
 #include "gbxml/writing.h"
 #include "tarn/air_system.h"

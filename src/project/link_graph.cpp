@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <deque>
 
+#include "platform/host.h"
 #include "storage/kind.h"
 #include "storage/links.h"
 #include "tarn/platform/statement.h"
@@ -10,19 +11,22 @@
 namespace tarn {
 
 LinkGraph::LinkGraph(COM_ProjectData& project) {
-  for (const EntityKind& row : entity_kinds()) entities_.push_back(make_entity(project, row));
+  const auto opened = host().database(project.IndexDBName());  // the error says why it cannot be opened
+  for (const EntityKind& row : entity_kinds()) {
+    entities_.push_back(make_entity(project, row));
+    entities_.back()->SetDBHandle(opened);
+  }
   for (size_t owner = 0; owner < entities_.size(); ++owner) {
     const std::string_view word = entities_[owner]->kind().link_owner;
     if (word.empty()) continue;
-    Database& database = *entities_[owner]->GetDBHandle();
     for (const std::string_view used : kinds_referred_to(entities_[owner]->info(), [](auto) { return true; })) {
       const LinkColumn column = link_tables_of(word, used).front();
       const auto kind = place_of(used);
       if (!kind) continue;
-      database.join(Database::Part::Reading);
+      opened->join(Database::Part::Reading);
       const std::string library = column.library == 0 ? "" : " WHERE Library_ID = " + std::to_string(column.library);
-      Statement rows(database, "SELECT DISTINCT " + column.column + ", " + std::string(word) + "_ID FROM " +
-                                   column.table + library + " ORDER BY 1, 2");
+      Statement rows(*opened, "SELECT DISTINCT " + column.column + ", " + std::string(word) + "_ID FROM " +
+                                  column.table + library + " ORDER BY 1, 2");
       while (rows.step()) {
         users_[{*kind, static_cast<int32_t>(rows.integer(0))}].emplace_back(owner,
                                                                             static_cast<int32_t>(rows.integer(1)));

@@ -130,6 +130,35 @@ TEST_F(CProjectTest, APictureIsFoundByTheClassOfItsObject) {
   tarn_release(window);
 }
 
+TEST_F(CProjectTest, AHandleMayBeReleasedWhileItsProjectIsExported) {
+  tarn_release(saved("windows", "South"));
+  const char* text = nullptr;
+  size_t calls = 0;
+  struct Releasing {
+    tarn_object* project;
+    size_t* calls;
+  } releasing{handle, &calls};
+  const tarn_progress release = [](void* context, size_t, size_t) {
+    auto& of = *static_cast<Releasing*>(context);
+    if ((*of.calls)++ == 0) tarn_release(of.project);
+  };
+  ASSERT_EQ(tarn_export(handle, nullptr, release, &releasing, &text), TARN_OK);
+  EXPECT_GT(calls, 0U);
+  EXPECT_NE(std::string(text).find("South"), std::string::npos);
+  EXPECT_EQ(tarn_export(handle, nullptr, nullptr, nullptr, &text), TARN_BAD_HANDLE);
+}
+
+TEST_F(CProjectTest, WhatRestsOnWhatNeedsAnIndex) {
+  set(handle, "FilePrefix", "NONE");
+  const char* text = nullptr;
+  for (const tarn_status status : {tarn_uses(handle, "windows", 1, &text), tarn_compare_text(handle, "{}", 0, &text)}) {
+    EXPECT_EQ(status, TARN_ERROR);
+    std::string description;
+    error(description);
+    EXPECT_NE(description.find("NONEINX.MDB"), std::string::npos) << description;
+  }
+}
+
 TEST_F(CProjectTest, AStrictThreadGetsTheFailuresThatClassesTrap) {
   tarn_object* window = saved("windows", "South");
   const int32_t trans = tarn_member_number(window, "GlassTrans"), fourth[]{4};
