@@ -50,7 +50,7 @@ bool Database::keeps(const std::string& path) const { return pending_ && !pendin
 std::string Database::pending_path(const FileChange& change) const { return pending_->path_of(change.replacement); }
 
 const FileChange* Database::pending(const std::string& path) {
-  const std::string name = pending_->name_of(path);
+  const std::string_view name = pending_->name_of(path);
   if (name.empty()) return nullptr;
   join(Part::Reading);
   see_pending();
@@ -59,12 +59,23 @@ const FileChange* Database::pending(const std::string& path) {
 
 int64_t Database::foreign_version() {
   if (level_ > 0 && foreign_version_) return *foreign_version_;
+  // With a lock, the engine has looked at the file: where it has seen no commit at all, there was none of another.
+  const bool looked = sqlite3_txn_state(handle_, "main") != SQLITE_TXN_NONE;
+  if (looked && seen_ && seen_->commits == commits_seen()) return seen_->foreign;
   sqlite3_stmt* const question = kept("PRAGMA data_version");
   const bool answered = sqlite3_step(question) == SQLITE_ROW;
   const int64_t version = answered ? sqlite3_column_int64(question, 0) : 0;
   if (sqlite3_reset(question) != SQLITE_OK) fail_on("PRAGMA data_version");
   if (level_ > 0) foreign_version_ = version;
+  seen_ = {commits_seen(), version};
   return version;
+}
+
+/// Changes with every commit, also those of this connection, that the engine has met.
+uint32_t Database::commits_seen() const {
+  uint32_t commits = 0;
+  sqlite3_file_control(handle_, "main", SQLITE_FCNTL_DATA_VERSION, &commits);
+  return commits;
 }
 
 void Database::see_pending() {

@@ -15,11 +15,14 @@ namespace {
 
 /// One name for each file, whatever the current folder is.
 std::string absolute(const std::string& path) {
+  thread_local std::string last;  // a file is asked for several times in a row
+  if (!path.empty() && path == last) return path;
   if (path.empty()) fail(ErrorNumber::FileNotFound, "There is no file without a name.");
   bool plain = path.front() == '/';
   for (size_t at = 0; plain && at != std::string::npos; at = path.find('/', at + 1))
     plain = at + 1 < path.size() && path[at + 1] != '/' && path[at + 1] != '.';
-  return plain ? path : std::filesystem::absolute(path).lexically_normal().string();
+  if (plain) return last = path;
+  return std::filesystem::absolute(path).lexically_normal().string();
 }
 
 }  // namespace

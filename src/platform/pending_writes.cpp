@@ -104,13 +104,13 @@ PendingWrites::PendingWrites(sqlite3* handle, std::string database)
     prefix_ = name.substr(0, name.size() - kIndex.size());
 }
 
-std::string PendingWrites::name_of(const std::string& path) const {
+std::string_view PendingWrites::name_of(const std::string& path) const {
   constexpr std::string_view kEnding = ".DAT";
   const size_t head = folder_.size();
   const bool beside = path.size() > head + prefix_.size() + kEnding.size() && path.starts_with(folder_) &&
                       path.find('/', head) == std::string::npos && path.compare(head, prefix_.size(), prefix_) == 0;
   if (!beside || !same_word(std::string_view(path).substr(path.size() - kEnding.size()), kEnding)) return {};
-  return path.substr(head);
+  return std::string_view(path).substr(head);
 }
 
 void PendingWrites::refresh(int64_t version) {
@@ -160,7 +160,8 @@ std::vector<int64_t> PendingWrites::foreign_rows() {
 
 /// Whether a row names a file of the project, and a new form of it under the row's own number.
 bool PendingWrites::is_own(int64_t order, const std::string& name, int64_t form, const std::string& by) const {
-  const bool named = name_of(folder_ + name) == name;
+  const std::string path = folder_ + name;
+  const bool named = name_of(path) == name;
   return named && form >= InPlace && form <= Removed &&
          (by.empty() || by == name + std::string(kNew) + std::to_string(order));
 }
@@ -175,7 +176,7 @@ void PendingWrites::take_row(std::string name, int64_t form, std::string replace
   changes_[std::move(name)].merge(std::move(change));
 }
 
-const FileChange* PendingWrites::find(const std::string& name) const {
+const FileChange* PendingWrites::find(std::string_view name) const {
   const auto found = changes_.find(name);
   return found == changes_.end() ? nullptr : &found->second;
 }

@@ -25,14 +25,14 @@ class PendingWrites {
 
   /// The name by which the database knows a record file; empty where the file is not of its project. A project's files
   /// lie beside its index database, begin with its prefix and end in ".DAT".
-  std::string name_of(const std::string& path) const;
+  std::string_view name_of(const std::string& path) const;
   std::string path_of(const std::string& name) const { return folder_ + name; }
 
   /// Reads the table again where `version` of the database is not the one of the last time. Inside a transaction.
   /// Error `UnknownFormat` for rows that no save has written.
   void refresh(int64_t version);
   /// Null for a file that has nothing pending.
-  const FileChange* find(const std::string& name) const;
+  const FileChange* find(std::string_view name) const;
   /// Numbers of the rows that no save has written.
   std::vector<int64_t> foreign_rows();
   bool empty() const { return changes_.empty(); }
@@ -66,8 +66,8 @@ class PendingWrites {
 
   sqlite3* handle_;
   std::string database_, folder_, prefix_;
-  std::map<std::string, FileChange> changes_;  // by name
-  std::set<std::string> unapplied_;            // names
+  std::map<std::string, FileChange, std::less<>> changes_;  // by name
+  std::set<std::string> unapplied_;                         // names
   int64_t version_ = -1;
   int64_t last_ = 0;  // the highest row, and the highest number of a new file
   int64_t rows_ = 0;

@@ -196,7 +196,6 @@ void StoredEntity::Load(int16_t nRecNum) { load(nRecNum, file_->to_load()); }
 void StoredEntity::load(int32_t number, Sections sections) {
   or_as_before([&](std::optional<Before>& kept) {
     Transaction transaction(Transaction::Purpose::Reading);
-    file_->check(static_cast<int16_t>(number), "Load()");
     load_stored(number, sections, kept);
     after_read(ReadFrom::Stored);
     transaction.commit();
@@ -204,10 +203,21 @@ void StoredEntity::load(int32_t number, Sections sections) {
   });
 }
 
+/// The row comes first, as the lock that it takes is needed for the file too; a missing file is what is told first.
+IndexRow StoredEntity::row_to_load(int16_t index) const {
+  try {
+    return row_of(index);
+  } catch (const Error&) {
+    file_->check(index, "Load()");
+    throw;
+  }
+}
+
 /// What cannot fail once the object changes is not kept: the header of a large system alone, one after the other.
 void StoredEntity::load_stored(int32_t number, Sections sections, std::optional<Before>& kept) {
   const auto index = static_cast<int16_t>(number);
-  const IndexRow row = row_of(index);
+  const IndexRow row = row_to_load(index);
+  file_->check(index, "Load()");
   const bool there = index == number && row.there();
   if (!there) {
     const std::string missing = std::string(kind().missing_row_message) + std::to_string(number);

@@ -130,6 +130,7 @@ class Database final : public Object {
   std::shared_ptr<QueryShape> shape_of(const std::string& sql);
   int64_t last_key() const;
   int64_t pragma(const std::string& name);
+  uint32_t commits_seen() const;
   void start(Access access);
   bool begin(const std::string& sql);
   bool waits(int tries);
@@ -151,8 +152,13 @@ class Database final : public Object {
   std::chrono::steady_clock::time_point waiting_since_;
   int changes_before_ = 0;                  // of rows, when the open transaction began
   std::optional<int64_t> foreign_version_;  // in the open transaction, where it was asked for
-  bool locks_out_ = false;                  // the open transaction has the write lock
-  size_t level_ = 0;                        // of the workspace's transaction that this database has joined
+  struct Seen {
+    uint32_t commits;
+    int64_t foreign;
+  };
+  std::optional<Seen> seen_;  // when the version was asked for last
+  bool locks_out_ = false;    // the open transaction has the write lock
+  size_t level_ = 0;          // of the workspace's transaction that this database has joined
   std::unique_ptr<EngineFile> engine_file_;
   std::unique_ptr<PendingWrites> pending_;                               // null for a database apart
   FileStore* files_ = nullptr;                                           // where it is attached

@@ -124,6 +124,7 @@ class StoredEntity : public Object {
   /// All rows of the index table, by nIndex.
   Recordset index_rows() const;
   IndexRow row_of(int16_t index) const;
+  IndexRow row_to_load(int16_t index) const;
   bool name_is_free(const std::string& name) const;
   /// Only a calculation takes a changed flag away: those of the index row stay, where the object has lost them.
   void keep_flags_of_row();
