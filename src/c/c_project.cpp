@@ -156,7 +156,7 @@ tarn_status tarn_import_weather(tarn_object* year, const char* path, tarn_object
     auto& hourly = object_as<HW1ReaderWriter>(slot, "year of hourly weather (HW1ReaderWriter)");
     HandleSlot* with = project ? slot_of(project) : nullptr;
     if (project && !with) bad_argument("The project is not set, was released, or belongs to another thread.");
-    const ObjectPtr kept = with ? with->object : nullptr;  // as the year is
+    const ObjectPtr held = with ? with->object : nullptr;  // as the year is
     COM_ProjectData* filled = with ? &object_as<COM_ProjectData>(*with, "project") : nullptr;
     const ImportedWeather imported = import_weather(hourly, required_text(path));
     if (filled) {

@@ -41,7 +41,7 @@ tarn_status on_object(tarn_object* handle, F action) {
              "The object is not set, was released, or belongs to another thread.");
     return TARN_BAD_HANDLE;
   }
-  const ObjectPtr kept = slot->object;  // what is called back may release the handle
+  const ObjectPtr held = slot->object;  // what is called back may release the handle
   return guarded(slot->error, [&] { action(*slot); });
 }
 
