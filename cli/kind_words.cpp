@@ -1,6 +1,5 @@
 // The verbs that every kind of entity has, and those of some kinds alone.
 
-#include <algorithm>
 #include <functional>
 
 #include "cli/examples.h"
@@ -67,12 +66,10 @@ void add_own_verbs(Group& group, const CommandLine& line) {
 Group group_of(const EntityKind& kind) {
   const std::string one(kind.one), many(kind.group);
   const std::string follows = kind.compute ? ", and what is computed from it" : "";
-  std::string spoken = many;
-  std::ranges::replace(spoken, '-', ' ');
   const Example& example = example_of(kind.group);
   const auto line = [&](const std::string& words) { return "tarn " + many + " " + words; };
   const std::string name = "\"" + example.name + "\"";
-  Group group{std::string(kind.subject), many, "the project's " + spoken, {}, &kind};
+  Group group{std::string(kind.subject), many, "the project's " + spoken(kind), {}, &kind};
   const auto add = [&](Verb verb) { group.verbs.push_back(std::move(verb)); };
   add({"list",
        "",

@@ -24,32 +24,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::pair<std::string_view, std::string_view> kCounted[]{{"windows", "WindowIndex"},
-                                                                   {"doors", "DoorIndex"},
-                                                                   {"shades", "ShadeIndex"},
-                                                                   {"walls", "WallIndex"},
-                                                                   {"roofs", "RoofIndex"},
-                                                                   {"schedules", "ScheduleIndex"},
-                                                                   {"spaces", "SpaceIndex"},
-                                                                   {"air systems", "AirSystemIndex"},
-                                                                   {"chillers", "ChillerIndex"},
-                                                                   {"boilers", "BoilerIndex"},
-                                                                   {"towers", "TowerIndex"},
-                                                                   {"plants", "PlantIndex"},
-                                                                   {"electric rates", "ElectricRateIndex"},
-                                                                   {"fuel rates", "FuelRateIndex"},
-                                                                   {"buildings", "BuildingIndex"}};
-
-/// How many entities there are of each kind that has any.
-Json counts(Database& database) {
-  Json out = Json::object();
-  for (const auto& [name, table] : kCounted) {
-    auto rows = database.OpenRecordset("SELECT COUNT(*) AS CNT FROM " + std::string(table));
-    if (const int64_t count = rows.Fields("CNT").integer(); count > 0) out[std::string(name)] = count;
-  }
-  return out;
-}
-
 /// How many have results that no longer rest on their inputs: "air systems to size again".
 Json stale_counts(Database& database) {
   Json out = Json::object();
@@ -133,7 +107,9 @@ int project_info(const Call& call) {
                    {"rating version", prefs->LeedVersionText(prefs->LeedVersionCode)},
                    {"currency", prefs->CurrencyUnits.trimmed()}};
   }
-  const Json info{{"folder", project.WorkPath()},     {"prefix", project.FilePrefix}, {"entities", counts(*database)},
+  Json counts = Json::object();
+  for (const auto& [name, count] : entity_counts(*database)) counts[name] = count;
+  const Json info{{"folder", project.WorkPath()},     {"prefix", project.FilePrefix}, {"entities", counts},
                   {"stale", stale_counts(*database)}, {"preferences", preferences},   {"files", files}};
   if (call.json) {
     print_json(info);

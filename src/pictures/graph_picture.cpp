@@ -154,9 +154,7 @@ class Drawing {
 
   void add_block(size_t column, size_t kind, const std::vector<size_t>& drawn, const std::vector<size_t>& alone) {
     if (drawn.empty() && alone.empty()) return;
-    std::string heading(entity_kinds()[kind].group);
-    std::ranges::replace(heading, '-', ' ');
-    Block& block = blocks_[column].emplace_back(Block{heading, {}});
+    Block& block = blocks_[column].emplace_back(Block{spoken(entity_kinds()[kind]), {}});
     for (const size_t i : drawn) {
       const EntityName& name = graph_.entities[i].name;
       block.boxes.push_back(box_of_[i] = add_box(name.name, name.text(), kPlain));

@@ -15,6 +15,7 @@
 #include "tarn/cooling_tower.h"
 #include "tarn/door.h"
 #include "tarn/plant.h"
+#include "tarn/platform/recordset.h"
 #include "tarn/reflect/by_name.h"
 #include "tarn/reflect/names.h"
 #include "tarn/schedule.h"
@@ -277,6 +278,21 @@ std::optional<size_t> place_of(std::string_view word) {
     if (same_word(word_of(kind), word) || same_word(kKinds[kind].group, word)) return kind;
   }
   return std::nullopt;
+}
+
+std::string spoken(const EntityKind& kind) {
+  std::string words(kind.group);
+  std::ranges::replace(words, '-', ' ');
+  return words;
+}
+
+std::vector<std::pair<std::string, int64_t>> entity_counts(Database& index) {
+  std::vector<std::pair<std::string, int64_t>> counts;
+  for (const EntityKind& kind : entity_kinds()) {
+    auto rows = index.OpenRecordset("SELECT COUNT(*) AS n FROM " + std::string(blank_entity(kind)->kind().index_table));
+    if (const int64_t count = rows.Fields("n").integer(); count > 0) counts.emplace_back(spoken(kind), count);
+  }
+  return counts;
 }
 
 Ptr<StoredEntity> blank_entity(const EntityKind& kind) {

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tarn/project.h"
@@ -44,6 +45,11 @@ std::span<const EntityKind> entity_kinds();
 std::string_view word_of(size_t kind);
 /// The place of a kind by that word or by its group, "air-systems", letter case ignored; none for no kind.
 std::optional<size_t> place_of(std::string_view word);
+
+/// "air systems" of "air-systems".
+std::string spoken(const EntityKind& kind);
+/// Of the kinds that have any: how they are spoken, and how many rows their index tables have.
+std::vector<std::pair<std::string, int64_t>> entity_counts(Database& index);
 
 /// An entity of the kind without a project, which knows its kind.
 Ptr<StoredEntity> blank_entity(const EntityKind& kind);

@@ -1,6 +1,4 @@
 // What the project is, what is stale in it and why, who uses whom, and what a check finds.
-#include <algorithm>
-
 #include "platform/file_store.h"
 #include "platform/host.h"
 #include "project/kinds.h"
@@ -12,12 +10,7 @@ namespace tarn::report {
 
 std::string project_section(const Source& source) {
   html::Table kinds{"What the project holds", {{"kind"}, {"entities", "", true}}, {}};
-  for (const EntityKind& kind : entity_kinds()) {
-    std::string spoken(kind.group);
-    std::ranges::replace(spoken, '-', ' ');
-    if (const size_t count = source.count_of(kind.group); count > 0)
-      kinds.rows.push_back({spoken, std::to_string(count)});
-  }
+  for (const auto& [name, count] : entity_counts(*source.index)) kinds.rows.push_back({name, std::to_string(count)});
   const auto preferences = source.project.NewProjectPrefs();
   if (files().exists(preferences->FileName)) preferences->Read();
   return html::paragraph("Project " + source.project.FilePrefix + ", as of " + host().now() + " UTC. Values are in " +

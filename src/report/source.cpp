@@ -47,8 +47,6 @@ std::string Source::for_each(std::string_view group, const std::function<void(St
   return troubles;
 }
 
-size_t Source::count_of(std::string_view group) const { return indexes_of(*index, kind_of(group)).size(); }
-
 std::string Source::stale_warnings(const StoredEntity& entity) const {
   std::string out;
   for (const StaleResult& each : stale) {

@@ -24,7 +24,6 @@ struct Source {
   /// Calls `action` with each entity of a group ("walls"), loaded, by index. An entity that cannot be read, or of which
   /// `action` throws, is told in what is returned.
   std::string for_each(std::string_view group, const std::function<void(StoredEntity&)>& action) const;
-  size_t count_of(std::string_view group) const;
 
   /// A warning for each of an entity's results that is stale or was never calculated; nothing where they are up to
   /// date.
