@@ -11,11 +11,6 @@
 namespace tarn::report {
 namespace {
 
-template <typename C>
-C& as(StoredEntity& entity) {
-  return dynamic_cast<C&>(entity);
-}
-
 // ---- spaces
 
 double roof_area(SPC_Space& space) {

@@ -32,6 +32,12 @@ struct Source {
   std::string stale_design_warning(const StoredEntity& entity) const;
 };
 
+/// Of a group's own class.
+template <typename C>
+C& as(StoredEntity& entity) {
+  return dynamic_cast<C&>(entity);
+}
+
 /// "Space 1" and the name, as a heading.
 std::string heading_of(const StoredEntity& entity);
 

@@ -10,11 +10,6 @@
 namespace tarn::report {
 namespace {
 
-template <typename C>
-C& as(StoredEntity& entity) {
-  return dynamic_cast<C&>(entity);
-}
-
 /// "preheat coil, hot water"; without the source where it does not matter.
 template <typename Coil>
 std::string coil_text(const Source& source, const std::string& what, const Coil& coil) {

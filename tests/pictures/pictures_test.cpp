@@ -1,28 +1,11 @@
 #include "tarn/pictures.h"
 
-#include "support/sample_project.h"
-#include "support/temp_project.h"
+#include "support/sample_test.h"
 
 namespace tarn {
 namespace {
 
-class PicturesTest : public testing::Test {
- protected:
-  void SetUp() override {
-    project.SetWorkPath(folder.path);
-    project.FilePrefix = "JOB";
-    host().now = [] { return "2026-11-22 10:00:00"; };
-    test::make_sample(project);
-  }
-  void TearDown() override { host().now = standard_host().now; }
-
-  static bool says(const std::string& picture, const std::string& text) {
-    return picture.find(text) != std::string::npos;
-  }
-
-  test::TempFolder folder;
-  COM_ProjectData project;
-};
+class PicturesTest : public test::SampleTest {};
 
 TEST_F(PicturesTest, DesignResultsAreStaleAsTheIndexHasItNow) {
   const auto system = project.NewAirSystem();

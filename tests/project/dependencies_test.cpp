@@ -1,5 +1,4 @@
-#include "support/sample_project.h"
-#include "support/temp_project.h"
+#include "support/sample_test.h"
 #include "tarn/platform/workspace.h"
 #include "tarn/staleness.h"
 
@@ -12,16 +11,13 @@ std::string told(const std::vector<UseOfEntity>& uses) {
   return text;
 }
 
-class DependenciesTest : public testing::Test {
+class DependenciesTest : public test::SampleTest {
  protected:
+  DependenciesTest() { now = "10:00"; }
   void SetUp() override {
-    project.SetWorkPath(folder.path);
-    project.FilePrefix = "JOB";
-    host().now = [this] { return now; };
-    test::make_sample(project);
+    SampleTest::SetUp();
     database = host().database(project.IndexDBName());
   }
-  void TearDown() override { host().now = standard_host().now; }
 
   /// "System 1 design: Window 1 at 10:00 by Window 1, Space 1, System 1", a line each; "?" where it is not known.
   std::string stale() {
@@ -35,10 +31,7 @@ class DependenciesTest : public testing::Test {
     return text;
   }
 
-  test::TempFolder folder;
-  COM_ProjectData project;
   Ptr<Database> database;
-  std::string now = "10:00";
 };
 
 TEST_F(DependenciesTest, EachUseIsToldWithItsField) {

@@ -3,31 +3,18 @@
 #include <map>
 #include <regex>
 
-#include "support/sample_project.h"
-#include "support/temp_project.h"
+#include "support/sample_test.h"
 
 namespace tarn {
 namespace {
 
-class ReportTest : public testing::Test {
+class ReportTest : public test::SampleTest {
  protected:
-  void SetUp() override {
-    project.SetWorkPath(folder.path);
-    project.FilePrefix = "JOB";
-    host().now = [] { return "2026-11-22 10:00:00"; };
-    test::make_sample(project);
-  }
-  void TearDown() override { host().now = standard_host().now; }
-
-  static bool says(const std::string& page, const std::string& text) { return page.find(text) != std::string::npos; }
   /// A section, from its tag to the next one's.
   static std::string section(const std::string& page, const std::string& id) {
     const size_t from = page.find("<section id=\"" + id + "\"");
     return from == std::string::npos ? "" : page.substr(from, page.find("</section>", from) - from);
   }
-
-  test::TempFolder folder;
-  COM_ProjectData project;
 };
 
 TEST_F(ReportTest, EverySectionHasWhatTheProjectHas) {
@@ -54,10 +41,7 @@ TEST_F(ReportTest, EverySectionHasWhatTheProjectHas) {
 TEST_F(ReportTest, StaleResultsAreToldWhereverTheyStand) {
   EXPECT_FALSE(says(section(report_html(project), "results"), "stale"));
   host().database(project.IndexDBName())->Execute("UPDATE AirSystemIndex SET bSized = -1");
-  const auto window = project.NewWindow();
-  window->Load(1);
-  window->Height = window->Height + 1;
-  window->Save();
+  test::edit_window(project);
   const std::string page = report_html(project), why = "Window 1 &quot;South&quot; changed at 2026-11-22 10:00:00 UTC";
   for (const char* id : {"stale", "results", "air-systems"}) EXPECT_TRUE(says(section(page, id), why)) << id;
   EXPECT_TRUE(says(section(page, "stale"), "Space 1 &quot;Office&quot;")) << "the way to it";
