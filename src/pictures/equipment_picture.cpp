@@ -8,6 +8,7 @@
 #include "tarn/boiler.h"
 #include "tarn/chiller.h"
 #include "tarn/pictures.h"
+#include "tarn/reflect/members.h"
 
 namespace tarn {
 namespace {
